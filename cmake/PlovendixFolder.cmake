@@ -1,0 +1,56 @@
+# Two functions, one for a room and one for its test, so that every target is built the same way.
+#
+# plovendix_folder(NAME [PUBLISH path] [UI dir] SOURCES … DEPENDS …)
+#   A static library whose public include folder holds only itself: a link in the build tree from
+#   include/NAME/PUBLISH to this source folder. A room that includes a header of a room it does not
+#   depend on stops at the first line.
+# plovendix_test(NAME SOURCES … DEPENDS … [LABELS …])
+#   A Qt Test executable that links its room and nothing above, run on the offscreen platform.
+
+add_library(plovendix_options INTERFACE)
+target_compile_features(plovendix_options INTERFACE cxx_std_20)
+target_compile_options(plovendix_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wold-style-cast -Woverloaded-virtual)
+target_compile_definitions(plovendix_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_KEYWORDS)
+if(PLOVENDIX_WERROR)
+    target_compile_options(plovendix_options INTERFACE -Werror)
+endif()
+if(PLOVENDIX_SANITIZE)
+    target_compile_options(plovendix_options INTERFACE -fsanitize=${PLOVENDIX_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all -O1)
+    target_link_options(plovendix_options INTERFACE -fsanitize=${PLOVENDIX_SANITIZE})
+endif()
+
+function(plovendix_folder name)
+    cmake_parse_arguments(ARG "" "PUBLISH;UI" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+    if(NOT ARG_PUBLISH)
+        set(ARG_PUBLISH ${name})
+    endif()
+    set(include_root ${CMAKE_BINARY_DIR}/include/${name})
+    get_filename_component(link_parent ${include_root}/${ARG_PUBLISH} DIRECTORY)
+    file(MAKE_DIRECTORY ${link_parent})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${include_root}/${ARG_PUBLISH} SYMBOLIC)
+
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${include_root})
+    target_link_libraries(${name} PUBLIC plovendix_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    if(ARG_UI)
+        # The scenes' texts go through the same lookup as the code's.
+        set_target_properties(${name} PROPERTIES AUTOUIC ON
+            AUTOUIC_SEARCH_PATHS "${ARG_UI}"
+            AUTOUIC_OPTIONS "-a;-tr;String::localize;-include;views/StringHelpers.h")
+    endif()
+endfunction()
+
+function(plovendix_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE plovendix_options tests_support ${ARG_DEPENDS} Qt6::Test)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.*=false"
+        LABELS "unit;${ARG_LABELS}" TIMEOUT 120)
+endfunction()

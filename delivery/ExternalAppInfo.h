@@ -1,0 +1,27 @@
+#pragma once
+#include <QList>
+#include <QMetaType>
+#include <QString>
+
+class Workspace;
+
+/// One known companion application.
+struct ExternalAppInfo {
+    Q_GADGET
+    Q_PROPERTY(QString name MEMBER name CONSTANT)
+
+public:
+    ExternalAppInfo(const QString &scheme, const QString &appIdentifier, const QString &displayName)
+        : urlScheme(scheme), identifier(appIdentifier), name(displayName)
+    {
+    }
+
+    QString urlScheme;  // also what the application sends as "sender"
+    QString identifier; // of its desktop entry
+    QString name;
+
+    bool operator==(const ExternalAppInfo &) const = default;
+};
+
+/// The known companion applications that are installed, in the table's order; asked anew on every call.
+QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace);

@@ -1,0 +1,21 @@
+#pragma once
+#include <QString>
+#include <QUrl>
+#include <optional>
+
+/// Who asked for the current search and how to answer them.
+struct ExternalRequestInfo {
+    QString urlScheme; // the requester's own URL scheme
+    QString docID;     // the requester's document identifier, echoed back
+    QString name;      // shown in "Send to %@"
+
+    bool operator==(const ExternalRequestInfo &) const = default;
+};
+
+/// A request held until the main view can take it.
+struct ExternalRequest {
+    QUrl url;
+    std::optional<ExternalRequestInfo> requestInfo;
+
+    bool operator==(const ExternalRequest &) const = default;
+};

@@ -1,0 +1,38 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+#include <QVariantMap>
+#include <optional>
+
+/// The program's folder of resources: real files, so that a damaged or missing one can be met.
+/// Main thread, except `pathForResource` and `objectForInfoDictionaryKey`, which any thread may call once `main()` exists.
+class Bundle final
+{
+public:
+    /// The bundle beside the executable: "resources" in its folder, else "../share/plovendix".
+    static Bundle &main();
+    /// Replaces the main bundle, for tests. The folder need not exist.
+    static void setMainFolder(const QString &folder);
+
+    explicit Bundle(const QString &folder);
+
+    QString folder() const;
+    /// The content of Info.plist, read once; nothing when it is missing or no dictionary.
+    std::optional<QVariantMap> infoDictionary() const;
+    /// One value of the information dictionary, invalid when it is absent.
+    QVariant objectForInfoDictionaryKey(const QString &key) const;
+    /// The file "NAME.TYPE" at the top of the bundle or in its folder for the person's language.
+    std::optional<QString> pathForResource(const QString &name, const QString &type) const;
+    /// The text for `key` in the default strings table of the first preferred language that has one ("de.lproj/
+    /// Localizable.strings", a property list); else `value`, and for an empty `value` the key itself.
+    QString localizedString(const QString &key, const QString &value = {}) const;
+    /// The languages looked up, most wanted first; taken from LANGUAGE, LC_ALL, LC_MESSAGES and LANG unless set here.
+    void setPreferredLocalizations(const QStringList &languages);
+
+private:
+    QString m_folder;
+    mutable std::optional<std::optional<QVariantMap>> m_info;
+    mutable std::optional<QVariantMap> m_strings;
+    std::optional<QStringList> m_languages;
+};

@@ -1,0 +1,41 @@
+#pragma once
+#include <platform/Result.h>
+#include <QUrl>
+#include <memory>
+#include <optional>
+
+class FileSystemCalls;
+
+/// Moves, creates and removes files named by file URLs. Any thread; no state but the system calls it goes through.
+/// Names keep the bytes they have on disk: a URL's percent-encoded bytes that are not UTF-8 survive.
+class FileManager
+{
+public:
+    FileManager();
+    /// Goes through `calls` instead of the system's, so that tests can let them fail.
+    explicit FileManager(std::shared_ptr<FileSystemCalls> calls);
+    virtual ~FileManager();
+
+    static FileManager &defaultManager();
+    static void setDefaultManager(std::shared_ptr<FileManager> manager);
+
+    /// Moves a file to a place where nothing is yet. Across file systems: copies beside the destination, flushes,
+    /// publishes without replacing, then removes the source. A failure leaves the source whole and the destination as
+    /// it was; the error says what failed and where. Domain "FileManager", code the errno value.
+    virtual Result<void> moveItem(const QUrl &source, const QUrl &destination);
+    virtual Result<void> createDirectory(const QUrl &folder);
+    virtual Result<void> removeItem(const QUrl &item);
+    virtual bool fileExists(const QUrl &item) const;
+    /// The person's Movies (XDG videos) folder, or nothing when there is none.
+    virtual std::optional<QUrl> moviesFolder() const;
+
+    /// The name on disk that a file URL spells, as the file system's bytes; empty for other URLs.
+    static QByteArray fileSystemPath(const QUrl &url);
+    /// The file URL that spells exactly these bytes.
+    static QUrl urlFromFileSystemPath(const QByteArray &path);
+    /// The last path component for showing: bytes that are not UTF-8 become replacement characters.
+    static QString displayName(const QUrl &url);
+
+private:
+    std::shared_ptr<FileSystemCalls> m_calls;
+};

@@ -1,0 +1,33 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+#include <compare>
+#include <optional>
+
+/// A locale of ICU's data: names of languages and regions, and collation. A plain value; any thread.
+/// C and POSIX are locales without a language code; their names are English.
+class Locale final
+{
+public:
+    /// The person's locale, read anew from LC_ALL, LC_MESSAGES and LANG (an empty variable counts as unset).
+    static Locale current();
+    explicit Locale(const QString &identifier);
+
+    QString identifier() const;
+    /// "de" of "de_AT.UTF-8"; nothing for C, POSIX and the empty identifier.
+    std::optional<QString> languageCode() const;
+    /// The name in this locale's language, or nothing when the data has none. A locale without display data of its
+    /// own shows English names.
+    std::optional<QString> localizedStringForLanguageCode(const QString &code) const;
+    std::optional<QString> localizedStringForRegionCode(const QString &code) const;
+    /// Three-way comparison by this locale's collation rules, sensitive to case and diacritics.
+    std::weak_ordering compare(const QString &a, const QString &b) const;
+
+    /// Every language and region code that ICU knows, in ICU's order.
+    static QStringList isoLanguageCodes();
+    static QStringList isoRegionCodes();
+
+private:
+    QString m_identifier;
+    QString m_displayIdentifier;
+};

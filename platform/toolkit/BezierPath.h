@@ -1,0 +1,39 @@
+#pragma once
+#include <QPainterPath>
+#include <QPointF>
+#include <QList>
+
+/// A path of lines and cubic curves, its elements exactly as added (a segment of no length stays one), y upwards.
+/// Plain value.
+class BezierPath final
+{
+public:
+    struct Element {
+        enum class Kind { MoveTo, LineTo, CurveTo, Close };
+        Kind kind;
+        QPointF point;         // where it ends
+        QPointF controlPoint1; // of a curve
+        QPointF controlPoint2;
+        bool operator==(const Element &) const = default;
+    };
+
+    static BezierPath rect(const QRectF &rect);
+
+    void moveTo(const QPointF &point);
+    void lineTo(const QPointF &point);
+    void curveTo(const QPointF &point, const QPointF &controlPoint1, const QPointF &controlPoint2);
+    void close();
+
+    const QList<Element> &elements() const { return m_elements; }
+    qreal lineWidth() const { return m_lineWidth; }
+    void setLineWidth(qreal points) { m_lineWidth = points; }
+
+    /// For drawing in a view of that height whose y grows downwards.
+    QPainterPath painterPath(qreal viewHeight) const;
+    /// Strokes the path with the painter's pen colour and this line width, in a view of that height.
+    void stroke(QPainter &painter, qreal viewHeight) const;
+
+private:
+    QList<Element> m_elements;
+    qreal m_lineWidth = 1;
+};

@@ -1,0 +1,42 @@
+#pragma once
+#include <platform/Layer.h>
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+/// Shows one image. Layer-backed views (`setWantsLayer`) draw through their layer: rounded corners, fades.
+class ImageView : public QWidget
+{
+    Q_OBJECT
+    /// How the image fills the view; a scene's choice. It is the gravity of the view's own layers.
+    Q_PROPERTY(bool aspectFill READ isAspectFill WRITE setAspectFill)
+
+public:
+    explicit ImageView(QWidget *parent = nullptr);
+    ~ImageView() override;
+
+    virtual std::optional<Image> image() const;
+    virtual void setImage(const std::optional<Image> &image);
+
+    bool isAspectFill() const { return m_aspectFill; }
+    void setAspectFill(bool fill);
+
+    bool wantsLayer() const { return m_wantsLayer; }
+    /// Makes the view layer-backed; it gets a layer showing its image unless one was set before.
+    void setWantsLayer(bool wants);
+    Layer *layer() const { return m_layer.get(); }
+    void setLayer(std::unique_ptr<Layer> layer);
+    /// Lets subviews draw into the view's layer (and be clipped by it).
+    bool canDrawSubviewsIntoLayer() const { return m_canDrawSubviewsIntoLayer; }
+    void setCanDrawSubviewsIntoLayer(bool can);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    std::optional<Image> m_image;
+    std::unique_ptr<Layer> m_layer;
+    bool m_wantsLayer = false;
+    bool m_aspectFill = false;
+    bool m_canDrawSubviewsIntoLayer = false;
+};

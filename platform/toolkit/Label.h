@@ -1,0 +1,42 @@
+#pragma once
+#include <QWidget>
+
+/// One line of plain text that ends in an ellipsis where it does not fit. Its size does not depend on its text, so that
+/// changing it costs no layout. The text is never read as markup.
+class Label : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText)
+    Q_PROPERTY(TextRole role READ role WRITE setRole)
+    Q_PROPERTY(Qt::TextElideMode elideMode READ elideMode WRITE setElideMode)
+    Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
+
+public:
+    enum class TextRole { Primary, Secondary };
+    Q_ENUM(TextRole)
+
+    explicit Label(QWidget *parent = nullptr);
+
+    QString text() const { return m_text; }
+    void setText(const QString &text);
+    TextRole role() const { return m_role; }
+    void setRole(TextRole role);
+    Qt::TextElideMode elideMode() const { return m_elideMode; }
+    void setElideMode(Qt::TextElideMode mode);
+    Qt::Alignment alignment() const { return m_alignment; }
+    void setAlignment(Qt::Alignment alignment);
+
+    /// Draws the text into `rect` with this label's font and the colours of `palette`.
+    void draw(QPainter &painter, const QRect &rect, const QPalette &palette) const;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_text;
+    TextRole m_role = TextRole::Primary;
+    Qt::TextElideMode m_elideMode = Qt::ElideRight;
+    Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
+};

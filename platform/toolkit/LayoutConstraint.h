@@ -1,0 +1,27 @@
+#pragma once
+#include <QObject>
+
+/// One number of a layout that can be changed and animated: here the distance of a panel from its window's bottom edge
+/// (0 shown, negative below it). A container view lays itself out anew when it changes.
+class LayoutConstraint final : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(qreal constant READ constant WRITE setConstant NOTIFY constantChanged)
+
+public:
+    using QObject::QObject;
+    /// The number that was set or is being animated to.
+    qreal constant() const { return m_constant; }
+    void setConstant(qreal constant);
+    /// What the layout shows right now: on its way to `constant` while an animation runs.
+    qreal presentedConstant() const { return m_presented; }
+
+Q_SIGNALS:
+    void constantChanged(qreal constant);
+    void presentedConstantChanged(qreal constant);
+
+private:
+    friend class Animator;
+    qreal m_constant = 0;
+    qreal m_presented = 0;
+};
