@@ -1,0 +1,11 @@
+#pragma once
+#include <QString>
+
+class LocaleNames;
+
+/// The subtitle services' code for Brazilian Portuguese, which no locale data lists.
+inline const QString BrazilianPortugueseCode = QStringLiteral("pb");
+
+/// "Portuguese (Brazil)" in the locale's language. A locale without a name for either part is a fatal fault:
+/// the data of every locale has both.
+QString brazilianPortugueseName(const LocaleNames &locale);

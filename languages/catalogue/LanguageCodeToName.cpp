@@ -1,0 +1,30 @@
+#include "LanguageCodeToName.h"
+
+#include "BrazilianPortuguese.h"
+
+using namespace Qt::StringLiterals;
+
+QVariant LanguageCodeToName::transformedValue(const QVariant &value) const
+{
+    if (value.metaType() != transformedValueClass())
+        return u"Unknown"_s;
+    const QString code = value.toString();
+    if (code == BrazilianPortugueseCode)
+        return brazilianPortugueseName(*m_source.currentLocale());
+    return m_source.currentLocale()->nameOfLanguage(code).value_or(u"Unknown"_s);
+}
+
+QVariant LanguageCodeToName::reverseTransformedValue(const QVariant &value) const
+{
+    if (value.metaType() != transformedValueClass())
+        return u"en"_s;
+    const QString name = value.toString();
+    for (const QString &listed : m_source.isoLanguageCodes()) {
+        const QString code = listed.toLower();
+        if (m_source.currentLocale()->nameOfLanguage(code) == name)
+            return code;
+    }
+    if (name == brazilianPortugueseName(*m_source.currentLocale()))
+        return BrazilianPortugueseCode;
+    return {};
+}
