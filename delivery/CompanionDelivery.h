@@ -6,24 +6,32 @@
 class FileManager;
 class Workspace;
 
-/// Why a subtitle could not be handed to a companion application. `plovendixFolderNotPresent` is never used: a folder
-/// that cannot be made counts as a Movies folder that could not be found.
-enum class SendSubtitleErrors { couldNotFindMoviesFolder, plovendixFolderNotPresent };
+/// Why a subtitle could not be handed to a companion application. `plovendixFolderNotPresent` is never used:
+/// a folder that cannot be made counts as a Movies folder that could not be found.
+enum class SendSubtitleErrors
+{
+    couldNotFindMoviesFolder,
+    plovendixFolderNotPresent
+};
 
 /// Hands a downloaded subtitle to the companion application that asked for it.
-/// No widgets; any thread. The file is moved, never copied: after success it is gone from where the service put it.
+/// No widgets; any thread. The file is moved, never copied: after success it is gone from where the service
+/// put it.
 class CompanionDelivery final
 {
 public:
     CompanionDelivery(FileManager &files, Workspace &workspace) : m_files(files), m_workspace(workspace) {}
 
     /// Moves `file` into the folder "Plovendix" of the person's Movies folder and opens the reply URL.
-    /// Returns whether the platform took the URL; an Error (domain "SendSubtitleErrors", code the case's position) when
-    /// there is no such folder, or the move's own.
+    /// Returns whether the platform took the URL; an Error (domain "SendSubtitleErrors", code the case's
+    /// position) when there is no such folder, or the move's own. A file whose name is none inside a folder
+    /// ("..") is refused with an Error of the domain "CompanionDelivery" before anything is touched.
     Result<bool> send(const QUrl &file, const Subtitle &subtitle,
                       const std::optional<ExternalRequestInfo> &request) const;
 
 private:
+    Result<QUrl> targetFolder() const;
+
     FileManager &m_files;
     Workspace &m_workspace;
 };

@@ -6,7 +6,8 @@
 class Workspace;
 
 /// One known companion application.
-struct ExternalAppInfo {
+struct ExternalAppInfo
+{
     Q_GADGET
     Q_PROPERTY(QString name MEMBER name CONSTANT)
 
@@ -23,5 +24,9 @@ public:
     bool operator==(const ExternalAppInfo &) const = default;
 };
 
+/// The companion applications that this program knows, in their fixed order. Any thread.
+const QList<ExternalAppInfo> &knownCompanionApps();
 /// The known companion applications that are installed, in the table's order; asked anew on every call.
 QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace);
+/// The display name of the application that sends exactly this "sender"; "Unknown" for a stranger.
+QString companionAppName(const QString &sender);

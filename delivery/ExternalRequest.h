@@ -4,7 +4,8 @@
 #include <optional>
 
 /// Who asked for the current search and how to answer them.
-struct ExternalRequestInfo {
+struct ExternalRequestInfo
+{
     QString urlScheme; // the requester's own URL scheme
     QString docID;     // the requester's document identifier, echoed back
     QString name;      // shown in "Send to %@"
@@ -13,7 +14,8 @@ struct ExternalRequestInfo {
 };
 
 /// A request held until the main view can take it.
-struct ExternalRequest {
+struct ExternalRequest
+{
     QUrl url;
     std::optional<ExternalRequestInfo> requestInfo;
 

@@ -1,7 +1,8 @@
 #pragma once
 #include <delivery/ExternalRequest.h>
 
-/// Takes video files to search subtitles for: the main window's content controller, as the rooms below see it.
+/// Takes video files to search subtitles for: the main window's content controller, as the rooms below see
+/// it.
 class FileSearching
 {
 public:

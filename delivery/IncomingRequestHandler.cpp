@@ -1,0 +1,85 @@
+#include "IncomingRequestHandler.h"
+
+#include "ExternalAppInfo.h"
+#include "FileSearching.h"
+
+#include <platform/FileManager.h>
+#include <platform/StandardOutput.h>
+#include <platform/URLComponents.h>
+#include <views/StringHelpers.h>
+
+#include <QDir>
+#include <QFile>
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString SupportAddress = u"support@quorvane.example"_s;
+
+/// The localised format with each "%@" replaced in turn; the texts may themselves contain one.
+QString filled(const QString &format, const QStringList &texts)
+{
+    const QStringList parts = format.split(u"%@"_s);
+    QString result = parts.first();
+    for (qsizetype index = 1; index < parts.size(); ++index)
+        result += texts.value(index - 1) + parts.at(index);
+    return result;
+}
+
+Error requestError(const QString &description)
+{
+    return {QString(), 0, description};
+}
+
+/// Text that spells a URL is that URL, unchanged; any other is a path. Nothing for an empty one, which names
+/// no file.
+std::optional<QUrl> fileURL(const QString &value)
+{
+    if (const auto url = parseURLString(value))
+        return url;
+    if (value.isEmpty())
+        return std::nullopt;
+    return FileManager::urlFromFileSystemPath(QFile::encodeName(QDir::current().absoluteFilePath(value)));
+}
+
+std::optional<ExternalRequestInfo> requestInfo(const std::optional<QString> &docID,
+                                               const std::optional<QString> &sender)
+{
+    if (!docID || !sender)
+        return std::nullopt;
+    return ExternalRequestInfo{*sender, *docID, companionAppName(*sender)};
+}
+} // namespace
+
+void IncomingRequestHandler::handle(const std::optional<QString> &text)
+{
+    if (!text)
+        return;
+    const auto url = parseURLString(*text);
+    if (!url)
+        return;
+    const auto components = URLComponents::fromURL(*url).value_or(URLComponents());
+    const auto fileText = components.firstValue(u"fileurl"_s);
+    if (!fileText) {
+        const QString format = String::localize(u"Cannot create URL from %@. Contact %@"_s);
+        return m_host.presentError(requestError(filled(format, {*text, SupportAddress})));
+    }
+    const auto info = requestInfo(components.firstValue(u"docid"_s), components.firstValue(u"sender"_s));
+    const auto file = fileURL(*fileText);
+    if (!file) {
+        const QString format = String::localize(u"Cannot create URL from %@"_s);
+        return m_host.presentError(requestError(filled(format, {*fileText})));
+    }
+    deliver({*file, info});
+}
+
+void IncomingRequestHandler::deliver(const ExternalRequest &request)
+{
+    if (!m_host.bringFirstWindowForward())
+        return printLine(u"No window open?"_s);
+    if (FileSearching *content = m_host.firstWindowContent())
+        return content->searchForFile(request.url, request.requestInfo);
+    m_host.park(request);
+}

@@ -1,0 +1,32 @@
+#include "SuggestedFileName.h"
+
+#include "FileName.h"
+
+#include <platform/FileManager.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// What a service says about language and format, without what would make a path of the name.
+QString namePart(const QString &text)
+{
+    QString part = text.toLower();
+    part.removeIf([](QChar character) { return character == u'/' || character == QChar::Null; });
+    return part;
+}
+
+QByteArray pathOf(const QUrl &url)
+{
+    return url.isLocalFile() ? FileManager::fileSystemPath(url) : url.path(QUrl::FullyDecoded).toUtf8();
+}
+} // namespace
+
+std::optional<QString> suggestedFileName(const std::optional<QUrl> &video, const Subtitle &subtitle)
+{
+    if (!video)
+        return std::nullopt;
+    const QByteArray name = FileName::deletingPathExtension(FileName::lastPathComponent(pathOf(*video)));
+    return QString::fromUtf8(name) + u'.' + namePart(subtitle.subLanguageID) + u'.' +
+           namePart(subtitle.subFormat);
+}
