@@ -5,13 +5,20 @@
 #include <memory>
 #include <optional>
 
+class QDialog;
+class SaveDialog;
 class Window;
 
 /// What a save sheet was answered with; the numbers are the platform's.
-enum class ModalResponse { Cancel = 0, OK = 1 };
+enum class ModalResponse
+{
+    Cancel = 0,
+    OK = 1
+};
 
-/// A save sheet. A plain object: it may be made on any thread and builds its dialog only when it is shown on the main
-/// thread. It never asks whether to replace a file, because a file that is there is an error of the move.
+/// A save sheet. A plain object: it may be made on any thread and builds its dialog only when it is shown on
+/// the main thread. It never asks whether to replace a file, because a file that is there is an error of the
+/// move.
 class SavePanel final : public std::enable_shared_from_this<SavePanel>
 {
 public:
@@ -19,19 +26,24 @@ public:
     ~SavePanel();
 
     QString title;
-    /// Where it opens: a folder, or a file for its folder. Nothing, or a folder that is gone: the folder used last,
-    /// else the Videos folder, else the home folder; never the working directory.
+    /// Where it opens: a folder, or a file for its folder. Nothing, or a folder that is gone: the folder used
+    /// last, else the Videos folder, else the home folder; never the working directory.
     std::optional<QUrl> directoryURL;
     QString nameFieldStringValue;
     bool extensionHidden = true;
     bool canSelectHiddenExtension = false;
 
-    /// Shows the sheet on `window` and returns at once; `completion` is called once on the main thread with the answer,
-    /// not at all when the window goes first. The panel keeps itself alive until then.
+    /// Shows the sheet on `window` and returns at once; `completion` is called once on the main thread with
+    /// the answer, not at all when the window goes first. The panel, which must be held by a shared pointer,
+    /// keeps itself alive until then. A window shows one sheet at a time: the next waits until the one before
+    /// it was answered.
     void beginSheetModalForWindow(Window *window, std::function<void(ModalResponse)> completion);
     /// What the person chose; nothing before OK.
     std::optional<QUrl> URL() const { return m_url; }
 
 private:
+    QDialog *makeSheet(Window *window, std::function<void(ModalResponse)> completion);
+    ModalResponse takeAnswer(const SaveDialog &dialog, int result);
+
     std::optional<QUrl> m_url;
 };

@@ -4,9 +4,13 @@ class QObject;
 class QWidget;
 
 /// Connects what a scene names in dynamic properties of its widgets to the scene's controller, in one pass:
-/// - `action`: the selector ("download:") sent when a button is clicked, Return is pressed in a field, or an item of
+/// - `action`: the selector ("download:") sent when a button is clicked, Return is pressed in a field, or an
+/// item of
 ///   a combo box is chosen; `doubleAction`: the selector sent on a double click (or Return) in a table. The
-///   controller answers "download:" by an invokable method download(QObject *sender).
+///   controller answers "download:" by an invokable method download(QObject *sender). An `action` of a
+///   QAction is sent when it is triggered; `endEditingAction`: the selector sent when an edit of a field
+///   ends, by Return or by going elsewhere.
+/// - `itemTags`: the tags of a combo box's items, in their order.
 /// - `bindValue`, `bindSelectedTag`, `bindSelectedObject`, `bindEnabled`, `bindHidden`, `bindTitle`:
 ///   "[!]SOURCE[|Transformer]", where SOURCE is a property of the controller or "defaults.KEY".
 /// A selector or property that the controller does not have is a fatal fault. Main thread.

@@ -7,8 +7,8 @@
 class TableCellView;
 
 /// A set of scenes: identifiers, and the factories that make a controller (or a table cell) with its scene.
-/// Rooms register their scenes when the program starts; an unknown identifier and a controller of the wrong class are
-/// fatal faults. Main thread only.
+/// Rooms register their scenes when the program starts; an unknown identifier and a controller of the wrong
+/// class are fatal faults. Main thread only.
 class Storyboard final
 {
 public:
@@ -17,7 +17,8 @@ public:
 
     /// The storyboard of that name; a fatal fault when nobody registered a scene for it.
     static Storyboard named(const QString &name);
-    static void registerController(const QString &storyboard, const QString &identifier, ControllerFactory factory);
+    static void registerController(const QString &storyboard, const QString &identifier,
+                                   ControllerFactory factory);
     static void registerCell(const QString &storyboard, const QString &identifier, CellFactory factory);
     /// Every registered controller identifier of this storyboard, sorted.
     QStringList controllerIdentifiers() const;

@@ -2,7 +2,11 @@
 #include <platform/ViewController.h>
 
 /// Which end of the title bar an accessory takes. The numbers are those of the layout attributes.
-enum class LayoutAttribute { Leading = 5, Trailing = 6 };
+enum class LayoutAttribute
+{
+    Leading = 5,
+    Trailing = 6
+};
 
 /// A controller whose view stands in a window's title bar.
 class TitlebarAccessoryViewController : public ViewController

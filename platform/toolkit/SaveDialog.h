@@ -1,0 +1,36 @@
+#pragma once
+#include <QFileDialog>
+
+class QLineEdit;
+
+/// The dialog in a save sheet: our own, so that it never asks whether to replace a file. Takes the name as it
+/// stands in the field, where the stock dialog would read quotes as a list of files and a leading tilde as a
+/// home folder. Main thread only.
+class SaveDialog final : public QFileDialog
+{
+    Q_OBJECT
+
+public:
+    SaveDialog(QWidget *window, const QString &title, const QString &folder, const QString &name);
+
+    /// The absolute path that was chosen; empty before.
+    QString chosenPath() const { return m_chosenPath; }
+    QString chosenFolder() const;
+
+Q_SIGNALS:
+    /// The dialog went, accepted or not. Unlike `finished` the very last thing it does, so that a receiver
+    /// may do anything, such as letting the window go.
+    void answered(int result);
+
+protected:
+    void accept() override;
+    void done(int result) override;
+
+private:
+    QString typedPath() const;
+    void showName();
+
+    QString m_suggestedName;
+    QLineEdit *m_nameField;
+    QString m_chosenPath;
+};
