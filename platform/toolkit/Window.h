@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <memory>
 
+class QAction;
 class TitleBar;
 class TitlebarAccessoryViewController;
 class ViewController;
@@ -13,7 +14,8 @@ class ViewController;
 /// is maximised, full screen or no compositor runs. Main thread only.
 ///
 /// The content view fills the whole frame when `fullSizeContentView` is on (the title bar then lies over it),
-/// else it stands below the title bar.
+/// else it stands below the title bar. A person can make the content no smaller than 480 × 360 points, or than it was
+/// set to when that is less, or than the content view's own minimum when that is more.
 class Window : public QWidget
 {
     Q_OBJECT
@@ -47,6 +49,13 @@ public:
     bool isFullSizeContentView() const;
     void setStandardButtonHidden(StandardButton button, bool hidden);
     bool isStandardButtonHidden(StandardButton button) const;
+    /// Whether the person may resize and maximise it; on at first. Off, it keeps the content's size.
+    void setResizable(bool resizable);
+    bool isResizable() const;
+    /// Whether it can be maximised: it is resizable and its zoom button is not hidden.
+    bool isZoomable() const;
+    /// Closes the window; Ctrl+W. For menus that offer the same.
+    QAction *closeAction() const;
     /// Keeps the accessory and shows its view at the end of the title bar that its layout attribute names.
     void addTitlebarAccessoryViewController(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
 
@@ -57,6 +66,7 @@ public:
     void makeFirstResponder(QWidget *widget);
     /// The shadow margin around the frame right now, 0 when square.
     int shadowMargin() const;
+    void setVisible(bool visible) override;
 
 Q_SIGNALS:
     /// The person asked to close it and it went.
@@ -66,12 +76,8 @@ protected:
     bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void leaveEvent(QEvent *event) override;
 
 private:
     class Private;

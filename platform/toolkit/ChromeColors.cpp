@@ -1,0 +1,71 @@
+#include "ChromeColors.h"
+
+namespace
+{
+constexpr qreal HeaderTint = 0.025;
+constexpr qreal PanelTint = 0.035;
+constexpr qreal SeparatorTint = 0.065;
+constexpr qreal BorderTint = 0.13;
+constexpr qreal SecondaryTextTint = 0.64;
+constexpr qreal DarkFieldTint = 0.05;
+constexpr qreal SelectedRowTint = 0.135;
+constexpr qreal DarkSelectedRowTint = 0.18;
+constexpr qreal PillTint = 0.06;
+constexpr qreal HoveredPillTint = 0.10;
+constexpr qreal PressedPillTint = 0.16;
+constexpr qreal DarkPillBonus = 0.015;
+} // namespace
+
+QColor ChromeColors::mixed(const QColor &base, const QColor &over, qreal amount)
+{
+    const float weight = static_cast<float>(amount);
+    const auto part = [weight](float from, float to) { return from + (to - from) * weight; };
+    return QColor::fromRgbF(part(base.redF(), over.redF()), part(base.greenF(), over.greenF()),
+                            part(base.blueF(), over.blueF()))
+        .toRgb();
+}
+
+QColor ChromeColors::readableOn(const QColor &background)
+{
+    constexpr int brightBackground = 165;
+    return qGray(background.rgb()) > brightBackground ? QColor(0x1d, 0x1f, 0x22) : QColor(Qt::white);
+}
+
+bool ChromeColors::isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
+}
+
+ChromeColors ChromeColors::of(const QPalette &palette)
+{
+    ChromeColors colors;
+    colors.dark = isDark(palette);
+    colors.window = palette.color(QPalette::Window);
+    colors.text = palette.color(QPalette::WindowText);
+    colors.secondaryText = mixed(colors.window, colors.text, SecondaryTextTint);
+    colors.header = mixed(colors.window, colors.text, HeaderTint);
+    colors.panel = mixed(colors.window, colors.text, PanelTint);
+    colors.separator = mixed(colors.window, colors.text, SeparatorTint);
+    colors.border = mixed(colors.window, colors.text, BorderTint);
+    const QColor base = palette.color(QPalette::Base);
+    colors.field = colors.dark ? mixed(base, palette.color(QPalette::Text), DarkFieldTint) : base;
+    colors.accent = palette.color(QPalette::Active, QPalette::Highlight);
+    colors.accentText = palette.color(QPalette::Active, QPalette::HighlightedText);
+    colors.selectedRow = mixed(colors.window, colors.accent, colors.dark ? DarkSelectedRowTint : SelectedRowTint);
+    return colors;
+}
+
+QColor ChromeColors::pill(const QColor &surface) const
+{
+    return mixed(surface, text, PillTint + (dark ? DarkPillBonus : 0));
+}
+
+QColor ChromeColors::hoveredPill(const QColor &surface) const
+{
+    return mixed(surface, text, HoveredPillTint + (dark ? DarkPillBonus : 0));
+}
+
+QColor ChromeColors::pressedPill(const QColor &surface) const
+{
+    return mixed(surface, text, PressedPillTint + (dark ? DarkPillBonus : 0));
+}

@@ -1,0 +1,31 @@
+#pragma once
+#include <QAbstractButton>
+
+/// A round button of the title bar. It can be reached by Tab, after the content, but takes no focus from a click.
+class TitleBarButton final : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    enum class Glyph { Minimize, Maximize, Restore, Close };
+
+    static constexpr int Diameter = 22;
+
+    TitleBarButton(Glyph glyph, QWidget *parent);
+
+    Glyph glyph() const { return m_glyph; }
+    /// Sets the drawing and the localised accessible name that goes with it.
+    void setGlyph(Glyph glyph);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+
+private:
+    QColor fillColor() const;
+    void drawGlyph(QPainter &painter) const;
+
+    Glyph m_glyph;
+};

@@ -1,0 +1,38 @@
+#include "WindowMenu.h"
+
+#include <platform/Bundle.h>
+#include <platform/Window.h>
+
+#include <QMenu>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+QString localized(const QString &key)
+{
+    return Bundle::main().localizedString(key);
+}
+} // namespace
+
+QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition)
+{
+    auto *menu = new QMenu(&window);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool maximized = window.isMaximized();
+    const bool zoomable = window.isZoomable();
+
+    menu->addAction(localized(u"Restore"_s), &window, &QWidget::showNormal)->setEnabled(maximized);
+    menu->addAction(localized(u"Move"_s), &window, [&window] {
+        if (window.windowHandle())
+            window.windowHandle()->startSystemMove();
+    })->setEnabled(!maximized);
+    menu->addAction(localized(u"Minimize"_s), &window, &QWidget::showMinimized)
+        ->setEnabled(!window.isStandardButtonHidden(Window::StandardButton::Miniaturize));
+    menu->addAction(localized(u"Maximize"_s), &window, &QWidget::showMaximized)->setEnabled(zoomable && !maximized);
+    menu->addSeparator();
+    menu->addAction(window.closeAction());
+    menu->popup(globalPosition);
+    return menu;
+}

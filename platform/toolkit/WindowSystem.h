@@ -1,0 +1,53 @@
+#pragma once
+#include <QObject>
+#include <QRect>
+#include <memory>
+#include <optional>
+
+class QWindow;
+class X11Hints;
+
+/// A window's parts in its own points.
+struct PublishedFrame {
+    QSize window;
+    QRect frame;
+    QRect grab; // where it takes the mouse; clicks around it go to what is behind
+    int cornerRadius = 0;
+};
+
+/// What the window system does for windows that draw their own frame. Main thread only; made on first use, once the
+/// application object exists.
+class WindowSystem final : public QObject
+{
+    Q_OBJECT
+
+public:
+    static WindowSystem &shared();
+    ~WindowSystem() override;
+
+    /// Whether what a window leaves transparent shows what is behind it, right now.
+    bool isComposited() const;
+    /// Whether it can be told of a margin around the frame.
+    bool placesByFrame() const;
+    /// Whether the window stands at an edge of its screen or fills one direction of it.
+    bool isTiled(QWindow *window) const;
+    /// Tells it where in the window the frame is, what it hides, and where it takes the mouse. Call again after every
+    /// change of size.
+    void publishFrame(QWindow *window, const PublishedFrame &frame);
+    /// Shows its own menu for the window; false when it has none.
+    bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
+
+    /// For tests: what `isComposited` and `placesByFrame` say, whatever runs; nothing follows the system again.
+    void setComposited(std::optional<bool> composited);
+
+Q_SIGNALS:
+    void compositedChanged();
+    /// The system tiled or untiled some window, or changed its state in another way.
+    void windowStateChanged();
+
+private:
+    WindowSystem();
+
+    std::unique_ptr<X11Hints> m_x11; // nothing on other systems
+    std::optional<bool> m_compositedForTests;
+};

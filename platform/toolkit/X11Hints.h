@@ -1,0 +1,43 @@
+#pragma once
+#include <QAbstractNativeEventFilter>
+#include <functional>
+#include <memory>
+
+struct PublishedFrame;
+class QWindow;
+struct xcb_connection_t;
+
+/// The agreements between X clients, window managers and compositors that Qt does not speak. Main thread only.
+class X11Hints final : public QAbstractNativeEventFilter
+{
+public:
+    /// Nothing when the application does not run on X11.
+    static std::unique_ptr<X11Hints> ofApplication();
+    ~X11Hints() override;
+
+    bool isCompositorRunning() const { return m_compositor; }
+    bool isTiled(QWindow *window) const;
+    void publishFrame(QWindow *window, const PublishedFrame &frame);
+    bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
+
+    bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+
+    std::function<void()> compositedChanged;
+    std::function<void()> windowStateChanged;
+
+private:
+    struct Atoms {
+        quint32 compositorSelection, frameExtents, opaqueRegion, windowState, maximizedHorizontally,
+            maximizedVertically, edgeConstraints, supported, showWindowMenu;
+    };
+
+    explicit X11Hints(xcb_connection_t *connection);
+    void watchCompositor();
+    bool isSupported(quint32 atom) const;
+
+    xcb_connection_t *m_connection;
+    quint32 m_root = 0;
+    Atoms m_atoms{};
+    int m_firstFixesEvent = -1; // without the XFixes extension a compositor is not followed
+    bool m_compositor = false;
+};
