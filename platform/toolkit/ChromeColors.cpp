@@ -51,7 +51,8 @@ ChromeColors ChromeColors::of(const QPalette &palette)
     colors.field = colors.dark ? mixed(base, palette.color(QPalette::Text), DarkFieldTint) : base;
     colors.accent = palette.color(QPalette::Active, QPalette::Highlight);
     colors.accentText = palette.color(QPalette::Active, QPalette::HighlightedText);
-    colors.selectedRow = mixed(colors.window, colors.accent, colors.dark ? DarkSelectedRowTint : SelectedRowTint);
+    colors.selectedRow =
+        mixed(colors.window, colors.accent, colors.dark ? DarkSelectedRowTint : SelectedRowTint);
     return colors;
 }
 

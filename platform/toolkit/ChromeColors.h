@@ -2,9 +2,10 @@
 #include <QColor>
 #include <QPalette>
 
-/// The colours of the program's own surfaces, mixed from a palette, so that dark mode, the accent colour and a desktop's
-/// own palette reach everything that draws.
-struct ChromeColors {
+/// The colours of the program's own surfaces, mixed from a palette, so that dark mode, the accent colour and
+/// a desktop's own palette reach everything that draws.
+struct ChromeColors
+{
     static ChromeColors of(const QPalette &palette);
     /// `amount` (0 to 1) of `over` on `base`, opaque.
     static QColor mixed(const QColor &base, const QColor &over, qreal amount);

@@ -69,7 +69,8 @@ void FrameOverlay::paintEvent(QPaintEvent *)
     }
     if (m_look.margin > 0) {
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
-        Shadow::paint(painter, rect(), {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
+        Shadow::paint(painter, rect(),
+                      {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
     }
     if (m_look.hairline) {
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);

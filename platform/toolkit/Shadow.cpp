@@ -10,15 +10,16 @@
 namespace
 {
 constexpr int Margin = WindowFrame::ShadowMargin;
-// From the outer corner to where the shadow no longer changes along an edge. A multiple of four keeps the patches on
-// whole pixels at every quarter of a scale.
+// From the outer corner to where the shadow no longer changes along an edge. A multiple of four keeps the
+// patches on whole pixels at every quarter of a scale.
 constexpr int PatchSide = 64;
 constexpr int PatchSize = 2 * PatchSide + 4;
 constexpr int DropOffset = 6;
 constexpr int BlurBoxSize = 17; // three passes of it are close to a Gaussian of 8.5 points
 constexpr int BlurPasses = 3;
 
-struct Strength {
+struct Strength
+{
     qreal shadow;
     QColor outline;
 };
@@ -100,7 +101,8 @@ QPixmap renderPatch(const Shadow::Look &look)
 }
 
 /// Start and length, in points, of the three parts of a side of the patch and of the place it is drawn to.
-struct Span {
+struct Span
+{
     int start;
     int length;
 };
@@ -132,7 +134,8 @@ void Shadow::paint(QPainter &painter, const QRect &outer, const Look &look)
     const Spans sources = spans(0, PatchSize);
     for (size_t row = 0; row < rows.size(); ++row) {
         for (size_t column = 0; column < columns.size(); ++column) {
-            const QRect target(columns[column].start, rows[row].start, columns[column].length, rows[row].length);
+            const QRect target(columns[column].start, rows[row].start, columns[column].length,
+                               rows[row].length);
             if (target.isEmpty() || (row == 1 && column == 1))
                 continue;
             const QRectF source(sources[column].start, sources[row].start, sources[column].length,

@@ -16,10 +16,11 @@ constexpr int TitleGap = 12;
 constexpr qreal InactiveTitle = 0.5;
 } // namespace
 
-TitleBar::TitleBar(Window *window) :
-    QWidget(window), m_minimize(new TitleBarButton(TitleBarButton::Glyph::Minimize, this)),
-    m_zoom(new TitleBarButton(TitleBarButton::Glyph::Maximize, this)),
-    m_close(new TitleBarButton(TitleBarButton::Glyph::Close, this))
+TitleBar::TitleBar(Window *window)
+    : QWidget(window),
+      m_minimize(new TitleBarButton(TitleBarButton::Glyph::Minimize, this)),
+      m_zoom(new TitleBarButton(TitleBarButton::Glyph::Maximize, this)),
+      m_close(new TitleBarButton(TitleBarButton::Glyph::Close, this))
 {
     connect(m_minimize, &QAbstractButton::clicked, this, &TitleBar::minimizeRequested);
     connect(m_zoom, &QAbstractButton::clicked, this, &TitleBar::zoomRequested);
@@ -131,7 +132,8 @@ void TitleBar::layOut()
 
 QRect TitleBar::titleRect() const
 {
-    const int reach = qMin(width() / 2 - m_leadingEnd, m_trailingStart - width() / 2) - TitleGap + ButtonSpacing;
+    const int reach =
+        qMin(width() / 2 - m_leadingEnd, m_trailingStart - width() / 2) - TitleGap + ButtonSpacing;
     return QRect(width() / 2 - reach, 0, 2 * reach, height());
 }
 
@@ -160,8 +162,10 @@ void TitleBar::paintEvent(QPaintEvent *)
     QFont titleFont = font();
     titleFont.setWeight(QFont::DemiBold);
     painter.setFont(titleFont);
-    painter.setPen(isActiveWindow() ? colors.text : ChromeColors::mixed(colors.header, colors.text, InactiveTitle));
-    const QString title = painter.fontMetrics().elidedText(window()->windowTitle(), Qt::ElideMiddle, place.width());
+    painter.setPen(isActiveWindow() ? colors.text
+                                    : ChromeColors::mixed(colors.header, colors.text, InactiveTitle));
+    const QString title =
+        painter.fontMetrics().elidedText(window()->windowTitle(), Qt::ElideMiddle, place.width());
     painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, title);
 }
 

@@ -8,8 +8,9 @@
 
 class TitleBarButton;
 
-/// The strip at the top of a window's frame: title, the three buttons at the right end, accessories at both ends. Drags
-/// the window, maximises it on double click and asks for its menu on right click; what that means is the window's.
+/// The strip at the top of a window's frame: title, the three buttons at the right end, accessories at both
+/// ends. Drags the window, maximises it on double click and asks for its menu on right click; what that means
+/// is the window's.
 class TitleBar final : public QWidget
 {
     Q_OBJECT

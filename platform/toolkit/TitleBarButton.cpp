@@ -82,8 +82,9 @@ void TitleBarButton::paintEvent(QPaintEvent *)
         painter.setPen(QPen(colors.accent, FocusPen));
         painter.drawEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
     }
-    const QColor glyphColor = isActiveWindow() ? colors.secondaryText
-                                               : ChromeColors::mixed(colors.header, colors.secondaryText, 0.55);
+    const QColor glyphColor = isActiveWindow()
+                                  ? colors.secondaryText
+                                  : ChromeColors::mixed(colors.header, colors.secondaryText, 0.55);
     painter.setPen(QPen(glyphColor, GlyphPen, Qt::SolidLine, Qt::RoundCap, Qt::MiterJoin));
     painter.setBrush(Qt::NoBrush);
     painter.translate(QRectF(rect()).center());
@@ -101,12 +102,14 @@ void TitleBarButton::drawGlyph(QPainter &painter) const
         break;
     case Glyph::Restore:
         painter.drawRect(QRectF(-GlyphHalf, -GlyphHalf + 2, 2 * GlyphHalf - 2, 2 * GlyphHalf - 2));
-        painter.drawPolyline(QPolygonF{
-            {-GlyphHalf + 2, -GlyphHalf}, {GlyphHalf, -GlyphHalf}, {GlyphHalf, GlyphHalf - 2}});
+        painter.drawPolyline(
+            QPolygonF{{-GlyphHalf + 2, -GlyphHalf}, {GlyphHalf, -GlyphHalf}, {GlyphHalf, GlyphHalf - 2}});
         break;
     case Glyph::Close:
-        painter.drawLine(QPointF(-GlyphHalf + 0.5, -GlyphHalf + 0.5), QPointF(GlyphHalf - 0.5, GlyphHalf - 0.5));
-        painter.drawLine(QPointF(GlyphHalf - 0.5, -GlyphHalf + 0.5), QPointF(-GlyphHalf + 0.5, GlyphHalf - 0.5));
+        painter.drawLine(QPointF(-GlyphHalf + 0.5, -GlyphHalf + 0.5),
+                         QPointF(GlyphHalf - 0.5, GlyphHalf - 0.5));
+        painter.drawLine(QPointF(GlyphHalf - 0.5, -GlyphHalf + 0.5),
+                         QPointF(-GlyphHalf + 0.5, GlyphHalf - 0.5));
         break;
     }
 }

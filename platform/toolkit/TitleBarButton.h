@@ -1,13 +1,20 @@
 #pragma once
 #include <QAbstractButton>
 
-/// A round button of the title bar. It can be reached by Tab, after the content, but takes no focus from a click.
+/// A round button of the title bar. It can be reached by Tab, after the content, but takes no focus from a
+/// click.
 class TitleBarButton final : public QAbstractButton
 {
     Q_OBJECT
 
 public:
-    enum class Glyph { Minimize, Maximize, Restore, Close };
+    enum class Glyph
+    {
+        Minimize,
+        Maximize,
+        Restore,
+        Close
+    };
 
     static constexpr int Diameter = 22;
 

@@ -31,10 +31,11 @@ QList<Window *> &allWindows()
 }
 } // namespace
 
-Window::Window(QWidget *parent) :
-    QWidget(parent, Qt::Window | Qt::FramelessWindowHint), d(std::make_unique<Private>(this))
+Window::Window(QWidget *parent)
+    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), d(std::make_unique<Private>(this))
 {
-    // Always, and not only where a compositor runs: one may start later, and without one everything is painted opaque.
+    // Always, and not only where a compositor runs: one may start later, and without one everything is
+    // painted opaque.
     setAttribute(Qt::WA_TranslucentBackground);
     WindowAccessible::install();
     allWindows() += this;
@@ -152,7 +153,8 @@ QAction *Window::closeAction() const
     return d->closeAction;
 }
 
-void Window::addTitlebarAccessoryViewController(const std::shared_ptr<TitlebarAccessoryViewController> &accessory)
+void Window::addTitlebarAccessoryViewController(
+    const std::shared_ptr<TitlebarAccessoryViewController> &accessory)
 {
     d->titleBar->addAccessory(accessory);
     d->orderFocus();
@@ -236,6 +238,7 @@ void Window::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     if (d->look.margin > 0)
-        Shadow::paint(painter, rect(), {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
+        Shadow::paint(painter, rect(),
+                      {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
     painter.fillRect(d->frameRect(), palette().color(QPalette::Window));
 }

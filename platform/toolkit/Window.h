@@ -9,20 +9,29 @@ class TitleBar;
 class TitlebarAccessoryViewController;
 class ViewController;
 
-/// A top-level window that draws its own title bar, rounded corners and shadow. Moving, resizing at the edges,
-/// maximising on double click and the window menu go through the window system. Square corners and no margin when it
-/// is maximised, full screen or no compositor runs. Main thread only.
+/// A top-level window that draws its own title bar, rounded corners and shadow. Moving, resizing at the
+/// edges, maximising on double click and the window menu go through the window system. Square corners and no
+/// margin when it is maximised, full screen or no compositor runs. Main thread only.
 ///
 /// The content view fills the whole frame when `fullSizeContentView` is on (the title bar then lies over it),
-/// else it stands below the title bar. A person can make the content no smaller than 480 × 360 points, or than it was
-/// set to when that is less, or than the content view's own minimum when that is more.
+/// else it stands below the title bar. A person can make the content no smaller than 480 × 360 points, or
+/// than it was set to when that is less, or than the content view's own minimum when that is more.
 class Window : public QWidget
 {
     Q_OBJECT
 
 public:
-    enum class StandardButton { Close, Miniaturize, Zoom };
-    enum class TitleVisibility { Visible, Hidden };
+    enum class StandardButton
+    {
+        Close,
+        Miniaturize,
+        Zoom
+    };
+    enum class TitleVisibility
+    {
+        Visible,
+        Hidden
+    };
 
     explicit Window(QWidget *parent = nullptr);
     ~Window() override;
@@ -34,8 +43,8 @@ public:
     static constexpr int TitleBarHeight = 38;
 
     std::shared_ptr<ViewController> contentViewController() const;
-    /// Adopts the controller's view (loading it). The window keeps its title in step with the controller's when
-    /// the controller has one.
+    /// Adopts the controller's view (loading it). The window keeps its title in step with the controller's
+    /// when the controller has one.
     void setContentViewController(const std::shared_ptr<ViewController> &controller);
     /// The size of the content, without shadow margin.
     void setContentSize(const QSize &size);
@@ -57,7 +66,8 @@ public:
     /// Closes the window; Ctrl+W. For menus that offer the same.
     QAction *closeAction() const;
     /// Keeps the accessory and shows its view at the end of the title bar that its layout attribute names.
-    void addTitlebarAccessoryViewController(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
+    void
+    addTitlebarAccessoryViewController(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
 
     /// Puts the window in the middle of its screen (X11; elsewhere the compositor places it).
     void center();

@@ -1,7 +1,8 @@
 #pragma once
 #include <QAccessibleWidget>
 
-/// What assistive tools see of a window: a window of its title, without the widgets that only draw or resize its frame.
+/// What assistive tools see of a window: a window of its title, without the widgets that only draw or resize
+/// its frame.
 class WindowAccessible final : public QAccessibleWidget
 {
 public:

@@ -6,7 +6,8 @@ namespace WindowFrame
 {
 namespace
 {
-struct GrabRects {
+struct GrabRects
+{
     QRect outer;
     QRect inner;
 };

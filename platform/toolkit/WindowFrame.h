@@ -4,7 +4,8 @@
 #include <QSize>
 #include <Qt>
 
-/// What a window's frame looks like and where it is grabbed, as plain functions of its situation. All in points.
+/// What a window's frame looks like and where it is grabbed, as plain functions of its situation. All in
+/// points.
 namespace WindowFrame
 {
 constexpr int CornerRadius = 12;
@@ -15,7 +16,8 @@ constexpr int InnerGrabZone = 5;
 /// How far from a corner an edge still resizes both ways.
 constexpr int CornerGrabLength = 16;
 
-struct Situation {
+struct Situation
+{
     bool composited = false;    // what the window leaves transparent shows what is behind it
     bool placedByFrame = false; // the window system can be told of the margin around the frame
     bool maximized = false;
@@ -25,7 +27,8 @@ struct Situation {
     bool operator==(const Situation &) const = default;
 };
 
-struct Look {
+struct Look
+{
     bool rounded = false;
     int margin = 0;
     /// Without a shadow a line inside the frame sets the window off from what is behind it.

@@ -24,13 +24,16 @@ QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition)
     const bool zoomable = window.isZoomable();
 
     menu->addAction(localized(u"Restore"_s), &window, &QWidget::showNormal)->setEnabled(maximized);
-    menu->addAction(localized(u"Move"_s), &window, [&window] {
-        if (window.windowHandle())
-            window.windowHandle()->startSystemMove();
-    })->setEnabled(!maximized);
+    menu->addAction(localized(u"Move"_s), &window,
+                    [&window] {
+                        if (window.windowHandle())
+                            window.windowHandle()->startSystemMove();
+                    })
+        ->setEnabled(!maximized);
     menu->addAction(localized(u"Minimize"_s), &window, &QWidget::showMinimized)
         ->setEnabled(!window.isStandardButtonHidden(Window::StandardButton::Miniaturize));
-    menu->addAction(localized(u"Maximize"_s), &window, &QWidget::showMaximized)->setEnabled(zoomable && !maximized);
+    menu->addAction(localized(u"Maximize"_s), &window, &QWidget::showMaximized)
+        ->setEnabled(zoomable && !maximized);
     menu->addSeparator();
     menu->addAction(window.closeAction());
     menu->popup(globalPosition);

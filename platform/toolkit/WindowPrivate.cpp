@@ -9,6 +9,7 @@
 #include <platform/ViewController.h>
 
 #include <QAction>
+#include <QScreen>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -25,7 +26,8 @@ void Window::Private::build()
     QObject::connect(titleBar, &TitleBar::zoomRequested, q, [this] { toggleZoom(); });
     QObject::connect(titleBar, &TitleBar::minimizeRequested, q, &QWidget::showMinimized);
     QObject::connect(titleBar, &TitleBar::closeRequested, q, &QWidget::close);
-    QObject::connect(titleBar, &TitleBar::menuRequested, q, [this](const QPoint &position) { showMenu(position); });
+    QObject::connect(titleBar, &TitleBar::menuRequested, q,
+                     [this](const QPoint &position) { showMenu(position); });
 
     closeAction = new QAction(Bundle::main().localizedString(u"Close"_s), q);
     closeAction->setShortcut(Qt::CTRL | Qt::Key_W);
@@ -155,11 +157,10 @@ void Window::Private::publishFrame()
     constexpr int zone = WindowFrame::OuterGrabZone;
     const QRect frame = frameRect();
     WindowSystem::shared().publishFrame(
-        q->windowHandle(),
-        {.window = q->size(),
-         .frame = frame,
-         .grab = look.margin > 0 ? frame.adjusted(-zone, -zone, zone, zone) : frame,
-         .cornerRadius = look.rounded ? WindowFrame::CornerRadius : 0});
+        q->windowHandle(), {.window = q->size(),
+                            .frame = frame,
+                            .grab = look.margin > 0 ? frame.adjusted(-zone, -zone, zone, zone) : frame,
+                            .cornerRadius = look.rounded ? WindowFrame::CornerRadius : 0});
 }
 
 void Window::Private::watchHandle()
@@ -174,7 +175,8 @@ void Window::Private::orderFocus()
 {
     const QList<QWidget *> last = titleBar->focusOrder();
     QWidget *previous = nullptr;
-    for (QWidget *widget = q->nextInFocusChain(); widget && widget != q; widget = widget->nextInFocusChain()) {
+    for (QWidget *widget = q->nextInFocusChain(); widget && widget != q;
+         widget = widget->nextInFocusChain()) {
         if (!titleBar->isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus)
             previous = widget;
     }

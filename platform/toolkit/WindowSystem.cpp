@@ -56,7 +56,8 @@ bool WindowSystem::isTiled([[maybe_unused]] QWindow *window) const
     return false;
 }
 
-void WindowSystem::publishFrame([[maybe_unused]] QWindow *window, [[maybe_unused]] const PublishedFrame &frame)
+void WindowSystem::publishFrame([[maybe_unused]] QWindow *window,
+                                [[maybe_unused]] const PublishedFrame &frame)
 {
 #ifdef PLOVENDIX_X11
     if (m_x11)
@@ -64,7 +65,8 @@ void WindowSystem::publishFrame([[maybe_unused]] QWindow *window, [[maybe_unused
 #endif
 }
 
-bool WindowSystem::showWindowMenu([[maybe_unused]] QWindow *window, [[maybe_unused]] const QPoint &globalPosition)
+bool WindowSystem::showWindowMenu([[maybe_unused]] QWindow *window,
+                                  [[maybe_unused]] const QPoint &globalPosition)
 {
 #ifdef PLOVENDIX_X11
     if (m_x11)

@@ -8,15 +8,16 @@ class QWindow;
 class X11Hints;
 
 /// A window's parts in its own points.
-struct PublishedFrame {
+struct PublishedFrame
+{
     QSize window;
     QRect frame;
     QRect grab; // where it takes the mouse; clicks around it go to what is behind
     int cornerRadius = 0;
 };
 
-/// What the window system does for windows that draw their own frame. Main thread only; made on first use, once the
-/// application object exists.
+/// What the window system does for windows that draw their own frame. Main thread only; made on first use,
+/// once the application object exists.
 class WindowSystem final : public QObject
 {
     Q_OBJECT
@@ -31,13 +32,14 @@ public:
     bool placesByFrame() const;
     /// Whether the window stands at an edge of its screen or fills one direction of it.
     bool isTiled(QWindow *window) const;
-    /// Tells it where in the window the frame is, what it hides, and where it takes the mouse. Call again after every
-    /// change of size.
+    /// Tells it where in the window the frame is, what it hides, and where it takes the mouse. Call again
+    /// after every change of size.
     void publishFrame(QWindow *window, const PublishedFrame &frame);
     /// Shows its own menu for the window; false when it has none.
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
 
-    /// For tests: what `isComposited` and `placesByFrame` say, whatever runs; nothing follows the system again.
+    /// For tests: what `isComposited` and `placesByFrame` say, whatever runs; nothing follows the system
+    /// again.
     void setComposited(std::optional<bool> composited);
 
 Q_SIGNALS:

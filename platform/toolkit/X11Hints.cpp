@@ -20,14 +20,17 @@ namespace
 constexpr quint32 TiledEdges = 0x1 | 0x4 | 0x10 | 0x40;
 constexpr quint32 MaxAtomsRead = 1024;
 
-template <class Reply> using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
+template <class Reply>
+using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
 
-template <class Reply> ReplyPointer<Reply> owned(Reply *reply)
+template <class Reply>
+ReplyPointer<Reply> owned(Reply *reply)
 {
     return {reply, &std::free};
 }
 
-std::vector<quint32> readProperty(xcb_connection_t *connection, quint32 window, quint32 property, quint32 type)
+std::vector<quint32> readProperty(xcb_connection_t *connection, quint32 window, quint32 property,
+                                  quint32 type)
 {
     const auto cookie = xcb_get_property(connection, 0, window, property, type, 0, MaxAtomsRead);
     const auto reply = owned(xcb_get_property_reply(connection, cookie, nullptr));
@@ -66,8 +69,8 @@ std::unique_ptr<X11Hints> X11Hints::ofApplication()
 
 X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
 {
-    // The default screen's number is part of the compositor's selection. Qt's xcb connection belongs to the screen
-    // that DISPLAY names.
+    // The default screen's number is part of the compositor's selection. Qt's xcb connection belongs to the
+    // screen that DISPLAY names.
     int screenNumber = 0;
     xcb_parse_display(nullptr, nullptr, nullptr, &screenNumber);
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
@@ -84,10 +87,11 @@ X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
                                            "_GTK_EDGE_CONSTRAINTS",
                                            "_NET_SUPPORTED",
                                            "_GTK_SHOW_WINDOW_MENU"};
-    const std::array<quint32 *, 9> atoms{
-        &m_atoms.compositorSelection, &m_atoms.frameExtents,          &m_atoms.opaqueRegion,
-        &m_atoms.windowState,         &m_atoms.maximizedHorizontally, &m_atoms.maximizedVertically,
-        &m_atoms.edgeConstraints,     &m_atoms.supported,             &m_atoms.showWindowMenu};
+    const std::array<quint32 *, 9> atoms{&m_atoms.compositorSelection,   &m_atoms.frameExtents,
+                                         &m_atoms.opaqueRegion,          &m_atoms.windowState,
+                                         &m_atoms.maximizedHorizontally, &m_atoms.maximizedVertically,
+                                         &m_atoms.edgeConstraints,       &m_atoms.supported,
+                                         &m_atoms.showWindowMenu};
     std::array<xcb_intern_atom_cookie_t, names.size()> cookies;
     for (size_t i = 0; i < names.size(); ++i)
         cookies[i] = xcb_intern_atom(connection, 0, static_cast<quint16>(names[i].size()), names[i].c_str());
@@ -111,7 +115,8 @@ void X11Hints::watchCompositor()
     if (fixes && fixes->present) {
         m_firstFixesEvent = fixes->first_event;
         // The extension answers nothing before the client has named its version.
-        owned(xcb_xfixes_query_version_reply(m_connection, xcb_xfixes_query_version(m_connection, 4, 0), nullptr));
+        owned(xcb_xfixes_query_version_reply(m_connection, xcb_xfixes_query_version(m_connection, 4, 0),
+                                             nullptr));
         xcb_xfixes_select_selection_input(m_connection, m_root, m_atoms.compositorSelection,
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |

@@ -1,5 +1,6 @@
 #pragma once
 #include <QAbstractNativeEventFilter>
+#include <QPoint>
 #include <functional>
 #include <memory>
 
@@ -7,7 +8,8 @@ struct PublishedFrame;
 class QWindow;
 struct xcb_connection_t;
 
-/// The agreements between X clients, window managers and compositors that Qt does not speak. Main thread only.
+/// The agreements between X clients, window managers and compositors that Qt does not speak. Main thread
+/// only.
 class X11Hints final : public QAbstractNativeEventFilter
 {
 public:
@@ -26,7 +28,8 @@ public:
     std::function<void()> windowStateChanged;
 
 private:
-    struct Atoms {
+    struct Atoms
+    {
         quint32 compositorSelection, frameExtents, opaqueRegion, windowState, maximizedHorizontally,
             maximizedVertically, edgeConstraints, supported, showWindowMenu;
     };
