@@ -18,8 +18,8 @@ public:
     /// Dismisses the controller and calls `completion`, if any, at once. `animated` makes no difference.
     virtual void dismissCurrentViewController(bool animated, const Completion &completion) = 0;
     /// Shows `controller` in a window of its own and calls `completion`, if any, as soon as it is up.
-    virtual void presentViewControllerModally(const std::shared_ptr<ViewController> &controller, bool animated,
-                                              const Completion &completion) = 0;
+    virtual void presentViewControllerModally(const std::shared_ptr<ViewController> &controller,
+                                              bool animated, const Completion &completion) = 0;
 };
 
 /// `Base` (a view controller class) with those operations.

@@ -8,8 +8,9 @@ class ImageView;
 class LayoutConstraint;
 class QWidget;
 
-/// Animated changes of views. With the desktop's reduced-motion setting they are at once, completions included.
-/// The state a caller reads back (isHidden, constant, image) is the new one from the start. Main thread only.
+/// Animated changes of views. With the desktop's reduced-motion setting they are at once, completions
+/// included. The state a caller reads back (isHidden, constant, image) is the new one from the start. Main
+/// thread only.
 class Animator final
 {
 public:
@@ -19,8 +20,8 @@ public:
     static void setHidden(QWidget &view, bool hidden);
     /// Fades an image view to another image (or none).
     static void setImage(ImageView &view, const std::optional<Image> &image);
-    /// Moves a constraint; a movement under way goes on from where it is. `completion` runs once when the movement
-    /// has ended, also when a later one took over.
+    /// Moves a constraint; a movement under way goes on from where it is. `completion` runs once when the
+    /// movement has ended, also when a later one took over.
     static void setConstant(LayoutConstraint &constraint, double constant,
                             std::chrono::milliseconds duration = DefaultDuration,
                             std::function<void()> completion = {});

@@ -1,15 +1,25 @@
 #pragma once
+#include <QList>
 #include <QPainterPath>
 #include <QPointF>
-#include <QList>
+#include <QRectF>
 
-/// A path of lines and cubic curves, its elements exactly as added (a segment of no length stays one), y upwards.
-/// Plain value.
+class QPainter;
+
+/// A path of lines and cubic curves, its elements exactly as added (a segment of no length stays one), y
+/// upwards. Plain value.
 class BezierPath final
 {
 public:
-    struct Element {
-        enum class Kind { MoveTo, LineTo, CurveTo, Close };
+    struct Element
+    {
+        enum class Kind
+        {
+            MoveTo,
+            LineTo,
+            CurveTo,
+            Close
+        };
         Kind kind;
         QPointF point;         // where it ends
         QPointF controlPoint1; // of a curve

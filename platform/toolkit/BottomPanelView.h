@@ -3,9 +3,11 @@
 
 class LayoutConstraint;
 
-/// Lays out its child named by `panelName` along its bottom edge, moved by `bottomConstraint` (0 shown, minus its
-/// height hidden), over its other children, which each fill the whole view or keep the geometry of their scene when
-/// their dynamic property `keepsTop` is set (their width then follows the view).
+/// Lays out its child named by `panelName` along its bottom edge, moved by `bottomConstraint` (0 shown, minus
+/// its height hidden), over its other children, which each fill the whole view or keep the geometry of their
+/// scene when their dynamic property `keepsTop` is set (their width then follows the view, with the same
+/// margin on both sides). A panel that is wholly below the edge is hidden: it takes no focus and is not read
+/// out. Main thread only.
 class BottomPanelView : public QWidget
 {
     Q_OBJECT
@@ -23,9 +25,13 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void childEvent(QChildEvent *event) override;
 
 private:
+    bool isPanel(const QWidget &child) const;
+    void raisePanel();
     void layOut();
+    void layOutPanel(QWidget &panel);
 
     LayoutConstraint *m_constraint;
     QString m_panelName;

@@ -4,7 +4,8 @@
 #include <memory>
 #include <optional>
 
-/// Shows one image. Layer-backed views (`setWantsLayer`) draw through their layer: rounded corners, fades.
+/// Shows one image. Its size does not depend on the image, so that changing it costs no layout. Layer-backed
+/// views (`setWantsLayer`) draw through their layer: rounded corners, fades.
 class ImageView : public QWidget
 {
     Q_OBJECT
@@ -26,16 +27,22 @@ public:
     void setWantsLayer(bool wants);
     Layer *layer() const { return m_layer.get(); }
     void setLayer(std::unique_ptr<Layer> layer);
-    /// Lets subviews draw into the view's layer (and be clipped by it).
+    /// Whether subviews are meant to draw into the view's layer. They share one surface here in any case.
     bool canDrawSubviewsIntoLayer() const { return m_canDrawSubviewsIntoLayer; }
     void setCanDrawSubviewsIntoLayer(bool can);
+
+    /// Draws what the view shows into `rect`, for a table's cell.
+    void draw(QPainter &painter, const QRectF &rect) const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    ContentsGravity ownGravity() const;
+
     std::optional<Image> m_image;
     std::unique_ptr<Layer> m_layer;
+    bool m_layerIsOwn = false; // made here, not set
     bool m_wantsLayer = false;
     bool m_aspectFill = false;
     bool m_canDrawSubviewsIntoLayer = false;

@@ -1,8 +1,13 @@
 #pragma once
 #include <QWidget>
 
-/// One line of plain text that ends in an ellipsis where it does not fit. Its size does not depend on its text, so that
-/// changing it costs no layout. The text is never read as markup.
+class QPainter;
+
+/// One line of plain text, with an ellipsis where it does not fit. Its size does not depend on its text, so
+/// that changing it costs no layout. The text is never read as markup, and may be anything: line breaks and
+/// other control characters show as spaces, and characters that reorder their surroundings do not show at
+/// all. Assistive tools read the text itself, or the accessible name where the scene gives one. Main thread
+/// only.
 class Label : public QWidget
 {
     Q_OBJECT
@@ -12,7 +17,11 @@ class Label : public QWidget
     Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
 
 public:
-    enum class TextRole { Primary, Secondary };
+    enum class TextRole
+    {
+        Primary,
+        Secondary
+    };
     Q_ENUM(TextRole)
 
     explicit Label(QWidget *parent = nullptr);
@@ -26,6 +35,8 @@ public:
     Qt::Alignment alignment() const { return m_alignment; }
     void setAlignment(Qt::Alignment alignment);
 
+    /// The text as it is drawn where there is room enough: one line, of bounded length.
+    static QString singleLine(const QString &text);
     /// Draws the text into `rect` with this label's font and the colours of `palette`.
     void draw(QPainter &painter, const QRect &rect, const QPalette &palette) const;
     QSize sizeHint() const override;
@@ -36,6 +47,7 @@ protected:
 
 private:
     QString m_text;
+    QString m_line; // the text in one line
     TextRole m_role = TextRole::Primary;
     Qt::TextElideMode m_elideMode = Qt::ElideRight;
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;

@@ -1,25 +1,44 @@
 #pragma once
 #include <platform/Image.h>
-#include <QElapsedTimer>
+#include <QHash>
+#include <QList>
 #include <QObject>
 #include <chrono>
 #include <optional>
 
-/// How a layer's contents fill its bounds.
-enum class ContentsGravity { Resize, ResizeAspect, ResizeAspectFill, Center };
+class QPainter;
+class QVariantAnimation;
 
-enum class TimingFunction { Linear, EaseInEaseOut };
+/// How a layer's contents fill its bounds.
+enum class ContentsGravity
+{
+    Resize,
+    ResizeAspect,
+    ResizeAspectFill,
+    Center
+};
+
+enum class TimingFunction
+{
+    Linear,
+    EaseInEaseOut
+};
 
 /// A fade from the old contents to the new.
-struct Transition {
-    enum class Type { Fade };
+struct Transition
+{
+    enum class Type
+    {
+        Fade
+    };
     Type type = Type::Fade;
     std::chrono::milliseconds duration{250};
     TimingFunction timingFunction = TimingFunction::EaseInEaseOut;
 };
 
-/// What a layer-backed view draws: contents with a gravity, clipped to rounded corners. A transition added before the
-/// contents change blends the old into the new; with reduced motion the change is at once. Main thread only.
+/// What a layer-backed view draws: contents with a gravity, clipped to rounded corners. A transition added
+/// before the contents change blends the old into the new; with reduced motion the change is at once. Main
+/// thread only.
 class Layer final : public QObject
 {
     Q_OBJECT
@@ -48,12 +67,23 @@ Q_SIGNALS:
     void needsDisplay();
 
 private:
-    class Fade;
+    /// What is fading out, and how much of it was there when it began to.
+    struct Outgoing
+    {
+        Image image;
+        qreal opacity;
+    };
+
+    void beginFade(const Transition &transition);
+    void endFade();
+    QImage composed(const QSizeF &size, qreal devicePixelRatio) const;
+
     std::optional<Image> m_contents;
-    std::optional<Image> m_previous;
     ContentsGravity m_gravity = ContentsGravity::ResizeAspect;
     qreal m_cornerRadius = 0;
     bool m_masksToBounds = false;
     QHash<QString, Transition> m_animations;
+    QVariantAnimation *m_fade = nullptr; // our child while a fade runs
     qreal m_progress = 1;
+    QList<Outgoing> m_outgoing;
 };

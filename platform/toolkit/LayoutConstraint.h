@@ -1,8 +1,11 @@
 #pragma once
 #include <QObject>
+#include <QPointer>
 
-/// One number of a layout that can be changed and animated: here the distance of a panel from its window's bottom edge
-/// (0 shown, negative below it). A container view lays itself out anew when it changes.
+class ConstraintMovement;
+
+/// One number of a layout that can be changed and animated: here the distance of a panel from its window's
+/// bottom edge (0 shown, negative below it). A container view lays itself out anew when it changes.
 class LayoutConstraint final : public QObject
 {
     Q_OBJECT
@@ -12,6 +15,7 @@ public:
     using QObject::QObject;
     /// The number that was set or is being animated to.
     qreal constant() const { return m_constant; }
+    /// At once; a movement under way ends there.
     void setConstant(qreal constant);
     /// What the layout shows right now: on its way to `constant` while an animation runs.
     qreal presentedConstant() const { return m_presented; }
@@ -21,7 +25,11 @@ Q_SIGNALS:
     void presentedConstantChanged(qreal constant);
 
 private:
-    friend class Animator;
+    friend class ConstraintMovement;
+    void setTarget(qreal constant);
+    void present(qreal constant);
+
+    QPointer<ConstraintMovement> m_movement;
     qreal m_constant = 0;
     qreal m_presented = 0;
 };

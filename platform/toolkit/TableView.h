@@ -25,8 +25,8 @@ public:
 };
 
 /// A list of rows of one height whose cells are drawn from a scene: one cell serves every row.
-/// It shows the number of rows as of its last reload; a selection survives a reload by row where the row still exists,
-/// else it is dropped and the delegate hears of it. Main thread only.
+/// It shows the number of rows as of its last reload; a selection survives a reload by row where the row
+/// still exists, else it is dropped and the delegate hears of it. Main thread only.
 class TableView : public QListView
 {
     Q_OBJECT
@@ -52,6 +52,7 @@ public:
     /// The first selected row, -1 without one.
     int selectedRow() const;
     int numberOfSelectedRows() const;
+    /// Nothing happens when there is no such row.
     void selectRow(int row);
     void deselectAll();
     void reloadData();
@@ -62,11 +63,13 @@ public:
     void setContentInsets(const QMargins &insets);
 
 Q_SIGNALS:
-    /// A double click on a row, or Return with a row selected; `modifiers` as held at that moment.
+    /// A double click on a row, or Return with a row selected, also with Alt and Shift held: whoever answers
+    /// reads the keyboard's state.
     void doubleActionTriggered();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 

@@ -1,0 +1,35 @@
+#pragma once
+#include "Image.h"
+
+#include <QSvgRenderer>
+
+#include <list>
+
+/// What an image is made of, shared by its copies, with the pixmaps drawn from it lately. Main thread only.
+class Image::Source final
+{
+public:
+    /// The file's content, or nothing when it is no whole picture.
+    static std::shared_ptr<Source> read(const QString &path);
+    explicit Source(const QImage &pixels) : m_pixels(pixels) {}
+
+    /// In points.
+    QSizeF naturalSize() const;
+    QPixmap pixmap(const QSizeF &size, qreal devicePixelRatio);
+
+private:
+    struct Drawn
+    {
+        QSize pixels;
+        qreal ratio;
+        QPixmap pixmap;
+    };
+
+    explicit Source(std::unique_ptr<QSvgRenderer> svg) : m_svg(std::move(svg)) {}
+    QPixmap draw(const QSize &pixels, qreal devicePixelRatio) const;
+    void keep(const Drawn &drawn);
+
+    std::unique_ptr<QSvgRenderer> m_svg; // else m_pixels
+    QImage m_pixels;
+    std::list<Drawn> m_drawn; // the one used last in front
+};

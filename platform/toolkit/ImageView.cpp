@@ -1,0 +1,82 @@
+#include "ImageView.h"
+#include "ImageDrawing.h"
+
+#include <QPainter>
+
+ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
+
+ImageView::~ImageView() = default;
+
+std::optional<Image> ImageView::image() const
+{
+    return m_image;
+}
+
+void ImageView::setImage(const std::optional<Image> &image)
+{
+    m_image = image;
+    if (m_layer)
+        m_layer->setContents(image);
+    update();
+}
+
+void ImageView::setAspectFill(bool fill)
+{
+    m_aspectFill = fill;
+    if (m_layerIsOwn)
+        m_layer->setContentsGravity(ownGravity());
+    update();
+}
+
+void ImageView::setWantsLayer(bool wants)
+{
+    m_wantsLayer = wants;
+    if (wants && !m_layer) {
+        auto layer = std::make_unique<Layer>();
+        layer->setContentsGravity(ownGravity());
+        layer->setContents(m_image);
+        setLayer(std::move(layer));
+        m_layerIsOwn = true;
+    }
+    update();
+}
+
+void ImageView::setLayer(std::unique_ptr<Layer> layer)
+{
+    m_layer = std::move(layer);
+    m_layerIsOwn = false;
+    if (m_layer)
+        connect(m_layer.get(), &Layer::needsDisplay, this, qOverload<>(&QWidget::update));
+    update();
+}
+
+void ImageView::setCanDrawSubviewsIntoLayer(bool can)
+{
+    m_canDrawSubviewsIntoLayer = can;
+}
+
+void ImageView::draw(QPainter &painter, const QRectF &rect) const
+{
+    if (m_wantsLayer && m_layer)
+        return m_layer->draw(painter, rect);
+    if (!m_image)
+        return;
+    // Without a layer a picture is made smaller where it does not fit, but never larger than it is.
+    const QSizeF size = m_image->size();
+    const bool fits = size.width() <= rect.width() && size.height() <= rect.height();
+    const auto gravity = m_aspectFill ? ContentsGravity::ResizeAspectFill
+                         : fits       ? ContentsGravity::Center
+                                      : ContentsGravity::ResizeAspect;
+    drawImage(painter, *m_image, rect, gravity);
+}
+
+void ImageView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    draw(painter, rect());
+}
+
+ContentsGravity ImageView::ownGravity() const
+{
+    return m_aspectFill ? ContentsGravity::ResizeAspectFill : ContentsGravity::ResizeAspect;
+}

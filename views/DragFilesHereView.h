@@ -1,0 +1,73 @@
+#pragma once
+#include <QStringList>
+#include <QWidget>
+
+class QMimeData;
+
+/// What a drag target answers; the numbers are the platform's.
+enum class DragOperation
+{
+    None = 0,
+    Copy = 1
+};
+
+/// The view onto which a person drops a video file: outlines itself while a drag with a file hovers over it
+/// and hands the first dropped file to its window's content controller (a DroppedFileReceiver). Main thread
+/// only.
+///
+/// The pasteboard's file-URL type is "text/uri-list", the one type in which files travel between programs
+/// here. A drag is judged by its types alone; whatever the first URL then names, a folder or a web page, is
+/// handed on as it is, and the search judges it.
+class DragFilesHereView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// As code makes it.
+    explicit DragFilesHereView(const QRect &frame);
+    /// As a scene makes it.
+    explicit DragFilesHereView(QWidget *parent = nullptr);
+
+    /// The file-URL type, the same for the whole process.
+    static const QString &fileURLType();
+
+    QStringList acceptableTypes{fileURLType()};
+    bool isReceivingDrag = false;
+
+    void registerForDraggedTypes(const QStringList &types);
+    QStringList registeredDraggedTypes() const { return m_registeredTypes; }
+    /// How often types were registered.
+    int registrationCount() const { return m_registrationCount; }
+
+    /// Leaves drags to this view alone: subviews and theirs (no deeper) take none. Called before the view
+    /// first shows.
+    void awakeFromNib();
+
+    DragOperation draggingEntered(const QMimeData *draggingPasteboard);
+    void draggingExited();
+    bool prepareForDragOperation(const QMimeData *draggingPasteboard) const;
+    /// Whether the drop was taken, also when nobody was there to search for it.
+    bool performDragOperation(const QMimeData *draggingPasteboard);
+
+    /// Lets `other` (the list, while it covers this view) take drops as well, with its own outline.
+    void takeDropsOf(QWidget &other);
+
+Q_SIGNALS:
+    void isReceivingDragChanged(bool receiving);
+
+protected:
+    bool event(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    friend class DropForwarder;
+    void setReceivingDrag(bool receiving);
+
+    QStringList m_registeredTypes;
+    int m_registrationCount = 0;
+    bool m_isAwake = false;
+};
