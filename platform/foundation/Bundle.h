@@ -3,19 +3,24 @@
 #include <QStringList>
 #include <QUrl>
 #include <QVariantMap>
+#include <mutex>
 #include <optional>
 
 /// The program's folder of resources: real files, so that a damaged or missing one can be met.
-/// Main thread, except `pathForResource` and `objectForInfoDictionaryKey`, which any thread may call once `main()` exists.
+/// Any thread, once `main()` exists; workers too say in the person's language what went wrong.
 class Bundle final
 {
 public:
-    /// The bundle beside the executable: "resources" in its folder, else "../share/plovendix".
+    /// The bundle beside the executable: "resources" in its folder, else "../share/plovendix". Needs the
+    /// application object.
     static Bundle &main();
-    /// Replaces the main bundle, for tests. The folder need not exist.
+    /// Gives the main bundle another folder, for tests. The folder need not exist. Forgets what was read from
+    /// the old one, and the languages set.
     static void setMainFolder(const QString &folder);
 
     explicit Bundle(const QString &folder);
+    Bundle(const Bundle &) = delete;
+    Bundle &operator=(const Bundle &) = delete;
 
     QString folder() const;
     /// The content of Info.plist, read once; nothing when it is missing or no dictionary.
@@ -24,13 +29,22 @@ public:
     QVariant objectForInfoDictionaryKey(const QString &key) const;
     /// The file "NAME.TYPE" at the top of the bundle or in its folder for the person's language.
     std::optional<QString> pathForResource(const QString &name, const QString &type) const;
-    /// The text for `key` in the default strings table of the first preferred language that has one ("de.lproj/
-    /// Localizable.strings", a property list); else `value`, and for an empty `value` the key itself.
+    /// The text for `key` in the default strings table of the first preferred language that has one
+    /// ("de.lproj/ Localizable.strings", a property list); else `value`, and for an empty `value` the key
+    /// itself. English needs no table, because the keys are English: it ends the search. A damaged table
+    /// counts as missing.
     QString localizedString(const QString &key, const QString &value = {}) const;
-    /// The languages looked up, most wanted first; taken from LANGUAGE, LC_ALL, LC_MESSAGES and LANG unless set here.
+    /// The languages looked up, most wanted first; taken from LANGUAGE, LC_ALL, LC_MESSAGES and LANG unless
+    /// set here.
     void setPreferredLocalizations(const QStringList &languages);
 
 private:
+    void moveTo(const QString &folder);
+    QStringList languageFoldersLocked() const;
+    const std::optional<QVariantMap> &infoLocked() const;
+    const QVariantMap &stringsLocked() const;
+
+    mutable std::mutex m_mutex; // guards the rest
     QString m_folder;
     mutable std::optional<std::optional<QVariantMap>> m_info;
     mutable std::optional<QVariantMap> m_strings;

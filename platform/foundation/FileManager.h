@@ -6,8 +6,8 @@
 
 class FileSystemCalls;
 
-/// Moves, creates and removes files named by file URLs. Any thread; no state but the system calls it goes through.
-/// Names keep the bytes they have on disk: a URL's percent-encoded bytes that are not UTF-8 survive.
+/// Moves, creates and removes files named by file URLs. Any thread; no state but the system calls it goes
+/// through. Names keep the bytes they have on disk: a URL's percent-encoded bytes that are not UTF-8 survive.
 class FileManager
 {
 public:
@@ -19,9 +19,10 @@ public:
     static FileManager &defaultManager();
     static void setDefaultManager(std::shared_ptr<FileManager> manager);
 
-    /// Moves a file to a place where nothing is yet. Across file systems: copies beside the destination, flushes,
-    /// publishes without replacing, then removes the source. A failure leaves the source whole and the destination as
-    /// it was; the error says what failed and where. Domain "FileManager", code the errno value.
+    /// Moves a file to a place where nothing is yet. Across file systems: copies beside the destination,
+    /// flushes, publishes without replacing, then removes the source. A failure leaves the source whole and
+    /// the destination as it was; the error says what failed and where. Domain "FileManager", code the errno
+    /// value.
     virtual Result<void> moveItem(const QUrl &source, const QUrl &destination);
     virtual Result<void> createDirectory(const QUrl &folder);
     virtual Result<void> removeItem(const QUrl &item);

@@ -16,8 +16,8 @@ public:
     QString identifier() const;
     /// "de" of "de_AT.UTF-8"; nothing for C, POSIX and the empty identifier.
     std::optional<QString> languageCode() const;
-    /// The name in this locale's language, or nothing when the data has none. A locale without display data of its
-    /// own shows English names.
+    /// The name in this locale's language, or nothing when the data has none. A locale without display data
+    /// of its own shows English names.
     std::optional<QString> localizedStringForLanguageCode(const QString &code) const;
     std::optional<QString> localizedStringForRegionCode(const QString &code) const;
     /// Three-way comparison by this locale's collation rules, sensitive to case and diacritics.

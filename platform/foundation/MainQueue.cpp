@@ -14,7 +14,8 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-struct DelayedBlock {
+struct DelayedBlock
+{
     Clock::time_point due;
     std::function<void()> block;
 };
@@ -173,7 +174,10 @@ MainQueue &MainQueue::shared()
     return *queue;
 }
 
-void MainQueue::async(std::function<void()> block) { d->push(std::move(block)); }
+void MainQueue::async(std::function<void()> block)
+{
+    d->push(std::move(block));
+}
 
 void MainQueue::asyncAfter(std::chrono::milliseconds delay, std::function<void()> block)
 {
@@ -185,9 +189,18 @@ bool MainQueue::isMainThread()
     return QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread();
 }
 
-void MainQueue::useManualClock() { d->setManual(true); }
-void MainQueue::useSystemClock() { d->setManual(false); }
-void MainQueue::advance(std::chrono::milliseconds duration) { d->advance(duration); }
+void MainQueue::useManualClock()
+{
+    d->setManual(true);
+}
+void MainQueue::useSystemClock()
+{
+    d->setManual(false);
+}
+void MainQueue::advance(std::chrono::milliseconds duration)
+{
+    d->advance(duration);
+}
 
 void MainQueue::runUntilIdle()
 {
@@ -195,4 +208,7 @@ void MainQueue::runUntilIdle()
         d->runBatch();
 }
 
-void MainQueue::clear() { d->clear(); }
+void MainQueue::clear()
+{
+    d->clear();
+}

@@ -4,9 +4,9 @@
 #include <memory>
 
 /// The one queue of blocks on the main thread, first in, first out.
-/// Any thread may queue. No block starts while another is on the stack, not even inside a modal alert's own event
-/// loop: what is queued meanwhile waits until the running block has returned.
-/// `shared()` must first be called on the main thread, once the application object exists.
+/// Any thread may queue. No block starts while another is on the stack, not even inside a modal alert's own
+/// event loop: what is queued meanwhile waits until the running block has returned. `shared()` must first be
+/// called on the main thread, once the application object exists.
 class MainQueue final
 {
 public:

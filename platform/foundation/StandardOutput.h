@@ -2,8 +2,8 @@
 #include <QString>
 #include <functional>
 
-/// The lines the program promises on standard output, each flushed as it is written. Any thread; lines of different
-/// threads never mix. Line breaks inside the text become spaces, so that one call is one line.
+/// The lines the program promises on standard output, each flushed as it is written. Any thread; lines of
+/// different threads never mix. Line breaks inside the text become spaces, so that one call is one line.
 void printLine(const QString &line);
 
 /// Also hands every line to `observer`, on the thread that printed it. For tests; empty removes it.

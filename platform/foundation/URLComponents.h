@@ -5,7 +5,8 @@
 #include <optional>
 
 /// One "name=value" of a query. Without "=" there is no value, which differs from an empty one.
-struct URLQueryItem {
+struct URLQueryItem
+{
     QString name;
     std::optional<QString> value;
 
@@ -14,7 +15,8 @@ struct URLQueryItem {
 
 /// A URL in its parts, for taking one apart and for building one (RFC 3986). In a query "+" is a plus.
 /// Plain value, any thread.
-struct URLComponents {
+struct URLComponents
+{
     QString scheme;
     QString host;
     QString path;
@@ -22,8 +24,8 @@ struct URLComponents {
 
     /// The parts of a URL; nothing when it is not valid.
     static std::optional<URLComponents> fromURL(const QUrl &url);
-    /// The URL of these parts, its values percent-encoded so that they survive; nothing for a scheme or host that
-    /// no URL can have. An empty scheme gives a reference without one ("//host?…").
+    /// The URL of these parts, its values percent-encoded so that they survive; nothing for a scheme or host
+    /// that no URL can have. An empty scheme gives a reference without one ("//host?…").
     std::optional<QUrl> url() const;
     /// The value of the first item of that exact name; nothing when there is no such item or it has no value.
     std::optional<QString> firstValue(const QString &name) const;

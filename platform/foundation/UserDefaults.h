@@ -8,8 +8,9 @@
 /// The person's settings: stored values over registered defaults, kept as INI in the group "General" of
 /// $XDG_CONFIG_HOME/Quorvane/Plovendix.conf. Main thread only.
 ///
-/// A change by any means (a setter here, another process that rewrites or replaces the file) reaches the observers of
-/// the key once. A file that cannot be read as settings is kept aside under another name, never overwritten.
+/// A change by any means (a setter here, another process that rewrites or replaces the file) reaches the
+/// observers of the key once. A file that cannot be read as settings is kept aside under another name, never
+/// overwritten.
 class UserDefaults final
 {
 public:
@@ -55,7 +56,8 @@ public:
     void registerDefaults(const QVariantMap &defaults);
 
     QVariant object(const QString &key) const;
-    /// The value as text, or nothing when there is none or it is not text (numbers and dates read as their text).
+    /// The value as text, or nothing when there is none or it is not text (numbers and dates read as their
+    /// text).
     std::optional<QString> string(const QString &key) const;
     bool boolean(const QString &key) const;
     /// 0 when there is no value or it is no number; the text "86400" reads as 86400.

@@ -1,0 +1,114 @@
+#include "FileErrors.h"
+#include "Bundle.h"
+#include "FilePaths.h"
+
+#include <QStringList>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Puts arguments in the places "%1$@", "%2$@", … in one pass: a file name may contain such a mark itself.
+QString filled(const QString &format, const QStringList &arguments)
+{
+    QString text;
+    for (qsizetype place = 0; place < format.size(); ++place) {
+        const QStringView rest = QStringView(format).mid(place);
+        const bool isMark =
+            rest.size() >= 4 && rest[0] == u'%' && rest[1].isDigit() && rest.mid(2, 2) == u"$@";
+        if (!isMark) {
+            text += rest[0];
+            continue;
+        }
+        text += arguments.value(rest[1].digitValue() - 1);
+        place += 3;
+    }
+    return text;
+}
+
+/// The keys stand whole in this file, because translators search for them.
+QString moveSentence(int code)
+{
+    switch (code) {
+    case EEXIST:
+    case ENOTEMPTY:
+        return u"“%1$@” could not be moved to “%2$@” because a file with that name already exists in “%3$@”."_s;
+    case ENOSPC:
+    case EDQUOT:
+        return u"“%1$@” could not be moved to “%3$@” because there is not enough free space."_s;
+    case EACCES:
+    case EPERM:
+        return u"“%1$@” could not be moved to “%3$@” because you do not have the permission."_s;
+    case EROFS:
+        return u"“%1$@” could not be moved to “%3$@” because the disk can only be read."_s;
+    case ENOTDIR:
+        return u"“%1$@” could not be moved to “%3$@” because that is not a folder."_s;
+    case ENAMETOOLONG:
+        return u"“%1$@” could not be moved to “%2$@” because the name is too long."_s;
+    case EFBIG:
+        return u"“%1$@” could not be moved to “%3$@” because it is too large for that disk."_s;
+    default:
+        return u"“%1$@” could not be moved to “%3$@” because of an error of the system: %4$@."_s;
+    }
+}
+
+Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
+{
+    const QString sentence = filled(Bundle::main().localizedString(key), arguments);
+    return Error{u"FileManager"_s, code, sentence, detail + u": "_s + qt_error_string(code)};
+}
+
+Error moveErrorSaying(const QString &key, int code, const QByteArray &source, const QByteArray &destination)
+{
+    const QStringList arguments{textOfName(lastComponent(source)), textOfName(lastComponent(destination)),
+                                textOfName(parentFolder(destination)), qt_error_string(code)};
+    return fileError(code, key, arguments,
+                     u"move %1 to %2"_s.arg(textOfName(source), textOfName(destination)));
+}
+} // namespace
+
+Error moveError(int code, const QByteArray &source, const QByteArray &destination)
+{
+    return moveErrorSaying(moveSentence(code), code, source, destination);
+}
+
+Error missingSourceError(const QByteArray &source, const QByteArray &destination)
+{
+    return moveErrorSaying(u"“%1$@” could not be moved because it no longer exists."_s, ENOENT, source,
+                           destination);
+}
+
+Error missingFolderError(const QByteArray &source, const QByteArray &destination)
+{
+    return moveErrorSaying(u"“%1$@” could not be moved to “%3$@” because that folder does not exist."_s,
+                           ENOENT, source, destination);
+}
+
+Error folderBetweenDisksError(const QByteArray &source, const QByteArray &destination)
+{
+    return moveErrorSaying(
+        u"“%1$@” could not be moved to “%3$@” because only files can be moved to another disk."_s, EXDEV,
+        source, destination);
+}
+
+Error createFolderError(int code, const QByteArray &folder)
+{
+    return fileError(
+        code, u"The folder “%1$@” could not be created in “%2$@”: %3$@."_s,
+        {textOfName(lastComponent(folder)), textOfName(parentFolder(folder)), qt_error_string(code)},
+        u"create "_s + textOfName(folder));
+}
+
+Error removeError(int code, const QByteArray &item)
+{
+    return fileError(code, u"“%1$@” could not be removed from “%2$@”: %3$@."_s,
+                     {textOfName(lastComponent(item)), textOfName(parentFolder(item)), qt_error_string(code)},
+                     u"remove "_s + textOfName(item));
+}
+
+Error notAFileError(const QString &url)
+{
+    return fileError(EINVAL, u"“%1$@” is not the address of a file on this computer."_s, {url}, url);
+}

@@ -1,0 +1,128 @@
+#include "FileSystemCalls.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+template <class T>
+T resultOf(T result)
+{
+    return result < 0 ? static_cast<T>(-errno) : result;
+}
+
+struct CloseFolder
+{
+    void operator()(DIR *folder) const { ::closedir(folder); }
+};
+} // namespace
+
+FileSystemCalls::~FileSystemCalls() = default;
+
+int FileSystemCalls::renameWithoutReplacing(const QByteArray &from, const QByteArray &to)
+{
+#ifdef RENAME_NOREPLACE
+    return resultOf(::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE));
+#elif defined(RENAME_EXCL)
+    return resultOf(::renamex_np(from.constData(), to.constData(), RENAME_EXCL));
+#else
+    Q_UNUSED(from)
+    Q_UNUSED(to)
+    return -ENOSYS;
+#endif
+}
+
+int FileSystemCalls::rename(const QByteArray &from, const QByteArray &to)
+{
+    return resultOf(::rename(from.constData(), to.constData()));
+}
+
+int FileSystemCalls::link(const QByteArray &from, const QByteArray &to)
+{
+    return resultOf(::link(from.constData(), to.constData()));
+}
+
+int FileSystemCalls::unlink(const QByteArray &path)
+{
+    return resultOf(::unlink(path.constData()));
+}
+
+int FileSystemCalls::makeFolder(const QByteArray &path)
+{
+    return resultOf(::mkdir(path.constData(), 0777));
+}
+
+int FileSystemCalls::removeFolder(const QByteArray &path)
+{
+    return resultOf(::rmdir(path.constData()));
+}
+
+int FileSystemCalls::listFolder(const QByteArray &path, QList<QByteArray> &names)
+{
+    const std::unique_ptr<DIR, CloseFolder> folder(::opendir(path.constData()));
+    if (!folder)
+        return -errno;
+    errno = 0;
+    while (const dirent *entry = ::readdir(folder.get())) {
+        const QByteArray name(entry->d_name);
+        if (name != "." && name != "..")
+            names += name;
+        errno = 0;
+    }
+    return -errno;
+}
+
+int FileSystemCalls::status(const QByteArray &path, struct stat &status)
+{
+    return resultOf(::lstat(path.constData(), &status));
+}
+
+int FileSystemCalls::statusOfTarget(const QByteArray &path, struct stat &status)
+{
+    return resultOf(::stat(path.constData(), &status));
+}
+
+int FileSystemCalls::open(const QByteArray &path, int flags, mode_t mode)
+{
+    return resultOf(::open(path.constData(), flags | O_CLOEXEC, mode));
+}
+
+ssize_t FileSystemCalls::read(int descriptor, char *bytes, std::size_t size)
+{
+    return resultOf(::read(descriptor, bytes, size));
+}
+
+ssize_t FileSystemCalls::write(int descriptor, const char *bytes, std::size_t size)
+{
+    return resultOf(::write(descriptor, bytes, size));
+}
+
+int FileSystemCalls::setMode(int descriptor, mode_t mode)
+{
+    return resultOf(::fchmod(descriptor, mode));
+}
+
+int FileSystemCalls::setTimes(int descriptor, const struct stat &status)
+{
+#ifdef __APPLE__
+    const timespec times[] = {status.st_atimespec, status.st_mtimespec};
+#else
+    const timespec times[] = {status.st_atim, status.st_mtim};
+#endif
+    return resultOf(::futimens(descriptor, times));
+}
+
+int FileSystemCalls::flush(int descriptor)
+{
+    return resultOf(::fsync(descriptor));
+}
+
+int FileSystemCalls::close(int descriptor)
+{
+    return resultOf(::close(descriptor));
+}
