@@ -1,4 +1,5 @@
 #pragma once
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <compare>
@@ -29,5 +30,6 @@ public:
 
 private:
     QString m_identifier;
-    QString m_displayIdentifier;
+    QByteArray m_icuIdentifier;     // for collation; that of English where there is no language
+    QByteArray m_displayIdentifier; // for names; that of English where ICU has none
 };

@@ -32,6 +32,7 @@ public:
     void push(std::function<void()> block)
     {
         const std::scoped_lock lock(m_mutex);
+        promoteDueLocked();
         m_ready.push_back(std::move(block));
         wakeUpLocked();
     }
@@ -47,39 +48,29 @@ public:
         wakeUpLocked();
     }
 
-    /// Moves what has fallen due behind what is ready, runs one batch, and arms the timer for the next.
+    /// Moves what has fallen due behind what is ready, runs as many blocks as are ready now, and arms the
+    /// wake-up for the rest, so that events get their turn between batches. Does nothing while a block is on
+    /// the stack.
     void runBatch()
     {
         if (m_running)
             return;
-        std::size_t batch = 0;
-        {
-            const std::scoped_lock lock(m_mutex);
-            m_wakeUpPosted = false;
-            promoteDueLocked();
-            batch = m_ready.size();
-        }
-        m_running = true;
-        for (; batch > 0; --batch) {
-            std::function<void()> block;
-            {
-                const std::scoped_lock lock(m_mutex);
-                if (m_ready.empty())
-                    break;
-                block = std::move(m_ready.front());
-                m_ready.pop_front();
-            }
+        const Turn turn(*this);
+        for (std::size_t left = readyBlocks(); left > 0; --left) {
+            const std::function<void()> block = takeFirst();
+            if (!block)
+                break;
             block();
         }
-        m_running = false;
-        rearm();
     }
 
-    bool hasReadyBlocks()
+    bool isRunning() const { return m_running; }
+
+    std::size_t readyBlocks()
     {
         const std::scoped_lock lock(m_mutex);
         promoteDueLocked();
-        return !m_ready.empty();
+        return m_ready.size();
     }
 
     void setManual(bool manual)
@@ -87,6 +78,7 @@ public:
         const std::scoped_lock lock(m_mutex);
         m_manual = manual;
         m_manualNow = Clock::now();
+        wakeUpLocked();
     }
 
     void advance(std::chrono::milliseconds duration)
@@ -98,15 +90,19 @@ public:
 
     void clear()
     {
+        // Destroyed outside the lock: what a block holds may queue another while it goes.
+        std::deque<std::function<void()>> ready;
+        std::vector<DelayedBlock> delayed;
         const std::scoped_lock lock(m_mutex);
-        m_ready.clear();
-        m_delayed.clear();
+        ready.swap(m_ready);
+        delayed.swap(m_delayed);
     }
 
 protected:
     bool event(QEvent *event) override
     {
         if (event->type() == WakeUp) {
+            noteWakeUp();
             runBatch();
             return true;
         }
@@ -121,6 +117,41 @@ protected:
     }
 
 private:
+    /// The time a batch takes. Ends it also when a block throws, as a fatal fault does under test.
+    class Turn final
+    {
+    public:
+        explicit Turn(Private &queue) : m_queue(queue) { m_queue.m_running = true; }
+        ~Turn()
+        {
+            m_queue.m_running = false;
+            m_queue.rearm();
+        }
+        Turn(const Turn &) = delete;
+        Turn &operator=(const Turn &) = delete;
+
+    private:
+        Private &m_queue;
+    };
+
+    std::function<void()> takeFirst()
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (m_ready.empty())
+            return {};
+        std::function<void()> block = std::move(m_ready.front());
+        m_ready.pop_front();
+        return block;
+    }
+
+    /// The posted wake-up is used up even where it finds a block running; the end of that turn posts the
+    /// next.
+    void noteWakeUp()
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_wakeUpPosted = false;
+    }
+
     void wakeUpLocked()
     {
         if (m_wakeUpPosted)
@@ -153,7 +184,7 @@ private:
         }
     }
 
-    std::mutex m_mutex; // guards the four below
+    std::mutex m_mutex; // guards the five below
     std::deque<std::function<void()>> m_ready;
     std::vector<DelayedBlock> m_delayed; // by due time
     Clock::time_point m_manualNow;
@@ -164,7 +195,11 @@ private:
     int m_timer = 0;
 };
 
-MainQueue::MainQueue() : d(std::make_unique<Private>()) {}
+MainQueue::MainQueue() : d(std::make_unique<Private>())
+{
+    if (QCoreApplication::instance())
+        d->moveToThread(QCoreApplication::instance()->thread());
+}
 MainQueue::~MainQueue() = default;
 
 MainQueue &MainQueue::shared()
@@ -204,7 +239,7 @@ void MainQueue::advance(std::chrono::milliseconds duration)
 
 void MainQueue::runUntilIdle()
 {
-    while (d->hasReadyBlocks())
+    while (!d->isRunning() && d->readyBlocks() > 0)
         d->runBatch();
 }
 

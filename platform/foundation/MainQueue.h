@@ -27,7 +27,8 @@ public:
     void useManualClock();
     void useSystemClock();
     void advance(std::chrono::milliseconds duration);
-    /// For tests: runs what is due now and everything that those blocks queue in turn. Main thread.
+    /// For tests: runs what is due now and everything that those blocks queue in turn. Main
+    /// thread; does nothing inside a block.
     void runUntilIdle();
     /// For tests: forgets every block, due or delayed.
     void clear();

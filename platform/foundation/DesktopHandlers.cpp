@@ -1,0 +1,74 @@
+#include "DesktopHandlers.h"
+#include "GObjectPointer.h"
+
+#include <gio/gdesktopappinfo.h>
+#include <gio/gio.h>
+
+#include <QFile>
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.platform")
+
+using Application = GObjectPointer<GAppInfo>;
+
+/// The desktop's answer for one kind of file; "/" as in "inode/directory".
+Application handlerForType(const char *type)
+{
+    constexpr gboolean AlsoPlainPaths = FALSE;
+    return Application(g_app_info_get_default_for_type(type, AlsoPlainPaths));
+}
+
+Application handlerForUri(const QByteArray &uri)
+{
+    const GObjectPointer<GFile> file(g_file_new_for_uri(uri.constData()));
+    const GText scheme(g_uri_parse_scheme(uri.constData()));
+    if (!scheme)
+        return {};
+    if (g_strcmp0(scheme.get(), "file") == 0)
+        return Application(g_file_query_default_handler(file.get(), nullptr, nullptr));
+    const GText lower(g_ascii_strdown(scheme.get(), -1));
+    return Application(g_app_info_get_default_for_uri_scheme(lower.get()));
+}
+
+bool launch(GAppInfo *application, const QByteArray &uri)
+{
+    const GObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
+    // These were given to us for our own start and are used up.
+    g_app_launch_context_unsetenv(context.get(), "DESKTOP_STARTUP_ID");
+    g_app_launch_context_unsetenv(context.get(), "XDG_ACTIVATION_TOKEN");
+    QByteArray argument = uri;
+    GList uris = {argument.data(), nullptr, nullptr};
+    GError *rawError = nullptr;
+    const bool launched = g_app_info_launch_uris(application, &uris, context.get(), &rawError);
+    const GErrorPointer error(rawError);
+    if (error)
+        qCWarning(log, "%s did not start: %s", g_app_info_get_name(application), error->message);
+    return launched;
+}
+} // namespace
+
+bool openWithDefaultHandler(const QByteArray &uri)
+{
+    const Application handler = handlerForUri(uri);
+    return handler && launch(handler.get(), uri);
+}
+
+bool openFolder(const QByteArray &folderUri)
+{
+    const Application handler = handlerForType("inode/directory");
+    return handler && launch(handler.get(), folderUri);
+}
+
+std::optional<QString> desktopEntryPath(const QString &identifier)
+{
+    if (identifier.isEmpty() || identifier.contains(u'/'))
+        return {};
+    const QByteArray name = identifier.toUtf8() + ".desktop";
+    const GObjectPointer<GDesktopAppInfo> entry(g_desktop_app_info_new(name.constData()));
+    const char *path = entry ? g_desktop_app_info_get_filename(entry.get()) : nullptr;
+    return path ? std::optional<QString>(QFile::decodeName(path)) : std::nullopt;
+}
