@@ -34,7 +34,8 @@ std::optional<QUrl> replyURL(const QByteArray &path, const std::optional<Externa
     components.scheme = request ? request->urlScheme : QString();
     components.host = ReplyHost;
     auto url = components.url();
-    if (!url)
+    // A sender that is no scheme must not end as a reference without one.
+    if (!url || url->scheme() != components.scheme.toLower())
         return std::nullopt;
     QByteArray query = "filepath=" + path.toPercentEncoding("/");
     if (request)

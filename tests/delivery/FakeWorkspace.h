@@ -1,0 +1,25 @@
+#pragma once
+#include <platform/Workspace.h>
+#include <QList>
+#include <QStringList>
+
+/// A desktop with the applications a test installs, which notes the URLs it is asked to open.
+class FakeWorkspace final : public Workspace
+{
+public:
+    QStringList installed;
+    bool takesURLs = true;
+    QList<QUrl> opened;
+
+    bool openURL(const QUrl &url) override
+    {
+        opened += url;
+        return takesURLs;
+    }
+    std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString &identifier) override
+    {
+        if (!installed.contains(identifier))
+            return std::nullopt;
+        return QStringLiteral("/applications/") + identifier;
+    }
+};
