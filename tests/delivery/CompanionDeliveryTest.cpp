@@ -89,13 +89,13 @@ private Q_SLOTS:
     void nameThatLeavesTheFolderIsRefusedUntouched_data()
     {
         QTest::addColumn<QString>("file");
-        QTest::newRow("parent") << u"file:///tmp/x/.."_s;
-        QTest::newRow("folder") << u"file:///tmp/x/."_s;
-        QTest::newRow("folder with extension") << u"file:///tmp/x/..srt"_s;
-        QTest::newRow("escaped parent") << u"file:///tmp/x/%2E%2E"_s;
-        QTest::newRow("escaped slash before the parent") << u"file:///tmp/x%2F.."_s;
+        QTest::newRow("parent") << u"file:///d/x/.."_s;
+        QTest::newRow("folder") << u"file:///d/x/."_s;
+        QTest::newRow("folder with extension") << u"file:///d/x/..srt"_s;
+        QTest::newRow("escaped parent") << u"file:///d/x/%2E%2E"_s;
+        QTest::newRow("escaped slash before the parent") << u"file:///d/x%2F.."_s;
         QTest::newRow("root") << u"file:///"_s;
-        QTest::newRow("NUL") << u"file:///tmp/x/a%00b.srt"_s;
+        QTest::newRow("NUL") << u"file:///d/x/a%00b.srt"_s;
         QTest::newRow("no file") << u"https://example.org/a.srt"_s;
     }
     void nameThatLeavesTheFolderIsRefusedUntouched()
