@@ -1,6 +1,9 @@
 #pragma once
 #include <QColor>
 #include <QObject>
+#include <QPointer>
+
+class SettingsPortal;
 
 /// The program's look on this desktop: light or dark, accent colour, reduced motion; read from the settings portal on
 /// the session bus and followed live. Sets the application's palette and style. Main thread only.
@@ -25,8 +28,12 @@ Q_SIGNALS:
 
 private:
     Appearance() = default;
+    static QColor defaultAccent(Scheme scheme);
+    void followPortal();
     void applyPalette();
 
+    QPointer<SettingsPortal> m_portal; // the application's child: it goes while the bus is still there
+    Scheme m_platformScheme = Scheme::Light;
     Scheme m_scheme = Scheme::Light;
     QColor m_accent{0x2f, 0x6f, 0xde};
     bool m_reducedMotion = false;

@@ -13,7 +13,13 @@ constexpr qreal DarkSelectedRowTint = 0.18;
 constexpr qreal PillTint = 0.06;
 constexpr qreal HoveredPillTint = 0.10;
 constexpr qreal PressedPillTint = 0.16;
-constexpr qreal DarkPillBonus = 0.015;
+constexpr qreal DarkPillBonus = 0.02;
+
+QColor withAlpha(QColor color, qreal alpha)
+{
+    color.setAlphaF(static_cast<float>(alpha));
+    return color;
+}
 } // namespace
 
 QColor ChromeColors::mixed(const QColor &base, const QColor &over, qreal amount)
@@ -53,20 +59,9 @@ ChromeColors ChromeColors::of(const QPalette &palette)
     colors.accentText = palette.color(QPalette::Active, QPalette::HighlightedText);
     colors.selectedRow =
         mixed(colors.window, colors.accent, colors.dark ? DarkSelectedRowTint : SelectedRowTint);
+    const qreal bonus = colors.dark ? DarkPillBonus : 0;
+    colors.pill = withAlpha(colors.text, PillTint + bonus);
+    colors.hoveredPill = withAlpha(colors.text, HoveredPillTint + bonus);
+    colors.pressedPill = withAlpha(colors.text, PressedPillTint + bonus);
     return colors;
-}
-
-QColor ChromeColors::pill(const QColor &surface) const
-{
-    return mixed(surface, text, PillTint + (dark ? DarkPillBonus : 0));
-}
-
-QColor ChromeColors::hoveredPill(const QColor &surface) const
-{
-    return mixed(surface, text, HoveredPillTint + (dark ? DarkPillBonus : 0));
-}
-
-QColor ChromeColors::pressedPill(const QColor &surface) const
-{
-    return mixed(surface, text, PressedPillTint + (dark ? DarkPillBonus : 0));
 }

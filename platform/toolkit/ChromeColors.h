@@ -26,8 +26,8 @@ struct ChromeColors
     QColor accent;
     QColor accentText; // on the accent colour
 
-    /// Grey fills of buttons on `surface`: at rest, under the pointer, pressed.
-    QColor pill(const QColor &surface) const;
-    QColor hoveredPill(const QColor &surface) const;
-    QColor pressedPill(const QColor &surface) const;
+    /// Translucent greys that fill buttons on any surface: at rest, under the pointer, pressed.
+    QColor pill;
+    QColor hoveredPill;
+    QColor pressedPill;
 };

@@ -64,8 +64,8 @@ QColor TitleBarButton::fillColor() const
 {
     const ChromeColors colors = ChromeColors::of(palette());
     if (isDown())
-        return colors.pressedPill(colors.header);
-    return underMouse() ? colors.hoveredPill(colors.header) : colors.pill(colors.header);
+        return colors.pressedPill;
+    return underMouse() ? colors.hoveredPill : colors.pill;
 }
 
 void TitleBarButton::paintEvent(QPaintEvent *)

@@ -1,0 +1,28 @@
+#pragma once
+#include <QBasicTimer>
+#include <QWidget>
+
+/// A wheel that turns while it is visible and says that something is under way. Stands still, at no cost, while it is
+/// hidden and on a desktop that asks for little motion.
+class BusyIndicator : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit BusyIndicator(QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+    bool isSpinning() const { return m_timer.isActive(); }
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void followMotionSetting();
+
+    QBasicTimer m_timer;
+    int m_step = 0;
+};

@@ -1,0 +1,43 @@
+#pragma once
+#include <QColor>
+#include <QDBusVariant>
+#include <QObject>
+#include <optional>
+
+class QDBusMessage;
+class QDBusPendingCallWatcher;
+
+/// Reads the desktop's look from the settings portal on the session bus and follows it. Never waits: what the portal
+/// says arrives through `changed`, what it says in another shape than agreed is passed over. Main thread only.
+class SettingsPortal final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class ColorScheme { NoPreference, Dark, Light };
+
+    explicit SettingsPortal(QObject *parent);
+
+    /// Subscribes and asks for everything. Does nothing on a system without a session bus.
+    void start();
+
+    ColorScheme colorScheme() const { return m_colorScheme; }
+    /// Nothing when the desktop has no accent colour.
+    std::optional<QColor> accentColor() const { return m_accentColor; }
+    bool prefersReducedMotion() const { return m_reducedMotion || !m_animationsEnabled; }
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void takeChange(const QString &settingNamespace, const QString &key, const QDBusVariant &value);
+
+private:
+    void takeAnswer(const QDBusMessage &answer);
+    void take(const QString &settingNamespace, const QString &key, const QVariant &value);
+
+    ColorScheme m_colorScheme = ColorScheme::NoPreference;
+    std::optional<QColor> m_accentColor;
+    bool m_reducedMotion = false;
+    bool m_animationsEnabled = true;
+};
