@@ -5,18 +5,22 @@
 
 class SettingsPortal;
 
-/// The program's look on this desktop: light or dark, accent colour, reduced motion; read from the settings portal on
-/// the session bus and followed live. Sets the application's palette and style. Main thread only.
+/// The program's look on this desktop: light or dark, accent colour, reduced motion; read from the settings
+/// portal on the session bus and followed live. Sets the application's palette and style. Main thread only.
 class Appearance final : public QObject
 {
     Q_OBJECT
 
 public:
-    enum class Scheme { Light, Dark };
+    enum class Scheme
+    {
+        Light,
+        Dark
+    };
 
     static Appearance &shared();
-    /// Installs style and palette and starts to listen. Once, after the application object exists. Waits for nothing:
-    /// the portal's answer is taken in when it comes.
+    /// Installs style and palette and starts to listen. Once, after the application object exists. Waits for
+    /// nothing: the portal's answer is taken in when it comes.
     void install();
 
     Scheme scheme() const { return m_scheme; }

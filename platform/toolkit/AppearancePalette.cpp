@@ -3,7 +3,8 @@
 
 namespace
 {
-struct Tones {
+struct Tones
+{
     QColor window;
     QColor text;
     QColor secondaryText;
@@ -31,7 +32,9 @@ Tones tonesOf(Appearance::Scheme scheme, const QColor &accent)
 
 void setSurfaces(QPalette &palette, const Tones &tones)
 {
-    const auto tint = [&tones](qreal amount) { return ChromeColors::mixed(tones.window, tones.text, amount); };
+    const auto tint = [&tones](qreal amount) {
+        return ChromeColors::mixed(tones.window, tones.text, amount);
+    };
     palette.setColor(QPalette::Window, tones.window);
     palette.setColor(QPalette::Base, tones.window);
     palette.setColor(QPalette::AlternateBase, tint(0.025));

@@ -9,7 +9,8 @@ namespace
 {
 using ChromePainting::Role;
 
-struct ButtonLook {
+struct ButtonLook
+{
     QColor fill; // transparent for none
     QColor text;
     QFont::Weight weight;
@@ -32,7 +33,8 @@ bool isHovered(const QStyleOption &option)
 
 bool isAccented(const QStyleOptionButton &option, Role role)
 {
-    return role == Role::Accent || (role == Role::Plain && option.features & QStyleOptionButton::DefaultButton);
+    return role == Role::Accent ||
+           (role == Role::Plain && option.features & QStyleOptionButton::DefaultButton);
 }
 
 QColor greyFill(const QStyleOption &option, const ChromeColors &colors)
@@ -59,7 +61,9 @@ ButtonLook lookOf(const QStyleOptionButton &option, Role role)
     const QColor text = option.palette.color(QPalette::ButtonText);
     const bool checked = option.state & QStyle::State_On;
     if (role == Role::Tab)
-        return {checked || isDown(option) ? colors.pill : isHovered(option) ? colors.pill : QColor(Qt::transparent),
+        return {checked || isDown(option) ? colors.pill
+                : isHovered(option)       ? colors.pill
+                                          : QColor(Qt::transparent),
                 checked ? text : colors.secondaryText, QFont::Medium};
     const bool flat = option.features & QStyleOptionButton::Flat;
     if (flat && !isDown(option) && !isHovered(option) && !checked)
@@ -69,7 +73,8 @@ ButtonLook lookOf(const QStyleOptionButton &option, Role role)
 
 qreal radiusOf(const QRect &rect, Role role)
 {
-    return role == Role::Pill ? rect.height() / 2.0 : qMin<qreal>(ChromePainting::ButtonRadius, rect.height() / 2.0);
+    return role == Role::Pill ? rect.height() / 2.0
+                              : qMin<qreal>(ChromePainting::ButtonRadius, rect.height() / 2.0);
 }
 
 void drawMenuSign(QPainter &painter, const QRect &rect, const QColor &color)
@@ -114,7 +119,8 @@ void drawPushButtonLabel(QPainter &painter, const QStyleOptionButton &option, Ro
     const bool hasMenu = option.features & QStyleOptionButton::HasMenu;
     if (!option.icon.isNull()) {
         const int spacing = option.text.isEmpty() ? 0 : 6;
-        const int textWidth = option.text.isEmpty() ? 0 : painter.fontMetrics().horizontalAdvance(option.text);
+        const int textWidth =
+            option.text.isEmpty() ? 0 : painter.fontMetrics().horizontalAdvance(option.text);
         const int left = rect.center().x() + 1 - (option.iconSize.width() + spacing + textWidth) / 2;
         const QRect iconRect(left, rect.y(), option.iconSize.width(), rect.height());
         option.icon.paint(&painter, QStyle::visualRect(option.direction, rect, iconRect), Qt::AlignCenter,
@@ -123,15 +129,16 @@ void drawPushButtonLabel(QPainter &painter, const QStyleOptionButton &option, Ro
     }
     if (hasMenu) {
         rect.adjust(0, 0, -12, 0);
-        drawDownArrow(painter, {option.rect.right() - 11.5, QRectF(option.rect).center().y() + 0.5}, 6, look.text);
+        drawDownArrow(painter, {option.rect.right() - 11.5, QRectF(option.rect).center().y() + 0.5}, 6,
+                      look.text);
     }
     QPalette palette = option.palette;
     palette.setColor(QPalette::ButtonText, isEnabled(option) || isAccented(option, role)
                                                ? look.text
                                                : palette.color(QPalette::Disabled, QPalette::ButtonText));
     const int flags = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
-    style.drawItemText(&painter, QStyle::visualRect(option.direction, option.rect, rect), flags, palette, true,
-                       option.text, QPalette::ButtonText);
+    style.drawItemText(&painter, QStyle::visualRect(option.direction, option.rect, rect), flags, palette,
+                       true, option.text, QPalette::ButtonText);
     painter.restore();
 }
 

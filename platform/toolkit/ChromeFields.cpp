@@ -25,7 +25,8 @@ bool isEnabled(const QStyleOption &option)
 
 QColor faded(const QStyleOption &option, const QColor &color)
 {
-    return isEnabled(option) ? color : ChromeColors::mixed(option.palette.color(QPalette::Window), color, 0.4);
+    return isEnabled(option) ? color
+                             : ChromeColors::mixed(option.palette.color(QPalette::Window), color, 0.4);
 }
 
 QColor indicatorFrame(const QStyleOption &option, const ChromeColors &colors)
@@ -139,9 +140,10 @@ void drawComboBoxLabel(QPainter &painter, const QStyleOptionComboBox &option, Ro
         rect.adjust(iconRect.width() + 6, 0, 0, 0);
     }
     const QString text = painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, rect.width());
-    style.drawItemText(&painter, rect,
-                       static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)),
-                       option.palette, isEnabled(option), text, QPalette::Text);
+    style.drawItemText(
+        &painter, rect,
+        static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)),
+        option.palette, isEnabled(option), text, QPalette::Text);
     painter.restore();
 }
 } // namespace ChromePainting

@@ -20,8 +20,8 @@ constexpr int IconSize = 16;
 void drawCheckMark(QPainter &painter, const QPointF &center, const QColor &color)
 {
     painter.setPen(QPen(color, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(QPolygonF{center + QPointF(-3.5, 0.2), center + QPointF(-1.1, 2.6),
-                                   center + QPointF(3.7, -2.6)});
+    painter.drawPolyline(
+        QPolygonF{center + QPointF(-3.5, 0.2), center + QPointF(-1.1, 2.6), center + QPointF(3.7, -2.6)});
 }
 
 void drawSubmenuArrow(QPainter &painter, const QPointF &tip, const QColor &color)
@@ -30,14 +30,18 @@ void drawSubmenuArrow(QPainter &painter, const QPointF &tip, const QColor &color
     painter.drawPolyline(QPolygonF{tip + QPointF(-3, -3.5), tip, tip + QPointF(-3, 3.5)});
 }
 
-void drawSigns(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &ground, const QColor &color)
+void drawSigns(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &ground,
+               const QColor &color)
 {
-    const QRectF column = QStyle::visualRect(option.direction, ground, QRect(ground.topLeft(), QSize(SignColumn, ground.height())));
+    const QRectF column = QStyle::visualRect(option.direction, ground,
+                                             QRect(ground.topLeft(), QSize(SignColumn, ground.height())));
     painter.setRenderHint(QPainter::Antialiasing);
     if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked)
         drawCheckMark(painter, column.center(), color);
     else if (!option.icon.isNull())
-        option.icon.paint(&painter, QRectF(column.center() - QPointF(IconSize, IconSize) / 2, QSizeF(IconSize, IconSize)).toRect());
+        option.icon.paint(
+            &painter,
+            QRectF(column.center() - QPointF(IconSize, IconSize) / 2, QSizeF(IconSize, IconSize)).toRect());
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu)
         drawSubmenuArrow(painter, {ground.right() - 8.0, QRectF(ground).center().y()}, color);
 }
@@ -74,14 +78,18 @@ void drawMenuItem(QPainter &painter, const QStyleOptionMenuItem &option, const Q
     painter.setFont(option.font);
     drawSigns(painter, option, ground, palette.color(QPalette::WindowText));
     const QStringList parts = option.text.split(u'\t');
-    const QRect textRect = QStyle::visualRect(option.direction, ground, ground.adjusted(SignColumn, 0, -TextEnd, 0));
+    const QRect textRect =
+        QStyle::visualRect(option.direction, ground, ground.adjusted(SignColumn, 0, -TextEnd, 0));
     const int flags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextShowMnemonic;
-    style.drawItemText(&painter, textRect, flags | static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft)),
+    style.drawItemText(&painter, textRect,
+                       flags | static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft)),
                        palette, enabled, parts.value(0), QPalette::WindowText);
     if (parts.size() > 1) {
         if (!selected)
             palette.setColor(QPalette::Active, QPalette::WindowText, colors.secondaryText);
-        style.drawItemText(&painter, textRect, flags | static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignRight)),
+        style.drawItemText(&painter, textRect,
+                           flags |
+                               static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignRight)),
                            palette, enabled, parts[1], QPalette::WindowText);
     }
     painter.restore();

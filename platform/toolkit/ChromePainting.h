@@ -20,7 +20,15 @@ class QWidget;
 /// The drawing behind ChromeStyle, one function a control. Rectangles and sizes in points.
 namespace ChromePainting
 {
-enum class Role { Plain, Accent, Tab, Pill, Menu, Box };
+enum class Role
+{
+    Plain,
+    Accent,
+    Tab,
+    Pill,
+    Menu,
+    Box
+};
 Role roleOf(const QWidget *widget);
 
 /// Draws on whole device pixels of any scale: a frame of `width` just inside `rect`.

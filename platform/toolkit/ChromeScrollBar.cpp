@@ -37,7 +37,8 @@ void drawScrollBar(QPainter &painter, const QStyleOptionSlider &option, const QR
     painter.fillRect(option.rect, option.palette.brush(QPalette::Base));
     if (option.maximum <= option.minimum)
         return;
-    const bool pressed = option.state & QStyle::State_Sunken && option.activeSubControls & QStyle::SC_ScrollBarSlider;
+    const bool pressed =
+        option.state & QStyle::State_Sunken && option.activeSubControls & QStyle::SC_ScrollBarSlider;
     const bool hovered = option.state & QStyle::State_MouseOver;
     QColor color = option.palette.color(QPalette::Text);
     color.setAlphaF(static_cast<float>(pressed ? PressedStrength : hovered ? HoverStrength : RestStrength));

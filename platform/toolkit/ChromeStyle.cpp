@@ -32,7 +32,8 @@ constexpr int PillExtraWidth = 30;
 constexpr QSize MenuButtonSize{26, 22};
 constexpr int LineEditMargin = 7;
 
-template <class Option> const Option *as(const QStyleOption *option)
+template <class Option>
+const Option *as(const QStyleOption *option)
 {
     return qstyleoption_cast<const Option *>(option);
 }
@@ -99,8 +100,8 @@ void ChromeStyle::drawControl(ControlElement element, const QStyleOption *option
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
-void ChromeStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
-                                     const QWidget *widget) const
+void ChromeStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                     QPainter *painter, const QWidget *widget) const
 {
     if (const auto *combo = as<QStyleOptionComboBox>(option))
         return ChromePainting::drawComboBox(*painter, *combo, roleOf(widget));
@@ -131,8 +132,9 @@ QRect ChromeStyle::subControlRect(ComplexControl control, const QStyleOptionComp
         return horizontal ? QRect(bar.left(), bar.top(), handle.left() - bar.left(), bar.height())
                           : QRect(bar.left(), bar.top(), bar.width(), handle.top() - bar.top());
     case SC_ScrollBarAddPage:
-        return horizontal ? QRect(handle.right() + 1, bar.top(), bar.right() - handle.right(), bar.height())
-                          : QRect(bar.left(), handle.bottom() + 1, bar.width(), bar.bottom() - handle.bottom());
+        return horizontal
+                   ? QRect(handle.right() + 1, bar.top(), bar.right() - handle.right(), bar.height())
+                   : QRect(bar.left(), handle.bottom() + 1, bar.width(), bar.bottom() - handle.bottom());
     default:
         return {};
     }
@@ -154,7 +156,9 @@ QSize ChromeStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
     const Role role = roleOf(widget);
     switch (type) {
     case CT_PushButton: {
-        const int padding = role == Role::Tab ? TabPadding : role == Role::Pill ? PillHeight / 2 : PushButtonPadding;
+        const int padding = role == Role::Tab    ? TabPadding
+                            : role == Role::Pill ? PillHeight / 2
+                                                 : PushButtonPadding;
         const int height = role == Role::Tab ? TabHeight : role == Role::Pill ? PillHeight : PushButtonHeight;
         return {contents.width() + 2 * padding, qMax(height, contents.height())};
     }

@@ -1,12 +1,13 @@
 #pragma once
 #include <QProxyStyle>
 
-/// How the program's controls look: rounded, flat, drawn from the palette alone, so that light, dark, accent colour and
-/// any scale factor come by themselves. What it does not draw is Fusion's.
+/// How the program's controls look: rounded, flat, drawn from the palette alone, so that light, dark, accent
+/// colour and any scale factor come by themselves. What it does not draw is Fusion's.
 ///
-/// A control's dynamic property `role` picks another look: "accent" (push button filled with the accent colour), "tab"
-/// (push button that is flat until checked), "pill" (small round combo box or button for the title bar), "menu" (tool
-/// button with the menu sign) and "box" (frame filled a little darker than the window).
+/// A control's dynamic property `role` picks another look: "accent" (push button filled with the accent
+/// colour), "tab" (push button that is flat until checked), "pill" (small round combo box or button for the
+/// title bar), "menu" (tool button with the menu sign) and "box" (frame filled a little darker than the
+/// window).
 class ChromeStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -25,7 +26,8 @@ public:
                             const QWidget *widget) const override;
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
                          const QWidget *widget) const override;
-    QRect subElementRect(SubElement element, const QStyleOption *option, const QWidget *widget) const override;
+    QRect subElementRect(SubElement element, const QStyleOption *option,
+                         const QWidget *widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                            const QWidget *widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;

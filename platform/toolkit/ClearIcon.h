@@ -1,5 +1,6 @@
 #pragma once
 #include <QIcon>
 
-/// The sign that empties a field: a filled disc with a cross, in the application's colours of the moment it is drawn.
+/// The sign that empties a field: a filled disc with a cross, in the application's colours of the moment it
+/// is drawn.
 QIcon makeClearIcon();

@@ -100,7 +100,8 @@ void SettingsPortal::takeAnswer(const QDBusMessage &answer)
     Q_EMIT changed();
 }
 
-void SettingsPortal::takeChange(const QString &settingNamespace, const QString &key, const QDBusVariant &value)
+void SettingsPortal::takeChange(const QString &settingNamespace, const QString &key,
+                                const QDBusVariant &value)
 {
     take(settingNamespace, key, value.variant());
     Q_EMIT changed();

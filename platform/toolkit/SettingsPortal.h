@@ -7,14 +7,20 @@
 class QDBusMessage;
 class QDBusPendingCallWatcher;
 
-/// Reads the desktop's look from the settings portal on the session bus and follows it. Never waits: what the portal
-/// says arrives through `changed`, what it says in another shape than agreed is passed over. Main thread only.
+/// Reads the desktop's look from the settings portal on the session bus and follows it. Never waits: what the
+/// portal says arrives through `changed`, what it says in another shape than agreed is passed over. Main
+/// thread only.
 class SettingsPortal final : public QObject
 {
     Q_OBJECT
 
 public:
-    enum class ColorScheme { NoPreference, Dark, Light };
+    enum class ColorScheme
+    {
+        NoPreference,
+        Dark,
+        Light
+    };
 
     explicit SettingsPortal(QObject *parent);
 
