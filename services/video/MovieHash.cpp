@@ -1,1 +1,54 @@
 #include "MovieHash.h"
+
+#include "RegularFile.h"
+
+#include <platform/FileManager.h>
+
+#include <QtEndian>
+
+#include <array>
+
+namespace
+{
+constexpr std::size_t WindowBytes = 65536;
+constexpr quint64 MinimumBytes = 2 * WindowBytes; // below this the windows would overlap
+
+using Window = std::array<char, WindowBytes>;
+
+quint64 sumOfWords(const Window &window)
+{
+    quint64 sum = 0;
+    for (std::size_t offset = 0; offset < WindowBytes; offset += sizeof(quint64))
+        sum += qFromLittleEndian<quint64>(window.data() + offset);
+    return sum;
+}
+
+std::optional<quint64> sumAt(VideoContent &content, quint64 offset)
+{
+    Window window;
+    if (!content.readExactly(offset, window))
+        return std::nullopt;
+    return sumOfWords(window);
+}
+} // namespace
+
+std::optional<VideoHash> movieHash(VideoContent &content)
+{
+    const std::optional<quint64> size = content.size();
+    if (!size || *size < MinimumBytes)
+        return std::nullopt;
+    const std::optional<quint64> head = sumAt(content, 0);
+    const std::optional<quint64> tail = head ? sumAt(content, *size - WindowBytes) : std::nullopt;
+    if (!tail || content.size() != size)
+        return std::nullopt;
+    return VideoHash{QStringLiteral("%1").arg(*size + *head + *tail, 16, 16, QLatin1Char('0')), *size};
+}
+
+std::optional<VideoHash> movieHash(const QUrl &url)
+{
+    const QByteArray path = FileManager::fileSystemPath(url);
+    if (path.isEmpty())
+        return std::nullopt;
+    const std::unique_ptr<VideoContent> file = openRegularFile(path);
+    return file ? movieHash(*file) : std::nullopt;
+}

@@ -1,0 +1,165 @@
+#include "CatalogueDatabase.h"
+
+#include "CatalogueQueries.h"
+#include "CatalogueSchema.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(catalogueLog, "plovendix.services.catalogue")
+
+constexpr int BusyTimeoutMilliseconds = 2000; // the person's own catalogue may be growing meanwhile
+
+CatalogueFailure failureOf(const SQLite::Exception &exception)
+{
+    switch (exception.getErrorCode()) {
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_IOERR:
+    case SQLITE_NOMEM:
+        return CatalogueFailure::Unreadable;
+    default:
+        return CatalogueFailure::Damaged;
+    }
+}
+
+/// Takes away what a made-up file could use against its reader.
+void harden(SQLite::Database &database)
+{
+    sqlite3 *handle = database.getHandle();
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 2 * CatalogueDatabase::MaxSubtitleBytes);
+    database.exec("PRAGMA cell_size_check = ON");
+    database.exec("PRAGMA query_only = ON");
+}
+
+bool isThisVersion(SQLite::Database &database)
+{
+    return database.execAndGet("PRAGMA application_id").getInt() == CatalogueSchema::ApplicationId &&
+           database.execAndGet("PRAGMA user_version").getInt() == CatalogueSchema::Version;
+}
+
+QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
+{
+    const void *data = column.getBlob();
+    const int length = column.getBytes();
+    return data && length <= maxBytes ? QByteArray(static_cast<const char *>(data), length) : QByteArray();
+}
+} // namespace
+
+CatalogueDatabase::CatalogueDatabase(std::unique_ptr<SQLite::Database> database, const QString &path,
+                                     const CatalogueErrors &errors)
+    : m_database(std::move(database)), m_path(path), m_errors(errors)
+{
+}
+
+CatalogueDatabase::~CatalogueDatabase() = default;
+CatalogueDatabase::CatalogueDatabase(CatalogueDatabase &&) noexcept = default;
+
+Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const CatalogueErrors &errors)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return errors.error(CatalogueFailure::Missing, path);
+    // A pipe or device would block or never end.
+    if (!info.isFile())
+        return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
+    try {
+        auto database = std::make_unique<SQLite::Database>(QFile::encodeName(path).toStdString(), SQLite::OPEN_READONLY,
+                                                           BusyTimeoutMilliseconds);
+        harden(*database);
+        if (!isThisVersion(*database))
+            return errors.error(CatalogueFailure::OtherVersion, path);
+        return CatalogueDatabase(std::move(database), path, errors);
+    } catch (const SQLite::Exception &exception) {
+        return errors.error(failureOf(exception), path, QString::fromUtf8(exception.what()));
+    }
+}
+
+/// Runs one read; what SQLite throws becomes an Error. A file found damaged is looked through once, for the log.
+template <class Value>
+Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
+{
+    try {
+        return read();
+    } catch (const SQLite::Exception &exception) {
+        const CatalogueFailure failure = failureOf(exception);
+        QString detail = QString::fromUtf8(exception.what());
+        if (failure == CatalogueFailure::Damaged)
+            detail += u": "_s + damageReport();
+        qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(detail));
+        return m_errors.error(failure, m_path, detail);
+    }
+}
+
+QString CatalogueDatabase::damageReport() const
+{
+    try {
+        return QString::fromUtf8(m_database->execAndGet("PRAGMA quick_check(1)").getText());
+    } catch (const SQLite::Exception &exception) {
+        return QString::fromUtf8(exception.what());
+    }
+}
+
+Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForVideo(quint64 size, const QString &hash,
+                                                                 const QString &language) const
+{
+    if (size > quint64(std::numeric_limits<qint64>::max()))
+        return QList<CatalogueEntry>();
+    return guarded<QList<CatalogueEntry>>([&] {
+        return CatalogueQueries::forVideo(*m_database, static_cast<qint64>(size), hash.toLower(), language);
+    });
+}
+
+Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForText(const QString &text, const QString &language) const
+{
+    return guarded<QList<CatalogueEntry>>([&] { return CatalogueQueries::forText(*m_database, text, language); });
+}
+
+Result<std::optional<CatalogueFile>> CatalogueDatabase::file(qint64 entry) const
+{
+    return guarded<std::optional<CatalogueFile>>([&]() -> std::optional<CatalogueFile> {
+        SQLite::Statement statement(*m_database, "SELECT release, format, content FROM subtitle WHERE id = ?");
+        statement.bind(1, static_cast<int64_t>(entry));
+        if (!statement.executeStep())
+            return std::nullopt;
+        return CatalogueFile{QString::fromUtf8(statement.getColumn(0).getText()),
+                             QString::fromUtf8(statement.getColumn(1).getText()),
+                             blob(statement.getColumn(2), MaxSubtitleBytes)};
+    });
+}
+
+Result<std::optional<CatalogueFilm>> CatalogueDatabase::filmByImdb(qint64 imdbNumber) const
+{
+    return guarded<std::optional<CatalogueFilm>>([&]() -> std::optional<CatalogueFilm> {
+        // Of several rows the one with a picture serves best.
+        SQLite::Statement statement(*m_database, "SELECT id, is_series FROM film WHERE imdb = ?"
+                                                 " ORDER BY poster IS NULL, id LIMIT 1");
+        statement.bind(1, static_cast<int64_t>(imdbNumber));
+        if (!statement.executeStep())
+            return std::nullopt;
+        return CatalogueFilm{statement.getColumn(0).getInt64(), statement.getColumn(1).getInt() != 0};
+    });
+}
+
+Result<QByteArray> CatalogueDatabase::poster(qint64 film) const
+{
+    return guarded<QByteArray>([&] {
+        SQLite::Statement statement(*m_database, "SELECT poster FROM film WHERE id = ?");
+        statement.bind(1, static_cast<int64_t>(film));
+        return statement.executeStep() ? blob(statement.getColumn(0), MaxPosterBytes) : QByteArray();
+    });
+}

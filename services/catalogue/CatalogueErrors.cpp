@@ -1,0 +1,39 @@
+#include "CatalogueErrors.h"
+
+#include <platform/Bundle.h>
+
+using namespace Qt::StringLiterals;
+
+CatalogueErrors::CatalogueErrors()
+{
+    const Bundle &bundle = Bundle::main();
+    m_missing = bundle.localizedString(u"The subtitle catalogue “%@” is missing. Install Plovendix again."_s);
+    m_damaged = bundle.localizedString(u"The subtitle catalogue “%@” is damaged. Replace the file or remove it."_s);
+    m_otherVersion =
+        bundle.localizedString(u"The subtitle catalogue “%@” was made by another version of Plovendix."_s);
+    m_unreadable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be read."_s);
+    m_noLongerThere = bundle.localizedString(u"This subtitle is no longer in the catalogue. Search again."_s);
+    m_noPicture = bundle.localizedString(u"The catalogue has no picture of this film."_s);
+}
+
+Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, const QString &detail) const
+{
+    const auto sentence = [&]() -> QString {
+        switch (failure) {
+        case CatalogueFailure::Missing:
+            return m_missing;
+        case CatalogueFailure::Damaged:
+            return m_damaged;
+        case CatalogueFailure::OtherVersion:
+            return m_otherVersion;
+        case CatalogueFailure::Unreadable:
+            return m_unreadable;
+        case CatalogueFailure::NoLongerThere:
+            return m_noLongerThere;
+        case CatalogueFailure::NoPicture:
+            return m_noPicture;
+        }
+        return {};
+    };
+    return Error{u"Catalogue"_s, static_cast<int>(failure), sentence().replace("%@"_L1, path), detail};
+}

@@ -1,0 +1,176 @@
+#include "CatalogueQueries.h"
+
+#include "ImdbNumber.h"
+#include "TitleQuery.h"
+
+#include <services/support/SafeFileName.h>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int MaxTitles = 200;
+constexpr qsizetype MaxTextLength = 300; // of a name that is shown
+
+/// The columns every entry is read from, in the order `entryFrom` expects them.
+constexpr char EntryColumns[] =
+    "SELECT s.id, s.release, s.language, s.format, s.downloads, s.frames_per_second, s.hearing_impaired,"
+    " s.foreign_parts_only, s.machine_translated, s.digest, f.year, f.season, f.episode, f.imdb,"
+    " (SELECT t.name FROM film_title ft JOIN title t ON t.id = ft.title_id WHERE ft.film_id = f.id"
+    "  ORDER BY ft.is_main DESC LIMIT 1)";
+
+QString text(const SQLite::Column &column)
+{
+    // Line breaks would tear a row apart on screen.
+    return QString::fromUtf8(column.getText(), std::min(column.getBytes(), 4096)).simplified().left(MaxTextLength);
+}
+
+template <class Number>
+std::optional<Number> number(const SQLite::Column &column, Number low, Number high)
+{
+    if (!column.isInteger() && !column.isFloat())
+        return std::nullopt;
+    const double value = column.getDouble();
+    if (!(value >= static_cast<double>(low) && value <= static_cast<double>(high)))
+        return std::nullopt;
+    return static_cast<Number>(value);
+}
+
+CatalogueEntry entryFrom(SQLite::Statement &row)
+{
+    CatalogueEntry entry;
+    entry.id = row.getColumn(0).getInt64();
+    Subtitle &subtitle = entry.subtitle;
+    subtitle.subFileName = text(row.getColumn(1));
+    subtitle.subLanguageID = text(row.getColumn(2));
+    subtitle.subFormat = safeExtension(text(row.getColumn(3)));
+    subtitle.downloads = number<qint64>(row.getColumn(4), 0, 1'000'000'000'000);
+    subtitle.framesPerSecond = number<double>(row.getColumn(5), 1, 1000);
+    subtitle.hearingImpaired = row.getColumn(6).getInt() != 0;
+    subtitle.foreignPartsOnly = row.getColumn(7).getInt() != 0;
+    subtitle.machineTranslated = row.getColumn(8).getInt() != 0;
+    const SQLite::Column digest = row.getColumn(9);
+    entry.digest = QByteArray(static_cast<const char *>(digest.getBlob()), std::min(digest.getBytes(), 64));
+    subtitle.year = number(row.getColumn(10), 1, 9999);
+    subtitle.season = number(row.getColumn(11), 0, 99999);
+    subtitle.episode = number(row.getColumn(12), 0, 99999);
+    if (const auto imdb = number<qint64>(row.getColumn(13), 1, 999'999'999))
+        subtitle.imdbID = imdbId(*imdb);
+    subtitle.title = text(row.getColumn(14));
+    return entry;
+}
+
+struct AnsweringTitle {
+    qint64 id = 0;
+    int closeness = 0;
+};
+
+/// The titles that answer one reading, the closest first.
+QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Reading &reading)
+{
+    SQLite::Statement statement(database, "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                                          " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?");
+    statement.bind(1, matchExpression(reading).toStdString());
+    statement.bind(2, MaxTitles);
+    QList<AnsweringTitle> titles;
+    while (statement.executeStep()) {
+        if (const auto closeness = titleCloseness(reading, text(statement.getColumn(1))))
+            titles += {statement.getColumn(0).getInt64(), *closeness};
+    }
+    std::stable_sort(titles.begin(), titles.end(),
+                     [](const AnsweringTitle &a, const AnsweringTitle &b) { return a.closeness > b.closeness; });
+    return titles;
+}
+
+QList<CatalogueEntry> entriesOfTitle(SQLite::Database &database, qint64 title, const QString &language)
+{
+    SQLite::Statement statement(database, std::string(EntryColumns) +
+                                              " FROM film_title x JOIN film f ON f.id = x.film_id"
+                                              " JOIN subtitle s ON s.film_id = f.id"
+                                              " WHERE x.title_id = ?1 AND (?2 = '' OR s.language = ?2)"
+                                              " ORDER BY s.downloads DESC, s.id LIMIT ?3");
+    statement.bind(1, static_cast<int64_t>(title));
+    statement.bind(2, language.toStdString());
+    statement.bind(3, CatalogueQueries::MaxEntries);
+    QList<CatalogueEntry> entries;
+    while (statement.executeStep())
+        entries += entryFrom(statement);
+    return entries;
+}
+
+/// Keeps the entries of which the fact is true, if it is true of any; where no entry agrees, the text named it wrongly.
+void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted, std::optional<int> Subtitle::*fact)
+{
+    const auto disagrees = [&](const CatalogueEntry &entry) { return entry.subtitle.*fact != wanted; };
+    if (wanted && !std::all_of(entries.begin(), entries.end(), disagrees))
+        entries.removeIf(disagrees);
+}
+
+/// An episode that was asked for by number and is not there must not be answered with another one.
+void demandEpisode(QList<CatalogueEntry> &entries, const TitleQuery &query)
+{
+    entries.removeIf([&](const CatalogueEntry &entry) {
+        const Subtitle &subtitle = entry.subtitle;
+        return (query.season && subtitle.season && subtitle.season != query.season) ||
+               (query.episode && subtitle.episode && subtitle.episode != query.episode);
+    });
+}
+} // namespace
+
+QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qint64 size, const QString &hash,
+                                                 const QString &language)
+{
+    SQLite::Statement statement(database, std::string(EntryColumns) +
+                                              ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2)"
+                                              " AS is_exact"
+                                              " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
+                                              " (SELECT m.film_id FROM video v JOIN subtitle m ON m.id = v.subtitle_id"
+                                              "  WHERE v.hash = ?1 AND v.size = ?2)"
+                                              " AND (?3 = '' OR s.language = ?3)"
+                                              " ORDER BY is_exact DESC, s.downloads DESC, s.id LIMIT ?4");
+    statement.bind(1, hash.toStdString());
+    statement.bind(2, static_cast<int64_t>(size));
+    statement.bind(3, language.toStdString());
+    statement.bind(4, MaxEntries);
+    QList<CatalogueEntry> entries;
+    while (statement.executeStep()) {
+        CatalogueEntry entry = entryFrom(statement);
+        entry.subtitle.matchesHash = statement.getColumn(15).getInt() != 0;
+        entries += entry;
+    }
+    return entries;
+}
+
+QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, const QString &text,
+                                                const QString &language)
+{
+    const TitleQuery query = titleQuery(text);
+    for (const TitleQuery::Reading &reading : query.readings) {
+        QList<CatalogueEntry> entries;
+        QSet<qint64> seen; // a film with several titles is met several times, by its closest first
+        for (const AnsweringTitle &title : titlesFor(database, reading)) {
+            for (CatalogueEntry entry : entriesOfTitle(database, title.id, language)) {
+                if (seen.contains(entry.id))
+                    continue;
+                seen += entry.id;
+                entry.closeness = title.closeness;
+                entries += entry;
+            }
+            if (entries.size() >= MaxEntries)
+                break;
+        }
+        if (reading.checksFacts) {
+            demandEpisode(entries, query);
+            preferFact(entries, query.year, &Subtitle::year);
+        }
+        if (!entries.isEmpty())
+            return entries.mid(0, MaxEntries);
+    }
+    return {};
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+/// What makes an SQLite file a catalogue. A file of another version is refused, not guessed at.
+namespace CatalogueSchema
+{
+inline constexpr int ApplicationId = 0x506c7664; // "Plvd"
+inline constexpr int Version = 1;
+
+/// A film is what subtitles are made for: a film, or one episode of a series. It has one main title and any number of
+/// others; titles are kept once and their words, folded by `searchWords`, are what a text search looks through.
+/// An IMDb id is kept as its number. A digest is the SHA-1 of the content.
+inline constexpr char Statements[] = R"(
+CREATE TABLE film(
+    id INTEGER PRIMARY KEY,
+    is_series INTEGER NOT NULL DEFAULT 0,
+    year INTEGER,
+    season INTEGER,
+    episode INTEGER,
+    imdb INTEGER,
+    poster BLOB);
+CREATE INDEX film_imdb ON film(imdb);
+CREATE TABLE title(
+    id INTEGER PRIMARY KEY,
+    name TEXT NOT NULL UNIQUE);
+CREATE TABLE film_title(
+    title_id INTEGER NOT NULL,
+    film_id INTEGER NOT NULL,
+    is_main INTEGER NOT NULL DEFAULT 0,
+    PRIMARY KEY(title_id, film_id)) WITHOUT ROWID;
+CREATE INDEX film_title_film ON film_title(film_id, is_main);
+CREATE VIRTUAL TABLE title_words USING fts5(words, content='', prefix='2 3', tokenize='unicode61 remove_diacritics 0');
+CREATE TABLE subtitle(
+    id INTEGER PRIMARY KEY,
+    film_id INTEGER NOT NULL,
+    language TEXT NOT NULL,
+    release TEXT NOT NULL,
+    format TEXT NOT NULL,
+    downloads INTEGER,
+    frames_per_second REAL,
+    hearing_impaired INTEGER NOT NULL DEFAULT 0,
+    foreign_parts_only INTEGER NOT NULL DEFAULT 0,
+    machine_translated INTEGER NOT NULL DEFAULT 0,
+    digest BLOB NOT NULL,
+    content BLOB NOT NULL);
+CREATE INDEX subtitle_film ON subtitle(film_id, language);
+CREATE TABLE video(
+    hash TEXT NOT NULL,
+    size INTEGER NOT NULL,
+    subtitle_id INTEGER NOT NULL,
+    PRIMARY KEY(hash, size, subtitle_id)) WITHOUT ROWID;
+)";
+} // namespace CatalogueSchema

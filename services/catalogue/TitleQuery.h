@@ -1,0 +1,28 @@
+#pragma once
+#include <QStringList>
+#include <optional>
+
+/// What a typed text asks of the titles: the words, in ever more tolerant readings of them, and the facts it names.
+struct TitleQuery {
+    /// One way of reading the text; the first that finds a title is the one that counts.
+    struct Reading {
+        QStringList words;
+        enum class Demand { AllWords, HalfOfThem } demand = Demand::AllWords;
+        bool checksFacts = false;
+    };
+
+    QList<Reading> readings;
+    std::optional<int> year;
+    std::optional<int> season;
+    std::optional<int> episode;
+};
+
+/// Reads "harbour lights", "Lights harb" or "Harbour.Lights.2019.1080p.BluRay.x264.mkv". Any thread.
+TitleQuery titleQuery(const QString &text);
+
+/// The full-text expression for a reading; every word may be the beginning of a title's word.
+QString matchExpression(const TitleQuery::Reading &reading);
+
+/// Whether the title answers the reading, and how closely: nothing when too few words are there, 0 when words were
+/// completed or left over, 1 when the title has every word, 2 when it has no other.
+std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QString &title);

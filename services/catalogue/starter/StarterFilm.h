@@ -1,0 +1,13 @@
+#pragma once
+#include <platform/Result.h>
+#include <services/catalogue/CatalogueWriter.h>
+
+/// A film as its folder describes it: "film.json", the subtitle files it names, and the picture "poster.svg".
+struct StarterFilm {
+    FilmRecord film;
+    QList<SubtitleRecord> subtitles;
+};
+
+/// Reads a film's folder. `samples` is the folder of the videos that entries name; their hash and size are taken from
+/// the files. An Error names the file and what is wrong with it.
+Result<StarterFilm> readStarterFilm(const QString &folder, const QString &samples);

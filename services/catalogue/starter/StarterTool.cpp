@@ -1,0 +1,58 @@
+#include "StarterFilm.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+
+#include <iostream>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Result<void> build(const QString &sources, const QString &samples, const QString &target)
+{
+    // Built beside its place and moved there when whole, so that a broken build leaves no half a catalogue.
+    const QString draft = target + ".new"_L1;
+    QFile::remove(draft);
+    Result<CatalogueWriter> writer = CatalogueWriter::create(draft);
+    if (!writer)
+        return writer.error();
+    for (const QString &folder : QDir(sources).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+        const Result<StarterFilm> film = readStarterFilm(QDir(sources).filePath(folder), samples);
+        if (!film)
+            return film.error();
+        const Result<qint64> row = writer->addFilm(film->film);
+        if (!row)
+            return row.error();
+        for (const SubtitleRecord &subtitle : film->subtitles) {
+            if (const Result<void> added = writer->addSubtitle(*row, subtitle); !added)
+                return added;
+        }
+    }
+    if (const Result<void> committed = writer->commit(); !committed)
+        return committed;
+    QFile::remove(target);
+    if (!QFile::rename(draft, target))
+        return Error{u"Starter"_s, 2, u"%1 cannot be written"_s.arg(target)};
+    return {};
+}
+} // namespace
+
+/// plovendix-starter SOURCES SAMPLES TARGET: builds the catalogue that ships with the program.
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    const QStringList arguments = QGuiApplication::arguments();
+    if (arguments.size() != 4) {
+        std::cerr << "usage: plovendix-starter SOURCES SAMPLES TARGET\n";
+        return 2;
+    }
+    const Result<void> built = build(arguments[1], arguments[2], arguments[3]);
+    if (!built) {
+        std::cerr << "plovendix-starter: " << built.error().localizedDescription.toStdString() << '\n';
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,55 @@
+#include "DownloadFolder.h"
+
+#include <platform/Bundle.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr auto FolderPrefix = "get-"_L1;
+} // namespace
+
+DownloadFolder::DownloadFolder(const QString &path)
+    : m_path(path)
+    , m_failureFormat(Bundle::main().localizedString(u"The subtitle could not be stored in “%@”."_s))
+{
+}
+
+QString DownloadFolder::standardPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/Plovendix/downloads"_L1;
+}
+
+Result<QUrl> DownloadFolder::publish(const QString &name, const QByteArray &content) const
+{
+    const auto failure = [this](const QString &detail) {
+        return Error{u"Downloads"_s, 1, QString(m_failureFormat).replace("%@"_L1, m_path), detail};
+    };
+    if (!QDir().mkpath(m_path))
+        return failure(u"mkpath"_s);
+    QTemporaryDir folder(m_path + u'/' + FolderPrefix + "XXXXXX"_L1);
+    if (!folder.isValid())
+        return failure(folder.errorString());
+    QSaveFile file(folder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        return failure(file.errorString());
+    folder.setAutoRemove(false);
+    return QUrl::fromLocalFile(file.fileName());
+}
+
+void DownloadFolder::clearOlderThan(std::chrono::hours age) const
+{
+    const QDateTime limit = QDateTime::currentDateTimeUtc().addDuration(-age);
+    const auto kinds = QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot | QDir::Hidden;
+    const QFileInfoList folders = QDir(m_path).entryInfoList({FolderPrefix + u'*'}, kinds);
+    for (const QFileInfo &folder : folders) {
+        if (folder.lastModified() < limit)
+            QDir(folder.filePath()).removeRecursively();
+    }
+}

@@ -1,0 +1,62 @@
+#include "WorkerThread.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+
+struct WorkerThread::Queue {
+    std::mutex mutex; // guards the two below
+    std::deque<std::function<void()>> jobs;
+    bool ended = false;
+    std::condition_variable changed;
+
+    void run()
+    {
+        while (std::function<void()> job = next())
+            job();
+    }
+
+    /// Waits for a job; an empty one means the end.
+    std::function<void()> next()
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return ended || !jobs.empty(); });
+        if (ended)
+            return {};
+        std::function<void()> job = std::move(jobs.front());
+        jobs.pop_front();
+        return job;
+    }
+};
+
+WorkerThread::WorkerThread() : m_queue(std::make_shared<Queue>())
+{
+    m_thread = std::thread([queue = m_queue] { queue->run(); });
+}
+
+WorkerThread::~WorkerThread()
+{
+    // Destroyed after the lock is gone: what a job holds may be the last of something that posts again.
+    std::deque<std::function<void()>> forgotten;
+    {
+        const std::scoped_lock lock(m_queue->mutex);
+        m_queue->ended = true;
+        forgotten.swap(m_queue->jobs);
+    }
+    m_queue->changed.notify_one();
+    if (m_thread.get_id() == std::this_thread::get_id())
+        m_thread.detach();
+    else
+        m_thread.join();
+}
+
+void WorkerThread::post(std::function<void()> job)
+{
+    {
+        const std::scoped_lock lock(m_queue->mutex);
+        if (m_queue->ended)
+            return;
+        m_queue->jobs.push_back(std::move(job));
+    }
+    m_queue->changed.notify_one();
+}

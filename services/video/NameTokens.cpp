@@ -1,0 +1,107 @@
+#include "NameTokens.h"
+
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+bool isWordCharacter(QStringView name, qsizetype index)
+{
+    const QChar c = name[index];
+    if (c.isLetterOrNumber() || c.isMark() || c.isSurrogate())
+        return true;
+    // An apostrophe belongs to the word it stands in.
+    const bool isApostrophe = c == u'\'' || c == u'’' || c == u'`';
+    return isApostrophe && index > 0 && index + 1 < name.size() && name[index - 1].isLetter() &&
+           name[index + 1].isLetter();
+}
+
+bool isOpening(QChar c)
+{
+    return c == u'(' || c == u'[' || c == u'{' || c == u'【' || c == u'（';
+}
+
+bool isClosing(QChar c)
+{
+    return c == u')' || c == u']' || c == u'}' || c == u'】' || c == u'）';
+}
+
+bool isBlank(QChar c)
+{
+    return c.isSpace() || c == u'_' || c == u'.';
+}
+
+QString withoutExtension(const QString &name)
+{
+    static const QStringList extensions =
+        u"mkv avi mp4 m4v mov wmv mpg mpeg ts m2ts webm flv ogm ogv iso vob divx rmvb 3gp srt ass ssa sub vtt idx nfo"_s
+            .split(u' ');
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 && extensions.contains(name.mid(dot + 1).toLower()) ? name.left(dot) : name;
+}
+} // namespace
+
+NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimmed()).left(MaxCharacters))
+{
+    QList<int> open;
+    int pairs = 0;
+    qsizetype begin = -1;
+    for (qsizetype i = 0; i < m_name.size(); ++i) {
+        if (isWordCharacter(m_name, i)) {
+            begin = begin < 0 ? i : begin;
+            continue;
+        }
+        if (begin >= 0)
+            addToken(begin, i, open.isEmpty() ? 0 : open.last());
+        begin = -1;
+        if (isOpening(m_name[i]))
+            open += ++pairs;
+        else if (isClosing(m_name[i]) && !open.isEmpty())
+            open.removeLast();
+    }
+    if (begin >= 0)
+        addToken(begin, m_name.size(), open.isEmpty() ? 0 : open.last());
+    classify();
+}
+
+void NameTokens::addToken(qsizetype begin, qsizetype end, int bracket)
+{
+    if (m_tokens.size() < MaxTokens)
+        m_tokens += NameToken{begin, end, m_name.mid(begin, end - begin).toLower(), bracket, {}};
+}
+
+/// Classes of words; two words that make one ("Blu-ray", "H.264") share the class of both together.
+void NameTokens::classify()
+{
+    for (qsizetype i = 0; i < m_tokens.size(); ++i)
+        m_tokens[i].kind = classOfWord(m_tokens[i].word);
+    for (qsizetype i = 0; i + 1 < m_tokens.size(); ++i) {
+        if (m_tokens[i + 1].begin - m_tokens[i].end != 1)
+            continue;
+        const WordClass both = classOfWord(m_tokens[i].word + m_tokens[i + 1].word);
+        if (both.strength == WordStrength::Strong) {
+            m_tokens[i].kind = both;
+            m_tokens[i + 1].kind = both;
+        }
+    }
+}
+
+QStringView NameTokens::gapBefore(qsizetype index) const
+{
+    const qsizetype from = index == 0 ? 0 : m_tokens[index - 1].end;
+    return QStringView(m_name).mid(from, m_tokens[index].begin - from);
+}
+
+bool NameTokens::isDividedBefore(qsizetype index) const
+{
+    const QStringView gap = gapBefore(index);
+    for (qsizetype i = 0; i < gap.size(); ++i) {
+        if (isOpening(gap[i]) || isClosing(gap[i]))
+            return true;
+        const bool isDash = gap[i] == u'-' || gap[i] == u'–' || gap[i] == u'—';
+        if (isDash && i > 0 && i + 1 < gap.size() && isBlank(gap[i - 1]) && isBlank(gap[i + 1]))
+            return true;
+    }
+    return false;
+}

@@ -1,0 +1,40 @@
+#pragma once
+#include "NameWords.h"
+
+#include <QList>
+#include <QString>
+
+/// A word of a name: letters and digits between separators.
+struct NameToken {
+    qsizetype begin = 0; // in the name
+    qsizetype end = 0;
+    QString word; // lower case
+    int bracket = 0; // the innermost pair of brackets around it, counted from 1; 0 outside
+    WordClass kind;
+};
+
+/// A name cut into words, in one pass. Every rule looks at these words and at what separates them.
+class NameTokens final
+{
+public:
+    static constexpr qsizetype MaxCharacters = 1024;
+    static constexpr qsizetype MaxTokens = 160;
+
+    explicit NameTokens(const QString &name);
+
+    const QString &name() const { return m_name; }
+    qsizetype count() const { return m_tokens.size(); }
+    const NameToken &operator[](qsizetype index) const { return m_tokens[index]; }
+
+    /// What stands between a word and the one before it (before the first: what the name begins with).
+    QStringView gapBefore(qsizetype index) const;
+    /// Whether a dash with room around it, or an opening or closing bracket, divides a word from the one before it.
+    bool isDividedBefore(qsizetype index) const;
+
+private:
+    void addToken(qsizetype begin, qsizetype end, int bracket);
+    void classify();
+
+    QString m_name;
+    QList<NameToken> m_tokens;
+};
