@@ -2,6 +2,8 @@
 #include "CatalogueErrors.h"
 #include "CatalogueService.h"
 
+#include <platform/Locale.h>
+
 /// What a query asks, read from its arguments. Sizes and hashes that are none ask for nothing.
 struct CatalogueRequest {
     std::optional<VideoHash> video;

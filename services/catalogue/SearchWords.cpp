@@ -1,6 +1,7 @@
 #include "SearchWords.h"
 
 #include <QHash>
+#include <QList>
 
 using namespace Qt::StringLiterals;
 

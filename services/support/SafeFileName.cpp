@@ -1,5 +1,7 @@
 #include "SafeFileName.h"
 
+#include <QList>
+
 using namespace Qt::StringLiterals;
 
 namespace

@@ -87,12 +87,13 @@ Result<FilmRecord> readFilm(const QJsonObject &object, const QDir &folder)
     film.imdbNumber = imdbNumber(object.value("imdb"_L1).toString());
     if (film.titles.isEmpty() || !film.imdbNumber)
         return faultIn(folder.path(), u"needs titles and an id"_s);
-    const Result<QByteArray> drawing = contentOf(folder.filePath(u"poster.svg"_s));
+    const QString poster = folder.filePath(object.value("poster"_L1).toString(u"poster.svg"_s));
+    const Result<QByteArray> drawing = contentOf(poster);
     if (!drawing)
         return drawing.error();
     film.poster = drawnPoster(*drawing);
     if (film.poster.isEmpty())
-        return faultIn(folder.filePath(u"poster.svg"_s), u"cannot be drawn"_s);
+        return faultIn(poster, u"cannot be drawn"_s);
     return film;
 }
 } // namespace

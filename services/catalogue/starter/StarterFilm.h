@@ -2,7 +2,8 @@
 #include <platform/Result.h>
 #include <services/catalogue/CatalogueWriter.h>
 
-/// A film as its folder describes it: "film.json", the subtitle files it names, and the picture "poster.svg".
+/// A film as its folder describes it: "film.json", the subtitle files it names, and the picture "poster.svg"
+/// (or the one "poster" names, as episodes share their series').
 struct StarterFilm {
     FilmRecord film;
     QList<SubtitleRecord> subtitles;

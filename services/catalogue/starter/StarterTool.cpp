@@ -10,28 +10,40 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Result<void> build(const QString &sources, const QString &samples, const QString &target)
+Result<void> addFilm(CatalogueWriter &writer, const StarterFilm &film)
 {
-    // Built beside its place and moved there when whole, so that a broken build leaves no half a catalogue.
-    const QString draft = target + ".new"_L1;
-    QFile::remove(draft);
-    Result<CatalogueWriter> writer = CatalogueWriter::create(draft);
+    const Result<qint64> row = writer.addFilm(film.film);
+    if (!row)
+        return row.error();
+    for (const SubtitleRecord &subtitle : film.subtitles) {
+        if (const Result<void> added = writer.addSubtitle(*row, subtitle); !added)
+            return added;
+    }
+    return {};
+}
+
+Result<void> write(const QString &path, const QString &sources, const QString &samples)
+{
+    Result<CatalogueWriter> writer = CatalogueWriter::create(path);
     if (!writer)
         return writer.error();
     for (const QString &folder : QDir(sources).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
         const Result<StarterFilm> film = readStarterFilm(QDir(sources).filePath(folder), samples);
         if (!film)
             return film.error();
-        const Result<qint64> row = writer->addFilm(film->film);
-        if (!row)
-            return row.error();
-        for (const SubtitleRecord &subtitle : film->subtitles) {
-            if (const Result<void> added = writer->addSubtitle(*row, subtitle); !added)
-                return added;
-        }
+        if (const Result<void> added = addFilm(*writer, *film); !added)
+            return added;
     }
-    if (const Result<void> committed = writer->commit(); !committed)
-        return committed;
+    return writer->commit();
+}
+
+/// Written beside its place and moved there when whole, so that a broken build leaves no half a catalogue.
+Result<void> build(const QString &sources, const QString &samples, const QString &target)
+{
+    const QString draft = target + ".new"_L1;
+    QFile::remove(draft);
+    if (const Result<void> written = write(draft, sources, samples); !written)
+        return written;
     QFile::remove(target);
     if (!QFile::rename(draft, target))
         return Error{u"Starter"_s, 2, u"%1 cannot be written"_s.arg(target)};
