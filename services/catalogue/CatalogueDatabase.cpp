@@ -78,8 +78,8 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     if (!info.isFile())
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
-        auto database = std::make_unique<SQLite::Database>(QFile::encodeName(path).toStdString(), SQLite::OPEN_READONLY,
-                                                           BusyTimeoutMilliseconds);
+        auto database = std::make_unique<SQLite::Database>(QFile::encodeName(path).toStdString(),
+                                                           SQLite::OPEN_READONLY, BusyTimeoutMilliseconds);
         harden(*database);
         if (!isThisVersion(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);
@@ -89,7 +89,8 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     }
 }
 
-/// Runs one read; what SQLite throws becomes an Error. A file found damaged is looked through once, for the log.
+/// Runs one read; what SQLite throws becomes an Error. A file found damaged is looked through once, for the
+/// log.
 template <class Value>
 Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
 {
@@ -124,15 +125,18 @@ Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForVideo(quint64 size, c
     });
 }
 
-Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForText(const QString &text, const QString &language) const
+Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForText(const QString &text,
+                                                                const QString &language) const
 {
-    return guarded<QList<CatalogueEntry>>([&] { return CatalogueQueries::forText(*m_database, text, language); });
+    return guarded<QList<CatalogueEntry>>(
+        [&] { return CatalogueQueries::forText(*m_database, text, language); });
 }
 
 Result<std::optional<CatalogueFile>> CatalogueDatabase::file(qint64 entry) const
 {
     return guarded<std::optional<CatalogueFile>>([&]() -> std::optional<CatalogueFile> {
-        SQLite::Statement statement(*m_database, "SELECT release, format, content FROM subtitle WHERE id = ?");
+        SQLite::Statement statement(*m_database,
+                                    "SELECT release, format, content FROM subtitle WHERE id = ?");
         statement.bind(1, static_cast<int64_t>(entry));
         if (!statement.executeStep())
             return std::nullopt;

@@ -13,8 +13,8 @@ class Database;
 }
 
 /// One catalogue file, opened for reading only. Used by one thread at a time.
-/// Whatever the file holds, a function gives rows or an Error: a foreign, cut or overwritten file, values of the wrong
-/// type and texts of any length are met with bounds, never trusted.
+/// Whatever the file holds, a function gives rows or an Error: a foreign, cut or overwritten file, values of
+/// the wrong type and texts of any length are met with bounds, never trusted.
 class CatalogueDatabase final
 {
 public:
@@ -26,9 +26,10 @@ public:
     CatalogueDatabase(CatalogueDatabase &&) noexcept;
     CatalogueDatabase &operator=(CatalogueDatabase &&) = delete;
 
-    /// The subtitles in `language` of the film that a video of this size and hash shows; those made for exactly this
-    /// video say so. An empty language stands for all.
-    Result<QList<CatalogueEntry>> entriesForVideo(quint64 size, const QString &hash, const QString &language) const;
+    /// The subtitles in `language` of the film that a video of this size and hash shows; those made for
+    /// exactly this video say so. An empty language stands for all.
+    Result<QList<CatalogueEntry>> entriesForVideo(quint64 size, const QString &hash,
+                                                  const QString &language) const;
     /// The subtitles in `language` of the films whose title answers the text.
     Result<QList<CatalogueEntry>> entriesForText(const QString &text, const QString &language) const;
 
@@ -39,7 +40,8 @@ public:
     Result<QByteArray> poster(qint64 film) const;
 
 private:
-    CatalogueDatabase(std::unique_ptr<SQLite::Database> database, const QString &path, const CatalogueErrors &errors);
+    CatalogueDatabase(std::unique_ptr<SQLite::Database> database, const QString &path,
+                      const CatalogueErrors &errors);
 
     template <class Value>
     Result<Value> guarded(const std::function<Value()> &read) const;

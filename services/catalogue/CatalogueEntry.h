@@ -2,8 +2,10 @@
 #include <search/api/Subtitle.h>
 #include <QByteArray>
 
-/// A subtitle as one catalogue found it; the service adds what it knows beyond the file. Shared once it is complete.
-struct CatalogueEntry {
+/// A subtitle as one catalogue found it; the service adds what it knows beyond the file. Shared once it is
+/// complete.
+struct CatalogueEntry
+{
     qint64 id = 0; // the row in its catalogue
     Subtitle subtitle;
     QByteArray digest; // of the content: equal for equal files
@@ -11,13 +13,15 @@ struct CatalogueEntry {
 };
 
 /// A film's picture, or that of the series an episode belongs to.
-struct CatalogueFilm {
+struct CatalogueFilm
+{
     qint64 id = 0;
     bool isSeries = false;
 };
 
 /// What a download writes.
-struct CatalogueFile {
+struct CatalogueFile
+{
     QString release;
     QString format;
     QByteArray content;

@@ -8,7 +8,8 @@ CatalogueErrors::CatalogueErrors()
 {
     const Bundle &bundle = Bundle::main();
     m_missing = bundle.localizedString(u"The subtitle catalogue “%@” is missing. Install Plovendix again."_s);
-    m_damaged = bundle.localizedString(u"The subtitle catalogue “%@” is damaged. Replace the file or remove it."_s);
+    m_damaged =
+        bundle.localizedString(u"The subtitle catalogue “%@” is damaged. Replace the file or remove it."_s);
     m_otherVersion =
         bundle.localizedString(u"The subtitle catalogue “%@” was made by another version of Plovendix."_s);
     m_unreadable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be read."_s);

@@ -1,10 +1,18 @@
 #pragma once
 #include <platform/Error.h>
 
-enum class CatalogueFailure { Missing = 1, Damaged = 2, OtherVersion = 3, Unreadable = 4, NoLongerThere = 5, NoPicture = 6 };
+enum class CatalogueFailure
+{
+    Missing = 1,
+    Damaged = 2,
+    OtherVersion = 3,
+    Unreadable = 4,
+    NoLongerThere = 5,
+    NoPicture = 6
+};
 
-/// The sentences for what can go wrong with a catalogue. Made on the main thread, where texts are localised; a plain
-/// value that any thread may use afterwards.
+/// The sentences for what can go wrong with a catalogue. Made on the main thread, where texts are localised;
+/// a plain value that any thread may use afterwards.
 class CatalogueErrors final
 {
 public:

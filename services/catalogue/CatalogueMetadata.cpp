@@ -27,7 +27,8 @@ qreal pixelRatio()
 }
 } // namespace
 
-struct CatalogueMetadata::State {
+struct CatalogueMetadata::State
+{
     QList<CataloguePlace> places;
     CatalogueErrors errors;
 
@@ -42,7 +43,8 @@ struct CatalogueMetadata::State {
                 continue;
             const Result<CatalogueDatabase> database = CatalogueDatabase::open(place.path, errors);
             const Result<std::optional<CatalogueFilm>> film =
-                database ? database->filmByImdb(*number) : Result<std::optional<CatalogueFilm>>(database.error());
+                database ? database->filmByImdb(*number)
+                         : Result<std::optional<CatalogueFilm>>(database.error());
             if (!film)
                 failure = failure ? failure : film.error();
             else if (*film)
@@ -92,9 +94,11 @@ void CatalogueMetadata::findExternally(const QString &id, ExternalSource, FindCo
     });
 }
 
-void CatalogueMetadata::fetchImage(const TmdbItem &item, ImageKind, const QSize &size, ImageCompletion completion)
+void CatalogueMetadata::fetchImage(const TmdbItem &item, ImageKind, const QSize &size,
+                                   ImageCompletion completion)
 {
     m_worker.post([state = m_state, item, size, ratio = pixelRatio(), completion = std::move(completion)] {
-        MainQueue::shared().async([completion, result = state->image(item, size, ratio)] { completion(result); });
+        MainQueue::shared().async(
+            [completion, result = state->image(item, size, ratio)] { completion(result); });
     });
 }

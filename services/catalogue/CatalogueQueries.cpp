@@ -28,7 +28,9 @@ constexpr char EntryColumns[] =
 QString text(const SQLite::Column &column)
 {
     // Line breaks would tear a row apart on screen.
-    return QString::fromUtf8(column.getText(), std::min(column.getBytes(), 4096)).simplified().left(MaxTextLength);
+    return QString::fromUtf8(column.getText(), std::min(column.getBytes(), 4096))
+        .simplified()
+        .left(MaxTextLength);
 }
 
 template <class Number>
@@ -66,7 +68,8 @@ CatalogueEntry entryFrom(SQLite::Statement &row)
     return entry;
 }
 
-struct AnsweringTitle {
+struct AnsweringTitle
+{
     qint64 id = 0;
     int closeness = 0;
 };
@@ -74,8 +77,9 @@ struct AnsweringTitle {
 /// The titles that answer one reading, the closest first.
 QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Reading &reading)
 {
-    SQLite::Statement statement(database, "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
-                                          " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?");
+    SQLite::Statement statement(database,
+                                "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                                " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?");
     statement.bind(1, matchExpression(reading).toStdString());
     statement.bind(2, MaxTitles);
     QList<AnsweringTitle> titles;
@@ -83,8 +87,9 @@ QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Re
         if (const auto closeness = titleCloseness(reading, text(statement.getColumn(1))))
             titles += {statement.getColumn(0).getInt64(), *closeness};
     }
-    std::stable_sort(titles.begin(), titles.end(),
-                     [](const AnsweringTitle &a, const AnsweringTitle &b) { return a.closeness > b.closeness; });
+    std::stable_sort(titles.begin(), titles.end(), [](const AnsweringTitle &a, const AnsweringTitle &b) {
+        return a.closeness > b.closeness;
+    });
     return titles;
 }
 
@@ -104,8 +109,10 @@ QList<CatalogueEntry> entriesOfTitle(SQLite::Database &database, qint64 title, c
     return entries;
 }
 
-/// Keeps the entries of which the fact is true, if it is true of any; where no entry agrees, the text named it wrongly.
-void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted, std::optional<int> Subtitle::*fact)
+/// Keeps the entries of which the fact is true, if it is true of any; where no entry agrees, the text named
+/// it wrongly.
+void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted,
+                std::optional<int> Subtitle::*fact)
 {
     const auto disagrees = [&](const CatalogueEntry &entry) { return entry.subtitle.*fact != wanted; };
     if (wanted && !std::all_of(entries.begin(), entries.end(), disagrees))
@@ -126,14 +133,15 @@ void demandEpisode(QList<CatalogueEntry> &entries, const TitleQuery &query)
 QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qint64 size, const QString &hash,
                                                  const QString &language)
 {
-    SQLite::Statement statement(database, std::string(EntryColumns) +
-                                              ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2)"
-                                              " AS is_exact"
-                                              " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
-                                              " (SELECT m.film_id FROM video v JOIN subtitle m ON m.id = v.subtitle_id"
-                                              "  WHERE v.hash = ?1 AND v.size = ?2)"
-                                              " AND (?3 = '' OR s.language = ?3)"
-                                              " ORDER BY is_exact DESC, s.downloads DESC, s.id LIMIT ?4");
+    SQLite::Statement statement(database,
+                                std::string(EntryColumns) +
+                                    ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2)"
+                                    " AS is_exact"
+                                    " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
+                                    " (SELECT m.film_id FROM video v JOIN subtitle m ON m.id = v.subtitle_id"
+                                    "  WHERE v.hash = ?1 AND v.size = ?2)"
+                                    " AND (?3 = '' OR s.language = ?3)"
+                                    " ORDER BY is_exact DESC, s.downloads DESC, s.id LIMIT ?4");
     statement.bind(1, hash.toStdString());
     statement.bind(2, static_cast<int64_t>(size));
     statement.bind(3, language.toStdString());

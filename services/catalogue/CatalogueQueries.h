@@ -8,11 +8,13 @@ namespace SQLite
 class Database;
 }
 
-/// The searches of one open catalogue. They throw SQLite::Exception; CatalogueDatabase is the one that catches.
+/// The searches of one open catalogue. They throw SQLite::Exception; CatalogueDatabase is the one that
+/// catches.
 namespace CatalogueQueries
 {
 inline constexpr int MaxEntries = 500;
 
-QList<CatalogueEntry> forVideo(SQLite::Database &database, qint64 size, const QString &hash, const QString &language);
+QList<CatalogueEntry> forVideo(SQLite::Database &database, qint64 size, const QString &hash,
+                               const QString &language);
 QList<CatalogueEntry> forText(SQLite::Database &database, const QString &text, const QString &language);
 } // namespace CatalogueQueries

@@ -6,9 +6,9 @@ namespace CatalogueSchema
 inline constexpr int ApplicationId = 0x506c7664; // "Plvd"
 inline constexpr int Version = 1;
 
-/// A film is what subtitles are made for: a film, or one episode of a series. It has one main title and any number of
-/// others; titles are kept once and their words, folded by `searchWords`, are what a text search looks through.
-/// An IMDb id is kept as its number. A digest is the SHA-1 of the content.
+/// A film is what subtitles are made for: a film, or one episode of a series. It has one main title and any
+/// number of others; titles are kept once and their words, folded by `searchWords`, are what a text search
+/// looks through. An IMDb id is kept as its number. A digest is the SHA-1 of the content.
 inline constexpr char Statements[] = R"(
 CREATE TABLE film(
     id INTEGER PRIMARY KEY,

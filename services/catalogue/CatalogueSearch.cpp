@@ -16,7 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-struct RankedEntry {
+struct RankedEntry
+{
     CatalogueEntry entry;
     int agreement = 0;
 };
@@ -122,7 +123,8 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
         for (CatalogueEntry &entry : entries.value()) {
             entry.subtitle.service = CatalogueService::name();
             entry.subtitle.fileID = fileIdOf(i, entry.id);
-            entry.subtitle.languageName = ServiceLanguages::name(entry.subtitle.subLanguageID, request.locale);
+            entry.subtitle.languageName =
+                ServiceLanguages::name(entry.subtitle.subLanguageID, request.locale);
             found += {entry, agreementOf(entry, request)};
         }
     }

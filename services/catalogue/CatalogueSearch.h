@@ -5,10 +5,11 @@
 #include <platform/Locale.h>
 
 /// What a query asks, read from its arguments. Sizes and hashes that are none ask for nothing.
-struct CatalogueRequest {
+struct CatalogueRequest
+{
     std::optional<VideoHash> video;
     QString text;
-    QString language; // three letters; empty for all
+    QString language;  // three letters; empty for all
     QString videoName; // remembered for the video; empty when unknown
     Locale locale;     // in whose language languages are named
 
@@ -20,7 +21,8 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
                                      const CatalogueRequest &request);
 
 /// Reads the file that a result of `searchCatalogues` stands for, and the name to save it under.
-struct FetchedSubtitle {
+struct FetchedSubtitle
+{
     QString fileName;
     QByteArray content;
 };

@@ -14,7 +14,8 @@ namespace
 constexpr std::chrono::hours DownloadsKeptFor{7 * 24};
 }
 
-struct CatalogueService::State {
+struct CatalogueService::State
+{
     State(const QList<CataloguePlace> &cataloguePlaces, const DownloadFolder &downloadFolder)
         : places(cataloguePlaces), downloads(downloadFolder)
     {
@@ -59,8 +60,8 @@ CatalogueService::~CatalogueService()
     m_state->outstanding.cancelAll();
 }
 
-/// Hands the job to the worker on a later turn of the main thread: a completion must not come before the call that asked
-/// for it has returned, and the worker could be that quick.
+/// Hands the job to the worker on a later turn of the main thread: a completion must not come before the call
+/// that asked for it has returned, and the worker could be that quick.
 void CatalogueService::postAfterReturn(std::function<void(State &)> job)
 {
     MainQueue::shared().async([state = m_state, weak = std::weak_ptr(m_worker), job = std::move(job)] {
@@ -85,9 +86,8 @@ void CatalogueService::cancelQueryTask()
 
 void CatalogueService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
-    postAfterReturn([subtitle, completion = std::move(completion)](State &state) {
-        completion(state.fetch(*subtitle));
-    });
+    postAfterReturn(
+        [subtitle, completion = std::move(completion)](State &state) { completion(state.fetch(*subtitle)); });
 }
 
 std::optional<VideoHash> CatalogueService::computeHash(const QUrl &url)

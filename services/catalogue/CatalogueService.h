@@ -9,21 +9,28 @@
 #include <services/video/VideoNames.h>
 
 /// A catalogue to search, and whether it may be absent.
-struct CataloguePlace {
+struct CataloguePlace
+{
     QString path;
-    enum class Presence { Required, Optional } presence = Presence::Required;
+    enum class Presence
+    {
+        Required,
+        Optional
+    } presence = Presence::Required;
 };
 
-/// Finds and fetches subtitles in catalogue files on this machine, searched side by side; no network, no account.
-/// Functions are called on the main thread; the work is done on a thread of its own, where completions arrive.
-/// Every query opens the files anew, so that a catalogue that grows or is replaced meanwhile is seen as it is.
+/// Finds and fetches subtitles in catalogue files on this machine, searched side by side; no network, no
+/// account. Functions are called on the main thread; the work is done on a thread of its own, where
+/// completions arrive. Every query opens the files anew, so that a catalogue that grows or is replaced
+/// meanwhile is seen as it is.
 class CatalogueService final : public SubtitleService
 {
 public:
     /// What `Subtitle::service` says of its results.
     static QString name();
 
-    explicit CatalogueService(const QList<CataloguePlace> &places, const DownloadFolder &downloads = DownloadFolder());
+    explicit CatalogueService(const QList<CataloguePlace> &places,
+                              const DownloadFolder &downloads = DownloadFolder());
     ~CatalogueService() override;
 
     /// One source with rows suffices; with none, any source's failure is the answer.

@@ -18,15 +18,18 @@ QList<CataloguePlace> places(const QString &starterPath, const QString &ownPath)
 
 QString standardOwnCataloguePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Plovendix/catalogue.sqlite"_L1;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           "/Plovendix/catalogue.sqlite"_L1;
 }
 
-std::shared_ptr<SubtitleService> makeCatalogueSubtitleService(const QString &starterPath, const QString &ownPath)
+std::shared_ptr<SubtitleService> makeCatalogueSubtitleService(const QString &starterPath,
+                                                              const QString &ownPath)
 {
     return std::make_shared<CatalogueService>(places(starterPath, ownPath));
 }
 
-std::shared_ptr<MetadataService> makeCatalogueMetadataService(const QString &starterPath, const QString &ownPath)
+std::shared_ptr<MetadataService> makeCatalogueMetadataService(const QString &starterPath,
+                                                              const QString &ownPath)
 {
     return std::make_shared<CatalogueMetadata>(places(starterPath, ownPath));
 }

@@ -13,6 +13,6 @@ std::shared_ptr<SubtitleService> makeCatalogueSubtitleService(const QString &sta
 std::shared_ptr<MetadataService> makeCatalogueMetadataService(const QString &starterPath,
                                                               const QString &ownPath = {});
 
-/// Where the person's own catalogue is kept: "Plovendix/catalogue.sqlite" in the person's data folder. It stands for an
-/// empty `ownPath` above.
+/// Where the person's own catalogue is kept: "Plovendix/catalogue.sqlite" in the person's data folder. It
+/// stands for an empty `ownPath` above.
 QString standardOwnCataloguePath();

@@ -52,8 +52,8 @@ Result<CatalogueWriter> CatalogueWriter::create(const QString &path)
     if (QFile::exists(path))
         return Error{u"Catalogue"_s, 0, u"There is a file at %1 already."_s.arg(path)};
     try {
-        return CatalogueWriter(std::make_unique<SQLite::Database>(QFile::encodeName(path).toStdString(),
-                                                                  SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE));
+        return CatalogueWriter(std::make_unique<SQLite::Database>(
+            QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE));
     } catch (const SQLite::Exception &exception) {
         return writeError(exception);
     }
@@ -62,8 +62,9 @@ Result<CatalogueWriter> CatalogueWriter::create(const QString &path)
 Result<qint64> CatalogueWriter::addFilm(const FilmRecord &film)
 {
     try {
-        SQLite::Statement insert(*m_database, "INSERT INTO film(is_series, year, season, episode, imdb, poster)"
-                                              " VALUES(?, ?, ?, ?, ?, ?)");
+        SQLite::Statement insert(*m_database,
+                                 "INSERT INTO film(is_series, year, season, episode, imdb, poster)"
+                                 " VALUES(?, ?, ?, ?, ?, ?)");
         insert.bind(1, film.isSeries ? 1 : 0);
         bindOptional(insert, 2, film.year);
         bindOptional(insert, 3, film.season);
@@ -111,10 +112,10 @@ qint64 CatalogueWriter::titleRow(const QString &name)
 Result<void> CatalogueWriter::addSubtitle(qint64 film, const SubtitleRecord &subtitle)
 {
     try {
-        SQLite::Statement insert(*m_database,
-                                 "INSERT INTO subtitle(film_id, language, release, format, downloads,"
-                                 " frames_per_second, hearing_impaired, foreign_parts_only, machine_translated,"
-                                 " digest, content) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+        SQLite::Statement insert(
+            *m_database, "INSERT INTO subtitle(film_id, language, release, format, downloads,"
+                         " frames_per_second, hearing_impaired, foreign_parts_only, machine_translated,"
+                         " digest, content) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
         insert.bind(1, static_cast<int64_t>(film));
         insert.bind(2, subtitle.language.toStdString());
         insert.bind(3, subtitle.release.toStdString());

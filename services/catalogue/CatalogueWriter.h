@@ -10,10 +10,11 @@ namespace SQLite
 {
 class Database;
 class Transaction;
-}
+} // namespace SQLite
 
 /// A film to be entered: its titles (the main one first), facts and picture.
-struct FilmRecord {
+struct FilmRecord
+{
     QStringList titles;
     bool isSeries = false;
     std::optional<int> year;
@@ -24,7 +25,8 @@ struct FilmRecord {
 };
 
 /// A subtitle to be entered, and the video it was made for where that is known.
-struct SubtitleRecord {
+struct SubtitleRecord
+{
     QString release;
     QString language; // three letters
     QString format;
@@ -38,8 +40,8 @@ struct SubtitleRecord {
     quint64 videoSize = 0;
 };
 
-/// Writes a catalogue. Nothing is kept before `commit`. Errors have the domain "Catalogue" and name the statement that
-/// failed; they are for whoever builds a catalogue, not for the window. One thread.
+/// Writes a catalogue. Nothing is kept before `commit`. Errors have the domain "Catalogue" and name the
+/// statement that failed; they are for whoever builds a catalogue, not for the window. One thread.
 class CatalogueWriter final
 {
 public:

@@ -38,8 +38,8 @@ bool isSilent(char32_t c)
     // Marks of a decomposed letter, and apostrophes: "don't" is found by "dont".
     const QChar::Category category = QChar::category(c);
     return category == QChar::Mark_NonSpacing || category == QChar::Mark_SpacingCombining ||
-           category == QChar::Other_Format || c == U'\'' || c == U'’' ||
-           c == U'‘' || c == U'`' || c == U'´' || c == U'ʼ';
+           category == QChar::Other_Format || c == U'\'' || c == U'’' || c == U'‘' || c == U'`' ||
+           c == U'´' || c == U'ʼ';
 }
 
 class WordCollector

@@ -2,12 +2,19 @@
 #include <QStringList>
 #include <optional>
 
-/// What a typed text asks of the titles: the words, in ever more tolerant readings of them, and the facts it names.
-struct TitleQuery {
+/// What a typed text asks of the titles: the words, in ever more tolerant readings of them, and the facts it
+/// names.
+struct TitleQuery
+{
     /// One way of reading the text; the first that finds a title is the one that counts.
-    struct Reading {
+    struct Reading
+    {
         QStringList words;
-        enum class Demand { AllWords, HalfOfThem } demand = Demand::AllWords;
+        enum class Demand
+        {
+            AllWords,
+            HalfOfThem
+        } demand = Demand::AllWords;
         bool checksFacts = false;
     };
 
@@ -23,6 +30,6 @@ TitleQuery titleQuery(const QString &text);
 /// The full-text expression for a reading; every word may be the beginning of a title's word.
 QString matchExpression(const TitleQuery::Reading &reading);
 
-/// Whether the title answers the reading, and how closely: nothing when too few words are there, 0 when words were
-/// completed or left over, 1 when the title has every word, 2 when it has no other.
+/// Whether the title answers the reading, and how closely: nothing when too few words are there, 0 when words
+/// were completed or left over, 1 when the title has every word, 2 when it has no other.
 std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QString &title);

@@ -16,8 +16,8 @@ constexpr auto FolderPrefix = "get-"_L1;
 } // namespace
 
 DownloadFolder::DownloadFolder(const QString &path)
-    : m_path(path)
-    , m_failureFormat(Bundle::main().localizedString(u"The subtitle could not be stored in “%@”."_s))
+    : m_path(path),
+      m_failureFormat(Bundle::main().localizedString(u"The subtitle could not be stored in “%@”."_s))
 {
 }
 

@@ -4,8 +4,8 @@
 #include <QUrl>
 #include <chrono>
 
-/// Where downloads land: each in a folder of its own, so that names never meet and the file may be moved away.
-/// Made on the main thread; its functions may be called on any.
+/// Where downloads land: each in a folder of its own, so that names never meet and the file may be moved
+/// away. Made on the main thread; its functions may be called on any.
 class DownloadFolder final
 {
 public:

@@ -1,9 +1,11 @@
 #pragma once
 
-/// The codes of the subtitle service family, as text tables: read once by ServiceLanguages.cpp and by nobody else.
+/// The codes of the subtitle service family, as text tables: read once by ServiceLanguages.cpp and by nobody
+/// else.
 namespace LanguageTable
 {
-/// Two-letter codes of ISO 639-1 and the family's three-letter codes. Greek is "ell" and Serbian "scc" in this family.
+/// Two-letter codes of ISO 639-1 and the family's three-letter codes. Greek is "ell" and Serbian "scc" in
+/// this family.
 inline constexpr char TwoToThree[] =
     "aa:aar ab:abk ae:ave af:afr ak:aka am:amh an:arg ar:ara as:asm av:ava ay:aym az:aze "
     "ba:bak be:bel bg:bul bh:bih bi:bis bm:bam bn:ben bo:tib br:bre bs:bos ca:cat ce:che "
@@ -24,16 +26,18 @@ inline constexpr char TwoToThree[] =
 
 /// Other spellings of a three-letter code, as people and players write them.
 inline constexpr char Spellings[] =
-    "gre:ell srp:scc deu:ger fra:fre nld:dut ces:cze ron:rum slk:slo sqi:alb hye:arm eus:baq mya:bur zho:chi kat:geo "
+    "gre:ell srp:scc deu:ger fra:fre nld:dut ces:cze ron:rum slk:slo sqi:alb hye:arm eus:baq mya:bur zho:chi "
+    "kat:geo "
     "isl:ice mkd:mac mri:mao msa:may fas:per bod:tib cym:wel cnr:mne mol:rum scr:hrv ";
 
-/// The family's private codes that are no ISO 639-1: two-letter, three-letter, and the language tag that names them.
+/// The family's private codes that are no ISO 639-1: two-letter, three-letter, and the language tag that
+/// names them.
 inline constexpr char Private[] =
     "pb:pob:pt_BR pm:pom:pt_MZ me:mne:cnr at:ast:ast ma:mni:mni sy:syr:syr ze:zhe:zh zt:zht:zh_TW ex:ext:ext "
     "ea:spl:es_419 sp:spn:es_ES pr:prs:fa_AF sx:sat:sat tp:tok:tok ";
 
 /// Withdrawn two-letter codes and language tags with a region that has a code of its own.
-inline constexpr char Tags[] =
-    "iw:heb in:ind ji:yid mo:rum pt-br:pob pt-pt:por pt-mz:pom zh-cn:chi zh-tw:zht zh-hans:chi zh-hant:zht es-419:spl "
-    "es-mx:spl es-es:spa az-az:aze az-zb:azb zh-ca:zhc tm-td:tet yue:zhc ";
+inline constexpr char Tags[] = "iw:heb in:ind ji:yid mo:rum pt-br:pob pt-pt:por pt-mz:pom zh-cn:chi "
+                               "zh-tw:zht zh-hans:chi zh-hant:zht es-419:spl "
+                               "es-mx:spl es-es:spa az-az:aze az-zb:azb zh-ca:zhc tm-td:tet yue:zhc ";
 } // namespace LanguageTable

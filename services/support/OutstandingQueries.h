@@ -4,21 +4,23 @@
 #include <mutex>
 #include <unordered_set>
 
-/// Which queries still await their answer. Each is answered at most once, and never after `cancelAll` has returned.
-/// Any thread.
+/// Which queries still await their answer. Each is answered at most once, and never after `cancelAll` has
+/// returned. Any thread.
 class OutstandingQueries final
 {
 public:
     /// A new query's number.
     quint64 begin();
     bool isOutstanding(quint64 query) const;
-    /// Runs `answer` and forgets the query, unless that was done or cancelled before. An answer may itself cancel.
+    /// Runs `answer` and forgets the query, unless that was done or cancelled before. An answer may itself
+    /// cancel.
     void finish(quint64 query, const std::function<void()> &answer);
     /// Drops every query. An answer that is being given on another thread is waited for.
     void cancelAll();
 
 private:
-    // Held while an answer runs, so that a cancel never returns between the check and the call. Taken before m_mutex.
+    // Held while an answer runs, so that a cancel never returns between the check and the call. Taken before
+    // m_mutex.
     std::recursive_mutex m_answering;
     mutable std::mutex m_mutex; // guards the two below
     std::unordered_set<quint64> m_outstanding;

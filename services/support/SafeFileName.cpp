@@ -12,8 +12,9 @@ constexpr qsizetype MaxExtensionLength = 8;
 bool isHarmless(QChar c)
 {
     const QChar::Category category = c.category();
-    return category != QChar::Other_Control && category != QChar::Other_Format && category != QChar::Separator_Line &&
-           category != QChar::Separator_Paragraph && c != QChar::ReplacementCharacter;
+    return category != QChar::Other_Control && category != QChar::Other_Format &&
+           category != QChar::Separator_Line && category != QChar::Separator_Paragraph &&
+           c != QChar::ReplacementCharacter;
 }
 
 /// The last component for both kinds of separator, without what a file system or a reader could trip over.

@@ -11,7 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-struct Tables {
+struct Tables
+{
     QHash<QString, QString> codes;      // any spelling → three letters
     QHash<QString, QString> twoLetters; // three letters → two
     QHash<QString, QString> tags;       // three letters → the tag that names the language
@@ -55,7 +56,8 @@ const Tables &tables()
 
 bool isThreeLetters(const QString &text)
 {
-    return text.size() == 3 && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'a' && c <= u'z'; });
+    return text.size() == 3 &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'a' && c <= u'z'; });
 }
 } // namespace
 

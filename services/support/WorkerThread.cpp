@@ -4,7 +4,8 @@
 #include <deque>
 #include <mutex>
 
-struct WorkerThread::Queue {
+struct WorkerThread::Queue
+{
     std::mutex mutex; // guards the two below
     std::deque<std::function<void()>> jobs;
     bool ended = false;

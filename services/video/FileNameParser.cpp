@@ -18,7 +18,8 @@ bool isYear(const QString &word)
     return isNumber && value >= FirstYear && value <= LastYear;
 }
 
-/// Where the words about the file begin: at a strong word, or at the first of the weak ones that lead up to it.
+/// Where the words about the file begin: at a strong word, or at the first of the weak ones that lead up to
+/// it.
 void findTechnicalWords(const NameTokens &name, NameFacts &facts)
 {
     qsizetype run = -1;
@@ -63,7 +64,9 @@ QString searchStringOf(const VideoFileComponents &said, const QString &name)
     if (said.title.isEmpty())
         return name.simplified();
     if (said.season && said.episode)
-        return u"%1 S%2E%3"_s.arg(said.title).arg(*said.season, 2, 10, '0'_L1).arg(*said.episode, 2, 10, '0'_L1);
+        return u"%1 S%2E%3"_s.arg(said.title)
+            .arg(*said.season, 2, 10, '0'_L1)
+            .arg(*said.episode, 2, 10, '0'_L1);
     return said.year ? u"%1 %2"_s.arg(said.title).arg(*said.year) : said.title;
 }
 } // namespace

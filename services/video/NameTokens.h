@@ -5,10 +5,11 @@
 #include <QString>
 
 /// A word of a name: letters and digits between separators.
-struct NameToken {
+struct NameToken
+{
     qsizetype begin = 0; // in the name
     qsizetype end = 0;
-    QString word; // lower case
+    QString word;    // lower case
     int bracket = 0; // the innermost pair of brackets around it, counted from 1; 0 outside
     WordClass kind;
 };
@@ -28,7 +29,8 @@ public:
 
     /// What stands between a word and the one before it (before the first: what the name begins with).
     QStringView gapBefore(qsizetype index) const;
-    /// Whether a dash with room around it, or an opening or closing bracket, divides a word from the one before it.
+    /// Whether a dash with room around it, or an opening or closing bracket, divides a word from the one
+    /// before it.
     bool isDividedBefore(qsizetype index) const;
 
 private:

@@ -2,13 +2,30 @@
 #include <QString>
 
 /// What a word of a release name is about, apart from the title.
-enum class WordKind { None, Resolution, Source, VideoCodec, Audio, Edition, Language, Remark };
+enum class WordKind
+{
+    None,
+    Resolution,
+    Source,
+    VideoCodec,
+    Audio,
+    Edition,
+    Language,
+    Remark
+};
 
-/// How sure it is that a word is none of the title's: a strong word ends the title wherever it stands, a weak one
+/// How sure it is that a word is none of the title's: a strong word ends the title wherever it stands, a weak
+/// one
 /// ("German", "Extended", "TS") only when nothing but such words follows it up to a strong one.
-enum class WordStrength { None, Weak, Strong };
+enum class WordStrength
+{
+    None,
+    Weak,
+    Strong
+};
 
-struct WordClass {
+struct WordClass
+{
     WordKind kind = WordKind::None;
     WordStrength strength = WordStrength::None;
 };

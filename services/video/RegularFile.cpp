@@ -70,7 +70,10 @@ class RegularFile final : public VideoContent
 {
 public:
     explicit RegularFile(const QString &path) : m_file(path) {}
-    bool open() { return QFileInfo(m_file).isFile() && m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+    bool open()
+    {
+        return QFileInfo(m_file).isFile() && m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
 
     std::optional<quint64> size() override { return static_cast<quint64>(m_file.size()); }
 

@@ -16,6 +16,6 @@ public:
     virtual bool readExactly(quint64 offset, std::span<char> buffer) = 0;
 };
 
-/// Opens a regular file by the bytes of its path. Nothing for folders, pipes, devices, sockets and what cannot be read;
-/// opening never waits for the other end of a pipe. Any thread.
+/// Opens a regular file by the bytes of its path. Nothing for folders, pipes, devices, sockets and what
+/// cannot be read; opening never waits for the other end of a pipe. Any thread.
 std::unique_ptr<VideoContent> openRegularFile(const QByteArray &path);

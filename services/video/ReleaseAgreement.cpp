@@ -33,7 +33,8 @@ constexpr int GroupWeight = 16;
 QString groupOf(const NameTokens &name)
 {
     const qsizetype last = name.count() - 1;
-    if (last < 1 || name.gapBefore(last) != QStringView(u"-") || name[last].kind.strength != WordStrength::None)
+    if (last < 1 || name.gapBefore(last) != QStringView(u"-") ||
+        name[last].kind.strength != WordStrength::None)
         return {};
     return name[last].word;
 }
@@ -54,8 +55,8 @@ int releaseAgreement(const QString &release, const QString &videoName)
     const NameTokens ours(release);
     const NameTokens theirs(videoName);
     int agreement = 0;
-    for (const WordKind kind : {WordKind::Source, WordKind::Edition, WordKind::Resolution, WordKind::VideoCodec,
-                                WordKind::Audio, WordKind::Remark}) {
+    for (const WordKind kind : {WordKind::Source, WordKind::Edition, WordKind::Resolution,
+                                WordKind::VideoCodec, WordKind::Audio, WordKind::Remark}) {
         if (wordsOfKind(ours, kind).intersects(wordsOfKind(theirs, kind)))
             agreement += weight(kind);
     }

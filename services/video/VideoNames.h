@@ -3,8 +3,8 @@
 #include <deque>
 #include <mutex>
 
-/// Remembers the names of the videos hashed lately, so that a query, which carries only size and hash, can still be
-/// ranked by how well a release agrees with the video's own name. Any thread.
+/// Remembers the names of the videos hashed lately, so that a query, which carries only size and hash, can
+/// still be ranked by how well a release agrees with the video's own name. Any thread.
 class VideoNames final
 {
 public:
@@ -13,11 +13,12 @@ public:
     QString nameOf(const VideoHash &video) const;
 
 private:
-    struct Entry {
+    struct Entry
+    {
         VideoHash video;
         QString name;
     };
 
-    mutable std::mutex m_mutex; // guards the entries
+    mutable std::mutex m_mutex;  // guards the entries
     std::deque<Entry> m_entries; // the latest first
 };

@@ -31,10 +31,10 @@ Result<void> write(const QString &path, const QString &sources, const QString &s
         const Result<StarterFilm> film = readStarterFilm(QDir(sources).filePath(folder), samples);
         if (!film)
             return film.error();
-        if (const Result<void> added = addFilm(*writer, *film); !added)
+        if (const Result<void> added = addFilm(writer.value(), *film); !added)
             return added;
     }
-    return writer->commit();
+    return writer.value().commit();
 }
 
 /// Written beside its place and moved there when whole, so that a broken build leaves no half a catalogue.
