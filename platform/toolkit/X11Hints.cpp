@@ -40,6 +40,16 @@ std::vector<quint32> readProperty(xcb_connection_t *connection, quint32 window, 
     return {values, values + xcb_get_property_value_length(reply.get()) / 4};
 }
 
+int defaultScreen()
+{
+    char *host = nullptr;
+    int display = 0;
+    int screen = 0;
+    xcb_parse_display(nullptr, &host, &display, &screen);
+    std::free(host);
+    return screen;
+}
+
 bool contains(const std::vector<quint32> &values, quint32 value)
 {
     return std::find(values.begin(), values.end(), value) != values.end();
@@ -71,8 +81,7 @@ X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
 {
     // The default screen's number is part of the compositor's selection. Qt's xcb connection belongs to the
     // screen that DISPLAY names.
-    int screenNumber = 0;
-    xcb_parse_display(nullptr, nullptr, nullptr, &screenNumber);
+    const int screenNumber = defaultScreen();
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     for (int i = 0; i < screenNumber && screens.rem > 1; ++i)
         xcb_screen_next(&screens);
