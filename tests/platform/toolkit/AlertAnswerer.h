@@ -22,7 +22,8 @@ protected:
         auto *alert = qobject_cast<QMessageBox *>(watched);
         if (alert && event->type() == QEvent::Show) {
             ++m_alertsSeen;
-            QMetaObject::invokeMethod(alert, [this, alert] { m_answer(*alert); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                alert, [this, alert] { m_answer(*alert); }, Qt::QueuedConnection);
         }
         return false;
     }

@@ -16,7 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Error errorSaying(const QString &text) { return Error{QString(), 123, text}; }
+Error errorSaying(const QString &text)
+{
+    return Error{QString(), 123, text};
+}
 } // namespace
 
 class ErrorAlertTest : public QObject

@@ -30,10 +30,13 @@ class StoryboardTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        Storyboard::registerController(u"Scenes"_s, u"Plain"_s, [] { return ViewController::make<ViewController>(); });
-        Storyboard::registerController(u"Scenes"_s, u"Accessory"_s,
-                                       [] { return ViewController::make<TitlebarAccessoryViewController>(); });
-        Storyboard::registerController(u"Scenes"_s, u"Broken"_s, []() -> std::shared_ptr<ViewController> { return {}; });
+        Storyboard::registerController(u"Scenes"_s, u"Plain"_s,
+                                       [] { return ViewController::make<ViewController>(); });
+        Storyboard::registerController(u"Scenes"_s, u"Accessory"_s, [] {
+            return ViewController::make<TitlebarAccessoryViewController>();
+        });
+        Storyboard::registerController(u"Scenes"_s, u"Broken"_s,
+                                       []() -> std::shared_ptr<ViewController> { return {}; });
         Storyboard::registerCell(u"Scenes"_s, u"Cell"_s, [] { return std::make_unique<TableCellView>(); });
         Storyboard::registerController(u"Other"_s, u"Elsewhere"_s,
                                        [] { return ViewController::make<ViewController>(); });
@@ -82,7 +85,8 @@ private Q_SLOTS:
         QFETCH(QString, identifier);
         const Storyboard storyboard = Storyboard::named(u"Scenes"_s);
         const QString fault = faultOf([&] { storyboard.instantiateController(identifier); });
-        QVERIFY2(fault.contains(u'"' + identifier + u'"') && fault.contains(u"\"Scenes\""_s), qPrintable(fault));
+        QVERIFY2(fault.contains(u'"' + identifier + u'"') && fault.contains(u"\"Scenes\""_s),
+                 qPrintable(fault));
     }
 
     void wrongClassIsAFatalFault()
@@ -104,9 +108,10 @@ private Q_SLOTS:
 
     void sceneRegisteredAgainTakesTheNewerFactory()
     {
-        Storyboard::registerController(u"Twice"_s, u"Scene"_s, [] { return ViewController::make<ViewController>(); });
         Storyboard::registerController(u"Twice"_s, u"Scene"_s,
-                                       [] { return ViewController::make<TitlebarAccessoryViewController>(); });
+                                       [] { return ViewController::make<ViewController>(); });
+        Storyboard::registerController(
+            u"Twice"_s, u"Scene"_s, [] { return ViewController::make<TitlebarAccessoryViewController>(); });
         QVERIFY(Storyboard::named(u"Twice"_s).instantiate<TitlebarAccessoryViewController>(u"Scene"_s));
     }
 

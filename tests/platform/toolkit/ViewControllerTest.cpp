@@ -76,7 +76,8 @@ private Q_SLOTS:
 
     void controllerThatLoadsNoViewIsAFatalFault()
     {
-        struct Viewless : ViewController {
+        struct Viewless : ViewController
+        {
             void loadView() override {}
         };
         const FatalFaultTrap trap;
@@ -168,7 +169,8 @@ private Q_SLOTS:
 
     void viewReplacedByAnotherGoes()
     {
-        struct Replacing : ViewController {
+        struct Replacing : ViewController
+        {
             void replace() { setView(std::make_unique<QWidget>()); }
         };
         const auto controller = ViewController::make<Replacing>();
@@ -271,7 +273,8 @@ private:
 };
 } // namespace
 
-/// Beside the tests: references that outlive the application are dropped, here and elsewhere, without a crash.
+/// Beside the tests: references that outlive the application are dropped, here and elsewhere, without a
+/// crash.
 int main(int argc, char **argv)
 {
     static int destroyed = 0;

@@ -99,7 +99,8 @@ private Q_SLOTS:
 
     void controllerThatLoadsNoWindowIsAFatalFault()
     {
-        struct Windowless : WindowController {
+        struct Windowless : WindowController
+        {
             void loadWindow() override {}
         };
         const FatalFaultTrap trap;
