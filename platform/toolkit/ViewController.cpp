@@ -74,7 +74,7 @@ void ViewController::setView(std::unique_ptr<QWidget> view)
 
 std::shared_ptr<ViewController> ViewController::presentingViewController() const
 {
-    return m_presenting.lock();
+    return m_modalWindow ? m_presenting.lock() : nullptr;
 }
 
 void ViewController::presentViewControllerAsModalWindow(const std::shared_ptr<ViewController> &controller)

@@ -1,4 +1,5 @@
 #pragma once
+#include <QMetaMethod>
 #include <QObject>
 #include <QVariant>
 
