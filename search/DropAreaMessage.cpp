@@ -1,0 +1,61 @@
+#include "DropAreaMessage.h"
+
+#include <languages/catalogue/LanguageCodeConversion.h>
+#include <platform/Locale.h>
+#include <views/StringHelpers.h>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+constexpr auto English = "eng"_L1;
+constexpr int LongestQuotedText = 60; // characters of a search text that a headline repeats
+
+QString languageName(const QString &code)
+{
+    const Locale locale = Locale::current();
+    if (code == "pb"_L1) {
+        const auto portuguese = locale.localizedStringForLanguageCode(u"pt"_s);
+        const auto brazil = locale.localizedStringForRegionCode(u"br"_s);
+        if (portuguese && brazil)
+            return u"%1 (%2)"_s.arg(*portuguese, *brazil);
+    }
+    return locale.localizedStringForLanguageCode(code).value_or(code);
+}
+
+QString shortened(const QString &text)
+{
+    return text.size() <= LongestQuotedText ? text : text.first(LongestQuotedText - 1).trimmed() + u'…';
+}
+
+/// Whether the code has no entry of its own in the table, so that English was sent in its place.
+bool isUnknown(const QString &preferredCode, const QString &searchedLanguage)
+{
+    return !preferredCode.isEmpty() && preferredCode != "en"_L1 && searchedLanguage == English;
+}
+} // namespace
+
+DropAreaMessage dropPrompt()
+{
+    return {String::localize(u"Drop a video here"_s), String::localize(u"or type a title above"_s)};
+}
+
+DropAreaMessage nothingFound(const QString &text, const QString &preferredCode, const QString &searchedLanguage)
+{
+    const bool unknown = isUnknown(preferredCode, searchedLanguage);
+    const QString searched = unknown || preferredCode.isEmpty() ? u"en"_s : preferredCode;
+    QString headline = String::localize(u"Nothing found for “%1$@” in %2$@"_s);
+    headline.replace("%2$@"_L1, languageName(searched)).replace("%1$@"_L1, shortened(text));
+    const QString notice = languageNotice(preferredCode, searchedLanguage);
+    if (!notice.isEmpty())
+        return {headline, notice};
+    return {headline, String::localize(u"Try fewer words or another language"_s)};
+}
+
+QString languageNotice(const QString &preferredCode, const QString &searchedLanguage)
+{
+    if (!isUnknown(preferredCode, searchedLanguage))
+        return {};
+    return String::localize(u"The services do not know the language “%@”; English was searched"_s)
+        .replace("%@"_L1, languageName(preferredCode));
+}

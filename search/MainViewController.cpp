@@ -1,0 +1,94 @@
+#include "ui_MainViewController.h"
+
+#include "MainViewController.h"
+#include "PendingRequest.h"
+
+#include <platform/BottomPanelView.h>
+#include <platform/SceneConnections.h>
+#include <platform/Window.h>
+#include <platform/Workspace.h>
+
+MainViewController::MainViewController() = default;
+
+MainViewController::~MainViewController()
+{
+    languageCodeObserver.invalidate();
+}
+
+void MainViewController::setIsSearching(bool searching)
+{
+    if (m_isSearching == searching)
+        return;
+    m_isSearching = searching;
+    Q_EMIT isSearchingChanged(searching);
+}
+
+void MainViewController::setIsDownloading(bool downloading)
+{
+    if (m_isDownloading == downloading)
+        return;
+    m_isDownloading = downloading;
+    Q_EMIT isDownloadingChanged(downloading);
+}
+
+QList<ExternalAppInfo> MainViewController::quorvaneAppsArray() const
+{
+    return installedCompanionApps(Workspace::sharedWorkspace());
+}
+
+void MainViewController::loadView()
+{
+    auto root = std::make_unique<BottomPanelView>();
+    m_scene = std::make_unique<Ui::MainViewController>();
+    m_scene->setupUi(root.get());
+    searchField = m_scene->searchField;
+    cancelSearchButton = m_scene->cancelSearchButton;
+    scrollView = m_scene->scrollView;
+    tableView = m_scene->tableView;
+    detailView = m_scene->detailView;
+    detailViewBottomConstraint = root->bottomConstraint();
+    detailViewImageView = m_scene->detailViewImageView;
+    detailFileLabel = m_scene->detailFileLabel;
+    detailTitleLabel = m_scene->detailTitleLabel;
+    detailLanguageLabel = m_scene->detailLanguageLabel;
+    dragFilesHereView = m_scene->dragFilesHereView;
+    downloadButton = m_scene->downloadButton;
+    connectScene(*root, *this);
+    setView(std::move(root));
+}
+
+void MainViewController::viewDidLoad()
+{
+    ViewController::viewDidLoad();
+    // The scene names the double action `download:` and the field's end of editing; both are connected by now.
+    tableView->setDataSource(this);
+    tableView->setDelegate(this);
+    cancelSearchButton->hide();
+    updateUIState(false);
+    languageCodeObserver = UserDefaults::standard().observe(
+        QStringLiteral("languageCode"), [this](const QVariant &newCode) { languageObservation(newCode); });
+
+    PendingRequest *pending = PendingRequest::shared();
+    if (!pending)
+        return;
+    if (const auto request = pending->externalRequest()) {
+        searchForFile(request->url, request->requestInfo);
+        pending->setExternalRequest(std::nullopt);
+    }
+}
+
+void MainViewController::viewDidAppear()
+{
+    focusSearchField(nullptr);
+}
+
+void MainViewController::focusSearchField(QObject *)
+{
+    if (Window *host = window(); host && searchField)
+        host->makeFirstResponder(searchField);
+}
+
+std::weak_ptr<MainViewController> MainViewController::weakSelf()
+{
+    return std::static_pointer_cast<MainViewController>(shared_from_this());
+}

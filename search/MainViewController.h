@@ -1,0 +1,163 @@
+#pragma once
+#include <delivery/CompanionDelivery.h>
+#include <delivery/ExternalAppInfo.h>
+#include <delivery/FileSearching.h>
+#include <platform/TableView.h>
+#include <platform/UserDefaults.h>
+#include <search/Snapshot.h>
+#include <search/api/MetadataService.h>
+#include <search/api/SubtitleService.h>
+#include <views/DroppedFileReceiver.h>
+#include <views/PlatformSpecificController.h>
+
+class DragFilesHereView;
+class ImageView;
+class Label;
+class LayoutConstraint;
+class QLineEdit;
+class QPushButton;
+class QToolButton;
+class SavePanel;
+class ScrollView;
+namespace Ui
+{
+class MainViewController;
+}
+
+/// The main window's content: searches for subtitles of a file or by words, lists them, shows the selected one, and
+/// downloads and delivers it. Owned by the window; lives on the main thread.
+///
+/// Services answer on any thread. What their completions store there, and what delivery reads there (`subtitles`,
+/// `currentFileURL`, `currentExternalRequestInfo`), are snapshots; every change of a view is a block on the main queue.
+/// It never sorts or filters what a service answered, and never stops an earlier query for a later one: the last to
+/// finish wins.
+class MainViewController final : public PlatformController<ViewController>,
+                                 public FileSearching,
+                                 public DroppedFileReceiver,
+                                 public TableViewDataSource,
+                                 public TableViewDelegate
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isSearching READ isSearching WRITE setIsSearching NOTIFY isSearchingChanged)
+    Q_PROPERTY(bool isDownloading READ isDownloading WRITE setIsDownloading NOTIFY isDownloadingChanged)
+    Q_PROPERTY(QList<ExternalAppInfo> quorvaneAppsArray READ quorvaneAppsArray)
+
+public:
+    using SendSubtitleErrors = ::SendSubtitleErrors;
+
+    MainViewController();
+    ~MainViewController() override;
+
+    bool isSearching() const { return m_isSearching; }
+    void setIsSearching(bool searching);
+    bool isDownloading() const { return m_isDownloading; }
+    void setIsDownloading(bool downloading);
+    /// The installed companion applications, looked up on every call.
+    QList<ExternalAppInfo> quorvaneAppsArray() const;
+
+    /// Searches subtitles for the video file at `url`, by hash, then by the words of its name. Without `requestInfo`
+    /// the stored one stays.
+    void searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &requestInfo) override;
+    void searchForDroppedFile(const QUrl &url) override { searchForFile(url, std::nullopt); }
+    /// Searches by words, as they are.
+    void searchForText(const QString &text, const std::optional<ExternalRequestInfo> &requestInfo);
+    /// Names the delivery that a download will take.
+    void updateDownloadButton();
+    /// Shows the results or the drop target, and the panel for a selected row.
+    void updateUIState(bool animated);
+    /// Downloads the selected result and delivers it; the save sheet is forced with Alt alone held.
+    void downloadSelectedSubtitle();
+    /// The same, always with the save sheet.
+    void saveSelectedSubtitleAs();
+
+    Q_INVOKABLE void doSearch(QObject *sender);
+    Q_INVOKABLE void cancelQuery(QObject *sender);
+    Q_INVOKABLE void textFieldActionWithTextField(QObject *sender);
+    Q_INVOKABLE void controlTextDidEndEditing(QObject *sender);
+    Q_INVOKABLE void download(QObject *sender);
+    Q_INVOKABLE void saveAs(QObject *sender);
+    Q_INVOKABLE void focusSearchField(QObject *sender);
+    Q_INVOKABLE void showInFolder(QObject *sender);
+
+    void loadView() override;
+    void viewDidLoad() override;
+    void viewDidAppear() override;
+
+    int numberOfRowsInTableView() override;
+    TableCellView *tableViewViewForRow(int row) override;
+    QString tableViewAccessibleTextForRow(int row) override;
+    void tableViewSelectionDidChange() override;
+
+Q_SIGNALS:
+    void isSearchingChanged(bool searching);
+    void isDownloadingChanged(bool downloading);
+
+private:
+    using SubtitleList = QList<SubtitlePtr>;
+    enum class SaveChoice { AsRequested, AlwaysSheet };
+
+    // The search (MainViewControllerSearch.cpp).
+    QString searchLanguage() const;
+    void beginQuery(const QList<Arg> &args, std::function<void(MainViewController &)> resultsStep);
+    void finishQuery(const Result<QueryResult> &result, std::function<void(MainViewController &)> resultsStep);
+    void scheduleCancelButtonReveal();
+    void revealCancelButton();
+    void showFileResults(const QUrl &url);
+    void showTextResults(const QString &text, const QString &language);
+    void storeRequestInfo(const std::optional<ExternalRequestInfo> &requestInfo);
+    void forgetFileAndRequest();
+    void showResultCount();
+    void setWindowTitle(const QString &title);
+    void languageObservation(const QVariant &newCode);
+
+    // The list and the panel (MainViewControllerResults.cpp, MainViewControllerDetail.cpp).
+    void reloadTable();
+    void showDropPrompt();
+    void showNothingFound(const QString &text, const QString &language);
+    void showLanguageNotice(const QString &language);
+    void updateDetailView();
+    void showDetailView(bool animated);
+    void hideDetailView(bool animated);
+    void loadPoster(const QString &imdbID);
+    void fetchPoster(const FindResult &found);
+
+    // Download and delivery (MainViewControllerDownload.cpp).
+    void startDownload(SaveChoice choice);
+    void finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel);
+    void deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel);
+    Result<bool> sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle);
+    void presentSavePanel(const std::shared_ptr<SavePanel> &panel, const std::optional<QString> &suggestedName,
+                          const QUrl &file);
+    void moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination);
+    void showDelivered(const QString &text, const std::optional<QUrl> &file);
+    void presentErrorOnWindow(const Error &error);
+    std::weak_ptr<MainViewController> weakSelf();
+    /// Queues a block that runs on the main queue if the controller is still there then.
+    static void onMainQueue(const std::weak_ptr<MainViewController> &controller,
+                            std::function<void(MainViewController &)> block);
+
+    // Outlets of the scene; the weak ones may go while the controller stays.
+    QPointer<QLineEdit> searchField;
+    QPointer<QToolButton> cancelSearchButton;
+    ScrollView *scrollView = nullptr;
+    QPointer<TableView> tableView;
+    QWidget *detailView = nullptr;
+    LayoutConstraint *detailViewBottomConstraint = nullptr;
+    ImageView *detailViewImageView = nullptr;
+    Label *detailFileLabel = nullptr;
+    Label *detailTitleLabel = nullptr;
+    Label *detailLanguageLabel = nullptr;
+    DragFilesHereView *dragFilesHereView = nullptr;
+    QPointer<QPushButton> downloadButton;
+
+    bool m_isSearching = false;
+    bool m_isDownloading = false;
+    UserDefaults::Observation languageCodeObserver;
+    Snapshot<SubtitleList> subtitles;
+    Snapshot<QUrl> currentFileURL;
+    Snapshot<ExternalRequestInfo> currentExternalRequestInfo;
+
+    std::unique_ptr<Ui::MainViewController> m_scene;
+    std::shared_ptr<const SubtitleList> m_shownSubtitles; // the rows of the table as of its last reload
+    std::optional<QUrl> m_deliveredFile;                  // what "Show in folder" shows
+};

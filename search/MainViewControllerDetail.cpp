@@ -1,0 +1,119 @@
+#include "ui_MainViewController.h"
+
+#include "MainViewController.h"
+#include "ScrollView.h"
+
+#include <platform/Animator.h>
+#include <platform/ImageView.h>
+#include <platform/LayoutConstraint.h>
+#include <platform/MainQueue.h>
+#include <platform/StandardOutput.h>
+#include <views/ImageFade.h>
+
+namespace
+{
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+constexpr qreal PanelShown = 0;
+constexpr qreal PanelHidden = -168;
+constexpr QMargins InsetsWithPanel(0, 80, 0, 168); // left, top, right, bottom
+constexpr QMargins InsetsWithoutPanel(0, 80, 0, 0);
+constexpr auto PanelDuration = 250ms;
+constexpr qreal PosterCornerRadius = 6;
+constexpr QSize PosterSize(154, 154);
+
+void printError(const Error &error)
+{
+    printLine(u"Error: "_s + error.localizedDescription);
+}
+} // namespace
+
+void MainViewController::updateDetailView()
+{
+    const int row = tableView ? tableView->selectedRow() : -1;
+    if (row < 0) {
+        printLine(u"No subtitles available"_s);
+        return;
+    }
+    if (!m_shownSubtitles)
+        return;
+    if (m_shownSubtitles->isEmpty()) {
+        printLine(u"This doesn't work"_s);
+        return;
+    }
+    const SubtitlePtr subtitle = m_shownSubtitles->at(row);
+    detailFileLabel->setText(subtitle->subFileName);
+    detailTitleLabel->setText(subtitle->detailString());
+    detailLanguageLabel->setText(subtitle->languageName);
+
+    detailViewImageView->setWantsLayer(true);
+    detailViewImageView->setCanDrawSubviewsIntoLayer(true);
+    if (Layer *layer = detailViewImageView->layer()) {
+        layer->setCornerRadius(PosterCornerRadius);
+        layer->setMasksToBounds(true);
+    }
+    Animator::setImage(*detailViewImageView, std::nullopt);
+    if (subtitle->imdbID)
+        loadPoster(*subtitle->imdbID);
+    else
+        printLine(u"No poster image found"_s);
+}
+
+/// Nobody checks that the selection is still the one the lookup began for: what arrives last is shown.
+void MainViewController::loadPoster(const QString &imdbID)
+{
+    MetadataService::shared().findExternally(
+        imdbID, ExternalSource::imdb, [weak = weakSelf()](const Result<FindResult> &found) {
+            if (!found) {
+                printError(found.error());
+                return;
+            }
+            if (const auto self = weak.lock())
+                self->fetchPoster(*found);
+        });
+}
+
+void MainViewController::fetchPoster(const FindResult &found)
+{
+    const QList<TmdbItem> &items = found.movieResults.isEmpty() ? found.tvResults : found.movieResults;
+    if (items.isEmpty())
+        return;
+    MetadataService::shared().fetchImage(
+        items.first(), ImageKind::Poster, PosterSize, [weak = weakSelf()](const Result<QImage> &image) {
+            if (!image) {
+                printError(image.error());
+                return;
+            }
+            if (const auto self = weak.lock())
+                setImageWithFade(*self->detailViewImageView, Image(*image));
+        });
+}
+
+void MainViewController::showDetailView(bool animated)
+{
+    if (detailViewBottomConstraint->constant() == PanelShown)
+        return;
+    scrollView->setContentInsets(InsetsWithPanel);
+    if (!animated) {
+        detailViewBottomConstraint->setConstant(PanelShown);
+        return;
+    }
+    Animator::setConstant(*detailViewBottomConstraint, PanelShown, PanelDuration, [weak = weakSelf()] {
+        onMainQueue(weak, [](MainViewController &self) {
+            if (self.tableView && self.tableView->selectedRow() >= 0)
+                self.tableView->scrollRowToVisible(self.tableView->selectedRow());
+        });
+    });
+}
+
+void MainViewController::hideDetailView(bool animated)
+{
+    if (detailViewBottomConstraint->constant() == PanelHidden)
+        return;
+    scrollView->setContentInsets(InsetsWithoutPanel);
+    if (animated)
+        Animator::setConstant(*detailViewBottomConstraint, PanelHidden, PanelDuration);
+    else
+        detailViewBottomConstraint->setConstant(PanelHidden);
+}

@@ -1,0 +1,155 @@
+#include "ui_MainViewController.h"
+
+#include "MainViewController.h"
+
+#include <delivery/SuggestedFileName.h>
+#include <platform/ErrorAlert.h>
+#include <platform/FatalFault.h>
+#include <platform/FileManager.h>
+#include <platform/SavePanel.h>
+#include <platform/Window.h>
+#include <platform/Workspace.h>
+#include <views/StringHelpers.h>
+
+#include <QGuiApplication>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+/// Alt (the Option key of this platform) and no other modifier: Shift, Control and Meta count, the keypad does not.
+bool isOptionAloneHeld()
+{
+    const Qt::KeyboardModifiers held = QGuiApplication::keyboardModifiers();
+    return (held & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier)) == Qt::AltModifier;
+}
+} // namespace
+
+void MainViewController::download(QObject *)
+{
+    downloadSelectedSubtitle();
+}
+
+void MainViewController::saveAs(QObject *)
+{
+    saveSelectedSubtitleAs();
+}
+
+void MainViewController::downloadSelectedSubtitle()
+{
+    startDownload(SaveChoice::AsRequested);
+}
+
+void MainViewController::saveSelectedSubtitleAs()
+{
+    startDownload(SaveChoice::AlwaysSheet);
+}
+
+void MainViewController::startDownload(SaveChoice choice)
+{
+    const int row = tableView ? tableView->selectedRow() : -1;
+    if (row < 0 || !subtitles.load() || !m_shownSubtitles)
+        return;
+    // The row is one of the table's, so it picks from what the table shows, not from what has been stored since.
+    if (row >= m_shownSubtitles->size())
+        fatalFault(u"The selected row %1 lies beyond the results"_s.arg(row));
+    const SubtitlePtr subtitle = m_shownSubtitles->at(row);
+    const bool forceSavePanel = choice == SaveChoice::AlwaysSheet || isOptionAloneHeld();
+    setIsDownloading(true);
+    SubtitleService::shared().download(
+        subtitle, [weak = weakSelf(), subtitle, forceSavePanel](const Result<QUrl> &result) {
+            if (const auto self = weak.lock())
+                self->finishDownload(result, subtitle, forceSavePanel);
+        });
+}
+
+/// On the thread the service answers on, like the delivery to a companion application.
+void MainViewController::finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel)
+{
+    const auto weak = weakSelf();
+    if (result) {
+        deliverDownloadedSubtitle(subtitle, *result, forceSavePanel);
+    } else {
+        onMainQueue(weak, [error = result.error()](MainViewController &self) { self.presentErrorOnWindow(error); });
+    }
+    onMainQueue(weak, [](MainViewController &self) { self.setIsDownloading(false); });
+}
+
+void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel)
+{
+    const auto panel = std::make_shared<SavePanel>();
+    const auto request = currentExternalRequestInfo.load();
+    if (request && !forceSavePanel) {
+        const Result<bool> sent = sendSubtitleToExternalApp(file, *subtitle);
+        if (sent && *sent) {
+            onMainQueue(weakSelf(), [name = request->name](MainViewController &self) {
+                self.showDelivered(String::localize(u"Sent to %@"_s).replace("%@"_L1, name), std::nullopt);
+            });
+            return;
+        }
+    }
+    const auto suggestedName = suggestedFileName(currentFileURL.value(), *subtitle);
+    onMainQueue(weakSelf(), [panel, suggestedName, file](MainViewController &self) {
+        self.presentSavePanel(panel, suggestedName, file);
+    });
+}
+
+Result<bool> MainViewController::sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle)
+{
+    const CompanionDelivery delivery(FileManager::defaultManager(), Workspace::sharedWorkspace());
+    return delivery.send(file, subtitle, currentExternalRequestInfo.value());
+}
+
+void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &panel,
+                                          const std::optional<QString> &suggestedName, const QUrl &file)
+{
+    Window *host = window();
+    if (!host)
+        return;
+    panel->title = String::localize(u"Save"_s);
+    if (const auto url = currentFileURL.load())
+        panel->directoryURL = *url;
+    panel->nameFieldStringValue = suggestedName.value_or(FileManager::displayName(file));
+    panel->extensionHidden = false;
+    panel->canSelectHiddenExtension = true;
+    panel->beginSheetModalForWindow(
+        host, [weak = weakSelf(), panel = std::weak_ptr(panel), file](ModalResponse response) {
+            const auto self = weak.lock();
+            const auto answered = panel.lock();
+            if (self && answered && response == ModalResponse::OK)
+                self->moveToChosenPlace(file, answered->URL());
+        });
+}
+
+void MainViewController::moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination)
+{
+    if (!destination)
+        fatalFault(u"The save sheet was accepted without a place"_s);
+    const Result<void> moved = FileManager::defaultManager().moveItem(file, *destination);
+    if (!moved) {
+        presentErrorOnWindow(moved.error());
+        return;
+    }
+    const QString name = FileManager::displayName(*destination);
+    showDelivered(String::localize(u"Saved as %@"_s).replace("%@"_L1, name), *destination);
+}
+
+void MainViewController::showDelivered(const QString &text, const std::optional<QUrl> &file)
+{
+    m_deliveredFile = file;
+    m_scene->deliveryLabel->setText(text);
+    m_scene->deliveryLabel->show();
+    m_scene->showInFolderButton->setVisible(file.has_value());
+}
+
+void MainViewController::showInFolder(QObject *)
+{
+    if (m_deliveredFile)
+        Workspace::sharedWorkspace().showInFileBrowser(*m_deliveredFile);
+}
+
+void MainViewController::presentErrorOnWindow(const Error &error)
+{
+    if (Window *host = window())
+        showErrorAlert(error, host);
+}

@@ -1,0 +1,116 @@
+#include "ui_MainViewController.h"
+
+#include "DropAreaMessage.h"
+#include "MainViewController.h"
+#include "SubtitleCellView.h"
+
+#include <platform/FatalFault.h>
+#include <platform/ImageView.h>
+#include <views/DragFilesHereView.h>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+constexpr auto CellIdentifier = "SubtitleCellID"_L1;
+constexpr auto UnknownFormatIcon = "UNKNOWN"_L1;
+constexpr QSizeF IconSize(64, 64);
+
+Image iconForFormat(const QString &format)
+{
+    auto icon = Image::named(format.toUpper());
+    if (!icon)
+        icon = Image::named(UnknownFormatIcon);
+    if (!icon)
+        fatalFault(u"The image \"UNKNOWN\" is missing"_s);
+    icon->setSize(IconSize);
+    return *icon;
+}
+} // namespace
+
+int MainViewController::numberOfRowsInTableView()
+{
+    const auto found = subtitles.load();
+    return found ? static_cast<int>(found->size()) : 0;
+}
+
+TableCellView *MainViewController::tableViewViewForRow(int row)
+{
+    if (!m_shownSubtitles || !tableView)
+        return nullptr;
+    const SubtitlePtr &subtitle = m_shownSubtitles->at(row);
+    auto *cell = qobject_cast<SubtitleCellView *>(tableView->makeView(CellIdentifier));
+    if (!cell)
+        return nullptr;
+    cell->titleTextField->setText(subtitle->subFileName);
+    cell->subtitleTextField->setText(subtitle->detailString());
+    cell->imageView()->setImage(iconForFormat(subtitle->subFormat));
+    return cell;
+}
+
+QString MainViewController::tableViewAccessibleTextForRow(int row)
+{
+    if (!m_shownSubtitles || row >= m_shownSubtitles->size())
+        return {};
+    const SubtitlePtr &subtitle = m_shownSubtitles->at(row);
+    const QString details = subtitle->detailString();
+    return details.isEmpty() ? subtitle->subFileName : subtitle->subFileName + u", "_s + details;
+}
+
+void MainViewController::tableViewSelectionDidChange()
+{
+    if (tableView && tableView->numberOfSelectedRows() > 0) {
+        updateDetailView();
+        showDetailView(true);
+        return;
+    }
+    hideDetailView(true);
+}
+
+/// The table asks for the number of rows now, and shows these very results until it is reloaded again, whatever a
+/// service stores meanwhile.
+void MainViewController::reloadTable()
+{
+    m_shownSubtitles = subtitles.load();
+    if (tableView)
+        tableView->reloadData();
+}
+
+void MainViewController::updateUIState(bool animated)
+{
+    const bool isSelected = tableView && tableView->numberOfSelectedRows() > 0;
+    const auto found = subtitles.load();
+    const bool hasResults = found && !found->isEmpty();
+    scrollView->setVisible(hasResults);
+    dragFilesHereView->setVisible(!hasResults);
+    if (isSelected) {
+        updateDetailView();
+        showDetailView(animated);
+    } else {
+        hideDetailView(animated);
+    }
+}
+
+void MainViewController::showDropPrompt()
+{
+    const DropAreaMessage message = dropPrompt();
+    m_scene->dropHeadline->setText(message.headline);
+    m_scene->dropHint->setText(message.hint);
+    m_scene->languageNotice->hide();
+}
+
+void MainViewController::showNothingFound(const QString &text, const QString &language)
+{
+    const DropAreaMessage message =
+        nothingFound(text, UserDefaults::standard().string(u"languageCode"_s).value_or(QString()), language);
+    m_scene->dropHeadline->setText(message.headline);
+    m_scene->dropHint->setText(message.hint);
+}
+
+void MainViewController::showLanguageNotice(const QString &language)
+{
+    const QString notice =
+        languageNotice(UserDefaults::standard().string(u"languageCode"_s).value_or(QString()), language);
+    m_scene->languageNotice->setText(notice);
+    m_scene->languageNotice->setVisible(!notice.isEmpty());
+}

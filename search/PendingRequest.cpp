@@ -1,0 +1,16 @@
+#include "PendingRequest.h"
+
+namespace
+{
+PendingRequest *sharedHolder = nullptr;
+}
+
+PendingRequest *PendingRequest::shared()
+{
+    return sharedHolder;
+}
+
+void PendingRequest::setShared(PendingRequest *holder)
+{
+    sharedHolder = holder;
+}

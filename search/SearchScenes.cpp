@@ -1,0 +1,14 @@
+#include "SearchScenes.h"
+
+#include "MainViewController.h"
+#include "SubtitleCellView.h"
+
+#include <platform/Storyboard.h>
+
+void registerSearchScenes()
+{
+    const auto main = QStringLiteral("Main");
+    Storyboard::registerController(main, QStringLiteral("MainViewController"),
+                                   [] { return ViewController::make<MainViewController>(); });
+    Storyboard::registerCell(main, QStringLiteral("SubtitleCellID"), [] { return SubtitleCellView::fromScene(); });
+}
