@@ -3,12 +3,13 @@
 #include "MainViewController.h"
 #include "PendingRequest.h"
 
+#include <languages/catalogue/LocaleUtilities.h>
 #include <platform/BottomPanelView.h>
 #include <platform/SceneConnections.h>
 #include <platform/Window.h>
 #include <platform/Workspace.h>
 
-MainViewController::MainViewController() = default;
+MainViewController::MainViewController() : m_languagesArray(LocaleUtilities::shared().languages()) {}
 
 MainViewController::~MainViewController()
 {

@@ -2,6 +2,7 @@
 #include <delivery/CompanionDelivery.h>
 #include <delivery/ExternalAppInfo.h>
 #include <delivery/FileSearching.h>
+#include <languages/catalogue/Language.h>
 #include <platform/TableView.h>
 #include <platform/UserDefaults.h>
 #include <search/Snapshot.h>
@@ -54,6 +55,8 @@ public:
     void setIsDownloading(bool downloading);
     /// The installed companion applications, looked up on every call.
     QList<ExternalAppInfo> quorvaneAppsArray() const;
+    /// The language catalogue as of this controller's construction.
+    const QList<Language> &languagesArray() const { return m_languagesArray; }
 
     /// Searches subtitles for the video file at `url`, by hash, then by the words of its name. Without `requestInfo`
     /// the stored one stays.
@@ -150,6 +153,7 @@ private:
     DragFilesHereView *dragFilesHereView = nullptr;
     QPointer<QPushButton> downloadButton;
 
+    const QList<Language> m_languagesArray;
     bool m_isSearching = false;
     bool m_isDownloading = false;
     UserDefaults::Observation languageCodeObserver;

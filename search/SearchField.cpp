@@ -3,12 +3,12 @@
 namespace
 {
 constexpr int MagnifierWidth = 28;
-constexpr int IndicatorAndCancelWidth = 56;
+constexpr int CancelButtonWidth = 30;
 constexpr int LongestText = 4096; // characters; file names end at 255 bytes
 } // namespace
 
 SearchField::SearchField(QWidget *parent) : QLineEdit(parent)
 {
-    setTextMargins(MagnifierWidth, 0, IndicatorAndCancelWidth, 0);
+    setTextMargins(MagnifierWidth, 0, CancelButtonWidth, 0);
     setMaxLength(LongestText);
 }

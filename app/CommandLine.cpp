@@ -1,0 +1,73 @@
+#include "CommandLine.h"
+
+#include <platform/Bundle.h>
+#include <platform/FileManager.h>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+QString helpText()
+{
+    return u"Usage: plovendix [VIDEO|URL]...\n"
+           "Finds and downloads subtitles for video files.\n"
+           "\n"
+           "VIDEO is searched for as if it were dropped on the window. URL is a request of a\n"
+           "companion player.\n"
+           "\n"
+           "  -h, --help       print this help and exit\n"
+           "  -v, --version    print the version and exit"_s;
+}
+
+QString versionText()
+{
+    const QVariant version = Bundle::main().objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s);
+    return u"Plovendix "_s + version.toString();
+}
+
+bool isURL(const QByteArray &argument)
+{
+    const auto colon = argument.indexOf("://");
+    if (colon <= 0)
+        return false;
+    for (const char character : argument.first(colon)) {
+        const bool legal = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z')
+                           || (character >= '0' && character <= '9') || character == '+' || character == '-'
+                           || character == '.';
+        if (!legal)
+            return false;
+    }
+    return true;
+}
+
+QUrl urlOf(const QByteArray &argument, const QByteArray &workingDirectory)
+{
+    if (isURL(argument))
+        return QUrl::fromEncoded(argument, QUrl::TolerantMode);
+    if (argument.startsWith('/'))
+        return FileManager::urlFromFileSystemPath(argument);
+    return FileManager::urlFromFileSystemPath(workingDirectory + '/' + argument);
+}
+} // namespace
+
+CommandLine parseCommandLine(const QByteArrayList &arguments, const QByteArray &workingDirectory)
+{
+    CommandLine line;
+    bool optionsEnded = false;
+    for (const QByteArray &argument : arguments) {
+        if (argument.isEmpty())
+            continue;
+        if (optionsEnded || !argument.startsWith('-') || argument == "-") {
+            line.urls += urlOf(argument, workingDirectory);
+        } else if (argument == "--") {
+            optionsEnded = true;
+        } else if (argument == "-h" || argument == "--help") {
+            line.print = helpText();
+        } else if (argument == "-v" || argument == "--version") {
+            line.print = versionText();
+        } else {
+            line.error = u"plovendix: unknown option \"%1\"; try --help"_s.arg(QString::fromLocal8Bit(argument));
+        }
+    }
+    return line;
+}

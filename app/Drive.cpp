@@ -1,0 +1,148 @@
+#include "Drive.h"
+
+#include "MainWindowController.h"
+
+#include <platform/ImageView.h>
+#include <platform/StandardOutput.h>
+#include <platform/TableView.h>
+#include <platform/Window.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+
+namespace
+{
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+constexpr auto LookInterval = 50ms;
+constexpr auto StepLimit = 30s;
+constexpr auto PosterLimit = 3s; // a film without a poster is no reason to stop
+constexpr auto SettleTime = 600ms; // fades and the sliding panel have ended
+constexpr int PictureMargin = 28;  // points around the window
+
+template <class Widget>
+Widget *visibleWidget()
+{
+    const auto widgets = QApplication::allWidgets();
+    for (QWidget *widget : widgets) {
+        if (auto *found = qobject_cast<Widget *>(widget); found && found->isVisible())
+            return found;
+    }
+    return nullptr;
+}
+
+void pressReturn(QWidget *widget)
+{
+    QApplication::postEvent(widget, new QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
+    QApplication::postEvent(widget, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Return, Qt::NoModifier));
+}
+} // namespace
+
+Drive::Drive(MainWindowController &mainWindow, const QString &picturePath)
+    : m_mainWindow(mainWindow), m_picturePath(picturePath)
+{
+    connect(&m_timer, &QTimer::timeout, this, &Drive::look);
+    m_timer.start(LookInterval);
+    m_inStep.start();
+}
+
+void Drive::look()
+{
+    if (const auto *alert = visibleWidget<QMessageBox>()) {
+        giveUp(alert->text());
+        return;
+    }
+    if (std::chrono::milliseconds(m_inStep.elapsed()) > StepLimit) {
+        giveUp(u"nothing happened for half a minute"_s);
+        return;
+    }
+    switch (m_step) {
+    case Step::AwaitResults:
+        return lookForResults();
+    case Step::AwaitPoster:
+        return lookForPoster();
+    case Step::AwaitSheet:
+        return lookForSheet();
+    case Step::AwaitSaved:
+        return lookForSavedFile();
+    }
+}
+
+void Drive::lookForResults()
+{
+    Window *window = m_mainWindow.window();
+    auto *table = window->findChild<TableView *>(u"tableView"_s);
+    if (!table->isVisible() || table->numberOfRows() == 0)
+        return;
+    printLine(window->windowTitle());
+    for (int row = 0; row < table->numberOfRows(); ++row)
+        printLine(u"  "_s + table->model()->index(row, 0).data(Qt::AccessibleTextRole).toString());
+    table->selectRow(0);
+    go(Step::AwaitPoster);
+}
+
+void Drive::lookForPoster()
+{
+    Window *window = m_mainWindow.window();
+    const auto *poster = window->findChild<ImageView *>(u"detailViewImageView"_s);
+    if (!poster->image() && std::chrono::milliseconds(m_inStep.elapsed()) < PosterLimit)
+        return;
+    window->findChild<QPushButton *>(u"downloadButton"_s)->click();
+    go(Step::AwaitSheet);
+}
+
+void Drive::lookForSheet()
+{
+    auto *sheet = visibleWidget<QFileDialog>();
+    if (!sheet)
+        return;
+    auto *name = sheet->findChild<QLineEdit *>(u"fileNameEdit"_s);
+    m_savedPath = sheet->directory().filePath(name->text());
+    pressReturn(name);
+    go(Step::AwaitSaved);
+}
+
+void Drive::lookForSavedFile()
+{
+    if (!QFileInfo::exists(m_savedPath) || visibleWidget<QFileDialog>() || std::chrono::milliseconds(m_inStep.elapsed()) < SettleTime)
+        return;
+    printLine(u"Saved "_s + m_savedPath);
+    if (!takePicture()) {
+        giveUp(u"the picture %1 could not be written"_s.arg(m_picturePath));
+        return;
+    }
+    printLine(u"Picture "_s + m_picturePath);
+    m_timer.stop();
+    QApplication::exit(0);
+}
+
+void Drive::go(Step next)
+{
+    m_step = next;
+    m_inStep.restart();
+}
+
+/// The screen around the window, so that its shadow and corners are seen as the window system shows them.
+bool Drive::takePicture() const
+{
+    const Window *window = m_mainWindow.window();
+    const int margin = PictureMargin - window->shadowMargin();
+    const QScreen *screen = window->screen();
+    const QRect around = window->geometry().adjusted(-margin, -margin, margin, margin) & screen->geometry();
+    const QPixmap picture = window->screen()->grabWindow(0, around.x(), around.y(), around.width(), around.height());
+    return !picture.isNull() && picture.save(m_picturePath);
+}
+
+void Drive::giveUp(const QString &reason)
+{
+    printLine(u"Stopped: "_s + reason);
+    m_timer.stop();
+    QApplication::exit(1);
+}

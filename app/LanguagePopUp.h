@@ -1,0 +1,19 @@
+#pragma once
+#include <languages/catalogue/Language.h>
+#include <QComboBox>
+#include <QList>
+
+/// A pop-up of languages that is as wide as its current choice. Each item stands for its language's code; a language
+/// named "-" is a separator line.
+/// Typing selects.
+class LanguagePopUp final : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit LanguagePopUp(QWidget *parent = nullptr);
+
+    void setLanguages(const QList<Language> &languages);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+};

@@ -1,0 +1,65 @@
+#include "ui_MainMenuViewController.h"
+
+#include "MainMenuViewController.h"
+
+#include <platform/SceneConnections.h>
+#include <platform/Window.h>
+#include <search/MainViewController.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMenu>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+QString videoFilter()
+{
+    return String::localize(u"Videos"_s)
+           + u" (*.mkv *.mp4 *.avi *.mov *.m4v *.webm *.mpg *.mpeg *.ts *.m2ts *.wmv *.flv *.ogv *.3gp)"_s;
+}
+} // namespace
+
+MainMenuViewController::MainMenuViewController() = default;
+MainMenuViewController::~MainMenuViewController() = default;
+
+void MainMenuViewController::serve(const std::shared_ptr<MainViewController> &controller)
+{
+    m_main = controller;
+}
+
+void MainMenuViewController::loadView()
+{
+    auto root = std::make_unique<QWidget>();
+    m_scene = std::make_unique<Ui::MainMenuViewController>();
+    m_scene->setupUi(root.get());
+    m_scene->menuButton->setMenu(m_scene->menu);
+    connectScene(*root, *this);
+    setView(std::move(root));
+}
+
+void MainMenuViewController::openVideo(QObject *)
+{
+    auto *dialog = new QFileDialog(window(), String::localize(u"Open Video"_s));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters({videoFilter(), String::localize(u"All files"_s) + u" (*)"_s});
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
+        if (const auto main = m_main.lock(); main && !path.isEmpty())
+            main->searchForFile(QUrl::fromLocalFile(path), std::nullopt);
+    });
+    dialog->open();
+}
+
+void MainMenuViewController::saveAs(QObject *)
+{
+    if (const auto main = m_main.lock())
+        main->saveSelectedSubtitleAs();
+}
+
+void MainMenuViewController::terminate(QObject *)
+{
+    QApplication::closeAllWindows();
+    QApplication::quit();
+}

@@ -1,0 +1,65 @@
+#include "MainWindowController.h"
+
+#include "MainMenuViewController.h"
+#include "TitlebarViewController.h"
+
+#include <platform/Storyboard.h>
+#include <platform/Window.h>
+#include <search/MainViewController.h>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+constexpr QSize ContentSize(760, 640);
+} // namespace
+
+MainWindowController::MainWindowController()
+{
+    setContentViewController(Storyboard::named(u"Main"_s).instantiate<MainViewController>(u"MainViewController"_s));
+}
+
+MainWindowController::~MainWindowController() = default;
+
+std::shared_ptr<MainViewController> MainWindowController::mainViewController() const
+{
+    return std::dynamic_pointer_cast<MainViewController>(contentViewController());
+}
+
+void MainWindowController::loadWindow()
+{
+    auto window = std::make_unique<Window>();
+    window->setObjectName(u"MainWindow"_s);
+    window->setWindowTitle(u"Plovendix"_s);
+    window->setFullSizeContentView(true);
+    window->setContentSize(ContentSize);
+    setWindow(std::move(window));
+}
+
+void MainWindowController::windowDidLoad()
+{
+    WindowController::windowDidLoad();
+    Window *mainWindow = window();
+    if (mainWindow) {
+        mainWindow->setTitlebarAppearsTransparent(true);
+        mainWindow->center();
+    }
+    titlebarViewController =
+        Storyboard::named(u"Main"_s).instantiate<TitlebarAccessoryViewController>(u"TitlebarViewController"_s);
+    titlebarViewController->setLayoutAttribute(LayoutAttribute::Trailing);
+    if (!mainWindow)
+        return;
+    if (const auto titlebar = std::dynamic_pointer_cast<TitlebarViewController>(titlebarViewController))
+        titlebar->follow(mainViewController());
+    mainWindow->addTitlebarAccessoryViewController(titlebarViewController);
+    addMenu();
+}
+
+void MainWindowController::addMenu()
+{
+    const auto menu =
+        Storyboard::named(u"Main"_s).instantiate<MainMenuViewController>(u"MainMenuViewController"_s);
+    menu->setLayoutAttribute(LayoutAttribute::Leading);
+    menu->serve(mainViewController());
+    window()->addTitlebarAccessoryViewController(menu);
+}

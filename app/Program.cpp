@@ -1,0 +1,81 @@
+#include "Program.h"
+
+#include "AppDelegate.h"
+#include "AppScenes.h"
+#include "CommandLine.h"
+#include "MainWindowController.h"
+
+#include <platform/Appearance.h>
+#include <platform/Image.h>
+#include <platform/MainQueue.h>
+#include <platform/StandardOutput.h>
+#include <search/MainViewController.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+
+#include <cstdio>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+constexpr int UsageError = 2;
+
+QByteArrayList argumentsOf(int argc, char **argv)
+{
+    QByteArrayList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments += QByteArray(argv[i]);
+    return arguments;
+}
+
+void describeApplication()
+{
+    QApplication::setOrganizationName(u"Quorvane"_s);
+    QApplication::setApplicationName(u"Plovendix"_s);
+    QApplication::setApplicationDisplayName(QString());
+    QApplication::setDesktopFileName(u"com.quorvane.Plovendix"_s);
+    if (const auto icon = Image::named(u"com.quorvane.Plovendix"_s))
+        QApplication::setWindowIcon(QIcon(icon->pixmap(QSizeF(64, 64), 1)));
+}
+
+/// A text of several lines, for --help alone.
+void printText(const QString &text)
+{
+    for (const QString &line : text.split(u'\n'))
+        printLine(line);
+}
+} // namespace
+
+int runProgram(int argc, char **argv, const ProgramParts &parts)
+{
+    // The toolkit takes its own options (-platform, -style) out of the arguments it is given.
+    QApplication application(argc, argv);
+    const CommandLine line = parseCommandLine(argumentsOf(argc, argv), QDir::currentPath().toLocal8Bit());
+    if (line.error) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(*line.error));
+        return UsageError;
+    }
+    if (line.print) {
+        printText(*line.print);
+        return 0;
+    }
+
+    MainQueue::shared();
+    describeApplication();
+    Appearance::shared().install();
+    registerScenes();
+    parts.installServices();
+    AppDelegate delegate;
+    QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
+
+    MainWindowController mainWindow;
+    mainWindow.showWindow();
+    if (!line.urls.isEmpty())
+        mainWindow.mainViewController()->searchForFile(line.urls.first(), std::nullopt);
+    if (parts.windowShown)
+        parts.windowShown(mainWindow);
+    return QApplication::exec();
+}

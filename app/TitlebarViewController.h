@@ -1,0 +1,38 @@
+#pragma once
+#include <languages/catalogue/Language.h>
+#include <platform/TitlebarAccessoryViewController.h>
+#include <QList>
+#include <memory>
+
+class MainViewController;
+namespace Ui
+{
+class TitlebarViewController;
+}
+
+/// The title bar's trailing end: which language is searched in, and whether a search runs. Main thread only.
+class TitlebarViewController final : public TitlebarAccessoryViewController
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isSearching READ isSearching NOTIFY isSearchingChanged)
+
+public:
+    TitlebarViewController();
+    ~TitlebarViewController() override;
+
+    /// Shows the searches of `controller`, and offers its languages. Before the view is loaded.
+    void follow(const std::shared_ptr<MainViewController> &controller);
+    bool isSearching() const { return m_isSearching; }
+
+    void loadView() override;
+
+Q_SIGNALS:
+    void isSearchingChanged(bool searching);
+
+private:
+    void setSearching(bool searching);
+
+    std::unique_ptr<Ui::TitlebarViewController> m_scene;
+    QList<Language> m_languages;
+    bool m_isSearching = false;
+};

@@ -1,0 +1,7 @@
+#include "Program.h"
+#include "Services.h"
+
+int main(int argc, char **argv)
+{
+    return runProgram(argc, argv, {.installServices = installServices});
+}

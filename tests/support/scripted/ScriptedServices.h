@@ -1,0 +1,70 @@
+#pragma once
+#include <search/api/MetadataService.h>
+#include <search/api/SubtitleService.h>
+#include <QStringList>
+#include <map>
+
+/// Where a scripted answer is given.
+enum class AnswerOn { MainThread, WorkerThread };
+
+/// A subtitle service that answers when and where the test says, and keeps what it was asked.
+class ScriptedSubtitleService final : public SubtitleService
+{
+public:
+    /// Installs a new one as the shared service.
+    static std::shared_ptr<ScriptedSubtitleService> install();
+
+    struct Download {
+        SubtitlePtr subtitle;
+        DownloadCompletion completion;
+    };
+
+    QList<QList<Arg>> queries; // in the order asked, cancelled ones included
+    int cancellations = 0;
+    QList<QUrl> hashed;
+    std::optional<VideoHash> hash = VideoHash{QStringLiteral("0123456789abcdef"), 1'234'567};
+    QString searchString = QStringLiteral("words from name");
+
+    /// Answers the query at `index` of `queries` and returns when the completion has run.
+    void finish(qsizetype index, const Result<QueryResult> &result, AnswerOn thread = AnswerOn::WorkerThread);
+    void finishLast(const Result<QueryResult> &result, AnswerOn thread = AnswerOn::WorkerThread);
+    qsizetype downloadCount() const { return static_cast<qsizetype>(m_downloads.size()); }
+    SubtitlePtr downloaded(qsizetype index) const { return m_downloads.at(static_cast<std::size_t>(index)).subtitle; }
+    void finishDownload(qsizetype index, const Result<QUrl> &result, AnswerOn thread = AnswerOn::WorkerThread);
+    /// Takes a query's completion out, for tests that call it on threads of their own.
+    QueryCompletion takeCompletion(qsizetype index);
+    DownloadCompletion takeDownloadCompletion(qsizetype index);
+
+    void query(const QList<Arg> &args, QueryCompletion completion) override;
+    void cancelQueryTask() override;
+    void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &url) override;
+    VideoFileComponents componentsOf(const QUrl &url) override;
+
+private:
+    std::map<qsizetype, QueryCompletion> m_open;
+    std::vector<Download> m_downloads;
+};
+
+/// A metadata service of the same kind; it always answers on the calling thread of `finish…`.
+class ScriptedMetadataService final : public MetadataService
+{
+public:
+    static std::shared_ptr<ScriptedMetadataService> install();
+
+    QStringList finds;
+    QList<QSize> fetchSizes;
+    QList<TmdbItem> fetchedItems;
+    std::vector<FindCompletion> findCompletions;
+    std::vector<ImageCompletion> imageCompletions;
+
+    void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
+    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size, ImageCompletion completion) override;
+};
+
+/// Results to answer with: "Film 1.srt"-like records named by number.
+QList<SubtitlePtr> someSubtitles(int count, const QString &format = QStringLiteral("srt"));
+Result<QueryResult> answerWith(int count);
+Result<QueryResult> answerWith(const QList<SubtitlePtr> &subtitles);
