@@ -1,0 +1,65 @@
+#include <search/DropAreaMessage.h>
+#include <support/Sandbox.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class DropAreaMessageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void invitesWhenIdle()
+    {
+        QCOMPARE(dropPrompt().headline, u"Drop a video here"_s);
+        QCOMPARE(dropPrompt().hint, u"or type a title above"_s);
+    }
+
+    void saysWhatWasNotFoundAndInWhichLanguage_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("sent");
+        QTest::addColumn<QString>("headline");
+        QTest::newRow("German") << u"de"_s << u"ger"_s << u"Nothing found for “film” in German"_s;
+        QTest::newRow("nothing stored") << QString() << u"eng"_s << u"Nothing found for “film” in English"_s;
+        QTest::newRow("Brazilian") << u"pb"_s << u"pob"_s << u"Nothing found for “film” in Portuguese (Brazil)"_s;
+    }
+    void saysWhatWasNotFoundAndInWhichLanguage()
+    {
+        QFETCH(QString, code);
+        QFETCH(QString, sent);
+        QFETCH(QString, headline);
+        const DropAreaMessage message = nothingFound(u"film"_s, code, sent);
+        QCOMPARE(message.headline, headline);
+        QVERIFY(!message.hint.isEmpty());
+    }
+
+    void unknownLanguageIsSaid()
+    {
+        const DropAreaMessage message = nothingFound(u"film"_s, u"qqq"_s, u"eng"_s);
+        QCOMPARE(message.headline, u"Nothing found for “film” in English"_s);
+        QCOMPARE(message.hint, u"The services do not know the language “qqq”; English was searched"_s);
+        QVERIFY(languageNotice(u"de"_s, u"ger"_s).isEmpty());
+        QVERIFY(languageNotice(u"en"_s, u"eng"_s).isEmpty());
+    }
+
+    void longTextIsShortened()
+    {
+        const DropAreaMessage message = nothingFound(QString(1000, u'x'), u"en"_s, u"eng"_s);
+        QVERIFY(message.headline.size() < 120);
+        QVERIFY(message.headline.contains(u"…"_s));
+    }
+
+    void searchTextIsNeverAFormat()
+    {
+        const DropAreaMessage message = nothingFound(u"%2$@ %1$@"_s, u"en"_s, u"eng"_s);
+        QCOMPARE(message.headline, u"Nothing found for “%2$@ %1$@” in English"_s);
+    }
+
+private:
+    Sandbox m_sandbox;
+};
+
+QTEST_GUILESS_MAIN(DropAreaMessageTest)
+#include "DropAreaMessageTest.moc"

@@ -1,0 +1,54 @@
+#pragma once
+#include <platform/MainQueue.h>
+#include <platform/TableView.h>
+#include <platform/UserDefaults.h>
+#include <platform/Window.h>
+#include <search/MainViewController.h>
+#include <support/Sandbox.h>
+#include <support/scripted/ScriptedServices.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+
+#include <memory>
+
+/// The main view in a window of its own, with scripted services and a clock that only moves when told.
+struct MainViewFixture {
+    MainViewFixture();
+    ~MainViewFixture();
+
+    QLineEdit *field() const { return child<QLineEdit>("searchField"); }
+    QToolButton *cancelButton() const { return child<QToolButton>("cancelSearchButton"); }
+    QPushButton *downloadButton() const { return child<QPushButton>("downloadButton"); }
+    TableView *table() const { return child<TableView>("tableView"); }
+    QWidget *widget(const char *name) const { return child<QWidget>(name); }
+    template <class Type>
+    Type *child(const char *name) const
+    {
+        return window->findChild<Type *>(QString::fromLatin1(name));
+    }
+    QString title() const { return window->windowTitle(); }
+    /// Runs what is queued on the main queue now.
+    void turn() const { MainQueue::shared().runUntilIdle(); }
+    void advance(std::chrono::milliseconds duration) const;
+    /// Searches by words and answers with that many results.
+    void showResults(int count) const;
+    /// Presses and releases a key in the window as the window system would.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+
+    std::shared_ptr<ScriptedSubtitleService> service;
+    std::shared_ptr<ScriptedMetadataService> metadata;
+    std::unique_ptr<Window> window;
+    std::shared_ptr<MainViewController> controller;
+};
+
+/// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up. Empty when
+/// none came.
+QString alertDuring(const std::function<void()> &act);
+
+inline QList<Arg> textArgs(const QString &text, const QString &language = QStringLiteral("eng"))
+{
+    return {{Param::text, text}, {Param::language, language}};
+}
