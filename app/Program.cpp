@@ -41,6 +41,12 @@ void describeApplication()
         QApplication::setWindowIcon(QIcon(icon->pixmap(QSizeF(64, 64), 1)));
 }
 
+/// Whether the arguments only ask for a text, so that no display is needed.
+bool asksForText(const QByteArrayList &arguments)
+{
+    return parseCommandLine(arguments, {}).print.has_value();
+}
+
 /// A text of several lines, for --help alone.
 void printText(const QString &text)
 {
@@ -51,16 +57,17 @@ void printText(const QString &text)
 
 int runProgram(int argc, char **argv, const ProgramParts &parts)
 {
+    if (asksForText(argumentsOf(argc, argv))) {
+        const QCoreApplication application(argc, argv);
+        printText(*parseCommandLine(argumentsOf(argc, argv), {}).print);
+        return 0;
+    }
     // The toolkit takes its own options (-platform, -style) out of the arguments it is given.
     QApplication application(argc, argv);
     const CommandLine line = parseCommandLine(argumentsOf(argc, argv), QDir::currentPath().toLocal8Bit());
     if (line.error) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(*line.error));
         return UsageError;
-    }
-    if (line.print) {
-        printText(*line.print);
-        return 0;
     }
 
     MainQueue::shared();

@@ -1,0 +1,163 @@
+#include <app/AppDelegate.h>
+#include <app/AppScenes.h>
+#include <app/MainWindowController.h>
+#include <platform/Storyboard.h>
+#include <platform/TitlebarAccessoryViewController.h>
+#include <platform/UserDefaults.h>
+#include <platform/Window.h>
+#include <search/MainViewController.h>
+#include <support/Sandbox.h>
+#include <support/scripted/ScriptedServices.h>
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+class MainWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        registerScenes();
+        m_service = ScriptedSubtitleService::install();
+        m_metadata = ScriptedMetadataService::install();
+        m_delegate = std::make_unique<AppDelegate>();
+    }
+    void init()
+    {
+        m_controller = std::make_unique<MainWindowController>();
+        m_controller->showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(m_controller->window()));
+    }
+    void cleanup()
+    {
+        m_controller.reset();
+        UserDefaults::standard().removeObject(u"languageCode"_s);
+    }
+
+    void everySceneCanBeMade()
+    {
+        const Storyboard main = Storyboard::named(u"Main"_s);
+        const QStringList identifiers = main.controllerIdentifiers();
+        QVERIFY(identifiers.contains(u"MainViewController"_s));
+        QVERIFY(identifiers.contains(u"TitlebarViewController"_s));
+        for (const QString &identifier : identifiers)
+            QVERIFY2(main.instantiateController(identifier)->view(), qUtf8Printable(identifier));
+    }
+
+    void windowIsTransparentlyTitledWithATrailingAccessory()
+    {
+        QCOMPARE(m_controller->window()->windowTitle(), u"Plovendix"_s);
+        QVERIFY(m_controller->window()->titlebarAppearsTransparent());
+        QVERIFY(m_controller->titlebarViewController);
+        QCOMPARE(static_cast<int>(m_controller->titlebarViewController->layoutAttribute()), 6);
+        QVERIFY(m_controller->window()->contentViewController() == m_controller->mainViewController());
+        QCOMPARE(Window::openWindows().first(), m_controller->window());
+        QCOMPARE(m_controller->window()->contentSize(), QSize(760, 640));
+    }
+
+    void accessoryOfTheWrongClassIsFatal()
+    {
+        Storyboard::registerController(u"Main"_s, u"TitlebarViewController"_s,
+                                       [] { return ViewController::make<ViewController>(); });
+        {
+            const FatalFaultTrap trap;
+            MainWindowController other;
+            QVERIFY_EXCEPTION_THROWN(other.window(), FatalFaultCaught);
+        }
+        registerScenes();
+    }
+
+    void languagePopUpStoresTheCode()
+    {
+        auto *popUp = m_controller->window()->findChild<QComboBox *>(u"languagePopUp"_s);
+        QVERIFY(popUp);
+        QCOMPARE(popUp->currentData().toString(), u"en"_s);
+        const int german = popUp->findData(u"de"_s);
+        popUp->setCurrentIndex(german);
+        Q_EMIT popUp->activated(german);
+        QCOMPARE(UserDefaults::standard().string(u"languageCode"_s), u"de"_s);
+        UserDefaults::standard().setObject(u"languageCode"_s, u"pb"_s);
+        QCOMPARE(popUp->currentText(), u"Portuguese (Brazil)"_s);
+        UserDefaults::standard().setObject(u"languageCode"_s, u"no such code"_s);
+        QCOMPARE(popUp->currentIndex(), -1);
+    }
+
+    void indicatorShowsSearches()
+    {
+        const auto *indicator = m_controller->window()->findChild<QWidget *>(u"searchIndicator"_s);
+        QVERIFY(!indicator->isVisible());
+        m_controller->mainViewController()->searchForText(u"a"_s, std::nullopt);
+        QVERIFY(indicator->isVisible());
+        m_controller->mainViewController()->cancelQuery(nullptr);
+        QVERIFY(!indicator->isVisible());
+    }
+
+    void controlsHaveTheirNames_data()
+    {
+        QTest::addColumn<QString>("widget");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("field") << u"searchField"_s << u"Search"_s;
+        QTest::newRow("list") << u"tableView"_s << u"Results"_s;
+        QTest::newRow("cancel") << u"cancelSearchButton"_s << u"Cancel search"_s;
+        QTest::newRow("menu") << u"menuButton"_s << u"Main menu"_s;
+        QTest::newRow("download") << u"downloadButton"_s << u"Download"_s;
+        QTest::newRow("drop area") << u"dropHeadline"_s << u"Drop a video here"_s;
+    }
+    void controlsHaveTheirNames()
+    {
+        QFETCH(QString, widget);
+        QFETCH(QString, name);
+        auto *control = m_controller->window()->findChild<QWidget *>(widget);
+        QVERIFY(control);
+        QCOMPARE(QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name), name);
+    }
+
+    void languagePopUpHasALabelAsBuddy()
+    {
+        auto *popUp = m_controller->window()->findChild<QComboBox *>(u"languagePopUp"_s);
+        const auto relations = QAccessible::queryAccessibleInterface(popUp)->relations(QAccessible::Label);
+        QCOMPARE(relations.size(), 1);
+        QCOMPARE(relations.first().first->text(QAccessible::Name), u"Subtitle language"_s);
+    }
+
+    void tabWalksForthAndBack()
+    {
+        Window *window = m_controller->window();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        auto *field = window->findChild<QWidget *>(u"searchField"_s);
+        QTRY_VERIFY(field->hasFocus());
+        QStringList forth;
+        do {
+            forth += QApplication::focusWidget()->objectName();
+            QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+        } while (!field->hasFocus() && forth.size() < 20);
+        QVERIFY(forth.contains(u"menuButton"_s));
+        QVERIFY(forth.contains(u"languagePopUp"_s));
+        QVERIFY(forth.contains(u"searchButton"_s));
+        QStringList back;
+        do {
+            back += QApplication::focusWidget()->objectName();
+            QTest::keyClick(window->windowHandle(), Qt::Key_Tab, Qt::ShiftModifier);
+        } while (!field->hasFocus() && back.size() < 20);
+        std::reverse(back.begin() + 1, back.end());
+        QCOMPARE(back, forth);
+    }
+
+private:
+    Sandbox m_sandbox;
+    std::shared_ptr<ScriptedSubtitleService> m_service;
+    std::shared_ptr<ScriptedMetadataService> m_metadata;
+    std::unique_ptr<AppDelegate> m_delegate;
+    std::unique_ptr<MainWindowController> m_controller;
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "MainWindowTest.moc"

@@ -1,0 +1,48 @@
+#pragma once
+#include <search/api/MetadataService.h>
+#include <search/api/SubtitleService.h>
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <functional>
+#include <vector>
+
+/// A subtitle service that does what the words of a search (or of the video's name) say, for tests that look at the
+/// program from outside:
+///   "nothing"  answers with no result            "refuse"  fails with "The scripted service refuses."
+///   "never"    is not answered                   "later"   is answered once the file "answer" appears in the folder
+///   a number   is how many results come, 3 without one
+/// A download does the same by the words of the search that found it. Answers come on a thread of their own.
+class KeywordSubtitleService final : public QObject, public SubtitleService
+{
+    Q_OBJECT
+
+public:
+    /// `folder` is watched for "answer" and takes the downloaded files.
+    explicit KeywordSubtitleService(const QString &folder);
+
+    void query(const QList<Arg> &args, QueryCompletion completion) override;
+    void cancelQueryTask() override;
+    void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &url) override;
+    VideoFileComponents componentsOf(const QUrl &url) override;
+
+private:
+    void answer(const QString &words, std::function<void()> give);
+    void answerHeld();
+
+    QString m_folder;
+    QFileSystemWatcher m_watcher;
+    QString m_hashedName;
+    std::vector<std::function<void()>> m_held;
+    int m_downloads = 0;
+};
+
+/// Knows no film.
+class EmptyMetadataService final : public MetadataService
+{
+public:
+    void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
+    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size, ImageCompletion completion) override;
+};
