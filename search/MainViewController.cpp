@@ -64,6 +64,7 @@ void MainViewController::viewDidLoad()
     // The scene names the double action `download:` and the field's end of editing; both are connected by now.
     tableView->setDataSource(this);
     tableView->setDelegate(this);
+    dragFilesHereView->takeDropsOf(*tableView); // while results show, the list takes drops as well
     cancelSearchButton->hide();
     updateUIState(false);
     languageCodeObserver = UserDefaults::standard().observe(

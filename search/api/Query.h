@@ -38,8 +38,8 @@ struct VideoHash {
 /// What a video file's name says.
 struct VideoFileComponents {
     QString searchString; // the words to search for
-    QString title;
-    std::optional<int> year;
-    std::optional<int> season;
-    std::optional<int> episode;
+    QString title = {};
+    std::optional<int> year = {};
+    std::optional<int> season = {};
+    std::optional<int> episode = {};
 };

@@ -1,5 +1,7 @@
 #include "MainViewFixture.h"
 
+#include <search/PendingRequest.h>
+
 #include <QApplication>
 #include <QLabel>
 #include <QScrollBar>
