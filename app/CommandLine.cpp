@@ -31,9 +31,9 @@ bool isURL(const QByteArray &argument)
     if (colon <= 0)
         return false;
     for (const char character : argument.first(colon)) {
-        const bool legal = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z')
-                           || (character >= '0' && character <= '9') || character == '+' || character == '-'
-                           || character == '.';
+        const bool legal = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+                           (character >= '0' && character <= '9') || character == '+' || character == '-' ||
+                           character == '.';
         if (!legal)
             return false;
     }
@@ -66,7 +66,8 @@ CommandLine parseCommandLine(const QByteArrayList &arguments, const QByteArray &
         } else if (argument == "-v" || argument == "--version") {
             line.print = versionText();
         } else {
-            line.error = u"plovendix: unknown option \"%1\"; try --help"_s.arg(QString::fromLocal8Bit(argument));
+            line.error =
+                u"plovendix: unknown option \"%1\"; try --help"_s.arg(QString::fromLocal8Bit(argument));
         }
     }
     return line;

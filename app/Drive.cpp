@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 constexpr auto LookInterval = 50ms;
 constexpr auto StepLimit = 30s;
-constexpr auto PosterLimit = 3s; // a film without a poster is no reason to stop
+constexpr auto PosterLimit = 3s;   // a film without a poster is no reason to stop
 constexpr auto SettleTime = 600ms; // fades and the sliding panel have ended
 constexpr int PictureMargin = 28;  // points around the window
 
@@ -111,7 +111,8 @@ void Drive::lookForSheet()
 
 void Drive::lookForSavedFile()
 {
-    if (!QFileInfo::exists(m_savedPath) || visibleWidget<QFileDialog>() || std::chrono::milliseconds(m_inStep.elapsed()) < SettleTime)
+    if (!QFileInfo::exists(m_savedPath) || visibleWidget<QFileDialog>() ||
+        std::chrono::milliseconds(m_inStep.elapsed()) < SettleTime)
         return;
     printLine(u"Saved "_s + m_savedPath);
     if (!takePicture()) {
@@ -136,7 +137,8 @@ bool Drive::takePicture() const
     const int margin = PictureMargin - window->shadowMargin();
     const QScreen *screen = window->screen();
     const QRect around = window->geometry().adjusted(-margin, -margin, margin, margin) & screen->geometry();
-    const QPixmap picture = window->screen()->grabWindow(0, around.x(), around.y(), around.width(), around.height());
+    const QPixmap picture =
+        window->screen()->grabWindow(0, around.x(), around.y(), around.width(), around.height());
     return !picture.isNull() && picture.save(m_picturePath);
 }
 

@@ -7,9 +7,9 @@
 class MainWindowController;
 class QWidget;
 
-/// Uses the program as a person would, for machines without a display: waits for the results, downloads the first,
-/// accepts the save sheet's suggestion, takes a picture of the screen, prints what happened, and quits with 0. Quits
-/// with 1 and a line that says why when a step does not come about.
+/// Uses the program as a person would, for machines without a display: waits for the results, downloads the
+/// first, accepts the save sheet's suggestion, takes a picture of the screen, prints what happened, and quits
+/// with 0. Quits with 1 and a line that says why when a step does not come about.
 class Drive final : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,13 @@ public:
     Drive(MainWindowController &mainWindow, const QString &picturePath);
 
 private:
-    enum class Step { AwaitResults, AwaitPoster, AwaitSheet, AwaitSaved };
+    enum class Step
+    {
+        AwaitResults,
+        AwaitPoster,
+        AwaitSheet,
+        AwaitSaved
+    };
 
     void look();
     void lookForResults();

@@ -16,8 +16,8 @@ using namespace Qt::StringLiterals;
 
 QString videoFilter()
 {
-    return String::localize(u"Videos"_s)
-           + u" (*.mkv *.mp4 *.avi *.mov *.m4v *.webm *.mpg *.mpeg *.ts *.m2ts *.wmv *.flv *.ogv *.3gp)"_s;
+    return String::localize(u"Videos"_s) +
+           u" (*.mkv *.mp4 *.avi *.mov *.m4v *.webm *.mpg *.mpeg *.ts *.m2ts *.wmv *.flv *.ogv *.3gp)"_s;
 }
 } // namespace
 

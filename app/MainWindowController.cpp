@@ -16,7 +16,8 @@ constexpr QSize ContentSize(760, 640);
 
 MainWindowController::MainWindowController()
 {
-    setContentViewController(Storyboard::named(u"Main"_s).instantiate<MainViewController>(u"MainViewController"_s));
+    setContentViewController(
+        Storyboard::named(u"Main"_s).instantiate<MainViewController>(u"MainViewController"_s));
 }
 
 MainWindowController::~MainWindowController() = default;
@@ -44,8 +45,8 @@ void MainWindowController::windowDidLoad()
         mainWindow->setTitlebarAppearsTransparent(true);
         mainWindow->center();
     }
-    titlebarViewController =
-        Storyboard::named(u"Main"_s).instantiate<TitlebarAccessoryViewController>(u"TitlebarViewController"_s);
+    titlebarViewController = Storyboard::named(u"Main"_s).instantiate<TitlebarAccessoryViewController>(
+        u"TitlebarViewController"_s);
     titlebarViewController->setLayoutAttribute(LayoutAttribute::Trailing);
     if (!mainWindow)
         return;

@@ -5,8 +5,8 @@
 class MainViewController;
 class TitlebarAccessoryViewController;
 
-/// The main window: its transparent title bar with the language pop-up at the trailing end and the main menu at the
-/// leading one, around the main view. One, made by the process entry; main thread only.
+/// The main window: its transparent title bar with the language pop-up at the trailing end and the main menu
+/// at the leading one, around the main view. One, made by the process entry; main thread only.
 class MainWindowController final : public WindowController
 {
     Q_OBJECT

@@ -1,4 +1,5 @@
 #pragma once
 
-/// Makes the program's services and installs them as the shared ones: the one place that chooses implementations.
+/// Makes the program's services and installs them as the shared ones: the one place that chooses
+/// implementations.
 void installServices();

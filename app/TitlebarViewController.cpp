@@ -25,7 +25,8 @@ void TitlebarViewController::follow(const std::shared_ptr<MainViewController> &c
         return;
     m_languages = controller->languagesArray();
     setSearching(controller->isSearching());
-    connect(controller.get(), &MainViewController::isSearchingChanged, this, &TitlebarViewController::setSearching);
+    connect(controller.get(), &MainViewController::isSearchingChanged, this,
+            &TitlebarViewController::setSearching);
 }
 
 void TitlebarViewController::setSearching(bool searching)

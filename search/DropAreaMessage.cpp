@@ -40,7 +40,8 @@ DropAreaMessage dropPrompt()
     return {String::localize(u"Drop a video here"_s), String::localize(u"or type a title above"_s)};
 }
 
-DropAreaMessage nothingFound(const QString &text, const QString &preferredCode, const QString &searchedLanguage)
+DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
+                             const QString &searchedLanguage)
 {
     const bool unknown = isUnknown(preferredCode, searchedLanguage);
     const QString searched = unknown || preferredCode.isEmpty() ? u"en"_s : preferredCode;

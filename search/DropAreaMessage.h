@@ -2,7 +2,8 @@
 #include <QString>
 
 /// What the drop area says: a headline, and below it what can be done.
-struct DropAreaMessage {
+struct DropAreaMessage
+{
     QString headline;
     QString hint;
 
@@ -11,8 +12,9 @@ struct DropAreaMessage {
 
 /// The invitation of an idle window.
 DropAreaMessage dropPrompt();
-/// What is said after a search for `text` found nothing. `preferredCode` is the language as stored in the settings,
-/// `searchedLanguage` the three-letter code that was sent.
-DropAreaMessage nothingFound(const QString &text, const QString &preferredCode, const QString &searchedLanguage);
+/// What is said after a search for `text` found nothing. `preferredCode` is the language as stored in the
+/// settings, `searchedLanguage` the three-letter code that was sent.
+DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
+                             const QString &searchedLanguage);
 /// That the services do not know the preferred language and English was searched instead; empty when they do.
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage);

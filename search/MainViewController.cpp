@@ -61,7 +61,8 @@ void MainViewController::loadView()
 void MainViewController::viewDidLoad()
 {
     ViewController::viewDidLoad();
-    // The scene names the double action `download:` and the field's end of editing; both are connected by now.
+    // The scene names the double action `download:` and the field's end of editing; both are connected by
+    // now.
     tableView->setDataSource(this);
     tableView->setDelegate(this);
     dragFilesHereView->takeDropsOf(*tableView); // while results show, the list takes drops as well

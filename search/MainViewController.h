@@ -25,13 +25,13 @@ namespace Ui
 class MainViewController;
 }
 
-/// The main window's content: searches for subtitles of a file or by words, lists them, shows the selected one, and
-/// downloads and delivers it. Owned by the window; lives on the main thread.
+/// The main window's content: searches for subtitles of a file or by words, lists them, shows the selected
+/// one, and downloads and delivers it. Owned by the window; lives on the main thread.
 ///
-/// Services answer on any thread. What their completions store there, and what delivery reads there (`subtitles`,
-/// `currentFileURL`, `currentExternalRequestInfo`), are snapshots; every change of a view is a block on the main queue.
-/// It never sorts or filters what a service answered, and never stops an earlier query for a later one: the last to
-/// finish wins.
+/// Services answer on any thread. What their completions store there, and what delivery reads there
+/// (`subtitles`, `currentFileURL`, `currentExternalRequestInfo`), are snapshots; every change of a view is a
+/// block on the main queue. It never sorts or filters what a service answered, and never stops an earlier
+/// query for a later one: the last to finish wins.
 class MainViewController final : public PlatformController<ViewController>,
                                  public FileSearching,
                                  public DroppedFileReceiver,
@@ -58,8 +58,8 @@ public:
     /// The language catalogue as of this controller's construction.
     const QList<Language> &languagesArray() const { return m_languagesArray; }
 
-    /// Searches subtitles for the video file at `url`, by hash, then by the words of its name. Without `requestInfo`
-    /// the stored one stays.
+    /// Searches subtitles for the video file at `url`, by hash, then by the words of its name. Without
+    /// `requestInfo` the stored one stays.
     void searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &requestInfo) override;
     void searchForDroppedFile(const QUrl &url) override { searchForFile(url, std::nullopt); }
     /// Searches by words, as they are.
@@ -97,12 +97,17 @@ Q_SIGNALS:
 
 private:
     using SubtitleList = QList<SubtitlePtr>;
-    enum class SaveChoice { AsRequested, AlwaysSheet };
+    enum class SaveChoice
+    {
+        AsRequested,
+        AlwaysSheet
+    };
 
     // The search (MainViewControllerSearch.cpp).
     QString searchLanguage() const;
     void beginQuery(const QList<Arg> &args, std::function<void(MainViewController &)> resultsStep);
-    void finishQuery(const Result<QueryResult> &result, std::function<void(MainViewController &)> resultsStep);
+    void finishQuery(const Result<QueryResult> &result,
+                     std::function<void(MainViewController &)> resultsStep);
     void scheduleCancelButtonReveal();
     void revealCancelButton();
     void showFileResults(const QUrl &url);
@@ -129,8 +134,8 @@ private:
     void finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel);
     void deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel);
     Result<bool> sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle);
-    void presentSavePanel(const std::shared_ptr<SavePanel> &panel, const std::optional<QString> &suggestedName,
-                          const QUrl &file);
+    void presentSavePanel(const std::shared_ptr<SavePanel> &panel,
+                          const std::optional<QString> &suggestedName, const QUrl &file);
     void moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination);
     void showDelivered(const QString &text, const std::optional<QUrl> &file);
     void presentErrorOnWindow(const Error &error);

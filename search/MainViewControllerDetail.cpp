@@ -63,15 +63,15 @@ void MainViewController::updateDetailView()
 /// Nobody checks that the selection is still the one the lookup began for: what arrives last is shown.
 void MainViewController::loadPoster(const QString &imdbID)
 {
-    MetadataService::shared().findExternally(
-        imdbID, ExternalSource::imdb, [weak = weakSelf()](const Result<FindResult> &found) {
-            if (!found) {
-                printError(found.error());
-                return;
-            }
-            if (const auto self = weak.lock())
-                self->fetchPoster(*found);
-        });
+    MetadataService::shared().findExternally(imdbID, ExternalSource::imdb,
+                                             [weak = weakSelf()](const Result<FindResult> &found) {
+                                                 if (!found) {
+                                                     printError(found.error());
+                                                     return;
+                                                 }
+                                                 if (const auto self = weak.lock())
+                                                     self->fetchPoster(*found);
+                                             });
 }
 
 void MainViewController::fetchPoster(const FindResult &found)
@@ -79,15 +79,15 @@ void MainViewController::fetchPoster(const FindResult &found)
     const QList<TmdbItem> &items = found.movieResults.isEmpty() ? found.tvResults : found.movieResults;
     if (items.isEmpty())
         return;
-    MetadataService::shared().fetchImage(
-        items.first(), ImageKind::Poster, PosterSize, [weak = weakSelf()](const Result<QImage> &image) {
-            if (!image) {
-                printError(image.error());
-                return;
-            }
-            if (const auto self = weak.lock())
-                setImageWithFade(*self->detailViewImageView, Image(*image));
-        });
+    MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, PosterSize,
+                                         [weak = weakSelf()](const Result<QImage> &image) {
+                                             if (!image) {
+                                                 printError(image.error());
+                                                 return;
+                                             }
+                                             if (const auto self = weak.lock())
+                                                 setImageWithFade(*self->detailViewImageView, Image(*image));
+                                         });
 }
 
 void MainViewController::showDetailView(bool animated)

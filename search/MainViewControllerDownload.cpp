@@ -17,7 +17,8 @@ namespace
 {
 using namespace Qt::StringLiterals;
 
-/// Alt (the Option key of this platform) and no other modifier: Shift, Control and Meta count, the keypad does not.
+/// Alt (the Option key of this platform) and no other modifier: Shift, Control and Meta count, the keypad
+/// does not.
 bool isOptionAloneHeld()
 {
     const Qt::KeyboardModifiers held = QGuiApplication::keyboardModifiers();
@@ -50,7 +51,8 @@ void MainViewController::startDownload(SaveChoice choice)
     const int row = tableView ? tableView->selectedRow() : -1;
     if (row < 0 || !subtitles.load() || !m_shownSubtitles)
         return;
-    // The row is one of the table's, so it picks from what the table shows, not from what has been stored since.
+    // The row is one of the table's, so it picks from what the table shows, not from what has been stored
+    // since.
     if (row >= m_shownSubtitles->size())
         fatalFault(u"The selected row %1 lies beyond the results"_s.arg(row));
     const SubtitlePtr subtitle = m_shownSubtitles->at(row);
@@ -64,18 +66,21 @@ void MainViewController::startDownload(SaveChoice choice)
 }
 
 /// On the thread the service answers on, like the delivery to a companion application.
-void MainViewController::finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel)
+void MainViewController::finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle,
+                                        bool forceSavePanel)
 {
     const auto weak = weakSelf();
     if (result) {
         deliverDownloadedSubtitle(subtitle, *result, forceSavePanel);
     } else {
-        onMainQueue(weak, [error = result.error()](MainViewController &self) { self.presentErrorOnWindow(error); });
+        onMainQueue(weak,
+                    [error = result.error()](MainViewController &self) { self.presentErrorOnWindow(error); });
     }
     onMainQueue(weak, [](MainViewController &self) { self.setIsDownloading(false); });
 }
 
-void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel)
+void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file,
+                                                   bool forceSavePanel)
 {
     const auto panel = std::make_shared<SavePanel>();
     const auto request = currentExternalRequestInfo.load();

@@ -67,8 +67,8 @@ void MainViewController::tableViewSelectionDidChange()
     hideDetailView(true);
 }
 
-/// The table asks for the number of rows now, and shows these very results until it is reloaded again, whatever a
-/// service stores meanwhile.
+/// The table asks for the number of rows now, and shows these very results until it is reloaded again,
+/// whatever a service stores meanwhile.
 void MainViewController::reloadTable()
 {
     m_shownSubtitles = subtitles.load();

@@ -52,7 +52,8 @@ void MainViewController::searchForFile(const QUrl &url, const std::optional<Exte
     beginQuery(args, [url](MainViewController &self) { self.showFileResults(url); });
 }
 
-void MainViewController::searchForText(const QString &text, const std::optional<ExternalRequestInfo> &requestInfo)
+void MainViewController::searchForText(const QString &text,
+                                       const std::optional<ExternalRequestInfo> &requestInfo)
 {
     const QString language = searchLanguage();
     const QList<Arg> args = {{Param::text, text}, {Param::language, language}};
@@ -61,17 +62,20 @@ void MainViewController::searchForText(const QString &text, const std::optional<
     beginQuery(args, [text, language](MainViewController &self) { self.showTextResults(text, language); });
 }
 
-void MainViewController::beginQuery(const QList<Arg> &args, std::function<void(MainViewController &)> resultsStep)
+void MainViewController::beginQuery(const QList<Arg> &args,
+                                    std::function<void(MainViewController &)> resultsStep)
 {
     showDropPrompt();
     scheduleCancelButtonReveal();
-    SubtitleService::shared().query(args, [weak = weakSelf(), step = std::move(resultsStep)](const auto &result) {
-        if (const auto self = weak.lock())
-            self->finishQuery(result, step);
-    });
+    SubtitleService::shared().query(args,
+                                    [weak = weakSelf(), step = std::move(resultsStep)](const auto &result) {
+                                        if (const auto self = weak.lock())
+                                            self->finishQuery(result, step);
+                                    });
 }
 
-/// On whatever thread the service answers on: what was found is stored here, what is seen changes on the main queue.
+/// On whatever thread the service answers on: what was found is stored here, what is seen changes on the main
+/// queue.
 void MainViewController::finishQuery(const Result<QueryResult> &result,
                                      std::function<void(MainViewController &)> resultsStep)
 {
@@ -86,8 +90,8 @@ void MainViewController::finishQuery(const Result<QueryResult> &result,
             self.presentError(Error{QString(), SearchErrorCode, description});
         });
     }
-    // Queued after the step above, so it also runs after a fallback search that the step has started, and sets
-    // `isSearching` back while that one is still under way.
+    // Queued after the step above, so it also runs after a fallback search that the step has started, and
+    // sets `isSearching` back while that one is still under way.
     onMainQueue(weak, [](MainViewController &self) {
         self.setIsSearching(false);
         self.revealCancelButton();
@@ -226,7 +230,8 @@ void MainViewController::showResultCount()
 {
     const auto found = subtitles.load();
     const auto count = found ? found->size() : 0;
-    setWindowTitle(String::localize(u"Plovendix (%d subtitles found)"_s).replace("%d"_L1, QString::number(count)));
+    setWindowTitle(
+        String::localize(u"Plovendix (%d subtitles found)"_s).replace("%d"_L1, QString::number(count)));
 }
 
 void MainViewController::setWindowTitle(const QString &title)

@@ -2,8 +2,8 @@
 #include <delivery/ExternalRequest.h>
 #include <optional>
 
-/// Holds at most one request of a companion application until the main view has loaded: the application delegate, as
-/// this room sees it. Main thread only.
+/// Holds at most one request of a companion application until the main view has loaded: the application
+/// delegate, as this room sees it. Main thread only.
 class PendingRequest
 {
 public:

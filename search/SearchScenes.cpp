@@ -10,5 +10,6 @@ void registerSearchScenes()
     const auto main = QStringLiteral("Main");
     Storyboard::registerController(main, QStringLiteral("MainViewController"),
                                    [] { return ViewController::make<MainViewController>(); });
-    Storyboard::registerCell(main, QStringLiteral("SubtitleCellID"), [] { return SubtitleCellView::fromScene(); });
+    Storyboard::registerCell(main, QStringLiteral("SubtitleCellID"),
+                             [] { return SubtitleCellView::fromScene(); });
 }

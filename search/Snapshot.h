@@ -2,8 +2,8 @@
 #include <memory>
 #include <optional>
 
-/// An optional value that one thread stores and others read: an immutable snapshot behind a shared pointer, exchanged
-/// atomically. Readers keep the value they loaded for as long as they hold the pointer.
+/// An optional value that one thread stores and others read: an immutable snapshot behind a shared pointer,
+/// exchanged atomically. Readers keep the value they loaded for as long as they hold the pointer.
 template <class Value>
 class Snapshot final
 {

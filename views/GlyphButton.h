@@ -1,7 +1,8 @@
 #pragma once
 #include <QToolButton>
 
-/// A flat button that shows one of the bundle's pictures in the colour of its text, so that it follows light and dark.
+/// A flat button that shows one of the bundle's pictures in the colour of its text, so that it follows light
+/// and dark.
 class GlyphButton : public QToolButton
 {
     Q_OBJECT

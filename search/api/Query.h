@@ -4,7 +4,8 @@
 #include <optional>
 
 /// The kinds of query argument. Services read them by position, so the order is part of the interface.
-enum class Param {
+enum class Param
+{
     unused0 = 0,
     unused1 = 1,
     byteSize = 2,  // the file's size, decimal
@@ -15,7 +16,8 @@ enum class Param {
 };
 
 /// One argument of a query.
-struct Arg {
+struct Arg
+{
     Param param;
     QString value;
 
@@ -23,12 +25,14 @@ struct Arg {
 };
 
 /// What a query found, in the service's order.
-struct QueryResult {
+struct QueryResult
+{
     std::optional<QList<SubtitlePtr>> subtitles;
 };
 
 /// What identifies a video file's content: the size in bytes and the hash over its first and last 64 KiB.
-struct VideoHash {
+struct VideoHash
+{
     QString hash;
     quint64 size = 0;
 
@@ -36,7 +40,8 @@ struct VideoHash {
 };
 
 /// What a video file's name says.
-struct VideoFileComponents {
+struct VideoFileComponents
+{
     QString searchString; // the words to search for
     QString title = {};
     std::optional<int> year = {};

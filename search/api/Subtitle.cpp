@@ -17,7 +17,8 @@ QString filmName(const Subtitle &subtitle)
         return {};
     QString name = subtitle.title;
     if (subtitle.season && subtitle.episode) {
-        name += QStringLiteral(" S%1E%2").arg(*subtitle.season, 2, 10, QLatin1Char('0'))
+        name += QStringLiteral(" S%1E%2")
+                    .arg(*subtitle.season, 2, 10, QLatin1Char('0'))
                     .arg(*subtitle.episode, 2, 10, QLatin1Char('0'));
     }
     if (subtitle.year)

@@ -4,10 +4,11 @@
 #include <optional>
 
 /// One search result. A reference type: made by a service, shared and never changed afterwards; any thread.
-struct Subtitle {
-    QString subFileName;  // the release or file the subtitle was made for
-    QString languageName; // in the person's language
-    QString subFormat;    // the format's name, as "srt"
+struct Subtitle
+{
+    QString subFileName;   // the release or file the subtitle was made for
+    QString languageName;  // in the person's language
+    QString subFormat;     // the format's name, as "srt"
     QString subLanguageID; // the service family's three-letter code
     std::optional<QString> imdbID;
 
@@ -25,8 +26,8 @@ struct Subtitle {
     bool foreignPartsOnly = false;
     bool machineTranslated = false;
 
-    /// The second line of a result: film and year, "matches this file", frame rate, downloads and marks, as far as
-    /// they are known, joined by " · ".
+    /// The second line of a result: film and year, "matches this file", frame rate, downloads and marks, as
+    /// far as they are known, joined by " · ".
     QString detailString() const;
 };
 

@@ -19,15 +19,16 @@ public:
     static SubtitleService &shared();
     static void setShared(std::shared_ptr<SubtitleService> service);
 
-    /// Asks for subtitles. One completion a query, never before this call has returned, none once it was cancelled.
+    /// Asks for subtitles. One completion a query, never before this call has returned, none once it was
+    /// cancelled.
     virtual void query(const QList<Arg> &args, QueryCompletion completion) = 0;
     /// Drops every outstanding query; a dropped query is never answered.
     virtual void cancelQueryTask() = 0;
     /// Fetches a result's file to the local disk: a URL that the caller may move away.
     virtual void download(const SubtitlePtr &subtitle, DownloadCompletion completion) = 0;
 
-    /// The hash of a local video file; nothing when it cannot be read or hashed. A short read on the calling thread that
-    /// never blocks on a pipe or device.
+    /// The hash of a local video file; nothing when it cannot be read or hashed. A short read on the calling
+    /// thread that never blocks on a pipe or device.
     static std::optional<VideoHash> hashFor(const QUrl &url);
 
 protected:
@@ -37,7 +38,8 @@ protected:
     friend struct VideoFileUtilities;
 };
 
-struct VideoFileUtilities {
+struct VideoFileUtilities
+{
     /// What the name of a video file says; the file itself is not looked at.
     static VideoFileComponents componentsFrom(const QUrl &url);
 };

@@ -19,7 +19,8 @@ namespace
 {
 const ExternalRequestInfo Tessaly{u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
 
-struct OpenedURLs final : Workspace {
+struct OpenedURLs final : Workspace
+{
     bool openURL(const QUrl &url) override
     {
         opened += url;
@@ -37,7 +38,8 @@ struct OpenedURLs final : Workspace {
     bool accepts = true;
 };
 
-struct FilesWithMovies final : FileManager {
+struct FilesWithMovies final : FileManager
+{
     explicit FilesWithMovies(const QString &movies) : folder(movies) {}
     std::optional<QUrl> moviesFolder() const override { return folder.isEmpty() ? std::nullopt : path(); }
     std::optional<QUrl> path() const { return QUrl::fromLocalFile(folder); }
@@ -479,7 +481,8 @@ void DownloadTest::deliveryReadsSnapshotsWhileSearchesRun()
     std::vector<std::thread> workers;
     for (int round = 0; round < Rounds; ++round) {
         m_view->controller->download(nullptr);
-        workers.emplace_back([answer = m_view->service->takeDownloadCompletion(round)] { answer(refusal()); });
+        workers.emplace_back(
+            [answer = m_view->service->takeDownloadCompletion(round)] { answer(refusal()); });
         m_view->controller->searchForFile(m_video, Tessaly);
         workers.emplace_back([answer = m_view->service->takeCompletion(m_view->service->queries.size() - 1)] {
             answer(answerWith(1));

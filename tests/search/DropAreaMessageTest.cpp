@@ -23,7 +23,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("headline");
         QTest::newRow("German") << u"de"_s << u"ger"_s << u"Nothing found for “film” in German"_s;
         QTest::newRow("nothing stored") << QString() << u"eng"_s << u"Nothing found for “film” in English"_s;
-        QTest::newRow("Brazilian") << u"pb"_s << u"pob"_s << u"Nothing found for “film” in Portuguese (Brazil)"_s;
+        QTest::newRow("Brazilian") << u"pb"_s << u"pob"_s
+                                   << u"Nothing found for “film” in Portuguese (Brazil)"_s;
     }
     void saysWhatWasNotFoundAndInWhichLanguage()
     {

@@ -15,7 +15,8 @@
 #include <memory>
 
 /// The main view in a window of its own, with scripted services and a clock that only moves when told.
-struct MainViewFixture {
+struct MainViewFixture
+{
     MainViewFixture();
     ~MainViewFixture();
 
@@ -44,8 +45,8 @@ struct MainViewFixture {
     std::shared_ptr<MainViewController> controller;
 };
 
-/// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up. Empty when
-/// none came.
+/// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up.
+/// Empty when none came.
 QString alertDuring(const std::function<void()> &act);
 
 inline QList<Arg> textArgs(const QString &text, const QString &language = QStringLiteral("eng"))

@@ -365,8 +365,9 @@ void ResultsTest::storedListDoesNotChangeTheRowsShown()
     m_view->controller->searchForText(u"a"_s, std::nullopt);
     m_view->service->finishLast(answerWith(1));
     QCOMPARE(m_view->table()->numberOfRows(), 5);
-    QCOMPARE(qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(4))->titleTextField->text(),
-             u"Film.5"_s);
+    QCOMPARE(
+        qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(4))->titleTextField->text(),
+        u"Film.5"_s);
     select(4); // fills the panel from the rows shown
     QCOMPARE(label("detailFileLabel"), u"Film.5"_s);
 }

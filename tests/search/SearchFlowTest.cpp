@@ -102,8 +102,9 @@ void SearchFlowTest::startsIdle()
 void SearchFlowTest::fileSearchAsksForSizeHashAndLanguageInThatOrder()
 {
     m_view->controller->searchForFile(Video, std::nullopt);
-    const QList<Arg> expected = {
-        {Param::byteSize, u"1234567"_s}, {Param::movieHash, u"0123456789abcdef"_s}, {Param::language, u"eng"_s}};
+    const QList<Arg> expected = {{Param::byteSize, u"1234567"_s},
+                                 {Param::movieHash, u"0123456789abcdef"_s},
+                                 {Param::language, u"eng"_s}};
     QCOMPARE(m_view->service->queries.size(), 1);
     QVERIFY(m_view->service->queries.first() == expected);
     QCOMPARE(static_cast<int>(Param::byteSize), 2);
@@ -304,8 +305,9 @@ void SearchFlowTest::completionAfterTheControllerHasGoneDoesNothing()
 void SearchFlowTest::lastReferenceDroppedOnAWorkerIsHarmless()
 {
     QThread *destroyedOn = nullptr;
-    connect(m_view->controller.get(), &QObject::destroyed, this, [&] { destroyedOn = QThread::currentThread(); },
-            Qt::DirectConnection);
+    connect(
+        m_view->controller.get(), &QObject::destroyed, this, [&] { destroyedOn = QThread::currentThread(); },
+        Qt::DirectConnection);
     m_view->window.reset();
     std::thread worker([last = std::move(m_view->controller)]() mutable { last.reset(); });
     worker.join();
@@ -433,9 +435,11 @@ void SearchFlowTest::returnLeavesTheSelectionWhereItWas()
 {
     m_view->field()->setText(u"some words"_s);
     m_view->field()->setFocus();
+    QTRY_VERIFY(m_view->field()->hasFocus());
     m_view->field()->setSelection(5, 5);
+    connect(m_view->field(), &QLineEdit::editingFinished, m_view->field(),
+            [this] { m_view->field()->deselect(); });
     m_view->press(Qt::Key_Return);
-    m_view->field()->deselect();
     m_view->turn();
     QCOMPARE(m_view->field()->selectedText(), u"words"_s);
 }
@@ -492,7 +496,8 @@ void SearchFlowTest::languageChangeDeselectsTheRows()
 
 namespace
 {
-struct Parked final : PendingRequest {
+struct Parked final : PendingRequest
+{
     std::optional<ExternalRequest> externalRequest() const override { return request; }
     void setExternalRequest(const std::optional<ExternalRequest> &value) override { request = value; }
     std::optional<ExternalRequest> request;

@@ -6,11 +6,11 @@
 #include <functional>
 #include <vector>
 
-/// A subtitle service that does what the words of a search (or of the video's name) say, for tests that look at the
-/// program from outside:
+/// A subtitle service that does what the words of a search (or of the video's name) say, for tests that look
+/// at the program from outside:
 ///   "nothing"  answers with no result            "refuse"  fails with "The scripted service refuses."
-///   "never"    is not answered                   "later"   is answered once the file "answer" appears in the folder
-///   a number   is how many results come, 3 without one
+///   "never"    is not answered                   "later"   is answered once the file "answer" appears in the
+///   folder a number   is how many results come, 3 without one
 /// A download does the same by the words of the search that found it. Answers come on a thread of their own.
 class KeywordSubtitleService final : public QObject, public SubtitleService
 {
@@ -44,5 +44,6 @@ class EmptyMetadataService final : public MetadataService
 {
 public:
     void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
-    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size, ImageCompletion completion) override;
+    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
+                    ImageCompletion completion) override;
 };

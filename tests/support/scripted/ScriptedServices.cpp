@@ -90,7 +90,8 @@ void ScriptedMetadataService::findExternally(const QString &id, ExternalSource, 
     findCompletions.push_back(std::move(completion));
 }
 
-void ScriptedMetadataService::fetchImage(const TmdbItem &item, ImageKind, const QSize &size, ImageCompletion completion)
+void ScriptedMetadataService::fetchImage(const TmdbItem &item, ImageKind, const QSize &size,
+                                         ImageCompletion completion)
 {
     fetchedItems += item;
     fetchSizes += size;

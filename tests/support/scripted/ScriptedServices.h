@@ -5,7 +5,11 @@
 #include <map>
 
 /// Where a scripted answer is given.
-enum class AnswerOn { MainThread, WorkerThread };
+enum class AnswerOn
+{
+    MainThread,
+    WorkerThread
+};
 
 /// A subtitle service that answers when and where the test says, and keeps what it was asked.
 class ScriptedSubtitleService final : public SubtitleService
@@ -14,7 +18,8 @@ public:
     /// Installs a new one as the shared service.
     static std::shared_ptr<ScriptedSubtitleService> install();
 
-    struct Download {
+    struct Download
+    {
         SubtitlePtr subtitle;
         DownloadCompletion completion;
     };
@@ -29,8 +34,12 @@ public:
     void finish(qsizetype index, const Result<QueryResult> &result, AnswerOn thread = AnswerOn::WorkerThread);
     void finishLast(const Result<QueryResult> &result, AnswerOn thread = AnswerOn::WorkerThread);
     qsizetype downloadCount() const { return static_cast<qsizetype>(m_downloads.size()); }
-    SubtitlePtr downloaded(qsizetype index) const { return m_downloads.at(static_cast<std::size_t>(index)).subtitle; }
-    void finishDownload(qsizetype index, const Result<QUrl> &result, AnswerOn thread = AnswerOn::WorkerThread);
+    SubtitlePtr downloaded(qsizetype index) const
+    {
+        return m_downloads.at(static_cast<std::size_t>(index)).subtitle;
+    }
+    void finishDownload(qsizetype index, const Result<QUrl> &result,
+                        AnswerOn thread = AnswerOn::WorkerThread);
     /// Takes a query's completion out, for tests that call it on threads of their own.
     QueryCompletion takeCompletion(qsizetype index);
     DownloadCompletion takeDownloadCompletion(qsizetype index);
@@ -61,7 +70,8 @@ public:
     std::vector<ImageCompletion> imageCompletions;
 
     void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
-    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size, ImageCompletion completion) override;
+    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
+                    ImageCompletion completion) override;
 };
 
 /// Results to answer with: "Film 1.srt"-like records named by number.
