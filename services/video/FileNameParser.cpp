@@ -1,6 +1,9 @@
 #include "FileNameParser.h"
 
+#include "NameLeadIn.h"
 #include "NameRules.h"
+#include "RuleWords.h"
+#include "TitleEnd.h"
 
 #include <platform/FileManager.h>
 
@@ -8,42 +11,26 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr int FirstYear = 1900;
-constexpr int LastYear = 2049;
-
-bool isYear(const QString &word)
+/// "Show Season 1 S01E02": the season said once more, in other words, is none of the title either.
+void endBeforeRepeatedSeason(const NameTokens &name, NameFacts &facts)
 {
-    bool isNumber = false;
-    const int value = word.size() == 4 ? word.toInt(&isNumber) : 0;
-    return isNumber && value >= FirstYear && value <= LastYear;
-}
-
-/// Where the words about the file begin: at a strong word, or at the first of the weak ones that lead up to
-/// it.
-void findTechnicalWords(const NameTokens &name, NameFacts &facts)
-{
-    qsizetype run = -1;
-    for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
-        const WordStrength strength = name[i].kind.strength;
-        if (strength == WordStrength::None) {
-            run = -1;
-            continue;
-        }
-        run = run < 0 ? i : run;
-        if (strength == WordStrength::Strong)
-            return facts.endTitleAt(run);
+    for (const NameRule &rule : seasonRules()) {
+        NameFacts again = facts;
+        if (applyFirst({&rule, 1}, name, again) && again.season == facts.season)
+            facts.endTitleAt(again.titleEnd);
     }
 }
 
-/// The last year before the technical words; one that opens the name is its title.
-void findYear(const NameTokens &name, NameFacts &facts)
+void findSeasonAndEpisode(const NameTokens &name, NameFacts &facts)
 {
-    for (qsizetype i = std::min(facts.titleEnd, name.count()) - 1; i > facts.titleBegin; --i) {
-        if (!isYear(name[i].word))
-            continue;
-        facts.year = name[i].word.toInt();
-        return facts.endTitleAt(i);
+    if (applyFirst(seasonAndEpisodeRules(), name, facts)) {
+        endBeforeRepeatedSeason(name, facts);
+        return;
     }
+    if (applyFirst(seasonRules(), name, facts))
+        endBeforeRepeatedSeason(name, facts);
+    if (!facts.episode && !applyFirst(episodeRules(), name, facts))
+        applyFirst(numberRules(), name, facts);
 }
 
 QString titleOf(const NameTokens &name, const NameFacts &facts)
@@ -51,7 +38,10 @@ QString titleOf(const NameTokens &name, const NameFacts &facts)
     if (facts.titleEnd <= facts.titleBegin)
         return {};
     const qsizetype begin = name[facts.titleBegin].begin;
-    QString title = name.name().mid(begin, name[facts.titleEnd - 1].end - begin);
+    qsizetype end = name[facts.titleEnd - 1].end;
+    while (end < name.name().size() && (name.name()[end] == u'!' || name.name()[end] == u'?'))
+        ++end;
+    QString title = name.name().mid(begin, end - begin);
     for (QChar &c : title) {
         if (c == u'.' || c == u'_' || c.category() == QChar::Other_Control)
             c = u' ';
@@ -76,12 +66,10 @@ VideoFileComponents parseVideoName(const QString &text)
     const NameTokens name(text);
     NameFacts facts;
     facts.titleEnd = name.count();
-    for (const NameRule &rule : episodeRules()) {
-        if (rule.apply(name, facts))
-            break;
-    }
-    findTechnicalWords(name, facts);
+    skipLeadIn(name, facts);
     findYear(name, facts);
+    findSeasonAndEpisode(name, facts);
+    findTitleEnd(name, facts);
 
     VideoFileComponents said;
     said.title = titleOf(name, facts);

@@ -44,7 +44,7 @@ QString withoutExtension(const QString &name)
 
 NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimmed()).left(MaxCharacters))
 {
-    QList<int> open;
+    QList<Bracket> open = {Bracket()}; // the outside stays at the bottom
     int pairs = 0;
     qsizetype begin = -1;
     for (qsizetype i = 0; i < m_name.size(); ++i) {
@@ -53,22 +53,26 @@ NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimm
             continue;
         }
         if (begin >= 0)
-            addToken(begin, i, open.isEmpty() ? 0 : open.last());
+            addToken(begin, i, open.last());
         begin = -1;
         if (isOpening(m_name[i]))
-            open += ++pairs;
-        else if (isClosing(m_name[i]) && !open.isEmpty())
+            open += Bracket{++pairs, open.last().outer > 0 ? open.last().outer : pairs,
+                            m_name[i] != u'(' && m_name[i] != u'（'};
+        else if (isClosing(m_name[i]) && open.size() > 1)
             open.removeLast();
     }
     if (begin >= 0)
-        addToken(begin, m_name.size(), open.isEmpty() ? 0 : open.last());
+        addToken(begin, m_name.size(), open.last());
     classify();
 }
 
-void NameTokens::addToken(qsizetype begin, qsizetype end, int bracket)
+void NameTokens::addToken(qsizetype begin, qsizetype end, const Bracket &bracket)
 {
-    if (m_tokens.size() < MaxTokens)
-        m_tokens += NameToken{begin, end, m_name.mid(begin, end - begin).toLower(), bracket, {}};
+    if (m_tokens.size() >= MaxTokens)
+        return;
+    // Compatibility forms: full-width digits count as digits.
+    const QString word = m_name.mid(begin, end - begin).normalized(QString::NormalizationForm_KC).toLower();
+    m_tokens += NameToken{begin, end, word, bracket.number, bracket.outer, bracket.isSquare, {}};
 }
 
 /// Classes of words; two words that make one ("Blu-ray", "H.264") share the class of both together.

@@ -9,8 +9,10 @@ struct NameToken
 {
     qsizetype begin = 0; // in the name
     qsizetype end = 0;
-    QString word;    // lower case
-    int bracket = 0; // the innermost pair of brackets around it, counted from 1; 0 outside
+    QString word;          // lower case
+    int bracket = 0;       // the innermost pair of brackets around it, counted from 1; 0 outside
+    int outerBracket = 0;  // the outermost
+    bool isSquare = false; // whether those are no round ones, as groups and file data have them
     WordClass kind;
 };
 
@@ -32,9 +34,16 @@ public:
     /// Whether a dash with room around it, or an opening or closing bracket, divides a word from the one
     /// before it.
     bool isDividedBefore(qsizetype index) const;
+    bool isSquare(qsizetype index) const { return m_tokens[index].isSquare; }
 
 private:
-    void addToken(qsizetype begin, qsizetype end, int bracket);
+    struct Bracket
+    {
+        int number = 0;
+        int outer = 0;
+        bool isSquare = false;
+    };
+    void addToken(qsizetype begin, qsizetype end, const Bracket &bracket);
     void classify();
 
     QString m_name;

@@ -27,23 +27,22 @@ constexpr Row Rows[] = {
      "hdtv hdtvrip pdtv sdtv ldtv uhdtv dsr dsrip dthrip dvb dvbrip tvrip satrip hdrip hdtc hdts hdcam "
      "webrip webdl webhd "
      "webcap vodrip ppvrip vhsrip vhs camrip telesync telecine workprint screener predvdrip predvd remux "
-     "webdlrip "
+     "webdlrip bdmux bdripmux brmux xxx "
      "microhd ahdtv hd2dvd uhdrip uhdbdrip hdlight"},
     {WordKind::Source, WordStrength::Weak,
-     "web dvd bd blu ray ts tc cam scr r5 r6 ppv vod tv dl br rip hdmv"},
+     "web dvd bd blu ray ts tc cam scr r5 r6 ppv vod dl br rip hdmv pal ntsc"},
     {WordKind::VideoCodec, WordStrength::Strong,
      "x264 x265 h264 h265 hevc xvid xvidhd divx avc 10bit 8bit 10bits hi10p hi10 vc1 mpeg2 mpeg4 vp8 vp9 av1 "
      "rv10 hdr10 hdr10plus "
      "dolbyvision hdrplus"},
-    {WordKind::VideoCodec, WordStrength::Weak, "hdr dv sdr 264 265 x h"},
+    {WordKind::VideoCodec, WordStrength::Weak, "hdr dv sdr 264 265"},
     {WordKind::Audio, WordStrength::Strong,
      "aac aac2 aac5 aac1 ac3 ac3d eac3 dts dtshd dtsma dtsx dtsx7 dd2 dd5 ddp ddp2 ddp5 ddp7 ddpa ddpa5 dd51 "
      "ddp51 truehd truehd7 atmos flac flac2 "
      "mp3 vorbis lpcm dualaudio 6ch 8ch 2ch ac3mp3"},
-    {WordKind::Audio, WordStrength::Weak,
-     "dd ma hd opus ogg pcm dual audio ch mic md ld line 5 7 2 0 1 dubbed dub"},
+    {WordKind::Audio, WordStrength::Weak, "dd ma hd opus ogg pcm dual audio mic md ld line dubbed dub"},
     {WordKind::Edition, WordStrength::Weak,
-     "extended unrated uncut remastered directors director cut dc se ce uncensored criterion collection "
+     "extended unrated uncut remastered directors director cut dc se ce uncensored criterion "
      "edition imax theatrical "
      "special final limited collectors anniversary rated open matte ultimate despecialized restored "
      "alternative hybrid"},
@@ -59,12 +58,27 @@ constexpr Row Rows[] = {
      "hin tamil telugu tel urdu catalan nordic multi multisubs multisub msubs esub esubs vf vo sub subs "
      "subbed fr pl dksubs "
      "subtitles subtitled vose"},
-    {WordKind::Remark, WordStrength::Strong, "repack rerip readnfo dirfix nfofix fastsub"},
+    {WordKind::Remark, WordStrength::Strong, "repack rerip mkv mp4 avi readnfo dirfix nfofix fastsub"},
     {WordKind::Remark, WordStrength::Weak,
      "proper real internal limited festival stv complete retail ws fs hc hardcoded convert upscaled digital "
      "extras read nfo "
      "dubbed doku docu sample"},
 };
+
+/// "5AF6F1E4": a checksum in the name. Eight digits alone are rather a date.
+bool isChecksum(const QString &word)
+{
+    const auto isHexDigit = [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); };
+    return word.size() == 8 && std::all_of(word.begin(), word.end(), isHexDigit) &&
+           std::any_of(word.begin(), word.end(), [](QChar c) { return c >= u'a'; }) &&
+           std::any_of(word.begin(), word.end(), [](QChar c) { return c <= u'9'; });
+}
+
+/// "v2": the second version of a release.
+bool isVersion(const QString &word)
+{
+    return word.size() == 2 && word[0] == u'v' && word[1] >= u'0' && word[1] <= u'9';
+}
 
 bool isDigits(QStringView text)
 {
@@ -100,5 +114,7 @@ WordClass classOfWord(const QString &word)
 {
     if (isFrameSize(word))
         return {WordKind::Resolution, WordStrength::Strong};
+    if (isChecksum(word) || isVersion(word))
+        return {WordKind::Remark, WordStrength::Strong};
     return table().value(word);
 }

@@ -1,0 +1,167 @@
+#include "NameRules.h"
+#include "RuleWords.h"
+#include "WordReader.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+bool isEndMark(const QString &word)
+{
+    return word == "end"_L1 || word == "fin"_L1 || word == "final"_L1;
+}
+
+/// Whether nothing of the title follows the word: the name ends, is divided, or goes on about the file.
+bool closesTitle(const NameTokens &name, qsizetype i)
+{
+    if (i + 1 < name.count() && isEndMark(name[i + 1].word))
+        return true;
+    return i + 1 >= name.count() || name.isDividedBefore(i + 1) ||
+           name[i + 1].kind.strength != WordStrength::None;
+}
+
+/// Whether the number is free to be an episode's: none of a date, a decimal or a frame size, nor about the
+/// file.
+bool isFree(const NameTokens &name, qsizetype i, const NameFacts &facts)
+{
+    const bool isFraction =
+        name.gapBefore(i) == QStringView(u".") && i > 0 && wholeNumber(name[i - 1].word, 4);
+    return i > facts.titleBegin && i < facts.fileBegin && !facts.isDate(i) && !isYear(name[i].word) &&
+           !isFraction;
+}
+
+bool startsRange(const NameTokens &name, qsizetype i)
+{
+    return i + 1 < name.count() && name.gapBefore(i + 1) == QStringView(u"-") &&
+           versionedNumber(name[i + 1].word);
+}
+
+/// "e02", "ep02", "E01v2".
+bool episodeLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    WordReader reader(name[i].word);
+    if (!reader.take("ep"_L1) && !reader.take("e"_L1))
+        return false;
+    const std::optional<int> episode = reader.number(1, 5);
+    if (!episode || !(reader.atEnd() || reader.take("v"_L1)))
+        return false;
+    facts.enter(i, i + 1, std::nullopt, episode);
+    return true;
+}
+
+bool episodeWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    if (!isEpisodeWord(name[i].word) || i + 1 >= name.count() || i == facts.titleBegin ||
+        name.isDividedBefore(i + 1))
+        return false;
+    const std::optional<int> episode = versionedNumber(name[i + 1].word);
+    if (!episode)
+        return false;
+    facts.enter(i, i + 2, std::nullopt, episode);
+    return true;
+}
+
+/// "69. Blm", "24 серия".
+bool episodeWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    if (i == facts.titleBegin || i + 1 >= name.count() || !isEpisodeWord(name[i + 1].word))
+        return false;
+    const std::optional<int> episode = wholeNumber(name[i].word, 4);
+    if (!episode || name[i + 1].word.size() < 3)
+        return false;
+    facts.enter(i, i + 2, std::nullopt, episode);
+    return true;
+}
+
+/// "第12話", "12集", "12話".
+bool countedEpisode(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> episode = countedNumber(name[i].word);
+    if (!episode)
+        return false;
+    facts.enter(i, i + 1, std::nullopt, episode);
+    return true;
+}
+
+bool episodeWithHash(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> episode = wholeNumber(name[i].word, 4);
+    if (!episode || i == facts.titleBegin || !name.gapBefore(i).endsWith(u'#'))
+        return false;
+    facts.enter(i, i + 1, std::nullopt, episode);
+    return true;
+}
+
+/// "1of4", "14 of 21".
+bool episodeOfMany(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    WordReader reader(name[i].word);
+    const std::optional<int> episode = reader.number(1, 3);
+    if (!episode || i == facts.titleBegin)
+        return false;
+    const bool isJoined = reader.take("of"_L1) && reader.number(1, 3) && reader.atEnd();
+    const bool isSpread = reader.atEnd() && i + 2 < name.count() && name[i + 1].word == "of"_L1 &&
+                          wholeNumber(name[i + 2].word, 3);
+    if (!isJoined && !isSpread)
+        return false;
+    facts.enter(i, isJoined ? i + 1 : i + 3, std::nullopt, episode);
+    return true;
+}
+
+/// Behind a dash or in brackets of its own: "Show - 12 [720p]", "[Show][12]".
+bool dividedNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> episode = versionedNumber(name[i].word);
+    const bool isBehindSeason = i >= facts.factsEnd;
+    if (!episode || !isBehindSeason || !isFree(name, i, facts) || !name.isDividedBefore(i))
+        return false;
+    if (!startsRange(name, i) && !closesTitle(name, i))
+        return false;
+    facts.enter(i, i + 1, std::nullopt, episode);
+    return true;
+}
+
+/// A number that closes the title: "Show 01 720p", "Show.103.HDTV", "[Group] Show 127". Where a year says
+/// that it is a film, or a season was named without an episode, the number is the title's.
+bool closingNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> number = versionedNumber(name[i].word);
+    const qsizetype digits = name[i].word.size();
+    const bool isRange = startsRange(name, i);
+    if (!number || facts.season || !isFree(name, i, facts) || (digits < 2 && !isRange))
+        return false;
+    const bool hasYear = facts.year.has_value();
+    const bool isPadded = name[i].word.startsWith(u'0');
+    const bool closes = closesTitle(name, i) && (i + 1 < name.count() || facts.startsWithGroup);
+    if (!closes && !isRange && !(isPadded && !hasYear))
+        return false;
+    if (hasYear && !facts.startsWithGroup && digits < 3)
+        return false;
+    if (!facts.startsWithGroup && !isPadded && *number >= 100 && !isRange)
+        facts.enter(i, i + 1, *number / 100, *number % 100);
+    else
+        facts.enter(i, i + 1, std::nullopt, number);
+    return true;
+}
+
+constexpr NameRule EpisodeRules[] = {
+    {"Show E02", episodeLetter},          {"Show Episode 2", episodeWordBefore},
+    {"Show 2. Bölüm", episodeWordBehind}, {"[Show][第02話]", countedEpisode},
+    {"Show #02", episodeWithHash},        {"Show 2of6", episodeOfMany},
+    {"Show - 02 [720p]", dividedNumber},
+};
+
+constexpr NameRule NumberRules[] = {
+    {"Show 02 720p", closingNumber},
+};
+} // namespace
+
+std::span<const NameRule> episodeRules()
+{
+    return EpisodeRules;
+}
+
+std::span<const NameRule> numberRules()
+{
+    return NumberRules;
+}

@@ -1,0 +1,143 @@
+#include "NameLeadIn.h"
+
+#include "RuleWords.h"
+
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The first word behind the brackets that word `i` stands in.
+qsizetype behindBracket(const NameTokens &name, qsizetype i)
+{
+    const int bracket = name[i].outerBracket;
+    while (i < name.count() && name[i].outerBracket == bracket)
+        ++i;
+    return i;
+}
+
+bool isTechnical(const NameTokens &name, qsizetype begin, qsizetype end)
+{
+    for (qsizetype i = begin; i < end; ++i) {
+        const bool isNumber = wholeNumber(name[i].word, 8) || countedNumber(name[i].word);
+        if (name[i].kind.strength == WordStrength::None && !isNumber)
+            return false;
+    }
+    return true;
+}
+
+bool isTopLevelDomain(const QString &word)
+{
+    static const QSet<QString> known = {u"com"_s, u"net"_s, u"org"_s, u"tv"_s, u"cc"_s, u"cd"_s,
+                                        u"ru"_s,  u"de"_s,  u"ca"_s,  u"za"_s, u"nz"_s, u"uk"_s,
+                                        u"pl"_s,  u"art"_s, u"lat"_s, u"to"_s};
+    return known.contains(word);
+}
+
+/// "www.example.com - Title" and "example.com - Title": the first word behind the dash.
+qsizetype behindSite(const NameTokens &name, qsizetype begin)
+{
+    constexpr qsizetype MaxSiteWords = 6;
+    const bool saysWww = name[begin].word == "www"_L1;
+    for (qsizetype i = begin + 1; i < std::min(name.count(), begin + MaxSiteWords); ++i) {
+        if (name.isDividedBefore(i))
+            return saysWww || (i >= begin + 2 && isTopLevelDomain(name[i - 1].word)) ? i : begin;
+        if (name.gapBefore(i) != QStringView(u".") && name.gapBefore(i) != QStringView(u"-"))
+            return begin;
+    }
+    return begin;
+}
+
+bool hasLatinLetter(const NameTokens &name, qsizetype begin, qsizetype end)
+{
+    for (qsizetype i = begin; i < end; ++i) {
+        for (const QChar c : name[i].word) {
+            if (c >= u'a' && c <= u'z')
+                return true;
+        }
+    }
+    return false;
+}
+
+bool isMonthNews(const QString &word)
+{
+    return word.endsWith(u"月新番"_s);
+}
+
+/// "[Group][Title][Other title][12][1080p]": of the brackets before the first number or technical word, the
+/// first in Latin letters, or else the first.
+void chooseBracket(const NameTokens &name, NameFacts &facts)
+{
+    qsizetype chosenBegin = -1;
+    qsizetype chosenEnd = -1;
+    bool isLatin = false;
+    for (qsizetype begin = facts.titleBegin; begin < name.count() && !isLatin;) {
+        const qsizetype end = name[begin].outerBracket == 0 ? begin + 1 : behindBracket(name, begin);
+        const bool isNews = isMonthNews(name[begin].word);
+        if (!isNews && (isTechnical(name, begin, end) || name[begin].outerBracket == 0))
+            break;
+        isLatin = hasLatinLetter(name, begin, end);
+        if (!isNews && (chosenBegin < 0 || isLatin)) {
+            chosenBegin = begin;
+            chosenEnd = end;
+        }
+        begin = end;
+    }
+    if (chosenBegin < 0)
+        return;
+    facts.titleBegin = chosenBegin;
+    facts.endTitleAt(chosenEnd);
+}
+
+/// "003. Show - Name of the episode", "01 - Show": a running number before the title.
+void leadingNumber(const NameTokens &name, NameFacts &facts)
+{
+    const qsizetype first = facts.titleBegin;
+    const std::optional<int> number = wholeNumber(name[first].word, 3);
+    if (!number || !name[first].word.startsWith(u'0') || first + 1 >= name.count())
+        return;
+    qsizetype next = first + 1;
+    while (next < name.count() && name[next].word.startsWith(u'0') && wholeNumber(name[next].word, 3))
+        ++next; // "003-004. Show"; three such are a date
+    if (next >= name.count() || wholeNumber(name[next].word, 4))
+        return;
+    facts.titleBegin = next;
+    if (next - first > 2)
+        return;
+    facts.episode = number;
+    for (qsizetype i = next + 1; i < name.count(); ++i) {
+        if (name.isDividedBefore(i))
+            return facts.endTitleAt(i);
+    }
+}
+
+/// Brackets before a title: a group's or site's square ones, those that only say how the file is made, and a
+/// running number. "(500) Days" is a title.
+bool isLeadInBracket(const NameTokens &name, qsizetype begin, qsizetype end)
+{
+    if (name[begin].outerBracket == 0 || end >= name.count())
+        return false;
+    const bool isRunningNumber = end == begin + 1 && wholeNumber(name[begin].word, 2);
+    const bool isAboutFile = name[begin].kind.strength != WordStrength::None && isTechnical(name, begin, end);
+    const bool isFileAllThatFollows = name[end].kind.strength == WordStrength::Strong;
+    return (name.isSquare(begin) || isRunningNumber || isAboutFile) && !isFileAllThatFollows;
+}
+} // namespace
+
+void skipLeadIn(const NameTokens &name, NameFacts &facts)
+{
+    if (name.count() == 0)
+        return;
+    for (qsizetype begin = 0; begin < name.count(); begin = facts.titleBegin) {
+        const qsizetype behind = behindBracket(name, begin);
+        if (!isLeadInBracket(name, begin, behind))
+            break;
+        facts.startsWithGroup = true;
+        facts.titleBegin = behind;
+        if (name.isSquare(behind) || isMonthNews(name[behind].word))
+            return chooseBracket(name, facts);
+    }
+    facts.titleBegin = behindSite(name, facts.titleBegin);
+    leadingNumber(name, facts);
+}

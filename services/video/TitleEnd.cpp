@@ -1,0 +1,153 @@
+#include "TitleEnd.h"
+
+#include "RuleWords.h"
+#include "WordReader.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+bool isInRange(const std::optional<int> &number, int low, int high)
+{
+    return number && *number >= low && *number <= high;
+}
+
+/// The first word of the date "2019.04.19" or "19-04-2019" that has its year at `i`; -1 when there is none.
+qsizetype dateAround(const NameTokens &name, qsizetype i)
+{
+    const auto number = [&](qsizetype at) {
+        return at >= 0 && at < name.count() ? wholeNumber(name[at].word, 2) : std::nullopt;
+    };
+    if (isInRange(number(i + 1), 1, 31) && isInRange(number(i + 2), 1, 31))
+        return i;
+    if (isInRange(number(i - 1), 1, 12) && isInRange(number(i - 2), 1, 31))
+        return i - 2;
+    return -1;
+}
+
+/// "140722" and "20201013".
+bool isDateWord(const QString &word)
+{
+    WordReader reader(word);
+    if ((word.size() != 6 && word.size() != 8) || !wholeNumber(word, 8))
+        return false;
+    const int monthAt = word.size() == 8 ? 4 : 2;
+    const bool isCentury = word.size() == 6 || isYear(word.left(4));
+    return isCentury && isInRange(word.mid(monthAt, 2).toInt(), 1, 12) &&
+           isInRange(word.mid(monthAt + 2).toInt(), 1, 31);
+}
+
+/// Years are also written "2006г".
+QString yearOf(const QString &word)
+{
+    const QString year = word.endsWith(u'г') ? word.chopped(1) : word;
+    return isYear(year) ? year : QString();
+}
+
+/// The first word that is surely about the file. "1280*720" is, too.
+qsizetype fileBeginOf(const NameTokens &name, qsizetype begin)
+{
+    for (qsizetype i = begin; i < name.count(); ++i) {
+        const bool isFrameSize = i + 1 < name.count() && name.gapBefore(i + 1) == QStringView(u"*");
+        if (name[i].kind.strength == WordStrength::Strong || isFrameSize)
+            return i;
+    }
+    return name.count();
+}
+
+/// Whether nothing but the word stands in its brackets.
+bool isAloneInBrackets(const NameTokens &name, qsizetype i)
+{
+    const int bracket = name[i].bracket;
+    return bracket > 0 && (i == 0 || name[i - 1].bracket != bracket) &&
+           (i + 1 >= name.count() || name[i + 1].bracket != bracket);
+}
+
+/// The year's place: the first alone in brackets, else the last before the words about the file, else any
+/// behind them.
+qsizetype yearPlace(const NameTokens &name, const NameFacts &facts)
+{
+    qsizetype best = -1;
+    for (qsizetype i = facts.titleBegin + 1; i < name.count(); ++i) {
+        if (yearOf(name[i].word).isEmpty())
+            continue;
+        if (isAloneInBrackets(name, i))
+            return i;
+        if (i < facts.fileBegin || best < 0)
+            best = i;
+    }
+    return best;
+}
+
+/// Where the words about the file begin: at a strong word, or at the first of the weak ones that lead up to
+/// it.
+void endBeforeTechnicalWords(const NameTokens &name, NameFacts &facts)
+{
+    qsizetype run = -1;
+    for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
+        const WordStrength strength = name[i].kind.strength;
+        if (strength == WordStrength::None) {
+            run = -1;
+            continue;
+        }
+        run = run < 0 ? i : run;
+        if (strength == WordStrength::Strong)
+            return facts.endTitleAt(run);
+    }
+}
+
+/// Brackets at the title's end are no part of it, whether they close there ("Show (Original) S01") or hold
+/// what ends it; square ones are not anywhere.
+void endBeforeBrackets(const NameTokens &name, NameFacts &facts)
+{
+    for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
+        const bool opens = name[i].bracket > 0 && name[i - 1].bracket != name[i].bracket;
+        const bool lastsToEnd =
+            facts.titleEnd < name.count() && name[facts.titleEnd - 1].bracket == name[i].bracket;
+        const bool isOpenAtEnd =
+            facts.titleEnd < name.count() && name[facts.titleEnd].bracket == name[i].bracket;
+        if (opens && (lastsToEnd || isOpenAtEnd || name.isSquare(i)))
+            return facts.endTitleAt(i);
+    }
+}
+
+/// "Film EXTENDED 2011", "Show Complete S02": what says how the film is offered, before the fact that ends
+/// the title.
+void dropRemarks(const NameTokens &name, NameFacts &facts)
+{
+    const auto isRemark = [&](qsizetype i) {
+        const WordKind kind = name[i].kind.kind;
+        return kind == WordKind::Edition || kind == WordKind::Remark || kind == WordKind::Resolution;
+    };
+    if (facts.titleEnd >= name.count())
+        return;
+    while (facts.titleEnd > facts.titleBegin + 1 && isRemark(facts.titleEnd - 1))
+        --facts.titleEnd;
+}
+} // namespace
+
+void findYear(const NameTokens &name, NameFacts &facts)
+{
+    facts.fileBegin = fileBeginOf(name, facts.titleBegin + 1);
+    for (qsizetype i = facts.titleBegin + 1; i < name.count(); ++i) {
+        if (isDateWord(name[i].word))
+            facts.endTitleAt(i);
+    }
+    const qsizetype place = yearPlace(name, facts);
+    if (place < 0)
+        return;
+    facts.year = yearOf(name[place].word).toInt();
+    const qsizetype date = dateAround(name, place);
+    if (date > facts.titleBegin) {
+        facts.dateBegin = date;
+        facts.dateEnd = date + 3;
+    }
+    facts.endTitleAt(date > facts.titleBegin ? date : place);
+}
+
+void findTitleEnd(const NameTokens &name, NameFacts &facts)
+{
+    endBeforeTechnicalWords(name, facts);
+    endBeforeBrackets(name, facts);
+    dropRemarks(name, facts);
+}
