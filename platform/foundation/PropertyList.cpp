@@ -28,9 +28,9 @@ using Node = std::unique_ptr<void, FreeNode>;
 template <class T>
 using Memory = std::unique_ptr<T, FreeMemory>;
 
-Error failure(const QString &path, const QString &reason)
+Error failure(const QString &detail)
 {
-    return Error{u"PropertyList"_s, 1, u"The property list could not be read."_s, path + u": "_s + reason};
+    return Error{u"PropertyList"_s, 1, u"The property list could not be read."_s, detail};
 }
 
 QVariant valueOf(plist_t node);
@@ -145,16 +145,22 @@ Node parsed(const QByteArray &content)
 }
 } // namespace
 
+Result<QVariant> parsePropertyList(const QByteArray &content)
+{
+    if (content.size() > MaxBytes)
+        return failure(u"larger than 8 MiB"_s);
+    const Node root = parsed(content);
+    const QVariant value = root ? valueOf(root.get()) : QVariant();
+    if (!value.isValid())
+        return failure(u"no property list"_s);
+    return value;
+}
+
 Result<QVariant> readPropertyList(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return failure(path, file.errorString());
-    const QByteArray content = file.read(MaxBytes + 1);
-    if (content.size() > MaxBytes)
-        return failure(path, u"larger than 8 MiB"_s);
-    const Node root = parsed(content);
-    if (!root)
-        return failure(path, u"no property list"_s);
-    return valueOf(root.get());
+        return failure(path + u": "_s + file.errorString());
+    Result<QVariant> list = parsePropertyList(file.read(MaxBytes + 1));
+    return list ? list : failure(path + u": "_s + list.error().detail);
 }

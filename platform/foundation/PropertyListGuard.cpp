@@ -74,11 +74,11 @@ private:
     /// many, too deep, a cycle, or outside the file.
     std::int64_t expandedBytes(std::uint64_t index, int depth)
     {
-        if (index >= m_count || depth > MaxPropertyListDepth || m_sizes[index] == UnderWay)
+        if (index >= m_count || depth >= MaxPropertyListDepth || m_sizes[index] == UnderWay)
             return Hostile;
         // An object met again deeper down must not carry its own depth past the limit.
         if (m_sizes[index] != Unknown)
-            return depth + m_heights[index] <= MaxPropertyListDepth ? m_sizes[index] : Hostile;
+            return depth + m_heights[index] < MaxPropertyListDepth ? m_sizes[index] : Hostile;
         m_sizes[index] = UnderWay;
         const std::int64_t size = countBytes(index, depth);
         m_sizes[index] = size;

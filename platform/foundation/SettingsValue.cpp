@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QUrl>
 
+#include <cmath>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +22,7 @@ std::optional<QVariant> asNumber(const QString &text)
     if (isNumber && QString::number(whole) == text)
         return whole;
     const double real = text.toDouble(&isNumber);
-    if (isNumber && plainSettingsText(real) == text)
+    if (isNumber && std::isfinite(real) && plainSettingsText(real) == text)
         return real;
     return {};
 }

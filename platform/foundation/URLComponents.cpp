@@ -74,10 +74,11 @@ std::optional<URLComponents> URLComponents::fromURL(const QUrl &url)
 std::optional<QUrl> URLComponents::url() const
 {
     QUrl url;
-    if (!scheme.isEmpty())
-        url.setScheme(scheme);
-    if (!host.isEmpty())
-        url.setHost(host, QUrl::StrictMode);
+    url.setScheme(scheme);
+    url.setHost(host, QUrl::StrictMode);
+    // Asked here, because the setters that follow make the URL forget what it refused.
+    if (url.scheme().isEmpty() != scheme.isEmpty() || url.host().isEmpty() != host.isEmpty())
+        return {};
     url.setPath(path, QUrl::DecodedMode);
     QStringList texts;
     for (const URLQueryItem &item : queryItems)
