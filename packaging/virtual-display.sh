@@ -54,7 +54,8 @@ wait_until() {
 compositor_runs() { xwininfo -root -children 2>/dev/null | grep -q xcompmgr; }
 manager_runs() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
 
-xsetroot -solid '#d3dae1'
+# A ground that the compositor shows as well; set before it looks.
+hsetroot -add '#d9dfe6' -add '#c5ced7' -gradient 180 >>"$session/log" 2>&1
 start xcompmgr
 wait_until "compositor" compositor_runs
 start openbox --sm-disable

@@ -150,26 +150,28 @@ class Accessible:
         nodes = self._bus.call(self._node, ACCESSIBLE, 'GetChildren')[0]
         return [Accessible(self._bus, node) for node in nodes[:MAX_CHILDREN]]
 
-    def descendants(self, depth=MAX_DEPTH):
+    def descendants(self, shown=True, depth=MAX_DEPTH):
+        """Everything below, what is not shown only when it is asked for. The items of a closed pop-up are left out:
+        there are hundreds."""
         try:
-            children = self.children() if depth > 0 else []
+            children = self.children() if depth > 0 and self.role != 'combo box' else []
         except Gone:
             return
         for child in children:
+            if shown and not child.is_shown():
+                continue
             yield child
-            yield from child.descendants(depth - 1)
+            yield from child.descendants(shown, depth - 1)
 
     def find_all(self, role=None, name=None, shown=True):
         """All below this node of that role and name; a name may be a function that judges it."""
-        return [node for node in self.descendants() if node.matches(role, name, shown)]
+        return [node for node in self.descendants(shown) if node.matches(role, name)]
 
-    def matches(self, role, name, shown):
+    def matches(self, role, name):
         try:
             if role is not None and self.role != role:
                 return False
-            if callable(name):
-                return name(self.name) and (not shown or self.is_shown())
-            return name in (None, self.name) and (not shown or self.is_shown())
+            return bool(name(self.name)) if callable(name) else name in (None, self.name)
         except Gone:
             return False
 
@@ -186,7 +188,7 @@ class Accessible:
             for child in self.children():
                 shown = '' if child.is_shown() else ' (not shown)'
                 lines.append(f'{"  " * depth}{child.role} "{child.name}"{shown}')
-                if depth < MAX_DEPTH:
+                if depth < MAX_DEPTH and child.role != 'combo box':
                     lines += [line for line in child.dump(depth + 1).split('\n') if line]
         except Gone as gone:
             lines.append(f'{"  " * depth}({gone})')

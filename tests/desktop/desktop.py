@@ -28,6 +28,7 @@ BUS_CONFIGURATION = '''<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
   </policy>
 </busconfig>
 '''
+GROUND = '#d3dae1'
 ACCESSIBILITY_BUS = '/usr/libexec/at-spi-bus-launcher'
 INHERITED = ('PATH', 'LD_LIBRARY_PATH', 'TSAN_OPTIONS', 'ASAN_OPTIONS', 'UBSAN_OPTIONS', 'LLVM_PROFILE_FILE')
 
@@ -90,7 +91,7 @@ class Desktop:
         if not number:
             raise RuntimeError('Xvfb did not start: ' + self._processes[-1].complaints())
         self.environment['DISPLAY'] = f':{number}'
-        self._ask('xsetroot', '-solid', '#d3dae1')
+        self._ask('hsetroot', '-solid', GROUND)
 
     def _start_bus(self):
         with open(os.path.join(self.folder, 'bus.conf'), 'w', encoding='utf-8') as file:
