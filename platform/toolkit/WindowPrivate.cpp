@@ -136,18 +136,22 @@ void Window::Private::refreshFrame()
         layOut();
         q->update();
     }
-    if (!now.maximized && !now.fullScreen && !now.tiled)
+    if (now.maximized || now.fullScreen || now.tiled)
+        m_geometryToReturnTo = now.tiled ? QRect() : q->normalGeometry();
+    else
         keepFrameInPlace(look.margin);
     publishFrame();
 }
 
 void Window::Private::keepFrameInPlace(int newNormalMargin)
 {
+    // Back from a maximised state the geometry of before is still on its way here.
+    const QRect geometry = m_geometryToReturnTo.value_or(q->geometry());
+    m_geometryToReturnTo.reset();
     const int grown = newNormalMargin - m_normalMargin;
-    if (grown == 0)
-        return;
     m_normalMargin = newNormalMargin;
-    q->setGeometry(q->geometry().adjusted(-grown, -grown, grown, grown));
+    if (grown != 0 && geometry.isValid())
+        q->setGeometry(geometry.adjusted(-grown, -grown, grown, grown));
 }
 
 void Window::Private::publishFrame()

@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <optional>
+
 class EdgeGrip;
 class FrameOverlay;
 
@@ -51,5 +53,6 @@ private:
     void keepFrameInPlace(int newNormalMargin);
     void publishFrame();
 
+    std::optional<QRect> m_geometryToReturnTo; // while maximised, full screen or tiled; invalid when unknown
     int m_normalMargin = 0; // the margin that the geometry outside of maximised and tiled states includes
 };
