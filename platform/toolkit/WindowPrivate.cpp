@@ -128,6 +128,7 @@ void Window::Private::refreshFrame()
     const WindowFrame::Look newLook = WindowFrame::lookFor(now);
     titleBar->setMaximized(now.maximized);
     grip->setVisible(resizable && !now.maximized && !now.fullScreen);
+    const QRect geometry = q->geometry(); // new limits may change it
     if (newLook != look) {
         look = newLook;
         applySizeLimits();
@@ -139,19 +140,19 @@ void Window::Private::refreshFrame()
     if (now.maximized || now.fullScreen || now.tiled)
         m_geometryToReturnTo = now.tiled ? QRect() : q->normalGeometry();
     else
-        keepFrameInPlace(look.margin);
+        keepFrameInPlace(geometry);
     publishFrame();
 }
 
-void Window::Private::keepFrameInPlace(int newNormalMargin)
+void Window::Private::keepFrameInPlace(const QRect &geometry)
 {
     // Back from a maximised state the geometry of before is still on its way here.
-    const QRect geometry = m_geometryToReturnTo.value_or(q->geometry());
+    const QRect normal = m_geometryToReturnTo.value_or(geometry);
     m_geometryToReturnTo.reset();
-    const int grown = newNormalMargin - m_normalMargin;
-    m_normalMargin = newNormalMargin;
-    if (grown != 0 && geometry.isValid())
-        q->setGeometry(geometry.adjusted(-grown, -grown, grown, grown));
+    const int grown = look.margin - m_normalMargin;
+    m_normalMargin = look.margin;
+    if (grown != 0 && normal.isValid())
+        q->setGeometry(normal.adjusted(-grown, -grown, grown, grown));
 }
 
 void Window::Private::publishFrame()
