@@ -81,13 +81,20 @@ void Layer::beginFade(const Transition &transition)
         m_outgoing.append({*m_contents, m_progress});
     m_outgoing.removeIf([](const Outgoing &outgoing) { return outgoing.opacity < VisibleOpacity; });
 
-    delete m_fade;
-    m_fade = new QVariantAnimation(this);
-    m_fade->setStartValue(qreal(0));
-    m_fade->setEndValue(qreal(1));
+    if (!m_fade)
+        makeFade();
+    m_fade->stop();
     m_fade->setDuration(int(transition.duration.count()));
     m_fade->setEasingCurve(easingCurve(transition.timingFunction));
     m_progress = 0;
+    m_fade->start();
+}
+
+void Layer::makeFade()
+{
+    m_fade = new QVariantAnimation(this);
+    m_fade->setStartValue(qreal(0));
+    m_fade->setEndValue(qreal(1));
     connect(m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
         m_progress = value.toReal();
         Q_EMIT needsDisplay();
@@ -96,17 +103,12 @@ void Layer::beginFade(const Transition &transition)
         endFade();
         Q_EMIT needsDisplay();
     });
-    m_fade->start();
 }
 
 void Layer::endFade()
 {
-    if (m_fade) {
-        m_fade->disconnect(this);
+    if (m_fade)
         m_fade->stop();
-        m_fade->deleteLater();
-        m_fade = nullptr;
-    }
     m_outgoing.clear();
     m_progress = 1;
 }
@@ -116,7 +118,7 @@ void Layer::draw(QPainter &painter, const QRectF &bounds) const
     if (bounds.isEmpty())
         return;
     const bool rounded = m_masksToBounds && m_cornerRadius > 0;
-    if (rounded || m_fade)
+    if (rounded || m_progress < 1)
         painter.drawImage(bounds.topLeft(), composed(bounds.size(), painter.device()->devicePixelRatioF()));
     else if (m_contents)
         drawImage(painter, *m_contents, bounds, m_gravity);

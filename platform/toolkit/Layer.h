@@ -75,6 +75,7 @@ private:
     };
 
     void beginFade(const Transition &transition);
+    void makeFade();
     void endFade();
     QImage composed(const QSizeF &size, qreal devicePixelRatio) const;
 
@@ -83,7 +84,7 @@ private:
     qreal m_cornerRadius = 0;
     bool m_masksToBounds = false;
     QHash<QString, Transition> m_animations;
-    QVariantAnimation *m_fade = nullptr; // our child while a fade runs
-    qreal m_progress = 1;
+    QVariantAnimation *m_fade = nullptr; // our child, from the first fade on
+    qreal m_progress = 1;                // below 1 while a fade runs
     QList<Outgoing> m_outgoing;
 };
