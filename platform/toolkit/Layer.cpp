@@ -11,16 +11,25 @@ namespace
 {
 constexpr qreal VisibleOpacity = 0.02;
 
-/// Takes away what lies outside the rounded corners. A clip path would leave them jagged.
-void cutCorners(QPainter &painter, const QRectF &bounds, qreal radius)
+QImage transparentImage(const QSize &pixels, qreal devicePixelRatio)
 {
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+/// Takes away what lies outside the rounded corners. A clip path would leave them jagged.
+void cutCorners(QImage &image, qreal radius)
+{
+    const QRectF bounds(QPointF(), image.deviceIndependentSize());
     QPainterPath outside;
     outside.setFillRule(Qt::OddEvenFill);
     outside.addRect(bounds.adjusted(-1, -1, 1, 1));
     outside.addRoundedRect(bounds, radius, radius);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.setOpacity(1);
     painter.fillPath(outside, Qt::black);
 }
 } // namespace
@@ -124,23 +133,27 @@ void Layer::draw(QPainter &painter, const QRectF &bounds) const
         drawImage(painter, *m_contents, bounds, m_gravity);
 }
 
+void Layer::add(QImage &mixture, const Image &image, qreal opacity) const
+{
+    QImage part = transparentImage(mixture.size(), mixture.devicePixelRatio());
+    QPainter drawing(&part);
+    drawing.setOpacity(opacity);
+    drawImage(drawing, image, QRectF(QPointF(), mixture.deviceIndependentSize()), m_gravity);
+    drawing.end();
+    // Adding the parts up keeps two opaque pictures opaque on the way from one to the other.
+    QPainter adding(&mixture);
+    adding.setCompositionMode(QPainter::CompositionMode_Plus);
+    adding.drawImage(QPoint(), part);
+}
+
 QImage Layer::composed(const QSizeF &size, qreal devicePixelRatio) const
 {
-    QImage image((size * devicePixelRatio).toSize().expandedTo({1, 1}), QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(devicePixelRatio);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    const QRectF bounds(QPointF(), size);
-    // Adding the parts up keeps two opaque pictures opaque on the way from one to the other.
-    painter.setCompositionMode(QPainter::CompositionMode_Plus);
-    for (const Outgoing &outgoing : m_outgoing) {
-        painter.setOpacity(outgoing.opacity * (1 - m_progress));
-        drawImage(painter, outgoing.image, bounds, m_gravity);
-    }
-    painter.setOpacity(m_progress);
+    QImage image = transparentImage((size * devicePixelRatio).toSize().expandedTo({1, 1}), devicePixelRatio);
+    for (const Outgoing &outgoing : m_outgoing)
+        add(image, outgoing.image, outgoing.opacity * (1 - m_progress));
     if (m_contents)
-        drawImage(painter, *m_contents, bounds, m_gravity);
+        add(image, *m_contents, m_progress);
     if (m_masksToBounds && m_cornerRadius > 0)
-        cutCorners(painter, bounds, m_cornerRadius);
+        cutCorners(image, m_cornerRadius);
     return image;
 }

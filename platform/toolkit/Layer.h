@@ -77,6 +77,7 @@ private:
     void beginFade(const Transition &transition);
     void makeFade();
     void endFade();
+    void add(QImage &mixture, const Image &image, qreal opacity) const;
     QImage composed(const QSizeF &size, qreal devicePixelRatio) const;
 
     std::optional<Image> m_contents;

@@ -15,7 +15,8 @@ using namespace std::chrono_literals;
 namespace
 {
 /// A window with one button that counts its clicks.
-struct Scene {
+struct Scene
+{
     Scene()
     {
         window.resize(200, 100);

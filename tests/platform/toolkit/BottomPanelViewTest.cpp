@@ -11,7 +11,8 @@
 namespace
 {
 /// A view of 400 by 300 with a list, a header that keeps its place, and a panel of 100 with a button.
-struct Scene {
+struct Scene
+{
     Scene()
     {
         panel.setObjectName(QStringLiteral("detailView"));

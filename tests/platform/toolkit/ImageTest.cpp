@@ -12,8 +12,11 @@ using namespace Qt::StringLiterals;
 namespace
 {
 // Left half red, right half blue.
-constexpr auto TwoHalves = R"(<svg xmlns="http://www.w3.org/2000/svg" width="10" height="10" viewBox="0 0 10 10">
-<rect width="5" height="10" fill="#ff0000"/><rect x="5" width="5" height="10" fill="#0000ff"/></svg>)";
+constexpr auto TwoHalves =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10' viewBox='0 0 10 10'>"
+    "<rect width='5' height='10' fill='#ff0000'/>"
+    "<rect x='5' width='5' height='10' fill='#0000ff'/></svg>";
+constexpr auto FlatDrawing = "<svg xmlns='http://www.w3.org/2000/svg' width='0' height='0'/>";
 
 QByteArray pngOf(const QSize &size)
 {
@@ -81,8 +84,7 @@ void ImageTest::whatIsNoPictureGivesNothing_data()
     QTest::newRow("an empty drawing") << u"empty.svg"_s << QByteArray();
     QTest::newRow("half a drawing") << u"half.svg"_s << svg.left(svg.size() / 2);
     QTest::newRow("text for a drawing") << u"text.svg"_s << QByteArray("no drawing at all");
-    QTest::newRow("a drawing of no size")
-        << u"flat.svg"_s << QByteArray(R"(<svg xmlns="http://www.w3.org/2000/svg" width="0" height="0"/>)");
+    QTest::newRow("a drawing of no size") << u"flat.svg"_s << QByteArray(FlatDrawing);
     QTest::newRow("an empty bitmap") << u"empty.png"_s << QByteArray();
     QTest::newRow("text for a bitmap") << u"text.png"_s << QByteArray("no picture at all");
     const QByteArray png = pngOf({64, 64});
@@ -244,8 +246,9 @@ void ImageTest::unknownOrHostileNamesGiveNothing_data()
 void ImageTest::unknownOrHostileNamesGiveNothing()
 {
     QFETCH(QString, name);
-    for (const auto *file : {"hostile/secret.svg", "hostile/icons/deep/inside.svg", "hostile/icons/.hidden.svg",
-                             "hostile/icons/..\\secret.svg", "hostile/icons/SRT.svg"})
+    for (const auto *file :
+         {"hostile/secret.svg", "hostile/icons/deep/inside.svg", "hostile/icons/.hidden.svg",
+          "hostile/icons/..\\secret.svg", "hostile/icons/SRT.svg"})
         m_sandbox.writeFile(QString::fromLatin1(file), TwoHalves);
     Bundle::setMainFolder(m_sandbox.path(u"hostile"_s));
     QVERIFY(!Image::named(name));

@@ -13,7 +13,8 @@ namespace
 /// The columns that hold any ink.
 QList<int> inkedColumns(const Label &label, const QSize &size)
 {
-    const QImage image = painted(size, [&](QPainter &painter) { label.draw(painter, QRect({}, size), label.palette()); });
+    const QImage image =
+        painted(size, [&](QPainter &painter) { label.draw(painter, QRect({}, size), label.palette()); });
     QList<int> columns;
     for (int x = 0; x < size.width(); ++x) {
         for (int y = 0; y < size.height(); ++y) {
@@ -36,7 +37,9 @@ QImage drawnText(const QString &text, Qt::TextElideMode mode)
     Label label;
     label.setText(text);
     label.setElideMode(mode);
-    return painted({120, 30}, [&](QPainter &painter) { label.draw(painter, {0, 0, 120, 30}, label.palette()); });
+    return painted({120, 30}, [&](QPainter &painter) {
+        label.draw(painter, {0, 0, 120, 30}, label.palette());
+    });
 }
 } // namespace
 
@@ -128,7 +131,8 @@ void LabelTest::rightToLeftTextKeepsItsLetters()
 {
     const QString hebrew = u"\u05e9\u05dc\u05d5\u05dd 2019"_s;
     QCOMPARE(Label::singleLine(hebrew), hebrew);
-    QCOMPARE(Label::singleLine(hebrew + u"\u200f"_s), hebrew + u"\u200f"_s); // a mark that is part of good spelling
+    QCOMPARE(Label::singleLine(hebrew + u"\u200f"_s),
+             hebrew + u"\u200f"_s); // a mark that is part of good spelling
 }
 
 void LabelTest::endlessTextIsBounded()
@@ -179,7 +183,8 @@ void LabelTest::nothingIsDrawnOutsideTheRectangle()
 void LabelTest::alignmentIsThatOfTheInterface()
 {
     Label label;
-    label.setText(u"\u05e9\u05dc\u05d5\u05dd"_s); // a text from right to left stays on the left of this interface
+    label.setText(
+        u"\u05e9\u05dc\u05d5\u05dd"_s); // a text from right to left stays on the left of this interface
     QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
     label.setText(u"film"_s);
     QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
@@ -195,11 +200,13 @@ void LabelTest::rolesHaveTheirColours()
     Label label;
     label.setText(QString(30, QChar(0x2588))); // full blocks
     const auto ink = [&] {
-        const QImage image =
-            painted({60, 20}, [&](QPainter &painter) { label.draw(painter, {0, 0, 60, 20}, label.palette()); });
+        const QImage image = painted({60, 20}, [&](QPainter &painter) {
+            label.draw(painter, {0, 0, 60, 20}, label.palette());
+        });
         QColor darkest = Qt::white;
         for (int x = 0; x < 60; ++x)
-            darkest = image.pixelColor(x, 10).lightness() < darkest.lightness() ? image.pixelColor(x, 10) : darkest;
+            darkest =
+                image.pixelColor(x, 10).lightness() < darkest.lightness() ? image.pixelColor(x, 10) : darkest;
         return darkest;
     };
     QVERIFY(isNear(ink(), Qt::black, 40));

@@ -115,7 +115,12 @@ void LayerTest::roundedCornersAreCutWhenMasking()
     layer.setContents(solidImage({20, 20}, Qt::red));
     layer.setCornerRadius(6);
     layer.setMasksToBounds(true);
-    const QImage image = painted({20, 20}, [&](QPainter &painter) { layer.draw(painter, {0, 0, 20, 20}); }, 2);
+    const QImage image = painted(
+        {20, 20},
+        [&](QPainter &painter) {
+            layer.draw(painter, {0, 0, 20, 20});
+        },
+        2);
     QCOMPARE(image.pixelColor(0, 0), QColor(Qt::white));
     QCOMPARE(image.pixelColor(39, 39), QColor(Qt::white));
     QCOMPARE(image.pixelColor(20, 0), QColor(Qt::red));

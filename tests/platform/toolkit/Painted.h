@@ -8,7 +8,8 @@
 #include <functional>
 
 /// What `draw` paints on a white ground of that size in points.
-inline QImage painted(const QSize &size, const std::function<void(QPainter &)> &draw, qreal devicePixelRatio = 1)
+inline QImage painted(const QSize &size, const std::function<void(QPainter &)> &draw,
+                      qreal devicePixelRatio = 1)
 {
     QImage image(size * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(devicePixelRatio);

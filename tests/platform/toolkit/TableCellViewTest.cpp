@@ -25,7 +25,8 @@ public:
 };
 
 /// A square of 40 on the left, and beside it, in a widget of their own, two labels one above the other.
-struct Cell {
+struct Cell
+{
     Cell()
     {
         outer->setContentsMargins(10, 0, 0, 0);
@@ -125,6 +126,8 @@ void TableCellViewTest::layoutIsDoneOnceForASize()
 void TableCellViewTest::newContentsNeedNoLayout()
 {
     Cell cell;
+    cell.drawn({0, 0, 250, 80});
+    QCoreApplication::sendPostedEvents(); // of the cell's making
     cell.drawn({0, 0, 250, 80});
     const int after = cell.outer->count;
     for (int row = 0; row < 50; ++row) {
