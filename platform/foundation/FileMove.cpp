@@ -55,9 +55,7 @@ int FileMove::publish(const QByteArray &from, const QByteArray &to)
     const int renamed = m_calls.renameWithoutReplacing(from, to);
     if (!isUnsupported(renamed))
         return renamed;
-    const int linked = m_calls.link(from, to);
-    if (linked == 0)
-        return dropFirstName(from, to);
+    const int linked = publishByLink(from, to);
     return cannotLink(linked) ? publishOverOwnFile(from, to) : linked;
 }
 
@@ -74,13 +72,15 @@ int FileMove::publishFolder(const QByteArray &from, const QByteArray &to)
     return found < 0 ? found : -EEXIST;
 }
 
-/// Ends a move by a second link. Both names are the same file, so that going back loses nothing.
-int FileMove::dropFirstName(const QByteArray &first, const QByteArray &second)
+int FileMove::publishByLink(const QByteArray &from, const QByteArray &to)
 {
-    const int removed = m_calls.unlink(first);
-    if (removed < 0)
-        m_calls.unlink(second);
-    return removed;
+    const int linked = m_calls.link(from, to);
+    if (linked < 0)
+        return linked;
+    const int unlinked = m_calls.unlink(from);
+    if (unlinked < 0)
+        m_calls.unlink(to); // both names are the same file, so nothing is lost
+    return unlinked;
 }
 
 int FileMove::publishOverOwnFile(const QByteArray &from, const QByteArray &to)

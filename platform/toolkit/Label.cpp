@@ -61,8 +61,6 @@ void Label::setText(const QString &text)
         return;
     m_text = text;
     m_line = singleLine(text);
-    if (m_hugsText)
-        updateGeometry();
     update();
     if (isVisible() && QAccessible::isActive()) {
         QAccessibleEvent event(this, QAccessible::NameChanged);
@@ -86,13 +84,6 @@ void Label::setAlignment(Qt::Alignment alignment)
 {
     m_alignment = alignment;
     update();
-}
-
-void Label::setHugsText(bool hugs)
-{
-    m_hugsText = hugs;
-    setSizePolicy(hugs ? QSizePolicy::Maximum : QSizePolicy::Preferred, QSizePolicy::Fixed);
-    updateGeometry();
 }
 
 QString Label::singleLine(const QString &text)
@@ -122,8 +113,7 @@ void Label::draw(QPainter &painter, const QRect &rect, const QPalette &palette) 
 
 QSize Label::sizeHint() const
 {
-    const int width = m_hugsText ? fontMetrics().horizontalAdvance(m_line) + 1 : minimumSizeHint().width();
-    return {width, fontMetrics().height()};
+    return {minimumSizeHint().width(), fontMetrics().height()};
 }
 
 QSize Label::minimumSizeHint() const

@@ -97,16 +97,12 @@ QList<QWidget *> TitleBar::focusOrder() const
     return order + QList<QWidget *>{m_minimize, m_zoom, m_close};
 }
 
-QSize TitleBar::sizeOf(const QWidget *widget) const
+int TitleBar::placeAtEnd(QWidget *widget, int right)
 {
-    const QSize wanted = widget->sizeHint().expandedTo(widget->minimumSize());
-    return wanted.boundedTo(widget->maximumSize()).boundedTo(size());
-}
-
-void TitleBar::place(QWidget *widget, int left)
-{
-    const QSize size = sizeOf(widget);
+    const QSize size = widget->sizeHint().boundedTo({width(), height()}).expandedTo(widget->minimumSize());
+    const int left = right - size.width();
     widget->setGeometry(QRect(QPoint(left, (height() - size.height()) / 2), size));
+    return left;
 }
 
 void TitleBar::layOut()
@@ -116,24 +112,19 @@ void TitleBar::layOut()
     for (TitleBarButton *button : {m_close, m_zoom, m_minimize}) {
         if (button->isHidden())
             continue;
-        right -= sizeOf(button).width();
-        place(button, right);
-        right -= ButtonSpacing;
+        right = placeAtEnd(button, right) - ButtonSpacing;
         buttonShown = true;
     }
     if (buttonShown)
         right += ButtonSpacing - AccessorySpacing;
-    for (QWidget *view : accessoryViews(LayoutAttribute::Trailing)) {
-        right -= sizeOf(view).width();
-        place(view, right);
-        right -= ButtonSpacing;
-    }
+    for (QWidget *view : accessoryViews(LayoutAttribute::Trailing))
+        right = placeAtEnd(view, right) - ButtonSpacing;
     m_trailingStart = right;
 
     int left = EndMargin;
     for (QWidget *view : accessoryViews(LayoutAttribute::Leading)) {
-        place(view, left);
-        left += view->width() + ButtonSpacing;
+        placeAtEnd(view, left + view->sizeHint().width());
+        left = view->geometry().right() + 1 + ButtonSpacing;
     }
     m_leadingEnd = left;
     update();

@@ -51,8 +51,7 @@ protected:
 
 private:
     void layOut();
-    QSize sizeOf(const QWidget *widget) const;
-    void place(QWidget *widget, int left);
+    int placeAtEnd(QWidget *widget, int right);
     QList<QWidget *> accessoryViews(LayoutAttribute end) const;
 
     Window::TitleVisibility m_titleVisibility = Window::TitleVisibility::Visible;

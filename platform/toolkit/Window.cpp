@@ -18,8 +18,6 @@
 #include <QScreen>
 #include <QWindow>
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 
 namespace
@@ -204,9 +202,6 @@ void Window::setVisible(bool visible)
     QWidget::setVisible(visible);
     if (appears && controller)
         controller->notifyDidAppear();
-    // The last thing done: who hears of it may destroy the window.
-    if (!visible && std::exchange(d->closing, false))
-        Q_EMIT closed();
 }
 
 bool Window::event(QEvent *event)
@@ -228,7 +223,10 @@ void Window::changeEvent(QEvent *event)
 void Window::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
-    d->closing = event->isAccepted() && isVisible();
+    if (!event->isAccepted())
+        return;
+    hide();
+    Q_EMIT closed();
 }
 
 void Window::resizeEvent(QResizeEvent *)

@@ -4,8 +4,6 @@
 
 #include <QPointer>
 
-#include <optional>
-
 class EdgeGrip;
 class FrameOverlay;
 
@@ -44,16 +42,14 @@ public:
     QPointer<QWidget> contentView;
     bool fullSizeContentView = false;
     bool resizable = true;
-    bool closing = false; // the close event was accepted, the window not yet hidden
     QSize contentMinimum = ContentMinimum;
     QSize chosenContentSize;
     WindowFrame::Look look;
 
 private:
     WindowFrame::Situation situation() const;
-    void keepFrameInPlace(const QRect &geometry);
+    void keepFrameInPlace(int newNormalMargin);
     void publishFrame();
 
-    std::optional<QRect> m_geometryToReturnTo; // while maximised, full screen or tiled; invalid when unknown
     int m_normalMargin = 0; // the margin that the geometry outside of maximised and tiled states includes
 };
