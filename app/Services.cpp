@@ -8,8 +8,9 @@
 void installServices()
 {
     // A missing starter catalogue is met when it is searched, with a message.
-    const auto starter =
-        Bundle::main().pathForResource(QStringLiteral("starter"), QStringLiteral("sqlite")).value_or(QString());
+    const auto starter = Bundle::main()
+                             .pathForResource(QStringLiteral("starter"), QStringLiteral("sqlite"))
+                             .value_or(QString());
     SubtitleService::setShared(makeCatalogueSubtitleService(starter));
     MetadataService::setShared(makeCatalogueMetadataService(starter));
 }

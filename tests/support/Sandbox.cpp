@@ -19,7 +19,8 @@ QStringList lines;
 
 Sandbox::Sandbox()
 {
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "HOME"}) {
+    for (const char *name :
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "HOME"}) {
         const QString folder = path(QString::fromLatin1(name).toLower());
         QDir().mkpath(folder);
         qputenv(name, folder.toUtf8());

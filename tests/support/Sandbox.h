@@ -3,8 +3,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// A temporary home for one test process: private XDG folders, settings in a file of their own, the built resources as
-/// the main bundle, and the lines printed on standard output at hand. Make it first in the test object.
+/// A temporary home for one test process: private XDG folders, settings in a file of their own, the built
+/// resources as the main bundle, and the lines printed on standard output at hand. Make it first in the test
+/// object.
 class Sandbox final
 {
 public:
@@ -23,8 +24,10 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// Makes fatal faults of the enclosed scope observable: they throw FatalFaultCaught instead of stopping the program.
-struct FatalFaultCaught {
+/// Makes fatal faults of the enclosed scope observable: they throw FatalFaultCaught instead of stopping the
+/// program.
+struct FatalFaultCaught
+{
     QString message;
 };
 class FatalFaultTrap final
