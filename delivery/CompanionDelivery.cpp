@@ -34,8 +34,7 @@ std::optional<QUrl> replyURL(const QByteArray &path, const std::optional<Externa
     components.scheme = request ? request->urlScheme : QString();
     components.host = ReplyHost;
     auto url = components.url();
-    // A sender that is no scheme must not end as a reference without one.
-    if (!url || url->scheme() != components.scheme.toLower())
+    if (!url)
         return std::nullopt;
     QByteArray query = "filepath=" + path.toPercentEncoding("/");
     if (request)
