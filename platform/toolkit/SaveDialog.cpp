@@ -26,12 +26,24 @@ SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &fol
     setFileMode(QFileDialog::AnyFile);
     setLabelText(QFileDialog::Accept, localized(QStringLiteral("Save")));
     setLabelText(QFileDialog::Reject, localized(QStringLiteral("Cancel")));
+    setLabelText(QFileDialog::LookIn, localized(QStringLiteral("Look in:")));
+    setLabelText(QFileDialog::FileName, localized(QStringLiteral("File &name:")));
+    hideTypes();
     setDirectory(folder);
 
     m_nameField = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
     if (!m_nameField)
         fatalFault(QStringLiteral("The save sheet has no field for the name"));
     showName();
+}
+
+void SaveDialog::hideTypes()
+{
+    // There is one kind of file only: any.
+    for (const QString &part : {QStringLiteral("fileTypeLabel"), QStringLiteral("fileTypeCombo")}) {
+        if (auto *widget = findChild<QWidget *>(part))
+            widget->hide();
+    }
 }
 
 void SaveDialog::showName()

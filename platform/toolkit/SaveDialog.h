@@ -28,6 +28,7 @@ protected:
 
 private:
     QString typedPath() const;
+    void hideTypes();
     void showName();
 
     QString m_suggestedName;

@@ -1,4 +1,5 @@
 #include "AlertAnswerer.h"
+#include "GermanTexts.h"
 
 #include <platform/ErrorAlert.h>
 #include <platform/MainQueue.h>
@@ -99,6 +100,18 @@ private Q_SLOTS:
         QCOMPARE(modality, Qt::ApplicationModal);
         QCOMPARE(role, QAccessible::AlertMessage);
         QCOMPARE(buttons, 1);
+    }
+
+    void buttonSpeaksThePersonsLanguage()
+    {
+        const GermanTexts german(m_sandbox, {{u"OK"_s, u"Verstanden"_s}});
+        QString button;
+        AlertAnswerer person([&](QMessageBox &alert) {
+            button = alert.buttons().constFirst()->text();
+            alert.close();
+        });
+        showErrorAlert(errorSaying(u"Failed"_s), nullptr);
+        QCOMPARE(button, u"Verstanden"_s);
     }
 
     void personDismissesTheAlert_data()
