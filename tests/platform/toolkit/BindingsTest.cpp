@@ -84,6 +84,16 @@ private Q_SLOTS:
         QVERIFY(checkBox.isChecked());
     }
 
+    void valueThatGoesAwayIsShownAsANoAndNotStored()
+    {
+        m_model->setAnything(true);
+        QCheckBox checkBox;
+        bind(checkBox, Binding::Value, *m_model, u"anything"_s);
+        m_model->setAnything({});
+        QVERIFY(!checkBox.isChecked());
+        QCOMPARE(m_model->anything(), QVariant());
+    }
+
     void booleanAspectsReadAnyValue_data()
     {
         QTest::addColumn<QVariant>("value");

@@ -55,6 +55,7 @@ private Q_SLOTS:
         QCOMPARE(dialog->parentWidget(), m_window.get());
         QCOMPARE(dialog->acceptMode(), QFileDialog::AcceptSave);
         QVERIFY(dialog->testOption(QFileDialog::DontUseNativeDialog));
+        QVERIFY(dialog->testOption(QFileDialog::DontConfirmOverwrite));
         QVERIFY(!dialog->findChild<QComboBox *>(u"fileTypeCombo"_s)->isVisible());
     }
 

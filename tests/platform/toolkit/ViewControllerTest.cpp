@@ -31,6 +31,8 @@ public:
         auto container = std::make_unique<QWidget>();
         m_field = new QLineEdit(container.get());
         connect(m_field, &QLineEdit::editingFinished, this, [this] { *m_record += u"edit ended"_s; });
+        connect(m_field, &QObject::destroyed, this, [this] { *m_record += u"field went"_s; });
+        connect(container.get(), &QObject::destroyed, this, [this] { *m_record += u"view went"_s; });
         setView(std::move(container));
     }
     void viewDidLoad() override { *m_record += isViewLoaded() ? u"viewDidLoad"_s : u"too early"_s; }
@@ -100,6 +102,16 @@ private Q_SLOTS:
         const QPointer<QWidget> view = m_controller->view();
         m_controller.reset();
         QVERIFY(!view);
+    }
+
+    void dyingViewNoLongerReachesItsController()
+    {
+        const QPointer<QWidget> field = m_controller->view()->findChild<QLineEdit *>();
+        m_controller.reset();
+        QVERIFY(!field);
+        QCOMPARE(m_record->last(), u"destroyed"_s);
+        QVERIFY(!m_record->contains(u"field went"_s));
+        QVERIFY(!m_record->contains(u"view went"_s));
     }
 
     void controllerGoingFirstTakesItsViewAlong()
