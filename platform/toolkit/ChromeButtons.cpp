@@ -65,6 +65,11 @@ ButtonLook lookOf(const QStyleOptionButton &option, Role role)
                 : isHovered(option)       ? colors.pill
                                           : QColor(Qt::transparent),
                 checked ? text : colors.secondaryText, QFont::Medium};
+    if (role == Role::Link)
+        return {isDown(option)      ? colors.pressedPill
+                : isHovered(option) ? colors.pill
+                                    : QColor(Qt::transparent),
+                option.palette.color(QPalette::Link), QFont::Medium};
     const bool flat = option.features & QStyleOptionButton::Flat;
     if (flat && !isDown(option) && !isHovered(option) && !checked)
         return {Qt::transparent, text, QFont::Medium};

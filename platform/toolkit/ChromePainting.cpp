@@ -21,6 +21,8 @@ Role roleOf(const QWidget *widget)
         return Role::Pill;
     if (role == u"menu"_s)
         return Role::Menu;
+    if (role == u"link"_s)
+        return Role::Link;
     return role == u"box"_s ? Role::Box : Role::Plain;
 }
 

@@ -27,6 +27,7 @@ enum class Role
     Tab,
     Pill,
     Menu,
+    Link,
     Box
 };
 Role roleOf(const QWidget *widget);

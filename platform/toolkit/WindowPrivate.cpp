@@ -177,10 +177,14 @@ void Window::Private::orderFocus()
     QWidget *previous = nullptr;
     for (QWidget *widget = q->nextInFocusChain(); widget && widget != q;
          widget = widget->nextInFocusChain()) {
-        if (!titleBar->isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus)
+        // Menus and pop-ups are in the chain too, but are windows of their own.
+        const bool isContent = widget->window() == q && !titleBar->isAncestorOf(widget);
+        if (isContent && widget->focusPolicy() != Qt::NoFocus)
             previous = widget;
     }
     for (QWidget *widget : last) {
+        if (widget->window() != q)
+            continue;
         if (previous)
             QWidget::setTabOrder(previous, widget);
         previous = widget;
