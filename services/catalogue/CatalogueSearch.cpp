@@ -39,9 +39,10 @@ Result<QList<CatalogueEntry>> entriesOf(const CataloguePlace &place, const Catal
     const Result<CatalogueDatabase> database = CatalogueDatabase::open(place.path, errors);
     if (!database)
         return database.error();
+    const QString language = request.language.value_or(QString());
     if (request.video)
-        return database->entriesForVideo(request.video->size, request.video->hash, request.language);
-    return database->entriesForText(request.text, request.language);
+        return database->entriesForVideo(request.video->size, request.video->hash, language);
+    return database->entriesForText(request.text, language);
 }
 
 /// A result's own name within this service: which catalogue, and which row.
@@ -87,7 +88,7 @@ CatalogueRequest CatalogueRequest::from(const QList<Arg> &args, const VideoNames
 {
     QString size;
     QString hash;
-    CatalogueRequest request{std::nullopt, {}, {}, {}, Locale::current()};
+    CatalogueRequest request{std::nullopt, {}, std::nullopt, {}, Locale::current()};
     for (const Arg &arg : args) {
         if (arg.param == Param::byteSize)
             size = arg.value;
@@ -110,6 +111,8 @@ CatalogueRequest CatalogueRequest::from(const QList<Arg> &args, const VideoNames
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
                                      const CatalogueRequest &request)
 {
+    if (request.language && request.language->isEmpty())
+        return QueryResult{QList<SubtitlePtr>()};
     QList<RankedEntry> found;
     std::optional<Error> failure;
     for (qsizetype i = 0; i < places.size(); ++i) {

@@ -9,9 +9,9 @@ struct CatalogueRequest
 {
     std::optional<VideoHash> video;
     QString text;
-    QString language;  // three letters; empty for all
-    QString videoName; // remembered for the video; empty when unknown
-    Locale locale;     // in whose language languages are named
+    std::optional<QString> language; // three letters; nothing for all, empty for what is no language
+    QString videoName;               // remembered for the video; empty when unknown
+    Locale locale;                   // in whose language languages are named
 
     static CatalogueRequest from(const QList<Arg> &args, const VideoNames &names);
 };

@@ -46,7 +46,9 @@ std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QStr
     const auto begun = std::count_if(reading.words.begin(), reading.words.end(), isBegun);
     const bool hasWholeTitle = std::all_of(titleWords.begin(), titleWords.end(),
                                            [&](const QString &word) { return reading.words.contains(word); });
-    if (reading.demand == TitleQuery::Reading::Demand::HalfOfThem && !hasWholeTitle &&
+    // A title of one word within a longer text is a coincidence, one of several words is not.
+    const bool isNamed = hasWholeTitle && titleWords.size() > 1;
+    if (reading.demand == TitleQuery::Reading::Demand::HalfOfThem && !isNamed &&
         2 * begun <= reading.words.size())
         return std::nullopt;
     if (whole < reading.words.size())

@@ -27,8 +27,9 @@ struct Tables
             for (const QStringList &entry : entries(table))
                 codes.insert(entry[0], entry[1]);
         }
-        // Known under their ISO 639-3 names, without a two-letter code.
+        // Without a two-letter code, and named by other tags.
         tags.insert(u"zhc"_s, u"yue"_s);
+        tags.insert(u"azb"_s, u"az_IR"_s);
     }
 
     static QList<QStringList> entries(const char *table)

@@ -45,6 +45,7 @@ WorkerThread::~WorkerThread()
         forgotten.swap(m_queue->jobs);
     }
     m_queue->changed.notify_one();
+    forgotten.clear();
     if (m_thread.get_id() == std::this_thread::get_id())
         m_thread.detach();
     else

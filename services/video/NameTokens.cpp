@@ -72,21 +72,26 @@ void NameTokens::addToken(qsizetype begin, qsizetype end, const Bracket &bracket
         return;
     // Compatibility forms: full-width digits count as digits.
     const QString word = m_name.mid(begin, end - begin).normalized(QString::NormalizationForm_KC).toLower();
-    m_tokens += NameToken{begin, end, word, bracket.number, bracket.outer, bracket.isSquare, {}};
+    m_tokens += NameToken{begin, end, word, bracket.number, bracket.outer, bracket.isSquare, {}, {}};
 }
 
 /// Classes of words; two words that make one ("Blu-ray", "H.264") share the class of both together.
 void NameTokens::classify()
 {
-    for (qsizetype i = 0; i < m_tokens.size(); ++i)
-        m_tokens[i].kind = classOfWord(m_tokens[i].word);
+    for (NameToken &token : m_tokens) {
+        token.known = token.word;
+        token.kind = classOfWord(token.word);
+    }
     for (qsizetype i = 0; i + 1 < m_tokens.size(); ++i) {
         if (m_tokens[i + 1].begin - m_tokens[i].end != 1)
             continue;
-        const WordClass both = classOfWord(m_tokens[i].word + m_tokens[i + 1].word);
-        if (both.strength == WordStrength::Strong) {
-            m_tokens[i].kind = both;
-            m_tokens[i + 1].kind = both;
+        const QString joined = m_tokens[i].word + m_tokens[i + 1].word;
+        const WordClass both = classOfWord(joined);
+        if (both.strength != WordStrength::Strong)
+            continue;
+        for (NameToken *part : {&m_tokens[i], &m_tokens[i + 1]}) {
+            part->known = joined;
+            part->kind = both;
         }
     }
 }

@@ -13,6 +13,7 @@ struct NameToken
     int bracket = 0;       // the innermost pair of brackets around it, counted from 1; 0 outside
     int outerBracket = 0;  // the outermost
     bool isSquare = false; // whether those are no round ones, as groups and file data have them
+    QString known;         // the word that was looked up: of two that make one ("Blu-ray") both, joined
     WordClass kind;
 };
 

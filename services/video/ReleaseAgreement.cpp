@@ -44,7 +44,7 @@ QSet<QString> wordsOfKind(const NameTokens &name, WordKind kind)
     QSet<QString> words;
     for (qsizetype i = 0; i < name.count(); ++i) {
         if (name[i].kind.kind == kind)
-            words += name[i].word;
+            words += name[i].known;
     }
     return words;
 }
