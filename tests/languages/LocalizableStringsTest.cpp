@@ -143,6 +143,7 @@ private Q_SLOTS:
             QVERIFY2(placeholdersOf(text) == placeholdersOf(entry.key()), qPrintable(entry.key()));
             QVERIFY2(text.endsWith(u'…') == entry.key().endsWith(u'…'), qPrintable(entry.key()));
             QVERIFY2(text.count(u'\n') == entry.key().count(u'\n'), qPrintable(entry.key()));
+            QVERIFY2(text.count(u'&') == entry.key().count(u'&'), qPrintable(entry.key()));
         }
     }
 

@@ -53,8 +53,9 @@ QString joined(const QString &literals)
 
 bool looksLikeASentence(const QString &text)
 {
-    static const QRegularExpression placeholder(u"%(?:\\d\\$)?@."_s);
-    return text.contains(u'“') || placeholder.match(text).hasMatch();
+    static const QRegularExpression placeholderOrQuote(u"%(?:\\d\\$)?@|“"_s);
+    static const QRegularExpression word(u"[A-Za-z]{3}"_s);
+    return placeholderOrQuote.match(text).hasMatch() && word.match(text).hasMatch();
 }
 
 void addFiles(SourceTexts &texts, const QString &folder, const QStringList &patterns)

@@ -12,8 +12,8 @@ struct SourceTexts
     void add(const SourceTexts &other);
 };
 
-/// Of C++: shown are the literals handed to a function called "localize" or alike, and all with a "%@" or a
-/// “, which only sentences for people have.
+/// Of C++: shown are the literals handed to a function called "localize" or alike, and all words with a
+/// "%@" or a “, which only sentences for people have.
 SourceTexts textsOfCode(const QString &code);
 /// Of a scene: shown is every text not marked as untranslatable.
 SourceTexts textsOfScene(const QByteArray &scene);
