@@ -14,5 +14,6 @@ std::unique_ptr<SubtitleCellView> SubtitleCellView::fromScene()
     cell->setImageView(scene.imageView);
     cell->titleTextField = scene.titleTextField;
     cell->subtitleTextField = scene.subtitleTextField;
+    cell->ensurePolished(); // it is drawn, never shown
     return cell;
 }

@@ -113,6 +113,10 @@ QByteArray FileManager::fileSystemPath(const QUrl &url)
 
 QUrl FileManager::urlFromFileSystemPath(const QByteArray &path)
 {
+    // As the toolkit spells it, so that two URLs of one file are equal; bytes that are no text it would lose.
+    const QUrl url = QUrl::fromLocalFile(QString::fromUtf8(path));
+    if (fileSystemPath(url) == withoutTrailingSlashes(path))
+        return url;
     return QUrl::fromEncoded("file://" + path.toPercentEncoding("/"), QUrl::StrictMode);
 }
 

@@ -55,7 +55,9 @@ int FileMove::publish(const QByteArray &from, const QByteArray &to)
     const int renamed = m_calls.renameWithoutReplacing(from, to);
     if (!isUnsupported(renamed))
         return renamed;
-    const int linked = publishByLink(from, to);
+    const int linked = m_calls.link(from, to);
+    if (linked == 0)
+        return dropFirstName(from, to);
     return cannotLink(linked) ? publishOverOwnFile(from, to) : linked;
 }
 
@@ -72,15 +74,13 @@ int FileMove::publishFolder(const QByteArray &from, const QByteArray &to)
     return found < 0 ? found : -EEXIST;
 }
 
-int FileMove::publishByLink(const QByteArray &from, const QByteArray &to)
+/// Ends a move by a second link. Both names are the same file, so that going back loses nothing.
+int FileMove::dropFirstName(const QByteArray &first, const QByteArray &second)
 {
-    const int linked = m_calls.link(from, to);
-    if (linked < 0)
-        return linked;
-    const int unlinked = m_calls.unlink(from);
-    if (unlinked < 0)
-        m_calls.unlink(to); // both names are the same file, so nothing is lost
-    return unlinked;
+    const int removed = m_calls.unlink(first);
+    if (removed < 0)
+        m_calls.unlink(second);
+    return removed;
 }
 
 int FileMove::publishOverOwnFile(const QByteArray &from, const QByteArray &to)

@@ -18,7 +18,7 @@ public:
 private:
     int publish(const QByteArray &from, const QByteArray &to);
     int publishFolder(const QByteArray &from, const QByteArray &to);
-    int publishByLink(const QByteArray &from, const QByteArray &to);
+    int dropFirstName(const QByteArray &first, const QByteArray &second);
     int publishOverOwnFile(const QByteArray &from, const QByteArray &to);
     Result<void> copyAcross(const struct stat &status);
     int makeTemporary(QByteArray &name);

@@ -6,6 +6,7 @@
 #include "WindowSystem.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
@@ -37,6 +38,20 @@ const Option *as(const QStyleOption *option)
 {
     return qstyleoption_cast<const Option *>(option);
 }
+
+/// A scene gives text sizes relative to the desktop's font, as the dynamic property `relativeSize`, and says
+/// of quiet texts that their role is "secondary".
+void applySceneText(QWidget &widget)
+{
+    if (widget.property("role") == u"secondary"_s)
+        widget.setForegroundRole(QPalette::PlaceholderText);
+    const QVariant relativeSize = widget.property("relativeSize");
+    if (!relativeSize.isValid())
+        return;
+    QFont font = widget.font();
+    font.setPointSizeF(QApplication::font(&widget).pointSizeF() * relativeSize.toDouble());
+    widget.setFont(font);
+}
 } // namespace
 
 ChromeStyle::ChromeStyle() : QProxyStyle(QStyleFactory::create(u"fusion"_s)) {}
@@ -44,6 +59,7 @@ ChromeStyle::ChromeStyle() : QProxyStyle(QStyleFactory::create(u"fusion"_s)) {}
 void ChromeStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
+    applySceneText(*widget);
     if (qobject_cast<QAbstractButton *>(widget) || qobject_cast<QComboBox *>(widget) ||
         qobject_cast<QScrollBar *>(widget))
         widget->setAttribute(Qt::WA_Hover);

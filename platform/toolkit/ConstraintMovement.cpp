@@ -52,6 +52,6 @@ void ConstraintMovement::end()
 void ConstraintMovement::updateCurrentValue(const QVariant &value)
 {
     // Also called while the movement is being set up.
-    if (state() == QAbstractAnimation::Running)
+    if (state() != QAbstractAnimation::Stopped)
         m_constraint.present(value.toReal());
 }

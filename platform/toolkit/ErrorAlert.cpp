@@ -1,6 +1,7 @@
 #include "ErrorAlert.h"
 
 #include <platform/Bundle.h>
+#include <platform/MainQueue.h>
 
 #include <QMessageBox>
 #include <QPointer>
@@ -44,6 +45,7 @@ QString breakable(const QString &text)
 
 void showErrorAlert(const Error &error, QWidget *window)
 {
+    Q_ASSERT(MainQueue::isMainThread());
     // Deleted with its window when that goes while the alert is up.
     const QPointer<QMessageBox> alert = new QMessageBox(window);
     alert->setWindowTitle(QStringLiteral("Plovendix"));

@@ -61,6 +61,8 @@ void Label::setText(const QString &text)
         return;
     m_text = text;
     m_line = singleLine(text);
+    if (m_hugsText)
+        updateGeometry();
     update();
     if (isVisible() && QAccessible::isActive()) {
         QAccessibleEvent event(this, QAccessible::NameChanged);
@@ -84,6 +86,13 @@ void Label::setAlignment(Qt::Alignment alignment)
 {
     m_alignment = alignment;
     update();
+}
+
+void Label::setHugsText(bool hugs)
+{
+    m_hugsText = hugs;
+    setSizePolicy(hugs ? QSizePolicy::Maximum : QSizePolicy::Preferred, QSizePolicy::Fixed);
+    updateGeometry();
 }
 
 QString Label::singleLine(const QString &text)
@@ -113,7 +122,8 @@ void Label::draw(QPainter &painter, const QRect &rect, const QPalette &palette) 
 
 QSize Label::sizeHint() const
 {
-    return {minimumSizeHint().width(), fontMetrics().height()};
+    const int width = m_hugsText ? fontMetrics().horizontalAdvance(m_line) + 1 : minimumSizeHint().width();
+    return {width, fontMetrics().height()};
 }
 
 QSize Label::minimumSizeHint() const

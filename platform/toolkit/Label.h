@@ -3,11 +3,11 @@
 
 class QPainter;
 
-/// One line of plain text, with an ellipsis where it does not fit. Its size does not depend on its text, so
-/// that changing it costs no layout. The text is never read as markup, and may be anything: line breaks and
-/// other control characters show as spaces, and characters that reorder their surroundings do not show at
-/// all. Assistive tools read the text itself, or the accessible name where the scene gives one. Main thread
-/// only.
+/// One line of plain text, with an ellipsis where it does not fit. Unless it hugs its text its size does not
+/// depend on it, so that changing it costs no layout. The text is never read as markup, and may be anything:
+/// line breaks and other control characters show as spaces, and characters that reorder their surroundings do
+/// not show at all. Assistive tools read the text itself, or the accessible name where the scene gives one.
+/// Main thread only.
 class Label : public QWidget
 {
     Q_OBJECT
@@ -15,6 +15,8 @@ class Label : public QWidget
     Q_PROPERTY(TextRole role READ role WRITE setRole)
     Q_PROPERTY(Qt::TextElideMode elideMode READ elideMode WRITE setElideMode)
     Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
+    /// Whether the label wants to be as wide as its text, and no wider; its layout then follows the text.
+    Q_PROPERTY(bool hugsText READ hugsText WRITE setHugsText)
 
 public:
     enum class TextRole
@@ -34,6 +36,8 @@ public:
     void setElideMode(Qt::TextElideMode mode);
     Qt::Alignment alignment() const { return m_alignment; }
     void setAlignment(Qt::Alignment alignment);
+    bool hugsText() const { return m_hugsText; }
+    void setHugsText(bool hugs);
 
     /// The text as it is drawn where there is room enough: one line, of bounded length.
     static QString singleLine(const QString &text);
@@ -48,6 +52,7 @@ protected:
 private:
     QString m_text;
     QString m_line; // the text in one line
+    bool m_hugsText = false;
     TextRole m_role = TextRole::Primary;
     Qt::TextElideMode m_elideMode = Qt::ElideRight;
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;

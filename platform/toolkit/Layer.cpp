@@ -11,16 +11,25 @@ namespace
 {
 constexpr qreal VisibleOpacity = 0.02;
 
-/// Takes away what lies outside the rounded corners. A clip path would leave them jagged.
-void cutCorners(QPainter &painter, const QRectF &bounds, qreal radius)
+QImage transparentImage(const QSize &pixels, qreal devicePixelRatio)
 {
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+/// Takes away what lies outside the rounded corners. A clip path would leave them jagged.
+void cutCorners(QImage &image, qreal radius)
+{
+    const QRectF bounds(QPointF(), image.deviceIndependentSize());
     QPainterPath outside;
     outside.setFillRule(Qt::OddEvenFill);
     outside.addRect(bounds.adjusted(-1, -1, 1, 1));
     outside.addRoundedRect(bounds, radius, radius);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.setOpacity(1);
     painter.fillPath(outside, Qt::black);
 }
 } // namespace
@@ -81,13 +90,20 @@ void Layer::beginFade(const Transition &transition)
         m_outgoing.append({*m_contents, m_progress});
     m_outgoing.removeIf([](const Outgoing &outgoing) { return outgoing.opacity < VisibleOpacity; });
 
-    delete m_fade;
-    m_fade = new QVariantAnimation(this);
-    m_fade->setStartValue(qreal(0));
-    m_fade->setEndValue(qreal(1));
+    if (!m_fade)
+        makeFade();
+    m_fade->stop();
     m_fade->setDuration(int(transition.duration.count()));
     m_fade->setEasingCurve(easingCurve(transition.timingFunction));
     m_progress = 0;
+    m_fade->start();
+}
+
+void Layer::makeFade()
+{
+    m_fade = new QVariantAnimation(this);
+    m_fade->setStartValue(qreal(0));
+    m_fade->setEndValue(qreal(1));
     connect(m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
         m_progress = value.toReal();
         Q_EMIT needsDisplay();
@@ -96,17 +112,12 @@ void Layer::beginFade(const Transition &transition)
         endFade();
         Q_EMIT needsDisplay();
     });
-    m_fade->start();
 }
 
 void Layer::endFade()
 {
-    if (m_fade) {
-        m_fade->disconnect(this);
+    if (m_fade)
         m_fade->stop();
-        m_fade->deleteLater();
-        m_fade = nullptr;
-    }
     m_outgoing.clear();
     m_progress = 1;
 }
@@ -116,29 +127,33 @@ void Layer::draw(QPainter &painter, const QRectF &bounds) const
     if (bounds.isEmpty())
         return;
     const bool rounded = m_masksToBounds && m_cornerRadius > 0;
-    if (rounded || m_fade)
+    if (rounded || m_progress < 1)
         painter.drawImage(bounds.topLeft(), composed(bounds.size(), painter.device()->devicePixelRatioF()));
     else if (m_contents)
         drawImage(painter, *m_contents, bounds, m_gravity);
 }
 
+void Layer::add(QImage &mixture, const Image &image, qreal opacity) const
+{
+    QImage part = transparentImage(mixture.size(), mixture.devicePixelRatio());
+    QPainter drawing(&part);
+    drawing.setOpacity(opacity);
+    drawImage(drawing, image, QRectF(QPointF(), mixture.deviceIndependentSize()), m_gravity);
+    drawing.end();
+    // Adding the parts up keeps two opaque pictures opaque on the way from one to the other.
+    QPainter adding(&mixture);
+    adding.setCompositionMode(QPainter::CompositionMode_Plus);
+    adding.drawImage(QPoint(), part);
+}
+
 QImage Layer::composed(const QSizeF &size, qreal devicePixelRatio) const
 {
-    QImage image((size * devicePixelRatio).toSize().expandedTo({1, 1}), QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(devicePixelRatio);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    const QRectF bounds(QPointF(), size);
-    // Adding the parts up keeps two opaque pictures opaque on the way from one to the other.
-    painter.setCompositionMode(QPainter::CompositionMode_Plus);
-    for (const Outgoing &outgoing : m_outgoing) {
-        painter.setOpacity(outgoing.opacity * (1 - m_progress));
-        drawImage(painter, outgoing.image, bounds, m_gravity);
-    }
-    painter.setOpacity(m_progress);
+    QImage image = transparentImage((size * devicePixelRatio).toSize().expandedTo({1, 1}), devicePixelRatio);
+    for (const Outgoing &outgoing : m_outgoing)
+        add(image, outgoing.image, outgoing.opacity * (1 - m_progress));
     if (m_contents)
-        drawImage(painter, *m_contents, bounds, m_gravity);
+        add(image, *m_contents, m_progress);
     if (m_masksToBounds && m_cornerRadius > 0)
-        cutCorners(painter, bounds, m_cornerRadius);
+        cutCorners(image, m_cornerRadius);
     return image;
 }

@@ -75,7 +75,9 @@ private:
     };
 
     void beginFade(const Transition &transition);
+    void makeFade();
     void endFade();
+    void add(QImage &mixture, const Image &image, qreal opacity) const;
     QImage composed(const QSizeF &size, qreal devicePixelRatio) const;
 
     std::optional<Image> m_contents;
@@ -83,7 +85,7 @@ private:
     qreal m_cornerRadius = 0;
     bool m_masksToBounds = false;
     QHash<QString, Transition> m_animations;
-    QVariantAnimation *m_fade = nullptr; // our child while a fade runs
-    qreal m_progress = 1;
+    QVariantAnimation *m_fade = nullptr; // our child, from the first fade on
+    qreal m_progress = 1;                // below 1 while a fade runs
     QList<Outgoing> m_outgoing;
 };

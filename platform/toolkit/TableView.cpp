@@ -19,7 +19,13 @@ constexpr int ScrollStepPoints = 30;
 class TableView::Private
 {
 public:
-    explicit Private(TableView *table) : model(new Model(table)), painter(new Painter(table)) {}
+    explicit Private(TableView *table)
+        : model(new Model(table)),
+          painter(new Painter(table)),
+          aboveScrollBar(new QWidget(table)),
+          belowScrollBar(new QWidget(table))
+    {
+    }
 
     Model *model;
     Painter *painter;
@@ -28,6 +34,8 @@ public:
     QString cellStoryboard;
     QHash<QString, TableCellView *> cells; // children of the table
     QMargins contentInsets;
+    QWidget *aboveScrollBar; // spacers that keep the scroll bar
+    QWidget *belowScrollBar; // between the insets
     bool keepsQuiet = false; // while a reload takes the selection along
 };
 
@@ -41,6 +49,9 @@ TableView::TableView(QWidget *parent) : QListView(parent), d(std::make_unique<Pr
     setVerticalScrollMode(ScrollPerPixel);
     verticalScrollBar()->setSingleStep(ScrollStepPoints);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    addScrollBarWidget(d->aboveScrollBar, Qt::AlignTop);
+    addScrollBarWidget(d->belowScrollBar, Qt::AlignBottom);
+    setContentInsets({});
     setFrameShape(NoFrame);
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
@@ -154,6 +165,8 @@ QMargins TableView::contentInsets() const
 void TableView::setContentInsets(const QMargins &insets)
 {
     d->contentInsets = insets;
+    d->aboveScrollBar->setFixedHeight(insets.top());
+    d->belowScrollBar->setFixedHeight(insets.bottom());
     setViewportMargins(insets);
 }
 

@@ -97,12 +97,16 @@ QList<QWidget *> TitleBar::focusOrder() const
     return order + QList<QWidget *>{m_minimize, m_zoom, m_close};
 }
 
-int TitleBar::placeAtEnd(QWidget *widget, int right)
+QSize TitleBar::sizeOf(const QWidget *widget) const
 {
-    const QSize size = widget->sizeHint().boundedTo({width(), height()}).expandedTo(widget->minimumSize());
-    const int left = right - size.width();
+    const QSize wanted = widget->sizeHint().expandedTo(widget->minimumSize());
+    return wanted.boundedTo(widget->maximumSize()).boundedTo(size());
+}
+
+void TitleBar::place(QWidget *widget, int left)
+{
+    const QSize size = sizeOf(widget);
     widget->setGeometry(QRect(QPoint(left, (height() - size.height()) / 2), size));
-    return left;
 }
 
 void TitleBar::layOut()
@@ -112,19 +116,24 @@ void TitleBar::layOut()
     for (TitleBarButton *button : {m_close, m_zoom, m_minimize}) {
         if (button->isHidden())
             continue;
-        right = placeAtEnd(button, right) - ButtonSpacing;
+        right -= sizeOf(button).width();
+        place(button, right);
+        right -= ButtonSpacing;
         buttonShown = true;
     }
     if (buttonShown)
         right += ButtonSpacing - AccessorySpacing;
-    for (QWidget *view : accessoryViews(LayoutAttribute::Trailing))
-        right = placeAtEnd(view, right) - ButtonSpacing;
+    for (QWidget *view : accessoryViews(LayoutAttribute::Trailing)) {
+        right -= sizeOf(view).width();
+        place(view, right);
+        right -= ButtonSpacing;
+    }
     m_trailingStart = right;
 
     int left = EndMargin;
     for (QWidget *view : accessoryViews(LayoutAttribute::Leading)) {
-        placeAtEnd(view, left + view->sizeHint().width());
-        left = view->geometry().right() + 1 + ButtonSpacing;
+        place(view, left);
+        left += view->width() + ButtonSpacing;
     }
     m_leadingEnd = left;
     update();

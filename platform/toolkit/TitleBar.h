@@ -51,7 +51,8 @@ protected:
 
 private:
     void layOut();
-    int placeAtEnd(QWidget *widget, int right);
+    QSize sizeOf(const QWidget *widget) const;
+    void place(QWidget *widget, int left);
     QList<QWidget *> accessoryViews(LayoutAttribute end) const;
 
     Window::TitleVisibility m_titleVisibility = Window::TitleVisibility::Visible;

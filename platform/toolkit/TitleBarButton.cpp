@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qreal GlyphHalf = 3.5;
+constexpr qreal GlyphHalf = 3.25;
 constexpr qreal GlyphPen = 1.5;
 constexpr qreal FocusPen = 2;
 

@@ -26,6 +26,7 @@ ViewController::~ViewController()
 
 QWidget *ViewController::view()
 {
+    Q_ASSERT(MainQueue::isMainThread());
     if (isViewLoaded() || m_loadingView)
         return m_keeper ? m_keeper->view() : nullptr;
     {
@@ -59,7 +60,8 @@ void ViewController::setTitle(const QString &title)
     if (m_title == title)
         return;
     m_title = title;
-    Q_EMIT titleChanged(title);
+    // A derived class may have a title of its own whatever is set.
+    Q_EMIT titleChanged(this->title());
 }
 
 void ViewController::loadView()
@@ -93,8 +95,15 @@ void ViewController::beginModalPresentation(const std::shared_ptr<ViewController
     connect(qApp, &QCoreApplication::aboutToQuit, modalWindow, [this] { dismissController(); });
     connect(modalWindow, &Window::closed, this, [this] { dismissController(); });
 
+    // The size the scene gave the view, which the window would overwrite.
+    const QSize contentSize = view()->testAttribute(Qt::WA_Resized) ? view()->size() : view()->sizeHint();
     modalWindow->setContentViewController(shared_from_this());
+    if (contentSize.isValid())
+        modalWindow->setContentSize(contentSize);
     modalWindow->setWindowModality(Qt::ApplicationModal);
+    // Minimised it would block the program unseen.
+    modalWindow->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
+    modalWindow->setStandardButtonHidden(Window::StandardButton::Zoom, true);
     Window *presenterWindow = presenter ? presenter->window() : nullptr;
     if (presenterWindow && presenterWindow->windowHandle()) {
         modalWindow->winId();

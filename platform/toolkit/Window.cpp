@@ -18,6 +18,8 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -202,6 +204,9 @@ void Window::setVisible(bool visible)
     QWidget::setVisible(visible);
     if (appears && controller)
         controller->notifyDidAppear();
+    // The last thing done: who hears of it may destroy the window.
+    if (!visible && std::exchange(d->closing, false))
+        Q_EMIT closed();
 }
 
 bool Window::event(QEvent *event)
@@ -223,10 +228,7 @@ void Window::changeEvent(QEvent *event)
 void Window::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
-    if (!event->isAccepted())
-        return;
-    hide();
-    Q_EMIT closed();
+    d->closing = event->isAccepted() && isVisible();
 }
 
 void Window::resizeEvent(QResizeEvent *)

@@ -128,6 +128,7 @@ void Window::Private::refreshFrame()
     const WindowFrame::Look newLook = WindowFrame::lookFor(now);
     titleBar->setMaximized(now.maximized);
     grip->setVisible(resizable && !now.maximized && !now.fullScreen);
+    const QRect geometry = q->geometry(); // new limits may change it
     if (newLook != look) {
         look = newLook;
         applySizeLimits();
@@ -136,18 +137,22 @@ void Window::Private::refreshFrame()
         layOut();
         q->update();
     }
-    if (!now.maximized && !now.fullScreen && !now.tiled)
-        keepFrameInPlace(look.margin);
+    if (now.maximized || now.fullScreen || now.tiled)
+        m_geometryToReturnTo = now.tiled ? QRect() : q->normalGeometry();
+    else
+        keepFrameInPlace(geometry);
     publishFrame();
 }
 
-void Window::Private::keepFrameInPlace(int newNormalMargin)
+void Window::Private::keepFrameInPlace(const QRect &geometry)
 {
-    const int grown = newNormalMargin - m_normalMargin;
-    if (grown == 0)
-        return;
-    m_normalMargin = newNormalMargin;
-    q->setGeometry(q->geometry().adjusted(-grown, -grown, grown, grown));
+    // Back from a maximised state the geometry of before is still on its way here.
+    const QRect normal = m_geometryToReturnTo.value_or(geometry);
+    m_geometryToReturnTo.reset();
+    const int grown = look.margin - m_normalMargin;
+    m_normalMargin = look.margin;
+    if (grown != 0 && normal.isValid())
+        q->setGeometry(normal.adjusted(-grown, -grown, grown, grown));
 }
 
 void Window::Private::publishFrame()

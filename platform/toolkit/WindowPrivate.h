@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <optional>
+
 class EdgeGrip;
 class FrameOverlay;
 
@@ -42,14 +44,16 @@ public:
     QPointer<QWidget> contentView;
     bool fullSizeContentView = false;
     bool resizable = true;
+    bool closing = false; // the close event was accepted, the window not yet hidden
     QSize contentMinimum = ContentMinimum;
     QSize chosenContentSize;
     WindowFrame::Look look;
 
 private:
     WindowFrame::Situation situation() const;
-    void keepFrameInPlace(int newNormalMargin);
+    void keepFrameInPlace(const QRect &geometry);
     void publishFrame();
 
+    std::optional<QRect> m_geometryToReturnTo; // while maximised, full screen or tiled; invalid when unknown
     int m_normalMargin = 0; // the margin that the geometry outside of maximised and tiled states includes
 };

@@ -67,6 +67,17 @@ private Q_SLOTS:
         QTRY_COMPARE(m_panel->appearances(), 1);
     }
 
+    void windowHasTheSizeOfTheViewAndOnlyAnEnd()
+    {
+        m_panel->view()->resize(420, 260);
+        m_presenter->presentViewControllerAsModalWindow(m_panel);
+        const Window *window = m_panel->window();
+        QCOMPARE(window->contentSize(), QSize(420, 260));
+        QVERIFY(window->isStandardButtonHidden(Window::StandardButton::Miniaturize));
+        QVERIFY(window->isStandardButtonHidden(Window::StandardButton::Zoom));
+        QVERIFY(!window->isStandardButtonHidden(Window::StandardButton::Close));
+    }
+
     void dismissalClosesTheWindowAndForgetsThePresenter()
     {
         m_presenter->presentViewControllerAsModalWindow(m_panel);

@@ -97,6 +97,19 @@ private Q_SLOTS:
         QCOMPARE(changes[0][0].toString(), u"Results"_s);
     }
 
+    void titleOfTheClassStandsWhateverIsSet()
+    {
+        struct General : ViewController
+        {
+            QString title() const override { return u"General"_s; }
+        };
+        const auto controller = ViewController::make<General>();
+        QSignalSpy changes(controller.get(), &ViewController::titleChanged);
+        controller->setTitle(u"Other"_s);
+        QCOMPARE(controller->title(), u"General"_s);
+        QCOMPARE(changes.value(0).value(0).toString(), u"General"_s);
+    }
+
     void unadoptedViewGoesWithItsController()
     {
         const QPointer<QWidget> view = m_controller->view();

@@ -1,0 +1,397 @@
+#include "Painted.h"
+
+#include <platform/Animator.h>
+#include <platform/ImageView.h>
+#include <platform/LayoutConstraint.h>
+
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+#include <QVariantAnimation>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+/// A window with one button that counts its clicks.
+struct Scene
+{
+    Scene()
+    {
+        window.resize(200, 100);
+        button.setGeometry(20, 20, 100, 40);
+        QObject::connect(&button, &QPushButton::clicked, &window, [this] { ++clicks; });
+        window.show();
+    }
+
+    QWidget window;
+    QPushButton button{QStringLiteral("Cancel"), &window};
+    int clicks = 0;
+};
+
+QVariantAnimation *runningAnimation(QObject &below)
+{
+    const auto all = below.findChildren<QVariantAnimation *>();
+    for (auto *animation : all) {
+        if (animation->state() == QAbstractAnimation::Running)
+            return animation;
+    }
+    return nullptr;
+}
+} // namespace
+
+class AnimatorTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { Animator::setReducedMotion(false); }
+    void cleanup() { Animator::setReducedMotion(std::nullopt); }
+
+    void hiddenStateIsTheNewOneAtOnce();
+    void aViewThatFadesOutTakesNoClicks();
+    void aViewThatFadesInTakesClicks();
+    void hidingFadesTheOldLookAway();
+    void aFadeTurnedBackEndsInTheLastState();
+    void sameStateStartsNothing();
+    void aViewThatIsNotOnScreenChangesAtOnce();
+    void reducedMotionHidesAtOnce();
+    void viewMayGoDuringAFade();
+    void windowMayGoDuringAFade();
+    void aViewInALayoutFadesAtItsPlace();
+
+    void imageFades();
+    void imageChangesAtOnceWithReducedMotion();
+
+    void constantIsTheNewOneAtOnce();
+    void constraintMovesMonotonously();
+    void movementGoesOnFromWhereItIs();
+    void completionRunsOnceWhenTheMovementHasEnded();
+    void completionRunsOnceWhenALaterMovementTookOver();
+    void completionRunsWhenTheConstantIsSetOutright();
+    void completionMayStartTheNextMovement();
+    void reducedMotionMovesAtOnceWithItsCompletion();
+    void noDurationMovesAtOnce();
+    void constraintMayGoDuringAMovement();
+    void constraintMayGoInItsCompletion();
+    void changesAreToldOnce();
+    void preferenceCanBeSetForTests();
+};
+
+void AnimatorTest::hiddenStateIsTheNewOneAtOnce()
+{
+    Scene scene;
+    Animator::setHidden(scene.button, true);
+    QVERIFY(scene.button.isHidden());
+    Animator::setHidden(scene.button, false);
+    QVERIFY(!scene.button.isHidden());
+    QVERIFY(scene.button.isVisible());
+}
+
+void AnimatorTest::aViewThatFadesOutTakesNoClicks()
+{
+    Scene scene;
+    const QPoint middle = scene.button.geometry().center();
+    Animator::setHidden(scene.button, true);
+    QVERIFY(runningAnimation(scene.window));
+    QCOMPARE(scene.window.childAt(middle), nullptr); // what still shows there takes nothing
+    QTest::mouseClick(&scene.window, Qt::LeftButton, {}, middle);
+    QTest::mouseClick(scene.window.windowHandle(), Qt::LeftButton, {}, middle);
+    QCOMPARE(scene.clicks, 0);
+}
+
+void AnimatorTest::aViewThatFadesInTakesClicks()
+{
+    Scene scene;
+    scene.button.hide();
+    const QPoint middle = scene.button.geometry().center();
+    Animator::setHidden(scene.button, false);
+    QVERIFY(runningAnimation(scene.window));
+    QCOMPARE(scene.window.childAt(middle), &scene.button);
+    QTest::mouseClick(scene.window.windowHandle(), Qt::LeftButton, {}, middle);
+    QCOMPARE(scene.clicks, 1);
+}
+
+void AnimatorTest::hidingFadesTheOldLookAway()
+{
+    QWidget window;
+    window.resize(60, 60);
+    window.setPalette(QPalette(Qt::white));
+    ImageView square(&window);
+    square.setGeometry(10, 10, 40, 40);
+    square.setImage(solidImage({40, 40}, Qt::red));
+    window.show();
+    const QColor ground = window.grab().toImage().pixelColor(2, 2);
+
+    Animator::setHidden(square, true);
+    QCOMPARE(window.grab().toImage().pixelColor(30, 30), QColor(Qt::red));
+    auto *fade = runningAnimation(window);
+    QVERIFY(fade);
+    QCOMPARE(fade->duration(), 250);
+    fade->pause();
+    fade->setCurrentTime(125);
+    const QColor halfway = window.grab().toImage().pixelColor(30, 30);
+    QVERIFY(isNear(halfway, QColor((255 + ground.red()) / 2, ground.green() / 2, ground.blue() / 2)));
+    fade->resume();
+    QTRY_COMPARE(window.grab().toImage().pixelColor(30, 30), ground);
+    QTRY_VERIFY(!window.findChild<QVariantAnimation *>()); // nothing stays behind
+}
+
+void AnimatorTest::aFadeTurnedBackEndsInTheLastState()
+{
+    Scene scene;
+    Animator::setHidden(scene.button, true);
+    Animator::setHidden(scene.button, false);
+    Animator::setHidden(scene.button, true);
+    QVERIFY(scene.button.isHidden());
+    QTRY_VERIFY(!runningAnimation(scene.window));
+    QVERIFY(scene.button.isHidden());
+}
+
+void AnimatorTest::sameStateStartsNothing()
+{
+    Scene scene;
+    Animator::setHidden(scene.button, false);
+    QVERIFY(!runningAnimation(scene.window));
+    QVERIFY(scene.button.isVisible());
+}
+
+void AnimatorTest::aViewThatIsNotOnScreenChangesAtOnce()
+{
+    QWidget window;
+    QPushButton button(&window);
+    Animator::setHidden(button, true);
+    QVERIFY(button.isHidden());
+    QVERIFY(!runningAnimation(window));
+    window.show();
+    QVERIFY(!button.isVisible());
+    Animator::setHidden(button, false);
+    QVERIFY(button.isVisible());
+}
+
+void AnimatorTest::reducedMotionHidesAtOnce()
+{
+    Animator::setReducedMotion(true);
+    Scene scene;
+    Animator::setHidden(scene.button, true);
+    QVERIFY(scene.button.isHidden());
+    QVERIFY(!runningAnimation(scene.window));
+}
+
+void AnimatorTest::viewMayGoDuringAFade()
+{
+    QWidget window;
+    window.resize(100, 100);
+    auto button = std::make_unique<QPushButton>(&window);
+    window.show();
+    Animator::setHidden(*button, true);
+    QVERIFY(runningAnimation(window));
+    button.reset();
+    QTRY_VERIFY(!window.findChild<QVariantAnimation *>());
+}
+
+void AnimatorTest::windowMayGoDuringAFade()
+{
+    auto scene = std::make_unique<Scene>();
+    Animator::setHidden(scene->button, true);
+    const QPointer<QVariantAnimation> fade = runningAnimation(scene->window);
+    QVERIFY(fade);
+    scene.reset();
+    QVERIFY(!fade);
+}
+
+void AnimatorTest::aViewInALayoutFadesAtItsPlace()
+{
+    QWidget window;
+    QVBoxLayout layout(&window);
+    QPushButton above(QStringLiteral("Above"));
+    QPushButton below(QStringLiteral("Below"));
+    layout.addWidget(&above);
+    layout.addWidget(&below);
+    window.resize(200, 200);
+    window.show();
+    Animator::setHidden(above, true);
+    Animator::setHidden(above, false);
+    QVERIFY(above.geometry().bottom() < below.geometry().top());
+    QCOMPARE(layout.count(), 2);
+}
+
+void AnimatorTest::imageFades()
+{
+    ImageView view;
+    view.setWantsLayer(true);
+    view.setImage(solidImage({10, 10}, Qt::red));
+    Animator::setImage(view, std::nullopt);
+    QVERIFY(!view.image());
+    QCOMPARE(view.layer()->fadeProgress(), 0.0);
+    QTRY_COMPARE(view.layer()->fadeProgress(), 1.0);
+}
+
+void AnimatorTest::imageChangesAtOnceWithReducedMotion()
+{
+    Animator::setReducedMotion(true);
+    ImageView view;
+    const Image image = solidImage({10, 10}, Qt::red);
+    Animator::setImage(view, image);
+    QVERIFY(view.image() == image);
+    QVERIFY(view.layer()->contents() == image);
+    QCOMPARE(view.layer()->fadeProgress(), 1.0);
+}
+
+void AnimatorTest::constantIsTheNewOneAtOnce()
+{
+    LayoutConstraint constraint;
+    constraint.setConstant(-168);
+    Animator::setConstant(constraint, 0);
+    QCOMPARE(constraint.constant(), 0.0);
+    QCOMPARE(constraint.presentedConstant(), -168.0);
+    QTRY_COMPARE(constraint.presentedConstant(), 0.0);
+}
+
+void AnimatorTest::constraintMovesMonotonously()
+{
+    LayoutConstraint constraint;
+    qreal last = 0;
+    bool forwards = true;
+    connect(&constraint, &LayoutConstraint::presentedConstantChanged, &constraint, [&](qreal shown) {
+        forwards = forwards && shown < last && shown >= -168;
+        last = shown;
+    });
+    Animator::setConstant(constraint, -168);
+    QTRY_COMPARE(constraint.presentedConstant(), -168.0);
+    QVERIFY(forwards);
+}
+
+void AnimatorTest::movementGoesOnFromWhereItIs()
+{
+    LayoutConstraint constraint;
+    Animator::setConstant(constraint, 100);
+    auto *movement = runningAnimation(constraint);
+    QVERIFY(movement);
+    QCOMPARE(movement->duration(), 250);
+    movement->setCurrentTime(125);
+    QVERIFY(qAbs(constraint.presentedConstant() - 50) < 1);
+    Animator::setConstant(constraint, 0);
+    QCOMPARE(constraint.constant(), 0.0);
+    QVERIFY(qAbs(constraint.presentedConstant() - 50) < 1);
+    QTRY_COMPARE(constraint.presentedConstant(), 0.0);
+}
+
+void AnimatorTest::completionRunsOnceWhenTheMovementHasEnded()
+{
+    LayoutConstraint constraint;
+    int completions = 0;
+    qreal shown = -1;
+    Animator::setConstant(constraint, 10, 20ms, [&] {
+        ++completions;
+        shown = constraint.presentedConstant();
+    });
+    QCOMPARE(completions, 0);
+    QTRY_COMPARE(completions, 1);
+    QCOMPARE(shown, 10.0);
+    QTRY_VERIFY(!constraint.findChild<QVariantAnimation *>());
+    QCOMPARE(completions, 1);
+}
+
+void AnimatorTest::completionRunsOnceWhenALaterMovementTookOver()
+{
+    LayoutConstraint constraint;
+    QStringList ended;
+    Animator::setConstant(constraint, 10, 1000ms, [&] { ended += QStringLiteral("first"); });
+    Animator::setConstant(constraint, 0, 20ms, [&] { ended += QStringLiteral("second"); });
+    QCOMPARE(ended, QStringList{QStringLiteral("first")});
+    QTRY_COMPARE(ended, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+    QCOMPARE(constraint.presentedConstant(), 0.0);
+}
+
+void AnimatorTest::completionRunsWhenTheConstantIsSetOutright()
+{
+    LayoutConstraint constraint;
+    int completions = 0;
+    Animator::setConstant(constraint, 10, 1000ms, [&] { ++completions; });
+    constraint.setConstant(5);
+    QCOMPARE(completions, 1);
+    QCOMPARE(constraint.constant(), 5.0);
+    QCOMPARE(constraint.presentedConstant(), 5.0);
+    QVERIFY(!runningAnimation(constraint));
+}
+
+void AnimatorTest::completionMayStartTheNextMovement()
+{
+    LayoutConstraint constraint;
+    int completions = 0;
+    Animator::setConstant(constraint, 10, 10ms, [&] {
+        ++completions;
+        Animator::setConstant(constraint, 20, 10ms, [&] { ++completions; });
+    });
+    QTRY_COMPARE(completions, 2);
+    QCOMPARE(constraint.presentedConstant(), 20.0);
+}
+
+void AnimatorTest::reducedMotionMovesAtOnceWithItsCompletion()
+{
+    Animator::setReducedMotion(true);
+    LayoutConstraint constraint;
+    int completions = 0;
+    Animator::setConstant(constraint, -168, Animator::DefaultDuration, [&] { ++completions; });
+    QCOMPARE(completions, 1);
+    QCOMPARE(constraint.presentedConstant(), -168.0);
+    Animator::setConstant(constraint, 0);
+    QCOMPARE(constraint.presentedConstant(), 0.0);
+}
+
+void AnimatorTest::noDurationMovesAtOnce()
+{
+    LayoutConstraint constraint;
+    int completions = 0;
+    Animator::setConstant(constraint, 7, 0ms, [&] { ++completions; });
+    QCOMPARE(constraint.presentedConstant(), 7.0);
+    QCOMPARE(completions, 1);
+}
+
+void AnimatorTest::constraintMayGoDuringAMovement()
+{
+    auto constraint = std::make_unique<LayoutConstraint>();
+    int completions = 0;
+    Animator::setConstant(*constraint, 10, 10ms, [&] { ++completions; });
+    const QPointer<QVariantAnimation> movement = runningAnimation(*constraint);
+    QVERIFY(movement);
+    constraint.reset();
+    QVERIFY(!movement);
+    QCOMPARE(completions, 0);
+}
+
+void AnimatorTest::constraintMayGoInItsCompletion()
+{
+    auto *constraint = new LayoutConstraint;
+    const QPointer<LayoutConstraint> watched = constraint;
+    Animator::setConstant(*constraint, 10, 1000ms, [&] { delete watched.data(); });
+    constraint->setConstant(3);
+    QVERIFY(!watched);
+}
+
+void AnimatorTest::changesAreToldOnce()
+{
+    LayoutConstraint constraint;
+    QSignalSpy targets(&constraint, &LayoutConstraint::constantChanged);
+    QSignalSpy shown(&constraint, &LayoutConstraint::presentedConstantChanged);
+    constraint.setConstant(4);
+    constraint.setConstant(4);
+    QCOMPARE(targets.count(), 1);
+    QCOMPARE(shown.count(), 1);
+    Animator::setConstant(constraint, 0);
+    QCOMPARE(targets.count(), 2);
+    QTRY_COMPARE(constraint.presentedConstant(), 0.0);
+    QCOMPARE(targets.count(), 2);
+}
+
+void AnimatorTest::preferenceCanBeSetForTests()
+{
+    QVERIFY(!Animator::prefersReducedMotion());
+    Animator::setReducedMotion(true);
+    QVERIFY(Animator::prefersReducedMotion());
+}
+
+QTEST_MAIN(AnimatorTest)
+#include "AnimatorTest.moc"

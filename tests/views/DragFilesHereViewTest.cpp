@@ -1,0 +1,324 @@
+#include "DropFixture.h"
+
+#include <support/Sandbox.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString FileType = u"text/uri-list"_s;
+
+QMimeData *plainText()
+{
+    static QMimeData text;
+    text.setText(u"just a text"_s);
+    return &text;
+}
+
+/// A view in a window whose content controller takes files.
+struct Scene
+{
+    Scene()
+    {
+        window.setContentViewController(controller);
+        view = new DragFilesHereView(controller->view());
+        view->resize(100, 80);
+        window.show();
+    }
+
+    std::shared_ptr<ReceivingController> controller = ViewController::make<ReceivingController>();
+    Window window;
+    DragFilesHereView *view;
+};
+
+bool isOutlined(DragFilesHereView &view)
+{
+    const QImage image = view.grab().toImage();
+    const QColor outline = view.palette().color(QPalette::Active, QPalette::Highlight);
+    const int right = view.width() - 1;
+    const int bottom = view.height() - 1;
+    for (const QPoint &point : {QPoint(0, 0), QPoint(3, 40), QPoint(right, bottom), QPoint(right - 3, 40),
+                                QPoint(50, 3), QPoint(50, bottom - 3)}) {
+        if (image.pixelColor(point) != outline)
+            return false;
+    }
+    // Four points wide, and nothing is filled.
+    return image.pixelColor(4, 40) != outline && image.pixelColor(50, 40) != outline;
+}
+} // namespace
+
+class DragFilesHereViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_sandbox.clearPrintedLines(); }
+
+    void startsIdleWithTheOneType();
+    void viewFromCodeRegistersTwice();
+    void viewFromASceneRegistersOnce();
+    void subviewsTakeNoDragsTwoLevelsDeep();
+    void awakesBeforeItFirstShows();
+    void acceptanceLooksAtTheTypesAlone_data();
+    void acceptanceLooksAtTheTypesAlone();
+    void enteringAcceptsFilesAndOutlines();
+    void plainTextIsRefusedWithoutAnOutline();
+    void refusedDragEndsAnOutline();
+    void leavingPrintsTheSameWordAndClearsTheOutline();
+    void firstOfThreeFilesIsSearchedFor();
+    void whatIsDroppedIsJudgedByTheSearch_data();
+    void whatIsDroppedIsJudgedByTheSearch();
+    void unreadablePasteboardIsRefused_data();
+    void unreadablePasteboardIsRefused();
+    void dropWithoutAWindowIsTaken();
+    void dropOnAnotherControllerIsTaken();
+    void outlineGoesBeforeTheSearch();
+    void dragsArriveAsEvents();
+    void refusedDragsAreRefusedAsEvents();
+
+private:
+    Sandbox m_sandbox;
+};
+
+void DragFilesHereViewTest::startsIdleWithTheOneType()
+{
+    const DragFilesHereView view;
+    QCOMPARE(view.acceptableTypes, QStringList{FileType});
+    QCOMPARE(view.isReceivingDrag, false);
+    QCOMPARE(DragFilesHereView::fileURLType(), FileType);
+    QCOMPARE(&DragFilesHereView::fileURLType(), &DragFilesHereView::fileURLType()); // made once
+}
+
+void DragFilesHereViewTest::viewFromCodeRegistersTwice()
+{
+    const DragFilesHereView view(QRect(10, 20, 100, 80));
+    QCOMPARE(view.geometry(), QRect(10, 20, 100, 80));
+    QCOMPARE(view.registrationCount(), 2);
+    QCOMPARE(view.registeredDraggedTypes(), QStringList{FileType});
+    QVERIFY(view.acceptDrops());
+}
+
+void DragFilesHereViewTest::viewFromASceneRegistersOnce()
+{
+    QWidget scene;
+    const DragFilesHereView view(&scene);
+    QCOMPARE(view.registrationCount(), 1);
+    QCOMPARE(view.registeredDraggedTypes(), QStringList{FileType});
+    QVERIFY(view.acceptDrops());
+}
+
+void DragFilesHereViewTest::subviewsTakeNoDragsTwoLevelsDeep()
+{
+    DragFilesHereView view;
+    QWidget child(&view);
+    QWidget grandchild(&child);
+    QWidget deeper(&grandchild);
+    for (QWidget *subview : {&child, &grandchild, &deeper})
+        subview->setAcceptDrops(true);
+    view.awakeFromNib();
+    QVERIFY(view.acceptDrops());
+    QVERIFY(!child.acceptDrops());
+    QVERIFY(!grandchild.acceptDrops());
+    QVERIFY(deeper.acceptDrops());
+}
+
+void DragFilesHereViewTest::awakesBeforeItFirstShows()
+{
+    DragFilesHereView view;
+    QWidget child(&view);
+    child.setAcceptDrops(true);
+    view.show();
+    QVERIFY(!child.acceptDrops());
+    child.setAcceptDrops(true); // later on it is not touched again
+    view.hide();
+    view.show();
+    QVERIFY(child.acceptDrops());
+}
+
+void DragFilesHereViewTest::acceptanceLooksAtTheTypesAlone_data()
+{
+    QTest::addColumn<QStringList>("types");
+    QTest::addColumn<bool>("acceptable");
+    QTest::newRow("none") << QStringList() << false;
+    QTest::newRow("files") << QStringList{FileType} << true;
+    QTest::newRow("files among others") << QStringList{u"text/plain"_s, FileType} << true;
+    QTest::newRow("others") << QStringList{u"text/plain"_s, u"text/html"_s} << false;
+    QTest::newRow("nearly") << QStringList{u"text/uri-list2"_s, u"TEXT/URI-LIST"_s} << false;
+}
+
+void DragFilesHereViewTest::acceptanceLooksAtTheTypesAlone()
+{
+    QFETCH(QStringList, types);
+    QFETCH(bool, acceptable);
+    QMimeData pasteboard;
+    for (const QString &type : types)
+        pasteboard.setData(type, "x"); // not even a URL
+    DragFilesHereView view;
+    QCOMPARE(view.prepareForDragOperation(&pasteboard), acceptable);
+    QCOMPARE(view.draggingEntered(&pasteboard), acceptable ? DragOperation::Copy : DragOperation::None);
+    QCOMPARE(view.isReceivingDrag, acceptable);
+    QCOMPARE(view.prepareForDragOperation(nullptr), false);
+}
+
+void DragFilesHereViewTest::enteringAcceptsFilesAndOutlines()
+{
+    DragFilesHereView view(QRect(0, 0, 100, 80));
+    const auto files = pasteboardWith({u"file:///films/folder"_s});
+    QVERIFY(!isOutlined(view));
+    QCOMPARE(view.draggingEntered(files.get()), DragOperation::Copy);
+    QCOMPARE(int(DragOperation::Copy), 1);
+    QVERIFY(view.isReceivingDrag);
+    QVERIFY(isOutlined(view));
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
+}
+
+void DragFilesHereViewTest::plainTextIsRefusedWithoutAnOutline()
+{
+    DragFilesHereView view(QRect(0, 0, 100, 80));
+    QCOMPARE(view.draggingEntered(plainText()), DragOperation::None);
+    QCOMPARE(int(DragOperation::None), 0);
+    QVERIFY(!view.isReceivingDrag);
+    QVERIFY(!isOutlined(view));
+    QCOMPARE(view.prepareForDragOperation(plainText()), false);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
+}
+
+void DragFilesHereViewTest::refusedDragEndsAnOutline()
+{
+    DragFilesHereView view(QRect(0, 0, 100, 80));
+    view.draggingEntered(pasteboardWith({u"file:///a.mkv"_s}).get());
+    view.draggingEntered(plainText());
+    QVERIFY(!view.isReceivingDrag);
+    QVERIFY(!isOutlined(view));
+}
+
+void DragFilesHereViewTest::leavingPrintsTheSameWordAndClearsTheOutline()
+{
+    DragFilesHereView view(QRect(0, 0, 100, 80));
+    view.draggingEntered(pasteboardWith({u"file:///a.mkv"_s}).get());
+    view.draggingExited();
+    QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, u"draggingEntered"_s}));
+    QVERIFY(!view.isReceivingDrag);
+    QVERIFY(!isOutlined(view));
+}
+
+void DragFilesHereViewTest::firstOfThreeFilesIsSearchedFor()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///b%20c.mkv"_s, u"file:///a.mkv"_s, u"file:///c.mkv"_s});
+    QCOMPARE(scene.view->performDragOperation(files.get()), true);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///b%20c.mkv"_s)});
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"file:///b%20c.mkv"_s});
+}
+
+void DragFilesHereViewTest::whatIsDroppedIsJudgedByTheSearch_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::newRow("a folder") << u"file:///films/"_s;
+    QTest::newRow("no video") << u"file:///notes.txt"_s;
+    QTest::newRow("a web page") << u"https://plovendix.example/film"_s;
+    QTest::newRow("a file elsewhere") << u"smb://server/film.mkv"_s;
+}
+
+void DragFilesHereViewTest::whatIsDroppedIsJudgedByTheSearch()
+{
+    QFETCH(QString, url);
+    Scene scene;
+    QCOMPARE(scene.view->performDragOperation(pasteboardWith({url}).get()), true);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(url)});
+}
+
+void DragFilesHereViewTest::unreadablePasteboardIsRefused_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::newRow("nothing") << QString();
+    QTest::newRow("an empty list") << u"# no files"_s;
+    QTest::newRow("one is no URL") << u"file:///a.mkv\r\nnot a URL"_s;
+}
+
+void DragFilesHereViewTest::unreadablePasteboardIsRefused()
+{
+    QFETCH(QString, content);
+    Scene scene;
+    scene.view->isReceivingDrag = true;
+    QCOMPARE(scene.view->performDragOperation(pasteboardWith({content}).get()), false);
+    QCOMPARE(scene.view->performDragOperation(nullptr), false);
+    QCOMPARE(scene.view->performDragOperation(plainText()), false);
+    QVERIFY(!scene.view->isReceivingDrag); // the outline goes whatever the outcome
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+    QCOMPARE(m_sandbox.printedLines(), QStringList());
+}
+
+void DragFilesHereViewTest::dropWithoutAWindowIsTaken()
+{
+    DragFilesHereView view;
+    QCOMPARE(view.performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+    QWidget plainWindow;
+    DragFilesHereView inside(&plainWindow);
+    QCOMPARE(inside.performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+    Window windowWithoutController;
+    auto *lonely = new DragFilesHereView(&windowWithoutController);
+    QCOMPARE(lonely->performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+}
+
+void DragFilesHereViewTest::dropOnAnotherControllerIsTaken()
+{
+    const auto other = ViewController::make<ViewController>();
+    Window window;
+    window.setContentViewController(other);
+    auto *view = new DragFilesHereView(other->view());
+    QCOMPARE(view->performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"file:///a.mkv"_s});
+}
+
+void DragFilesHereViewTest::outlineGoesBeforeTheSearch()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    scene.view->draggingEntered(files.get());
+    qsizetype searchedBefore = -1;
+    connect(scene.view, &DragFilesHereView::isReceivingDragChanged, scene.view,
+            [&] { searchedBefore = scene.controller->urls.size(); });
+    scene.view->performDragOperation(files.get());
+    QCOMPARE(searchedBefore, 0);
+    QCOMPARE(scene.controller->urls.size(), 1);
+}
+
+void DragFilesHereViewTest::dragsArriveAsEvents()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(*scene.view, *files);
+    QVERIFY(dragging.enter());
+    QCOMPARE(dragging.action, Qt::CopyAction);
+    QVERIFY(scene.view->isReceivingDrag);
+    QVERIFY(dragging.move());
+    dragging.leave();
+    QVERIFY(!scene.view->isReceivingDrag);
+    QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, u"draggingEntered"_s}));
+
+    QVERIFY(dragging.enter());
+    QVERIFY(dragging.drop());
+    QVERIFY(!scene.view->isReceivingDrag);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+}
+
+void DragFilesHereViewTest::refusedDragsAreRefusedAsEvents()
+{
+    Scene scene;
+    Dragging text(*scene.view, *plainText());
+    QVERIFY(!text.enter());
+    QVERIFY(!text.move());
+    QVERIFY(!text.drop());
+    const auto empty = pasteboardWith({u"# no files"_s});
+    Dragging unreadable(*scene.view, *empty);
+    QVERIFY(unreadable.enter()); // its type is right
+    QVERIFY(!unreadable.drop());
+    QVERIFY(!scene.view->isReceivingDrag);
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+}
+
+QTEST_MAIN(DragFilesHereViewTest)
+#include "DragFilesHereViewTest.moc"

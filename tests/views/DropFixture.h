@@ -1,0 +1,68 @@
+#pragma once
+#include "RawPasteboard.h"
+
+#include <platform/ViewController.h>
+#include <platform/Window.h>
+#include <views/DragFilesHereView.h>
+#include <views/DroppedFileReceiver.h>
+
+#include <QApplication>
+#include <QDragEnterEvent>
+
+#include <memory>
+
+/// A content controller that notes the files dropped.
+class ReceivingController final : public ViewController, public DroppedFileReceiver
+{
+public:
+    void searchForDroppedFile(const QUrl &url) override { urls += url; }
+    QList<QUrl> urls;
+};
+
+/// A pasteboard with those URLs.
+inline std::unique_ptr<RawPasteboard> pasteboardWith(const QStringList &urls)
+{
+    return std::make_unique<RawPasteboard>(QStringLiteral("text/uri-list"),
+                                           urls.join(QStringLiteral("\r\n")).toUtf8());
+}
+
+/// Drags over a widget as the window system does it. The answers say whether the widget accepted.
+class Dragging final
+{
+public:
+    Dragging(QWidget &widget, const QMimeData &pasteboard) : m_widget(widget), m_pasteboard(pasteboard) {}
+
+    bool enter()
+    {
+        QDragEnterEvent event({5, 5}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, {});
+        event.ignore();
+        QCoreApplication::sendEvent(&m_widget, &event);
+        action = event.dropAction();
+        return event.isAccepted();
+    }
+    bool move()
+    {
+        QDragMoveEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, {});
+        event.ignore();
+        QCoreApplication::sendEvent(&m_widget, &event);
+        return event.isAccepted();
+    }
+    void leave()
+    {
+        QDragLeaveEvent event;
+        QCoreApplication::sendEvent(&m_widget, &event);
+    }
+    bool drop()
+    {
+        QDropEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, {});
+        event.ignore();
+        QCoreApplication::sendEvent(&m_widget, &event);
+        return event.isAccepted();
+    }
+
+    Qt::DropAction action = Qt::IgnoreAction;
+
+private:
+    QWidget &m_widget;
+    const QMimeData &m_pasteboard;
+};

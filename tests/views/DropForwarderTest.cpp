@@ -1,0 +1,126 @@
+#include "DropFixture.h"
+
+#include <support/Sandbox.h>
+
+#include <platform/TableView.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A list that covers the hidden drop target of the same window.
+struct Scene
+{
+    Scene()
+    {
+        window.setContentViewController(controller);
+        target = new DragFilesHereView(controller->view());
+        list = new TableView(controller->view());
+        list->setGeometry(0, 0, 300, 300);
+        list->setContentInsets({0, 80, 0, 60});
+        target->takeDropsOf(*list);
+        window.show();
+        target->hide();
+    }
+
+    QColor colorAt(int x, int y) const { return list->grab().toImage().pixelColor(x, y); }
+
+    std::shared_ptr<ReceivingController> controller = ViewController::make<ReceivingController>();
+    Window window;
+    DragFilesHereView *target;
+    TableView *list;
+};
+} // namespace
+
+class DropForwarderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void dropOnTheListIsSearchedFor();
+    void listIsOutlinedWhileADragIsOverIt();
+    void refusedDragGivesNoOutline();
+    void aPlainWidgetCanBeCoveredToo();
+    void targetMayGoFirst();
+
+private:
+    Sandbox m_sandbox;
+};
+
+void DropForwarderTest::dropOnTheListIsSearchedFor()
+{
+    Scene scene;
+    QVERIFY(scene.list->viewport()->acceptDrops());
+    const auto files = pasteboardWith({u"file:///a.mkv"_s, u"file:///b.mkv"_s});
+    Dragging dragging(*scene.list->viewport(), *files);
+    m_sandbox.clearPrintedLines();
+    QVERIFY(dragging.enter());
+    QCOMPARE(dragging.action, Qt::CopyAction);
+    QVERIFY(dragging.move());
+    QVERIFY(dragging.drop());
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+    QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, u"file:///a.mkv"_s}));
+}
+
+void DropForwarderTest::listIsOutlinedWhileADragIsOverIt()
+{
+    Scene scene;
+    const QColor outline = scene.list->palette().color(QPalette::Active, QPalette::Highlight);
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(*scene.list->viewport(), *files);
+    QVERIFY(dragging.enter());
+    for (const QPoint &point :
+         {QPoint(0, 150), QPoint(3, 150), QPoint(299, 150), QPoint(150, 80), QPoint(150, 239)})
+        QCOMPARE(scene.colorAt(point.x(), point.y()), outline);
+    for (const QPoint &point : {QPoint(150, 79), QPoint(150, 150), QPoint(150, 240)})
+        QVERIFY(scene.colorAt(point.x(), point.y()) != outline);
+    dragging.leave();
+    QVERIFY(scene.colorAt(0, 150) != outline);
+    QVERIFY(dragging.enter());
+    QVERIFY(dragging.drop());
+    QVERIFY(scene.colorAt(0, 150) != outline);
+}
+
+void DropForwarderTest::refusedDragGivesNoOutline()
+{
+    Scene scene;
+    const QColor outline = scene.list->palette().color(QPalette::Active, QPalette::Highlight);
+    QMimeData text;
+    text.setText(u"a text"_s);
+    Dragging dragging(*scene.list->viewport(), text);
+    QVERIFY(!dragging.enter());
+    QVERIFY(scene.colorAt(0, 150) != outline);
+    QVERIFY(!dragging.drop());
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+}
+
+void DropForwarderTest::aPlainWidgetCanBeCoveredToo()
+{
+    Scene scene;
+    QWidget panel(scene.controller->view());
+    panel.resize(100, 50);
+    scene.target->takeDropsOf(panel);
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(panel, *files);
+    QVERIFY(dragging.enter());
+    QCOMPARE(panel.grab().toImage().pixelColor(0, 49),
+             panel.palette().color(QPalette::Active, QPalette::Highlight));
+    QVERIFY(dragging.drop());
+    QCOMPARE(scene.controller->urls.size(), 1);
+}
+
+void DropForwarderTest::targetMayGoFirst()
+{
+    Scene scene;
+    delete scene.target;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(*scene.list->viewport(), *files);
+    QVERIFY(!dragging.enter());
+    QVERIFY(!dragging.drop());
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+}
+
+QTEST_MAIN(DropForwarderTest)
+#include "DropForwarderTest.moc"
