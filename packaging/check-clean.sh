@@ -2,7 +2,7 @@
 # Shows that a fresh Debian 12 with git and nothing else can run and test the project: builds such a system in a folder,
 # clones this project into it, runs ./run and ./test as root and then, with the packages present, as an ordinary user who
 # has a clone of their own. Prints what each step took. Needs root, debootstrap and the network of the packages.
-# The bare system is kept in CACHE and used again; the rest is made anew and removed.
+# The bare system and the fetched packages are kept in CACHE and used again; the rest is made anew and removed.
 # usage: packaging/check-clean.sh CACHE
 set -eu
 
@@ -29,8 +29,19 @@ unmount_all() {
     done
 }
 
+# Programs that still run in the system, all of them started here.
+stop_inside() {
+    local process
+    for process in /proc/[0-9]*; do
+        if [ "$(readlink "$process/root" 2>/dev/null)" = "$system" ]; then
+            kill -KILL "${process#/proc/}" 2>/dev/null || true
+        fi
+    done
+}
+
 finish() {
     trap - EXIT INT TERM
+    stop_inside
     unmount_all
     if [ -n "$(mounted)" ]; then
         echo "Something is still mounted below $system; nothing is removed." >&2
@@ -85,6 +96,8 @@ make_system() {
     mount -t devpts -o newinstance,ptmxmode=0666,mode=620 devpts "$system/dev/pts"
     ln -s pts/ptmx "$system/dev/ptmx"
     mount -t tmpfs -o mode=1777 tmpfs "$system/dev/shm"
+    mkdir -p "$cache/archives"
+    mount --bind "$cache/archives" "$system/var/cache/apt/archives"
     git clone --quiet --no-hardlinks "$project" "$system/root/project"
 }
 
@@ -100,7 +113,9 @@ inside() {
 
 timed() {
     local start=$SECONDS status=0
-    inside "$@" || status=$?
+    # In the background, so that a signal to this script is heard at once.
+    inside "$@" </dev/null &
+    wait $! || status=$?
     times+=("$(printf '%-40s %3d min %02d s, exit status %d' "$*" $(((SECONDS - start) / 60)) $(((SECONDS - start) % 60)) $status)")
     return $status
 }
@@ -112,6 +127,7 @@ report() {
 trap finish EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
+stop_inside
 unmount_all
 make_base
 make_system

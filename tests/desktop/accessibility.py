@@ -182,14 +182,14 @@ class Accessible:
                         lambda: f'{role} "{wanted}" appears; there is\n{self.dump()}')[0]
 
     def dump(self, depth=0):
-        """The tree as text, for failures."""
+        """What is shown below as text, for failures."""
         lines = []
         try:
             for child in self.children():
-                shown = '' if child.is_shown() else ' (not shown)'
-                lines.append(f'{"  " * depth}{child.role} "{child.name}"{shown}')
-                if depth < MAX_DEPTH and child.role != 'combo box':
-                    lines += [line for line in child.dump(depth + 1).split('\n') if line]
+                if child.is_shown():
+                    lines.append(f'{"  " * depth}{child.role} "{child.name}"')
+                    below = child.dump(depth + 1) if depth < MAX_DEPTH and child.role != 'combo box' else ''
+                    lines += [below] if below else []
         except Gone as gone:
             lines.append(f'{"  " * depth}({gone})')
         return '\n'.join(lines)

@@ -44,9 +44,6 @@ class Screen:
         self._run('xdotool', 'mousemove', str(int(x)), str(int(y)), 'click', '--repeat', str(times), '--delay', '40',
                   str(button))
 
-    def double_click(self, x, y):
-        self.click(x, y, times=2)
-
     def button_down(self, x, y):
         self._run('xdotool', 'mousemove', str(int(x)), str(int(y)), 'mousedown', str(LEFT))
 
@@ -74,6 +71,12 @@ class Screen:
                                capture_output=True, text=True, check=False).stdout
         return [int(line) for line in found.split()]
 
+    def windows_of(self, pid):
+        """The visible windows of a process, its menus among them."""
+        found = subprocess.run(['xdotool', 'search', '--onlyvisible', '--pid', str(pid)], env=self._environment,
+                               capture_output=True, text=True, check=False).stdout
+        return [int(line) for line in found.split()]
+
     def window(self, title):
         return wait_for(lambda: self.windows(title), f'a window named "{title}" is shown')[0]
 
@@ -94,6 +97,10 @@ class Screen:
                 found[match.group(1)] = match.group(2).strip()
         return found
 
+    def title(self, window):
+        text = self.properties(window, '_NET_WM_NAME').get('_NET_WM_NAME', '')
+        return text[1:-1]
+
     def states(self, window):
         """The window manager's states: _NET_WM_STATE_MAXIMIZED_VERT and the like."""
         text = self.properties(window, '_NET_WM_STATE').get('_NET_WM_STATE', '')
@@ -107,6 +114,13 @@ class Screen:
     def activate(self, window):
         self._run('xdotool', 'windowactivate', str(window))
         wait_for(lambda: self.active_window() == window, f'window {window:#x} is active')
+
+    def move_window(self, window, x, y):
+        self._run('xdotool', 'windowmove', '--sync', str(window), str(x), str(y))
+
+    def close_window(self, window):
+        """Asks it to close as the window manager's own menu does."""
+        self._run('wmctrl', '-i', '-c', hex(window))
 
     # Pictures
 

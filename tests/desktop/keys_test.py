@@ -1,0 +1,124 @@
+"""The keyboard's ways through the window, and closing it at any moment."""
+import os
+import unittest
+
+from program_test import ProgramTest
+from waiting import wait_for
+
+
+class ShortcutTest(ProgramTest):
+    def test_ctrl_f_and_ctrl_l_go_to_the_field(self):
+        self.launch()
+        self.search('harbour')
+        self.wait_for_results(3)
+        for keys in ('ctrl+f', 'ctrl+l'):
+            with self.subTest(keys=keys):
+                self.select(1)
+                wait_for(lambda: not self.field().has('focused'), 'the list has the focus')
+                self.screen.press(keys)
+                self.wait_for_focus(self.field())
+
+    def test_ctrl_o_opens_a_video(self):
+        path = self.video('Harbour.mkv')
+        self.launch()
+        self.screen.press('ctrl+o')
+        dialog = self.tree.find('dialog', 'Open Video')
+        name = dialog.find('text', 'File name:')
+        self.wait_for_focus(name)
+        self.screen.type(path)
+        wait_for(lambda: name.text == path, lambda: f'the path is typed, not {name.text}')
+        self.screen.press('Return')
+        self.wait_for_results(3)
+        self.assertEqual(self.field().text, 'Harbour.mkv')
+
+    def test_tab_reaches_every_control_and_shift_tab_goes_back(self):
+        self.launch()
+        self.wait_for_focus(self.field())
+        wanted = {'Search', 'Start search', 'Subtitle language', 'Main menu', 'Minimize', 'Maximize', 'Close'}
+        self.assertEqual(wanted - self.walk('Tab', len(wanted) + 3), set())
+        self.assertEqual(wanted - self.walk('shift+Tab', len(wanted) + 3), set())
+
+    def walk(self, key, steps):
+        """The names of the controls that have the focus one after the other."""
+        seen = set()
+        for _ in range(steps):
+            before = self.focused_name()
+            self.screen.press(key)
+            wait_for(lambda: self.focused_name() not in (None, before), lambda: f'{key} moves the focus from {before}')
+            seen.add(self.focused_name())
+        return seen
+
+    def focused_name(self):
+        for node in self.tree.descendants():
+            if node.has('focused'):
+                return node.name
+        return None
+
+
+class QuitTest(ProgramTest):
+    def assert_ends(self):
+        self.assertEqual(self.program.wait_for_exit(), 0)
+        self.assertNotIn('fault', self.program.complaints().lower())
+
+    def close_by_window_manager(self):
+        self.screen.close_window(self.window)
+
+    def test_ctrl_w_closes_and_ends(self):
+        self.launch()
+        self.screen.press('ctrl+w')
+        self.assert_ends()
+
+    def test_ctrl_q_ends(self):
+        self.launch()
+        self.screen.press('ctrl+q')
+        self.assert_ends()
+
+    def test_closing_while_a_search_runs(self):
+        self.launch()
+        self.search('later')
+        self.tree.find(name='Searching')
+        self.close_by_window_manager()
+        self.assert_ends()
+
+    def test_quitting_while_a_download_runs(self):
+        self.launch(self.video('later.mkv'))
+        self.tree.find(name='Searching')
+        self.answer_held()
+        self.wait_for_results(3)
+        os.remove(os.path.join(self.script, 'answer'))
+        self.select(1)
+        self.screen.press('ctrl+s')
+        self.tree.find(name='Downloading')
+        self.screen.press('ctrl+q')
+        self.assert_ends()
+
+    def test_closing_while_the_save_sheet_is_open(self):
+        self.launch(self.video('Harbour.mkv'))
+        self.wait_for_results(3)
+        self.select(1)
+        self.screen.press('ctrl+s')
+        self.tree.find('dialog', 'Save')
+        self.close_by_window_manager()
+        self.assert_ends_or_asks_first()
+        self.assertEqual(os.listdir(self.videos), ['Harbour.mkv'])
+
+    def test_closing_while_an_alert_is_up(self):
+        self.launch()
+        self.search('refuse')
+        self.tree.find('alert message')
+        self.close_by_window_manager()
+        self.assert_ends_or_asks_first()
+
+    def assert_ends_or_asks_first(self):
+        """A window that is blocked by a sheet or an alert may stay until that is answered; then it closes."""
+        modal = ('dialog', 'alert message')
+        wait_for(lambda: not self.program.runs() or any(self.tree.find_all(role) for role in modal), 'it ends or asks')
+        if self.program.runs():
+            self.screen.press('Escape')
+            wait_for(lambda: not any(self.tree.find_all(role) for role in modal), 'the modal is gone')
+            self.close_by_window_manager()
+        self.assert_ends()
+
+
+if __name__ == '__main__':
+    unittest.main(verbosity=2)

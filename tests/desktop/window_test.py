@@ -1,0 +1,169 @@
+"""The window among other windows: its frame, title bar, edges and states, with and without a compositor."""
+import unittest
+
+from program_test import ProgramTest
+from screen import RIGHT
+from waiting import remains, wait_for
+
+MAXIMIZED = {'_NET_WM_STATE_MAXIMIZED_VERT', '_NET_WM_STATE_MAXIMIZED_HORZ'}
+SCREEN = (1280, 1024)
+CONTENT = (760, 640)
+# How far the pointer goes before a press becomes a drag, in the steps of these tests; the window lags behind by that.
+LAG = 25
+# A point of the title bar between the menu button and the title, from the frame's corner.
+TITLE_BAR = (150, 19)
+
+
+class FrameTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.launch()
+
+    def title_bar(self):
+        x, y, _, _ = self.frame()
+        return x + TITLE_BAR[0], y + TITLE_BAR[1]
+
+    def wait_for_maximized(self, maximized=True):
+        wait_for(lambda: (MAXIMIZED <= self.screen.states(self.window)) == maximized,
+                 lambda: f'maximized is {maximized}; the states are {self.screen.states(self.window)}')
+
+    def wait_for_frame(self, frame):
+        wait_for(lambda: self.frame() == frame, lambda: f'the frame is {frame}, not {self.frame()}')
+
+    def ground(self):
+        return self.screen.colour(2, 2)
+
+    def test_it_stands_in_the_middle_with_rounded_corners_and_a_shadow(self):
+        x, y, width, height = self.frame()
+        self.assertEqual((width, height), CONTENT)
+        self.assertLessEqual(abs(x + width / 2 - SCREEN[0] / 2), 1)
+        self.assertLessEqual(abs(y + height / 2 - SCREEN[1] / 2), 1)
+        self.assertTrue(all(side > 0 for side in self.margin()))
+        inside = self.screen.colour(x + 20, y + 5)
+
+        def is_drawn():
+            picture = self.screen.picture()
+            corner, shadow = picture.colour(x, y), picture.colour(x + width // 2, y + height + 2)
+            return corner != inside and shadow != self.ground() and sum(shadow) < sum(self.ground())
+        wait_for(is_drawn, 'the corner is cut and the shadow darkens what is behind')
+
+    def test_maximised_it_fills_the_screen_without_margin_or_round_corners(self):
+        before = self.frame()
+        self.click(self.tree.find('push button', 'Maximize'))
+        self.wait_for_maximized()
+        self.wait_for_frame((0, 0, *SCREEN))
+        self.assertEqual(self.margin(), (0, 0, 0, 0))
+        wait_for(lambda: self.screen.colour(0, 0) == self.screen.colour(20, 5), 'the corner is square')
+        self.click(self.tree.find('push button', 'Restore'))
+        self.wait_for_maximized(False)
+        self.wait_for_frame(before)
+        self.tree.find('push button', 'Maximize')
+
+    def test_double_click_on_the_title_bar_maximises_and_restores(self):
+        before = self.frame()
+        self.screen.click(*self.title_bar(), times=2)
+        self.wait_for_maximized()
+        self.wait_for_frame((0, 0, *SCREEN))
+        self.screen.click(*self.title_bar(), times=2)
+        self.wait_for_maximized(False)
+        self.wait_for_frame(before)
+
+    def test_the_minimize_button_hides_it_and_it_comes_back_whole(self):
+        before = self.frame()
+        self.click(self.tree.find('push button', 'Minimize'))
+        wait_for(lambda: '_NET_WM_STATE_HIDDEN' in self.screen.states(self.window), 'it is minimised')
+        self.screen.activate(self.window)
+        wait_for(lambda: '_NET_WM_STATE_HIDDEN' not in self.screen.states(self.window), 'it is shown')
+        self.wait_for_frame(before)
+
+    def test_the_title_bar_moves_it(self):
+        x, y, width, height = self.frame()
+        start = self.title_bar()
+        self.screen.drag(start, (start[0] - 120, start[1] + 60))
+        wait_for(lambda: self.frame()[:2] != (x, y), 'it has moved')
+        wait_for(lambda: abs(self.frame()[0] - (x - 120)) <= LAG and abs(self.frame()[1] - (y + 60)) <= LAG,
+                 lambda: f'it follows the pointer to {(x - 120, y + 60)}, not {self.frame()}')
+        self.assertEqual(self.frame()[2:], (width, height))
+
+    def test_edges_and_corners_resize_it(self):
+        x, y, width, height = self.frame()
+        right, bottom = x + width, y + height
+        self.screen.drag((right + 1, y + height // 2), (right + 81, y + height // 2))
+        wait_for(lambda: abs(self.frame()[2] - (width + 80)) <= LAG, lambda: f'it is wider, not {self.frame()}')
+        self.assertEqual(self.frame()[:2], (x, y))
+        self.screen.drag((x - 1, bottom + 1), (x - 41, bottom + 31))
+        wait_for(lambda: abs(self.frame()[0] - (x - 40)) <= LAG and abs(self.frame()[3] - (height + 30)) <= LAG,
+                 lambda: f'the lower left corner has moved, not {self.frame()}')
+
+    def test_it_cannot_be_made_smaller_than_is_useful(self):
+        x, y, width, height = self.frame()
+        self.screen.drag((x + width + 1, y + height + 1), (x + 100, y + 100))
+        wait_for(lambda: self.frame()[2] < width and self.frame()[3] < height, 'it is smaller')
+        self.assertGreaterEqual(self.frame()[2], 480)
+        self.assertGreaterEqual(self.frame()[3], 360)
+
+    def test_right_click_on_the_title_bar_opens_the_window_menu(self):
+        self.screen.click(*self.title_bar(), button=RIGHT)
+        self.wait_for_menu()
+        # Restore cannot be chosen now, so the third step down is Maximize.
+        self.screen.press('Down', 'Down', 'Down', 'Return')
+        self.wait_for_maximized()
+        self.screen.click(*self.title_bar(), button=RIGHT)
+        self.wait_for_menu()
+        self.screen.press('Down', 'Return')
+        self.wait_for_maximized(False)
+
+    def wait_for_menu(self):
+        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > 1, 'a menu is shown')
+
+    def test_clicks_on_the_shadow_go_to_what_is_behind(self):
+        source, _ = self.desktop.drag_source('text/plain', 'words')
+        self.addCleanup(source.stop)
+        behind = self.screen.window('^Drag source$')
+        x, y, _, height = self.frame()
+        self.screen.move_window(behind, x - 150, y + height - 60)
+        self.screen.activate(self.window)
+        self.screen.click(x - self.margin()[0] + 4, y + height - 20)
+        wait_for(lambda: self.screen.active_window() == behind, 'the window behind is active')
+
+    def test_the_close_button_ends_the_program(self):
+        self.click(self.tree.find('push button', 'Close'))
+        self.assertEqual(self.program.wait_for_exit(), 0)
+
+
+class NoCompositorTest(ProgramTest):
+    compositor = False
+
+    def test_without_a_compositor_there_is_neither_margin_nor_round_corner(self):
+        self.launch()
+        self.assertEqual(self.margin(), (0, 0, 0, 0))
+        x, y, width, height = self.frame()
+        self.assertEqual((width, height), CONTENT)
+        inside = self.screen.colour(x + 60, y + 4)
+        corners = [(x + 2, y + 2), (x + width - 3, y + 2)]
+        wait_for(lambda: all(self.screen.colour(*corner) == inside for corner in corners), 'the corners are filled')
+
+    def test_it_can_be_moved_and_resized_there_too(self):
+        self.launch()
+        x, y, width, height = self.frame()
+        start = (x + TITLE_BAR[0], y + TITLE_BAR[1])
+        self.screen.drag(start, (start[0] - 100, start[1]))
+        wait_for(lambda: abs(self.frame()[0] - (x - 100)) <= LAG, lambda: f'it has moved, not {self.frame()}')
+        x = self.frame()[0]
+        self.screen.drag((x + width - 1, y + height // 2), (x + width + 79, y + height // 2))
+        wait_for(lambda: abs(self.frame()[2] - (width + 80)) <= LAG, lambda: f'it is wider, not {self.frame()}')
+
+    def test_a_compositor_that_starts_later_is_noticed(self):
+        self.launch()
+        self.assertEqual(self.margin(), (0, 0, 0, 0))
+        compositor = self.desktop.start(['xcompmgr'], 'xcompmgr')
+        self.addCleanup(compositor.stop)
+        wait_for(lambda: all(side > 0 for side in self.margin()), 'the window has a shadow')
+        wait_for(lambda: self.frame()[2:] == CONTENT, lambda: f'the content keeps its size, not {self.frame()}')
+        compositor.stop()
+        wait_for(lambda: self.margin() == (0, 0, 0, 0), 'the shadow is gone')
+        remains(self.program.runs, 'the program runs', 0.2)
+
+
+if __name__ == '__main__':
+    unittest.main(verbosity=2)
