@@ -17,6 +17,7 @@ MAX_CHILDREN = 200
 STATES = {'active': 1, 'busy': 3, 'checked': 4, 'editable': 7, 'enabled': 8, 'expanded': 10, 'focusable': 11,
           'focused': 12, 'modal': 16, 'selectable': 22, 'selected': 23, 'sensitive': 24, 'showing': 25, 'visible': 30}
 SCREEN_COORDINATES = 0
+LABELLED_BY = 2
 
 
 class Gone(Exception):
@@ -109,6 +110,12 @@ class Accessible:
     @property
     def role(self):
         return self._bus.call(self._node, ACCESSIBLE, 'GetRoleName')[0]
+
+    @property
+    def labels(self):
+        """The names of the labels that stand for it."""
+        relations = self._bus.call(self._node, ACCESSIBLE, 'GetRelationSet')[0]
+        return [Accessible(self._bus, node).name for kind, nodes in relations if kind == LABELLED_BY for node in nodes]
 
     def has(self, state):
         """Whether a state holds, by its name in STATES; it does not when the node is gone."""

@@ -11,9 +11,10 @@ class ShortcutTest(ProgramTest):
         self.launch()
         self.search('harbour')
         self.wait_for_results(3)
-        for keys in ('ctrl+f', 'ctrl+l'):
+        # Another row each time: two clicks at one place would be a double click.
+        for row, keys in ((1, 'ctrl+f'), (2, 'ctrl+l')):
             with self.subTest(keys=keys):
-                self.select(1)
+                self.select(row)
                 wait_for(lambda: not self.field().has('focused'), 'the list has the focus')
                 self.screen.press(keys)
                 self.wait_for_focus(self.field())
@@ -34,7 +35,7 @@ class ShortcutTest(ProgramTest):
     def test_tab_reaches_every_control_and_shift_tab_goes_back(self):
         self.launch()
         self.wait_for_focus(self.field())
-        wanted = {'Search', 'Start search', 'Subtitle language', 'Main menu', 'Minimize', 'Maximize', 'Close'}
+        wanted = {'Search', 'Start search', 'English', 'Main menu', 'Minimize', 'Maximize', 'Close'}
         self.assertEqual(wanted - self.walk('Tab', len(wanted) + 3), set())
         self.assertEqual(wanted - self.walk('shift+Tab', len(wanted) + 3), set())
 

@@ -32,7 +32,9 @@ def tests_do_not_sleep(root):
 
 
 def connections_are_typed(root):
-    yield from _matches(root, _cpp(root), r'\b(SIGNAL|SLOT)\s*\(', '{} is checked only when it runs')
+    # The session bus knows its receivers by name alone, so whoever listens to it has no typed way.
+    typed = [path for path in _cpp(root) if '#include <QDBusConnection>' not in read(root, path)]
+    yield from _matches(root, typed, r'\b(SIGNAL|SLOT)\s*\(', '{} is checked only when it runs')
     yield from _matches(root, _cpp(root), r'(?<![\w.>])sender\(\)', '{} is null or wrong in direct calls')
     yield from _matches(root, _cpp(root), r'\bon_\w+_\w+\s*\(', '{} connects itself by its name')
 

@@ -13,6 +13,7 @@ CASES = (
     ('tests_do_not_sleep', 'tests/search/ATest.cpp', 'QVERIFY(QTest::qWaitForWindowExposed(&window));', 0),
     ('tests_do_not_sleep', 'tests/desktop/a_test.py', 'time.sleep(1)', 1),
     ('connections_are_typed', 'views/A.cpp', 'connect(a, SIGNAL(b()), c, SLOT(d()));', 2),
+    ('connections_are_typed', 'views/A.cpp', '#include <QDBusConnection>\nbus.connect(a, b, this, SLOT(c(int)));', 0),
     ('connections_are_typed', 'views/A.cpp', 'auto *button = sender();', 1),
     ('connections_are_typed', 'views/A.cpp', 'void on_button_clicked();', 1),
     ('connections_are_typed', 'views/A.cpp', 'connect(a, &A::b, this, &C::d); request.sender();', 0),
