@@ -26,7 +26,7 @@ void Animator::setHidden(QWidget &view, bool hidden)
         return view.setHidden(hidden);
     // The view itself changes at once, so that its state is the new one for everybody and a view that fades
     // out takes no more clicks; what fades is a picture of how it looked before.
-    const QPixmap before = FadingSnapshot::lookOfWindow(view);
+    const FadingSnapshot::Look before = FadingSnapshot::lookAround(view);
     view.setHidden(hidden);
     if (QLayout *layout = view.parentWidget()->layout())
         layout->activate();

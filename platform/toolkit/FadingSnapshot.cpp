@@ -2,6 +2,7 @@
 #include "Animator.h"
 #include "EasingCurves.h"
 
+#include <QLayout>
 #include <QPainter>
 #include <QVariantAnimation>
 
@@ -13,32 +14,31 @@ QRect placeInWindow(const QWidget &view)
 }
 } // namespace
 
-QPixmap FadingSnapshot::lookOfWindow(const QWidget &view)
+FadingSnapshot::Look FadingSnapshot::lookAround(const QWidget &view)
 {
-    return view.window()->grab();
+    // A layout may give a view that comes back another place among its siblings.
+    const QWidget &moving = view.parentWidget()->layout() ? *view.parentWidget() : view;
+    const QRect area = placeInWindow(moving).intersected(view.window()->rect());
+    return {area, view.window()->grab(area)};
 }
 
-void FadingSnapshot::fade(QWidget &view, const QPixmap &before)
+void FadingSnapshot::fade(QWidget &view, const Look &before)
 {
     if (auto *earlier = running(view)) {
+        earlier->m_view = nullptr;
         earlier->hide();
         earlier->deleteLater();
-        earlier->m_view = nullptr;
     }
-    const QRect place = placeInWindow(view).intersected(view.window()->rect());
+    const QRect place = placeInWindow(view).intersected(before.area);
     if (place.isEmpty())
         return;
-    const qreal ratio = before.devicePixelRatio();
-    const QRectF pixels(QPointF(place.topLeft()) * ratio, QSizeF(place.size()) * ratio);
-    auto *snapshot = new FadingSnapshot(view, before.copy(pixels.toAlignedRect()));
+    const qreal ratio = before.pixmap.devicePixelRatio();
+    const QRectF pixels(QPointF(place.topLeft() - before.area.topLeft()) * ratio,
+                        QSizeF(place.size()) * ratio);
+    auto *snapshot = new FadingSnapshot(view, before.pixmap.copy(pixels.toAlignedRect()));
     snapshot->setGeometry(place);
     snapshot->show();
     snapshot->raise();
-}
-
-bool FadingSnapshot::isFading(const QWidget &view)
-{
-    return running(view) != nullptr;
 }
 
 FadingSnapshot *FadingSnapshot::running(const QWidget &view)

@@ -12,12 +12,17 @@ class FadingSnapshot final : public QWidget
     Q_OBJECT
 
 public:
-    /// The look of `view`'s whole window, before something happens to the view.
-    static QPixmap lookOfWindow(const QWidget &view);
+    /// What an area of a window looks like.
+    struct Look
+    {
+        QRect area; // in the window
+        QPixmap pixmap;
+    };
+
+    /// The look of wherever `view` may be after it was shown or hidden, before that happens.
+    static Look lookAround(const QWidget &view);
     /// Fades that look away where `view` is now, in the place of an earlier fade of the same view.
-    static void fade(QWidget &view, const QPixmap &before);
-    /// Whether a fade for this view is running.
-    static bool isFading(const QWidget &view);
+    static void fade(QWidget &view, const Look &before);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -26,6 +26,14 @@ inline std::unique_ptr<RawPasteboard> pasteboardWith(const QStringList &urls)
                                            urls.join(QStringLiteral("\r\n")).toUtf8());
 }
 
+/// A pasteboard without files.
+inline QMimeData *plainText()
+{
+    static QMimeData text;
+    text.setText(QStringLiteral("just a text"));
+    return &text;
+}
+
 /// Drags over a widget as the window system does it. The answers say whether the widget accepted.
 class Dragging final
 {

@@ -6,7 +6,9 @@ foreach(test
     ImageTest
     ImageViewTest
     LabelTest
+    LayerFadeTest
     LayerTest
+    LayoutConstraintTest
     TableCellViewTest
     TableViewSelectionTest
     TableViewTest

@@ -1,0 +1,168 @@
+#include "DropFixture.h"
+
+#include <support/Sandbox.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A view in a window whose content controller takes files.
+struct Scene
+{
+    Scene()
+    {
+        window.setContentViewController(controller);
+        view = new DragFilesHereView(controller->view());
+        view->resize(100, 80);
+        window.show();
+    }
+
+    std::shared_ptr<ReceivingController> controller = ViewController::make<ReceivingController>();
+    Window window;
+    DragFilesHereView *view;
+};
+
+} // namespace
+
+class DroppedFilesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_sandbox.clearPrintedLines(); }
+
+    void dropWithoutAWindowIsTaken();
+    void dropOnAnotherControllerIsTaken();
+    void outlineGoesBeforeTheSearch();
+    void firstOfThreeFilesIsSearchedFor();
+    void whatIsDroppedIsJudgedByTheSearch_data();
+    void whatIsDroppedIsJudgedByTheSearch();
+    void unreadablePasteboardIsRefused_data();
+    void unreadablePasteboardIsRefused();
+    void dragsArriveAsEvents();
+    void refusedDragsAreRefusedAsEvents();
+
+private:
+    Sandbox m_sandbox;
+};
+
+void DroppedFilesTest::dropWithoutAWindowIsTaken()
+{
+    DragFilesHereView view;
+    QCOMPARE(view.performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+    QWidget plainWindow;
+    DragFilesHereView inside(&plainWindow);
+    QCOMPARE(inside.performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+    Window windowWithoutController;
+    auto *lonely = new DragFilesHereView(&windowWithoutController);
+    QCOMPARE(lonely->performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+}
+
+void DroppedFilesTest::dropOnAnotherControllerIsTaken()
+{
+    const auto other = ViewController::make<ViewController>();
+    Window window;
+    window.setContentViewController(other);
+    auto *view = new DragFilesHereView(other->view());
+    QCOMPARE(view->performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"file:///a.mkv"_s});
+}
+
+void DroppedFilesTest::outlineGoesBeforeTheSearch()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    scene.view->draggingEntered(files.get());
+    qsizetype searchedBefore = -1;
+    connect(scene.view, &DragFilesHereView::isReceivingDragChanged, scene.view,
+            [&] { searchedBefore = scene.controller->urls.size(); });
+    scene.view->performDragOperation(files.get());
+    QCOMPARE(searchedBefore, 0);
+    QCOMPARE(scene.controller->urls.size(), 1);
+}
+
+void DroppedFilesTest::firstOfThreeFilesIsSearchedFor()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///b%20c.mkv"_s, u"file:///a.mkv"_s, u"file:///c.mkv"_s});
+    QCOMPARE(scene.view->performDragOperation(files.get()), true);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///b%20c.mkv"_s)});
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"file:///b%20c.mkv"_s});
+}
+
+void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::newRow("a folder") << u"file:///films/"_s;
+    QTest::newRow("no video") << u"file:///notes.txt"_s;
+    QTest::newRow("a web page") << u"https://plovendix.example/film"_s;
+    QTest::newRow("a file elsewhere") << u"smb://server/film.mkv"_s;
+}
+
+void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch()
+{
+    QFETCH(QString, url);
+    Scene scene;
+    QCOMPARE(scene.view->performDragOperation(pasteboardWith({url}).get()), true);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(url)});
+}
+
+void DroppedFilesTest::unreadablePasteboardIsRefused_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::newRow("nothing") << QString();
+    QTest::newRow("an empty list") << u"# no files"_s;
+    QTest::newRow("one is no URL") << u"file:///a.mkv\r\nnot a URL"_s;
+}
+
+void DroppedFilesTest::unreadablePasteboardIsRefused()
+{
+    QFETCH(QString, content);
+    Scene scene;
+    scene.view->isReceivingDrag = true;
+    QCOMPARE(scene.view->performDragOperation(pasteboardWith({content}).get()), false);
+    QCOMPARE(scene.view->performDragOperation(nullptr), false);
+    QCOMPARE(scene.view->performDragOperation(plainText()), false);
+    QVERIFY(!scene.view->isReceivingDrag); // the outline goes whatever the outcome
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+    QCOMPARE(m_sandbox.printedLines(), QStringList());
+}
+
+void DroppedFilesTest::dragsArriveAsEvents()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(*scene.view, *files);
+    QVERIFY(dragging.enter());
+    QCOMPARE(dragging.action, Qt::CopyAction);
+    QVERIFY(scene.view->isReceivingDrag);
+    QVERIFY(dragging.move());
+    dragging.leave();
+    QVERIFY(!scene.view->isReceivingDrag);
+    QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, u"draggingEntered"_s}));
+
+    QVERIFY(dragging.enter());
+    QVERIFY(dragging.drop());
+    QVERIFY(!scene.view->isReceivingDrag);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+}
+
+void DroppedFilesTest::refusedDragsAreRefusedAsEvents()
+{
+    Scene scene;
+    Dragging text(*scene.view, *plainText());
+    QVERIFY(!text.enter());
+    QVERIFY(!text.move());
+    QVERIFY(!text.drop());
+    const auto empty = pasteboardWith({u"# no files"_s});
+    Dragging unreadable(*scene.view, *empty);
+    QVERIFY(unreadable.enter()); // its type is right
+    QVERIFY(!unreadable.drop());
+    QVERIFY(!scene.view->isReceivingDrag);
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+}
+
+QTEST_MAIN(DroppedFilesTest)
+#include "DroppedFilesTest.moc"
