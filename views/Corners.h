@@ -6,10 +6,12 @@
 class Corners final
 {
 public:
+    // NOLINTBEGIN(readability-identifier-naming): they read as members of an option set, not as constants.
     static const Corners topLeft;
     static const Corners bottomLeft;
     static const Corners topRight;
     static const Corners bottomRight;
+    // NOLINTEND(readability-identifier-naming)
 
     constexpr Corners() = default;
     explicit constexpr Corners(std::int64_t value) : rawValue(value) {}

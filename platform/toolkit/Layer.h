@@ -71,7 +71,7 @@ private:
     struct Outgoing
     {
         Image image;
-        qreal opacity;
+        qreal opacity = 1;
     };
 
     void beginFade(const Transition &transition);

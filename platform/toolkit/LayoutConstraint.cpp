@@ -1,10 +1,11 @@
 #include "LayoutConstraint.h"
 #include "ConstraintMovement.h"
 
+#include <utility>
+
 void LayoutConstraint::setConstant(qreal constant)
 {
-    const QPointer<ConstraintMovement> movement = m_movement;
-    m_movement = nullptr;
+    const auto movement = std::exchange(m_movement, {});
     if (movement)
         movement->stop();
     const QPointer<LayoutConstraint> alive = this;

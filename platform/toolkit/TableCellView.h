@@ -29,10 +29,10 @@ protected:
 private:
     struct Part
     {
-        QWidget *widget;
-        Label *label;         // or else
-        ImageView *imageView; // this one
-        QRect geometry;       // in the cell
+        QWidget *widget = nullptr;
+        Label *label = nullptr;         // or else
+        ImageView *imageView = nullptr; // this one
+        QRect geometry;                 // in the cell
     };
 
     void layOut(const QSize &size);
