@@ -25,14 +25,16 @@ QImage posterImage(const QByteArray &encoded, const QSize &size, qreal pixelRati
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
-    if (!isBounded(reader.size()))
+    const QSize whole = reader.size();
+    if (!isBounded(whole))
         return {};
+    // Reduced while it is read: the decoder neither keeps the whole picture nor calls in other threads for it.
+    const int width = static_cast<int>(std::lround(std::min(size.width() * pixelRatio, qreal(MaxSide))));
+    if (width > 0 && width < whole.width())
+        reader.setScaledSize({width, std::max(1, whole.height() * width / whole.width())});
     QImage image = reader.read();
     if (image.isNull())
         return {};
-    const int width = std::min(static_cast<int>(std::lround(size.width() * pixelRatio)), MaxSide);
-    if (width > 0 && width < image.width())
-        image = image.scaledToWidth(width, Qt::SmoothTransformation);
     image.setDevicePixelRatio(size.width() > 0 ? qreal(image.width()) / size.width() : pixelRatio);
     return image;
 }

@@ -54,11 +54,13 @@ WorkerThread::~WorkerThread()
 
 void WorkerThread::post(std::function<void()> job)
 {
+    // The job may run at once and destroy this object before we are done.
+    const std::shared_ptr<Queue> queue = m_queue;
     {
-        const std::scoped_lock lock(m_queue->mutex);
-        if (m_queue->ended)
+        const std::scoped_lock lock(queue->mutex);
+        if (queue->ended)
             return;
-        m_queue->jobs.push_back(std::move(job));
+        queue->jobs.push_back(std::move(job));
     }
-    m_queue->changed.notify_one();
+    queue->changed.notify_one();
 }

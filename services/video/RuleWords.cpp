@@ -62,6 +62,6 @@ std::optional<int> countedNumber(const QString &word)
 
 bool isYear(const QString &word)
 {
-    const std::optional<int> number = word.size() == 4 ? wholeNumber(word, 4) : std::nullopt;
-    return number && *number >= FirstYear && *number <= LastYear;
+    const int number = word.size() == 4 ? wholeNumber(word, 4).value_or(0) : 0;
+    return number >= FirstYear && number <= LastYear;
 }

@@ -21,14 +21,14 @@ QStringList releases(const Result<QueryResult> &result)
     return names;
 }
 
-std::optional<Result<QueryResult>> answerTo(SubtitleService &service, const QList<Arg> &args)
+Result<QueryResult> answerTo(SubtitleService &service, const QList<Arg> &args)
 {
     // Shared, because an answer that came too late would still arrive.
     const auto answers = std::make_shared<Answers>();
     service.query(args,
                   [answers, completion = answers->completion()](const auto &result) { completion(result); });
     if (!QTest::qWaitFor([&] { return answers->count() == 1; }, PatienceMilliseconds))
-        return std::nullopt;
+        return Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
     return answers->last();
 }
 } // namespace
@@ -107,14 +107,18 @@ QList<Arg> videoQuery(const QString &hash, quint64 size, const QString &language
 
 QStringList ask(SubtitleService &service, const QList<Arg> &args)
 {
-    const std::optional<Result<QueryResult>> answer = answerTo(service, args);
-    return answer ? releases(*answer) : QStringList(QStringLiteral("no answer"));
+    return releases(answerTo(service, args));
+}
+
+QList<SubtitlePtr> found(SubtitleService &service, const QList<Arg> &args)
+{
+    const Result<QueryResult> answer = answerTo(service, args);
+    return answer ? *answer->subtitles : QList<SubtitlePtr>();
 }
 
 SubtitlePtr firstOf(SubtitleService &service, const QList<Arg> &args)
 {
-    const std::optional<Result<QueryResult>> answer = answerTo(service, args);
-    return answer && *answer ? (*answer)->subtitles->value(0) : nullptr;
+    return found(service, args).value(0);
 }
 
 Result<QUrl> fetch(SubtitleService &service, const SubtitlePtr &subtitle)

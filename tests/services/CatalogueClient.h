@@ -53,7 +53,9 @@ QList<Arg> videoQuery(const QString &hash, quint64 size, const QString &language
 
 /// Asks and waits. The releases found; or the error's sentence after "error: ".
 QStringList ask(SubtitleService &service, const QList<Arg> &args);
-/// Asks and waits for the first result; null when there is none.
+/// Asks and waits for the results; none when it failed.
+QList<SubtitlePtr> found(SubtitleService &service, const QList<Arg> &args);
+/// The first of them; null when there is none.
 SubtitlePtr firstOf(SubtitleService &service, const QList<Arg> &args);
 /// Downloads and waits.
 Result<QUrl> fetch(SubtitleService &service, const SubtitlePtr &subtitle);

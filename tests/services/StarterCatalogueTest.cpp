@@ -1,15 +1,14 @@
+#include "CatalogueClient.h"
+
 #include <platform/Bundle.h>
 #include <search/api/MetadataService.h>
 #include <search/api/SubtitleService.h>
 #include <services/catalogue/CatalogueServices.h>
 #include <services/support/ServiceLanguages.h>
-#include <support/Sandbox.h>
 
 #include <QFile>
 #include <QImage>
 #include <QTest>
-
-#include <mutex>
 
 namespace
 {
@@ -24,22 +23,7 @@ class StarterCatalogueTest : public QObject
     Sandbox m_sandbox;
     QUrl m_video;
 
-    static QList<SubtitlePtr> ask(const QList<Arg> &args)
-    {
-        std::mutex mutex;
-        std::optional<Result<QueryResult>> answer;
-        SubtitleService::shared().query(args, [&](const Result<QueryResult> &result) {
-            const std::scoped_lock lock(mutex);
-            answer = result;
-        });
-        const bool came = QTest::qWaitFor(
-            [&] {
-                const std::scoped_lock lock(mutex);
-                return answer.has_value();
-            },
-            20000);
-        return came && *answer ? *(*answer)->subtitles : QList<SubtitlePtr>();
-    }
+    static QList<SubtitlePtr> ask(const QList<Arg> &args) { return found(SubtitleService::shared(), args); }
 
     QList<SubtitlePtr> askForSample(const char *language) const
     {
@@ -125,18 +109,9 @@ private Q_SLOTS:
         for (const char *title :
              {"harbour lights", "tin orchard", "night ferry", "quillmouth", "lamplighters"}) {
             for (const SubtitlePtr &subtitle : ask({{Param::text, QString::fromLatin1(title)}})) {
-                std::mutex mutex;
-                std::optional<Result<QUrl>> answer;
-                SubtitleService::shared().download(subtitle, [&](const Result<QUrl> &result) {
-                    const std::scoped_lock lock(mutex);
-                    answer = result;
-                });
-                QTRY_VERIFY([&] {
-                    const std::scoped_lock lock(mutex);
-                    return answer.has_value();
-                }());
-                QVERIFY(*answer);
-                QFile file((*answer)->toLocalFile());
+                const Result<QUrl> url = fetch(SubtitleService::shared(), subtitle);
+                QVERIFY(url);
+                QFile file(url->toLocalFile());
                 QVERIFY(file.open(QIODevice::ReadOnly));
                 verifyFormat(subtitle->subFormat, QString::fromUtf8(file.readAll()));
                 QVERIFY(file.fileName().endsWith(QLatin1Char('.') + subtitle->subFormat));
