@@ -28,7 +28,6 @@ BUS_CONFIGURATION = '''<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
   </policy>
 </busconfig>
 '''
-GROUND = '#d3dae1'
 ACCESSIBILITY_BUS = '/usr/libexec/at-spi-bus-launcher'
 INHERITED = ('PATH', 'LD_LIBRARY_PATH', 'TSAN_OPTIONS', 'ASAN_OPTIONS', 'UBSAN_OPTIONS', 'LLVM_PROFILE_FILE')
 
@@ -36,10 +35,11 @@ INHERITED = ('PATH', 'LD_LIBRARY_PATH', 'TSAN_OPTIONS', 'ASAN_OPTIONS', 'UBSAN_O
 class Desktop:
     """Use with "with". `scheme` is what the settings portal says: None for no portal, 1 for dark, 2 for light."""
 
-    def __init__(self, size=(1280, 1024), compositor=True, scheme=None):
+    def __init__(self, size=(1280, 1024), compositor=True, scheme=None, ground='#d3dae1'):
         self._size = size
         self._compositor = compositor
         self._scheme = scheme
+        self._ground = ground
         self._processes = []
         self._homes = 0
         self._portal = None
@@ -91,7 +91,7 @@ class Desktop:
         if not number:
             raise RuntimeError('Xvfb did not start: ' + self._processes[-1].complaints())
         self.environment['DISPLAY'] = f':{number}'
-        self._ask('hsetroot', '-solid', GROUND)
+        self._ask('hsetroot', '-solid', self._ground)
 
     def _start_bus(self):
         with open(os.path.join(self.folder, 'bus.conf'), 'w', encoding='utf-8') as file:

@@ -1,0 +1,56 @@
+"""Light and dark as the desktop's settings say, from the start and when they change."""
+import unittest
+
+from program_test import ProgramTest
+from waiting import wait_for
+
+DARK, LIGHT = 1, 2
+HALF = 3 * 255 / 2
+
+
+class AppearanceTest(ProgramTest):
+    scheme = LIGHT
+
+    def brightness(self):
+        """The sum of red, green and blue in a corner of the content, where nothing else is drawn."""
+        x, y, _, height = self.frame()
+        return sum(self.screen.colour(x + 20, y + height - 20))
+
+    def wait_for_dark(self, dark):
+        wait_for(lambda: (self.brightness() < HALF) == dark, lambda: f'dark is {dark} at brightness {self.brightness()}')
+
+    def test_it_follows_the_desktop_while_it_runs(self):
+        self.launch()
+        self.wait_for_dark(False)
+        self.desktop.choose_scheme(DARK)
+        self.wait_for_dark(True)
+        self.desktop.choose_scheme(LIGHT)
+        self.wait_for_dark(False)
+
+    def test_it_starts_dark_on_a_dark_desktop(self):
+        self.desktop.choose_scheme(DARK)
+        self.addCleanup(self.desktop.choose_scheme, LIGHT)
+        self.launch()
+        self.wait_for_dark(True)
+
+    def test_results_and_the_panel_turn_dark_too(self):
+        self.launch()
+        self.search('harbour')
+        self.wait_for_results(3)
+        self.select(1)
+        self.desktop.choose_scheme(DARK)
+        self.addCleanup(self.desktop.choose_scheme, LIGHT)
+        self.wait_for_dark(True)
+        x, y, width, _ = self.row(3).extents
+        wait_for(lambda: sum(self.screen.colour(x + width // 2, y + 6)) < HALF, 'the list is dark')
+
+
+class WithoutPortalTest(ProgramTest):
+    def test_without_a_settings_portal_it_is_light(self):
+        self.launch()
+        x, y, _, height = self.frame()
+        self.assertGreater(sum(self.screen.colour(x + 20, y + height - 20)), HALF)
+
+
+if __name__ == '__main__':
+    unittest.main(verbosity=2)

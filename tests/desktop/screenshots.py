@@ -1,0 +1,154 @@
+"""Pictures of the program's main states in light and dark at scale 1 and 2: screenshots.py [BUILD]
+
+Written to build/screenshots/, for people to look at beside each other. BUILD is the build folder, build/dev without one.
+"""
+import os
+import pathlib
+import shutil
+import sys
+
+from desktop import Desktop
+from waiting import remains, wait_for
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+TARGET = os.path.join(ROOT, 'build', 'screenshots')
+SCHEMES = {'light': 2, 'dark': 1}
+GROUNDS = {'light': '#d3dae1', 'dark': '#17181b'}
+SCALES = (1, 2)
+MARGIN_POINTS = 28
+SETTLE_SECONDS = 0.8  # fades and the sliding panel have ended
+
+
+class Studio:
+    """One desktop in one scheme and scale; every picture is of a program just started in an empty home."""
+
+    def __init__(self, desktop, build, name, scale):
+        self._desktop = desktop
+        self._screen = desktop.screen
+        self._build = build
+        self._name = name
+        self._scale = scale
+        self._program = self._window = self._tree = None
+
+    def idle(self):
+        self._start()
+        self._take('idle')
+
+    def dragging(self):
+        self._start()
+        source, grip = self._desktop.drag_source('text/uri-list', 'file:///nowhere/Film.mkv\r\n')
+        x, y, width, height = self._screen.geometry(self._window)
+        self._screen.button_down(*grip)
+        self._screen.glide(grip, (x + width // 2, y + height * 3 // 4))
+        self._program.wait_for_line('draggingEntered')
+        self._take('dragging')
+        self._screen.button_up()
+        source.stop()
+
+    def results(self):
+        self._start(self._sample())
+        self._wait_for_rows()
+        self._take('results')
+
+    def panel(self):
+        self._start(self._sample())
+        self._select_first()
+        self._take('panel')
+
+    def sheet(self):
+        self._start(self._sample())
+        self._select_first()
+        self._screen.press('ctrl+s')
+        self._tree.find('dialog', 'Save')
+        self._take('save-sheet')
+
+    def saved(self):
+        self._start(self._sample())
+        self._select_first()
+        self._screen.press('ctrl+s')
+        self._tree.find('dialog', 'Save')
+        self._screen.press('Return')
+        self._tree.find('push button', 'Show in folder')
+        self._take('saved')
+
+    def nothing_found(self):
+        self._start(program='plovendix-scripted')
+        self._type('nothing')
+        self._tree.find('label', lambda name: name.startswith('Nothing found'))
+        self._take('nothing-found')
+
+    def alert(self):
+        self._start(program='plovendix-scripted')
+        self._type('refuse')
+        self._tree.find('alert message')
+        self._take('alert')
+
+    def menu(self):
+        self._start()
+        self._click(self._tree.find('button menu', 'Main menu'))
+        wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the menu is shown')
+        self._take('menu')
+
+    def _start(self, *arguments, program='plovendix'):
+        home = self._desktop.new_home()
+        home['PLOVENDIX_SCRIPT_FOLDER'] = os.path.join(home['HOME'], 'script')
+        home['QT_SCALE_FACTOR'] = str(self._scale)
+        self._program = self._desktop.start([os.path.join(self._build, program), *arguments], 'program', environment=home)
+        self._window = self._screen.window('^Plovendix')
+        self._tree = self._desktop.accessible(self._program)
+        wait_for(lambda: self._screen.active_window() == self._window, 'the window is active')
+
+    def _sample(self):
+        """A fresh copy of the sample, so that a subtitle can be saved beside it."""
+        folder = os.path.join(self._desktop.folder, 'Videos')
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.copytree(os.path.join(self._build, 'resources', 'sample'), folder)
+        return str(next(pathlib.Path(folder).glob('*.mkv')))
+
+    def _click(self, accessible):
+        # Accessibles speak of points, the mouse of pixels.
+        self._screen.click(*(self._scale * coordinate for coordinate in accessible.centre))
+
+    def _type(self, text):
+        field = self._tree.find('text', 'Search')
+        wait_for(lambda: field.has('focused'), 'the field has the focus')
+        self._screen.type(text)
+        self._screen.press('Return')
+
+    def _wait_for_rows(self):
+        wait_for(lambda: self._tree.find_all('list item'), 'the sample is found')
+
+    def _select_first(self):
+        self._wait_for_rows()
+        self._click(self._tree.find('list item'))
+        self._tree.find('push button', 'Download')
+
+    def _take(self, state):
+        remains(self._program.runs, 'the program runs', SETTLE_SECONDS)
+        x, y, width, height = self._screen.geometry(self._window)
+        margin = MARGIN_POINTS * self._scale
+        text = self._screen.properties(self._window, '_GTK_FRAME_EXTENTS').get('_GTK_FRAME_EXTENTS', '0')
+        spare = margin - int(text.split(',')[0])
+        part = self._screen.picture().cut(x - spare, y - spare, width + 2 * spare, height + 2 * spare)
+        part.save(os.path.join(TARGET, f'{state}-{self._name}@{self._scale}x.png'))
+        self._program.stop()
+
+
+STATES = (Studio.idle, Studio.dragging, Studio.results, Studio.panel, Studio.sheet, Studio.saved, Studio.nothing_found,
+          Studio.alert, Studio.menu)
+
+
+def main(build):
+    os.makedirs(TARGET, exist_ok=True)
+    for name, scheme in SCHEMES.items():
+        for scale in SCALES:
+            size = (1300 * scale, 1000 * scale)
+            with Desktop(size=size, scheme=scheme, ground=GROUNDS[name]) as desktop:
+                studio = Studio(desktop, build, name, scale)
+                for state in STATES:
+                    state(studio)
+    print(f'{len(os.listdir(TARGET))} pictures in {TARGET}')
+
+
+if __name__ == '__main__':
+    main(os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.path.join(ROOT, 'build', 'dev')))
