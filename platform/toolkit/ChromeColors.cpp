@@ -26,9 +26,9 @@ QColor ChromeColors::mixed(const QColor &base, const QColor &over, qreal amount)
 {
     const float weight = static_cast<float>(amount);
     const auto part = [weight](float from, float to) { return from + (to - from) * weight; };
-    return QColor::fromRgbF(part(base.redF(), over.redF()), part(base.greenF(), over.greenF()),
-                            part(base.blueF(), over.blueF()))
-        .toRgb();
+    const QColor mix = QColor::fromRgbF(part(base.redF(), over.redF()), part(base.greenF(), over.greenF()),
+                                        part(base.blueF(), over.blueF()));
+    return QColor(mix.rgb()); // as it is on the screen, so that equal colours compare equal
 }
 
 QColor ChromeColors::readableOn(const QColor &background)

@@ -3,6 +3,7 @@
 #include "ChromeColors.h"
 #include "ChromePainting.h"
 #include "ClearIcon.h"
+#include "ComboItemDelegate.h"
 #include "WindowSystem.h"
 
 #include <QAbstractButton>
@@ -27,7 +28,7 @@ constexpr int PushButtonPadding = 16;
 constexpr int TabPadding = 14;
 constexpr int LineEditHeight = 30;
 constexpr int ComboBoxHeight = 28;
-constexpr int ComboBoxExtraWidth = 38;
+constexpr int ComboBoxExtraWidth = 40;
 constexpr int PillHeight = 22;
 constexpr int PillExtraWidth = 30;
 constexpr QSize MenuButtonSize{26, 22};
@@ -65,6 +66,11 @@ void ChromeStyle::polish(QWidget *widget)
         widget->setAttribute(Qt::WA_Hover);
     else if (qobject_cast<QMenu *>(widget))
         widget->setAttribute(Qt::WA_TranslucentBackground, WindowSystem::shared().isComposited());
+    if (auto *combo = qobject_cast<QComboBox *>(widget)) {
+        // Now and not when the list is shown, for its height is worked out before.
+        if (combo->itemDelegate()->inherits("QComboBoxDelegate"))
+            combo->setItemDelegate(new ComboItemDelegate(combo));
+    }
 }
 
 void ChromeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,

@@ -72,6 +72,8 @@ void SettingsPortal::start()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
+    // The slot's parameters are looked up by name, and nobody may have used this type yet.
+    qRegisterMetaType<QDBusVariant>();
     // Without the service's name: naming it would ask the bus, and wait, for who owns it.
     bus.connect({}, PortalPath, PortalInterface, u"SettingChanged"_s, this,
                 SLOT(takeChange(QString, QString, QDBusVariant)));

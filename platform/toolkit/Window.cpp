@@ -164,8 +164,15 @@ void Window::addTitlebarAccessoryViewController(
 
 void Window::center()
 {
-    if (const QScreen *where = screen())
-        move(where->availableGeometry().center() - rect().center());
+    if (!screen())
+        return;
+    // The shadow may reach beyond the screen, the frame may not: least of all its title bar.
+    const int margin = d->look.margin;
+    const QRect room = screen()->availableGeometry().marginsAdded({margin, margin, margin, margin});
+    resize(size().boundedTo(room.size()));
+    QRect place({}, size());
+    place.moveCenter(room.center());
+    move(qMax(place.left(), room.left()), qMax(place.top(), room.top()));
 }
 
 void Window::makeKeyAndOrderFront()

@@ -69,7 +69,8 @@ public:
     void
     addTitlebarAccessoryViewController(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
 
-    /// Puts the window in the middle of its screen (X11; elsewhere the compositor places it).
+    /// Puts the window in the middle of its screen (X11; elsewhere the compositor places it), no larger than
+    /// that.
     void center();
     /// Shows the window, un-minimises it and asks for the focus.
     void makeKeyAndOrderFront();

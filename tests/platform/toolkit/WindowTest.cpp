@@ -44,6 +44,7 @@ private Q_SLOTS:
     void firstResponderTakesTheFocus();
     void noFirstResponderTakesItAway();
     void centersItsFrame();
+    void centeredWindowIsNoLargerThanItsScreen();
     void modalWindowBlocksTheOther();
 
 private:
@@ -363,6 +364,22 @@ void WindowTest::centersItsFrame()
     window.center();
     const QPoint off = window.geometry().center() - window.screen()->availableGeometry().center();
     QVERIFY2(off.manhattanLength() <= 2, qPrintable(u"%1 %2"_s.arg(off.x()).arg(off.y())));
+}
+
+void WindowTest::centeredWindowIsNoLargerThanItsScreen()
+{
+    const Composited composited(true);
+    Window window;
+    const QRect room = window.screen()->availableGeometry();
+    window.setContentSize(room.size() + QSize(300, 200));
+    window.center();
+    QCOMPARE(window.geometry().marginsRemoved({28, 28, 28, 28}), room);
+
+    window.setContentSize(room.size() + QSize(300, 200));
+    window.setResizable(false);
+    window.center();
+    // It keeps its size, but its title bar can be reached.
+    QCOMPARE(window.pos() + QPoint(28, 28), room.topLeft());
 }
 
 void WindowTest::modalWindowBlocksTheOther()
