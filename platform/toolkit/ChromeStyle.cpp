@@ -49,8 +49,12 @@ void applySceneText(QWidget &widget)
     const QVariant relativeSize = widget.property("relativeSize");
     if (!relativeSize.isValid())
         return;
+    const QFont base = QApplication::font(&widget);
     QFont font = widget.font();
-    font.setPointSizeF(QApplication::font(&widget).pointSizeF() * relativeSize.toDouble());
+    if (base.pointSizeF() > 0)
+        font.setPointSizeF(base.pointSizeF() * relativeSize.toDouble());
+    else // a desktop that gives its font in pixels
+        font.setPixelSize(qMax(1, qRound(base.pixelSize() * relativeSize.toDouble())));
     widget.setFont(font);
 }
 } // namespace
