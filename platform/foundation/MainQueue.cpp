@@ -101,12 +101,10 @@ public:
 protected:
     bool event(QEvent *event) override
     {
-        if (event->type() == WakeUp) {
-            noteWakeUp();
-            runBatch();
-            return true;
-        }
-        return QObject::event(event);
+        if (!takeWakeUp(*event))
+            return QObject::event(event);
+        runBatch();
+        return true;
     }
 
     void timerEvent(QTimerEvent *event) override
@@ -145,11 +143,15 @@ private:
     }
 
     /// The posted wake-up is used up even where it finds a block running; the end of that turn posts the
-    /// next.
-    void noteWakeUp()
+    /// next. Asked under the lock, which orders the posting thread's work on the event before ours for all to
+    /// see.
+    bool takeWakeUp(const QEvent &event)
     {
         const std::scoped_lock lock(m_mutex);
+        if (event.type() != WakeUp)
+            return false;
         m_wakeUpPosted = false;
+        return true;
     }
 
     void wakeUpLocked()

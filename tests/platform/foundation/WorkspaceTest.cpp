@@ -1,13 +1,15 @@
 #include "ScopedVariable.h"
 
+#include <platform/GObjectPointer.h>
 #include <platform/Workspace.h>
 #include <support/Sandbox.h>
+
+#include <gio/gio.h>
 
 #include <QDBusConnection>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTest>
 
 #include <atomic>
@@ -64,7 +66,7 @@ private:
     QString received() const;
 
     Sandbox m_sandbox;
-    QProcess m_bus;
+    GObjectPointer<GTestDBus> m_bus;
 };
 
 void WorkspaceTest::installHandler(const QString &identifier, const QString &program,
@@ -114,8 +116,8 @@ void WorkspaceTest::init()
 void WorkspaceTest::cleanupTestCase()
 {
     QDBusConnection::disconnectFromBus(u"browser"_s);
-    m_bus.kill();
-    m_bus.waitForFinished();
+    if (m_bus)
+        g_test_dbus_stop(m_bus.get());
 }
 
 void WorkspaceTest::urlReachesItsHandlerUnchanged()
@@ -213,10 +215,9 @@ void WorkspaceTest::folderIsOpenedWithoutASessionBus()
 
 void WorkspaceTest::fileIsShownByTheBrowserOnTheBus()
 {
-    m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-    QVERIFY(m_bus.waitForReadyRead());
-    const QString address = QString::fromLatin1(m_bus.readLine()).trimmed();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLatin1());
+    m_bus.reset(g_test_dbus_new(G_TEST_DBUS_NONE));
+    g_test_dbus_up(m_bus.get());
+    const QString address = QString::fromLatin1(g_test_dbus_get_bus_address(m_bus.get()));
     const QString file = m_sandbox.writeFile(u"saved here/f ü.srt"_s, "x");
     const QUrl url = QUrl::fromLocalFile(file);
     // A bus without a browser on it: the folder is opened instead.
