@@ -19,11 +19,12 @@ public:
     static FileManager &defaultManager();
     static void setDefaultManager(std::shared_ptr<FileManager> manager);
 
-    /// Moves a file or folder to a place where nothing is yet. A failure leaves the source whole and the destination
-    /// as it was; the error says what failed and where. Domain "FileManager", code the errno value.
-    /// Across file systems, files only: copies beside the destination, flushes, publishes without replacing, then
-    /// removes the source. A source that cannot be removed then stays beside its copy, and the move has succeeded: what
-    /// was asked for is there, and a failing disk is no reason to take it away again.
+    /// Moves a file or folder to a place where nothing is yet. A failure leaves the source whole and the
+    /// destination as it was; the error says what failed and where. Domain "FileManager", code the errno
+    /// value. Across file systems, files only: copies beside the destination, flushes, publishes without
+    /// replacing, then removes the source. A source that cannot be removed then stays beside its copy, and
+    /// the move has succeeded: what was asked for is there, and a failing disk is no reason to take it away
+    /// again.
     virtual Result<void> moveItem(const QUrl &source, const QUrl &destination);
     virtual Result<void> createDirectory(const QUrl &folder);
     virtual Result<void> removeItem(const QUrl &item);
