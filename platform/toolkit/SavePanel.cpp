@@ -67,10 +67,17 @@ QDialog *SavePanel::makeSheet(Window *window, std::function<void(ModalResponse)>
         auto answer = std::exchange(completion, nullptr);
         if (!answer)
             return;
-        answer(panel->takeAnswer(*dialog, result));
-        // The answer may show an alert, and anything may have happened meanwhile.
-        if (window)
-            SheetQueue::of(*window).end(dialog);
+        // Not from within the dialog's own key or mouse event: the answer may let the window go, and the
+        // dialog with it.
+        MainQueue::shared().async(
+            [window, dialog, response = panel->takeAnswer(*dialog, result), give = std::move(answer), panel] {
+                if (!window)
+                    return;
+                give(response);
+                // The answer may have shown an alert, and anything may have happened meanwhile.
+                if (window)
+                    SheetQueue::of(*window).end(dialog);
+            });
     };
     QObject::connect(dialog, &SaveDialog::answered, dialog, answered);
     return dialog;

@@ -1,5 +1,6 @@
 #pragma once
 #include <platform/FileManager.h>
+#include <platform/MainQueue.h>
 #include <platform/SavePanel.h>
 #include <platform/UserDefaults.h>
 #include <platform/Window.h>
@@ -56,6 +57,7 @@ protected:
 
     QFileDialog *show()
     {
+        MainQueue::shared().runUntilIdle(); // an answered sheet goes on the next turn
         begin(m_panel);
         return visibleDialog(*m_window);
     }
@@ -67,6 +69,7 @@ protected:
         QTest::keyClick(nameField(dialog), Qt::Key_Delete);
         QTest::keyClicks(nameField(dialog), text);
         QTest::keyClick(nameField(dialog), Qt::Key_Return);
+        MainQueue::shared().runUntilIdle();
     }
 
     Sandbox m_sandbox;

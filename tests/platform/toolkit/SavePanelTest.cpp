@@ -24,7 +24,7 @@ private Q_SLOTS:
         QVERIFY(m_answers.isEmpty());
         QCOMPARE(nameField(*dialog)->text(), u"Movie.en.srt"_s);
         QTest::keyClick(nameField(*dialog), Qt::Key_Return);
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
         QCOMPARE(m_panel->URL(), QUrl::fromLocalFile(m_folder + u"/Movie.en.srt"_s));
         QTRY_VERIFY(m_window->findChildren<QFileDialog *>().isEmpty());
     }
@@ -90,10 +90,10 @@ private Q_SLOTS:
             dialog->close();
         else
             QTest::keyClick(dialog, Qt::Key_Escape);
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::Cancel}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::Cancel}));
         QVERIFY(!m_panel->URL());
         QTRY_VERIFY(m_window->findChildren<QFileDialog *>().isEmpty());
-        QCOMPARE(m_answers.size(), 1);
+        QTRY_COMPARE(m_answers.size(), 1);
         QVERIFY(!UserDefaults::standard().string(u"lastSaveFolder"_s));
     }
 
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QFileDialog *dialog = show();
         QTest::keyClick(nameField(*dialog), Qt::Key_Return);
         QVERIFY(m_window->findChildren<QMessageBox *>().isEmpty());
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
         QCOMPARE(m_panel->URL(), QUrl::fromLocalFile(existing.fileName()));
     }
 
@@ -127,7 +127,7 @@ private Q_SLOTS:
         QTRY_VERIFY(m_window->findChildren<QFileDialog *>().isEmpty());
         QCOMPARE(m_panel.use_count(), 1L);
         std::thread([held = std::move(m_panel)]() mutable { held.reset(); }).join();
-        QCOMPARE(m_answers.size(), 1);
+        QTRY_COMPARE(m_answers.size(), 1);
     }
 
     void panelKeepsItselfUntilItIsAnswered()
@@ -138,7 +138,7 @@ private Q_SLOTS:
         m_panel.reset();
         QVERIFY(!panel.expired());
         type(*dialog, u"a.srt"_s);
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
         QTRY_VERIFY(panel.expired());
     }
 
@@ -164,7 +164,7 @@ private Q_SLOTS:
             m_window.reset();
         });
         type(*visibleDialog(*m_window), u"a.srt"_s);
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK}));
         QVERIFY(!m_window);
     }
 
@@ -180,13 +180,13 @@ private Q_SLOTS:
         QCOMPARE(m_window->findChildren<QFileDialog *>().size(), 1);
         QCOMPARE(nameField(*first)->text(), u"first.srt"_s);
         QTest::keyClick(first, Qt::Key_Escape);
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::Cancel}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::Cancel}));
 
         QFileDialog *next = visibleDialog(*m_window);
         QVERIFY(next && next != first);
         QCOMPARE(nameField(*next)->text(), u"second.srt"_s);
         QTest::keyClick(nameField(*next), Qt::Key_Return);
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::Cancel, ModalResponse::OK}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::Cancel, ModalResponse::OK}));
         QCOMPARE(second->URL()->fileName(), u"second.srt"_s);
         QVERIFY(!visibleDialog(*m_window));
     }
@@ -200,7 +200,7 @@ private Q_SLOTS:
         QVERIFY(!m_panel->URL());
         QTest::keyClick(again, Qt::Key_Escape);
         QVERIFY(!m_panel->URL());
-        QCOMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK, ModalResponse::Cancel}));
+        QTRY_COMPARE(m_answers, QList<ModalResponse>({ModalResponse::OK, ModalResponse::Cancel}));
     }
 
     void extensionChoicesAreOnlyStored()
