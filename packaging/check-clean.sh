@@ -52,6 +52,7 @@ finish() {
 
 # The machine's own sources, so that a mirror or a snapshot configured here is used there. Never part of the project.
 apt_sources() {
+    rm -f "$1/etc/apt/sources.list"
     cp -a /etc/apt/sources.list "$1/etc/apt/" 2>/dev/null || true
     local file
     for file in /etc/apt/sources.list.d/*; do

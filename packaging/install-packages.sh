@@ -45,7 +45,7 @@ done
 [ -n "$missing" ] || exit 0
 
 echo "Installing:$missing"
-as_root apt-get update -q
+as_root apt-get update -qq
 # shellcheck disable=SC2086 # one word for each package
-as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends \
+as_root env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-install-recommends \
     -o DPkg::Lock::Timeout=300 $missing
