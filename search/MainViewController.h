@@ -68,6 +68,8 @@ public:
     void updateDownloadButton();
     /// Shows the results or the drop target, and the panel for a selected row.
     void updateUIState(bool animated);
+    /// Fills the panel with the selected result and looks up its poster.
+    void updateDetailView();
     /// Downloads the selected result and delivers it; the save sheet is forced with Alt alone held.
     void downloadSelectedSubtitle();
     /// The same, always with the save sheet.
@@ -123,7 +125,6 @@ private:
     void showDropPrompt();
     void showNothingFound(const QString &text, const QString &language);
     void showLanguageNotice(const QString &language);
-    void updateDetailView();
     void showDetailView(bool animated);
     void hideDetailView(bool animated);
     void loadPoster(const QString &imdbID);

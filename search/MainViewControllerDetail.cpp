@@ -36,9 +36,10 @@ void MainViewController::updateDetailView()
         printLine(u"No subtitles available"_s);
         return;
     }
-    if (!m_shownSubtitles)
+    const auto found = subtitles.load();
+    if (!found || !m_shownSubtitles)
         return;
-    if (m_shownSubtitles->isEmpty()) {
+    if (found->isEmpty()) { // stored by a search that has ended, while the table still shows the rows before it
         printLine(u"This doesn't work"_s);
         return;
     }

@@ -13,31 +13,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-Error refusal()
-{
-    return Error{u"Metadata"_s, 3, u"The film database refuses."_s};
-}
-
-FindResult found(int movies, int shows)
-{
-    FindResult result;
-    for (int number = 0; number < movies; ++number)
-        result.movieResults += TmdbItem{u"movie %1"_s.arg(number)};
-    for (int number = 0; number < shows; ++number)
-        result.tvResults += TmdbItem{u"show %1"_s.arg(number)};
-    return result;
-}
-
-QImage picture(const QColor &color)
-{
-    QImage image(20, 30, QImage::Format_RGB32);
-    image.fill(color);
-    return image;
-}
-} // namespace
-
 class ResultsTest : public QObject
 {
     Q_OBJECT
@@ -62,24 +37,14 @@ private Q_SLOTS:
     void insetsChangeBeforeThePanelMoves();
     void shownPanelScrollsToTheSelectedRowWhenAnimated();
     void shownPanelDoesNotScrollWithoutAnimation();
-    void posterIsAskedForByImdbId();
-    void subtitleWithoutImdbIdHasNoPoster();
-    void movieComesBeforeShow();
-    void showServesWhereNoMovieIs();
-    void nothingFoundLeavesThePosterEmpty();
-    void findFailureIsOnlyPrinted();
-    void fetchFailureIsOnlyPrinted();
-    void lateLookupShowsItsPosterAllTheSame();
-    void posterIsClearedWhenThePanelIsFilled();
-    void posterFillsItsPlaceWithRoundedCorners();
-    void posterForAControllerThatIsGone();
     void emptyResultsDropTheSelection();
     void reloadKeepsTheSelectedRow();
     void storedListDoesNotChangeTheRowsShown();
+    void selectionOverAnEmptyListIsOnlyPrinted();
+    void fillingThePanelWithoutASelectionIsOnlyPrinted();
     void hundredThousandRowsAreShown();
 
 private:
-    ImageView *poster() const { return m_view->child<ImageView>("detailViewImageView"); }
     ScrollView *scrollView() const { return m_view->child<ScrollView>("scrollView"); }
     LayoutConstraint *constraint() const
     {
@@ -220,126 +185,6 @@ void ResultsTest::shownPanelDoesNotScrollWithoutAnimation()
     QCOMPARE(bar->value(), 0);
 }
 
-void ResultsTest::posterIsAskedForByImdbId()
-{
-    m_view->showResults(1);
-    select(0);
-    QCOMPARE(m_view->metadata->finds, QStringList{u"tt9000001"_s});
-    m_view->metadata->findCompletions.front()(found(1, 0));
-    QCOMPARE(m_view->metadata->fetchSizes, QList<QSize>{QSize(154, 154)});
-    m_view->metadata->imageCompletions.front()(picture(Qt::red));
-    QVERIFY(poster()->image());
-}
-
-void ResultsTest::subtitleWithoutImdbIdHasNoPoster()
-{
-    auto anonymous = std::make_shared<Subtitle>();
-    anonymous->subFileName = u"Anonymous"_s;
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(answerWith({anonymous}));
-    m_view->turn();
-    select(0);
-    QVERIFY(m_view->metadata->finds.isEmpty());
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"No poster image found"_s});
-    QVERIFY(!poster()->image());
-}
-
-void ResultsTest::movieComesBeforeShow()
-{
-    m_view->showResults(1);
-    select(0);
-    m_view->metadata->findCompletions.front()(found(2, 1));
-    QCOMPARE(m_view->metadata->fetchedItems.first().handle.toString(), u"movie 0"_s);
-}
-
-void ResultsTest::showServesWhereNoMovieIs()
-{
-    m_view->showResults(1);
-    select(0);
-    m_view->metadata->findCompletions.front()(found(0, 2));
-    QCOMPARE(m_view->metadata->fetchedItems.first().handle.toString(), u"show 0"_s);
-}
-
-void ResultsTest::nothingFoundLeavesThePosterEmpty()
-{
-    m_view->showResults(1);
-    select(0);
-    m_view->metadata->findCompletions.front()(found(0, 0));
-    QVERIFY(m_view->metadata->fetchedItems.isEmpty());
-    QVERIFY(!poster()->image());
-    QVERIFY(m_sandbox.printedLines().isEmpty());
-}
-
-void ResultsTest::findFailureIsOnlyPrinted()
-{
-    m_view->showResults(1);
-    select(0);
-    m_view->metadata->findCompletions.front()(refusal());
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: The film database refuses."_s});
-    QVERIFY(m_view->metadata->fetchedItems.isEmpty());
-    QCOMPARE(label("detailFileLabel"), u"Film.1"_s);
-}
-
-void ResultsTest::fetchFailureIsOnlyPrinted()
-{
-    m_view->showResults(1);
-    select(0);
-    m_view->metadata->findCompletions.front()(found(1, 0));
-    m_view->metadata->imageCompletions.front()(refusal());
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: The film database refuses."_s});
-    QVERIFY(!poster()->image());
-}
-
-void ResultsTest::lateLookupShowsItsPosterAllTheSame()
-{
-    m_view->showResults(2);
-    select(0);
-    select(1);
-    m_view->metadata->findCompletions.at(1)(found(1, 0));
-    m_view->metadata->findCompletions.at(0)(found(1, 0));
-    m_view->metadata->imageCompletions.at(0)(picture(Qt::blue));
-    m_view->metadata->imageCompletions.at(1)(picture(Qt::red));
-    const QPixmap shown = poster()->image()->pixmap(QSizeF(20, 30), 1);
-    QCOMPARE(shown.toImage().pixelColor(5, 5), QColor(Qt::red));
-    QCOMPARE(label("detailFileLabel"), u"Film.2"_s);
-}
-
-void ResultsTest::posterIsClearedWhenThePanelIsFilled()
-{
-    m_view->showResults(2);
-    select(0);
-    m_view->metadata->findCompletions.front()(found(1, 0));
-    m_view->metadata->imageCompletions.front()(picture(Qt::red));
-    select(1);
-    QVERIFY(!poster()->image());
-}
-
-void ResultsTest::posterFillsItsPlaceWithRoundedCorners()
-{
-    m_view->showResults(1);
-    select(0);
-    QVERIFY(poster()->wantsLayer());
-    QVERIFY(poster()->canDrawSubviewsIntoLayer());
-    QCOMPARE(poster()->layer()->cornerRadius(), 6.0);
-    QVERIFY(poster()->layer()->masksToBounds());
-    QCOMPARE(poster()->layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
-}
-
-void ResultsTest::posterForAControllerThatIsGone()
-{
-    m_view->showResults(1);
-    select(0);
-    m_view->metadata->findCompletions.front()(found(1, 0));
-    const auto late = m_view->metadata->imageCompletions.front();
-    const auto lateFind = m_view->metadata->findCompletions.front();
-    m_view->window.reset();
-    m_view->controller.reset();
-    late(picture(Qt::red));
-    lateFind(found(1, 0));
-    QCOMPARE(m_view->metadata->fetchedItems.size(), 1);
-    m_view = std::make_unique<MainViewFixture>();
-}
-
 void ResultsTest::emptyResultsDropTheSelection()
 {
     m_view->showResults(3);
@@ -370,6 +215,25 @@ void ResultsTest::storedListDoesNotChangeTheRowsShown()
         u"Film.5"_s);
     select(4); // fills the panel from the rows shown
     QCOMPARE(label("detailFileLabel"), u"Film.5"_s);
+}
+
+void ResultsTest::selectionOverAnEmptyListIsOnlyPrinted()
+{
+    m_view->showResults(3);
+    m_view->controller->searchForText(u"a"_s, std::nullopt);
+    m_view->service->finishLast(answerWith(0)); // stored, not shown yet
+    m_sandbox.clearPrintedLines();
+    select(1);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"This doesn't work"_s});
+    QVERIFY(label("detailFileLabel") != u"Film.2"_s);
+}
+
+void ResultsTest::fillingThePanelWithoutASelectionIsOnlyPrinted()
+{
+    m_view->showResults(3);
+    m_sandbox.clearPrintedLines();
+    m_view->controller->updateDetailView();
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"No subtitles available"_s});
 }
 
 void ResultsTest::hundredThousandRowsAreShown()
