@@ -18,8 +18,8 @@ public:
     QString chosenFolder() const;
 
 Q_SIGNALS:
-    /// The dialog went, accepted or not. Unlike `finished` the very last thing it does, so that a receiver
-    /// may do anything, such as letting the window go.
+    /// The dialog went, accepted or not; the last thing it does. The key or click that ended it may still be
+    /// under way in it.
     void answered(int result);
 
 protected:
