@@ -2,6 +2,7 @@
 #include "ChromeColors.h"
 #include "Shadow.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -48,6 +49,14 @@ void FrameOverlay::updateMask()
     if (m_look.hairline)
         region += QRegion(frame()).subtracted(frame().adjusted(1, 1, -1, -1));
     setMask(region);
+}
+
+bool FrameOverlay::event(QEvent *event)
+{
+    // The shadow in the corners is lighter while another window is active.
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate)
+        update();
+    return QWidget::event(event);
 }
 
 void FrameOverlay::resizeEvent(QResizeEvent *)

@@ -15,6 +15,7 @@ public:
     void setLook(const WindowFrame::Look &look);
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 

@@ -152,6 +152,9 @@ bool TitleBar::event(QEvent *event)
     // An accessory that wants another size, for a longer language name say.
     if (event->type() == QEvent::LayoutRequest)
         layOut();
+    // The window's own update passes over what lies above opaque content.
+    else if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate)
+        update();
     return QWidget::event(event);
 }
 

@@ -1,15 +1,16 @@
 #include "WindowFixture.h"
 
+#include <platform/AppearancePalette.h>
 #include <platform/Bundle.h>
 #include <platform/TitleBar.h>
 #include <platform/TitlebarAccessoryViewController.h>
-#include <platform/WindowMenu.h>
 #include <support/Sandbox.h>
 
 #include <QAccessible>
 #include <QApplication>
-#include <QMenu>
 #include <QPushButton>
+#include <QMouseEvent>
+#include <QPaintEvent>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -35,18 +36,29 @@ private:
     QSize m_size;
 };
 
+/// Counts how often the middle of a widget is drawn.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QWidget *widget) { widget->installEventFilter(this); }
+    int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const QPoint middle = qobject_cast<QWidget *>(watched)->rect().center();
+        if (event->type() == QEvent::Paint && static_cast<QPaintEvent *>(event)->region().contains(middle))
+            ++m_count;
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
+
 QRect inWindow(const QWidget *widget)
 {
     return {widget->mapTo(widget->window(), QPoint()), widget->size()};
-}
-
-QAction *actionNamed(const QMenu &menu, const QString &name)
-{
-    for (QAction *action : menu.actions()) {
-        if (action->text() == name)
-            return action;
-    }
-    return nullptr;
 }
 } // namespace
 
@@ -64,6 +76,7 @@ private Q_SLOTS:
     void titleKeepsClearOfAccessories();
     void titleStandsInTheMiddleOfTheFrame();
     void hiddenTitleIsNotDrawn();
+    void isDrawnAnewOverOpaqueContentWhenTheWindowBecomesActive();
     void doubleClickMaximisesAndRestores();
     void doubleClickWithTheRightButtonDoesNothing();
     void maximiseButtonChangesItsName();
@@ -75,9 +88,6 @@ private Q_SLOTS:
     void tabVisitsTheContentFirst();
     void buttonsTakeNoFocusFromAClick();
     void spacePressesAFocusedButton();
-    void rightClickOpensTheWindowMenu();
-    void windowMenuOffersWhatCanBeDone();
-    void windowMenuOfAMaximisedWindow();
 
 private:
     QAbstractButton *button(const QString &name) const { return buttonNamed(*m_window, name); }
@@ -188,6 +198,25 @@ void TitleBarTest::hiddenTitleIsNotDrawn()
     }
     // It is hidden from sight alone.
     QCOMPARE(QAccessible::queryAccessibleInterface(m_window.get())->text(QAccessible::Name), u"Plovendix"_s);
+}
+
+void TitleBarTest::isDrawnAnewOverOpaqueContentWhenTheWindowBecomesActive()
+{
+    const auto content = ViewController::make<ViewController>();
+    content->view()->setAutoFillBackground(true);
+    // The program's palette: one whose inactive colours differ is reason enough for Qt to draw anew.
+    m_window->setPalette(appearancePalette(Appearance::Scheme::Light, Qt::blue));
+    m_window->setFullSizeContentView(true);
+    m_window->setContentViewController(content);
+    Window other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    PaintCounter paints(m_titleBar);
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QTRY_VERIFY(paints.count() > 0);
 }
 
 void TitleBarTest::doubleClickMaximisesAndRestores()
@@ -320,39 +349,6 @@ void TitleBarTest::spacePressesAFocusedButton()
     button(u"Close"_s)->setFocus();
     QTest::keyClick(button(u"Close"_s), Qt::Key_Space);
     QCOMPARE(closed.size(), 1);
-}
-
-void TitleBarTest::rightClickOpensTheWindowMenu()
-{
-    QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15}, m_titleBar->mapToGlobal(QPoint(300, 15)));
-    QApplication::sendEvent(m_titleBar, &event);
-    QPointer<QMenu> menu = m_window->findChild<QMenu *>();
-    QVERIFY(menu && menu->isVisible());
-    menu->close();
-    QTRY_VERIFY(menu.isNull());
-}
-
-void TitleBarTest::windowMenuOffersWhatCanBeDone()
-{
-    QPointer<QMenu> menu = popUpWindowMenu(*m_window, {10, 10});
-    QVERIFY(!actionNamed(*menu, u"Restore"_s)->isEnabled());
-    QVERIFY(actionNamed(*menu, u"Move"_s)->isEnabled());
-    QVERIFY(actionNamed(*menu, u"Minimize"_s)->isEnabled());
-    QVERIFY(actionNamed(*menu, u"Maximize"_s)->isEnabled());
-    QSignalSpy closed(m_window.get(), &Window::closed);
-    actionNamed(*menu, u"Close"_s)->trigger();
-    QCOMPARE(closed.size(), 1);
-}
-
-void TitleBarTest::windowMenuOfAMaximisedWindow()
-{
-    m_window->showMaximized();
-    QPointer<QMenu> menu = popUpWindowMenu(*m_window, {10, 10});
-    QVERIFY(actionNamed(*menu, u"Restore"_s)->isEnabled());
-    QVERIFY(!actionNamed(*menu, u"Move"_s)->isEnabled());
-    QVERIFY(!actionNamed(*menu, u"Maximize"_s)->isEnabled());
-    actionNamed(*menu, u"Restore"_s)->trigger();
-    QVERIFY(!m_window->isMaximized());
 }
 
 QTEST_MAIN(TitleBarTest)

@@ -1,6 +1,5 @@
 #include "WindowFixture.h"
 
-#include <platform/FrameOverlay.h>
 #include <platform/TitleBar.h>
 #include <support/Sandbox.h>
 
@@ -22,27 +21,16 @@ class WindowTest : public QObject
 private Q_SLOTS:
     void titleIsItsAccessibleName();
     void assistiveToolsSeeAWindowWithContentAndTitleBarOnly();
-    void titleFollowsTheControllers();
-    void aControllerWithoutTitleLeavesTheWindows();
     void closeButtonClosesOnce();
     void controlWCloses();
     void mayBeDestroyedByWhoHearsOfItsClosing();
     void closingTheLastWindowIsNoticedByTheApplication();
     void openWindowsAreThoseShownInOrderOfCreation();
     void minimisedWindowIsStillOpen();
-    void contentStandsBelowTheTitleBar();
-    void fullSizeContentLiesUnderTheTitleBar();
     void smallestContent_data();
     void smallestContent();
     void viewsOwnMinimumCounts();
     void fixedSizeWindowKeepsItsContentsSize();
-    void controllerAppearsEachTimeTheWindowIsShown();
-    void unminimisingIsNoAppearance();
-    void newContentInAShownWindowAppears();
-    void swappedContentKeepsItsPlaceUnderTheTitleBar();
-    void releasedContentBelongsToItsControllerAgain();
-    void firstResponderTakesTheFocus();
-    void noFirstResponderTakesItAway();
     void centersItsFrame();
     void centeredWindowIsNoLargerThanItsScreen();
     void modalWindowBlocksTheOther();
@@ -73,29 +61,6 @@ void WindowTest::assistiveToolsSeeAWindowWithContentAndTitleBarOnly()
         QCOMPARE(accessible->indexOfChild(child), i);
     }
     QCOMPARE(accessible->child(2), nullptr);
-}
-
-void WindowTest::titleFollowsTheControllers()
-{
-    Window window;
-    const auto controller = ViewController::make<ViewController>();
-    controller->setTitle(u"General"_s);
-    window.setContentViewController(controller);
-    QCOMPARE(window.windowTitle(), u"General"_s);
-    controller->setTitle(u"Updates"_s);
-    QCOMPARE(window.windowTitle(), u"Updates"_s);
-
-    window.setContentViewController(nullptr);
-    controller->setTitle(u"Elsewhere"_s);
-    QCOMPARE(window.windowTitle(), u"Updates"_s);
-}
-
-void WindowTest::aControllerWithoutTitleLeavesTheWindows()
-{
-    Window window;
-    window.setWindowTitle(u"Plovendix"_s);
-    window.setContentViewController(ViewController::make<ViewController>());
-    QCOMPARE(window.windowTitle(), u"Plovendix"_s);
 }
 
 void WindowTest::closeButtonClosesOnce()
@@ -181,32 +146,6 @@ void WindowTest::minimisedWindowIsStillOpen()
     QVERIFY(!window.isMinimized());
 }
 
-void WindowTest::contentStandsBelowTheTitleBar()
-{
-    Window window;
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    window.setContentSize({560, 280});
-    window.show();
-    QCOMPARE(window.contentSize(), QSize(560, 280));
-    QCOMPARE(controller->view()->geometry(), QRect(0, 38, 560, 280));
-    QCOMPARE(window.size(), QSize(560, 318));
-}
-
-void WindowTest::fullSizeContentLiesUnderTheTitleBar()
-{
-    Window window;
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    window.setFullSizeContentView(true);
-    window.setContentSize({760, 640});
-    window.show();
-    QCOMPARE(controller->view()->geometry(), QRect(0, 0, 760, 640));
-    const auto *titleBar = window.findChild<TitleBar *>();
-    QCOMPARE(titleBar->geometry(), QRect(0, 0, 760, 38));
-    QCOMPARE(window.childAt(300, 10), titleBar);
-}
-
 void WindowTest::smallestContent_data()
 {
     QTest::addColumn<QSize>("content");
@@ -248,112 +187,6 @@ void WindowTest::fixedSizeWindowKeepsItsContentsSize()
     window.setResizable(true);
     window.resize(900, 900);
     QCOMPARE(window.size(), QSize(900, 900));
-}
-
-void WindowTest::controllerAppearsEachTimeTheWindowIsShown()
-{
-    Window window;
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    QCOMPARE(controller->willAppear, 0);
-    window.show();
-    QCOMPARE(controller->willAppear, 1);
-    QCOMPARE(controller->didAppear, 1);
-    QVERIFY(!controller->wasVisibleOnWill);
-    QVERIFY(controller->wasVisibleOnDid);
-    window.show();
-    QCOMPARE(controller->willAppear, 1);
-    window.close();
-    window.makeKeyAndOrderFront();
-    QCOMPARE(controller->willAppear, 2);
-    QCOMPARE(controller->didAppear, 2);
-}
-
-void WindowTest::unminimisingIsNoAppearance()
-{
-    Window window;
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    window.show();
-    window.showMinimized();
-    window.makeKeyAndOrderFront();
-    QVERIFY(!window.isMinimized());
-    QCOMPARE(controller->willAppear, 1);
-    QCOMPARE(controller->didAppear, 1);
-}
-
-void WindowTest::newContentInAShownWindowAppears()
-{
-    Window window;
-    window.show();
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    QCOMPARE(controller->willAppear, 1);
-    QCOMPARE(controller->didAppear, 1);
-    QVERIFY(controller->view()->isVisible());
-    QCOMPARE(controller->window(), &window);
-}
-
-void WindowTest::swappedContentKeepsItsPlaceUnderTheTitleBar()
-{
-    const Composited composited(true);
-    Window window;
-    window.setFullSizeContentView(true);
-    window.setContentViewController(ViewController::make<CountingController>());
-    window.show();
-    const auto replacement = ViewController::make<CountingController>();
-    window.setContentViewController(replacement);
-
-    const QPoint insideTitleBar(28 + 300, 28 + 10);
-    QCOMPARE(window.childAt(insideTitleBar), window.findChild<TitleBar *>());
-    QCOMPARE(window.childAt(QPoint(28 + 300, 28 + 300)), replacement->view());
-    // Nothing is painted after the overlay, or it would cover the rounded corners.
-    QCOMPARE(window.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly).constLast(),
-             window.findChild<FrameOverlay *>());
-}
-
-void WindowTest::releasedContentBelongsToItsControllerAgain()
-{
-    const auto controller = ViewController::make<CountingController>();
-    const QPointer<QWidget> view = controller->view();
-    {
-        Window window;
-        window.setContentViewController(controller);
-        window.show();
-        window.setContentViewController(ViewController::make<CountingController>());
-        QVERIFY(view);
-        QCOMPARE(view->parent(), nullptr);
-        QVERIFY(!view->isVisible());
-        window.setContentViewController(controller);
-        QCOMPARE(controller->window(), &window);
-    }
-    QVERIFY(view);
-    QCOMPARE(controller->window(), nullptr);
-}
-
-void WindowTest::firstResponderTakesTheFocus()
-{
-    Window window;
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    window.show();
-    auto *field = controller->view()->findChild<QLineEdit *>();
-    window.makeFirstResponder(field);
-    QCOMPARE(window.focusWidget(), field);
-}
-
-void WindowTest::noFirstResponderTakesItAway()
-{
-    Window window;
-    const auto controller = ViewController::make<CountingController>();
-    window.setContentViewController(controller);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    auto *field = controller->view()->findChild<QLineEdit *>();
-    window.makeFirstResponder(field);
-    window.makeFirstResponder(nullptr);
-    QVERIFY(!field->hasFocus());
 }
 
 void WindowTest::centersItsFrame()
