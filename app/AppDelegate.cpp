@@ -1,25 +1,153 @@
 #include "AppDelegate.h"
 
+#include <delivery/FileSearching.h>
 #include <languages/catalogue/LanguageCodeToName.h>
+#include <platform/Bundle.h>
+#include <platform/ErrorAlert.h>
+#include <platform/FatalFault.h>
 #include <platform/Locale.h>
+#include <platform/StandardOutput.h>
+#include <platform/URLComponents.h>
+#include <platform/URLEventCentre.h>
 #include <platform/UserDefaults.h>
 #include <platform/ValueTransformer.h>
+#include <platform/ViewController.h>
+#include <platform/Window.h>
+#include <platform/Workspace.h>
 
-AppDelegate::AppDelegate()
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr auto Website = "https://www.quorvane.example/"_L1;
+
+AppDelegate *sharedDelegate = nullptr;
+
+Window *firstWindow()
+{
+    const QList<Window *> windows = Window::openWindows();
+    return windows.isEmpty() ? nullptr : windows.first();
+}
+
+QString informationText(const QString &key)
+{
+    const QVariant value = Bundle::main().objectForInfoDictionaryKey(key);
+    if (value.typeId() != QMetaType::QString)
+        fatalFault(u"The information dictionary has no text \"%1\""_s.arg(key));
+    return value.toString();
+}
+} // namespace
+
+AppDelegate::AppDelegate(ApplicationServices services) : m_services(std::move(services)), m_requests(*this)
 {
     PendingRequest::setShared(this);
+    sharedDelegate = this;
     const auto languageCode = Locale::current().languageCode();
     if (!languageCode)
         return;
     UserDefaults::standard().registerDefaults({
-        {QStringLiteral("languageCode"), *languageCode},
-        {QStringLiteral("SUScheduledCheckInterval"), QStringLiteral("86400")}, // a text, one day in seconds
+        {u"languageCode"_s, *languageCode},
+        {u"SUScheduledCheckInterval"_s, u"86400"_s}, // a text, one day in seconds
     });
-    ValueTransformer::setValueTransformer(std::make_shared<LanguageCodeToName>(),
-                                          QStringLiteral("LanguageCodeToName"));
+    ValueTransformer::setValueTransformer(std::make_shared<LanguageCodeToName>(), u"LanguageCodeToName"_s);
 }
 
 AppDelegate::~AppDelegate()
 {
+    URLEventCentre::shared().setEventHandler({});
     PendingRequest::setShared(nullptr);
+    sharedDelegate = nullptr;
+}
+
+AppDelegate *AppDelegate::shared()
+{
+    return sharedDelegate;
+}
+
+void AppDelegate::applicationWillFinishLaunching()
+{
+    URLEventCentre::shared().setEventHandler([this](const GetURLEvent &event) { handleGetURLEvent(event); });
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    if (m_services.obtainSharedUpdater)
+        m_services.obtainSharedUpdater();
+}
+
+void AppDelegate::handleGetURLEvent(const GetURLEvent &event)
+{
+    m_requests.handle(event.directParameter);
+}
+
+void AppDelegate::open(const QStringList &uris)
+{
+    std::optional<QUrl> file;
+    for (const QString &uri : uris) {
+        if (!uri.startsWith("file:"_L1, Qt::CaseInsensitive))
+            URLEventCentre::shared().send({uri});
+        else if (const QUrl url(uri, QUrl::TolerantMode); url.isLocalFile() && !file)
+            file = url;
+    }
+    if (file)
+        searchForFile(*file);
+}
+
+void AppDelegate::searchForFile(const QUrl &file)
+{
+    if (!bringFirstWindowForward())
+        return printLine(u"No window open?"_s);
+    if (FileSearching *content = firstWindowContent())
+        return content->searchForFile(file, std::nullopt);
+    park({file, std::nullopt});
+}
+
+void AppDelegate::activate()
+{
+    bringFirstWindowForward();
+}
+
+void AppDelegate::visitQuorvane(QObject *)
+{
+    const auto url = parseURLString(Website);
+    if (!url)
+        fatalFault(u"The website's address is no URL"_s);
+    Workspace::sharedWorkspace().openURL(*url);
+}
+
+QMap<QString, QString> AppDelegate::customParametersForFeedbackReport() const
+{
+    return {{u"identifier"_s, informationText(u"CFBundleIdentifier"_s)},
+            {u"application"_s, informationText(u"CFBundleName"_s)},
+            {u"version"_s, informationText(u"CFBundleShortVersionString"_s)}};
+}
+
+bool AppDelegate::bringFirstWindowForward()
+{
+    Window *window = firstWindow();
+    if (!window)
+        return false;
+    window->makeKeyAndOrderFront();
+    return true;
+}
+
+FileSearching *AppDelegate::firstWindowContent()
+{
+    const Window *window = firstWindow();
+    if (!window)
+        return nullptr;
+    return dynamic_cast<FileSearching *>(window->contentViewController().get());
+}
+
+void AppDelegate::presentError(const Error &error)
+{
+    // An alert has an event loop of its own, in which the next request arrives: alerts upon alerts otherwise.
+    m_nextError = error;
+    if (std::exchange(m_isPresenting, true))
+        return;
+    while (const auto next = std::exchange(m_nextError, std::nullopt))
+        showErrorAlert(*next, firstWindow());
+    m_isPresenting = false;
 }

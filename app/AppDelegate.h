@@ -1,18 +1,38 @@
 #pragma once
+#include <delivery/IncomingRequestHandler.h>
 #include <search/PendingRequest.h>
 
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <functional>
 #include <optional>
 
-/// Prepares settings before anything else and keeps a companion's request until the main view can take it.
-/// One for the whole process, on the main thread.
-class AppDelegate final : public PendingRequest
+class QObject;
+class QUrl;
+struct GetURLEvent;
+
+/// What the application delegate asks of the services around the program; the process entry fills it in.
+struct ApplicationServices
+{
+    /// Makes the shared updater, which runs the scheduled checks from then on.
+    std::function<void()> obtainSharedUpdater = {};
+};
+
+/// The program as a whole: prepares settings before anything else, takes URLs and files from outside, keeps a
+/// companion's request until the main view can take it, and answers the menu's actions that concern no
+/// window. One for the whole process, on the main thread.
+class AppDelegate final : public PendingRequest, public IncomingRequestHost
 {
 public:
     /// Registers defaults and the transformer "LanguageCodeToName", unless the locale has no language code.
-    AppDelegate();
+    explicit AppDelegate(ApplicationServices services = {});
     ~AppDelegate() override;
     AppDelegate(const AppDelegate &) = delete;
     AppDelegate &operator=(const AppDelegate &) = delete;
+
+    /// The one there is, or nothing.
+    static AppDelegate *shared();
 
     std::optional<ExternalRequest> externalRequest() const override { return m_externalRequest; }
     void setExternalRequest(const std::optional<ExternalRequest> &request) override
@@ -20,9 +40,39 @@ public:
         m_externalRequest = request;
     }
 
+    /// Installs the handler of get-URL events: before launch has finished, so that a URL that started the
+    /// program reaches it.
+    void applicationWillFinishLaunching();
+    /// Obtains the shared updater.
+    void applicationDidFinishLaunching();
     /// Closing the last window ends the program, always.
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 
+    /// Passes the event to the parser of incoming requests.
+    void handleGetURLEvent(const GetURLEvent &event);
+    /// Takes files and URLs given to the program: a URL is a get-URL event, of several files the first
+    /// counts, as with a drop.
+    void open(const QStringList &uris);
+    /// Brings the first window to the front, if there is one.
+    void activate();
+
+    /// Opens the maker's website.
+    void visitQuorvane(QObject *sender);
+    /// The program's name and version for a feedback report.
+    QMap<QString, QString> customParametersForFeedbackReport() const;
+
+    bool bringFirstWindowForward() override;
+    FileSearching *firstWindowContent() override;
+    void park(const ExternalRequest &request) override { setExternalRequest(request); }
+    /// Shows the alert; of errors that come while it is up the last one is shown after it.
+    void presentError(const Error &error) override;
+
 private:
+    void searchForFile(const QUrl &file);
+
+    const ApplicationServices m_services;
+    IncomingRequestHandler m_requests;
     std::optional<ExternalRequest> m_externalRequest;
+    bool m_isPresenting = false;
+    std::optional<Error> m_nextError;
 };

@@ -40,13 +40,18 @@ bool isURL(const QByteArray &argument)
     return true;
 }
 
-QUrl urlOf(const QByteArray &argument, const QByteArray &workingDirectory)
+QString fileURI(const QByteArray &path)
+{
+    return QString::fromLatin1(FileManager::urlFromFileSystemPath(path).toEncoded());
+}
+
+QString uriOf(const QByteArray &argument, const QByteArray &workingDirectory)
 {
     if (isURL(argument))
-        return QUrl::fromEncoded(argument, QUrl::TolerantMode);
+        return QString::fromUtf8(argument);
     if (argument.startsWith('/'))
-        return FileManager::urlFromFileSystemPath(argument);
-    return FileManager::urlFromFileSystemPath(workingDirectory + '/' + argument);
+        return fileURI(argument);
+    return fileURI(workingDirectory + '/' + argument);
 }
 } // namespace
 
@@ -58,7 +63,7 @@ CommandLine parseCommandLine(const QByteArrayList &arguments, const QByteArray &
         if (argument.isEmpty())
             continue;
         if (optionsEnded || !argument.startsWith('-') || argument == "-") {
-            line.urls += urlOf(argument, workingDirectory);
+            line.uris += uriOf(argument, workingDirectory);
         } else if (argument == "--") {
             optionsEnded = true;
         } else if (argument == "-h" || argument == "--help") {

@@ -1,14 +1,13 @@
 #pragma once
 #include <QByteArrayList>
-#include <QList>
 #include <QString>
-#include <QUrl>
+#include <QStringList>
 #include <optional>
 
 /// What the program was started with.
 struct CommandLine
 {
-    QList<QUrl> urls;             // files and URLs to serve, in order
+    QStringList uris;             // files (as file URLs) and URLs to serve, in order
     std::optional<QString> print; // what to print instead of running: help or version
     std::optional<QString> error; // what is wrong with the arguments
 };

@@ -5,7 +5,9 @@
 #include "CommandLine.h"
 #include "MainWindowController.h"
 
+#include <platform/ActivationToken.h>
 #include <platform/Appearance.h>
+#include <platform/ApplicationLink.h>
 #include <platform/Image.h>
 #include <platform/MainQueue.h>
 #include <platform/StandardOutput.h>
@@ -53,6 +55,17 @@ void printText(const QString &text)
     for (const QString &line : text.split(u'\n'))
         printLine(line);
 }
+
+/// Lets the delegate do what others ask for over the session bus. Whatever the action, it concerns the
+/// window.
+void serve(ApplicationLink &link, AppDelegate &delegate)
+{
+    const auto activate = [&delegate] { delegate.activate(); };
+    QObject::connect(&link, &ApplicationLink::activated, &link, activate);
+    QObject::connect(&link, &ApplicationLink::actionActivated, &link, activate);
+    QObject::connect(&link, &ApplicationLink::opened, &link,
+                     [&delegate](const QStringList &uris) { delegate.open(uris); });
+}
 } // namespace
 
 int runProgram(int argc, char **argv, const ProgramParts &parts)
@@ -62,6 +75,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
         printText(*parseCommandLine(argumentsOf(argc, argv), {}).print);
         return 0;
     }
+    const QString activationToken = activationTokenOfStart();
     // The toolkit takes its own options (-platform, -style) out of the arguments it is given.
     QApplication application(argc, argv);
     const CommandLine line = parseCommandLine(argumentsOf(argc, argv), QDir::currentPath().toLocal8Bit());
@@ -71,17 +85,23 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     }
 
     MainQueue::shared();
+    ApplicationLink link(parts.applicationIdentifier);
+    if (!parts.applicationIdentifier.isEmpty() &&
+        link.start(line.uris, activationToken) == ApplicationLink::Outcome::HandedOver)
+        return 0;
     describeApplication();
     Appearance::shared().install();
     registerScenes();
     parts.installServices();
-    AppDelegate delegate;
+    AppDelegate delegate(parts.applicationServices);
     QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
 
+    delegate.applicationWillFinishLaunching();
     MainWindowController mainWindow;
     mainWindow.showWindow();
-    if (!line.urls.isEmpty())
-        mainWindow.mainViewController()->searchForFile(line.urls.first(), std::nullopt);
+    serve(link, delegate);
+    delegate.open(line.uris);
+    delegate.applicationDidFinishLaunching();
     if (parts.windowShown)
         parts.windowShown(mainWindow);
     return QApplication::exec();

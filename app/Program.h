@@ -1,4 +1,7 @@
 #pragma once
+#include <app/AppDelegate.h>
+
+#include <QString>
 #include <functional>
 
 class MainWindowController;
@@ -10,6 +13,11 @@ struct ProgramParts
     std::function<void()> installServices;
     /// Called once the main window is on screen.
     std::function<void(MainWindowController &)> windowShown = {};
+    /// The name on the session bus under which one instance of the program runs; empty for one that shares
+    /// nothing with others.
+    QString applicationIdentifier = {};
+    /// What the application delegate gets.
+    ApplicationServices applicationServices = {};
 };
 
 /// The whole run of the program, from its arguments to its exit code: 0, or 2 for arguments it does not

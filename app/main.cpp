@@ -3,5 +3,7 @@
 
 int main(int argc, char **argv)
 {
-    return runProgram(argc, argv, {.installServices = installServices});
+    return runProgram(argc, argv,
+                      {.installServices = installServices,
+                       .applicationIdentifier = QStringLiteral("com.quorvane.Plovendix")});
 }

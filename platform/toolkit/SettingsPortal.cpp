@@ -1,10 +1,11 @@
 #include "SettingsPortal.h"
 
+#include "SessionBus.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QMap>
 
@@ -19,15 +20,6 @@ const auto PortalPath = u"/org/freedesktop/portal/desktop"_s;
 const auto PortalInterface = u"org.freedesktop.portal.Settings"_s;
 const auto AppearanceNamespace = u"org.freedesktop.appearance"_s;
 const auto InterfaceNamespace = u"org.gnome.desktop.interface"_s;
-
-/// Connecting without one would start a bus of our own, or wait for one.
-bool hasSessionBus()
-{
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtimeFolder.isEmpty() && QFileInfo::exists(runtimeFolder + u"/bus"_s);
-}
 
 /// The value inside however many variants: the portal's older read call wraps it twice.
 QVariant unwrapped(QVariant value)

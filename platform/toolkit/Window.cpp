@@ -1,4 +1,6 @@
 #include "Window.h"
+
+#include "ActivationToken.h"
 #include "WindowPrivate.h"
 #include "ChromeColors.h"
 #include "EdgeGrip.h"
@@ -180,7 +182,7 @@ void Window::makeKeyAndOrderFront()
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
-    activateWindow();
+    activateWithToken(*this);
 }
 
 void Window::makeFirstResponder(QWidget *widget)

@@ -75,6 +75,14 @@ bool WindowSystem::showWindowMenu([[maybe_unused]] QWindow *window,
     return false;
 }
 
+void WindowSystem::activate([[maybe_unused]] QWindow *window, [[maybe_unused]] quint32 time)
+{
+#ifdef PLOVENDIX_X11
+    if (m_x11)
+        m_x11->activate(window, time);
+#endif
+}
+
 void WindowSystem::setComposited(std::optional<bool> composited)
 {
     m_compositedForTests = composited;

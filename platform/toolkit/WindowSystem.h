@@ -37,6 +37,8 @@ public:
     void publishFrame(QWindow *window, const PublishedFrame &frame);
     /// Shows its own menu for the window; false when it has none.
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
+    /// Asks for the focus on behalf of something that the person did at that time of the X server.
+    void activate(QWindow *window, quint32 time);
 
     /// For tests: what `isComposited` and `placesByFrame` say, whatever runs; nothing follows the system
     /// again.

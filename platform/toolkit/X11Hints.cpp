@@ -87,20 +87,21 @@ X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
         xcb_screen_next(&screens);
     m_root = screens.data->root;
 
-    const std::array<std::string, 9> names{"_NET_WM_CM_S" + std::to_string(screenNumber),
-                                           "_GTK_FRAME_EXTENTS",
-                                           "_NET_WM_OPAQUE_REGION",
-                                           "_NET_WM_STATE",
-                                           "_NET_WM_STATE_MAXIMIZED_HORZ",
-                                           "_NET_WM_STATE_MAXIMIZED_VERT",
-                                           "_GTK_EDGE_CONSTRAINTS",
-                                           "_NET_SUPPORTED",
-                                           "_GTK_SHOW_WINDOW_MENU"};
-    const std::array<quint32 *, 9> atoms{&m_atoms.compositorSelection,   &m_atoms.frameExtents,
-                                         &m_atoms.opaqueRegion,          &m_atoms.windowState,
-                                         &m_atoms.maximizedHorizontally, &m_atoms.maximizedVertically,
-                                         &m_atoms.edgeConstraints,       &m_atoms.supported,
-                                         &m_atoms.showWindowMenu};
+    const std::array<std::string, 10> names{"_NET_WM_CM_S" + std::to_string(screenNumber),
+                                            "_GTK_FRAME_EXTENTS",
+                                            "_NET_WM_OPAQUE_REGION",
+                                            "_NET_WM_STATE",
+                                            "_NET_WM_STATE_MAXIMIZED_HORZ",
+                                            "_NET_WM_STATE_MAXIMIZED_VERT",
+                                            "_GTK_EDGE_CONSTRAINTS",
+                                            "_NET_SUPPORTED",
+                                            "_GTK_SHOW_WINDOW_MENU",
+                                            "_NET_ACTIVE_WINDOW"};
+    const std::array<quint32 *, 10> atoms{&m_atoms.compositorSelection,   &m_atoms.frameExtents,
+                                          &m_atoms.opaqueRegion,          &m_atoms.windowState,
+                                          &m_atoms.maximizedHorizontally, &m_atoms.maximizedVertically,
+                                          &m_atoms.edgeConstraints,       &m_atoms.supported,
+                                          &m_atoms.showWindowMenu,        &m_atoms.activeWindow};
     std::array<xcb_intern_atom_cookie_t, names.size()> cookies;
     for (size_t i = 0; i < names.size(); ++i)
         cookies[i] = xcb_intern_atom(connection, 0, static_cast<quint16>(names[i].size()), names[i].c_str());
@@ -224,10 +225,28 @@ bool X11Hints::showWindowMenu(QWindow *window, const QPoint &globalPosition)
     message.type = m_atoms.showWindowMenu;
     message.data.data32[1] = static_cast<quint32>(root->dst_x);
     message.data.data32[2] = static_cast<quint32>(root->dst_y);
+    sendToRoot(message);
+    return true;
+}
+
+void X11Hints::activate(QWindow *window, quint32 time)
+{
+    constexpr quint32 FromApplication = 1;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = static_cast<quint32>(window->winId());
+    message.type = m_atoms.activeWindow;
+    message.data.data32[0] = FromApplication;
+    message.data.data32[1] = time;
+    sendToRoot(message);
+}
+
+void X11Hints::sendToRoot(const xcb_client_message_event_t &message) const
+{
     // An event is always 32 bytes on the wire, which is this structure's size.
     xcb_send_event(m_connection, 0, m_root,
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    static_cast<const char *>(static_cast<const void *>(&message)));
     xcb_flush(m_connection);
-    return true;
 }

@@ -6,6 +6,7 @@
 
 struct PublishedFrame;
 class QWindow;
+struct xcb_client_message_event_t;
 struct xcb_connection_t;
 
 /// The agreements between X clients, window managers and compositors that Qt does not speak. Main thread
@@ -21,6 +22,7 @@ public:
     bool isTiled(QWindow *window) const;
     void publishFrame(QWindow *window, const PublishedFrame &frame);
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
+    void activate(QWindow *window, quint32 time);
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
@@ -31,12 +33,13 @@ private:
     struct Atoms
     {
         quint32 compositorSelection, frameExtents, opaqueRegion, windowState, maximizedHorizontally,
-            maximizedVertically, edgeConstraints, supported, showWindowMenu;
+            maximizedVertically, edgeConstraints, supported, showWindowMenu, activeWindow;
     };
 
     explicit X11Hints(xcb_connection_t *connection);
     void watchCompositor();
     bool isSupported(quint32 atom) const;
+    void sendToRoot(const xcb_client_message_event_t &message) const;
 
     xcb_connection_t *m_connection;
     quint32 m_root = 0;

@@ -6,9 +6,12 @@
 /// PLOVENDIX_SCRIPT_FOLDER.
 int main(int argc, char **argv)
 {
-    return runProgram(argc, argv, {.installServices = [] {
-                          const QString folder = qEnvironmentVariable("PLOVENDIX_SCRIPT_FOLDER");
-                          SubtitleService::setShared(std::make_shared<KeywordSubtitleService>(folder));
-                          MetadataService::setShared(std::make_shared<EmptyMetadataService>());
-                      }});
+    return runProgram(argc, argv,
+                      {.installServices =
+                           [] {
+                               const QString folder = qEnvironmentVariable("PLOVENDIX_SCRIPT_FOLDER");
+                               SubtitleService::setShared(std::make_shared<KeywordSubtitleService>(folder));
+                               MetadataService::setShared(std::make_shared<EmptyMetadataService>());
+                           },
+                       .applicationIdentifier = QStringLiteral("com.quorvane.Plovendix")});
 }

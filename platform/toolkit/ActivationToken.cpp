@@ -1,0 +1,52 @@
+#include "ActivationToken.h"
+
+#include "WindowSystem.h"
+
+#include <QGuiApplication>
+#include <QWidget>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr auto WaylandVariable = "XDG_ACTIVATION_TOKEN";
+
+QString &tokenInHand()
+{
+    static QString token;
+    return token;
+}
+
+/// When the person acted, as an X server's time at the end of a startup id: "…_TIME12345".
+quint32 serverTime(const QString &startupId)
+{
+    const qsizetype mark = startupId.lastIndexOf(u"_TIME"_s);
+    return mark < 0 ? 0 : startupId.mid(mark + 5).toUInt();
+}
+} // namespace
+
+QString activationTokenOfStart()
+{
+    const QString token = qEnvironmentVariable(WaylandVariable);
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+}
+
+void setActivationToken(const QString &token)
+{
+    tokenInHand() = token;
+}
+
+void activateWithToken(QWidget &window)
+{
+    const QString token = std::exchange(tokenInHand(), QString());
+    if (token.isEmpty())
+        return window.activateWindow();
+    // The toolkit's way to be told of a token on Wayland: it takes the variable away again.
+    if (QGuiApplication::platformName().startsWith(u"wayland"_s))
+        qputenv(WaylandVariable, token.toUtf8());
+    window.activateWindow();
+    if (const quint32 time = serverTime(token); time != 0 && window.windowHandle())
+        WindowSystem::shared().activate(window.windowHandle(), time);
+}

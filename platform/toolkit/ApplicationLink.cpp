@@ -1,0 +1,89 @@
+#include "ApplicationLink.h"
+
+#include "ApplicationObject.h"
+#include "SessionBus.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.platform.link", QtWarningMsg)
+
+// Long enough for an instance that reads a slow disk, short enough for a person who waits for a window.
+constexpr std::chrono::milliseconds DefaultPatience(3000);
+constexpr uint DoNotQueue = 4;
+constexpr uint PrimaryOwner = 1;
+constexpr uint AlreadyOwner = 4;
+
+QVariantMap platformData(const QString &activationToken)
+{
+    if (activationToken.isEmpty())
+        return {};
+    return {{u"activation-token"_s, activationToken}, {u"desktop-startup-id"_s, activationToken}};
+}
+} // namespace
+
+ApplicationLink::ApplicationLink(const QString &identifier, QObject *parent)
+    : QObject(parent), m_identifier(identifier), m_path(u'/' + QString(identifier).replace(u'.', u'/')),
+      m_patience(DefaultPatience)
+{
+    new ApplicationObject(*this); // owned by this object, as its parent
+}
+
+ApplicationLink::~ApplicationLink() = default;
+
+ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const QString &activationToken)
+{
+    if (!hasSessionBus())
+        return Outcome::Alone;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    // The object comes before the name: a call that was waiting for the name finds it.
+    if (!bus.isConnected() || !bus.registerObject(m_path, this, QDBusConnection::ExportAdaptors))
+        return Outcome::Alone;
+    Name name = requestName(bus);
+    if (name == Name::Taken) {
+        if (handOver(bus, uris, activationToken))
+            return Outcome::HandedOver;
+        name = requestName(bus); // its owner may have just gone
+    }
+    if (name == Name::Ours)
+        return Outcome::First;
+    bus.unregisterObject(m_path);
+    return Outcome::Alone;
+}
+
+ApplicationLink::Name ApplicationLink::requestName(const QDBusConnection &bus) const
+{
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"RequestName"_s);
+    request << m_identifier << DoNotQueue;
+    const QDBusMessage answer = bus.call(request, QDBus::Block, static_cast<int>(m_patience.count()));
+    if (answer.type() != QDBusMessage::ReplyMessage) {
+        qCWarning(log) << "The session bus gave no name:" << answer.errorMessage();
+        return Name::Unknown;
+    }
+    const uint result = answer.arguments().value(0).toUInt();
+    return result == PrimaryOwner || result == AlreadyOwner ? Name::Ours : Name::Taken;
+}
+
+bool ApplicationLink::handOver(const QDBusConnection &bus, const QStringList &uris,
+                               const QString &activationToken) const
+{
+    const QString method = uris.isEmpty() ? u"Activate"_s : u"Open"_s;
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(m_identifier, m_path, u"org.freedesktop.Application"_s, method);
+    call.setAutoStartService(false);
+    if (!uris.isEmpty())
+        call << uris;
+    call << platformData(activationToken);
+    const QDBusMessage answer = bus.call(call, QDBus::Block, static_cast<int>(m_patience.count()));
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        return true;
+    qCWarning(log) << "The running instance did not answer:" << answer.errorMessage();
+    return false;
+}

@@ -1,0 +1,56 @@
+#pragma once
+#include <QObject>
+#include <QStringList>
+#include <chrono>
+
+class QDBusConnection;
+class QDBusMessage;
+
+/// Keeps one running instance of the program: the first owns the program's name on the session bus and offers
+/// the interface org.freedesktop.Application there, a later one hands over what it was started with and ends.
+/// Without a session bus every instance runs alone. Main thread only.
+class ApplicationLink final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Outcome
+    {
+        First,      // later starts and other programs reach this instance from now on
+        HandedOver, // another instance has taken everything; this one ends
+        Alone       // there is no session bus, or the other instance does not answer
+    };
+
+    /// `identifier` is the name on the bus ("com.quorvane.Plovendix"); the object's path follows from it.
+    explicit ApplicationLink(const QString &identifier, QObject *parent = nullptr);
+    ~ApplicationLink() override;
+
+    /// How long another instance may take to answer.
+    void setPatience(std::chrono::milliseconds patience) { m_patience = patience; }
+
+    /// Becomes the first instance, or hands the URIs and the desktop's activation token to it. Waits for at
+    /// most one answer of the bus and one of the other instance. As the first one it does nothing with the
+    /// arguments.
+    Outcome start(const QStringList &uris, const QString &activationToken);
+
+Q_SIGNALS:
+    // Each after the caller has had its answer; what brings a window forward then uses the caller's token.
+    void activated();
+    void opened(const QStringList &uris);
+    void actionActivated(const QString &name);
+
+private:
+    enum class Name
+    {
+        Ours,
+        Taken,
+        Unknown
+    };
+
+    Name requestName(const QDBusConnection &bus) const;
+    bool handOver(const QDBusConnection &bus, const QStringList &uris, const QString &activationToken) const;
+
+    const QString m_identifier;
+    const QString m_path;
+    std::chrono::milliseconds m_patience;
+};

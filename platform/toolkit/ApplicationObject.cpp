@@ -1,0 +1,48 @@
+#include "ApplicationObject.h"
+
+#include "ActivationToken.h"
+#include "ApplicationLink.h"
+
+#include <QMetaObject>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The caller's right to bring a window to the front; the older kind where there is no newer one.
+QString tokenOf(const QVariantMap &platformData)
+{
+    const QString token = platformData.value(u"activation-token"_s).toString();
+    return token.isEmpty() ? platformData.value(u"desktop-startup-id"_s).toString() : token;
+}
+} // namespace
+
+ApplicationObject::ApplicationObject(ApplicationLink &link) : QDBusAbstractAdaptor(&link), m_link(link) {}
+
+void ApplicationObject::Activate(const QVariantMap &platformData)
+{
+    const auto activate = [this, token = tokenOf(platformData)] {
+        setActivationToken(token);
+        Q_EMIT m_link.activated();
+    };
+    QMetaObject::invokeMethod(this, activate, Qt::QueuedConnection);
+}
+
+void ApplicationObject::Open(const QStringList &uris, const QVariantMap &platformData)
+{
+    const auto open = [this, uris, token = tokenOf(platformData)] {
+        setActivationToken(token);
+        Q_EMIT m_link.opened(uris);
+    };
+    QMetaObject::invokeMethod(this, open, Qt::QueuedConnection);
+}
+
+void ApplicationObject::ActivateAction(const QString &name, const QVariantList &,
+                                       const QVariantMap &platformData)
+{
+    const auto activate = [this, name, token = tokenOf(platformData)] {
+        setActivationToken(token);
+        Q_EMIT m_link.actionActivated(name);
+    };
+    QMetaObject::invokeMethod(this, activate, Qt::QueuedConnection);
+}

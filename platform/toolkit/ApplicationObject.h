@@ -1,0 +1,28 @@
+#pragma once
+#include <QDBusAbstractAdaptor>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+
+class ApplicationLink;
+
+/// The running program as others on the session bus see it. Every call is answered at once; what was asked
+/// for is done afterwards, so that nobody waits for an alert to be read.
+class ApplicationObject final : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationObject(ApplicationLink &link);
+
+public Q_SLOTS:
+    // NOLINTBEGIN(readability-identifier-naming): the names that go over the bus
+    void Activate(const QVariantMap &platformData);
+    void Open(const QStringList &uris, const QVariantMap &platformData);
+    void ActivateAction(const QString &name, const QVariantList &parameter, const QVariantMap &platformData);
+    // NOLINTEND(readability-identifier-naming)
+
+private:
+    ApplicationLink &m_link;
+};

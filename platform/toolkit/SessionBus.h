@@ -1,0 +1,5 @@
+#pragma once
+
+/// Whether the system says that there is a session bus. Connecting without one would start a bus of our own,
+/// or wait for one.
+bool hasSessionBus();
