@@ -1,0 +1,60 @@
+#include "EnvironmentProxy.h"
+
+#include "HostRules.h"
+
+#include <QNetworkProxy>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int DefaultHttpPort = 8080;
+constexpr int DefaultSocksPort = 1080;
+
+QString environment(const QByteArray &name)
+{
+    const QString value = qEnvironmentVariable(name.constData()).trimmed();
+    return value.isEmpty() ? qEnvironmentVariable(name.toUpper().constData()).trimmed() : value;
+}
+
+bool isExempt(const QString &host)
+{
+    const QStringList exempt = environment("no_proxy").split(u',', Qt::SkipEmptyParts);
+    for (const QString &entry : exempt) {
+        QString name = entry.trimmed();
+        if (name == u'*')
+            return true;
+        if (name.startsWith(u'.'))
+            name.remove(0, 1);
+        if (host.compare(name, Qt::CaseInsensitive) == 0 || host.endsWith(u'.' + name, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+QNetworkProxy proxyFromText(const QString &text)
+{
+    const QUrl url(text.contains("://"_L1) ? text : "http://"_L1 + text);
+    if (!url.isValid() || url.host().isEmpty())
+        return QNetworkProxy::NoProxy;
+    const bool socks = url.scheme().startsWith("socks"_L1);
+    return {socks ? QNetworkProxy::Socks5Proxy : QNetworkProxy::HttpProxy, url.host(),
+            static_cast<quint16>(url.port(socks ? DefaultSocksPort : DefaultHttpPort)), url.userName(),
+            url.password()};
+}
+} // namespace
+
+QList<QNetworkProxy> EnvironmentProxy::queryProxy(const QNetworkProxyQuery &query)
+{
+    return {proxyFor(query.url())};
+}
+
+QNetworkProxy EnvironmentProxy::proxyFor(const QUrl &url)
+{
+    if (HostRules::isLoopback(url.host()) || isExempt(url.host()))
+        return QNetworkProxy::NoProxy;
+    QString text = environment(url.scheme().toLatin1() + "_proxy");
+    if (text.isEmpty())
+        text = environment("all_proxy");
+    return text.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxyFromText(text);
+}

@@ -1,0 +1,120 @@
+#include "HttpClient.h"
+
+#include "EnvironmentProxy.h"
+
+#include <platform/Bundle.h>
+
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
+
+constexpr int MaxRedirects = 3;
+
+bool isRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+} // namespace
+
+/// A request and the redirects it met.
+struct HttpClient::Journey
+{
+    HttpRequest request;
+    HostRules rules;
+    Completion completion;
+    int redirects = 0;
+    Clock::Duration end{0};
+    std::shared_ptr<HttpExchange> exchange;
+    Clock::Timer refusal;
+};
+
+HttpClient::HttpClient(Clock &clock, ServiceName service) : m_clock(clock), m_service(service)
+{
+    m_network.setProxyFactory(new EnvironmentProxy);
+    m_network.setCookieJar(nullptr);
+}
+
+QByteArray HttpClient::userAgent()
+{
+    const QString version =
+        Bundle::main().objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s).toString();
+    QByteArray plain;
+    for (const QChar c : version) {
+        if ((c >= u'0' && c <= u'9') || c == u'.')
+            plain += static_cast<char>(c.unicode());
+    }
+    QByteArrayList numbers = plain.split('.');
+    numbers.removeAll(QByteArray());
+    while (numbers.size() < 3)
+        numbers += "0";
+    return "Plovendix v" + numbers.join('.');
+}
+
+HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &rules, Completion completion)
+{
+    auto journey = std::make_shared<Journey>();
+    journey->request = request;
+    journey->request.setHeader("User-Agent", userAgent());
+    journey->rules = rules;
+    journey->completion = std::move(completion);
+    journey->end = m_clock.now() + request.deadline;
+    if (rules.accepts(request.url)) {
+        step(journey);
+        return journey;
+    }
+    const Error refused =
+        serviceError(Kind::Insecure, m_service, "not a permitted address: "_L1 + request.url.host());
+    journey->refusal = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(journey), refused] {
+        if (const auto held = weak.lock())
+            held->completion(refused);
+    });
+    return journey;
+}
+
+void HttpClient::step(const std::shared_ptr<Journey> &journey)
+{
+    journey->request.deadline = std::max(journey->end - m_clock.now(), Clock::Duration(1));
+    const std::weak_ptr weak(journey);
+    journey->exchange = HttpExchange::begin(m_network, m_clock, m_service, journey->request,
+                                            [this, weak](const Result<HttpAnswer> &outcome) {
+                                                if (const auto held = weak.lock())
+                                                    arrive(held, outcome);
+                                            });
+}
+
+void HttpClient::arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome)
+{
+    if (!outcome || !isRedirect(outcome->status) || journey->request.method != HttpRequest::Method::Get) {
+        journey->completion(outcome);
+        return;
+    }
+    const Result<QUrl> next = nextStop(*journey, *outcome);
+    if (!next) {
+        journey->completion(next.error());
+        return;
+    }
+    qCInfo(log).noquote() << "redirected by" << journey->request.url.host();
+    ++journey->redirects;
+    journey->request.url = *next;
+    step(journey);
+}
+
+Result<QUrl> HttpClient::nextStop(const Journey &journey, const HttpAnswer &answer) const
+{
+    const QByteArray location = answer.header("Location");
+    const QUrl next = journey.request.url.resolved(QUrl::fromEncoded(location, QUrl::StrictMode));
+    const auto refuse = [this](QLatin1StringView why) {
+        return serviceError(Kind::BadAnswer, m_service, why);
+    };
+    if (location.isEmpty() || !next.isValid())
+        return refuse("a redirect to nowhere"_L1);
+    if (journey.redirects >= MaxRedirects)
+        return refuse("too many redirects"_L1);
+    if (!HostRules::sameOrigin(journey.request.url, next) || !journey.rules.accepts(next))
+        return refuse("a redirect to another host"_L1);
+    return next;
+}

@@ -1,0 +1,32 @@
+#pragma once
+#include "HostRules.h"
+#include "HttpExchange.h"
+
+#include <QNetworkAccessManager>
+
+/// Asks servers of one service. Goes only where the rules let it, follows a redirect by hand (a GET, at most
+/// three, never to another host) and says "Plovendix v…" everywhere. No retries, no rate. Main thread only.
+class HttpClient final
+{
+public:
+    using Completion = HttpExchange::Completion;
+    /// Holding it keeps the request going; letting it go drops the request without a word.
+    using Call = std::shared_ptr<void>;
+
+    HttpClient(Clock &clock, ServiceName service);
+
+    [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
+
+    /// What every request calls us: the program's name and version, digits and dots only.
+    static QByteArray userAgent();
+
+private:
+    struct Journey;
+    void step(const std::shared_ptr<Journey> &journey);
+    void arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome);
+    Result<QUrl> nextStop(const Journey &journey, const HttpAnswer &answer) const;
+
+    Clock &m_clock;
+    ServiceName m_service;
+    QNetworkAccessManager m_network;
+};

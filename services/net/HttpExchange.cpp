@@ -1,0 +1,183 @@
+#include "HttpExchange.h"
+
+#include "OneTimeUpload.h"
+
+#include <QLoggingCategory>
+#include <QNetworkAccessManager>
+#include <QNetworkRequest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr Clock::Duration ConnectLimit = 10s;
+constexpr Clock::Duration SilenceLimit = 20s;
+constexpr int FirstErrorStatus = 400;
+constexpr int FirstProxyError = 100;
+constexpr int FirstContentError = 200;
+
+QNetworkRequest networkRequest(const HttpRequest &request)
+{
+    QNetworkRequest result(request.url);
+    for (const auto &[name, value] : request.headers)
+        result.setRawHeader(name, value);
+    // Redirects by hand: Qt would carry the key to any host. No cookies, no stored logins.
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    result.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+    result.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    return result;
+}
+
+Kind kindOfFailure(QNetworkReply::NetworkError error)
+{
+    switch (error) {
+    case QNetworkReply::HostNotFoundError:
+    case QNetworkReply::TemporaryNetworkFailureError:
+    case QNetworkReply::NetworkSessionFailedError:
+    case QNetworkReply::UnknownNetworkError:
+        return Kind::Offline;
+    case QNetworkReply::ConnectionRefusedError:
+    case QNetworkReply::RemoteHostClosedError:
+        return Kind::Unavailable;
+    case QNetworkReply::TimeoutError:
+        return Kind::Timeout;
+    case QNetworkReply::SslHandshakeFailedError:
+        return Kind::Insecure;
+    default:
+        break;
+    }
+    return error > FirstProxyError && error < FirstContentError ? Kind::Proxy : Kind::BadAnswer;
+}
+} // namespace
+
+std::shared_ptr<HttpExchange> HttpExchange::begin(QNetworkAccessManager &network, Clock &clock,
+                                                  ServiceName service, const HttpRequest &request,
+                                                  Completion completion)
+{
+    auto *exchange = new HttpExchange(clock, service, request, std::move(completion));
+    exchange->send(network);
+    exchange->watch();
+    // It may be let go from inside its own completion.
+    return {exchange, [](HttpExchange *done) {
+                done->abandon();
+                done->deleteLater();
+            }};
+}
+
+HttpExchange::HttpExchange(Clock &clock, ServiceName service, const HttpRequest &request,
+                           Completion completion)
+    : m_clock(clock), m_service(service), m_request(request), m_completion(std::move(completion))
+{
+}
+
+HttpExchange::~HttpExchange()
+{
+    abandon();
+}
+
+void HttpExchange::send(QNetworkAccessManager &network)
+{
+    QNetworkRequest request = networkRequest(m_request);
+    switch (m_request.method) {
+    case HttpRequest::Method::Get:
+        m_reply = network.get(request);
+        return;
+    case HttpRequest::Method::Delete:
+        m_reply = network.deleteResource(request);
+        return;
+    case HttpRequest::Method::Post:
+        request.setHeader(QNetworkRequest::ContentLengthHeader, m_request.body.size());
+        request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+        auto *upload = new OneTimeUpload(m_request.body, this);
+        m_reply = network.post(request, upload);
+        return;
+    }
+}
+
+void HttpExchange::watch()
+{
+    m_reply->setParent(this);
+    connect(m_reply, &QNetworkReply::requestSent, this, [this] { allowSilence(SilenceLimit); });
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { allowSilence(SilenceLimit); });
+    connect(m_reply, &QNetworkReply::readyRead, this, &HttpExchange::take);
+    connect(m_reply, &QNetworkReply::finished, this, &HttpExchange::finish);
+    allowSilence(ConnectLimit);
+    m_deadline = m_clock.after(m_request.deadline, [this] { stop(Ended::TooSlow); });
+}
+
+void HttpExchange::allowSilence(Clock::Duration duration)
+{
+    m_silence = m_clock.after(duration, [this] { stop(Ended::TooSlow); });
+}
+
+void HttpExchange::take()
+{
+    allowSilence(SilenceLimit);
+    m_received += m_reply->readAll();
+    if (m_received.size() > m_request.maxBytes)
+        stop(Ended::TooLarge);
+}
+
+void HttpExchange::stop(Ended reason)
+{
+    if (m_ended != Ended::Itself)
+        return;
+    m_ended = reason;
+    m_reply->abort();
+}
+
+void HttpExchange::finish()
+{
+    m_silence.cancel();
+    m_deadline.cancel();
+    if (!m_completion)
+        return;
+    if (m_ended == Ended::Itself)
+        m_received += m_reply->readAll();
+    const Completion completion = std::exchange(m_completion, nullptr);
+    completion(outcome());
+}
+
+void HttpExchange::abandon()
+{
+    m_completion = nullptr;
+    m_silence.cancel();
+    m_deadline.cancel();
+    if (m_reply && m_reply->isRunning()) {
+        disconnect(m_reply, nullptr, this, nullptr);
+        m_reply->abort();
+    }
+}
+
+Result<HttpAnswer> HttpExchange::outcome() const
+{
+    const auto failure = [this](Kind kind, const QString &detail) {
+        return serviceError(kind, m_service, m_request.url.host() + ": "_L1 + detail);
+    };
+    if (m_ended == Ended::TooSlow)
+        return failure(Kind::Timeout, u"no answer in time"_s);
+    if (m_ended == Ended::TooLarge || m_received.size() > m_request.maxBytes)
+        return failure(Kind::BadAnswer, u"the answer is too large"_s);
+    const QNetworkReply::NetworkError error = m_reply->error();
+    const HttpAnswer read = answer();
+    const bool statusSaysIt = error > FirstContentError && read.status >= FirstErrorStatus;
+    if (error != QNetworkReply::NoError && !statusSaysIt)
+        return failure(kindOfFailure(error), m_reply->errorString());
+    return read;
+}
+
+HttpAnswer HttpExchange::answer() const
+{
+    HttpAnswer answer;
+    answer.status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    answer.body = m_received;
+    answer.url = m_request.url;
+    for (const auto &[name, value] : m_reply->rawHeaderPairs())
+        answer.headers.insert(name.toLower(), value);
+    return answer;
+}

@@ -1,0 +1,39 @@
+#pragma once
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QUrl>
+#include <chrono>
+#include <utility>
+
+/// One question to a server. A plain value.
+struct HttpRequest
+{
+    enum class Method
+    {
+        Get,
+        Post,
+        Delete
+    };
+
+    Method method = Method::Get;
+    QUrl url;
+    QList<std::pair<QByteArray, QByteArray>> headers;
+    QByteArray body;
+    qsizetype maxBytes = 4 * 1024 * 1024; // of the answer, unpacked
+    std::chrono::milliseconds deadline = std::chrono::seconds(60);
+
+    void setHeader(const QByteArray &name, const QByteArray &value);
+};
+
+/// What a server answered, whatever the status. A plain value.
+struct HttpAnswer
+{
+    int status = 0;
+    QHash<QByteArray, QByteArray> headers; // by lower-case name
+    QByteArray body;
+    QUrl url; // the one that answered, after redirects
+
+    QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
+    bool isSuccess() const { return status >= 200 && status < 300; }
+};

@@ -1,0 +1,24 @@
+#pragma once
+#include <chrono>
+#include <deque>
+
+/// Says when the next request may go: at most `count` in any span of time. Knows no clock of its own. One
+/// thread.
+class RateLimiter final
+{
+public:
+    using Duration = std::chrono::milliseconds;
+
+    RateLimiter(int count, Duration span);
+
+    /// Takes the next free place and says how long to wait for it from `now`.
+    Duration reserve(Duration now);
+    /// Nothing goes before that time: the server asked for a pause.
+    void pauseUntil(Duration time);
+
+private:
+    int m_count;
+    Duration m_span;
+    Duration m_pausedUntil{0};
+    std::deque<Duration> m_taken; // the last places given, the oldest first
+};

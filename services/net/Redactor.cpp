@@ -1,0 +1,58 @@
+#include "Redactor.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+#include <QUrl>
+
+#include <mutex>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qsizetype MinSecretLength = 4;
+const QString Hidden = u"(hidden)"_s;
+
+std::mutex secretsMutex;
+QStringList &secrets()
+{
+    static QStringList list;
+    return list;
+}
+
+QString withoutPatterns(QString text)
+{
+    // Header lines, JSON members and query items that name a secret, and the addresses of downloads.
+    static const QRegularExpression named(
+        uR"re(((?:api[-_]?key|authorization|password|token)["']?\s*[:=]\s*["']?)(?:Bearer\s+)?[^"'&\s,}]+)re"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression bearer(u"(Bearer\\s+)[A-Za-z0-9._~+/=-]+"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression link(u"(/download/)[^/\\s\"']+"_s);
+    text.replace(named, u"\\1"_s + Hidden);
+    text.replace(bearer, u"\\1"_s + Hidden);
+    return text.replace(link, u"\\1"_s + Hidden);
+}
+} // namespace
+
+void hideSecret(const QString &secret)
+{
+    if (secret.size() < MinSecretLength)
+        return;
+    const std::scoped_lock lock(secretsMutex);
+    if (!secrets().contains(secret))
+        secrets() += secret;
+}
+
+QString redacted(const QString &text)
+{
+    QString clean = text;
+    {
+        const std::scoped_lock lock(secretsMutex);
+        for (const QString &secret : std::as_const(secrets())) {
+            clean.replace(secret, Hidden);
+            clean.replace(QString::fromLatin1(QUrl::toPercentEncoding(secret)), Hidden);
+        }
+    }
+    return withoutPatterns(clean);
+}

@@ -1,0 +1,80 @@
+#include "RetryPolicy.h"
+
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr int TooManyRequests = 429;
+constexpr int ServerError = 500;
+constexpr double JitterShare = 0.2;
+
+/// A date as HTTP writes it: "Sun, 06 Nov 1994 08:49:37 GMT".
+QDateTime httpDate(const QByteArray &text)
+{
+    QDateTime date =
+        QLocale::c().toDateTime(QString::fromLatin1(text).trimmed(), u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s);
+    date.setTimeSpec(Qt::UTC);
+    return date;
+}
+
+std::optional<RetryPolicy::Duration> seconds(const QByteArray &text)
+{
+    bool isNumber = false;
+    const qlonglong count = text.trimmed().toLongLong(&isNumber);
+    constexpr qlonglong Year = 366LL * 24 * 3600;
+    if (!isNumber || count < 0)
+        return std::nullopt;
+    return std::chrono::seconds(std::min(count, Year));
+}
+
+int triesFor(const Result<HttpAnswer> &outcome)
+{
+    if (!outcome) {
+        switch (kindOf(outcome.error()).value_or(Kind::BadAnswer)) {
+        case Kind::Offline:
+        case Kind::Timeout:
+        case Kind::Unavailable:
+            return RetryPolicy::MaxTries;
+        default:
+            return 1;
+        }
+    }
+    if (outcome->status == ServerError)
+        return 2;
+    return outcome->status == TooManyRequests || outcome->status > ServerError ? RetryPolicy::MaxTries : 1;
+}
+} // namespace
+
+std::optional<RetryPolicy::Duration> RetryPolicy::requestedWait(const HttpAnswer &answer,
+                                                                const QDateTime &date)
+{
+    const QByteArray retryAfter = answer.header("Retry-After");
+    if (const auto wait = seconds(retryAfter))
+        return wait;
+    if (const QDateTime until = httpDate(retryAfter); until.isValid())
+        return std::max(Duration(date.msecsTo(until)), Duration::zero());
+    if (answer.status == TooManyRequests)
+        return seconds(answer.header("RateLimit-Reset"));
+    return std::nullopt;
+}
+
+std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRequest &request,
+                                                                    const Result<HttpAnswer> &outcome,
+                                                                    int tries, double jitter,
+                                                                    const QDateTime &date)
+{
+    if (request.method != HttpRequest::Method::Get || tries >= triesFor(outcome))
+        return std::nullopt;
+    const double backOff = 1000.0 * (1 << (tries - 1)) * (1.0 + JitterShare * jitter);
+    Duration wait(static_cast<Duration::rep>(backOff));
+    if (outcome) {
+        if (const auto requested = requestedWait(*outcome, date))
+            wait = std::max(*requested, Duration(1s));
+    }
+    if (wait > MaxWait)
+        return std::nullopt;
+    return wait;
+}

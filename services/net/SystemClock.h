@@ -1,0 +1,16 @@
+#pragma once
+#include "Clock.h"
+
+#include <QObject>
+
+/// The machine's own clocks. Main thread only.
+class SystemClock final : public Clock
+{
+public:
+    Duration now() const override;
+    QDateTime date() const override;
+    Timer after(Duration delay, std::function<void()> action) override;
+
+private:
+    QObject m_timers; // owns those that have not fired
+};

@@ -1,0 +1,78 @@
+#include "Transport.h"
+
+#include "RetryPolicy.h"
+
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
+}
+
+/// A request until its last answer.
+struct Transport::Errand
+{
+    HttpRequest request;
+    HostRules rules;
+    Completion completion;
+    int tries = 0;
+    Clock::Timer wait;
+    Call call;
+};
+
+Transport::Transport(Clock &clock, ServiceName service, RateLimiter limiter)
+    : m_clock(clock),
+      m_service(service),
+      m_client(clock, service),
+      m_limiter(std::move(limiter)),
+      m_jitter([] { return QRandomGenerator::global()->bounded(2.0) - 1.0; })
+{
+}
+
+Transport::~Transport() = default;
+
+Transport::Call Transport::send(const HttpRequest &request, const HostRules &rules, Completion completion)
+{
+    auto errand = std::make_shared<Errand>();
+    errand->request = request;
+    errand->rules = rules;
+    errand->completion = std::move(completion);
+    enqueue(errand);
+    return errand;
+}
+
+void Transport::enqueue(const std::shared_ptr<Errand> &errand)
+{
+    errand->wait = m_clock.after(m_limiter.reserve(m_clock.now()), [this, weak = std::weak_ptr(errand)] {
+        if (const auto held = weak.lock())
+            attempt(held);
+    });
+}
+
+void Transport::attempt(const std::shared_ptr<Errand> &errand)
+{
+    ++errand->tries;
+    errand->call = m_client.send(errand->request, errand->rules,
+                                 [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
+                                     if (const auto held = weak.lock())
+                                         finishAttempt(held, outcome);
+                                 });
+}
+
+void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+{
+    const auto wait =
+        RetryPolicy::waitBeforeNextTry(errand->request, outcome, errand->tries, m_jitter(), m_clock.date());
+    if (!wait) {
+        errand->completion(outcome);
+        return;
+    }
+    qCInfo(log).noquote() << errand->request.url.host() << "asked again in" << wait->count() << "ms";
+    if (outcome && outcome->status == 429)
+        m_limiter.pauseUntil(m_clock.now() + *wait);
+    errand->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(errand)] {
+        if (const auto held = weak.lock())
+            enqueue(held);
+    });
+}

@@ -1,0 +1,36 @@
+#pragma once
+#include "HttpClient.h"
+#include "RateLimiter.h"
+
+#include <list>
+
+/// The one way to a service's servers: every request waits for its place in the rate, and a question that
+/// failed for a passing reason is asked again. Main thread only.
+class Transport final
+{
+public:
+    using Completion = HttpClient::Completion;
+    using Call = HttpClient::Call;
+
+    Transport(Clock &clock, ServiceName service, RateLimiter limiter);
+    ~Transport();
+
+    [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
+
+    Clock &clock() { return m_clock; }
+    ServiceName service() const { return m_service; }
+    /// Between -1 and 1, spreads the retries of many machines; replaced by tests.
+    void setJitter(std::function<double()> jitter) { m_jitter = std::move(jitter); }
+
+private:
+    struct Errand;
+    void enqueue(const std::shared_ptr<Errand> &errand);
+    void attempt(const std::shared_ptr<Errand> &errand);
+    void finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
+
+    Clock &m_clock;
+    ServiceName m_service;
+    HttpClient m_client;
+    RateLimiter m_limiter;
+    std::function<double()> m_jitter;
+};

@@ -1,0 +1,109 @@
+#include "Deformation.h"
+
+#include "Packing.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qsizetype BombBytes = 64 * 1024 * 1024;
+constexpr qsizetype HugeBytes = 20 * 1024 * 1024;
+
+struct Manner
+{
+    QLatin1StringView name;
+    Delivery delivery;
+};
+const Manner Manners[] = {
+    {"chunked"_L1, Delivery::Chunked},
+    {"drip"_L1, Delivery::Dripped},
+    {"stall"_L1, Delivery::StalledAfterHeaders},
+    {"silent"_L1, Delivery::Silent},
+    {"length-too-long"_L1, Delivery::LengthTooLong},
+    {"chunked-without-end"_L1, Delivery::ChunkedWithoutEnd},
+    {"close-before"_L1, Delivery::ClosedBefore},
+    {"close-after"_L1, Delivery::ClosedAfter},
+};
+
+ServedAnswer packedAnswer(ServedAnswer answer, const QByteArray &content)
+{
+    answer.body = gzipped(content);
+    answer.setHeader("Content-Encoding", "gzip");
+    return answer;
+}
+
+QByteArray badUtf8(QByteArray json)
+{
+    const qsizetype place = json.indexOf("Paper");
+    return place < 0 ? QByteArray("{\"data\":\"\xFF\xFE\"}") : json.insert(place + 2, "\xFF\xC0");
+}
+
+std::optional<ServedAnswer> replacement(const ServedAnswer &answer, Behaviours &behaviours, QLatin1StringView endpoint)
+{
+    const auto has = [&](QLatin1StringView name) { return behaviours.has(name, endpoint); };
+    if (has("down"_L1) || behaviours.takeOnce("down-once"_L1, endpoint))
+        return jsonAnswer(503, "{\"message\":\"Down for maintenance\"}");
+    if (has("broken"_L1))
+        return jsonAnswer(500, "{\"message\":\"Internal error\"}");
+    if (has("gateway-page"_L1))
+        return pageAnswer(502, "502 Bad Gateway");
+    if (has("sign-in-page"_L1))
+        return ServedAnswer{302, {{"Location", "http://sign-in.example/welcome"}}, {}};
+    if (has("html"_L1))
+        return pageAnswer(200, "Welcome");
+    if (has("bad-request"_L1))
+        return ServedAnswer{400, {{"X-Reason", "Request parameters does not make sense"}}, {}};
+    if (has("empty"_L1))
+        return jsonAnswer(200, {});
+    if (has("no-content"_L1))
+        return ServedAnswer{204, {}, {}};
+    if (has("not-modified"_L1))
+        return ServedAnswer{304, {}, {}};
+    if (has("array"_L1))
+        return jsonAnswer(200, "[{\"data\":[]}]");
+    if (has("null"_L1))
+        return jsonAnswer(200, "null");
+    if (has("cut"_L1))
+        return jsonAnswer(200, answer.body.left(answer.body.size() / 2));
+    if (has("20-mib"_L1))
+        return jsonAnswer(200, "{\"data\":[\"" + QByteArray(HugeBytes, 'x') + "\"]}");
+    if (has("gzip-bomb"_L1))
+        return packedAnswer(answer, QByteArray(BombBytes, ' '));
+    return std::nullopt;
+}
+} // namespace
+
+ServedAnswer jsonAnswer(int status, const QByteArray &json)
+{
+    return {status, {{"Content-Type", "application/json; charset=utf-8"}}, json};
+}
+
+ServedAnswer pageAnswer(int status, const QByteArray &title)
+{
+    return {status,
+            {{"Content-Type", "text/html; charset=utf-8"}},
+            "<!DOCTYPE html><html><head><title>" + title + "</title></head><body><h1>" + title + "</h1></body></html>"};
+}
+
+ServedAnswer deformed(ServedAnswer answer, const ReceivedRequest &request, Behaviours &behaviours,
+                      QLatin1StringView endpoint)
+{
+    if (auto other = replacement(answer, behaviours, endpoint))
+        answer = *other;
+    const auto has = [&](QLatin1StringView name) { return behaviours.has(name, endpoint); };
+    if (has("as-text"_L1))
+        answer.setHeader("Content-Type", "text/plain");
+    if (has("bad-utf8"_L1))
+        answer.body = badUtf8(answer.body);
+    if (has("bom"_L1))
+        answer.body.prepend("\xEF\xBB\xBF");
+    if (has("gzip-unasked"_L1) || (has("gzip"_L1) && request.header("Accept-Encoding").contains("gzip")))
+        answer = packedAnswer(answer, answer.body);
+    for (const Manner &manner : Manners) {
+        if (has(manner.name))
+            answer.delivery = manner.delivery;
+    }
+    if (behaviours.takeOnce("close-once"_L1, endpoint))
+        answer.delivery = Delivery::ClosedBefore;
+    return answer;
+}

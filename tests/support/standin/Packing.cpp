@@ -1,0 +1,55 @@
+#include "Packing.h"
+
+#include <QtEndian>
+
+namespace
+{
+quint32 crc32(const QByteArray &content)
+{
+    constexpr quint32 Polynomial = 0xEDB88320;
+    static const auto table = [] {
+        std::array<quint32, 256> entries{};
+        for (quint32 i = 0; i < entries.size(); ++i) {
+            quint32 value = i;
+            for (int bit = 0; bit < 8; ++bit)
+                value = (value & 1) != 0 ? Polynomial ^ (value >> 1) : value >> 1;
+            entries[i] = value;
+        }
+        return entries;
+    }();
+    quint32 sum = ~0U;
+    for (const char c : content)
+        sum = table[(sum ^ static_cast<quint8>(c)) & 0xFF] ^ (sum >> 8);
+    return ~sum;
+}
+
+template <class Number>
+QByteArray little(Number number)
+{
+    QByteArray bytes(sizeof(Number), '\0');
+    qToLittleEndian(number, bytes.data());
+    return bytes;
+}
+} // namespace
+
+QByteArray gzipped(const QByteArray &content)
+{
+    // qCompress gives a length, a zlib header of two bytes, the deflated content and a sum of four.
+    const QByteArray packed = qCompress(content, 9);
+    const QByteArray deflated = packed.mid(6, packed.size() - 10);
+    return QByteArray::fromHex("1f8b0800000000000003") + deflated + little(crc32(content)) +
+           little(static_cast<quint32>(content.size()));
+}
+
+QByteArray zipped(const QByteArray &name, const QByteArray &content)
+{
+    const auto size = static_cast<quint32>(content.size());
+    const QByteArray common = little<quint16>(20) + little<quint16>(0x0800) + little<quint16>(0) + little<quint32>(0x00210000) +
+                              little(crc32(content)) + little(size) + little(size) +
+                              little(static_cast<quint16>(name.size())) + little<quint16>(0);
+    const QByteArray local = QByteArray("PK\x03\x04", 4) + common + name + content;
+    const QByteArray central = QByteArray("PK\x01\x02", 4) + little<quint16>(20) + common + little<quint16>(0) +
+                               little<quint16>(0) + little<quint16>(0) + little<quint32>(0) + little<quint32>(0) + name;
+    return local + central + QByteArray("PK\x05\x06", 4) + little<quint32>(0) + little<quint16>(1) + little<quint16>(1) +
+           little(static_cast<quint32>(central.size())) + little(static_cast<quint32>(local.size())) + little<quint16>(0);
+}
