@@ -25,6 +25,7 @@ struct Subtitle
     bool hearingImpaired = false;
     bool foreignPartsOnly = false;
     bool machineTranslated = false;
+    bool trusted = false; // the service vouches for who made it
 
     /// The second line of a result: film and year, "matches this file", frame rate, downloads and marks, as
     /// far as they are known, joined by " · ".

@@ -1,9 +1,11 @@
 #include "HttpExchange.h"
 
+#include "EnvironmentProxy.h"
 #include "OneTimeUpload.h"
 
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 #include <QNetworkRequest>
 
 using namespace Qt::StringLiterals;
@@ -13,7 +15,7 @@ namespace
 {
 constexpr Clock::Duration ConnectLimit = 10s;
 constexpr Clock::Duration SilenceLimit = 20s;
-constexpr int FirstErrorStatus = 400;
+constexpr int FirstRefusalStatus = 300;
 constexpr int FirstProxyError = 100;
 constexpr int FirstContentError = 200;
 
@@ -43,6 +45,7 @@ Kind kindOfFailure(QNetworkReply::NetworkError error)
         return Kind::Offline;
     case QNetworkReply::ConnectionRefusedError:
     case QNetworkReply::RemoteHostClosedError:
+    case QNetworkReply::ContentReSendError: // closed, and an order is not sent twice
         return Kind::Unavailable;
     case QNetworkReply::TimeoutError:
         return Kind::Timeout;
@@ -165,10 +168,13 @@ Result<HttpAnswer> HttpExchange::outcome() const
         return failure(Kind::BadAnswer, u"the answer is too large"_s);
     const QNetworkReply::NetworkError error = m_reply->error();
     const HttpAnswer read = answer();
-    const bool statusSaysIt = error > FirstContentError && read.status >= FirstErrorStatus;
-    if (error != QNetworkReply::NoError && !statusSaysIt)
-        return failure(kindOfFailure(error), m_reply->errorString());
-    return read;
+    const bool statusSaysIt = error > FirstContentError && read.status >= FirstRefusalStatus;
+    if (error == QNetworkReply::NoError || statusSaysIt)
+        return read;
+    // Qt has no error of its own for a proxy that says no.
+    const bool byProxy = error == QNetworkReply::UnknownNetworkError &&
+                         EnvironmentProxy::proxyFor(m_request.url).type() != QNetworkProxy::NoProxy;
+    return failure(byProxy ? Kind::Proxy : kindOfFailure(error), m_reply->errorString());
 }
 
 HttpAnswer HttpExchange::answer() const

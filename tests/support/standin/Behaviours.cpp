@@ -92,7 +92,6 @@ constexpr Description Known[] = {
     {"film-key-refused", "401, code 7"},
     {"film-too-fast", "429, code 25, once"},
     {"film-not-found", "404, code 34"},
-    {"film-no-overview", "texts are empty in other languages than English"},
     {"poster-html", "a page as poster"},
     {"poster-cut", "a poster cut in the middle"},
     {"poster-huge", "a poster of 20,000 pixels"},
@@ -130,7 +129,8 @@ bool Behaviours::has(QLatin1StringView name, QLatin1StringView endpoint) const
 
 bool Behaviours::takeOnce(QLatin1StringView name, QLatin1StringView endpoint)
 {
-    return m_selected.remove(name + "@"_L1 + endpoint) || (endpoint == "search"_L1 && m_selected.remove(name));
+    return m_selected.remove(name + "@"_L1 + endpoint) ||
+           (endpoint == "search"_L1 && m_selected.remove(name));
 }
 
 QStringList Behaviours::descriptions()

@@ -3,9 +3,10 @@
 #include <QString>
 #include <QStringList>
 
-/// What a stand-in does other than its best. Each behaviour has a name; "NAME@ENDPOINT" limits it to one endpoint
-/// ("search", "login", "logout", "user", "download", "link", "find", "show", "configuration", "image"). One that could
-/// meet any endpoint means the search, or for subtitles and posters theirs, unless it says so.
+/// What a stand-in does other than its best. Each behaviour has a name; "NAME@ENDPOINT" limits it to one
+/// endpoint
+/// ("search", "login", "logout", "user", "download", "link", "find", "show", "configuration", "image"). One
+/// that could meet any endpoint means the search, or for subtitles and posters theirs, unless it says so.
 class Behaviours final
 {
 public:

@@ -38,7 +38,8 @@ QByteArray badUtf8(QByteArray json)
     return place < 0 ? QByteArray("{\"data\":\"\xFF\xFE\"}") : json.insert(place + 2, "\xFF\xC0");
 }
 
-std::optional<ServedAnswer> replacement(const ServedAnswer &answer, Behaviours &behaviours, QLatin1StringView endpoint)
+std::optional<ServedAnswer> replacement(const ServedAnswer &answer, Behaviours &behaviours,
+                                        QLatin1StringView endpoint)
 {
     const auto has = [&](QLatin1StringView name) { return behaviours.has(name, endpoint); };
     if (has("down"_L1) || behaviours.takeOnce("down-once"_L1, endpoint))
@@ -82,7 +83,8 @@ ServedAnswer pageAnswer(int status, const QByteArray &title)
 {
     return {status,
             {{"Content-Type", "text/html; charset=utf-8"}},
-            "<!DOCTYPE html><html><head><title>" + title + "</title></head><body><h1>" + title + "</h1></body></html>"};
+            "<!DOCTYPE html><html><head><title>" + title + "</title></head><body><h1>" + title +
+                "</h1></body></html>"};
 }
 
 ServedAnswer deformed(ServedAnswer answer, const ReceivedRequest &request, Behaviours &behaviours,

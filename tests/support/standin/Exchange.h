@@ -10,27 +10,31 @@
 struct ReceivedRequest
 {
     QByteArray method;
-    QByteArray target; // path and query, raw
+    QByteArray target;                     // path and query, raw
     QHash<QByteArray, QByteArray> headers; // by lower-case name
     QByteArray body;
     quint16 port = 0;
 
     QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
-    QByteArray path() const { return target.left(target.indexOf('?') < 0 ? target.size() : target.indexOf('?')); }
+    QByteArray path() const
+    {
+        return target.left(target.indexOf('?') < 0 ? target.size() : target.indexOf('?'));
+    }
     QByteArray query() const { return target.mid(path().size() + 1); }
 };
 
 /// How an answer travels.
-enum class Delivery {
+enum class Delivery
+{
     Whole,
     Chunked,
     Dripped,             // a byte at a time
     StalledAfterHeaders, // and nothing more
     LengthTooLong,       // Content-Length promises more than comes before the close
     ChunkedWithoutEnd,
-    ClosedBefore,        // the connection closes instead of an answer
-    ClosedAfter,         // and no word that it will
-    Silent,              // no answer, the connection stays
+    ClosedBefore, // the connection closes instead of an answer
+    ClosedAfter,  // and no word that it will
+    Silent,       // no answer, the connection stays
 };
 
 /// What the server says.

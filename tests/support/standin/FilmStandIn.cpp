@@ -10,10 +10,11 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-QByteArray results(const QByteArray &films, const QByteArray &people, const QByteArray &shows, const QByteArray &episodes)
+QByteArray results(const QByteArray &films, const QByteArray &people, const QByteArray &shows,
+                   const QByteArray &episodes)
 {
-    return R"({"movie_results":[)" + films + R"(],"person_results":[)" + people + R"(],"tv_results":[)" + shows +
-           R"(],"tv_episode_results":[)" + episodes + R"(],"tv_season_results":[]})";
+    return R"({"movie_results":[)" + films + R"(],"person_results":[)" + people + R"(],"tv_results":[)" +
+           shows + R"(],"tv_episode_results":[)" + episodes + R"(],"tv_season_results":[]})";
 }
 
 QByteArray quotedOrNull(const QByteArray &text)
@@ -54,20 +55,15 @@ std::optional<ServedAnswer> FilmStandIn::gate(const ReceivedRequest &request)
     const bool byKey = query.queryItemValue(u"api_key"_s).toLatin1() == Key;
     const bool byToken = request.header("Authorization") == "Bearer " + Token;
     if (m_behaviours.has("film-key-refused"_L1) || (!byKey && !byToken))
-        return jsonAnswer(401, R"({"status_code":7,"status_message":"Invalid API key: You must be granted a valid key.",)"
-                               R"("success":false})");
+        return jsonAnswer(
+            401, R"({"status_code":7,"status_message":"Invalid API key: You must be granted a valid key.",)"
+                 R"("success":false})");
     if (m_behaviours.takeOnce("film-too-fast"_L1, "search"_L1))
-        return jsonAnswer(429, R"({"status_code":25,"status_message":"Your request count is over the allowed limit."})");
+        return jsonAnswer(
+            429, R"({"status_code":25,"status_message":"Your request count is over the allowed limit."})");
     if (m_behaviours.has("film-not-found"_L1))
         return jsonAnswer(404, R"({"status_code":34,"status_message":"The resource could not be found."})");
     return std::nullopt;
-}
-
-QByteArray FilmStandIn::overview(const ReceivedRequest &request) const
-{
-    const QString language = QUrlQuery(QString::fromLatin1(request.query())).queryItemValue(u"language"_s);
-    const bool missing = m_behaviours.has("film-no-overview"_L1) && language != "en-US"_L1;
-    return missing ? QByteArray() : "A keeper folds his lamp. " + language.toLatin1();
 }
 
 ServedAnswer FilmStandIn::answer(const ReceivedRequest &request)
@@ -91,17 +87,18 @@ ServedAnswer FilmStandIn::find(const ReceivedRequest &request) const
         return jsonAnswer(404, R"({"status_code":6,"status_message":"Invalid id."})");
     QByteArray body = results({}, {}, {}, {});
     if (id == "tt9000002")
-        body = results(film(11001, "/film.jpg", overview(request)), {}, {}, {});
+        body = results(film(11001, "/film.jpg", "A keeper folds his lamp."), {}, {}, {});
     if (id == "tt9000004")
-        body = results(film(11002, {}, overview(request)), {}, {}, {});
+        body = results(film(11002, {}, "A keeper folds his lamp."), {}, {}, {});
     if (id == "tt9000001")
-        body = results({}, {}, series(overview(request)), {});
+        body = results({}, {}, series("A keeper folds his lamp."), {});
     if (id == "nm9000003")
         body = results({}, R"({"id":14001,"name":"A Person","media_type":"person"})", {}, {});
     if (id == "tt9000011")
-        body = results({}, {}, {},
-                       R"({"id":13001,"show_id":12001,"season_number":1,"episode_number":1,"name":"Pilot","overview":"",)"
-                       R"("still_path":"/still.jpg","media_type":"tv_episode"})");
+        body = results(
+            {}, {}, {},
+            R"({"id":13001,"show_id":12001,"season_number":1,"episode_number":1,"name":"Pilot","overview":"",)"
+            R"("still_path":"/still.jpg","media_type":"tv_episode"})");
     ServedAnswer answer = jsonAnswer(200, body);
     answer.setHeader("Cache-Control", "public, max-age=3600");
     return withTag(request, answer, true);
@@ -111,17 +108,18 @@ ServedAnswer FilmStandIn::show(const ReceivedRequest &request) const
 {
     if (request.path() != "/3/tv/12001")
         return jsonAnswer(404, R"({"status_code":34,"status_message":"The resource could not be found."})");
-    ServedAnswer answer = jsonAnswer(200, series(overview(request)));
+    ServedAnswer answer = jsonAnswer(200, series("A keeper folds his lamp."));
     answer.setHeader("Cache-Control", "public, max-age=3600");
     return withTag(request, answer, true);
 }
 
 ServedAnswer FilmStandIn::configuration() const
 {
-    return jsonAnswer(200, R"({"images":{"base_url":"http://elsewhere.example/t/p/","secure_base_url":")" +
-                               m_imageBase.toEncoded() +
-                               R"(/t/p/","poster_sizes":["w92","w154","w185","w342","w500","w780","original"]},)"
-                               R"("change_keys":[]})");
+    return jsonAnswer(200,
+                      R"({"images":{"base_url":"http://elsewhere.example/t/p/","secure_base_url":")" +
+                          m_imageBase.toEncoded() +
+                          R"(/t/p/","poster_sizes":["w92","w154","w185","w342","w500","w780","original"]},)"
+                          R"("change_keys":[]})");
 }
 
 QByteArray FilmStandIn::poster(int width)

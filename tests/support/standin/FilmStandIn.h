@@ -2,13 +2,14 @@
 #include "Behaviours.h"
 #include "Exchange.h"
 
-/// The film database: a film (tt9000002), a show (tt9000001), an episode (tt9000011), a person (nm9000003), a film without
-/// a poster (tt9000004), nothing for every other id.
+/// The film database: a film (tt9000002), a show (tt9000001), an episode (tt9000011), a person (nm9000003), a
+/// film without a poster (tt9000004), nothing for every other id.
 class FilmStandIn final
 {
 public:
     static inline const QByteArray Key = QByteArrayLiteral("0123456789abcdef0123456789abcdef");
-    static inline const QByteArray Token = QByteArrayLiteral("eyJhbGciOiJIUzI1NiJ9.eyJzdGFuZCI6ImluIn0.abcdef");
+    static inline const QByteArray Token =
+        QByteArrayLiteral("eyJhbGciOiJIUzI1NiJ9.eyJzdGFuZCI6ImluIn0.abcdef");
 
     explicit FilmStandIn(Behaviours &behaviours) : m_behaviours(behaviours) {}
 
@@ -24,7 +25,6 @@ private:
     ServedAnswer find(const ReceivedRequest &request) const;
     ServedAnswer show(const ReceivedRequest &request) const;
     ServedAnswer configuration() const;
-    QByteArray overview(const ReceivedRequest &request) const;
 
     Behaviours &m_behaviours;
     QUrl m_imageBase;

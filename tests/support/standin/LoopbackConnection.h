@@ -4,8 +4,8 @@
 #include <QTcpSocket>
 #include <functional>
 
-/// One connection of the loopback server: reads requests one after another and delivers the answers. Ends itself when the
-/// other side goes.
+/// One connection of the loopback server: reads requests one after another and delivers the answers. Ends
+/// itself when the other side goes.
 class LoopbackConnection final : public QObject
 {
 public:

@@ -44,8 +44,8 @@ int LoopbackServer::openConnections() const
 void LoopbackServer::accept()
 {
     while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-        auto *connection =
-            new LoopbackConnection(socket, [this](const ReceivedRequest &request) { return answer(request); });
+        auto *connection = new LoopbackConnection(
+            socket, [this](const ReceivedRequest &request) { return answer(request); });
         connection->setParent(&m_connections);
     }
 }

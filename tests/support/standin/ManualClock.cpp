@@ -1,7 +1,9 @@
 #include "ManualClock.h"
 
-#include <QTimeZone>
+#include <QPointer>
 #include <QTimer>
+
+#include <algorithm>
 
 ManualClock::ManualClock()
     : m_date(QDate(2030, 3, 4), QTime(20, 48), Qt::UTC), m_waiting(std::make_shared<std::map<Key, Waiting>>())
@@ -13,11 +15,12 @@ Clock::Timer ManualClock::after(Duration delay, std::function<void()> action)
     const Key key{m_now + std::max(delay, Duration::zero()), ++m_last};
     const bool patient = delay > m_patience;
     m_waiting->emplace(key, Waiting{std::move(action), patient});
-    if (!patient)
-        letShortWaitsPass();
-    return Timer([weak = std::weak_ptr(m_waiting), key] {
+    letShortWaitsPass();
+    return Timer([this, alive = QPointer<QObject>(&m_turns), weak = std::weak_ptr(m_waiting), key] {
         if (const auto waiting = weak.lock())
             waiting->erase(key);
+        if (alive)
+            letShortWaitsPass();
     });
 }
 
@@ -26,23 +29,24 @@ void ManualClock::setPatience(Duration patience)
     m_patience = patience;
 }
 
+/// While something is on the wire (its limits are being waited for) time stands still, so that what a server
+/// sees does not depend on how fast this machine is.
+bool ManualClock::mayPass() const
+{
+    const auto isPatient = [](const auto &entry) { return entry.second.patient; };
+    return !m_waiting->empty() && std::none_of(m_waiting->begin(), m_waiting->end(), isPatient);
+}
+
 void ManualClock::letShortWaitsPass()
 {
-    if (m_turnAsked)
+    if (m_turnAsked || !mayPass())
         return;
     m_turnAsked = true;
     QTimer::singleShot(0, &m_turns, [this] {
         m_turnAsked = false;
-        for (const auto &[key, waiting] : *m_waiting) {
-            if (!waiting.patient) {
-                advanceTo(key.first);
-                break;
-            }
-        }
-        for (const auto &[key, waiting] : *m_waiting) {
-            if (!waiting.patient)
-                letShortWaitsPass();
-        }
+        if (mayPass())
+            advanceTo(m_waiting->begin()->first.first);
+        letShortWaitsPass();
     });
 }
 

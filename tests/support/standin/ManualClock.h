@@ -3,8 +3,8 @@
 #include <QObject>
 #include <map>
 
-/// Time as a test says. Waits of at most the patience pass by themselves on the next turn of the event loop; longer ones
-/// (the limits of a request, as a rule) only when the test advances.
+/// Time as a test says. Waits of at most the patience pass by themselves on the next turn of the event loop;
+/// longer ones (the limits of a request, as a rule) only when the test advances.
 class ManualClock final : public Clock
 {
 public:
@@ -29,6 +29,7 @@ private:
         bool patient = false;
     };
     using Key = std::pair<Duration, quint64>;
+    bool mayPass() const;
     void letShortWaitsPass();
     void advanceTo(Duration time);
 

@@ -10,8 +10,8 @@ constexpr qint64 Second = 1000;
 
 int RateBook::countInLastSecond(qint64 milliseconds) const
 {
-    return static_cast<int>(
-        std::count_if(m_times.begin(), m_times.end(), [=](qint64 time) { return time > milliseconds - Second; }));
+    return static_cast<int>(std::count_if(m_times.begin(), m_times.end(),
+                                          [=](qint64 time) { return time > milliseconds - Second; }));
 }
 
 bool RateBook::admit(qint64 milliseconds)

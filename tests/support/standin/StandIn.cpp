@@ -27,24 +27,20 @@ bool carriesKey(const ReceivedRequest &request)
 }
 } // namespace
 
-StandIn::StandIn() : StandIn(machineTime())
-{
-}
+StandIn::StandIn() : StandIn(machineTime()) {}
 
-StandIn::StandIn(const ManualClock &clock) : StandIn(timeOf(clock))
-{
-}
+StandIn::StandIn(const ManualClock &clock) : StandIn(timeOf(clock)) {}
 
 StandIn::StandIn(StandInTime time)
-    : m_subtitles(m_behaviours, time)
-    , m_films(m_behaviours)
-    , m_main([this](const ReceivedRequest &request) {
-        return request.target.startsWith("/3/") ? m_films.answer(request) : m_subtitles.answer(request);
-    })
-    , m_vip([this](const ReceivedRequest &request) { return m_subtitles.answer(request); })
-    , m_links([this](const ReceivedRequest &request) { return m_subtitles.link(request); })
-    , m_images([this](const ReceivedRequest &request) { return m_films.image(request); })
-    , m_foreign([](const ReceivedRequest &) { return pageAnswer(200, "Abroad"); })
+    : m_subtitles(m_behaviours, time),
+      m_films(m_behaviours),
+      m_main([this](const ReceivedRequest &request) {
+          return request.target.startsWith("/3/") ? m_films.answer(request) : m_subtitles.answer(request);
+      }),
+      m_vip([this](const ReceivedRequest &request) { return m_subtitles.answer(request); }),
+      m_links([this](const ReceivedRequest &request) { return m_subtitles.link(request); }),
+      m_images([this](const ReceivedRequest &request) { return m_films.image(request); }),
+      m_foreign([](const ReceivedRequest &) { return pageAnswer(200, "Abroad"); })
 {
     m_subtitles.setAddresses({m_vip.port(), "127.0.0.1:" + QByteArray::number(m_vip.port()), m_links.url(),
                               m_foreign.url(u"/api/v1/subtitles"_s)});

@@ -4,8 +4,8 @@
 #include "ManualClock.h"
 #include "SubtitleStandIn.h"
 
-/// Both services on this machine: the subtitle service with its VIP host and its host of links, the film database with its
-/// host of pictures, and a foreign host where nobody should arrive. Each keeps its log.
+/// Both services on this machine: the subtitle service with its VIP host and its host of links, the film
+/// database with its host of pictures, and a foreign host where nobody should arrive. Each keeps its log.
 class StandIn final
 {
 public:

@@ -62,8 +62,9 @@ ServedAnswer SubtitleLinks::file(qint64 fileId) const
     if (has("subtitle-html"_L1))
         answer.body = pageAnswer(200, "Please log in").body + QByteArray(200, ' ');
     if (has("subtitle-notice"_L1))
-        answer.body = "You have reached your limit.\r\nPlease become a member to go on downloading subtitles today, "
-                      "tomorrow and whenever else you like to do so.\r\n";
+        answer.body =
+            "You have reached your limit.\r\nPlease become a member to go on downloading subtitles today, "
+            "tomorrow and whenever else you like to do so.\r\n";
     if (has("subtitle-empty"_L1))
         answer.body.clear();
     if (has("subtitle-304"_L1))

@@ -28,9 +28,10 @@ QByteArray SubtitleLogin::tokenOf(const ReceivedRequest &request)
 QByteArray SubtitleLogin::newToken()
 {
     const qint64 life = m_behaviours.has("short-token"_L1) ? ShortTokenSeconds : TokenSeconds;
-    const QByteArray claims = "{\"iss\":\"standin\",\"exp\":" +
-                              QByteArray::number(m_time.date().toSecsSinceEpoch() + life) + "}";
-    const QByteArray token = part("{\"alg\":\"HS256\"}") + '.' + part(claims) + ".sig" + QByteArray::number(++m_made);
+    const QByteArray claims =
+        "{\"iss\":\"standin\",\"exp\":" + QByteArray::number(m_time.date().toSecsSinceEpoch() + life) + "}";
+    const QByteArray token =
+        part("{\"alg\":\"HS256\"}") + '.' + part(claims) + ".sig" + QByteArray::number(++m_made);
     m_tokens += token;
     return token;
 }
@@ -42,7 +43,8 @@ ServedAnswer SubtitleLogin::login(const ReceivedRequest &request, const QByteArr
         ++m_refused;
         return jsonAnswer(400, R"({"message":"Use the user name, not the e-mail","status":400})");
     }
-    if (given[u"username"_s] != SubtitleStandIn::UserName || given[u"password"_s] != SubtitleStandIn::Password) {
+    if (given[u"username"_s] != SubtitleStandIn::UserName ||
+        given[u"password"_s] != SubtitleStandIn::Password) {
         const QByteArray left = QByteArray::number(10 - ++m_refused);
         return jsonAnswer(401, R"({"message":"Error, invalid username/password failed:1 remaining:)" + left +
                                    R"(  ","status":401})");
@@ -52,9 +54,10 @@ ServedAnswer SubtitleLogin::login(const ReceivedRequest &request, const QByteArr
         host = vip;
     if (m_behaviours.has("vip-elsewhere"_L1))
         host = "api.elsewhere.example";
-    return jsonAnswer(200, R"({"user":{"allowed_translations":1,"allowed_downloads":20,"level":"Reader","user_id":1,)"
-                           R"("ext_installed":false,"vip":false},"token":")" +
-                               newToken() + R"(","status":200,"base_url":")" + host + R"("})");
+    return jsonAnswer(
+        200, R"({"user":{"allowed_translations":1,"allowed_downloads":20,"level":"Reader","user_id":1,)"
+             R"("ext_installed":false,"vip":false},"token":")" +
+                 newToken() + R"(","status":200,"base_url":")" + host + R"("})");
 }
 
 ServedAnswer SubtitleLogin::logout(const ReceivedRequest &request)

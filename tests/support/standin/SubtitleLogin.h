@@ -9,7 +9,10 @@
 class SubtitleLogin final
 {
 public:
-    SubtitleLogin(Behaviours &behaviours, StandInTime time) : m_behaviours(behaviours), m_time(std::move(time)) {}
+    SubtitleLogin(Behaviours &behaviours, StandInTime time)
+        : m_behaviours(behaviours), m_time(std::move(time))
+    {
+    }
 
     /// `vip` is the host that the behaviour "vip" names.
     ServedAnswer login(const ReceivedRequest &request, const QByteArray &vip);

@@ -6,8 +6,9 @@ namespace
 {
 constexpr int DefaultCount = 3;
 
-const QStringList Releases = {u"Paper.Lighthouse.2019.720p.BluRay.x264-XYZ"_s, u"Paper.Lighthouse.2019.1080p.WEB-ABC"_s,
-                              u"Paper Lighthouse (2019) DVDRip"_s, u"Paper.Lighthouse.2019.2160p.UHD-QQQ"_s};
+const QStringList Releases = {u"Paper.Lighthouse.2019.720p.BluRay.x264-XYZ"_s,
+                              u"Paper.Lighthouse.2019.1080p.WEB-ABC"_s, u"Paper Lighthouse (2019) DVDRip"_s,
+                              u"Paper.Lighthouse.2019.2160p.UHD-QQQ"_s};
 
 /// "pt-BR" for "pt-br", as the service writes it.
 QString spelled(const QString &language)
@@ -62,7 +63,9 @@ QJsonObject record(int index, const QUrlQuery &query)
                                             {u"file_name"_s, release}}}}};
     if (query.hasQueryItem(u"moviehash"_s))
         attributes[u"moviehash_match"_s] = index == 0;
-    return {{u"id"_s, QString::number(9100001 + index)}, {u"type"_s, u"subtitle"_s}, {u"attributes"_s, attributes}};
+    return {{u"id"_s, QString::number(9100001 + index)},
+            {u"type"_s, u"subtitle"_s},
+            {u"attributes"_s, attributes}};
 }
 
 QJsonObject changed(QJsonObject record, const QJsonObject &attributes)
@@ -98,8 +101,9 @@ QJsonArray oddRecords(const QUrlQuery &query)
 {
     QJsonArray records;
     int index = 0;
-    for (const QString &key : {u"comments"_s, u"from_trusted"_s, u"uploader"_s, u"legacy_subtitle_id"_s, u"release"_s,
-                               u"download_count"_s, u"fps"_s, u"feature_details"_s, u"hearing_impaired"_s})
+    for (const QString &key :
+         {u"comments"_s, u"from_trusted"_s, u"uploader"_s, u"legacy_subtitle_id"_s, u"release"_s,
+          u"download_count"_s, u"fps"_s, u"feature_details"_s, u"hearing_impaired"_s})
         records += changed(record(index++, query), {{key, QJsonValue::Null}});
     QJsonObject details = feature(0, query);
     for (const QString &key : {u"tmdb_id"_s, u"imdb_id"_s, u"year"_s, u"title"_s})
@@ -112,8 +116,8 @@ QJsonArray oddRecords(const QUrlQuery &query)
                                                             {u"file_name"_s, u"As.Text"_s}}}},
                         {u"download_count"_s, u"1234"_s}});
     ++index;
-    for (const QString &name : {u"../../etc/Pass/wd"_s, u".."_s, u"Two\nLines"_s, QString(u"abc") + QChar(0x202E) + u"txt.exe",
-                                QString(300, u'n'), QString()})
+    for (const QString &name : {u"../../etc/Pass/wd"_s, u".."_s, u"Two\nLines"_s,
+                                u"abc"_s + QChar(0x202E) + u"txt.exe"_s, QString(300, u'n'), QString()})
         records += named(record(index++, query), name);
     return records;
 }
@@ -121,8 +125,9 @@ QJsonArray oddRecords(const QUrlQuery &query)
 
 int SubtitleRecords::count(const Behaviours &behaviours)
 {
-    for (const auto &[name, number] : {std::pair("hits-0"_L1, 0), std::pair("hits-1"_L1, 1), std::pair("hits-50"_L1, 50),
-                                       std::pair("hits-51"_L1, 51), std::pair("hits-1502"_L1, 1502)}) {
+    for (const auto &[name, number] :
+         {std::pair("hits-0"_L1, 0), std::pair("hits-1"_L1, 1), std::pair("hits-50"_L1, 50),
+          std::pair("hits-51"_L1, 51), std::pair("hits-1502"_L1, 1502)}) {
         if (behaviours.has(name))
             return number;
     }

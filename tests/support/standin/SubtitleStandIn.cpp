@@ -27,7 +27,11 @@ QLatin1StringView endpointOf(const ReceivedRequest &request)
 } // namespace
 
 SubtitleStandIn::SubtitleStandIn(Behaviours &behaviours, const StandInTime &time)
-    : m_behaviours(behaviours), m_time(time), m_search(behaviours), m_login(behaviours, time), m_links(behaviours)
+    : m_behaviours(behaviours),
+      m_time(time),
+      m_search(behaviours),
+      m_login(behaviours, time),
+      m_links(behaviours)
 {
 }
 
@@ -36,7 +40,8 @@ ServedAnswer SubtitleStandIn::answer(const ReceivedRequest &request)
     const QLatin1StringView endpoint = endpointOf(request);
     const bool admitted = m_rate.admit(m_time.milliseconds());
     ServedAnswer answer;
-    if (const auto refused = admitted ? tooFast() : jsonAnswer(429, R"({"message":"API rate limit exceeded"})"))
+    if (const auto refused =
+            admitted ? tooFast() : jsonAnswer(429, R"({"message":"API rate limit exceeded"})"))
         answer = *refused;
     else if (const auto turnedAway = gate(request))
         answer = *turnedAway;
@@ -136,18 +141,20 @@ ServedAnswer SubtitleStandIn::download(const ReceivedRequest &request)
         return jsonAnswer(406, R"({"message":"Invalid file_id","status":406})");
     const QByteArray token = SubtitleLogin::tokenOf(request);
     const int left = m_behaviours.has("quota-used"_L1) ? -1 : m_quota.take(token);
-    const QByteArray common = R"("requests":)" + QByteArray::number(m_quota.allowed(token) - left) + R"(,"remaining":)" +
-                              QByteArray::number(left) + R"(,"reset_time":"3 hours","reset_time_utc":")" + resetTime() +
-                              R"(")";
+    const QByteArray common = R"("requests":)" + QByteArray::number(m_quota.allowed(token) - left) +
+                              R"(,"remaining":)" + QByteArray::number(left) +
+                              R"(,"reset_time":"3 hours","reset_time_utc":")" + resetTime() + R"(")";
     if (left < 0)
-        return jsonAnswer(406, R"({"message":"You have downloaded your allowed 20 subtitles for 24h.",)" + common + "}");
+        return jsonAnswer(406, R"({"message":"You have downloaded your allowed 20 subtitles for 24h.",)" +
+                                   common + "}");
     QByteArray link = m_addresses.links.toEncoded() + m_links.pathFor(fileId);
     if (m_behaviours.has("link-clear"_L1))
         link = "http://www.opensubtitles.com/download/abc/subfile/film.srt";
     if (m_behaviours.has("link-foreign"_L1))
         link = "https://files.elsewhere.example/download/abc/subfile/film.srt";
     const QByteArray name = m_behaviours.has("link-name-path"_L1) ? "../../../home/.profile.srt" : "film.srt";
-    const QByteArray linkMember = m_behaviours.has("link-missing"_L1) ? QByteArray() : R"("link":")" + link + R"(",)";
+    const QByteArray linkMember =
+        m_behaviours.has("link-missing"_L1) ? QByteArray() : R"("link":")" + link + R"(",)";
     return jsonAnswer(200, "{" + linkMember + R"("file_name":")" + name +
                                R"(","message":"Your quota will be renewed",)" + common + "}");
 }

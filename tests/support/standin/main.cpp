@@ -39,11 +39,13 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Stands in for the subtitle service and the film database. Behaviours:\n  "_s +
-                                     Behaviours::descriptions().join(u"\n  "_s));
+    parser.setApplicationDescription(
+        u"Stands in for the subtitle service and the film database. Behaviours:\n  "_s +
+        Behaviours::descriptions().join(u"\n  "_s));
     parser.addHelpOption();
     const QCommandLineOption log(u"log"_s, u"Writes each request as a line of JSON."_s, u"file"_s);
-    const QCommandLineOption drip(u"drip"_s, u"Milliseconds between the bytes that drip."_s, u"ms"_s, u"300"_s);
+    const QCommandLineOption drip(u"drip"_s, u"Milliseconds between the bytes that drip."_s, u"ms"_s,
+                                  u"300"_s);
     parser.addOptions({log, drip});
     parser.addPositionalArgument(u"behaviours"_s, u"Names of behaviours, with @ENDPOINT where wanted."_s);
     parser.process(application);

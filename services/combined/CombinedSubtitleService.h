@@ -1,0 +1,45 @@
+#pragma once
+#include "CombinedQuery.h"
+
+#include <services/support/OutstandingQueries.h>
+#include <services/support/WorkerThread.h>
+#include <services/video/VideoNames.h>
+
+/// Several subtitle services as one: asks them side by side and gives one answer, never before the call has
+/// returned, none once cancelled. Falls back on nothing: a query stays what it is. Functions are called on
+/// the main thread; completions of queries arrive on a thread of its own, those of downloads wherever the
+/// service gives them.
+class CombinedSubtitleService final : public SubtitleService
+{
+public:
+    struct Source
+    {
+        QString name; // what `Subtitle::service` says of its results
+        std::shared_ptr<SubtitleService> service;
+        std::function<bool()> isAsked; // empty for always
+    };
+
+    /// `names` is shared with the services that want to know a video's name; `preferences` is asked for each
+    /// query. The first source wins where two have the same subtitle.
+    CombinedSubtitleService(const QList<Source> &sources, std::shared_ptr<VideoNames> names,
+                            std::function<RankingPreferences()> preferences);
+    ~CombinedSubtitleService() override;
+
+    void query(const QList<Arg> &args, QueryCompletion completion) override;
+    void cancelQueryTask() override;
+    void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &url) override;
+    VideoFileComponents componentsOf(const QUrl &url) override;
+
+private:
+    QList<Source> askedSources() const;
+    QString videoName(const QList<Arg> &args) const;
+
+    const QList<Source> m_sources;
+    std::shared_ptr<VideoNames> m_names;
+    std::function<RankingPreferences()> m_preferences;
+    std::shared_ptr<OutstandingQueries> m_outstanding;
+    std::shared_ptr<WorkerThread> m_worker;
+};

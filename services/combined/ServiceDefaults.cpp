@@ -1,0 +1,56 @@
+#include "ServiceDefaults.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The address stored under `key`. One that is none is kept as it is, so that using it says so instead of
+/// asking somebody else than the person meant.
+QUrl address(const UserDefaults &defaults, const QString &key, const QUrl &standard)
+{
+    const QString text = defaults.string(key).value_or(QString()).trimmed();
+    return text.isEmpty() ? standard : QUrl(text, QUrl::StrictMode);
+}
+
+Liking liking(const UserDefaults &defaults, const QString &key)
+{
+    return likingFromText(defaults.string(key).value_or(QString()));
+}
+} // namespace
+
+QStringList ServiceDefaults::keys()
+{
+    return {SubtitleURL,      SubtitleUser,      MetadataURL,       HearingImpaired,
+            ForeignPartsOnly, MachineTranslated, KeepsOriginalBytes};
+}
+
+void ServiceDefaults::registerDefaults(UserDefaults &defaults)
+{
+    defaults.registerDefaults({{SubtitleURL, RestSettings::standardBase().toString()},
+                               {MetadataURL, FilmSettings::standardBase().toString()},
+                               {HearingImpaired, u"neutral"_s},
+                               {ForeignPartsOnly, u"avoided"_s},
+                               {MachineTranslated, u"avoided"_s},
+                               {KeepsOriginalBytes, false}});
+}
+
+RestSettings ServiceDefaults::restSettings(const UserDefaults &defaults, const Credentials &credentials)
+{
+    RestSettings settings;
+    settings.base = address(defaults, SubtitleURL, RestSettings::standardBase());
+    settings.userName = defaults.string(SubtitleUser).value_or(QString()).trimmed();
+    settings.apiKey = credentials.subtitleKey;
+    settings.password = credentials.subtitlePassword;
+    settings.preferences = {liking(defaults, HearingImpaired), liking(defaults, ForeignPartsOnly),
+                            liking(defaults, MachineTranslated)};
+    settings.keepsOriginalBytes = defaults.boolean(KeepsOriginalBytes);
+    return settings;
+}
+
+FilmSettings ServiceDefaults::filmSettings(const UserDefaults &defaults, const Credentials &credentials)
+{
+    FilmSettings settings;
+    settings.base = address(defaults, MetadataURL, FilmSettings::standardBase());
+    settings.key = credentials.metadataKey;
+    return settings;
+}

@@ -1,0 +1,55 @@
+#pragma once
+#include "CombinedMetadataService.h"
+#include "CombinedSubtitleService.h"
+#include "ServiceDefaults.h"
+
+#include <services/metadata/FilmDatabase.h>
+#include <services/net/SystemClock.h>
+#include <services/rest/RestService.h>
+
+/// All services of the program, put together by the process entry and kept until it ends: the catalogues, the
+/// network services with their settings and secrets, and what the controllers see of them. Follows the
+/// settings live. Main thread only.
+class Services final
+{
+public:
+    struct Parts
+    {
+        std::shared_ptr<SubtitleService> catalogue;
+        QString catalogueName; // what `Subtitle::service` says of its results
+        std::shared_ptr<MetadataService> catalogueMetadata;
+        std::shared_ptr<SecretStore> secrets;
+    };
+
+    /// Queries asked before the secrets are read go to the catalogue alone.
+    explicit Services(const Parts &parts);
+    ~Services();
+
+    /// Makes them the services that everyone asks.
+    void install();
+    /// Reads the secrets again, after the person has changed one.
+    void reloadSecrets();
+
+    RestService &rest() { return *m_rest; }
+    FilmDatabase &films() { return *m_films; }
+    SecretStore &secrets() { return *m_parts.secrets; }
+    /// Whether searches go beyond the catalogues on this machine.
+    bool asksTheNetwork() const { return m_rest->hasKey(); }
+    /// Called whenever that, an account or the settings have changed.
+    void setObserver(std::function<void()> observer) { m_observer = std::move(observer); }
+    /// Logs out; `done` comes within seconds.
+    void shutDown(std::function<void()> done) { m_rest->shutDown(std::move(done)); }
+
+private:
+    void apply();
+
+    Parts m_parts;
+    SystemClock m_clock;
+    Credentials m_credentials;
+    std::shared_ptr<VideoNames> m_names;
+    std::shared_ptr<RestService> m_rest;
+    std::shared_ptr<FilmDatabase> m_films;
+    std::vector<UserDefaults::Observation> m_observations;
+    std::function<void()> m_observer;
+    std::shared_ptr<Services *> m_alive;
+};

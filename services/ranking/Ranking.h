@@ -1,0 +1,29 @@
+#pragma once
+#include <search/api/Subtitle.h>
+#include <QList>
+
+/// What a person thinks of subtitles of a kind.
+enum class Liking
+{
+    Neutral,
+    Preferred,
+    Avoided
+};
+
+/// "preferred" and "avoided"; any other text is neutral.
+Liking likingFromText(const QString &text);
+
+struct RankingPreferences
+{
+    Liking hearingImpaired = Liking::Neutral;
+    Liking foreignPartsOnly = Liking::Avoided;
+    Liking machineTranslated = Liking::Avoided;
+
+    bool operator==(const RankingPreferences &) const = default;
+};
+
+/// The best first: those that match the file's hash, then by the person's preferences, by how well the
+/// release and its frame rate agree with the video's own name (which may be empty), trusted ones, and by
+/// downloads. Equal ones keep their order. Any thread.
+QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &videoName,
+                          const RankingPreferences &preferences);

@@ -1,0 +1,248 @@
+#include "RestDownload.h"
+
+#include "RestErrors.h"
+#include "RestFiles.h"
+
+#include <services/net/Json.h>
+#include <services/net/Redactor.h>
+#include <services/support/Background.h>
+
+#include <QJsonDocument>
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
+
+constexpr Clock::Duration LinkLife = 2h + 50min; // the service promises three hours
+constexpr qsizetype MaxFileBytes = 8 * 1024 * 1024;
+constexpr Clock::Duration TransferLimit = 120s;
+
+QByteArray orderOf(const Subtitle &subtitle)
+{
+    const QJsonObject order{{u"file_id"_s, subtitle.fileID.toLongLong()}, {u"sub_format"_s, u"srt"_s}};
+    return QJsonDocument(order).toJson(QJsonDocument::Compact);
+}
+} // namespace
+
+/// One file being fetched, for everyone who asked meanwhile.
+struct RestDownload::Job
+{
+    SubtitlePtr subtitle;
+    QList<Completion> waiting;
+    Transport::Call call;
+};
+
+RestDownload::RestDownload(const Tools &tools) : m_tools(tools) {}
+
+RestDownload::~RestDownload() = default;
+
+void RestDownload::setQuota(const RestQuota &quota)
+{
+    m_quota = quota;
+    if (m_observer)
+        m_observer(m_quota);
+}
+
+void RestDownload::fetch(const SubtitlePtr &subtitle, Completion completion)
+{
+    std::shared_ptr<Job> &job = m_jobs[subtitle->fileID];
+    const bool isUnderWay = job != nullptr;
+    if (!isUnderWay)
+        job = std::make_shared<Job>(Job{subtitle, {}, {}});
+    job->waiting += std::move(completion);
+    if (!isUnderWay)
+        lookUp(job);
+}
+
+void RestDownload::lookUp(const std::shared_ptr<Job> &job)
+{
+    inBackground(
+        m_tools.worker,
+        [kept = m_tools.kept, subtitle = job->subtitle, date = m_tools.transport.clock().date()] {
+            return RestFiles::find(kept, *subtitle, date);
+        },
+        [this, weak = std::weak_ptr(job)](const std::optional<SubtitleFile> &file) {
+            const auto held = weak.lock();
+            if (!held)
+                return;
+            if (file)
+                publish(held, *file);
+            else
+                order(held);
+        });
+}
+
+void RestDownload::order(const std::shared_ptr<Job> &job)
+{
+    const Clock &clock = m_tools.transport.clock();
+    const Link link = m_links.value(job->subtitle->fileID);
+    if (clock.now() < link.ends) {
+        transfer(job, link.url);
+        return;
+    }
+    if (m_quota.isUsedUp(clock.date())) {
+        finish(job, m_quota.error(clock.date(), u"known to be used up"_s));
+        return;
+    }
+    job->call = m_tools.session.send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*job->subtitle)},
+                                     RestSession::Login::Wanted,
+                                     [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
+                                         if (const auto held = weak.lock())
+                                             takeOrder(held, outcome);
+                                     });
+}
+
+void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
+{
+    if (!outcome) {
+        askForQuota(job, outcome.error());
+        return;
+    }
+    const Result<QUrl> link = linkFrom(*outcome);
+    if (!link) {
+        finish(job, link.error());
+        return;
+    }
+    m_links[job->subtitle->fileID] = {*link, m_tools.transport.clock().now() + LinkLife};
+    transfer(job, *link);
+}
+
+/// The link that an order's answer gives, once it is known to lead where it may.
+Result<QUrl> RestDownload::linkFrom(const HttpAnswer &answer)
+{
+    const QDateTime date = m_tools.transport.clock().date();
+    const std::optional<QJsonObject> object = Json::object(answer.body);
+    const bool isQuota = object && object->contains(u"remaining"_s);
+    if (isQuota) {
+        RestQuota quota = m_quota;
+        quota.takeOrder(*object);
+        setQuota(quota);
+    }
+    if (answer.status == 406 && isQuota)
+        return m_quota.error(date, RestErrors::message(answer));
+    if (!answer.isSuccess())
+        return RestErrors::error(answer);
+    const auto nonsense = [](const QString &detail) {
+        return serviceError(Kind::BadAnswer, ServiceName::Subtitles, detail);
+    };
+    if (!object)
+        return nonsense(u"the answer to an order is no JSON object"_s);
+    const QString text = Json::text(*object, u"link"_s);
+    const QUrl link(text, QUrl::StrictMode);
+    if (text.isEmpty() || !link.isValid())
+        return nonsense(u"an order without a link"_s);
+    if (!m_tools.session.settings().linkHosts().accepts(link))
+        return nonsense(u"a link to a place that is not the service's: "_s + link.host());
+    return link;
+}
+
+void RestDownload::transfer(const std::shared_ptr<Job> &job, const QUrl &link)
+{
+    HttpRequest request; // no key: the link is all it takes
+    request.url = link;
+    request.setHeader("Accept", "*/*");
+    request.maxBytes = MaxFileBytes;
+    request.deadline = TransferLimit;
+    job->call = m_tools.transport.send(request, m_tools.session.settings().linkHosts(),
+                                       [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
+                                           if (const auto held = weak.lock())
+                                               takeTransfer(held, outcome);
+                                       });
+}
+
+void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
+{
+    if (!outcome) {
+        finish(job, outcome.error());
+        return;
+    }
+    if (outcome->status == 410 || outcome->status == 404)
+        m_links.remove(job->subtitle->fileID);
+    if (outcome->status == 304)
+        keep(job, {});
+    else if (outcome->status != 200)
+        finish(job, RestErrors::error(*outcome));
+    else
+        keep(job, outcome->body);
+}
+
+void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes)
+{
+    inBackground(
+        m_tools.worker,
+        [kept = m_tools.kept, subtitle = job->subtitle, date = m_tools.transport.clock().date(), bytes] {
+            return RestFiles::take(kept, *subtitle, date, bytes);
+        },
+        [this, weak = std::weak_ptr(job)](const Result<SubtitleFile> &file) {
+            const auto held = weak.lock();
+            if (!held)
+                return;
+            m_links.remove(held->subtitle->fileID);
+            if (file)
+                publish(held, *file);
+            else
+                finish(held, file.error());
+        });
+}
+
+/// A file of its own for everyone who waits: each may move theirs away.
+void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file)
+{
+    const QByteArray content = m_tools.session.settings().keepsOriginalBytes ? file.original : file.utf8;
+    inBackground(
+        m_tools.worker,
+        [downloads = m_tools.downloads, name = RestFiles::nameOf(*job->subtitle, file), content,
+         count = job->waiting.size()] { return RestFiles::publish(downloads, name, content, count); },
+        [this, weak = std::weak_ptr(job), file](const Result<QList<QUrl>> &files) {
+            const auto held = weak.lock();
+            if (!held)
+                return;
+            const bool someoneCame = files && files->size() < held->waiting.size();
+            if (someoneCame)
+                publish(held, file);
+            else
+                finish(held, files);
+        });
+}
+
+/// Whether a broken order was counted only the service knows; it is asked instead of ordering again.
+void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &error)
+{
+    const auto kind = kindOf(error);
+    const bool wasPerhapsCounted =
+        kind == Kind::Timeout || kind == Kind::Unavailable || kind == Kind::BadAnswer;
+    if (!wasPerhapsCounted || !m_tools.session.isLoggedIn()) {
+        finish(job, error);
+        return;
+    }
+    job->call =
+        m_tools.session.send({HttpRequest::Method::Get, u"/infos/user"_s}, RestSession::Login::IfThereIsOne,
+                             [this, weak = std::weak_ptr(job), error](const Result<HttpAnswer> &outcome) {
+                                 const auto held = weak.lock();
+                                 if (!held)
+                                     return;
+                                 const auto object = outcome ? Json::object(outcome->body) : std::nullopt;
+                                 if (object && outcome->isSuccess()) {
+                                     RestQuota quota = m_quota;
+                                     quota.takeUser((*object)[u"data"_s].toObject());
+                                     setQuota(quota);
+                                 }
+                                 finish(held, error);
+                             });
+}
+
+void RestDownload::finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files)
+{
+    m_jobs.remove(job->subtitle->fileID);
+    if (!files)
+        qCWarning(log).noquote() << "no download:" << files.error().detail;
+    const QList<Completion> waiting = std::exchange(job->waiting, {});
+    MainQueue::shared().async([waiting, files] {
+        for (qsizetype i = 0; i < waiting.size(); ++i)
+            waiting[i](files ? Result<QUrl>((*files)[i]) : Result<QUrl>(files.error()));
+    });
+}

@@ -1,0 +1,14 @@
+#pragma once
+#include <services/net/HttpMessage.h>
+#include <services/net/ServiceError.h>
+
+/// What the service's refusals mean, by status first and body second. Plain functions, any thread.
+namespace RestErrors
+{
+/// The token is missing, expired or forgotten: 401, or 406 and 500 whose body says so.
+bool isTokenRefused(const HttpAnswer &answer);
+/// The Error of any answer but a success. Quotas are RestQuota's to read.
+Error error(const HttpAnswer &answer);
+/// The server's own words, as one line; empty when it gave none.
+QString message(const HttpAnswer &answer);
+} // namespace RestErrors

@@ -1,0 +1,24 @@
+#pragma once
+#include <platform/Result.h>
+#include <search/api/Subtitle.h>
+#include <services/net/DiskCache.h>
+#include <services/subtitlefile/SubtitleFile.h>
+#include <QUrl>
+
+class DownloadFolder;
+
+/// What is done with fetched files on the worker: checking, keeping, handing out. Plain functions, any
+/// thread.
+namespace RestFiles
+{
+/// The file kept for this subtitle, if it is still there and good.
+std::optional<SubtitleFile> find(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date);
+/// Checks what came and keeps it; an Error for what is no subtitle.
+Result<SubtitleFile> take(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date,
+                          const QByteArray &bytes);
+/// The plain name it is handed out under.
+QString nameOf(const Subtitle &subtitle, const SubtitleFile &file);
+/// Writes that many copies, each in a folder of its own.
+Result<QList<QUrl>> publish(const DownloadFolder &downloads, const QString &name, const QByteArray &content,
+                            qsizetype count);
+} // namespace RestFiles

@@ -1,0 +1,89 @@
+#include "RestQuery.h"
+
+#include "RestLanguages.h"
+
+#include <services/net/ServiceError.h>
+#include <services/video/FileNameParser.h>
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Error refusal(Kind kind, const QString &detail)
+{
+    return serviceError(kind, ServiceName::Subtitles, detail);
+}
+
+QString valueOf(const QList<Arg> &args, Param param)
+{
+    for (const Arg &arg : args) {
+        if (arg.param == param)
+            return arg.value;
+    }
+    return {};
+}
+
+/// Nothing where no language was asked for, which means all of them.
+Result<QString> languages(const QList<Arg> &args)
+{
+    QStringList codes;
+    for (const Arg &arg : args) {
+        if (arg.param != Param::language || arg.value.trimmed().isEmpty())
+            continue;
+        const QString code = RestLanguages::fromThreeLetters(arg.value);
+        if (code.isEmpty())
+            return refusal(Kind::UnknownLanguage, u"no code for "_s + arg.value.left(20));
+        codes += code;
+    }
+    codes.removeDuplicates();
+    codes.sort();
+    return codes.join(u',');
+}
+
+QString withoutFolders(const QString &name)
+{
+    return name.section(u'/', -1);
+}
+
+void addWords(RestQuery &query, const QString &text)
+{
+    const VideoFileComponents parts = parseVideoName(text);
+    if (!parts.season || !parts.episode || parts.title.trimmed().isEmpty()) {
+        query.parameters[u"query"_s] = text;
+        return;
+    }
+    query.parameters[u"query"_s] = parts.title;
+    query.parameters[u"season_number"_s] = QString::number(*parts.season);
+    query.parameters[u"episode_number"_s] = QString::number(*parts.episode);
+}
+} // namespace
+
+Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated)
+{
+    const Result<QString> wanted = languages(args);
+    if (!wanted)
+        return wanted.error();
+    RestQuery query;
+    query.parameters[u"languages"_s] = *wanted;
+    if (machineTranslated != Liking::Avoided)
+        query.parameters[u"machine_translated"_s] = u"include"_s;
+    const QString hash = valueOf(args, Param::movieHash).toLower();
+    if (hash.isEmpty()) {
+        const QString text = valueOf(args, Param::text).simplified();
+        if (text.isEmpty())
+            return refusal(Kind::NothingToAsk, u"no words"_s);
+        query.videoName = text;
+        addWords(query, text);
+        return query;
+    }
+    static const QRegularExpression sixteenDigits(u"\\A[0-9a-f]{16}\\z"_s);
+    if (!sixteenDigits.match(hash).hasMatch())
+        return refusal(Kind::Rejected, u"not a movie hash"_s);
+    query.parameters[u"moviehash"_s] = hash;
+    if (nameOf)
+        query.videoName = nameOf({hash, valueOf(args, Param::byteSize).toULongLong()});
+    query.parameters[u"query"_s] = withoutFolders(query.videoName);
+    return query;
+}

@@ -1,0 +1,21 @@
+#pragma once
+#include "RestURL.h"
+
+#include <platform/Result.h>
+#include <search/api/Query.h>
+#include <services/ranking/Ranking.h>
+#include <functional>
+
+/// A query in the service's own words.
+struct RestQuery
+{
+    using NameOf = std::function<QString(const VideoHash &)>;
+
+    RestURL::Parameters parameters;
+    QString videoName; // for ranking; may be empty
+
+    /// A hash is sent with the language and, beside it, the name that `nameOf` remembers for it; words are
+    /// sent as words, but a season and an episode in them as what they are. An Error for a language the
+    /// service does not know, a hash that is none, and no words.
+    static Result<RestQuery> from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated);
+};

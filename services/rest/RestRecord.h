@@ -1,0 +1,21 @@
+#pragma once
+#include <platform/Locale.h>
+#include <search/api/Subtitle.h>
+#include <QJsonValue>
+#include <QList>
+
+/// Reads one record of a search answer, whatever is missing in it.
+struct RestRecord
+{
+    bool isReadable = false;
+    QList<SubtitlePtr> subtitles; // one a file; a record may have none
+
+    /// What `Subtitle::service` says of these results.
+    static QString service();
+    /// `locale` is the one that languages are named in. Any thread.
+    static RestRecord read(const QJsonValue &record, const Locale &locale);
+};
+
+/// A text of a server as one line that can be shown: no control or direction characters, at most `maxLength`
+/// long.
+QString plainLine(const QString &text, qsizetype maxLength);

@@ -1,0 +1,165 @@
+#include "RestSearch.h"
+
+#include "RestErrors.h"
+
+#include <services/ranking/Duplicates.h>
+#include <services/support/Background.h>
+
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
+
+constexpr std::chrono::seconds KeptFor = 24h;
+constexpr std::chrono::seconds NothingKeptFor = 1h;
+
+/// A page as the cache has it, or nothing.
+std::optional<RestPage> cachedPage(const DiskCache &cache, const QString &key, const QDateTime &date,
+                                   const Locale &locale)
+{
+    const std::optional<DiskCache::Entry> entry = cache.find(key, date);
+    if (!entry || !entry->isFresh(date))
+        return std::nullopt;
+    const Result<RestPage> page = RestPage::read(entry->body, locale);
+    return page ? std::optional(*page) : std::nullopt;
+}
+
+/// Reads a page that has just come and keeps it, if it is one.
+Result<RestPage> newPage(const DiskCache &cache, const QString &key, const QDateTime &date,
+                         const Locale &locale, const QByteArray &body)
+{
+    Result<RestPage> page = RestPage::read(body, locale);
+    if (page) {
+        const auto kept = page->records > 0 ? KeptFor : NothingKeptFor;
+        cache.store(key, {body, {}, date, date.addDuration(kept)});
+    }
+    return page;
+}
+} // namespace
+
+RestSearch::RestSearch(const Tools &tools, const RestQuery &query, Completion completion)
+    : m_tools(tools),
+      m_query(query),
+      m_preferences(tools.session.settings().preferences),
+      m_locale(Locale::current()),
+      m_completion(std::move(completion))
+{
+}
+
+RestURL::Parameters RestSearch::parameters(int page) const
+{
+    RestURL::Parameters result = m_query.parameters;
+    if (page > 1)
+        result[u"page"_s] = QString::number(page);
+    return result;
+}
+
+QString RestSearch::cacheKey(int page) const
+{
+    const QUrl url = RestURL::address(m_tools.session.settings().base, u"/subtitles"_s, parameters(page));
+    return QString::fromLatin1(url.toEncoded());
+}
+
+void RestSearch::lookUp(int page)
+{
+    const QDateTime date = m_tools.clock.date();
+    inBackground(
+        m_tools.worker,
+        [cache = m_tools.cache, key = cacheKey(page), date, locale = m_locale] {
+            return cachedPage(cache, key, date, locale);
+        },
+        [weak = weak_from_this(), page](const std::optional<RestPage> &found) {
+            const auto self = weak.lock();
+            if (!self)
+                return;
+            if (found)
+                self->take(page, *found);
+            else
+                self->ask(page);
+        });
+}
+
+void RestSearch::ask(int page)
+{
+    m_call = m_tools.session.send({HttpRequest::Method::Get, u"/subtitles"_s, parameters(page)},
+                                  RestSession::Login::IfThereIsOne,
+                                  [weak = weak_from_this(), page](const Result<HttpAnswer> &outcome) {
+                                      if (const auto self = weak.lock())
+                                          self->arrive(page, outcome);
+                                  });
+}
+
+void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)
+{
+    if (!outcome) {
+        fail(outcome.error());
+        return;
+    }
+    if (outcome->status != 200) {
+        fail(RestErrors::error(*outcome));
+        return;
+    }
+    inBackground(
+        m_tools.worker,
+        [cache = m_tools.cache, key = cacheKey(page), date = m_tools.clock.date(), locale = m_locale,
+         body = outcome->body] { return newPage(cache, key, date, locale, body); },
+        [weak = weak_from_this(), page](const Result<RestPage> &read) {
+            if (const auto self = weak.lock())
+                self->take(page, read);
+        });
+}
+
+void RestSearch::take(int page, const Result<RestPage> &read)
+{
+    if (!read) {
+        fail(read.error());
+        return;
+    }
+    if (page == 1)
+        m_total = read->totalCount;
+    if (isLast(page, *read))
+        finish();
+    else
+        lookUp(page + 1);
+}
+
+/// Adds what the page has and says whether it is the last worth asking for.
+bool RestSearch::isLast(int page, const RestPage &read)
+{
+    if (read.records == 0 || m_seen.contains(read.fingerprint))
+        return true;
+    m_seen += read.fingerprint;
+    m_found += read.subtitles;
+    m_records += read.records;
+    return page >= read.totalPages || page >= MaxPages;
+}
+
+/// A failure in the middle leaves what was found before it: a person can work with that.
+void RestSearch::fail(const Error &error)
+{
+    if (m_found.isEmpty()) {
+        std::exchange(m_completion, nullptr)(error);
+        return;
+    }
+    qCWarning(log).noquote() << "the search ended early:" << error.detail;
+    finish();
+}
+
+void RestSearch::finish()
+{
+    if (m_total > m_records)
+        qCInfo(log).noquote() << u"%1 of %2 records left out"_s.arg(m_total - m_records).arg(m_total);
+    inBackground(
+        m_tools.worker,
+        [found = m_found, name = m_query.videoName, preferences = m_preferences] {
+            return ranked(withoutDuplicates(found), name, preferences);
+        },
+        [weak = weak_from_this()](const QList<SubtitlePtr> &rows) {
+            if (const auto self = weak.lock())
+                std::exchange(self->m_completion, nullptr)(QueryResult{rows});
+        });
+}

@@ -1,0 +1,52 @@
+#pragma once
+#include "RestPage.h"
+#include "RestQuery.h"
+#include "RestSession.h"
+
+#include <search/api/SubtitleService.h>
+#include <services/net/DiskCache.h>
+#include <services/support/WorkerThread.h>
+
+#include <QSet>
+
+/// One search, page by page up to a cap, and its one answer. Pages come from the cache where it has them;
+/// reading and ranking happen on the worker. Letting it go drops it without a word. Main thread only.
+class RestSearch final : public std::enable_shared_from_this<RestSearch>
+{
+public:
+    struct Tools
+    {
+        RestSession &session;
+        WorkerThread &worker;
+        Clock &clock;
+        DiskCache cache;
+    };
+    using Completion = SubtitleService::QueryCompletion;
+
+    RestSearch(const Tools &tools, const RestQuery &query, Completion completion);
+    void start() { lookUp(1); }
+
+    static constexpr int MaxPages = 10;
+
+private:
+    void lookUp(int page);
+    void ask(int page);
+    void arrive(int page, const Result<HttpAnswer> &outcome);
+    void take(int page, const Result<RestPage> &read);
+    bool isLast(int page, const RestPage &read);
+    void finish();
+    void fail(const Error &error);
+    RestURL::Parameters parameters(int page) const;
+    QString cacheKey(int page) const;
+
+    Tools m_tools;
+    const RestQuery m_query;
+    const RankingPreferences m_preferences;
+    const Locale m_locale;
+    Completion m_completion;
+    QList<SubtitlePtr> m_found;
+    QSet<QByteArray> m_seen; // fingerprints of the pages
+    qint64 m_records = 0;
+    qint64 m_total = 0;
+    RestSession::Call m_call;
+};

@@ -1,0 +1,199 @@
+#include "RestService.h"
+
+#include "RestErrors.h"
+
+#include <platform/Bundle.h>
+#include <platform/FileManager.h>
+#include <services/net/Json.h>
+#include <services/net/Redactor.h>
+#include <services/support/Background.h>
+#include <services/video/FileNameParser.h>
+#include <services/video/MovieHash.h>
+
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr int RequestsPerSpan = 4; // the service allows five
+constexpr Clock::Duration RateSpan = 1050ms;
+constexpr std::chrono::hours AnswersKeptFor = 24h;
+constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
+constexpr qint64 MaxCacheBytes = 64LL * 1024 * 1024;
+
+Error noKey()
+{
+    Error error = serviceError(Kind::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
+    error.localizedDescription = Bundle::main().localizedString(
+        u"The subtitle service wants an API key. Enter one in the preferences."_s);
+    return error;
+}
+} // namespace
+
+RestService::Places RestService::Places::standard()
+{
+    const QString cache =
+        QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/Plovendix"_L1;
+    return {cache + "/searches"_L1, DownloadFolder::standardPath()};
+}
+
+RestService::RestService(Clock &clock, const RestSettings &settings, std::shared_ptr<VideoNames> names,
+                         const Places &places)
+    : m_names(std::move(names)),
+      m_cache(places.cache, AnswersKeptFor),
+      m_transport(clock, ServiceName::Subtitles, RateLimiter(RequestsPerSpan, RateSpan)),
+      m_session(m_transport, settings),
+      m_worker(std::make_unique<WorkerThread>()),
+      m_download({m_session, m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
+                  DownloadFolder(places.downloads)}),
+      m_alive(std::make_shared<RestService *>(this))
+{
+    for (const QString &secret : {settings.apiKey, settings.password})
+        hideSecret(secret);
+    m_worker->post([cache = m_cache, kept = DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
+                    downloads = DownloadFolder(places.downloads)] {
+        const QDateTime date = QDateTime::currentDateTimeUtc(); // that of the files
+        cache.prune(date, MaxCacheBytes);
+        kept.prune(date, MaxCacheBytes);
+        downloads.clearOlderThan(FilesKeptFor);
+    });
+}
+
+RestService::~RestService()
+{
+    m_queries.clear();
+    m_worker.reset();
+}
+
+void RestService::setSettings(const RestSettings &settings)
+{
+    const RestSettings before = m_session.settings();
+    m_session.setSettings(settings);
+    if (before.userName != settings.userName || before.apiKey != settings.apiKey ||
+        before.base != settings.base)
+        m_download.forgetQuota();
+}
+
+void RestService::query(const QList<Arg> &args, QueryCompletion completion)
+{
+    const quint64 number = ++m_lastQuery;
+    m_queries.insert(number, {std::move(completion), {}});
+    const auto nameOf = [this](const VideoHash &video) {
+        return m_names ? m_names->nameOf(video) : QString();
+    };
+    const Result<RestQuery> query = RestQuery::from(args, nameOf, settings().preferences.machineTranslated);
+    if (!hasKey() || !query) {
+        refuse(number, hasKey() ? query.error() : noKey());
+        return;
+    }
+    auto search = std::make_shared<RestSearch>(
+        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query,
+        [this, number](const Result<QueryResult> &result) { answer(number, result); });
+    m_queries[number].search = search;
+    search->start();
+}
+
+void RestService::refuse(quint64 number, const Error &error)
+{
+    MainQueue::shared().async([weak = std::weak_ptr(m_alive), number, error] {
+        if (const auto self = weak.lock())
+            (*self)->answer(number, error);
+    });
+}
+
+void RestService::answer(quint64 number, const Result<QueryResult> &result)
+{
+    const Query query = m_queries.take(number);
+    if (!query.completion)
+        return;
+    // From a network signal the answer takes another turn: its receiver may open an alert's event loop.
+    MainQueue::shared().async([this, weak = std::weak_ptr(m_alive), number, query, result] {
+        if (weak.lock() && m_cancelledUpTo < number)
+            query.completion(result);
+    });
+}
+
+void RestService::cancelQueryTask()
+{
+    m_cancelledUpTo = m_lastQuery;
+    m_queries.clear();
+}
+
+void RestService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
+{
+    if (hasKey()) {
+        m_download.fetch(subtitle, std::move(completion));
+        return;
+    }
+    MainQueue::shared().async([completion = std::move(completion)] { completion(noKey()); });
+}
+
+void RestService::testConnection(std::function<void(Result<RestReport>)> completion)
+{
+    const RestURL::Parameters sample{{u"languages"_s, u"en"_s}, {u"query"_s, u"lighthouse"_s}};
+    const bool hasAccount = settings().hasAccount();
+    const RestSession::Request request{HttpRequest::Method::Get,
+                                       hasAccount ? u"/infos/user"_s : u"/subtitles"_s,
+                                       hasAccount ? RestURL::Parameters() : sample};
+    m_test = m_session.send(request, RestSession::Login::Wanted,
+                            [this, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
+                                finishTest(completion, outcome);
+                            });
+}
+
+void RestService::finishTest(const std::function<void(Result<RestReport>)> &completion,
+                             const Result<HttpAnswer> &outcome)
+{
+    const auto answerLater = [&](const Result<RestReport> &report) {
+        MainQueue::shared().async([completion, report] { completion(report); });
+    };
+    if (!outcome) {
+        answerLater(outcome.error());
+        return;
+    }
+    if (!outcome->isSuccess()) {
+        answerLater(RestErrors::error(*outcome));
+        return;
+    }
+    const std::optional<QJsonObject> object = Json::object(outcome->body);
+    if (!object || !object->contains(u"data"_s)) {
+        answerLater(serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"no data"_s));
+        return;
+    }
+    if (m_session.isLoggedIn()) {
+        RestQuota quota = m_download.quota();
+        quota.takeUser((*object)[u"data"_s].toObject());
+        m_download.setQuota(quota);
+    }
+    answerLater(RestReport{m_session.isLoggedIn(), m_download.quota()});
+}
+
+void RestService::setQuotaObserver(std::function<void(const RestQuota &)> observer)
+{
+    m_download.setQuotaObserver(std::move(observer));
+}
+
+void RestService::emptyCache()
+{
+    m_worker->post([cache = m_cache] { cache.clear(); });
+}
+
+void RestService::shutDown(std::function<void()> done)
+{
+    m_session.logOut(std::move(done));
+}
+
+std::optional<VideoHash> RestService::computeHash(const QUrl &url)
+{
+    const std::optional<VideoHash> hash = movieHash(url);
+    if (hash && m_names)
+        m_names->remember(*hash, FileManager::displayName(url));
+    return hash;
+}
+
+VideoFileComponents RestService::componentsOf(const QUrl &url)
+{
+    return videoFileComponents(url);
+}

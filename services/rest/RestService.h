@@ -1,0 +1,76 @@
+#pragma once
+#include "RestDownload.h"
+#include "RestSearch.h"
+
+#include <search/api/SubtitleService.h>
+#include <services/video/VideoNames.h>
+
+/// What a test of the connection found out.
+struct RestReport
+{
+    bool isLoggedIn = false;
+    RestQuota quota;
+};
+
+/// The public subtitle service. Lives on the main thread, which never waits for it; completions arrive there,
+/// too.
+class RestService final : public SubtitleService
+{
+public:
+    struct Places
+    {
+        QString cache;     // of search answers
+        QString downloads; // where files land and are kept
+        static Places standard();
+    };
+
+    /// `names` remembers the name that belongs to a hash, filled by whoever hashes.
+    RestService(Clock &clock, const RestSettings &settings, std::shared_ptr<VideoNames> names,
+                const Places &places = Places::standard());
+    ~RestService() override;
+
+    void setSettings(const RestSettings &settings);
+    const RestSettings &settings() const { return m_session.settings(); }
+    bool hasKey() const { return !settings().apiKey.isEmpty(); }
+
+    void query(const QList<Arg> &args, QueryCompletion completion) override;
+    void cancelQueryTask() override;
+    void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+
+    /// Whether key and, if there is one, login are accepted, and the downloads left.
+    void testConnection(std::function<void(Result<RestReport>)> completion);
+    const RestQuota &quota() const { return m_download.quota(); }
+    /// Called on the main thread whenever the service has said something new about the downloads left.
+    void setQuotaObserver(std::function<void(const RestQuota &)> observer);
+    void emptyCache();
+    /// Logs out; `done` comes after three seconds at the latest.
+    void shutDown(std::function<void()> done);
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &url) override;
+    VideoFileComponents componentsOf(const QUrl &url) override;
+
+private:
+    void answer(quint64 number, const Result<QueryResult> &result);
+    void refuse(quint64 number, const Error &error);
+    void finishTest(const std::function<void(Result<RestReport>)> &completion,
+                    const Result<HttpAnswer> &outcome);
+
+    struct Query
+    {
+        QueryCompletion completion;
+        std::shared_ptr<RestSearch> search;
+    };
+
+    std::shared_ptr<VideoNames> m_names;
+    DiskCache m_cache;
+    Transport m_transport;
+    RestSession m_session;
+    std::unique_ptr<WorkerThread> m_worker;
+    RestDownload m_download;
+    QHash<quint64, Query> m_queries; // not yet answered
+    quint64 m_lastQuery = 0;
+    quint64 m_cancelledUpTo = 0;
+    RestSession::Call m_test;
+    std::shared_ptr<RestService *> m_alive; // tells blocks on the main queue whether we still are
+};

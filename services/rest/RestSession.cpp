@@ -1,0 +1,221 @@
+#include "RestSession.h"
+
+#include "RestErrors.h"
+
+#include <services/net/Json.h>
+#include <services/net/Redactor.h>
+
+#include <QJsonDocument>
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
+}
+
+/// A request until its last answer; it may be sent twice, with a login between.
+struct RestSession::Errand
+{
+    Request request;
+    Login login = Login::IfThereIsOne;
+    Completion completion;
+    bool sentWithToken = false;
+    bool hasLoggedInAgain = false;
+    Call call;
+    Clock::Timer refusal;
+};
+
+RestSession::RestSession(Transport &transport, const RestSettings &settings)
+    : m_transport(transport), m_settings(settings), m_base(settings.base), m_loginRate(1, 1s)
+{
+}
+
+RestSession::~RestSession() = default;
+
+void RestSession::setSettings(const RestSettings &settings)
+{
+    const bool isSamePerson = settings.base == m_settings.base && settings.userName == m_settings.userName &&
+                              settings.password == m_settings.password &&
+                              settings.apiKey == m_settings.apiKey;
+    m_settings = settings;
+    for (const QString &secret : {settings.apiKey, settings.password})
+        hideSecret(secret);
+    if (isSamePerson)
+        return;
+    m_refused.reset();
+    forgetLogin();
+    if (m_isLoggingIn)
+        restartLogin();
+}
+
+/// The login under way is for somebody else now.
+void RestSession::restartLogin()
+{
+    m_loginCall.reset();
+    if (m_settings.hasAccount()) {
+        scheduleLogin();
+        return;
+    }
+    m_loginWait.cancel();
+    m_isLoggingIn = false;
+    for (const auto &weak : std::exchange(m_waiting, {})) {
+        if (const auto errand = weak.lock())
+            transmit(errand);
+    }
+}
+
+void RestSession::forgetLogin()
+{
+    m_token = {};
+    m_base = m_settings.base;
+}
+
+RestSession::Call RestSession::send(const Request &request, Login login, Completion completion)
+{
+    auto errand = std::make_shared<Errand>();
+    errand->request = request;
+    errand->login = login;
+    errand->completion = std::move(completion);
+    begin(errand);
+    return errand;
+}
+
+void RestSession::begin(const std::shared_ptr<Errand> &errand)
+{
+    if (errand->login == Login::Wanted && m_settings.hasAccount() && !isLoggedIn())
+        logIn(errand);
+    else
+        transmit(errand);
+}
+
+HttpRequest RestSession::prepared(const Request &request, const QUrl &base) const
+{
+    HttpRequest result;
+    result.method = request.method;
+    result.url = RestURL::address(base, request.path, request.parameters);
+    result.setHeader("Api-Key", m_settings.apiKey.toUtf8());
+    result.setHeader("Accept", "*/*");
+    if (!request.json.isEmpty()) {
+        result.setHeader("Content-Type", "application/json");
+        result.body = request.json;
+    }
+    return result;
+}
+
+void RestSession::transmit(const std::shared_ptr<Errand> &errand)
+{
+    const bool loggedIn = isLoggedIn();
+    HttpRequest request = prepared(errand->request, loggedIn ? m_base : m_settings.base);
+    if (loggedIn)
+        request.setHeader("Authorization", "Bearer " + m_token.text());
+    errand->sentWithToken = loggedIn;
+    errand->call = m_transport.send(request, m_settings.apiHosts(),
+                                    [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
+                                        if (const auto held = weak.lock())
+                                            arrive(held, outcome);
+                                    });
+}
+
+void RestSession::arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+{
+    const bool forgotten = outcome && errand->sentWithToken && RestErrors::isTokenRefused(*outcome);
+    if (!forgotten || errand->hasLoggedInAgain) {
+        errand->completion(outcome);
+        return;
+    }
+    qCInfo(log) << "the service has forgotten the login";
+    errand->hasLoggedInAgain = true;
+    forgetLogin();
+    if (m_settings.hasAccount())
+        logIn(errand);
+    else
+        transmit(errand);
+}
+
+void RestSession::logIn(const std::shared_ptr<Errand> &errand)
+{
+    if (m_refused) {
+        errand->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(errand), error = *m_refused] {
+            if (const auto held = weak.lock())
+                held->completion(error);
+        });
+        return;
+    }
+    m_waiting.push_back(errand);
+    if (m_isLoggingIn)
+        return;
+    m_isLoggingIn = true;
+    scheduleLogin();
+}
+
+void RestSession::scheduleLogin()
+{
+    Clock &clock = m_transport.clock();
+    m_loginWait = clock.after(m_loginRate.reserve(clock.now()), [this] { sendLogin(); });
+}
+
+void RestSession::sendLogin()
+{
+    const QJsonObject body{{u"username"_s, m_settings.userName}, {u"password"_s, m_settings.password}};
+    const Request login{
+        HttpRequest::Method::Post, u"/login"_s, {}, QJsonDocument(body).toJson(QJsonDocument::Compact)};
+    m_loginCall = m_transport.send(prepared(login, m_settings.base), m_settings.apiHosts(),
+                                   [this](const Result<HttpAnswer> &outcome) { finishLogin(outcome); });
+}
+
+void RestSession::finishLogin(const Result<HttpAnswer> &outcome)
+{
+    m_isLoggingIn = false;
+    const std::optional<Error> error = takeToken(outcome);
+    const std::vector<std::weak_ptr<Errand>> waiting = std::exchange(m_waiting, {});
+    for (const auto &weak : waiting) {
+        const auto errand = weak.lock();
+        if (!errand)
+            continue;
+        if (error)
+            errand->completion(*error);
+        else
+            transmit(errand);
+    }
+}
+
+std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
+{
+    if (!outcome)
+        return outcome.error();
+    if (outcome->status == 400 || outcome->status == 401) {
+        const QString detail =
+            u"login, status %1: %2"_s.arg(outcome->status).arg(RestErrors::message(*outcome));
+        // Each try counts down at the service: these credentials are not sent again.
+        m_refused = serviceError(Kind::LoginRefused, ServiceName::Subtitles, detail);
+        return m_refused;
+    }
+    if (!outcome->isSuccess())
+        return RestErrors::error(*outcome);
+    const std::optional<QJsonObject> answer = Json::object(outcome->body);
+    const QByteArray text = answer ? Json::text(*answer, u"token"_s).toLatin1() : QByteArray();
+    const bool hasLineBreak = text.contains('\n') || text.contains('\r');
+    if (text.isEmpty() || hasLineBreak)
+        return serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"a login without a token"_s);
+    hideSecret(QString::fromLatin1(text));
+    m_token = RestToken(text, m_transport.clock());
+    m_base = m_settings.baseAt(Json::text(*answer, u"base_url"_s));
+    return std::nullopt;
+}
+
+void RestSession::logOut(std::function<void()> done)
+{
+    if (!isLoggedIn()) {
+        done();
+        return;
+    }
+    HttpRequest request = prepared({HttpRequest::Method::Delete, u"/logout"_s}, m_base);
+    request.setHeader("Authorization", "Bearer " + m_token.text());
+    request.deadline = 3s; // nobody waits longer for a program to end
+    forgetLogin();
+    m_logoutCall = m_transport.send(request, m_settings.apiHosts(),
+                                    [done = std::move(done)](const Result<HttpAnswer> &) { done(); });
+}

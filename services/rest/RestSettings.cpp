@@ -1,0 +1,39 @@
+#include "RestSettings.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QStringList ServiceHosts{u"api.opensubtitles.com"_s, u"vip-api.opensubtitles.com"_s};
+const QString LinkHosts = u"*.opensubtitles.com"_s;
+} // namespace
+
+QUrl RestSettings::standardBase()
+{
+    return QUrl(u"https://api.opensubtitles.com/api/v1"_s);
+}
+
+HostRules RestSettings::apiHosts() const
+{
+    if (isOnLoopback())
+        return HostRules({}, HostRules::Loopback::Accepted);
+    return HostRules(QStringList(ServiceHosts) << base.host());
+}
+
+HostRules RestSettings::linkHosts() const
+{
+    if (isOnLoopback())
+        return HostRules({}, HostRules::Loopback::Accepted);
+    return HostRules({LinkHosts, base.host()});
+}
+
+QUrl RestSettings::baseAt(const QString &host) const
+{
+    QUrl url = base;
+    const QUrl named(base.scheme() + "://"_L1 + host);
+    if (!named.isValid() || named.host().isEmpty() || !named.path().isEmpty() || !apiHosts().accepts(named))
+        return base;
+    url.setHost(named.host());
+    url.setPort(named.port());
+    return url;
+}

@@ -1,0 +1,17 @@
+#pragma once
+#include "SecretStore.h"
+
+/// The secrets in use. A plain value.
+struct Credentials
+{
+    QString subtitleKey;
+    QString subtitlePassword;
+    QString metadataKey;
+
+    bool operator==(const Credentials &) const = default;
+};
+
+/// Reads them all, each from the environment or else from the store, where what cannot be read counts as
+/// none. Whatever is read appears in no log from then on. `done` comes once, on a later turn of the main
+/// thread.
+void loadCredentials(SecretStore &store, std::function<void(Credentials)> done);

@@ -1,0 +1,20 @@
+#pragma once
+#include "SecretStore.h"
+
+/// Keeps secrets in a file that only the person can read (0600), for machines without a keyring. Used only
+/// where the person has agreed. Main thread only.
+class FileSecretStore final : public SecretStore
+{
+public:
+    explicit FileSecretStore(const QString &path = standardPath());
+    static QString standardPath();
+
+    void read(Secret secret, ReadCompletion completion) override;
+    void write(Secret secret, const QString &text, WriteCompletion completion) override;
+
+    std::optional<QString> find(Secret secret) const;
+    Result<void> store(Secret secret, const QString &text) const;
+
+private:
+    QString m_path;
+};

@@ -1,0 +1,89 @@
+#include "KeychainSecretStore.h"
+
+#include <platform/Bundle.h>
+
+#include <qt6keychain/keychain.h>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString ServiceName = u"com.quorvane.Plovendix"_s;
+
+Error refused(const QString &reason)
+{
+    return {u"Secrets"_s, 2,
+            Bundle::main().localizedString(
+                u"The keyring did not take the key, so it is kept only until the program ends."_s),
+            reason};
+}
+} // namespace
+
+KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &file)
+    : m_ask(std::move(ask)), m_file(file), m_alive(std::make_shared<KeychainSecretStore *>(this))
+{
+}
+
+void KeychainSecretStore::read(Secret secret, ReadCompletion completion)
+{
+    auto *job = new QKeychain::ReadPasswordJob(ServiceName); // deletes itself
+    job->setKey(nameOf(secret));
+    QObject::connect(job, &QKeychain::Job::finished, job,
+                     [job, secret, file = m_file, completion = std::move(completion)] {
+                         if (job->error() == QKeychain::NoError && !job->textData().isEmpty()) {
+                             completion(std::optional(job->textData()));
+                             return;
+                         }
+                         const std::optional<QString> kept = file.find(secret);
+                         const bool knowsNone =
+                             job->error() == QKeychain::NoError || job->error() == QKeychain::EntryNotFound;
+                         if (kept || knowsNone)
+                             completion(kept);
+                         else
+                             completion(refused(job->errorString()));
+                     });
+    job->start();
+}
+
+void KeychainSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)
+{
+    const auto finished = [weak = std::weak_ptr(m_alive), secret, text,
+                           completion = std::move(completion)](QKeychain::Job *job) {
+        const bool isStored = job->error() == QKeychain::NoError ||
+                              (text.isEmpty() && job->error() == QKeychain::EntryNotFound);
+        if (const auto alive = weak.lock())
+            (*alive)->finishWrite(secret, text, isStored, job->errorString(), completion);
+    };
+    if (text.isEmpty()) {
+        auto *job = new QKeychain::DeletePasswordJob(ServiceName);
+        job->setKey(nameOf(secret));
+        QObject::connect(job, &QKeychain::Job::finished, job, finished);
+        job->start();
+        return;
+    }
+    auto *job = new QKeychain::WritePasswordJob(ServiceName);
+    job->setKey(nameOf(secret));
+    job->setTextData(text);
+    QObject::connect(job, &QKeychain::Job::finished, job, finished);
+    job->start();
+}
+
+void KeychainSecretStore::finishWrite(Secret secret, const QString &text, bool isStored,
+                                      const QString &reason, const WriteCompletion &completion)
+{
+    if (isStored || text.isEmpty()) {
+        // Removing needs nobody's leave: what the file still has must not come back.
+        const Result<void> removed = m_file.store(secret, {});
+        completion(isStored || removed ? removed : Result<void>(refused(reason)));
+        return;
+    }
+    if (!m_ask) {
+        completion(refused(reason));
+        return;
+    }
+    m_ask(reason, [file = m_file, secret, text, reason, completion](bool agreed) {
+        completion(agreed ? file.store(secret, text) : Result<void>(refused(reason)));
+    });
+}

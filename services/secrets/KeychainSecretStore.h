@@ -1,0 +1,27 @@
+#pragma once
+#include "FileSecretStore.h"
+
+/// Keeps secrets in the system's keyring. Where it is absent, locked or says no, the person is asked before
+/// anything is kept in a file instead. Main thread only.
+class KeychainSecretStore final : public SecretStore
+{
+public:
+    /// Asks whether a file may be used and hands the answer to what it is given. `reason` is the keyring's
+    /// own word.
+    using AskForFile = std::function<void(const QString &reason, std::function<void(bool)> answer)>;
+
+    KeychainSecretStore(AskForFile ask, const FileSecretStore &file);
+
+    /// The keyring first, then the file, where there is one.
+    void read(Secret secret, ReadCompletion completion) override;
+    /// What the keyring takes is removed from the file.
+    void write(Secret secret, const QString &text, WriteCompletion completion) override;
+
+private:
+    void finishWrite(Secret secret, const QString &text, bool isStored, const QString &reason,
+                     const WriteCompletion &completion);
+
+    AskForFile m_ask;
+    FileSecretStore m_file;
+    std::shared_ptr<KeychainSecretStore *> m_alive;
+};

@@ -1,0 +1,56 @@
+#include "SubtitleFile.h"
+
+#include "SubtitleFormat.h"
+#include "SubtitleUnpacker.h"
+#include "TextDecoding.h"
+
+namespace
+{
+// A cue alone takes forty; notices and error pages have no cue.
+constexpr qsizetype MinBytes = 20;
+
+SubtitleFile failed(SubtitleFile::Failure failure)
+{
+    SubtitleFile file;
+    file.failure = failure;
+    return file;
+}
+
+SubtitleFile::Failure failureOf(SubtitleUnpacker::Failure failure)
+{
+    switch (failure) {
+    case SubtitleUnpacker::Failure::TooLarge:
+        return SubtitleFile::Failure::TooLarge;
+    case SubtitleUnpacker::Failure::UnknownArchive:
+        return SubtitleFile::Failure::UnknownArchive;
+    case SubtitleUnpacker::Failure::NothingInside:
+        return SubtitleFile::Failure::NoSubtitle;
+    case SubtitleUnpacker::Failure::Damaged:
+        return SubtitleFile::Failure::Damaged;
+    case SubtitleUnpacker::Failure::None:
+        break;
+    }
+    return SubtitleFile::Failure::None;
+}
+} // namespace
+
+SubtitleFile SubtitleFile::read(const QByteArray &bytes, const QString &language)
+{
+    if (bytes.isEmpty())
+        return failed(Failure::Empty);
+    const SubtitleUnpacker::Unpacked unpacked = SubtitleUnpacker::unpack(bytes);
+    if (unpacked.failure != SubtitleUnpacker::Failure::None)
+        return failed(failureOf(unpacked.failure));
+    if (unpacked.content.size() < MinBytes)
+        return failed(unpacked.content.trimmed().isEmpty() ? Failure::Empty : Failure::NoSubtitle);
+    const DecodedText decoded = decodedText(unpacked.content, language);
+    const std::optional<QString> format = subtitleFormat(decoded.text);
+    // Pictures and programs have zeros in them; what was read as text has none.
+    if (!format || decoded.text.contains(QChar(0)))
+        return failed(Failure::NoSubtitle);
+    SubtitleFile file;
+    file.original = unpacked.content;
+    file.utf8 = decoded.text.toUtf8();
+    file.extension = *format;
+    return file;
+}

@@ -1,0 +1,301 @@
+#include <platform/MainQueue.h>
+#include <services/combined/CombinedSubtitleService.h>
+#include <services/net/ServiceError.h>
+#include <support/Sandbox.h>
+
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A service that answers when the test says.
+class ScriptedService final : public SubtitleService
+{
+public:
+    void query(const QList<Arg> &args, QueryCompletion completion) override
+    {
+        queries += args;
+        waiting += std::move(completion);
+    }
+    void cancelQueryTask() override { ++cancels; }
+    void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override
+    {
+        downloads += subtitle;
+        completion(QUrl(u"file:///downloaded"_s));
+    }
+
+    QList<QList<Arg>> queries;
+    QList<QueryCompletion> waiting;
+    QList<SubtitlePtr> downloads;
+    int cancels = 0;
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
+    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
+};
+
+SubtitlePtr subtitle(const QString &service, const QString &name, bool matches = false)
+{
+    auto made = std::make_shared<Subtitle>();
+    made->service = service;
+    made->subFileName = name;
+    made->fileID = name;
+    made->subFormat = u"srt"_s;
+    made->matchesHash = matches;
+    return made;
+}
+
+QueryResult rows(const QList<SubtitlePtr> &subtitles)
+{
+    return {subtitles};
+}
+
+Error failure(Kind kind)
+{
+    return serviceError(kind, ServiceName::Subtitles, {});
+}
+
+const QList<Arg> Words{{Param::text, u"paper lighthouse"_s}, {Param::language, u"eng"_s}};
+} // namespace
+
+class CombinedSubtitleServiceTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_catalogue = std::make_shared<ScriptedService>();
+        m_rest = std::make_shared<ScriptedService>();
+        m_names = std::make_shared<VideoNames>();
+        m_asksRest = true;
+        m_answers = 0;
+        m_last.reset();
+        m_combined = std::make_unique<CombinedSubtitleService>(
+            QList<CombinedSubtitleService::Source>{{u"catalogue"_s, m_catalogue, {}},
+                                                   {u"rest"_s, m_rest, [this] { return m_asksRest; }}},
+            m_names, [] { return RankingPreferences(); });
+    }
+    void cleanup() { m_combined.reset(); }
+
+    void bothAreAskedTheSameThing()
+    {
+        query();
+        QCOMPARE(m_catalogue->queries, QList<QList<Arg>>{Words});
+        QCOMPARE(m_rest->queries, QList<QList<Arg>>{Words});
+    }
+
+    void oneAnswerWhenAllAreThere()
+    {
+        query();
+        m_rest->waiting[0](rows({subtitle(u"rest"_s, u"b"_s), subtitle(u"rest"_s, u"exact"_s, true)}));
+        QCOMPARE(m_answers.load(), 0);
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        QTRY_COMPARE(m_answers.load(), 1);
+        QCOMPARE(names(), (QStringList{u"exact"_s, u"a"_s, u"b"_s}));
+    }
+
+    void sameSubtitleAppearsOnceAndFromTheCatalogue()
+    {
+        query();
+        m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Paper.Lighthouse-ABC"_s)}));
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Paper Lighthouse ABC.srt"_s)}));
+        QTRY_COMPARE(m_answers.load(), 1);
+        QCOMPARE(names(), QStringList{u"Paper Lighthouse ABC.srt"_s});
+    }
+
+    void rankingKnowsTheVideosName()
+    {
+        m_names->remember({u"8e245d9679d31e12"_s, 5}, u"Film.2019.1080p.WEB-ABC.mkv"_s);
+        m_combined->query({{Param::byteSize, u"5"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}}, answer());
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Film.2019.720p.BluRay-XYZ"_s)}));
+        m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Film.2019.1080p.WEB-ABC"_s)}));
+        QTRY_COMPARE(m_answers.load(), 1);
+        QCOMPARE(names().constFirst(), u"Film.2019.1080p.WEB-ABC"_s);
+    }
+
+    void failuresCountOnlyWithoutRows_data()
+    {
+        QTest::addColumn<int>("catalogue"); // rows, or a failure as a negative kind
+        QTest::addColumn<int>("rest");
+        QTest::addColumn<int>("outcome");
+        const int offline = -static_cast<int>(Kind::Offline);
+        const int bad = -static_cast<int>(Kind::BadAnswer);
+        QTest::newRow("rows and a failure") << 2 << offline << 2;
+        QTest::newRow("a failure and rows") << bad << 3 << 3;
+        QTest::newRow("nothing and a failure") << 0 << offline << offline;
+        QTest::newRow("a failure and nothing") << bad << 0 << bad;
+        QTest::newRow("two failures") << bad << offline << bad;
+        QTest::newRow("nothing at all") << 0 << 0 << 0;
+    }
+    void failuresCountOnlyWithoutRows()
+    {
+        QFETCH(const int, catalogue);
+        QFETCH(const int, rest);
+        QFETCH(const int, outcome);
+        const auto made = [](int what, const QString &service) -> Result<QueryResult> {
+            if (what < 0)
+                return failure(static_cast<Kind>(-what));
+            QList<SubtitlePtr> list;
+            for (int i = 0; i < what; ++i)
+                list += subtitle(service, service + QString::number(i));
+            return rows(list);
+        };
+        query();
+        m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
+        m_rest->waiting[0](made(rest, u"rest"_s));
+        QTRY_COMPARE(m_answers.load(), 1);
+        if (outcome < 0)
+            QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
+        else
+            QCOMPARE(names().size(), outcome);
+    }
+
+    void sourceThatIsNotToBeAskedIsNot()
+    {
+        m_asksRest = false;
+        query();
+        QCOMPARE(m_rest->queries.size(), 0);
+        m_catalogue->waiting[0](rows({}));
+        QTRY_COMPARE(m_answers.load(), 1);
+        QVERIFY(*m_last);
+    }
+
+    void cancelDropsEverything()
+    {
+        query();
+        query();
+        m_combined->cancelQueryTask();
+        QCOMPARE(m_catalogue->cancels, 1);
+        QCOMPARE(m_rest->cancels, 1);
+        // Answers that come all the same, and one to a later query.
+        query();
+        for (int i = 0; i < 3; ++i) {
+            m_catalogue->waiting[i](rows({subtitle(u"catalogue"_s, QString::number(i))}));
+            m_rest->waiting[i](rows({}));
+        }
+        QTRY_COMPARE(m_answers.load(), 1);
+        QCOMPARE(names(), QStringList{u"2"_s});
+    }
+
+    void answersBeforeTheCallReturnsComeLater()
+    {
+        class Eager final : public SubtitleService
+        {
+        public:
+            void query(const QList<Arg> &, QueryCompletion completion) override { completion(QueryResult()); }
+            void cancelQueryTask() override {}
+            void download(const SubtitlePtr &, DownloadCompletion) override {}
+
+        protected:
+            std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
+            VideoFileComponents componentsOf(const QUrl &) override { return {}; }
+        };
+        // Of no source at all, too.
+        for (const bool asked : {true, false}) {
+            CombinedSubtitleService combined({{u"x"_s, std::make_shared<Eager>(), [asked] { return asked; }}},
+                                             m_names, [] { return RankingPreferences(); });
+            std::atomic<int> count = 0;
+            combined.query(Words, [&](const Result<QueryResult> &) { ++count; });
+            QTRY_COMPARE(count.load(), 1);
+        }
+    }
+
+    void sourcesMayAnswerOnTheirThreads()
+    {
+        constexpr int Queries = 20;
+        for (int i = 0; i < Queries; ++i)
+            query();
+        std::thread one([this] {
+            for (const auto &completion : m_catalogue->waiting)
+                completion(rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        });
+        std::thread other([this] {
+            for (const auto &completion : m_rest->waiting)
+                completion(rows({subtitle(u"rest"_s, u"b"_s)}));
+        });
+        one.join();
+        other.join();
+        QTRY_COMPARE(m_answers.load(), Queries);
+    }
+
+    void serviceMayGoBeforeItsAnswers()
+    {
+        query();
+        m_combined.reset();
+        m_catalogue->waiting[0](rows({}));
+        m_rest->waiting[0](rows({}));
+        QCOMPARE(m_answers.load(), 0);
+    }
+
+    void downloadsGoToTheirService()
+    {
+        const SubtitlePtr ours = subtitle(u"catalogue"_s, u"a"_s);
+        const SubtitlePtr theirs = subtitle(u"rest"_s, u"b"_s);
+        int came = 0;
+        const auto count = [&](const Result<QUrl> &result) { came += result ? 1 : 0; };
+        m_combined->download(ours, count);
+        m_combined->download(theirs, count);
+        QCOMPARE(came, 2);
+        QCOMPARE(m_catalogue->downloads, QList{ours});
+        QCOMPARE(m_rest->downloads, QList{theirs});
+    }
+
+    void downloadOfNobodysIsAnError()
+    {
+        std::optional<Result<QUrl>> came;
+        m_combined->download(subtitle(u"gone"_s, u"a"_s), [&](const Result<QUrl> &result) { came = result; });
+        QVERIFY(!came);
+        QTRY_VERIFY(came);
+        QVERIFY(!*came);
+        QVERIFY(!came->error().localizedDescription.isEmpty());
+    }
+
+    void hashingRemembersTheName()
+    {
+        const QString path = m_sandbox.writeFile(u"Some.Film.2019.mkv"_s, QByteArray(131072, '\0'));
+        std::shared_ptr<SubtitleService> shared = std::move(m_combined);
+        SubtitleService::setShared(shared);
+        const auto hash = SubtitleService::hashFor(QUrl::fromLocalFile(path));
+        QVERIFY(hash);
+        QCOMPARE(hash->hash, u"0000000000020000"_s);
+        QCOMPARE(m_names->nameOf(*hash), u"Some.Film.2019.mkv"_s);
+        QCOMPARE(VideoFileUtilities::componentsFrom(QUrl::fromLocalFile(path)).title, u"Some Film"_s);
+        QVERIFY(!SubtitleService::hashFor(QUrl(u"file:///no/such/file"_s)));
+        SubtitleService::setShared({});
+    }
+
+private:
+    SubtitleService::QueryCompletion answer()
+    {
+        return [this](const Result<QueryResult> &result) {
+            m_last = std::make_unique<Result<QueryResult>>(result);
+            ++m_answers;
+        };
+    }
+    void query() { m_combined->query(Words, answer()); }
+
+    QStringList names() const
+    {
+        QStringList result;
+        for (const SubtitlePtr &one : (*m_last)->subtitles.value())
+            result += one->subFileName;
+        return result;
+    }
+
+    Sandbox m_sandbox;
+    std::shared_ptr<ScriptedService> m_catalogue;
+    std::shared_ptr<ScriptedService> m_rest;
+    std::shared_ptr<VideoNames> m_names;
+    bool m_asksRest = true;
+    std::unique_ptr<Result<QueryResult>> m_last; // written before m_answers, read after it
+    std::atomic<int> m_answers = 0;
+    std::unique_ptr<CombinedSubtitleService> m_combined;
+};
+
+QTEST_GUILESS_MAIN(CombinedSubtitleServiceTest)
+#include "CombinedSubtitleServiceTest.moc"

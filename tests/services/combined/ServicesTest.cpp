@@ -1,0 +1,196 @@
+#include <platform/MainQueue.h>
+#include <services/catalogue/CatalogueServices.h>
+#include <services/combined/Services.h>
+#include <services/secrets/FileSecretStore.h>
+#include <standin/Caught.h>
+#include <standin/StandIn.h>
+#include <support/Sandbox.h>
+
+#include <QDir>
+#include <QTest>
+
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A catalogue with nothing in it.
+class EmptyCatalogue final : public SubtitleService
+{
+public:
+    void query(const QList<Arg> &, QueryCompletion completion) override
+    {
+        MainQueue::shared().async(
+            [completion = std::move(completion)] { completion(QueryResult{QList<SubtitlePtr>()}); });
+    }
+    void cancelQueryTask() override {}
+    void download(const SubtitlePtr &, DownloadCompletion) override {}
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
+    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
+};
+
+class EmptyMetadata final : public MetadataService
+{
+public:
+    void findExternally(const QString &, ExternalSource, FindCompletion completion) override
+    {
+        MainQueue::shared().async([completion = std::move(completion)] { completion(FindResult()); });
+    }
+    void fetchImage(const TmdbItem &, ImageKind, const QSize &, ImageCompletion) override {}
+};
+} // namespace
+
+/// Everything together, on the machine's own clock, against the stand-in.
+class ServicesTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_standIn = std::make_unique<StandIn>();
+        UserDefaults::setStandardFile(m_sandbox.path(u"settings/%1.conf"_s.arg(++m_turn)));
+        UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, m_standIn->subtitleURL().toString());
+        UserDefaults::standard().setObject(u"MetadataServiceURL"_s, m_standIn->filmURL().toString());
+        QDir(m_sandbox.path(u"xdg_cache_home"_s)).removeRecursively();
+        m_secrets = std::make_shared<FileSecretStore>(m_sandbox.path(u"secrets%1"_s.arg(m_turn)));
+    }
+    void cleanup()
+    {
+        SubtitleService::setShared({});
+        MetadataService::setShared({});
+        m_services.reset();
+        MainQueue::shared().clear();
+        QCOMPARE(m_standIn->complaints(), QStringList());
+    }
+
+    void withoutAKeyOnlyTheCatalogueIsAsked()
+    {
+        start();
+        QVERIFY(!m_services->asksTheNetwork());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 0);
+        QCOMPARE(m_standIn->main().requests().size(), 0);
+    }
+
+    void keyFromTheStoreOpensTheNetwork()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        QVERIFY(m_secrets->store(Secret::MetadataKey, QString::fromLatin1(FilmStandIn::Key)));
+        start();
+        QTRY_VERIFY(m_services->asksTheNetwork());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 3);
+        Caught<FindResult> found;
+        MetadataService::shared().findExternally(u"tt9000002"_s, ExternalSource::imdb, found.completion());
+        QTRY_VERIFY(found.came());
+        QCOMPARE((*found)->movieResults.size(), 1);
+        Caught<QImage> poster;
+        MetadataService::shared().fetchImage((*found)->movieResults[0], ImageKind::Poster, {154, 154},
+                                             poster.completion());
+        QTRY_VERIFY(poster.came());
+        QVERIFY(*poster);
+    }
+
+    void changedSettingsAreFollowed()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        start();
+        QTRY_VERIFY(m_services->asksTheNetwork());
+        int changes = 0;
+        m_services->setObserver([&] { ++changes; });
+        UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, u" reader "_s);
+        QTRY_COMPARE(m_services->rest().settings().userName, u"reader"_s);
+        UserDefaults::standard().setObject(u"SubtitleHearingImpaired"_s, u"preferred"_s);
+        QTRY_COMPARE(m_services->rest().settings().preferences.hearingImpaired, Liking::Preferred);
+        UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, u"https://other.example/api"_s);
+        QTRY_COMPARE(m_services->rest().settings().base, QUrl(u"https://other.example/api"_s));
+        QCOMPARE(changes, 3);
+    }
+
+    void keyTakenAwayClosesTheNetwork()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        start();
+        QTRY_VERIFY(m_services->asksTheNetwork());
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, {}));
+        m_services->reloadSecrets();
+        QTRY_VERIFY(!m_services->asksTheNetwork());
+    }
+
+    void standardAddressesArePublic()
+    {
+        UserDefaults::standard().removeObject(u"SubtitleServiceURL"_s);
+        UserDefaults::standard().removeObject(u"MetadataServiceURL"_s);
+        start();
+        QCOMPARE(m_services->rest().settings().base, QUrl(u"https://api.opensubtitles.com/api/v1"_s));
+        QCOMPARE(ServiceDefaults::filmSettings(UserDefaults::standard(), {}).base,
+                 QUrl(u"https://api.themoviedb.org/3"_s));
+    }
+
+    void secretsAreNotInTheSettings()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        start();
+        QTRY_VERIFY(m_services->asksTheNetwork());
+        UserDefaults::standard().synchronize();
+        QFile file(UserDefaults::standard().path());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(!file.readAll().contains(SubtitleStandIn::ApiKey.toLatin1()));
+    }
+
+    void logOutAtTheEnd()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        QVERIFY(m_secrets->store(Secret::SubtitlePassword, SubtitleStandIn::Password));
+        UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, SubtitleStandIn::UserName);
+        start();
+        QTRY_VERIFY(m_services->asksTheNetwork());
+        const auto result = search();
+        QVERIFY(result);
+        Caught<QUrl> file;
+        SubtitleService::shared().download(result->subtitles->constFirst(), file.completion());
+        QTRY_VERIFY(file.came());
+        QVERIFY(*file);
+        bool done = false;
+        m_services->shutDown([&] { done = true; });
+        QTRY_VERIFY(done);
+        QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
+    }
+
+private:
+    void start()
+    {
+        m_services =
+            std::make_unique<Services>(Services::Parts{std::make_shared<EmptyCatalogue>(), u"catalogue"_s,
+                                                       std::make_shared<EmptyMetadata>(), m_secrets});
+        m_services->install();
+    }
+
+    Result<QueryResult> search()
+    {
+        auto result = std::make_shared<Result<QueryResult>>(Error{u"test"_s, 1, u"never answered"_s});
+        auto came = std::make_shared<std::atomic<bool>>(false);
+        SubtitleService::shared().query({{Param::text, u"paper lighthouse"_s}, {Param::language, u"eng"_s}},
+                                        [result, came](const Result<QueryResult> &answer) {
+                                            *result = answer;
+                                            *came = true;
+                                        });
+        return QTest::qWaitFor([&] { return came->load(); }) ? *result
+                                                             : Error{u"test"_s, 1, u"never answered"_s};
+    }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<StandIn> m_standIn;
+    std::shared_ptr<FileSecretStore> m_secrets;
+    std::unique_ptr<Services> m_services;
+    int m_turn = 0;
+};
+
+QTEST_MAIN(ServicesTest)
+#include "ServicesTest.moc"

@@ -1,0 +1,59 @@
+#include <services/net/Redactor.h>
+#include <services/net/ServiceError.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class RedactorTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void secretsAreHidden_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("header") << u"Api-Key: s3cr3tvalue"_s;
+        QTest::newRow("authorization") << u"Authorization: Bearer s3cr3tvalue"_s;
+        QTest::newRow("bearer") << u"sent Bearer s3cr3tvalue to it"_s;
+        QTest::newRow("json password") << uR"({"username":"me","password":"s3cr3tvalue"})"_s;
+        QTest::newRow("json token") << uR"({"token" : "s3cr3tvalue", "status":200})"_s;
+        QTest::newRow("query") << u"https://a.example/3/find/tt1?api_key=s3cr3tvalue&language=en"_s;
+        QTest::newRow("link") << u"https://www.example/download/s3cr3tvalue/subfile/film.srt"_s;
+    }
+    void secretsAreHidden()
+    {
+        QFETCH(const QString, text);
+        QVERIFY2(!redacted(text).contains(u"s3cr3tvalue"_s), qPrintable(redacted(text)));
+        QVERIFY(redacted(text).contains(u"(hidden)"_s));
+    }
+
+    void theRestStays()
+    {
+        const QString text = u"api.opensubtitles.com answered 503 to /api/v1/subtitles?languages=en"_s;
+        QCOMPARE(redacted(text), text);
+        QVERIFY(redacted(u"https://a.example/?api_key=abcdef&language=en"_s).endsWith(u"&language=en"_s));
+        QVERIFY(redacted(u"/download/abc/subfile/film.srt"_s).endsWith(u"/subfile/film.srt"_s));
+    }
+
+    void knownSecretsAreHiddenEverywhere()
+    {
+        hideSecret(u"pass word"_s);
+        hideSecret(u"abc"_s);
+        QVERIFY(!redacted(u"no such user: pass word!"_s).contains(u"pass word"_s));
+        QVERIFY(!redacted(u"?q=pass%20word"_s).contains(u"pass%20word"_s));
+        QCOMPARE(redacted(u"abc"_s), u"abc"_s);
+    }
+
+    void errorsCarryNone()
+    {
+        hideSecret(u"hush-hush"_s);
+        const Error error =
+            serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"it said hush-hush, token=xyz123"_s);
+        QVERIFY(!error.detail.contains(u"hush"_s));
+        QVERIFY(!error.detail.contains(u"xyz123"_s));
+    }
+};
+
+QTEST_APPLESS_MAIN(RedactorTest)
+#include "RedactorTest.moc"

@@ -1,0 +1,161 @@
+#include <services/net/Transport.h>
+#include <standin/Caught.h>
+#include <standin/Deformation.h>
+#include <standin/LoopbackServer.h>
+#include <standin/ManualClock.h>
+#include <support/Sandbox.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TransportTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_clock = std::make_unique<ManualClock>();
+        m_times.clear();
+        m_answers.clear();
+        m_server = std::make_unique<LoopbackServer>([this](const ReceivedRequest &) {
+            m_times += m_clock->now();
+            return m_answers.size() > 1 ? m_answers.takeFirst() : m_answers.value(0, jsonAnswer(200, "{}"));
+        });
+        m_transport = std::make_unique<Transport>(*m_clock, ServiceName::Subtitles, RateLimiter(4, 1000ms));
+        m_transport->setJitter([] { return 0.0; });
+    }
+
+    void cleanup()
+    {
+        m_calls.clear();
+        m_transport.reset();
+        m_server.reset();
+    }
+
+    void passingFailuresAreAskedAgain_data()
+    {
+        QTest::addColumn<QList<ServedAnswer>>("answers");
+        QTest::addColumn<QList<int>>("waits");
+        const ServedAnswer good = jsonAnswer(200, "{}");
+        const auto refused = [](const QByteArray &header, const QByteArray &value) {
+            return ServedAnswer{429, {{header, value}}, {}};
+        };
+        QTest::newRow("503 twice") << QList{jsonAnswer(503, {}), jsonAnswer(503, {}), good}
+                                   << QList{1000, 2000};
+        QTest::newRow("500 once") << QList{jsonAnswer(500, {}), good} << QList{1000};
+        QTest::newRow("500 twice") << QList{jsonAnswer(500, {})} << QList{1000};
+        QTest::newRow("502 for ever") << QList{jsonAnswer(502, {})} << QList{1000, 2000};
+        QTest::newRow("429 with seconds") << QList{refused("Retry-After", "3"), good} << QList{3000};
+        QTest::newRow("429 with a reset") << QList{refused("RateLimit-Reset", "2"), good} << QList{2000};
+        QTest::newRow("429 without a word") << QList{jsonAnswer(429, {}), good} << QList{1000};
+        QTest::newRow("429 with a date")
+            << QList{refused("Retry-After", "Mon, 04 Mar 2030 20:48:05 GMT"), good} << QList{5000};
+        QTest::newRow("429 for an hour") << QList{refused("Retry-After", "3600"), good} << QList<int>();
+        QTest::newRow("429 with nonsense") << QList{refused("Retry-After", "soon"), good} << QList{1000};
+        for (const int status : {400, 401, 403, 404, 406, 410})
+            QTest::addRow("%d", status) << QList{jsonAnswer(status, {}), good} << QList<int>();
+    }
+    void passingFailuresAreAskedAgain()
+    {
+        QFETCH(const QList<ServedAnswer>, answers);
+        QFETCH(const QList<int>, waits);
+        m_answers = answers;
+        const auto caught = send(HttpRequest::Method::Get);
+        QTRY_VERIFY(caught->came());
+        QList<int> waited;
+        for (qsizetype i = 1; i < m_times.size(); ++i)
+            waited += static_cast<int>((m_times[i] - m_times[i - 1]).count());
+        QCOMPARE(waited, waits);
+        QCOMPARE((**caught)->status, m_times.size() > answers.size() ? answers.last().status
+                                                                     : answers[m_times.size() - 1].status);
+    }
+
+    void jitterStaysWithinAFifth()
+    {
+        m_answers = {jsonAnswer(503, {})};
+        m_transport->setJitter([turn = 1.0]() mutable { return turn = -turn; });
+        const auto caught = send(HttpRequest::Method::Get);
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(m_times[1] - m_times[0], 800ms);
+        QCOMPARE(m_times[2] - m_times[1], 2400ms);
+    }
+
+    void brokenConnectionsAreTriedThrice()
+    {
+        m_server->stop();
+        const auto caught = send(HttpRequest::Method::Get);
+        const Clock::Duration start = m_clock->now();
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf((*caught)->error()), Kind::Unavailable);
+        QCOMPARE(m_clock->now() - start, 3000ms);
+    }
+
+    void ordersAreNeverRepeated()
+    {
+        m_answers = {jsonAnswer(503, {})};
+        const auto caught = send(HttpRequest::Method::Post);
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(m_times.size(), 1);
+    }
+
+    void fourRequestsASecond()
+    {
+        QList<std::shared_ptr<Caught<HttpAnswer>>> caught;
+        for (int i = 0; i < 12; ++i)
+            caught += send(HttpRequest::Method::Get);
+        QTRY_VERIFY(caught.last()->came());
+        QTRY_COMPARE(m_times.size(), 12);
+        for (qsizetype i = 4; i < m_times.size(); ++i)
+            QVERIFY(m_times[i] - m_times[i - 4] >= 1000ms);
+    }
+
+    void cancelStopsTheRetries()
+    {
+        m_answers = {jsonAnswer(503, {})};
+        m_clock->setPatience(0ms);
+        const auto caught = send(HttpRequest::Method::Get);
+        QTRY_COMPARE(m_clock->pending(), QList<Clock::Duration>{1000ms});
+        m_calls.clear();
+        QCOMPARE(m_clock->pending(), QList<Clock::Duration>());
+        QVERIFY(!caught->came());
+    }
+
+    void aRefusalForSpeedHoldsUpTheOthers()
+    {
+        m_answers = {ServedAnswer{429, {{"Retry-After", "4"}}, {}}, jsonAnswer(200, "{}")};
+        m_clock->setPatience(0ms);
+        const auto first = send(HttpRequest::Method::Get);
+        QTRY_COMPARE(m_clock->pending(), QList<Clock::Duration>{4000ms});
+        const auto second = send(HttpRequest::Method::Get);
+        QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{4000ms, 4000ms}));
+    }
+
+private:
+    std::shared_ptr<Caught<HttpAnswer>> send(HttpRequest::Method method)
+    {
+        HttpRequest request;
+        request.method = method;
+        request.url = m_server->url(u"/"_s);
+        if (method == HttpRequest::Method::Post)
+            request.setHeader("Content-Type", "application/json");
+        auto caught = std::make_shared<Caught<HttpAnswer>>();
+        m_calls +=
+            m_transport->send(request, HostRules({}, HostRules::Loopback::Accepted),
+                              [caught](const Result<HttpAnswer> &outcome) { caught->completion()(outcome); });
+        return caught;
+    }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<ManualClock> m_clock;
+    std::unique_ptr<LoopbackServer> m_server;
+    std::unique_ptr<Transport> m_transport;
+    QList<ServedAnswer> m_answers;
+    QList<Clock::Duration> m_times;
+    QList<Transport::Call> m_calls;
+};
+
+QTEST_GUILESS_MAIN(TransportTest)
+#include "TransportTest.moc"

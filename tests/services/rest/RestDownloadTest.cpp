@@ -1,0 +1,308 @@
+#include "RestFixture.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+QByteArray contentOf(const Caught<QUrl> &caught)
+{
+    QFile file((*caught).value().toLocalFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+} // namespace
+
+class RestDownloadTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<RestFixture>(m_sandbox); }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+        m_fixture.reset();
+    }
+
+    void fileArrivesUnderAPlainName()
+    {
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QVERIFY(!caught->came());
+        QTRY_VERIFY(caught->came());
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
+        QCOMPARE((**caught)->fileName(), u"Paper.Lighthouse.2019.srt"_s);
+        const ReceivedRequest order = m_fixture->standIn.requests("/api/v1/download").constFirst();
+        const QJsonObject body = QJsonDocument::fromJson(order.body).object();
+        QCOMPARE(body[u"file_id"_s].toInteger(), 9200001);
+        QCOMPARE(body[u"sub_format"_s], u"srt"_s);
+        QCOMPARE(order.header("Content-Type"), "application/json");
+        QVERIFY(m_fixture->standIn.links().requests().constFirst().header("Api-Key").isEmpty());
+    }
+
+    void choosingAgainCostsNothing()
+    {
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(first->came());
+        QVERIFY(QFile::remove((**first)->toLocalFile())); // as delivery does
+        m_fixture->restart();
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(second->came());
+        QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+        QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
+    }
+
+    void keptFilesAgeOutAfterAWeek()
+    {
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(first->came());
+        m_fixture->clock.setDate(m_fixture->clock.date().addDays(8));
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(second->came());
+        QCOMPARE(orders(), 2);
+    }
+
+    void twoAtOnceAreOneOrderAndTwoFiles()
+    {
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto other = m_fixture->download(RestFixture::subtitle(u"9200002"_s));
+        QTRY_VERIFY(first->came() && second->came() && other->came());
+        QVERIFY((**first)->path() != (**second)->path());
+        QCOMPARE(contentOf(*first), contentOf(*second));
+        QCOMPARE(contentOf(*other), SubtitleLinks::content(9200002));
+        QCOMPARE(orders(), 2);
+    }
+
+    void contentIsUnpackedAndInUtf8_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name :
+             {"subtitle-gzip", "subtitle-zip", "subtitle-utf16", "subtitle-1252", "link-name-path"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void contentIsUnpackedAndInUtf8()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
+        const QString folder = QFileInfo((**caught)->toLocalFile()).canonicalFilePath();
+        QVERIFY(folder.startsWith(QFileInfo(m_fixture->places().downloads).canonicalFilePath()));
+    }
+
+    void originalBytesAreKeptWhenAPersonWantsThem()
+    {
+        m_fixture->standIn.select(u"subtitle-1252"_s);
+        m_fixture->settings.keepsOriginalBytes = true;
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto original = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(original->came());
+        QCOMPARE(contentOf(*original), QString::fromUtf8(SubtitleLinks::content(9200001)).toLatin1());
+        // The choice is about handing out, not about what is kept.
+        m_fixture->settings.keepsOriginalBytes = false;
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto converted = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(converted->came());
+        QCOMPARE(contentOf(*converted), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void otherThingsAreRefused_data()
+    {
+        QTest::addColumn<QStringList>("behaviours");
+        QTest::addColumn<int>("kind");
+        const auto row = [](const char *name, Kind kind) {
+            QTest::newRow(name) << QStringList{QString::fromLatin1(name)} << static_cast<int>(kind);
+        };
+        row("subtitle-gif", Kind::NotASubtitle);
+        row("subtitle-html", Kind::NotASubtitle);
+        row("subtitle-notice", Kind::NotASubtitle);
+        row("subtitle-empty", Kind::NotASubtitle);
+        row("subtitle-304", Kind::NotASubtitle);
+        row("subtitle-rar", Kind::NotASubtitle);
+        row("subtitle-bomb", Kind::NotASubtitle);
+        row("subtitle-9-mib", Kind::BadAnswer);
+        row("link-expired", Kind::LinkExpired);
+        row("link-clear", Kind::BadAnswer);
+        row("link-foreign", Kind::BadAnswer);
+        row("link-missing", Kind::BadAnswer);
+        row("invalid-file", Kind::Rejected);
+        row("unknown-key", Kind::KeyRefused);
+        row("down@download", Kind::Unavailable);
+        row("close-before@download", Kind::Unavailable);
+        row("html@download", Kind::BadAnswer);
+        row("null@download", Kind::BadAnswer);
+        row("cut@download", Kind::BadAnswer);
+        row("html@link", Kind::NotASubtitle);
+        row("length-too-long@link", Kind::Unavailable);
+        row("chunked-without-end@link", Kind::Unavailable);
+        row("close-before@link", Kind::Unavailable);
+        row("sign-in-page@link", Kind::BadAnswer);
+        row("gzip-bomb@link", Kind::BadAnswer);
+    }
+    void otherThingsAreRefused()
+    {
+        QFETCH(const QStringList, behaviours);
+        m_fixture->standIn.select(behaviours);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QVERIFY(!**caught);
+        QTEST(static_cast<int>(kindOf(*caught)), "kind");
+        // An order is made once, whatever comes of it.
+        QCOMPARE(orders(), 1);
+        QVERIFY(!(*caught)->error().detail.contains(u"0f0f0f0f"_s));
+        // Nothing of it was kept.
+        m_fixture->standIn.clearBehaviours();
+        const auto again = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(again->came());
+        QVERIFY2(**again, **again ? "" : qPrintable((*again)->error().detail));
+    }
+
+    void brokenTransferIsRepeatedWithoutAnotherOrder()
+    {
+        m_fixture->standIn.select(u"close-before@link"_s);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(first->came());
+        QCOMPARE(kindOf(*first), Kind::Unavailable);
+        m_fixture->standIn.clearBehaviours();
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(second->came());
+        QVERIFY(**second);
+        QCOMPARE(orders(), 1);
+    }
+
+    void oldLinksAreNotUsed()
+    {
+        m_fixture->standIn.select(u"close-before@link"_s);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(first->came());
+        m_fixture->standIn.clearBehaviours();
+        m_fixture->clock.advance(3h);
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(second->came());
+        QCOMPARE(orders(), 2);
+    }
+
+    void remainingDownloadsAreTold()
+    {
+        QList<int> told;
+        m_fixture->service->setQuotaObserver(
+            [&](const RestQuota &quota) { told += quota.remaining.value_or(-1); });
+        for (const QString &id : {u"1"_s, u"2"_s, u"2"_s}) {
+            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+            QTRY_VERIFY(caught->came());
+        }
+        QCOMPARE(told, (QList<int>{4, 3}));
+        QCOMPARE(m_fixture->service->quota().allowed, 5);
+    }
+
+    void limitIsSaidWithItsTime_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<QString>("sentence");
+        QTest::newRow("at midnight") << QString() << u"(in 3 h 12 min)"_s;
+        QTest::newRow("soon") << u"quota-reset-soon"_s << u"(in 2 min)"_s;
+        QTest::newRow("in the past") << u"quota-reset-past"_s << u"Try again tomorrow."_s;
+    }
+    void limitIsSaidWithItsTime()
+    {
+        QFETCH(const QString, behaviour);
+        QFETCH(const QString, sentence);
+        if (!behaviour.isEmpty())
+            m_fixture->standIn.select(behaviour);
+        m_fixture->standIn.select(u"quota-used"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::LimitReached);
+        QVERIFY2((*caught)->error().localizedDescription.contains(sentence),
+                 qPrintable((*caught)->error().localizedDescription));
+    }
+
+    void usedUpIsNotAskedAgainBeforeTheReset()
+    {
+        for (int id = 1; id <= 5; ++id) {
+            const auto caught = m_fixture->download(RestFixture::subtitle(QString::number(id)));
+            QTRY_VERIFY(caught->came());
+        }
+        const auto sixth = m_fixture->download(RestFixture::subtitle(u"6"_s));
+        QTRY_VERIFY(sixth->came());
+        QCOMPARE(kindOf(*sixth), Kind::LimitReached);
+        QVERIFY((*sixth)->error().localizedDescription.contains(u"5"_s));
+        QCOMPARE(orders(), 5);
+        // What was fetched before is still to be had.
+        const auto again = m_fixture->download(RestFixture::subtitle(u"3"_s));
+        QTRY_VERIFY(again->came());
+        QVERIFY(**again);
+        // After the reset, and for another account, it is worth asking.
+        m_fixture->clock.setDate(m_fixture->clock.date().addSecs(4 * 3600));
+        const auto seventh = m_fixture->download(RestFixture::subtitle(u"7"_s));
+        QTRY_VERIFY(seventh->came());
+        QCOMPARE(orders(), 6);
+        m_fixture->useAccount();
+        const auto eighth = m_fixture->download(RestFixture::subtitle(u"8"_s));
+        QTRY_VERIFY(eighth->came());
+        QVERIFY(**eighth);
+        QCOMPARE(m_fixture->service->quota().remaining, 19);
+    }
+
+    void timedOutOrderIsNotRepeated()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"silent@download"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_COMPARE(orders(), 1);
+        QTRY_COMPARE(m_fixture->clock.pending().value(0), Clock::Duration(20s));
+        m_fixture->clock.advance(20s);
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::Timeout);
+        QCOMPARE(orders(), 1);
+        // What it cost is asked for instead.
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1);
+        QCOMPARE(m_fixture->service->quota().remaining, 19);
+    }
+
+    void serviceDyingDuringTheTransferIsSaid()
+    {
+        m_fixture->standIn.select(u"drip@link"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_COMPARE(m_fixture->standIn.links().requests().size(), 1);
+        m_fixture->standIn.drip();
+        m_fixture->standIn.stop();
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+    }
+
+    void cancellingQueriesLeavesDownloadsAlone()
+    {
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        m_fixture->service->cancelQueryTask();
+        QTRY_VERIFY(caught->came());
+        QVERIFY(**caught);
+    }
+
+    void folderThatCannotBeWrittenIsSaid()
+    {
+        m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QVERIFY(!**caught);
+        QVERIFY(!(*caught)->error().localizedDescription.isEmpty());
+    }
+
+private:
+    int orders() const { return static_cast<int>(m_fixture->standIn.requests("/api/v1/download").size()); }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+};
+
+QTEST_GUILESS_MAIN(RestDownloadTest)
+#include "RestDownloadTest.moc"

@@ -1,0 +1,254 @@
+#include "RestFixture.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class RestSearchTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<RestFixture>(m_sandbox); }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+        m_fixture.reset();
+    }
+
+    void searchByHashPutsTheMatchFirst()
+    {
+        m_fixture->names->remember({u"8e245d9679d31e12"_s, 12909756},
+                                   u"Paper.Lighthouse.2019.1080p.WEB-ABC.mkv"_s);
+        const auto caught = m_fixture->query({{Param::byteSize, u"12909756"_s},
+                                              {Param::movieHash, u"8e245d9679d31e12"_s},
+                                              {Param::language, u"pob"_s}});
+        QVERIFY(!caught->came());
+        QTRY_VERIFY(caught->came());
+        const QList<SubtitlePtr> rows = (**caught)->subtitles.value();
+        QCOMPARE(rows.size(), 3);
+        QVERIFY(rows[0]->matchesHash);
+        // Then the release that agrees with the video's name.
+        QCOMPARE(rows[1]->subFileName, u"Paper.Lighthouse.2019.1080p.WEB-ABC"_s);
+        QCOMPARE(rows[0]->subLanguageID, u"pob"_s);
+        const ReceivedRequest request = m_fixture->standIn.main().requests().constFirst();
+        QCOMPARE(request.query(),
+                 "languages=pt-br&moviehash=8e245d9679d31e12&query=paper.lighthouse.2019.1080p.web-abc.mkv");
+        QCOMPARE(request.header("Api-Key"), SubtitleStandIn::ApiKey.toLatin1());
+    }
+
+    void searchByWordsSendsTheEpisode()
+    {
+        const auto caught = m_fixture->search(u"Paper Lighthouse S01E02"_s);
+        QTRY_VERIFY(caught->came());
+        QCOMPARE((**caught)->subtitles->constFirst()->season, 1);
+        QCOMPARE((**caught)->subtitles->constFirst()->imdbID, u"tt9000002"_s);
+        QCOMPARE(m_fixture->standIn.main().requests().constFirst().query(),
+                 "episode_number=2&languages=en&query=paper+lighthouse&season_number=1");
+    }
+
+    void pagesAreReadToTheEnd_data()
+    {
+        QTest::addColumn<QStringList>("behaviours");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("requests");
+        QTest::newRow("none") << QStringList{u"hits-0"_s} << 0 << 1;
+        QTest::newRow("one") << QStringList{u"hits-1"_s} << 1 << 1;
+        QTest::newRow("a page") << QStringList{u"hits-50"_s} << 50 << 1;
+        QTest::newRow("a page and one") << QStringList{u"hits-51"_s} << 51 << 2;
+        QTest::newRow("31 pages end at the cap") << QStringList{u"hits-1502"_s} << 500 << 10;
+        QTest::newRow("pages promised in vain") << QStringList{u"hits-51"_s, u"pages-too-many"_s} << 51 << 3;
+        QTest::newRow("an empty page") << QStringList{u"hits-1502"_s, u"page-empty"_s} << 50 << 2;
+        QTest::newRow("the same page again") << QStringList{u"hits-1502"_s, u"page-repeats"_s} << 50 << 2;
+        QTest::newRow("odd records") << QStringList{u"odd-records"_s} << 26 << 1;
+        QTest::newRow("some bad records") << QStringList{u"one-bad-record"_s} << 3 << 1;
+    }
+    void pagesAreReadToTheEnd()
+    {
+        QFETCH(const QStringList, behaviours);
+        QFETCH(const int, rows);
+        QFETCH(const int, requests);
+        m_fixture->standIn.select(behaviours);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE((**caught)->subtitles->size(), rows);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/subtitles").size(), requests);
+    }
+
+    void leftOutRecordsAreInTheLog()
+    {
+        m_fixture->standIn.select(u"hits-1502"_s);
+        QTest::ignoreMessage(QtInfoMsg, "1002 of 1502 records left out");
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+    }
+
+    void answersWithoutAReadableRecordAreNonsense()
+    {
+        m_fixture->standIn.select(u"unreadable-records"_s);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::BadAnswer);
+    }
+
+    void serviceDyingInTheMiddleLeavesWhatWasFound()
+    {
+        m_fixture->standIn.select(u"hits-1502"_s);
+        const auto caught = m_fixture->search();
+        QTRY_COMPARE(m_fixture->standIn.main().requests().size(), 3);
+        m_fixture->standIn.stop();
+        QTRY_VERIFY(caught->came());
+        QVERIFY(**caught);
+        QVERIFY((**caught)->subtitles->size() >= 100);
+        QVERIFY((**caught)->subtitles->size() <= 150);
+    }
+
+    void secondSearchComesFromTheCache()
+    {
+        const auto first = m_fixture->search();
+        QTRY_VERIFY(first->came());
+        m_fixture->restart();
+        const auto second = m_fixture->search();
+        QTRY_VERIFY(second->came());
+        QCOMPARE((**second)->subtitles->size(), 3);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
+    }
+
+    void cachedAnswersAgeOut_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<int>("minutes");
+        QTest::addColumn<int>("requests");
+        QTest::newRow("found, in a day") << u"hits-1"_s << 24 * 60 - 1 << 1;
+        QTest::newRow("found, after a day") << u"hits-1"_s << 24 * 60 + 1 << 2;
+        QTest::newRow("nothing, in an hour") << u"hits-0"_s << 59 << 1;
+        QTest::newRow("nothing, after an hour") << u"hits-0"_s << 61 << 2;
+        QTest::newRow("clock set back") << u"hits-1"_s << -60 << 2;
+    }
+    void cachedAnswersAgeOut()
+    {
+        QFETCH(const QString, behaviour);
+        QFETCH(const int, minutes);
+        QFETCH(const int, requests);
+        m_fixture->standIn.select(behaviour);
+        const auto first = m_fixture->search();
+        QTRY_VERIFY(first->came());
+        m_fixture->clock.setDate(m_fixture->clock.date().addSecs(60LL * minutes));
+        const auto second = m_fixture->search();
+        QTRY_VERIFY(second->came());
+        QCOMPARE(m_fixture->standIn.main().requests().size(), requests);
+    }
+
+    void emptiedCacheAsksAgain()
+    {
+        const auto first = m_fixture->search();
+        QTRY_VERIFY(first->came());
+        m_fixture->service->emptyCache();
+        const auto second = m_fixture->search();
+        QTRY_VERIFY(second->came());
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
+    }
+
+    void cacheHoldsNoSecrets()
+    {
+        m_fixture->useAccount();
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+        QDir folder(m_fixture->places().cache);
+        const QFileInfoList files = folder.entryInfoList(QDir::Files);
+        QCOMPARE(files.size(), 1);
+        QFile file(files.constFirst().filePath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        QVERIFY(!content.contains(SubtitleStandIn::ApiKey.toLatin1()));
+        QVERIFY(!content.contains(SubtitleStandIn::Password.toLatin1()));
+    }
+
+    void cancelledQueriesAreNeverAnswered()
+    {
+        m_fixture->standIn.select(u"silent"_s);
+        const auto first = m_fixture->search();
+        const auto second = m_fixture->search(u"another one"_s);
+        QTRY_COMPARE(m_fixture->standIn.main().requests().size(), 2);
+        m_fixture->service->cancelQueryTask();
+        m_fixture->standIn.clearBehaviours();
+        const auto third = m_fixture->search(u"a third"_s);
+        QTRY_VERIFY(third->came());
+        QVERIFY(!first->came());
+        QVERIFY(!second->came());
+    }
+
+    void answerOnItsWayIsDroppedByACancel()
+    {
+        const auto refused = m_fixture->query({{Param::text, QString()}});
+        m_fixture->service->cancelQueryTask();
+        const auto asked = m_fixture->search();
+        QTRY_VERIFY(asked->came());
+        QVERIFY(!refused->came());
+    }
+
+    void queriesSideBySideAreEachAnswered()
+    {
+        const auto first = m_fixture->search(u"one"_s);
+        const auto second = m_fixture->search(u"two"_s);
+        const auto third = m_fixture->search(u"three"_s);
+        QTRY_VERIFY(first->came() && second->came() && third->came());
+        QVERIFY(**first && **second && **third);
+    }
+
+    void unknownLanguageIsSaidWithoutAsking()
+    {
+        const auto caught = m_fixture->query({{Param::text, u"x"_s}, {Param::language, u"mlt"_s}});
+        QVERIFY(!caught->came());
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::UnknownLanguage);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
+    }
+
+    void withoutAKeyNothingIsAsked()
+    {
+        m_fixture->settings.apiKey.clear();
+        m_fixture->restart();
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::KeyRefused);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
+    }
+
+    void serviceMayGoWhileItSearches()
+    {
+        m_fixture->standIn.select(u"hits-1502"_s);
+        const auto caught = m_fixture->search();
+        QTRY_COMPARE(m_fixture->standIn.main().requests().size(), 2);
+        m_fixture->service.reset();
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(!caught->came());
+    }
+
+    void mainThreadIsNeverHeldUp()
+    {
+        m_fixture->standIn.select(u"hits-1502"_s);
+        QElapsedTimer beat;
+        qint64 longest = 0;
+        QTimer pulse;
+        connect(&pulse, &QTimer::timeout, &pulse, [&] { longest = std::max(longest, beat.restart()); });
+        beat.start();
+        pulse.start(0);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+        qInfo("longest stall of the main thread: %lld ms", static_cast<long long>(longest));
+        QCOMPARE((**caught)->subtitles->size(), 500);
+        // Reading and ranking on the main thread would stall it longer, and the stand-in lives there, too.
+        QVERIFY(longest < 500);
+    }
+
+private:
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+};
+
+QTEST_GUILESS_MAIN(RestSearchTest)
+#include "RestSearchTest.moc"

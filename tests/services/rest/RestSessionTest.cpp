@@ -1,0 +1,310 @@
+#include "RestFixture.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class RestSessionTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<RestFixture>(m_sandbox); }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+        m_fixture.reset();
+    }
+
+    void downloadLogsInOnce()
+    {
+        m_fixture->useAccount();
+        for (const QString &id : {u"1"_s, u"2"_s}) {
+            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+            QTRY_VERIFY(caught->came());
+            QVERIFY(**caught);
+        }
+        QCOMPARE(logins(), 1);
+        QCOMPARE(m_fixture->service->quota().remaining, 18);
+        QVERIFY(
+            !m_fixture->standIn.requests("/api/v1/download").constFirst().header("Authorization").isEmpty());
+    }
+
+    void searchNeedsNoLogin()
+    {
+        m_fixture->useAccount();
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY(caught->came());
+        QVERIFY(**caught);
+        QCOMPARE(logins(), 0);
+    }
+
+    void twoDownloadsWaitForOneLogin()
+    {
+        m_fixture->useAccount();
+        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        QTRY_VERIFY(first->came() && second->came());
+        QVERIFY(**first && **second);
+        QCOMPARE(logins(), 1);
+    }
+
+    void wrongPasswordIsSentOnce()
+    {
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        for (int i = 0; i < 3; ++i) {
+            const auto caught = m_fixture->download(RestFixture::subtitle());
+            QTRY_VERIFY(caught->came());
+            QCOMPARE(kindOf(*caught), Kind::LoginRefused);
+            QVERIFY(!(*caught)->error().detail.contains(u"wrong-word"_s));
+        }
+        QCOMPARE(logins(), 1);
+        // A corrected one is.
+        m_fixture->useAccount();
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QVERIFY(**caught);
+        QCOMPARE(logins(), 2);
+    }
+
+    void mailAddressIsExplained()
+    {
+        m_fixture->useAccount(u"me@example.org"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::LoginRefused);
+        QVERIFY((*caught)->error().localizedDescription.contains(u"not the e-mail"_s));
+        QCOMPARE(logins(), 1);
+    }
+
+    void loginsAreASecondApart()
+    {
+        m_fixture->useAccount(u"one"_s);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(first->came());
+        const Clock::Duration start = m_fixture->clock.now();
+        m_fixture->useAccount(u"two"_s);
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(second->came());
+        QVERIFY(m_fixture->clock.now() - start >= 1s);
+    }
+
+    void forgottenTokensAreRenewedOnce_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"token-gone", "token-gone-406", "token-gone-500"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void forgottenTokensAreRenewedOnce()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->useAccount();
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE(logins(), 2);
+    }
+
+    void tokenThatIsNeverAcceptedEndsTheTrying()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"token-refused"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QCOMPARE(kindOf(*caught), Kind::LoginRefused);
+        QCOMPARE(logins(), 2);
+    }
+
+    void oldTokensAreRenewed()
+    {
+        m_fixture->useAccount();
+        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        QTRY_VERIFY(first->came());
+        m_fixture->clock.advance(23h);
+        const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        QTRY_VERIFY(second->came());
+        QVERIFY(**second);
+        QCOMPARE(logins(), 2);
+    }
+
+    void wrongDateDoesNotLogInAllTheTime()
+    {
+        m_fixture->useAccount();
+        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        QTRY_VERIFY(first->came());
+        m_fixture->clock.setDate(m_fixture->clock.date().addYears(5));
+        for (const QString &id : {u"2"_s, u"3"_s, u"4"_s}) {
+            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+            QTRY_VERIFY(caught->came());
+        }
+        QCOMPARE(logins(), 2);
+    }
+
+    void vipHostGetsTheTokenEachTime()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"vip"_s);
+        const auto download = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(download->came());
+        QVERIFY2(**download, **download ? "" : qPrintable((*download)->error().detail));
+        const auto search = m_fixture->search();
+        QTRY_VERIFY(search->came());
+        QVERIFY2(**search, **search ? "" : qPrintable((*search)->error().detail));
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 1); // the login
+        QCOMPARE(m_fixture->standIn.vip().requests().size(), 2);
+    }
+
+    void foreignHostOfALoginIsIgnored()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"vip-elsewhere"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QVERIFY(**caught);
+    }
+
+    void hostsOfALoginAreChecked_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<QString>("base");
+        const QString usual = u"https://api.opensubtitles.com/api/v1"_s;
+        QTest::newRow("vip") << u"vip-api.opensubtitles.com"_s
+                             << u"https://vip-api.opensubtitles.com/api/v1"_s;
+        QTest::newRow("usual") << u"api.opensubtitles.com"_s << usual;
+        for (const char *host :
+             {"evil.example", "api.opensubtitles.com.evil.example", "127.0.0.1:80", "", "a b",
+              "user@vip-api.opensubtitles.com", "vip-api.opensubtitles.com/x", "www.opensubtitles.com"})
+            QTest::newRow(host[0] == '\0' ? "(empty)" : host) << QString::fromLatin1(host) << usual;
+    }
+    void hostsOfALoginAreChecked()
+    {
+        QFETCH(const QString, host);
+        QFETCH(const QString, base);
+        QCOMPARE(RestSettings().baseAt(host), QUrl(base));
+    }
+
+    void logOutTellsTheService()
+    {
+        m_fixture->useAccount();
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        bool done = false;
+        m_fixture->service->shutDown([&] { done = true; });
+        QTRY_VERIFY(done);
+        const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/api/v1/logout");
+        QCOMPARE(requests.size(), 1);
+        QCOMPARE(requests.constFirst().method, "DELETE");
+    }
+
+    void logOutWithoutALoginAsksNobody()
+    {
+        bool done = false;
+        m_fixture->service->shutDown([&] { done = true; });
+        QVERIFY(done);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
+    }
+
+    void logOutWaitsNotLong()
+    {
+        m_fixture->useAccount();
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        m_fixture->standIn.select(u"silent@logout"_s);
+        m_fixture->clock.setPatience(1s);
+        bool done = false;
+        m_fixture->service->shutDown([&] { done = true; });
+        QTRY_COMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
+        m_fixture->clock.advance(3s);
+        QTRY_VERIFY(done);
+    }
+
+    void changedAccountDuringALoginIsUsed()
+    {
+        m_fixture->useAccount(u"old"_s, u"old-word"_s);
+        m_fixture->standIn.select(u"silent@login"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_COMPARE(logins(), 1);
+        m_fixture->standIn.clearBehaviours();
+        m_fixture->useAccount();
+        QTRY_VERIFY(caught->came());
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+    }
+
+    void loginsOfBadShapeAreErrors_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<int>("kind");
+        const auto row = [](const char *name, Kind kind) {
+            QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind);
+        };
+        row("html@login", Kind::BadAnswer);
+        row("null@login", Kind::BadAnswer);
+        row("empty@login", Kind::BadAnswer);
+        row("down@login", Kind::Unavailable);
+        row("close-before@login", Kind::Unavailable);
+        row("unknown-key", Kind::KeyRefused);
+    }
+    void loginsOfBadShapeAreErrors()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->useAccount();
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(caught->came());
+        QTEST(static_cast<int>(kindOf(*caught)), "kind");
+        QCOMPARE(logins(), 1);
+    }
+
+    void connectionTestSaysWhatIsLeft()
+    {
+        m_fixture->useAccount();
+        Caught<RestReport> report;
+        m_fixture->service->testConnection(report.completion());
+        QTRY_VERIFY(report.came());
+        QVERIFY(*report);
+        QVERIFY((*report)->isLoggedIn);
+        QCOMPARE((*report)->quota.allowed, 20);
+        QCOMPARE((*report)->quota.remaining, 20);
+    }
+
+    void connectionTestWithoutAnAccountTestsTheKey()
+    {
+        Caught<RestReport> good;
+        m_fixture->service->testConnection(good.completion());
+        QTRY_VERIFY(good.came());
+        QVERIFY(*good);
+        QVERIFY(!(*good)->isLoggedIn);
+        m_fixture->standIn.select(u"unknown-key"_s);
+        Caught<RestReport> bad;
+        m_fixture->service->testConnection(bad.completion());
+        QTRY_VERIFY(bad.came());
+        QCOMPARE(kindOf(bad), Kind::KeyRefused);
+    }
+
+    void secretsAreInNoLog()
+    {
+        static QString lines;
+        lines.clear();
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &line) { lines += line + u'\n'; });
+        m_fixture->useAccount();
+        m_fixture->standIn.select({u"token-gone"_s, u"down-once"_s});
+        const auto search = m_fixture->search();
+        const auto download = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY(search->came() && download->came());
+        qInstallMessageHandler(before);
+        QVERIFY(!lines.isEmpty());
+        for (const QString &secret :
+             {SubtitleStandIn::ApiKey, SubtitleStandIn::Password, u"eyJ"_s, u".sig1"_s})
+            QVERIFY2(!lines.contains(secret), qPrintable(lines));
+    }
+
+private:
+    int logins() const { return static_cast<int>(m_fixture->standIn.requests("/api/v1/login").size()); }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+};
+
+QTEST_GUILESS_MAIN(RestSessionTest)
+#include "RestSessionTest.moc"

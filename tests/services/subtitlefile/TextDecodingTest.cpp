@@ -1,0 +1,93 @@
+#include <services/subtitlefile/CharacterSets.h>
+#include <services/subtitlefile/TextDecoding.h>
+
+#include <QStringEncoder>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TextDecodingTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textsAreReadInTheirLanguagesSets_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("set");
+        const auto row = [](const char *set, const char *language, const QString &text) {
+            QTest::addRow("%s %s", language, set)
+                << text << QString::fromLatin1(language) << QString::fromLatin1(set);
+        };
+        row("utf-8", "eng", u"Café – naïve “quoted”"_s);
+        row("windows-1252", "fre", u"Ça va très bien, à bientôt… l’œuvre"_s);
+        row("windows-1250", "pol", u"Zażółć gęślą jaźń. Świat"_s);
+        row("windows-1250", "cze", u"Příliš žluťoučký kůň úpěl ďábelské ódy"_s);
+        row("windows-1251", "rus", u"Съешь же ещё этих мягких французских булок"_s);
+        row("windows-1253", "ell", u"Άλλος ένας λόγος. Έλα εδώ"_s);
+        row("iso-8859-7", "ell", u"Άλλος ένας λόγος. Έλα εδώ"_s);
+        row("windows-1254", "tur", u"Pijamalı hasta yağız şoföre çabucak güvendi"_s);
+        row("windows-1255", "heb", u"שלום עולם, מה שלומך"_s);
+        row("windows-1256", "ara", u"مرحبا بالعالم كيف حالك"_s);
+        row("windows-1257", "lit", u"Įlinkdama fechtuotojo špaga"_s);
+        row("gb18030", "chi", u"你好，世界。今天天气很好"_s);
+        row("big5", "zht", u"你好，世界。今天天氣很好"_s);
+        row("shift_jis", "jpn", u"こんにちは、世界。元気ですか"_s);
+        row("euc-jp", "jpn", u"こんにちは、世界。元気ですか"_s);
+        row("windows-949", "kor", u"안녕하세요 세계. 잘 지내세요"_s);
+        row("tis-620", "tha", u"สวัสดีชาวโลก"_s);
+    }
+    void textsAreReadInTheirLanguagesSets()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, language);
+        QFETCH(const QString, set);
+        QStringEncoder encode(set.toLatin1().constData());
+        QVERIFY(encode.isValid());
+        const QByteArray once = encode(text + u'\n');
+        // Short, for the language's table, and long, for the detector.
+        QCOMPARE(decodedText(once, language).text, text + u'\n');
+        QCOMPARE(decodedText(once.repeated(30), language).text.left(text.size()), text);
+    }
+
+    void marksAreObeyed_data()
+    {
+        QTest::addColumn<int>("encoding");
+        for (const auto encoding :
+             {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE,
+              QStringConverter::Utf32LE, QStringConverter::Utf32BE})
+            QTest::newRow(QStringConverter::nameForEncoding(encoding)) << static_cast<int>(encoding);
+    }
+    void marksAreObeyed()
+    {
+        QFETCH(const int, encoding);
+        QStringEncoder encode(static_cast<QStringConverter::Encoding>(encoding),
+                              QStringConverter::Flag::WriteBom);
+        QCOMPARE(decodedText(encode(u"Zażółć – 你"_s), u"eng"_s).text, u"Zażółć – 你"_s);
+    }
+
+    void anyBytesGiveAText()
+    {
+        QVERIFY(decodedText({}, u"eng"_s).text.isEmpty());
+        QByteArray all;
+        for (int byte = 1; byte < 256; ++byte)
+            all += static_cast<char>(byte);
+        for (const QString &language : {u"eng"_s, u"jpn"_s, u"rus"_s, u"xxx"_s, QString()})
+            QVERIFY(decodedText(all, language).text.contains(u"ABC"_s));
+        // A mark and half a character.
+        QVERIFY(decodedText(QByteArray("\xFF\xFE\x41"), u"eng"_s).text.size() <= 1);
+    }
+
+    void everyLanguageHasASet()
+    {
+        for (const QString &language : {u"eng"_s, u"alb"_s, u"scc"_s, u"vie"_s, u"per"_s, u"mac"_s})
+            QVERIFY(!legacyCharacterSets(language).isEmpty());
+        QCOMPARE(legacyCharacterSets(u"rus"_s).constFirst(), "windows-1251");
+        QCOMPARE(legacyCharacterSets(u"eng"_s).constFirst(), "windows-1252");
+        QVERIFY(detectedCharacterSet({}).isEmpty());
+    }
+};
+
+QTEST_APPLESS_MAIN(TextDecodingTest)
+#include "TextDecodingTest.moc"
