@@ -13,10 +13,18 @@ Services::Services(const Parts &parts)
     reloadSecrets();
 }
 
-Services::~Services() = default;
+Services::~Services()
+{
+    // They go by our clock and must not outlive the application object.
+    if (!m_isInstalled)
+        return;
+    SubtitleService::setShared({});
+    MetadataService::setShared({});
+}
 
 void Services::install()
 {
+    m_isInstalled = true;
     const auto hasKey = [rest = m_rest] { return rest->hasKey(); };
     const auto preferences = [rest = m_rest] { return rest->settings().preferences; };
     SubtitleService::setShared(std::make_shared<CombinedSubtitleService>(

@@ -25,7 +25,7 @@ public:
     explicit Services(const Parts &parts);
     ~Services();
 
-    /// Makes them the services that everyone asks.
+    /// Makes them the services that everyone asks, until this goes.
     void install();
     /// Reads the secrets again, after the person has changed one.
     void reloadSecrets();
@@ -44,12 +44,13 @@ private:
     void apply();
 
     Parts m_parts;
-    SystemClock m_clock;
+    SystemClock m_clock; // before the services that go by it
     Credentials m_credentials;
     std::shared_ptr<VideoNames> m_names;
     std::shared_ptr<RestService> m_rest;
     std::shared_ptr<FilmDatabase> m_films;
     std::vector<UserDefaults::Observation> m_observations;
     std::function<void()> m_observer;
+    bool m_isInstalled = false;
     std::shared_ptr<Services *> m_alive;
 };

@@ -20,6 +20,14 @@ bool isRedirect(int status)
 }
 } // namespace
 
+Error HttpClient::forbidden(const QUrl &url) const
+{
+    Error error = serviceError(Kind::Insecure, m_service, "not a permitted address: "_L1 + url.host());
+    error.localizedDescription = Bundle::main().localizedString(
+        u"The service cannot be asked at the address in the settings: it must begin with https."_s);
+    return error;
+}
+
 /// A request and the redirects it met.
 struct HttpClient::Journey
 {
@@ -66,8 +74,7 @@ HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &r
         step(journey);
         return journey;
     }
-    const Error refused =
-        serviceError(Kind::Insecure, m_service, "not a permitted address: "_L1 + request.url.host());
+    const Error refused = forbidden(request.url);
     journey->refusal = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(journey), refused] {
         if (const auto held = weak.lock())
             held->completion(refused);

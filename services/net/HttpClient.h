@@ -24,6 +24,7 @@ private:
     struct Journey;
     void step(const std::shared_ptr<Journey> &journey);
     void arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome);
+    Error forbidden(const QUrl &url) const;
     Result<QUrl> nextStop(const Journey &journey, const HttpAnswer &answer) const;
 
     Clock &m_clock;

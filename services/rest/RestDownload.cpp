@@ -3,8 +3,8 @@
 #include "RestErrors.h"
 #include "RestFiles.h"
 
+#include <platform/Bundle.h>
 #include <services/net/Json.h>
-#include <services/net/Redactor.h>
 #include <services/support/Background.h>
 
 #include <QJsonDocument>
@@ -85,7 +85,7 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
         return;
     }
     if (m_quota.isUsedUp(clock.date())) {
-        finish(job, m_quota.error(clock.date(), u"known to be used up"_s));
+        finish(job, limitReached(u"known to be used up"_s));
         return;
     }
     job->call = m_tools.session.send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*job->subtitle)},
@@ -111,10 +111,19 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
     transfer(job, *link);
 }
 
+Error RestDownload::limitReached(const QString &detail) const
+{
+    Error error = m_quota.error(m_tools.transport.clock().date(), detail);
+    if (!m_tools.session.settings().hasAccount())
+        error.localizedDescription +=
+            u' ' +
+            Bundle::main().localizedString(u"With an account, entered in the preferences, there are more."_s);
+    return error;
+}
+
 /// The link that an order's answer gives, once it is known to lead where it may.
 Result<QUrl> RestDownload::linkFrom(const HttpAnswer &answer)
 {
-    const QDateTime date = m_tools.transport.clock().date();
     const std::optional<QJsonObject> object = Json::object(answer.body);
     const bool isQuota = object && object->contains(u"remaining"_s);
     if (isQuota) {
@@ -123,7 +132,7 @@ Result<QUrl> RestDownload::linkFrom(const HttpAnswer &answer)
         setQuota(quota);
     }
     if (answer.status == 406 && isQuota)
-        return m_quota.error(date, RestErrors::message(answer));
+        return limitReached(RestErrors::message(answer));
     if (!answer.isSuccess())
         return RestErrors::error(answer);
     const auto nonsense = [](const QString &detail) {

@@ -53,6 +53,7 @@ private:
     void lookUp(const std::shared_ptr<Job> &job);
     void order(const std::shared_ptr<Job> &job);
     void takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
+    Error limitReached(const QString &detail) const;
     Result<QUrl> linkFrom(const HttpAnswer &answer);
     void transfer(const std::shared_ptr<Job> &job, const QUrl &link);
     void takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);

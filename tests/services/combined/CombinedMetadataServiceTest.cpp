@@ -1,6 +1,6 @@
 #include <platform/MainQueue.h>
 #include <services/combined/CombinedMetadataService.h>
-#include <standin/Caught.h>
+#include <timing/Caught.h>
 #include <support/Sandbox.h>
 
 #include <QTest>

@@ -2,7 +2,7 @@
 #include <services/catalogue/CatalogueServices.h>
 #include <services/combined/Services.h>
 #include <services/secrets/FileSecretStore.h>
-#include <standin/Caught.h>
+#include <timing/Caught.h>
 #include <standin/StandIn.h>
 #include <support/Sandbox.h>
 

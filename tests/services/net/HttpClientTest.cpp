@@ -1,8 +1,8 @@
 #include <services/net/HttpClient.h>
-#include <standin/Caught.h>
+#include <timing/Caught.h>
 #include <standin/Deformation.h>
 #include <standin/LoopbackServer.h>
-#include <standin/ManualClock.h>
+#include <timing/ManualClock.h>
 #include <standin/Packing.h>
 #include <support/Sandbox.h>
 

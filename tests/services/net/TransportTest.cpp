@@ -1,8 +1,8 @@
 #include <services/net/Transport.h>
-#include <standin/Caught.h>
+#include <timing/Caught.h>
 #include <standin/Deformation.h>
 #include <standin/LoopbackServer.h>
-#include <standin/ManualClock.h>
+#include <timing/ManualClock.h>
 #include <support/Sandbox.h>
 
 #include <QTest>

@@ -235,7 +235,8 @@ private Q_SLOTS:
         const auto sixth = m_fixture->download(RestFixture::subtitle(u"6"_s));
         QTRY_VERIFY(sixth->came());
         QCOMPARE(kindOf(*sixth), Kind::LimitReached);
-        QVERIFY((*sixth)->error().localizedDescription.contains(u"5"_s));
+        QVERIFY((*sixth)->error().localizedDescription.contains(u"all 5 downloads"_s));
+        QVERIFY((*sixth)->error().localizedDescription.contains(u"With an account"_s));
         QCOMPARE(orders(), 5);
         // What was fetched before is still to be had.
         const auto again = m_fixture->download(RestFixture::subtitle(u"3"_s));

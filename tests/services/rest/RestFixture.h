@@ -1,7 +1,8 @@
 #pragma once
 #include <platform/MainQueue.h>
 #include <services/rest/RestService.h>
-#include <standin/Caught.h>
+#include <timing/Caught.h>
+#include <timing/ManualClock.h>
 #include <standin/StandIn.h>
 #include <support/Sandbox.h>
 
@@ -13,7 +14,7 @@ class RestFixture final
 {
 public:
     explicit RestFixture(const Sandbox &sandbox)
-        : standIn(clock),
+        : standIn({[this] { return qint64(clock.now().count()); }, [this] { return clock.date(); }}),
           names(std::make_shared<VideoNames>()),
           m_folder(sandbox.path(QStringLiteral("rest")))
     {

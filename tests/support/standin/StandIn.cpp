@@ -15,11 +15,6 @@ StandInTime machineTime()
     return {[timer] { return timer.elapsed(); }, [] { return QDateTime::currentDateTimeUtc(); }};
 }
 
-StandInTime timeOf(const ManualClock &clock)
-{
-    return {[&clock] { return static_cast<qint64>(clock.now().count()); }, [&clock] { return clock.date(); }};
-}
-
 bool carriesKey(const ReceivedRequest &request)
 {
     return !request.header("Api-Key").isEmpty() || !request.header("Authorization").isEmpty() ||
@@ -29,9 +24,7 @@ bool carriesKey(const ReceivedRequest &request)
 
 StandIn::StandIn() : StandIn(machineTime()) {}
 
-StandIn::StandIn(const ManualClock &clock) : StandIn(timeOf(clock)) {}
-
-StandIn::StandIn(StandInTime time)
+StandIn::StandIn(const StandInTime &time)
     : m_subtitles(m_behaviours, time),
       m_films(m_behaviours),
       m_main([this](const ReceivedRequest &request) {

@@ -1,7 +1,6 @@
 #pragma once
 #include "FilmStandIn.h"
 #include "LoopbackServer.h"
-#include "ManualClock.h"
 #include "SubtitleStandIn.h"
 
 /// Both services on this machine: the subtitle service with its VIP host and its host of links, the film
@@ -11,7 +10,8 @@ class StandIn final
 public:
     /// Goes by the machine's clock.
     StandIn();
-    explicit StandIn(const ManualClock &clock);
+    /// Goes by a test's.
+    explicit StandIn(const StandInTime &time);
 
     void select(const QString &behaviour) { m_behaviours.select(behaviour); }
     void select(const QStringList &behaviours);
@@ -39,8 +39,6 @@ public:
     QStringList complaints() const;
 
 private:
-    explicit StandIn(StandInTime time);
-
     Behaviours m_behaviours;
     SubtitleStandIn m_subtitles;
     FilmStandIn m_films;

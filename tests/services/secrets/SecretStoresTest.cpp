@@ -3,7 +3,7 @@
 #include <services/secrets/Credentials.h>
 #include <services/secrets/EnvironmentSecrets.h>
 #include <services/secrets/KeychainSecretStore.h>
-#include <standin/Caught.h>
+#include <timing/Caught.h>
 #include <support/Sandbox.h>
 
 #include <QFileInfo>
@@ -40,7 +40,7 @@ Credentials loaded(SecretStore &store)
 }
 } // namespace
 
-class SecretsTest final : public QObject
+class SecretStoresTest final : public QObject
 {
     Q_OBJECT
 
@@ -185,5 +185,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(SecretsTest)
-#include "SecretsTest.moc"
+QTEST_GUILESS_MAIN(SecretStoresTest)
+#include "SecretStoresTest.moc"

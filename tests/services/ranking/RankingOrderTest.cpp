@@ -32,7 +32,7 @@ QStringList names(const QList<SubtitlePtr> &subtitles)
 }
 } // namespace
 
-class RankingTest final : public QObject
+class RankingOrderTest final : public QObject
 {
     Q_OBJECT
 
@@ -122,5 +122,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RankingTest)
-#include "RankingTest.moc"
+QTEST_APPLESS_MAIN(RankingOrderTest)
+#include "RankingOrderTest.moc"

@@ -1,0 +1,122 @@
+#include "FilmFixture.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class FilmCacheTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<FilmFixture>(m_sandbox); }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+        m_fixture.reset();
+    }
+
+    void answersAreKept()
+    {
+        const auto first = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->restart();
+        const auto second = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QVERIFY(**second);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 2); // find and configuration, once
+        QCOMPARE(m_fixture->standIn.images().requests().size(), 1);
+    }
+
+    void staleAnswersAreAskedAboutAgain()
+    {
+        const auto first = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->pass(31 * 24h);
+        const auto second = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QVERIFY(**second);
+        QVERIFY(!m_fixture->standIn.images().requests().constLast().header("If-None-Match").isEmpty());
+        // "Not changed" makes it fresh once more.
+        m_fixture->pass(20 * 24h);
+        const auto third = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(third->came());
+        QCOMPARE(m_fixture->standIn.images().requests().size(), 2);
+    }
+
+    void serversLifetimeIsObeyed()
+    {
+        const auto first = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->pass(59min);
+        const auto second = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
+        m_fixture->pass(2min);
+        const auto third = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(third->came());
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
+    }
+
+    void oldAnswersHelpWhenNobodyAnswers()
+    {
+        const auto first = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->pass(60 * 24h);
+        m_fixture->standIn.stop();
+        const auto second = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QVERIFY(**second);
+    }
+
+    void nothingIsKeptLongerThanTheTermsAllow()
+    {
+        const auto first = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->pass(181 * 24h);
+        m_fixture->standIn.stop();
+        const auto second = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QCOMPARE(kindIn(*second), Kind::Unavailable);
+    }
+
+    void emptiedCacheAsksAgain()
+    {
+        const auto first = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->films->emptyCache();
+        const auto second = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
+    }
+
+    void otherLanguagesAreOtherAnswers()
+    {
+        const auto first = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(first->came());
+        m_fixture->films->preferredLanguage = u"de"_s;
+        const auto second = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY(second->came());
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
+    }
+
+    void shortKeysWorkToo()
+    {
+        m_fixture->settings.key = QString::fromLatin1(FilmStandIn::Key);
+        m_fixture->restart();
+        const auto picture = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY(picture->came());
+        QVERIFY(**picture);
+        for (const QFileInfo &file : QDir(m_fixture->folder()).entryInfoList(QDir::Files)) {
+            QFile kept(file.filePath());
+            QVERIFY(kept.open(QIODevice::ReadOnly));
+            QVERIFY(!kept.readAll().contains(FilmStandIn::Key));
+        }
+    }
+
+private:
+    Sandbox m_sandbox;
+    std::unique_ptr<FilmFixture> m_fixture;
+};
+
+QTEST_MAIN(FilmCacheTest)
+#include "FilmCacheTest.moc"

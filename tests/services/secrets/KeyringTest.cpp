@@ -1,0 +1,107 @@
+#include <services/secrets/KeychainSecretStore.h>
+#include <support/Sandbox.h>
+#include <timing/Caught.h>
+
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// With a real keyring: a session bus and a keyring daemon of this test's own.
+class KeyringTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (QStandardPaths::findExecutable(u"dbus-daemon"_s).isEmpty() ||
+            QStandardPaths::findExecutable(u"gnome-keyring-daemon"_s).isEmpty())
+            QSKIP("no keyring daemon on this machine");
+        startBus();
+        startKeyring();
+    }
+
+    void cleanupTestCase()
+    {
+        for (QProcess *process : {&m_keyring, &m_bus}) {
+            process->terminate();
+            if (process->state() != QProcess::NotRunning)
+                process->waitForFinished();
+        }
+    }
+
+    void secretsAreKeptAndRemoved()
+    {
+        KeychainSecretStore store(
+            [](const QString &, const std::function<void(bool)> &) { QFAIL("asked for a file"); },
+            FileSecretStore(filePath()));
+        QCOMPARE(read(store), u"(none)"_s);
+        QVERIFY(write(store, u"a key, and “more”"_s));
+        QCOMPARE(read(store), u"a key, and “more”"_s);
+        QVERIFY(!QFileInfo::exists(filePath()));
+        QVERIFY(write(store, {}));
+        QCOMPARE(read(store), u"(none)"_s);
+    }
+
+    void keyringTakesOverFromTheFile()
+    {
+        const FileSecretStore file(filePath());
+        QVERIFY(file.store(Secret::SubtitleKey, u"old"_s));
+        KeychainSecretStore store({}, file);
+        QCOMPARE(read(store), u"old"_s);
+        QVERIFY(write(store, u"new"_s));
+        QVERIFY(!QFileInfo::exists(filePath()));
+        QCOMPARE(read(store), u"new"_s);
+    }
+
+private:
+    void startBus()
+    {
+        m_bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s,
+                                       u"--address=unix:dir="_s + m_sandbox.path(u"."_s)});
+        QVERIFY(m_bus.waitForReadyRead());
+        qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
+    }
+
+    void startKeyring()
+    {
+        m_keyring.start(u"gnome-keyring-daemon"_s,
+                        {u"--foreground"_s, u"--unlock"_s, u"--components=secrets"_s,
+                         u"--control-directory"_s, m_sandbox.path(u"control"_s)});
+        QVERIFY(m_keyring.waitForStarted());
+        m_keyring.write("password of this test");
+        m_keyring.closeWriteChannel();
+        KeychainSecretStore store({}, FileSecretStore(filePath()));
+        QTRY_COMPARE(read(store), u"(none)"_s);
+    }
+
+    static QString read(KeychainSecretStore &store)
+    {
+        auto caught = std::make_shared<Caught<std::optional<QString>>>();
+        store.read(Secret::SubtitleKey,
+                   [caught](const Result<std::optional<QString>> &result) { caught->completion()(result); });
+        if (!QTest::qWaitFor([&] { return caught->came(); }) || !**caught)
+            return u"(unreadable)"_s;
+        return (**caught)->value_or(u"(none)"_s);
+    }
+
+    static bool write(KeychainSecretStore &store, const QString &text)
+    {
+        auto caught = std::make_shared<Caught<void>>();
+        store.write(Secret::SubtitleKey, text,
+                    [caught](const Result<void> &result) { caught->completion()(result); });
+        return QTest::qWaitFor([&] { return caught->came(); }) && (*caught)->hasValue();
+    }
+
+    QString filePath() const { return m_sandbox.path(u"config/secrets"_s); }
+
+    Sandbox m_sandbox;
+    QProcess m_bus;
+    QProcess m_keyring;
+};
+
+QTEST_GUILESS_MAIN(KeyringTest)
+#include "KeyringTest.moc"
