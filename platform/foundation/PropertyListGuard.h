@@ -7,8 +7,8 @@
 
 bool isBinaryPropertyList(const QByteArray &content);
 
-/// Whether a binary list nests at most MaxPropertyListDepth deep, without cycles, has at most
-/// MaxPropertyListValues objects and expands to at most MaxPropertyListExpandedBytes.
+/// Whether a binary list nests at most MaxPropertyListDepth deep, has at most MaxPropertyListValues objects,
+/// expands to at most MaxPropertyListExpandedBytes, and is sound as far as the library relies on it.
 bool isHarmlessBinaryPropertyList(const QByteArray &content);
 
 /// The elements of an XML list alone, written anew: no document type, comments or instructions. Empty when it

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void binaryListThatExpandsIsRefused();
     void binaryTextThatExpandsIsRefused();
     void binaryReferencesOutsideTheFileAreRefused();
+    void binaryKeyThatIsNoTextIsRefused();
     void everyDamagedByteIsSurvived_data();
     void everyDamagedByteIsSurvived();
     void everyCutIsSurvived();
@@ -236,6 +237,18 @@ void PropertyListTest::binaryReferencesOutsideTheFileAreRefused()
     QVERIFY(!parsePropertyList(handmade({QByteArray("\xA1\x07", 2)})));
     QVERIFY(!parsePropertyList(handmade({QByteArray("\xAF\x13\xff\xff\xff\xff\xff\xff\xff\xff", 10)})));
     QVERIFY(!parsePropertyList(handmade({QByteArray("\x4F\x13\x7f\xff\xff\xff\xff\xff\xff\xff", 10)})));
+}
+
+void PropertyListTest::binaryKeyThatIsNoTextIsRefused()
+{
+    const QByteArray dictionary("\xD1\x01\x02", 3);
+    const QByteArray text("\x51x", 2);
+    QVERIFY(parsePropertyList(handmade({dictionary, QByteArray("\x52xy", 3), text})));
+    QVERIFY(parsePropertyList(handmade({dictionary, QByteArray("\x61\x04\x3A", 3), text})));
+    QVERIFY(!parsePropertyList(handmade({dictionary, QByteArray("\x10\x2A", 2), text})));
+    QVERIFY(!parsePropertyList(handmade({dictionary, QByteArray("\xA0", 1), text})));
+    QVERIFY(!parsePropertyList(handmade({dictionary, QByteArray("\x52x\0", 3), text})));
+    QVERIFY(!parsePropertyList(handmade({dictionary, QByteArray("\x61\0\0", 3), text})));
 }
 
 void PropertyListTest::everyDamagedByteIsSurvived_data()
