@@ -1,0 +1,52 @@
+# Writes the desktop entry and the bus service for the prefix that is installed to, then lets the desktop look again.
+# Run by `cmake --install`, with plovendix_source and plovendix_bindir set.
+get_filename_component(prefix "${CMAKE_INSTALL_PREFIX}" ABSOLUTE)
+set(target "$ENV{DESTDIR}${prefix}")
+set(program "${prefix}/${plovendix_bindir}/plovendix")
+
+# The bus reads a command line as a shell does; inside double quotes these keep their meaning.
+string(REGEX REPLACE "([\\\\\"`$])" "\\\\\\1" escaped "${program}")
+set(quoted_program "\"${escaped}\"")
+# A desktop entry's value is unescaped once more before that, and "%" begins a field code.
+string(REPLACE "\\" "\\\\" entry_program "${quoted_program}")
+string(REPLACE "%" "%%" entry_program "${entry_program}")
+if(program MATCHES "^[A-Za-z0-9_/.+-]+$")
+    set(quoted_program "${program}")
+    set(entry_program "${program}")
+endif()
+
+function(plovendix_entry name folder)
+    file(MAKE_DIRECTORY "${target}/share/${folder}")
+    message(STATUS "Installing: ${target}/share/${folder}/${name}")
+    configure_file("${plovendix_source}/${name}.in" "${target}/share/${folder}/${name}" @ONLY)
+    file(CHMOD "${target}/share/${folder}/${name}"
+        PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+endfunction()
+plovendix_entry(com.quorvane.Plovendix.desktop applications)
+plovendix_entry(com.quorvane.Plovendix.service dbus-1/services)
+
+# A package's own scripts do the rest when it is unpacked.
+if(DEFINED ENV{DESTDIR})
+    return()
+endif()
+
+function(plovendix_refresh command)
+    find_program(plovendix_${command} ${command})
+    if(plovendix_${command})
+        execute_process(COMMAND "${plovendix_${command}}" ${ARGN} OUTPUT_QUIET ERROR_QUIET)
+    else()
+        message(STATUS "Not refreshed, because ${command} is not installed")
+    endif()
+endfunction()
+plovendix_refresh(update-desktop-database "${prefix}/share/applications")
+if(EXISTS "${prefix}/share/mime/packages")
+    plovendix_refresh(update-mime-database "${prefix}/share/mime")
+endif()
+# Without a theme of its own in the prefix there is no cache to refresh, and icons are looked up as files.
+if(EXISTS "${prefix}/share/icons/hicolor/index.theme")
+    plovendix_refresh(gtk-update-icon-cache -q -f "${prefix}/share/icons/hicolor")
+endif()
+# A folder that was not there when the session began is not watched yet.
+if(DEFINED ENV{DBUS_SESSION_BUS_ADDRESS})
+    plovendix_refresh(dbus-send --session --type=method_call --dest=org.freedesktop.DBus / org.freedesktop.DBus.ReloadConfig)
+endif()
