@@ -1,11 +1,29 @@
 #include <app/AppDelegate.h>
+#include <platform/Bundle.h>
+#include <platform/URLEventCentre.h>
 #include <platform/UserDefaults.h>
 #include <platform/ValueTransformer.h>
+#include <platform/Workspace.h>
 #include <support/Sandbox.h>
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+class NotingWorkspace final : public Workspace
+{
+public:
+    QList<QUrl> opened;
+
+    bool openURL(const QUrl &url) override
+    {
+        opened += url;
+        return false;
+    }
+};
+} // namespace
 
 class AppDelegateTest : public QObject
 {
@@ -54,6 +72,72 @@ private Q_SLOTS:
         delegate.setExternalRequest(ExternalRequest{QUrl(u"file:///two"_s), {}});
         QCOMPARE(delegate.externalRequest()->url, QUrl(u"file:///two"_s));
         QCOMPARE(PendingRequest::shared(), &delegate);
+    }
+
+    void obtainsTheUpdaterWhenLaunchHasFinished()
+    {
+        int obtained = 0;
+        AppDelegate delegate({.obtainSharedUpdater = [&obtained] { ++obtained; }});
+        delegate.applicationWillFinishLaunching();
+        QCOMPARE(obtained, 0);
+        delegate.applicationDidFinishLaunching();
+        QCOMPARE(obtained, 1);
+    }
+
+    void visitsTheWebsiteWhetherOrNotItOpens()
+    {
+        const auto workspace = std::make_shared<NotingWorkspace>();
+        Workspace::setSharedWorkspace(workspace);
+        AppDelegate().visitQuorvane(nullptr);
+        Workspace::setSharedWorkspace({});
+        QCOMPARE(workspace->opened, QList<QUrl>{QUrl(u"https://www.quorvane.example/"_s)});
+    }
+
+    void describesTheProgramInFeedbackReports()
+    {
+        const QMap<QString, QString> parameters = AppDelegate().customParametersForFeedbackReport();
+        QCOMPARE(parameters.keys(), (QStringList{u"application"_s, u"identifier"_s, u"version"_s}));
+        QCOMPARE(parameters[u"identifier"_s], u"com.quorvane.Plovendix"_s);
+        QCOMPARE(parameters[u"application"_s], u"Plovendix"_s);
+        QCOMPARE(parameters[u"version"_s], u"1.0"_s);
+    }
+
+    void missingInformationIsFatal_data()
+    {
+        QTest::addColumn<QString>("missing");
+        for (const QString &key :
+             {u"CFBundleIdentifier"_s, u"CFBundleName"_s, u"CFBundleShortVersionString"_s})
+            QTest::newRow(qUtf8Printable(key)) << key;
+    }
+    void missingInformationIsFatal()
+    {
+        QFETCH(QString, missing);
+        QString list = u"<plist version=\"1.0\"><dict>"_s;
+        for (const QString &key :
+             {u"CFBundleIdentifier"_s, u"CFBundleName"_s, u"CFBundleShortVersionString"_s})
+            list += u"<key>%1</key><string>x</string>"_s.arg(key == missing ? u"Other"_s : key);
+        m_sandbox->writeFile(u"bundle/Info.plist"_s, (list + u"</dict></plist>"_s).toUtf8());
+        Bundle::setMainFolder(m_sandbox->path(u"bundle"_s));
+        const AppDelegate delegate;
+        const FatalFaultTrap trap;
+        QVERIFY_EXCEPTION_THROWN(delegate.customParametersForFeedbackReport(), FatalFaultCaught);
+    }
+
+    void urlEventsKeepTheirOrder()
+    {
+        URLEventCentre centre;
+        for (int i = 0; i < 20; ++i)
+            centre.send({QString::number(i)});
+        QStringList received;
+        centre.setEventHandler([&received](const GetURLEvent &event) { received += *event.directParameter; });
+        QCOMPARE(received.size(), 16);
+        QCOMPARE(received.first(), u"4"_s);
+        QCOMPARE(received.last(), u"19"_s);
+        centre.send({u"now"_s});
+        QCOMPARE(received.last(), u"now"_s);
+        centre.setEventHandler({});
+        centre.send({u"later"_s});
+        QCOMPARE(received.last(), u"now"_s);
     }
 
     void endsTheProgramWithItsLastWindow()

@@ -1,44 +1,16 @@
 #pragma once
+#include "PrivateBus.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>
 #include <QMap>
-#include <QProcess>
 #include <QVariant>
 
 using SettingsOfNamespaces = QMap<QString, QVariantMap>;
 Q_DECLARE_METATYPE(SettingsOfNamespaces)
-
-/// A session bus of the test's own. Made before the application object, for Qt finds the bus by the
-/// environment.
-class PrivateBus final
-{
-public:
-    PrivateBus()
-    {
-        m_daemon.start(
-            QStringLiteral("dbus-daemon"),
-            {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        if (m_daemon.waitForReadyRead())
-            m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-        qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
-    }
-    ~PrivateBus()
-    {
-        m_daemon.terminate();
-        m_daemon.waitForFinished();
-    }
-    PrivateBus(const PrivateBus &) = delete;
-    PrivateBus &operator=(const PrivateBus &) = delete;
-
-    QString address() const { return m_address; }
-
-private:
-    QProcess m_daemon;
-    QString m_address;
-};
 
 /// Stands in for the desktop's settings portal: answers ReadAll with what the test set, whatever its shape,
 /// and sends the signal of a change.
