@@ -34,7 +34,6 @@ QRect scrollBarSlider(const QStyleOptionSlider &option)
 
 void drawScrollBar(QPainter &painter, const QStyleOptionSlider &option, const QRect &slider)
 {
-    painter.fillRect(option.rect, option.palette.brush(QPalette::Base));
     if (option.maximum <= option.minimum)
         return;
     const bool pressed =

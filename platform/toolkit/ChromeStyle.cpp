@@ -213,6 +213,7 @@ int ChromeStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
 {
     switch (metric) {
     case PM_ScrollBarExtent:
+    case PM_ScrollView_ScrollBarOverlap: // it lies over the content, which keeps the whole width
         return 10;
     case PM_ScrollBarSliderMin:
         return 28;

@@ -6,6 +6,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QListWidget>
 #include <QMenu>
 #include <QScrollBar>
 #include <QStyleOption>
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void scrollBarHandle_data();
     void scrollBarHandle();
     void scrollBarHasNoArrows();
+    void scrollBarLiesOverTheContent();
     void menuKeepsTextAndShortcutApart();
     void listOfAComboBoxShowsAllItsRows();
     void separatorsOfAComboBoxStayLow();
@@ -102,6 +104,21 @@ void ChromeListsTest::scrollBarHasNoArrows()
     QCOMPARE(bar.sizeHint().width(), 10);
     QTest::mouseClick(&bar, Qt::LeftButton, {}, {5, 2});
     QVERIFY2(bar.value() < 499, "A click at the end went one step, as on an arrow");
+}
+
+void ChromeListsTest::scrollBarLiesOverTheContent()
+{
+    QListWidget list;
+    list.setFrameShape(QFrame::NoFrame);
+    for (int i = 0; i < 100; ++i)
+        list.addItem(u"Harbour Lights"_s);
+    list.resize(200, 100);
+    list.show();
+    QTRY_VERIFY(list.verticalScrollBar()->isVisible());
+    QCOMPARE(list.viewport()->width(), list.width());
+    // It can be reached there.
+    QVERIFY(list.verticalScrollBar()->isAncestorOf(list.childAt(195, 50)) ||
+            list.verticalScrollBar() == list.childAt(195, 50));
 }
 
 void ChromeListsTest::menuKeepsTextAndShortcutApart()
