@@ -110,7 +110,7 @@ private Q_SLOTS:
             Caught<QImage> picture;
             m_combined->fetchImage({handle}, ImageKind::Poster, Points, picture.completion());
             QVERIFY(!picture.came());
-            QTRY_VERIFY(picture.came());
+            QTRY_VERIFY_WITH_TIMEOUT(picture.came(), Patience);
             QVERIFY(!*picture);
         }
     }
@@ -132,7 +132,7 @@ private:
     {
         Caught<FindResult> found;
         m_combined->findExternally(id, ExternalSource::imdb, found.completion());
-        if (found.came() || !QTest::qWaitFor([&] { return found.came(); }))
+        if (found.came() || !QTest::qWaitFor([&] { return found.came(); }, Patience))
             return u"never"_s;
         if (!*found)
             return found->error().localizedDescription;
@@ -141,7 +141,7 @@ private:
         Caught<QImage> picture;
         m_combined->fetchImage((*found)->movieResults.first(), ImageKind::Poster, Points,
                                picture.completion());
-        if (!QTest::qWaitFor([&] { return picture.came(); }))
+        if (!QTest::qWaitFor([&] { return picture.came(); }, Patience))
             return u"never"_s;
         return *picture ? u"picture"_s : picture->error().localizedDescription;
     }

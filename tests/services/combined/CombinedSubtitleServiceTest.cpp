@@ -2,6 +2,7 @@
 #include <services/combined/CombinedSubtitleService.h>
 #include <services/net/ServiceError.h>
 #include <support/Sandbox.h>
+#include <timing/Caught.h>
 
 #include <QTest>
 
@@ -95,7 +96,7 @@ private Q_SLOTS:
         m_rest->waiting[0](rows({subtitle(u"rest"_s, u"b"_s), subtitle(u"rest"_s, u"exact"_s, true)}));
         QCOMPARE(m_answers.load(), 0);
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
-        QTRY_COMPARE(m_answers.load(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
         QCOMPARE(names(), (QStringList{u"exact"_s, u"a"_s, u"b"_s}));
     }
 
@@ -104,7 +105,7 @@ private Q_SLOTS:
         query();
         m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Paper.Lighthouse-ABC"_s)}));
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Paper Lighthouse ABC.srt"_s)}));
-        QTRY_COMPARE(m_answers.load(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
         QCOMPARE(names(), QStringList{u"Paper Lighthouse ABC.srt"_s});
     }
 
@@ -114,7 +115,7 @@ private Q_SLOTS:
         m_combined->query({{Param::byteSize, u"5"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}}, answer());
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Film.2019.720p.BluRay-XYZ"_s)}));
         m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Film.2019.1080p.WEB-ABC"_s)}));
-        QTRY_COMPARE(m_answers.load(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
         QCOMPARE(names().constFirst(), u"Film.2019.1080p.WEB-ABC"_s);
     }
 
@@ -148,7 +149,7 @@ private Q_SLOTS:
         query();
         m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
         m_rest->waiting[0](made(rest, u"rest"_s));
-        QTRY_COMPARE(m_answers.load(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
         if (outcome < 0)
             QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
         else
@@ -161,7 +162,7 @@ private Q_SLOTS:
         query();
         QCOMPARE(m_rest->queries.size(), 0);
         m_catalogue->waiting[0](rows({}));
-        QTRY_COMPARE(m_answers.load(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
         QVERIFY(*m_last);
     }
 
@@ -178,7 +179,7 @@ private Q_SLOTS:
             m_catalogue->waiting[i](rows({subtitle(u"catalogue"_s, QString::number(i))}));
             m_rest->waiting[i](rows({}));
         }
-        QTRY_COMPARE(m_answers.load(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
         QCOMPARE(names(), QStringList{u"2"_s});
     }
 
@@ -201,7 +202,7 @@ private Q_SLOTS:
                                              m_names, [] { return RankingPreferences(); });
             std::atomic<int> count = 0;
             combined.query(Words, [&](const Result<QueryResult> &) { ++count; });
-            QTRY_COMPARE(count.load(), 1);
+            QTRY_COMPARE_WITH_TIMEOUT(count.load(), 1, Patience);
         }
     }
 
@@ -220,7 +221,7 @@ private Q_SLOTS:
         });
         one.join();
         other.join();
-        QTRY_COMPARE(m_answers.load(), Queries);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), Queries, Patience);
     }
 
     void serviceMayGoBeforeItsAnswers()
@@ -250,7 +251,7 @@ private Q_SLOTS:
         std::optional<Result<QUrl>> came;
         m_combined->download(subtitle(u"gone"_s, u"a"_s), [&](const Result<QUrl> &result) { came = result; });
         QVERIFY(!came);
-        QTRY_VERIFY(came);
+        QTRY_VERIFY_WITH_TIMEOUT(came, Patience);
         QVERIFY(!*came);
         QVERIFY(!came->error().localizedDescription.isEmpty());
     }

@@ -82,18 +82,18 @@ private Q_SLOTS:
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         QVERIFY(m_secrets->store(Secret::MetadataKey, QString::fromLatin1(FilmStandIn::Key)));
         start();
-        QTRY_VERIFY(m_services->asksTheNetwork());
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
         const auto result = search();
         QVERIFY(result);
         QCOMPARE(result->subtitles->size(), 3);
         Caught<FindResult> found;
         MetadataService::shared().findExternally(u"tt9000002"_s, ExternalSource::imdb, found.completion());
-        QTRY_VERIFY(found.came());
+        QTRY_VERIFY_WITH_TIMEOUT(found.came(), Patience);
         QCOMPARE((*found)->movieResults.size(), 1);
         Caught<QImage> poster;
         MetadataService::shared().fetchImage((*found)->movieResults[0], ImageKind::Poster, {154, 154},
                                              poster.completion());
-        QTRY_VERIFY(poster.came());
+        QTRY_VERIFY_WITH_TIMEOUT(poster.came(), Patience);
         QVERIFY(*poster);
     }
 
@@ -101,15 +101,17 @@ private Q_SLOTS:
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         start();
-        QTRY_VERIFY(m_services->asksTheNetwork());
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
         int changes = 0;
         m_services->setObserver([&] { ++changes; });
         UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, u" reader "_s);
-        QTRY_COMPARE(m_services->rest().settings().userName, u"reader"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().userName, u"reader"_s, Patience);
         UserDefaults::standard().setObject(u"SubtitleHearingImpaired"_s, u"preferred"_s);
-        QTRY_COMPARE(m_services->rest().settings().preferences.hearingImpaired, Liking::Preferred);
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().preferences.hearingImpaired,
+                                  Liking::Preferred, Patience);
         UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, u"https://other.example/api"_s);
-        QTRY_COMPARE(m_services->rest().settings().base, QUrl(u"https://other.example/api"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().base, QUrl(u"https://other.example/api"_s),
+                                  Patience);
         QCOMPARE(changes, 3);
     }
 
@@ -117,10 +119,10 @@ private Q_SLOTS:
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         start();
-        QTRY_VERIFY(m_services->asksTheNetwork());
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
         QVERIFY(m_secrets->store(Secret::SubtitleKey, {}));
         m_services->reloadSecrets();
-        QTRY_VERIFY(!m_services->asksTheNetwork());
+        QTRY_VERIFY_WITH_TIMEOUT(!m_services->asksTheNetwork(), Patience);
     }
 
     void standardAddressesArePublic()
@@ -137,7 +139,7 @@ private Q_SLOTS:
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         start();
-        QTRY_VERIFY(m_services->asksTheNetwork());
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
         UserDefaults::standard().synchronize();
         QFile file(UserDefaults::standard().path());
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -150,16 +152,16 @@ private Q_SLOTS:
         QVERIFY(m_secrets->store(Secret::SubtitlePassword, SubtitleStandIn::Password));
         UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, SubtitleStandIn::UserName);
         start();
-        QTRY_VERIFY(m_services->asksTheNetwork());
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
         const auto result = search();
         QVERIFY(result);
         Caught<QUrl> file;
         SubtitleService::shared().download(result->subtitles->constFirst(), file.completion());
-        QTRY_VERIFY(file.came());
+        QTRY_VERIFY_WITH_TIMEOUT(file.came(), Patience);
         QVERIFY(*file);
         bool done = false;
         m_services->shutDown([&] { done = true; });
-        QTRY_VERIFY(done);
+        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
         QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
     }
 
@@ -181,8 +183,9 @@ private:
                                             *result = answer;
                                             *came = true;
                                         });
-        return QTest::qWaitFor([&] { return came->load(); }) ? *result
-                                                             : Error{u"test"_s, 1, u"never answered"_s};
+        return QTest::qWaitFor([&] { return came->load(); }, Patience)
+                   ? *result
+                   : Error{u"test"_s, 1, u"never answered"_s};
     }
 
     Sandbox m_sandbox;

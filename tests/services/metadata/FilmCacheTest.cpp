@@ -18,10 +18,10 @@ private Q_SLOTS:
     void answersAreKept()
     {
         const auto first = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->restart();
         const auto second = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2); // find and configuration, once
         QCOMPARE(m_fixture->standIn.images().requests().size(), 1);
@@ -30,72 +30,72 @@ private Q_SLOTS:
     void staleAnswersAreAskedAboutAgain()
     {
         const auto first = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->pass(31 * 24h);
         const auto second = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QVERIFY(!m_fixture->standIn.images().requests().constLast().header("If-None-Match").isEmpty());
         // "Not changed" makes it fresh once more.
         m_fixture->pass(20 * 24h);
         const auto third = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(third->came());
+        QTRY_VERIFY_WITH_TIMEOUT(third->came(), Patience);
         QCOMPARE(m_fixture->standIn.images().requests().size(), 2);
     }
 
     void serversLifetimeIsObeyed()
     {
         const auto first = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->pass(59min);
         const auto second = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
         m_fixture->pass(2min);
         const auto third = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(third->came());
+        QTRY_VERIFY_WITH_TIMEOUT(third->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
 
     void oldAnswersHelpWhenNobodyAnswers()
     {
         const auto first = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->pass(60 * 24h);
         m_fixture->standIn.stop();
         const auto second = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
     }
 
     void nothingIsKeptLongerThanTheTermsAllow()
     {
         const auto first = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->pass(181 * 24h);
         m_fixture->standIn.stop();
         const auto second = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(kindIn(*second), Kind::Unavailable);
     }
 
     void emptiedCacheAsksAgain()
     {
         const auto first = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->films->emptyCache();
         const auto second = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
 
     void otherLanguagesAreOtherAnswers()
     {
         const auto first = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->films->preferredLanguage = u"de"_s;
         const auto second = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
 
@@ -104,7 +104,7 @@ private Q_SLOTS:
         m_fixture->settings.key = QString::fromLatin1(FilmStandIn::Key);
         m_fixture->restart();
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QVERIFY(**picture);
         for (const QFileInfo &file : QDir(m_fixture->folder()).entryInfoList(QDir::Files)) {
             QFile kept(file.filePath());

@@ -20,7 +20,7 @@ private Q_SLOTS:
         m_fixture->films->preferredLanguage = u"pb"_s;
         const auto found = m_fixture->find(u"tt9000002"_s);
         QVERIFY(!found->came());
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QCOMPARE((**found)->movieResults.size(), 1);
         QCOMPARE((**found)->tvResults.size(), 0);
         const ReceivedRequest request = m_fixture->standIn.main().requests().constFirst();
@@ -40,7 +40,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, id);
         const auto found = m_fixture->find(id);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QCOMPARE((**found)->movieResults.size(), 1);
     }
 
@@ -55,7 +55,7 @@ private Q_SLOTS:
         QFETCH(const QString, id);
         const auto found = m_fixture->find(id);
         QVERIFY(!found->came());
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QVERIFY(**found);
         QCOMPARE((**found)->movieResults.size() + (**found)->tvResults.size(), 0);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
@@ -64,7 +64,7 @@ private Q_SLOTS:
     void unknownFilmIsAnEmptyAnswer()
     {
         const auto found = m_fixture->find(u"tt1234567"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QVERIFY(**found);
         QCOMPARE((**found)->movieResults.size(), 0);
     }
@@ -72,11 +72,11 @@ private Q_SLOTS:
     void showStandsForItsEpisode()
     {
         const auto found = m_fixture->find(u"tt9000011"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QCOMPARE((**found)->movieResults.size(), 0);
         QCOMPARE((**found)->tvResults.size(), 1);
         const auto picture = m_fixture->image((**found)->tvResults[0]);
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QVERIFY(**picture);
         QCOMPARE(m_fixture->standIn.images().requests().constFirst().target, "/t/p/w154/show.jpg");
     }
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QVERIFY(!**found);
         QTEST(static_cast<int>(kindIn(*found)), "kind");
         QVERIFY(!(*found)->error().detail.contains(QString::fromLatin1(FilmStandIn::Token)));
@@ -116,7 +116,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"film-too-fast"_s);
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QVERIFY(**found);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
@@ -125,7 +125,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"html@show"_s);
         const auto found = m_fixture->find(u"tt9000011"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QVERIFY(!**found);
     }
 
@@ -134,7 +134,7 @@ private Q_SLOTS:
         m_fixture->settings.key.clear();
         m_fixture->restart();
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         QCOMPARE(kindIn(*found), Kind::KeyRefused);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
@@ -143,7 +143,7 @@ private Q_SLOTS:
     {
         const auto found = m_fixture->find(u"tt9000002"_s);
         const auto picture = m_fixture->image({QVariantMap{{u"poster"_s, u"/a.jpg"_s}}});
-        QTRY_VERIFY(!m_fixture->standIn.main().requests().isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->standIn.main().requests().isEmpty(), Patience);
         m_fixture->films.reset();
         MainQueue::shared().runUntilIdle();
         QVERIFY(!picture->came());

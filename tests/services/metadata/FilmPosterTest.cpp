@@ -29,7 +29,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, target);
         m_fixture->ratio = ratio;
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QVERIFY2(**picture, **picture ? "" : qPrintable((*picture)->error().detail));
         const QImage poster = ***picture;
         QCOMPARE(poster.width(), static_cast<int>(154 * ratio));
@@ -43,7 +43,7 @@ private Q_SLOTS:
     void filmWithoutAPosterHasNone()
     {
         const auto picture = m_fixture->posterOf(u"tt9000004"_s);
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QVERIFY(!**picture);
         QCOMPARE(m_fixture->standIn.images().requests().size(), 0);
     }
@@ -52,7 +52,7 @@ private Q_SLOTS:
     {
         const auto picture = m_fixture->image({QVariantList{u"/some/catalogue"_s, 5}});
         QVERIFY(!picture->came());
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QVERIFY(!**picture);
     }
 
@@ -68,32 +68,32 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QVERIFY(!**picture);
         m_fixture->standIn.clearBehaviours();
         const auto again = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY(again->came());
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
         QVERIFY(**again);
     }
 
     void twoPicturesAtATime()
     {
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY(found->came());
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
         m_fixture->standIn.select(u"silent@image"_s);
         QList<std::shared_ptr<Caught<QImage>>> pictures;
         for (const char *path : {"/a.jpg", "/b.jpg", "/c.jpg", "/d.jpg"})
             pictures += m_fixture->image({QVariantMap{{u"poster"_s, QString::fromLatin1(path)}}});
         // Time stands still while one is on the wire; these seconds are for the rate.
-        QTRY_COMPARE(m_fixture->standIn.images().requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
         m_fixture->clock.advance(2s);
-        QTRY_COMPARE(m_fixture->standIn.images().requests().size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 2, Patience);
         m_fixture->clock.advance(2s);
         QCOMPARE(m_fixture->clock.pending().size(), 4); // the limits of two requests and nothing else
         m_fixture->standIn.clearBehaviours();
         m_fixture->clock.advance(20s);
         for (const auto &picture : pictures) {
-            QTRY_VERIFY(picture->came());
+            QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
             QVERIFY(**picture);
         }
     }
@@ -102,10 +102,10 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"drip@image"_s);
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_COMPARE(m_fixture->standIn.images().requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
         m_fixture->standIn.drip();
         m_fixture->standIn.stop();
-        QTRY_VERIFY(picture->came());
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
         QCOMPARE(kindIn(*picture), Kind::Unavailable);
     }
 

@@ -122,7 +122,7 @@ private Q_SLOTS:
 
     void bombIsRefused()
     {
-        m_answer.body = gzipped(QByteArray(64 * 1024 * 1024, ' '));
+        m_answer.body = gzipped(QByteArray(16 * 1024 * 1024, ' '));
         m_answer.setHeader("Content-Encoding", "gzip");
         get();
         QCOMPARE(failureOf(*m_caught), Kind::BadAnswer);
@@ -148,7 +148,7 @@ private Q_SLOTS:
         HttpRequest request;
         request.url = QUrl(u"https://nowhere.invalid/"_s);
         start(request, HostRules({u"nowhere.invalid"_s}));
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QCOMPARE(failureOf(*m_caught), Kind::Offline);
     }
 
@@ -156,12 +156,12 @@ private Q_SLOTS:
     {
         m_answer.delivery = Delivery::StalledAfterHeaders;
         start(request());
-        QTRY_COMPARE(m_server->requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
         waitForLimits({20s, 60s});
         m_clock->advance(19s);
         QVERIFY(!m_caught->came());
         m_clock->advance(1s);
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QCOMPARE(failureOf(*m_caught), Kind::Timeout);
     }
 
@@ -170,7 +170,7 @@ private Q_SLOTS:
         m_answer.body = QByteArray(100, 'x');
         m_answer.delivery = Delivery::Dripped;
         start(request());
-        QTRY_COMPARE(m_server->requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
         waitForLimits({20s, 60s});
         for (int drop = 1; drop < 4; ++drop) {
             m_clock->advance(15s);
@@ -181,7 +181,7 @@ private Q_SLOTS:
         }
         QVERIFY(!m_caught->came());
         m_clock->advance(15s);
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QCOMPARE(failureOf(*m_caught), Kind::Timeout);
     }
 
@@ -189,9 +189,9 @@ private Q_SLOTS:
     {
         m_answer.delivery = Delivery::Silent;
         start(request());
-        QTRY_COMPARE(m_server->requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
         m_call.reset();
-        QTRY_COMPARE(m_server->openConnections(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, Patience);
         QVERIFY(!m_caught->came());
         QCOMPARE(m_clock->pending(), QList<Clock::Duration>());
     }
@@ -203,7 +203,7 @@ private Q_SLOTS:
             m_call.reset();
             ++answers;
         });
-        QTRY_COMPARE(answers, 1);
+        QTRY_COMPARE_WITH_TIMEOUT(answers, 1, Patience);
     }
 
     void redirectsAreFollowedOnTheSameHost()
@@ -254,7 +254,7 @@ private Q_SLOTS:
         order.method = HttpRequest::Method::Post;
         order.body = "{}";
         start(order);
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QCOMPARE((***m_caught).status, 307);
         QCOMPARE(m_server->requests().size(), 1);
     }
@@ -270,7 +270,7 @@ private Q_SLOTS:
         order.body = R"({"file_id":1})";
         order.setHeader("Content-Type", "application/json");
         start(order);
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QVERIFY(!**m_caught);
         QCOMPARE(m_server->requests().size(), 1);
         QCOMPARE(m_server->requests().constFirst().body, R"({"file_id":1})");
@@ -279,7 +279,7 @@ private Q_SLOTS:
     void forbiddenAddressesAreNotAsked()
     {
         start(request(), HostRules({u"127.0.0.1"_s}));
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QCOMPARE(failureOf(*m_caught), Kind::Insecure);
         QCOMPARE(m_server->requests().size(), 0);
     }
@@ -300,7 +300,7 @@ private Q_SLOTS:
         far.url = QUrl(u"https://api.opensubtitles.com/api/v1/subtitles"_s);
         far.setHeader("Api-Key", "abc");
         start(far, HostRules({u"api.opensubtitles.com"_s}));
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         qunsetenv("https_proxy");
         QVERIFY2(failureOf(*m_caught) == Kind::Proxy, qPrintable((*m_caught)->error().detail));
         const ReceivedRequest asked = m_server->requests().constFirst();
@@ -319,7 +319,7 @@ private Q_SLOTS:
         HttpRequest secure;
         secure.url = QUrl(u"https://127.0.0.1:%1/"_s.arg(plain.serverPort()));
         start(secure);
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
         QCOMPARE(failureOf(*m_caught), Kind::Insecure);
     }
 
@@ -342,10 +342,13 @@ private:
         HttpRequest question = request();
         question.headers = headers;
         start(question);
-        QTRY_VERIFY(m_caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
     }
 
-    void waitForLimits(const QList<Clock::Duration> &limits) { QTRY_COMPARE(m_clock->pending(), limits); }
+    void waitForLimits(const QList<Clock::Duration> &limits)
+    {
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), limits, Patience);
+    }
 
     Sandbox m_sandbox;
     std::unique_ptr<ManualClock> m_clock;

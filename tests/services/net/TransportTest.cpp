@@ -64,7 +64,7 @@ private Q_SLOTS:
         QFETCH(const QList<int>, waits);
         m_answers = answers;
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QList<int> waited;
         for (qsizetype i = 1; i < m_times.size(); ++i)
             waited += static_cast<int>((m_times[i] - m_times[i - 1]).count());
@@ -78,7 +78,7 @@ private Q_SLOTS:
         m_answers = {jsonAnswer(503, {})};
         m_transport->setJitter([turn = 1.0]() mutable { return turn = -turn; });
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(m_times[1] - m_times[0], 800ms);
         QCOMPARE(m_times[2] - m_times[1], 2400ms);
     }
@@ -88,7 +88,7 @@ private Q_SLOTS:
         m_server->stop();
         const auto caught = send(HttpRequest::Method::Get);
         const Clock::Duration start = m_clock->now();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf((*caught)->error()), Kind::Unavailable);
         QCOMPARE(m_clock->now() - start, 3000ms);
     }
@@ -97,7 +97,7 @@ private Q_SLOTS:
     {
         m_answers = {jsonAnswer(503, {})};
         const auto caught = send(HttpRequest::Method::Post);
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(m_times.size(), 1);
     }
 
@@ -106,8 +106,8 @@ private Q_SLOTS:
         QList<std::shared_ptr<Caught<HttpAnswer>>> caught;
         for (int i = 0; i < 12; ++i)
             caught += send(HttpRequest::Method::Get);
-        QTRY_VERIFY(caught.last()->came());
-        QTRY_COMPARE(m_times.size(), 12);
+        QTRY_VERIFY_WITH_TIMEOUT(caught.last()->came(), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_times.size(), 12, Patience);
         for (qsizetype i = 4; i < m_times.size(); ++i)
             QVERIFY(m_times[i] - m_times[i - 4] >= 1000ms);
     }
@@ -117,7 +117,7 @@ private Q_SLOTS:
         m_answers = {jsonAnswer(503, {})};
         m_clock->setPatience(0ms);
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_COMPARE(m_clock->pending(), QList<Clock::Duration>{1000ms});
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), QList<Clock::Duration>{1000ms}, Patience);
         m_calls.clear();
         QCOMPARE(m_clock->pending(), QList<Clock::Duration>());
         QVERIFY(!caught->came());
@@ -128,7 +128,7 @@ private Q_SLOTS:
         m_answers = {ServedAnswer{429, {{"Retry-After", "4"}}, {}}, jsonAnswer(200, "{}")};
         m_clock->setPatience(0ms);
         const auto first = send(HttpRequest::Method::Get);
-        QTRY_COMPARE(m_clock->pending(), QList<Clock::Duration>{4000ms});
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), QList<Clock::Duration>{4000ms}, Patience);
         const auto second = send(HttpRequest::Method::Get);
         QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{4000ms, 4000ms}));
     }

@@ -24,7 +24,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE((**caught)->subtitles->size(), 3);
         QCOMPARE(m_fixture->standIn.complaints(), QStringList());
@@ -70,7 +70,7 @@ private Q_SLOTS:
         m_fixture->clock.setPatience(11s); // Retry-After of ten seconds is waited for as well
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(!**caught);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         const Error error = (*caught)->error();
@@ -85,7 +85,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"close-before"_s);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Unavailable);
     }
 
@@ -93,10 +93,10 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"html"_s);
         const auto first = m_fixture->search();
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->standIn.clearBehaviours();
         const auto second = m_fixture->search();
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
     }
 
@@ -112,11 +112,11 @@ private Q_SLOTS:
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
         for (int tries = 1; tries <= 3; ++tries) {
-            QTRY_COMPARE(m_fixture->standIn.main().requests().size(), tries);
-            QTRY_COMPARE(m_fixture->clock.pending().value(0), Clock::Duration(20s));
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), tries, Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
             m_fixture->clock.advance(20s);
         }
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Timeout);
     }
 
@@ -124,7 +124,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.stop();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Unavailable);
     }
 
@@ -134,7 +134,7 @@ private Q_SLOTS:
         m_fixture->restart();
         m_fixture->clock.setPatience(5s);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), 15'000);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Offline);
     }
 
@@ -154,7 +154,7 @@ private Q_SLOTS:
         m_fixture->settings.base = QUrl(base);
         m_fixture->restart();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Insecure);
     }
 
@@ -165,7 +165,7 @@ private Q_SLOTS:
         for (const QString &text : {u"one"_s, u"two"_s, u"three"_s, u"four"_s})
             all += m_fixture->search(text);
         for (const auto &caught : all)
-            QTRY_VERIFY(caught->came());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 40);
         QCOMPARE(m_fixture->standIn.complaints(), QStringList());
     }

@@ -32,7 +32,7 @@ private Q_SLOTS:
     {
         const auto caught = m_fixture->download(RestFixture::subtitle());
         QVERIFY(!caught->came());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
         QCOMPARE((**caught)->fileName(), u"Paper.Lighthouse.2019.srt"_s);
@@ -47,11 +47,11 @@ private Q_SLOTS:
     void choosingAgainCostsNothing()
     {
         const auto first = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QVERIFY(QFile::remove((**first)->toLocalFile())); // as delivery does
         m_fixture->restart();
         const auto second = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
         QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
@@ -60,10 +60,10 @@ private Q_SLOTS:
     void keptFilesAgeOutAfterAWeek()
     {
         const auto first = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.setDate(m_fixture->clock.date().addDays(8));
         const auto second = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(orders(), 2);
     }
 
@@ -72,7 +72,7 @@ private Q_SLOTS:
         const auto first = m_fixture->download(RestFixture::subtitle());
         const auto second = m_fixture->download(RestFixture::subtitle());
         const auto other = m_fixture->download(RestFixture::subtitle(u"9200002"_s));
-        QTRY_VERIFY(first->came() && second->came() && other->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && other->came(), Patience);
         QVERIFY((**first)->path() != (**second)->path());
         QCOMPARE(contentOf(*first), contentOf(*second));
         QCOMPARE(contentOf(*other), SubtitleLinks::content(9200002));
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
         const QString folder = QFileInfo((**caught)->toLocalFile()).canonicalFilePath();
@@ -104,13 +104,13 @@ private Q_SLOTS:
         m_fixture->settings.keepsOriginalBytes = true;
         m_fixture->service->setSettings(m_fixture->settings);
         const auto original = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(original->came());
+        QTRY_VERIFY_WITH_TIMEOUT(original->came(), Patience);
         QCOMPARE(contentOf(*original), QString::fromUtf8(SubtitleLinks::content(9200001)).toLatin1());
         // The choice is about handing out, not about what is kept.
         m_fixture->settings.keepsOriginalBytes = false;
         m_fixture->service->setSettings(m_fixture->settings);
         const auto converted = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(converted->came());
+        QTRY_VERIFY_WITH_TIMEOUT(converted->came(), Patience);
         QCOMPARE(contentOf(*converted), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
     }
@@ -153,7 +153,7 @@ private Q_SLOTS:
         QFETCH(const QStringList, behaviours);
         m_fixture->standIn.select(behaviours);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(!**caught);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         // An order is made once, whatever comes of it.
@@ -162,7 +162,7 @@ private Q_SLOTS:
         // Nothing of it was kept.
         m_fixture->standIn.clearBehaviours();
         const auto again = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(again->came());
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
         QVERIFY2(**again, **again ? "" : qPrintable((*again)->error().detail));
     }
 
@@ -170,24 +170,38 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"close-before@link"_s);
         const auto first = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QCOMPARE(kindOf(*first), Kind::Unavailable);
         m_fixture->standIn.clearBehaviours();
         const auto second = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(orders(), 1);
+    }
+
+    void linkThatServesOnceIsOrderedAnew()
+    {
+        m_fixture->standIn.select({u"close-once@link"_s, u"link-once"_s});
+        // The broken transfer is tried again by itself, in vain: that link is spent.
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::LinkExpired);
+        QCOMPARE(orders(), 1);
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QCOMPARE(orders(), 2);
     }
 
     void oldLinksAreNotUsed()
     {
         m_fixture->standIn.select(u"close-before@link"_s);
         const auto first = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->standIn.clearBehaviours();
         m_fixture->clock.advance(3h);
         const auto second = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(orders(), 2);
     }
 
@@ -198,7 +212,7 @@ private Q_SLOTS:
             [&](const RestQuota &quota) { told += quota.remaining.value_or(-1); });
         for (const QString &id : {u"1"_s, u"2"_s, u"2"_s}) {
             const auto caught = m_fixture->download(RestFixture::subtitle(id));
-            QTRY_VERIFY(caught->came());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         }
         QCOMPARE(told, (QList<int>{4, 3}));
         QCOMPARE(m_fixture->service->quota().allowed, 5);
@@ -220,7 +234,7 @@ private Q_SLOTS:
             m_fixture->standIn.select(behaviour);
         m_fixture->standIn.select(u"quota-used"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::LimitReached);
         QVERIFY2((*caught)->error().localizedDescription.contains(sentence),
                  qPrintable((*caught)->error().localizedDescription));
@@ -230,26 +244,26 @@ private Q_SLOTS:
     {
         for (int id = 1; id <= 5; ++id) {
             const auto caught = m_fixture->download(RestFixture::subtitle(QString::number(id)));
-            QTRY_VERIFY(caught->came());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         }
         const auto sixth = m_fixture->download(RestFixture::subtitle(u"6"_s));
-        QTRY_VERIFY(sixth->came());
+        QTRY_VERIFY_WITH_TIMEOUT(sixth->came(), Patience);
         QCOMPARE(kindOf(*sixth), Kind::LimitReached);
         QVERIFY((*sixth)->error().localizedDescription.contains(u"all 5 downloads"_s));
         QVERIFY((*sixth)->error().localizedDescription.contains(u"With an account"_s));
         QCOMPARE(orders(), 5);
         // What was fetched before is still to be had.
         const auto again = m_fixture->download(RestFixture::subtitle(u"3"_s));
-        QTRY_VERIFY(again->came());
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
         QVERIFY(**again);
         // After the reset, and for another account, it is worth asking.
         m_fixture->clock.setDate(m_fixture->clock.date().addSecs(4 * 3600));
         const auto seventh = m_fixture->download(RestFixture::subtitle(u"7"_s));
-        QTRY_VERIFY(seventh->came());
+        QTRY_VERIFY_WITH_TIMEOUT(seventh->came(), Patience);
         QCOMPARE(orders(), 6);
         m_fixture->useAccount();
         const auto eighth = m_fixture->download(RestFixture::subtitle(u"8"_s));
-        QTRY_VERIFY(eighth->came());
+        QTRY_VERIFY_WITH_TIMEOUT(eighth->came(), Patience);
         QVERIFY(**eighth);
         QCOMPARE(m_fixture->service->quota().remaining, 19);
     }
@@ -259,10 +273,10 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"silent@download"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_COMPARE(orders(), 1);
-        QTRY_COMPARE(m_fixture->clock.pending().value(0), Clock::Duration(20s));
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
         m_fixture->clock.advance(20s);
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Timeout);
         QCOMPARE(orders(), 1);
         // What it cost is asked for instead.
@@ -274,10 +288,10 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"drip@link"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_COMPARE(m_fixture->standIn.links().requests().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, Patience);
         m_fixture->standIn.drip();
         m_fixture->standIn.stop();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::Unavailable);
     }
 
@@ -285,7 +299,7 @@ private Q_SLOTS:
     {
         const auto caught = m_fixture->download(RestFixture::subtitle());
         m_fixture->service->cancelQueryTask();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
     }
 
@@ -293,7 +307,7 @@ private Q_SLOTS:
     {
         m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(!**caught);
         QVERIFY(!(*caught)->error().localizedDescription.isEmpty());
     }

@@ -1,10 +1,23 @@
 #include "RestFixture.h"
 
-#include <QElapsedTimer>
 #include <QTimer>
+
+#include <ctime>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace
+{
+/// What the calling thread has worked so far.
+qint64 workedMicroseconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return time.tv_sec * 1'000'000 + time.tv_nsec / 1000;
+}
+} // namespace
 
 class RestSearchTest final : public QObject
 {
@@ -26,7 +39,7 @@ private Q_SLOTS:
                                               {Param::movieHash, u"8e245d9679d31e12"_s},
                                               {Param::language, u"pob"_s}});
         QVERIFY(!caught->came());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         const QList<SubtitlePtr> rows = (**caught)->subtitles.value();
         QCOMPARE(rows.size(), 3);
         QVERIFY(rows[0]->matchesHash);
@@ -42,7 +55,7 @@ private Q_SLOTS:
     void searchByWordsSendsTheEpisode()
     {
         const auto caught = m_fixture->search(u"Paper Lighthouse S01E02"_s);
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE((**caught)->subtitles->constFirst()->season, 1);
         QCOMPARE((**caught)->subtitles->constFirst()->imdbID, u"tt9000002"_s);
         QCOMPARE(m_fixture->standIn.main().requests().constFirst().query(),
@@ -72,7 +85,7 @@ private Q_SLOTS:
         QFETCH(const int, requests);
         m_fixture->standIn.select(behaviours);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE((**caught)->subtitles->size(), rows);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/subtitles").size(), requests);
@@ -83,14 +96,14 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"hits-1502"_s);
         QTest::ignoreMessage(QtInfoMsg, "1002 of 1502 records left out");
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
     }
 
     void answersWithoutAReadableRecordAreNonsense()
     {
         m_fixture->standIn.select(u"unreadable-records"_s);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::BadAnswer);
     }
 
@@ -98,9 +111,9 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"hits-1502"_s);
         const auto caught = m_fixture->search();
-        QTRY_COMPARE(m_fixture->standIn.main().requests().size(), 3);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), 3, Patience);
         m_fixture->standIn.stop();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
         QVERIFY((**caught)->subtitles->size() >= 100);
         QVERIFY((**caught)->subtitles->size() <= 150);
@@ -109,10 +122,10 @@ private Q_SLOTS:
     void secondSearchComesFromTheCache()
     {
         const auto first = m_fixture->search();
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->restart();
         const auto second = m_fixture->search();
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE((**second)->subtitles->size(), 3);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
     }
@@ -135,20 +148,20 @@ private Q_SLOTS:
         QFETCH(const int, requests);
         m_fixture->standIn.select(behaviour);
         const auto first = m_fixture->search();
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.setDate(m_fixture->clock.date().addSecs(60LL * minutes));
         const auto second = m_fixture->search();
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), requests);
     }
 
     void emptiedCacheAsksAgain()
     {
         const auto first = m_fixture->search();
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->service->emptyCache();
         const auto second = m_fixture->search();
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
 
@@ -156,7 +169,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QDir folder(m_fixture->places().cache);
         const QFileInfoList files = folder.entryInfoList(QDir::Files);
         QCOMPARE(files.size(), 1);
@@ -172,11 +185,11 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"silent"_s);
         const auto first = m_fixture->search();
         const auto second = m_fixture->search(u"another one"_s);
-        QTRY_COMPARE(m_fixture->standIn.main().requests().size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), 2, Patience);
         m_fixture->service->cancelQueryTask();
         m_fixture->standIn.clearBehaviours();
         const auto third = m_fixture->search(u"a third"_s);
-        QTRY_VERIFY(third->came());
+        QTRY_VERIFY_WITH_TIMEOUT(third->came(), Patience);
         QVERIFY(!first->came());
         QVERIFY(!second->came());
     }
@@ -186,7 +199,7 @@ private Q_SLOTS:
         const auto refused = m_fixture->query({{Param::text, QString()}});
         m_fixture->service->cancelQueryTask();
         const auto asked = m_fixture->search();
-        QTRY_VERIFY(asked->came());
+        QTRY_VERIFY_WITH_TIMEOUT(asked->came(), Patience);
         QVERIFY(!refused->came());
     }
 
@@ -195,7 +208,7 @@ private Q_SLOTS:
         const auto first = m_fixture->search(u"one"_s);
         const auto second = m_fixture->search(u"two"_s);
         const auto third = m_fixture->search(u"three"_s);
-        QTRY_VERIFY(first->came() && second->came() && third->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && third->came(), Patience);
         QVERIFY(**first && **second && **third);
     }
 
@@ -203,7 +216,7 @@ private Q_SLOTS:
     {
         const auto caught = m_fixture->query({{Param::text, u"x"_s}, {Param::language, u"mlt"_s}});
         QVERIFY(!caught->came());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::UnknownLanguage);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
@@ -213,7 +226,7 @@ private Q_SLOTS:
         m_fixture->settings.apiKey.clear();
         m_fixture->restart();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::KeyRefused);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
@@ -222,7 +235,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"hits-1502"_s);
         const auto caught = m_fixture->search();
-        QTRY_COMPARE(m_fixture->standIn.main().requests().size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), 2, Patience);
         m_fixture->service.reset();
         MainQueue::shared().runUntilIdle();
         QVERIFY(!caught->came());
@@ -231,18 +244,23 @@ private Q_SLOTS:
     void mainThreadIsNeverHeldUp()
     {
         m_fixture->standIn.select(u"hits-1502"_s);
-        QElapsedTimer beat;
+        // Time the thread worked, not the clock's: other programs must not count.
+        qint64 last = 0;
         qint64 longest = 0;
         QTimer pulse;
-        connect(&pulse, &QTimer::timeout, &pulse, [&] { longest = std::max(longest, beat.restart()); });
-        beat.start();
-        pulse.start(0);
+        connect(&pulse, &QTimer::timeout, &pulse, [&] {
+            const qint64 now = workedMicroseconds();
+            longest = std::max(longest, now - std::exchange(last, now));
+        });
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
-        qInfo("longest stall of the main thread: %lld ms", static_cast<long long>(longest));
+        last = workedMicroseconds();
+        pulse.start(0);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        qInfo("longest stall of the main thread: %.1f ms", static_cast<double>(longest) / 1000);
         QCOMPARE((**caught)->subtitles->size(), 500);
-        // Reading and ranking on the main thread would stall it longer, and the stand-in lives there, too.
-        QVERIFY(longest < 500);
+        // Reading and ranking there would take longer. The stand-in, which writes the records, lives there as
+        // well.
+        QVERIFY(longest < 200'000);
     }
 
 private:

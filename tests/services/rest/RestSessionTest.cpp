@@ -20,7 +20,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         for (const QString &id : {u"1"_s, u"2"_s}) {
             const auto caught = m_fixture->download(RestFixture::subtitle(id));
-            QTRY_VERIFY(caught->came());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
             QVERIFY(**caught);
         }
         QCOMPARE(logins(), 1);
@@ -33,7 +33,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
         QCOMPARE(logins(), 0);
     }
@@ -43,7 +43,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
         const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
-        QTRY_VERIFY(first->came() && second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
         QVERIFY(**first && **second);
         QCOMPARE(logins(), 1);
     }
@@ -53,7 +53,7 @@ private Q_SLOTS:
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
         for (int i = 0; i < 3; ++i) {
             const auto caught = m_fixture->download(RestFixture::subtitle());
-            QTRY_VERIFY(caught->came());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
             QCOMPARE(kindOf(*caught), Kind::LoginRefused);
             QVERIFY(!(*caught)->error().detail.contains(u"wrong-word"_s));
         }
@@ -61,7 +61,7 @@ private Q_SLOTS:
         // A corrected one is.
         m_fixture->useAccount();
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
         QCOMPARE(logins(), 2);
     }
@@ -70,7 +70,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(u"me@example.org"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::LoginRefused);
         QVERIFY((*caught)->error().localizedDescription.contains(u"not the e-mail"_s));
         QCOMPARE(logins(), 1);
@@ -80,11 +80,11 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(u"one"_s);
         const auto first = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         const Clock::Duration start = m_fixture->clock.now();
         m_fixture->useAccount(u"two"_s);
         const auto second = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(m_fixture->clock.now() - start >= 1s);
     }
 
@@ -100,7 +100,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(logins(), 2);
     }
@@ -110,7 +110,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"token-refused"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::LoginRefused);
         QCOMPARE(logins(), 2);
     }
@@ -119,10 +119,10 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.advance(23h);
         const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
-        QTRY_VERIFY(second->came());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(logins(), 2);
     }
@@ -131,11 +131,11 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
-        QTRY_VERIFY(first->came());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.setDate(m_fixture->clock.date().addYears(5));
         for (const QString &id : {u"2"_s, u"3"_s, u"4"_s}) {
             const auto caught = m_fixture->download(RestFixture::subtitle(id));
-            QTRY_VERIFY(caught->came());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         }
         QCOMPARE(logins(), 2);
     }
@@ -145,10 +145,10 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"vip"_s);
         const auto download = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(download->came());
+        QTRY_VERIFY_WITH_TIMEOUT(download->came(), Patience);
         QVERIFY2(**download, **download ? "" : qPrintable((*download)->error().detail));
         const auto search = m_fixture->search();
-        QTRY_VERIFY(search->came());
+        QTRY_VERIFY_WITH_TIMEOUT(search->came(), Patience);
         QVERIFY2(**search, **search ? "" : qPrintable((*search)->error().detail));
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1); // the login
         QCOMPARE(m_fixture->standIn.vip().requests().size(), 2);
@@ -159,7 +159,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"vip-elsewhere"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
     }
 
@@ -187,10 +187,10 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
-        QTRY_VERIFY(done);
+        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
         const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/api/v1/logout");
         QCOMPARE(requests.size(), 1);
         QCOMPARE(requests.constFirst().method, "DELETE");
@@ -208,14 +208,14 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         m_fixture->standIn.select(u"silent@logout"_s);
         m_fixture->clock.setPatience(1s);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
-        QTRY_COMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/logout").size(), 1, Patience);
         m_fixture->clock.advance(3s);
-        QTRY_VERIFY(done);
+        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
     }
 
     void changedAccountDuringALoginIsUsed()
@@ -223,10 +223,10 @@ private Q_SLOTS:
         m_fixture->useAccount(u"old"_s, u"old-word"_s);
         m_fixture->standIn.select(u"silent@login"_s);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_COMPARE(logins(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, Patience);
         m_fixture->standIn.clearBehaviours();
         m_fixture->useAccount();
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
     }
 
@@ -250,7 +250,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         QCOMPARE(logins(), 1);
     }
@@ -260,7 +260,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         Caught<RestReport> report;
         m_fixture->service->testConnection(report.completion());
-        QTRY_VERIFY(report.came());
+        QTRY_VERIFY_WITH_TIMEOUT(report.came(), Patience);
         QVERIFY(*report);
         QVERIFY((*report)->isLoggedIn);
         QCOMPARE((*report)->quota.allowed, 20);
@@ -271,13 +271,13 @@ private Q_SLOTS:
     {
         Caught<RestReport> good;
         m_fixture->service->testConnection(good.completion());
-        QTRY_VERIFY(good.came());
+        QTRY_VERIFY_WITH_TIMEOUT(good.came(), Patience);
         QVERIFY(*good);
         QVERIFY(!(*good)->isLoggedIn);
         m_fixture->standIn.select(u"unknown-key"_s);
         Caught<RestReport> bad;
         m_fixture->service->testConnection(bad.completion());
-        QTRY_VERIFY(bad.came());
+        QTRY_VERIFY_WITH_TIMEOUT(bad.came(), Patience);
         QCOMPARE(kindOf(bad), Kind::KeyRefused);
     }
 
@@ -291,7 +291,7 @@ private Q_SLOTS:
         m_fixture->standIn.select({u"token-gone"_s, u"down-once"_s});
         const auto search = m_fixture->search();
         const auto download = m_fixture->download(RestFixture::subtitle());
-        QTRY_VERIFY(search->came() && download->came());
+        QTRY_VERIFY_WITH_TIMEOUT(search->came() && download->came(), Patience);
         qInstallMessageHandler(before);
         QVERIFY(!lines.isEmpty());
         for (const QString &secret :

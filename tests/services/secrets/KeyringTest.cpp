@@ -75,7 +75,7 @@ private:
         m_keyring.write("password of this test");
         m_keyring.closeWriteChannel();
         KeychainSecretStore store({}, FileSecretStore(filePath()));
-        QTRY_COMPARE(read(store), u"(none)"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(read(store), u"(none)"_s, Patience);
     }
 
     static QString read(KeychainSecretStore &store)
@@ -83,7 +83,7 @@ private:
         auto caught = std::make_shared<Caught<std::optional<QString>>>();
         store.read(Secret::SubtitleKey,
                    [caught](const Result<std::optional<QString>> &result) { caught->completion()(result); });
-        if (!QTest::qWaitFor([&] { return caught->came(); }) || !**caught)
+        if (!QTest::qWaitFor([&] { return caught->came(); }, Patience) || !**caught)
             return u"(unreadable)"_s;
         return (**caught)->value_or(u"(none)"_s);
     }
@@ -93,7 +93,7 @@ private:
         auto caught = std::make_shared<Caught<void>>();
         store.write(Secret::SubtitleKey, text,
                     [caught](const Result<void> &result) { caught->completion()(result); });
-        return QTest::qWaitFor([&] { return caught->came(); }) && (*caught)->hasValue();
+        return QTest::qWaitFor([&] { return caught->came(); }, Patience) && (*caught)->hasValue();
     }
 
     QString filePath() const { return m_sandbox.path(u"config/secrets"_s); }

@@ -35,7 +35,7 @@ Credentials loaded(SecretStore &store)
     std::optional<Credentials> credentials;
     loadCredentials(store, [&](const Credentials &read) { credentials = read; });
     const bool early = credentials.has_value();
-    const bool came = QTest::qWaitFor([&] { return credentials.has_value(); });
+    const bool came = QTest::qWaitFor([&] { return credentials.has_value(); }, Patience);
     return early || !came ? Credentials{u"(never)"_s, {}, {}} : *credentials;
 }
 } // namespace
@@ -144,13 +144,13 @@ private Q_SLOTS:
         Caught<void> written;
         store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
         QVERIFY(!written.came());
-        QTRY_VERIFY(written.came());
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
         QCOMPARE(asked, 1);
         QCOMPARE(written->hasValue(), agreed);
         QCOMPARE(QFileInfo::exists(filePath()), agreed);
         Caught<std::optional<QString>> read;
         store.read(Secret::SubtitleKey, read.completion());
-        QTRY_VERIFY(read.came());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
         if (agreed)
             QCOMPARE(read->value(), u"my-key"_s);
         else
@@ -165,7 +165,7 @@ private Q_SLOTS:
                                   file);
         Caught<void> written;
         store.write(Secret::SubtitleKey, {}, written.completion());
-        QTRY_VERIFY(written.came());
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
         QVERIFY(!file.find(Secret::SubtitleKey));
     }
 
@@ -174,7 +174,7 @@ private Q_SLOTS:
         KeychainSecretStore store({}, FileSecretStore(filePath()));
         Caught<void> written;
         store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
-        QTRY_VERIFY(written.came());
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
         QVERIFY(!*written);
         QVERIFY(!QFileInfo::exists(filePath()));
     }

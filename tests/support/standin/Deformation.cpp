@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qsizetype BombBytes = 64 * 1024 * 1024;
+constexpr qsizetype BombBytes = 16 * 1024 * 1024;
 constexpr qsizetype HugeBytes = 20 * 1024 * 1024;
 
 struct Manner
@@ -68,8 +68,10 @@ std::optional<ServedAnswer> replacement(const ServedAnswer &answer, Behaviours &
         return jsonAnswer(200, answer.body.left(answer.body.size() / 2));
     if (has("20-mib"_L1))
         return jsonAnswer(200, "{\"data\":[\"" + QByteArray(HugeBytes, 'x') + "\"]}");
-    if (has("gzip-bomb"_L1))
-        return packedAnswer(answer, QByteArray(BombBytes, ' '));
+    if (has("gzip-bomb"_L1)) {
+        static const ServedAnswer bomb = packedAnswer({200, {}, {}}, QByteArray(BombBytes, ' '));
+        return bomb;
+    }
     return std::nullopt;
 }
 } // namespace

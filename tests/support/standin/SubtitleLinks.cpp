@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qsizetype BombBytes = 64 * 1024 * 1024;
+constexpr qsizetype BombBytes = 16 * 1024 * 1024;
 constexpr qsizetype NineMebibytes = 9 * 1024 * 1024;
 
 QByteArray utf16(const QByteArray &text)
