@@ -18,8 +18,8 @@ class Database;
 class CatalogueDatabase final
 {
 public:
-    static constexpr qsizetype MaxSubtitleBytes = 8 * 1024 * 1024;
-    static constexpr qsizetype MaxPosterBytes = 5 * 1024 * 1024;
+    static constexpr qsizetype MaxSubtitleBytes = 8'388'608;
+    static constexpr qsizetype MaxPosterBytes = 5'242'880;
 
     static Result<CatalogueDatabase> open(const QString &path, const CatalogueErrors &errors);
     ~CatalogueDatabase();

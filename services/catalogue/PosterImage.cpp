@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr qsizetype MaxBytes = 5 * 1024 * 1024;
+constexpr qsizetype MaxBytes = 5'242'880;
 constexpr int MaxSide = 4096;
 
 bool isBounded(const QSize &size)
@@ -28,7 +28,8 @@ QImage posterImage(const QByteArray &encoded, const QSize &size, qreal pixelRati
     const QSize whole = reader.size();
     if (!isBounded(whole))
         return {};
-    // Reduced while it is read: the decoder neither keeps the whole picture nor calls in other threads for it.
+    // Reduced while it is read: the decoder neither keeps the whole picture nor calls in other threads for
+    // it.
     const int width = static_cast<int>(std::lround(std::min(size.width() * pixelRatio, qreal(MaxSide))));
     if (width > 0 && width < whole.width())
         reader.setScaledSize({width, std::max(1, whole.height() * width / whole.width())});

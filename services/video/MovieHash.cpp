@@ -25,7 +25,7 @@ quint64 sumOfWords(const Window &window)
 
 std::optional<quint64> sumAt(VideoContent &content, quint64 offset)
 {
-    Window window;
+    Window window{};
     if (!content.readExactly(offset, window))
         return std::nullopt;
     return sumOfWords(window);

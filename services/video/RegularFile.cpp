@@ -23,7 +23,7 @@ public:
 
     std::optional<quint64> size() override
     {
-        struct stat status;
+        struct stat status = {};
         if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode))
             return std::nullopt;
         return static_cast<quint64>(status.st_size);

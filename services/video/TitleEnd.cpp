@@ -1,7 +1,6 @@
 #include "TitleEnd.h"
 
 #include "RuleWords.h"
-#include "WordReader.h"
 
 using namespace Qt::StringLiterals;
 
@@ -28,7 +27,6 @@ qsizetype dateAround(const NameTokens &name, qsizetype i)
 /// "140722" and "20201013".
 bool isDateWord(const QString &word)
 {
-    WordReader reader(word);
     if ((word.size() != 6 && word.size() != 8) || !wholeNumber(word, 8))
         return false;
     const int monthAt = word.size() == 8 ? 4 : 2;

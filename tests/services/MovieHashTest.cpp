@@ -115,7 +115,7 @@ private Q_SLOTS:
         const std::unique_ptr<VideoContent> file = openRegularFile(QFile::encodeName(path));
         QVERIFY(file);
         QVERIFY(QFile::resize(path, 70000));
-        std::array<char, 65536> window;
+        std::array<char, 65536> window{};
         QVERIFY(file->readExactly(0, window));
         QVERIFY(!file->readExactly(65536, window));
     }

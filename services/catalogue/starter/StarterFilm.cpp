@@ -78,7 +78,7 @@ Result<SubtitleRecord> readSubtitle(const QJsonObject &object, const QDir &folde
 Result<FilmRecord> readFilm(const QJsonObject &object, const QDir &folder)
 {
     FilmRecord film;
-    for (const QJsonValue &title : object.value("titles"_L1).toArray())
+    for (const auto &title : object.value("titles"_L1).toArray())
         film.titles += title.toString();
     film.isSeries = object.value("isSeries"_L1).toBool();
     film.year = optionalInt(object.value("year"_L1));
@@ -114,7 +114,7 @@ Result<StarterFilm> readStarterFilm(const QString &folder, const QString &sample
     if (!film)
         return film.error();
     StarterFilm result{*film, {}};
-    for (const QJsonValue &entry : object.value("subtitles"_L1).toArray()) {
+    for (const auto &entry : object.value("subtitles"_L1).toArray()) {
         const Result<SubtitleRecord> subtitle = readSubtitle(entry.toObject(), dir, QDir(samples));
         if (!subtitle)
             return subtitle.error();
