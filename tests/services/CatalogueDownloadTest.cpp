@@ -87,7 +87,7 @@ private Q_SLOTS:
     {
         const QString old = m_sandbox.writeFile(QStringLiteral("downloads/get-old/a.srt"), "old");
         const QByteArray path = QFile::encodeName(QFileInfo(old).path());
-        const timespec longAgo = {QDateTime::currentSecsSinceEpoch() - 30 * 24 * 3600, 0};
+        const timespec longAgo = {QDateTime::currentSecsSinceEpoch() - 2'592'000, 0};
         const timespec times[] = {longAgo, longAgo};
         QCOMPARE(::utimensat(AT_FDCWD, path.constData(), times, 0), 0);
         const auto catalogue = m_home.service();

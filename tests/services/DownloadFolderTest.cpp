@@ -24,7 +24,7 @@ class DownloadFolderTest : public QObject
 
     static void makeOld(const QString &folder)
     {
-        const time_t longAgo = QDateTime::currentSecsSinceEpoch() - 30 * 24 * 3600;
+        const time_t longAgo = QDateTime::currentSecsSinceEpoch() - 2'592'000;
         const utimbuf times = {longAgo, longAgo};
         QCOMPARE(::utime(QFile::encodeName(folder).constData(), &times), 0);
     }
