@@ -14,13 +14,15 @@ from waiting import wait_for
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 FONTS = os.path.join(os.path.dirname(os.path.dirname(HERE)), 'packaging', 'fonts.conf')
-# Nothing is started on demand: no keyring, no portal, nothing that differs between machines.
+# Nothing is started on demand: no keyring, no portal, nothing that differs between machines; only what a test puts into
+# the folder of services.
 BUS_CONFIGURATION = '''<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
   <listen>unix:dir={folder}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{folder}/services</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -94,6 +96,7 @@ class Desktop:
         self._ask('hsetroot', '-solid', self._ground)
 
     def _start_bus(self):
+        os.mkdir(os.path.join(self.folder, 'services'))
         with open(os.path.join(self.folder, 'bus.conf'), 'w', encoding='utf-8') as file:
             file.write(BUS_CONFIGURATION.format(folder=self.folder))
         bus = self.start(['dbus-daemon', f'--config-file={self.folder}/bus.conf', '--nofork', '--print-address'], 'bus')

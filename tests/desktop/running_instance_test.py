@@ -1,0 +1,141 @@
+"""One running instance of the installed program, and every way in which the desktop reaches or starts it."""
+import configparser
+import os
+import signal
+import subprocess
+import sys
+import unittest
+
+from gi.repository import Gio, GLib
+
+from desktop import HERE
+from installed import IDENTIFIER, InstalledTest, request
+from waiting import wait_for
+
+
+class InstallationTest(InstalledTest):
+    def applications(self, prefix=None):
+        return os.path.join(prefix or self.prefix, 'share', 'applications')
+
+    def test_the_entry_is_valid(self):
+        entry = os.path.join(self.applications(), f'{IDENTIFIER}.desktop')
+        checked = subprocess.run(['desktop-file-validate', entry], capture_output=True, text=True, check=False)
+        self.assertEqual((checked.returncode, checked.stdout), (0, ''))
+
+    def test_everything_is_where_the_desktop_looks(self):
+        for path in ('share/icons/hicolor/scalable/apps/com.quorvane.Plovendix.svg', 'share/man/man1/plovendix.1',
+                     'share/plovendix/Info.plist', 'share/plovendix/starter.sqlite'):
+            self.assertTrue(os.path.isfile(os.path.join(self.prefix, path)), path)
+        shown = subprocess.run([self.installed, '--version'], env=self.home, capture_output=True, text=True, check=True)
+        self.assertEqual(shown.stdout, 'Plovendix 1.0\n')
+
+    def test_the_databases_know_the_scheme_and_the_videos(self):
+        cache = configparser.ConfigParser()
+        cache.read(os.path.join(self.applications(), 'mimeinfo.cache'))
+        for kind in ('x-scheme-handler/plovendix', 'video/x-matroska', 'video/mp4'):
+            self.assertEqual(cache['MIME Cache'][kind], f'{IDENTIFIER}.desktop;')
+
+    def test_a_folder_of_any_name_will_do(self):
+        prefix = os.path.join(self.home['HOME'], 'a $b `c` "d" e')
+        self.install(prefix)
+        entry = os.path.join(self.applications(prefix), f'{IDENTIFIER}.desktop')
+        application = Gio.DesktopAppInfo.new_from_filename(entry)
+        self.assertIsNotNone(application)
+        _, words = GLib.shell_parse_argv(application.get_commandline())
+        self.assertEqual(words, [os.path.join(prefix, 'bin', 'plovendix'), '%U'])
+
+
+class RunningInstanceTest(InstalledTest):
+    def setUp(self):
+        super().setUp()
+        self.launch_installed()
+        self.other = self.desktop.start([sys.executable, '-B', os.path.join(HERE, 'stand_in.py')], 'stand_in',
+                                        environment=self.home)
+        self.addCleanup(self.other.stop)
+        front = self.screen.window('^Stand-in$')
+        wait_for(lambda: self.screen.active_window() == front, 'another window is in front')
+
+    def assert_reached(self, name):
+        self.wait_for_field(name)
+        wait_for(lambda: self.screen.active_window() == self.window, 'the window has come to the front')
+        self.assertEqual(self.owner().pid, self.program.pid)
+        self.assertEqual(self.screen.windows('^Plovendix'), [self.window])
+
+    def test_open_over_the_bus(self):
+        self.open_over_bus(request(self.video('A b.mkv')))
+        self.assert_reached('A b.mkv')
+
+    def test_a_file_over_the_bus(self):
+        self.open_over_bus('file://' + self.video('A.mkv'), 'file://' + self.video('B.mkv'))
+        self.assert_reached('A.mkv')
+
+    def test_the_desktop_opens_a_file(self):
+        self.run_tool('gapplication', 'launch', IDENTIFIER, self.video('A.mkv'))
+        self.assert_reached('A.mkv')
+
+    def test_the_desktop_opens_a_url(self):
+        self.run_tool('xdg-open', request(self.video('A.mkv')))
+        self.assert_reached('A.mkv')
+
+    def test_a_second_start_with_a_file_named_from_where_it_is(self):
+        self.video('A.mkv')
+        second = self.desktop.start([self.installed, 'A.mkv'], 'second', environment=self.home, cwd=self.videos)
+        self.assertEqual(second.wait_for_exit(), 0)
+        self.assert_reached('A.mkv')
+
+    def test_a_second_start_alone(self):
+        self.run_tool(self.installed)
+        self.assert_reached('')
+
+    def test_a_start_on_behalf_of_a_launcher(self):
+        self.home['DESKTOP_STARTUP_ID'] = 'launcher-1-host-plovendix-0_TIME1'
+        self.run_tool(self.installed, self.video('A.mkv'))
+        self.assert_reached('A.mkv')
+
+    def test_a_request_without_a_video_is_an_alert(self):
+        self.run_tool('xdg-open', 'plovendix://search?docid=1')
+        self.tree.find('alert message').find('label', lambda name: name.startswith('Cannot create URL from'))
+
+    def test_a_stopped_instance_holds_nobody_up(self):
+        os.kill(self.program.pid, signal.SIGSTOP)
+        try:
+            second = self.desktop.start([self.installed, self.video('A.mkv')], 'second', environment=self.home)
+            self.addCleanup(second.stop)
+            wait_for(lambda: self.screen.windows_of(second.pid), 'the second runs alone')
+        finally:
+            os.kill(self.program.pid, signal.SIGCONT)
+
+
+class ColdStartTest(InstalledTest):
+    def test_a_url_starts_the_program_and_is_served(self):
+        self.run_tool('gapplication', 'launch', IDENTIFIER, request(self.video('A.mkv')))
+        self.adopt()
+        self.wait_for_field('A.mkv')
+
+    def test_a_file_starts_the_program_over_the_bus(self):
+        self.open_over_bus('file://' + self.video('A.mkv'))
+        self.adopt()
+        self.wait_for_field('A.mkv')
+
+    def test_a_url_on_the_command_line(self):
+        self.launch_installed(request(self.video('A.mkv')))
+        self.wait_for_field('A.mkv')
+
+    def test_closing_the_window_ends_the_program(self):
+        self.launch_installed()
+        self.screen.close_window(self.window)
+        self.assertEqual(self.program.wait_for_exit(), 0)
+
+
+class NoBusTest(InstalledTest):
+    def test_without_a_bus_every_instance_runs_alone(self):
+        home = {name: value for name, value in self.home.items() if name != 'DBUS_SESSION_BUS_ADDRESS'}
+        programs = [self.desktop.start([self.installed], f'alone{number}', environment=home) for number in (1, 2)]
+        for program in programs:
+            self.addCleanup(program.stop)
+        for program in programs:
+            wait_for(lambda pid=program.pid: self.screen.windows_of(pid), 'it has a window')
+
+
+if __name__ == '__main__':
+    unittest.main()
