@@ -1,29 +1,31 @@
 # Writes the desktop entry and the bus service for the prefix that is installed to, then lets the desktop look again.
-# Run by `cmake --install`, with plovendix_source and plovendix_bindir set.
+# Run by `cmake --install`, with plovendix_source, plovendix_mpv and plovendix_bindir set.
 get_filename_component(prefix "${CMAKE_INSTALL_PREFIX}" ABSOLUTE)
 set(target "$ENV{DESTDIR}${prefix}")
-set(program "${prefix}/${plovendix_bindir}/plovendix")
 
-# The bus reads a command line as a shell does; inside double quotes these keep their meaning.
-string(REGEX REPLACE "([\\\\\"`$])" "\\\\\\1" escaped "${program}")
-set(quoted_program "\"${escaped}\"")
-# A desktop entry's value is unescaped once more before that, and "%" begins a field code.
-string(REPLACE "\\" "\\\\" entry_program "${quoted_program}")
-string(REPLACE "%" "%%" entry_program "${entry_program}")
-if(program MATCHES "^[A-Za-z0-9_/.+-]+$")
-    set(quoted_program "${program}")
-    set(entry_program "${program}")
-endif()
-
-function(plovendix_entry name folder)
+# Writes the template's file NAME for a program of the prefix into a folder of its share.
+function(plovendix_entry template program_name folder)
+    set(program "${prefix}/${plovendix_bindir}/${program_name}")
+    # The bus reads a command line as a shell does; inside double quotes these keep their meaning.
+    string(REGEX REPLACE "([\\\\\"`$])" "\\\\\\1" escaped "${program}")
+    set(quoted_program "\"${escaped}\"")
+    # A desktop entry's value is unescaped once more before that, and "%" begins a field code.
+    string(REPLACE "\\" "\\\\" entry_program "${quoted_program}")
+    string(REPLACE "%" "%%" entry_program "${entry_program}")
+    if(program MATCHES "^[A-Za-z0-9_/.+-]+$")
+        set(quoted_program "${program}")
+        set(entry_program "${program}")
+    endif()
+    get_filename_component(name "${template}" NAME_WLE)
+    set(written "${target}/share/${folder}/${name}")
     file(MAKE_DIRECTORY "${target}/share/${folder}")
-    message(STATUS "Installing: ${target}/share/${folder}/${name}")
-    configure_file("${plovendix_source}/${name}.in" "${target}/share/${folder}/${name}" @ONLY)
-    file(CHMOD "${target}/share/${folder}/${name}"
-        PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+    message(STATUS "Installing: ${written}")
+    configure_file("${template}" "${written}" @ONLY)
+    file(CHMOD "${written}" PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 endfunction()
-plovendix_entry(com.quorvane.Plovendix.desktop applications)
-plovendix_entry(com.quorvane.Plovendix.service dbus-1/services)
+plovendix_entry("${plovendix_source}/com.quorvane.Plovendix.desktop.in" plovendix applications)
+plovendix_entry("${plovendix_source}/com.quorvane.Plovendix.service.in" plovendix dbus-1/services)
+plovendix_entry("${plovendix_mpv}/com.quorvane.Plovendix.mpv.desktop.in" plovendix-mpv-reply applications)
 
 # A package's own scripts do the rest when it is unpacked.
 if(DEFINED ENV{DESTDIR})

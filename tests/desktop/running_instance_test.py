@@ -17,10 +17,11 @@ class InstallationTest(InstalledTest):
     def applications(self, prefix=None):
         return os.path.join(prefix or self.prefix, 'share', 'applications')
 
-    def test_the_entry_is_valid(self):
-        entry = os.path.join(self.applications(), f'{IDENTIFIER}.desktop')
-        checked = subprocess.run(['desktop-file-validate', entry], capture_output=True, text=True, check=False)
-        self.assertEqual((checked.returncode, checked.stdout), (0, ''))
+    def test_the_entries_are_valid(self):
+        for name in (IDENTIFIER, f'{IDENTIFIER}.mpv'):
+            entry = os.path.join(self.applications(), f'{name}.desktop')
+            checked = subprocess.run(['desktop-file-validate', entry], capture_output=True, text=True, check=False)
+            self.assertEqual((checked.returncode, checked.stdout), (0, ''))
 
     def test_everything_is_where_the_desktop_looks(self):
         for path in ('share/icons/hicolor/scalable/apps/com.quorvane.Plovendix.svg', 'share/man/man1/plovendix.1',
