@@ -29,10 +29,10 @@ public:
     QVariant objectForInfoDictionaryKey(const QString &key) const;
     /// The file "NAME.TYPE" at the top of the bundle or in its folder for the person's language.
     std::optional<QString> pathForResource(const QString &name, const QString &type) const;
-    /// The text for `key` in the default strings table of the first preferred language that has one
-    /// ("de.lproj/ Localizable.strings", a property list); else `value`, and for an empty `value` the key
-    /// itself. English needs no table, because the keys are English: it ends the search. A damaged table
-    /// counts as missing.
+    /// The text for `key` in the default strings table ("de.lproj/Localizable.strings", a property list) of
+    /// the first preferred language that has one; else `value`, and for an empty `value` the key itself.
+    /// English needs no table, because the keys are English: it ends the search. A damaged table counts as
+    /// missing.
     QString localizedString(const QString &key, const QString &value = {}) const;
     /// The languages looked up, most wanted first; taken from LANGUAGE, LC_ALL, LC_MESSAGES and LANG unless
     /// set here.

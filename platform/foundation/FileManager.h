@@ -21,15 +21,18 @@ public:
 
     /// Moves a file or folder to a place where nothing is yet. A failure leaves the source whole and the
     /// destination as it was; the error says what failed and where. Domain "FileManager", code the errno
-    /// value. Across file systems, files only: copies beside the destination, flushes, publishes without
-    /// replacing, then removes the source. A source that cannot be removed then stays beside its copy, and
-    /// the move has succeeded: what was asked for is there, and a failing disk is no reason to take it away
-    /// again.
+    /// value.
+    ///
+    /// Across file systems, files only: copies beside the destination, flushes, publishes without replacing,
+    /// then removes the source. A source that cannot be removed then stays beside its copy, and the move has
+    /// succeeded: what was asked for is there, and a failing disk is no reason to take it away again.
     virtual Result<void> moveItem(const QUrl &source, const QUrl &destination);
     virtual Result<void> createDirectory(const QUrl &folder);
     virtual Result<void> removeItem(const QUrl &item);
     virtual bool fileExists(const QUrl &item) const;
-    /// The person's Movies (XDG videos) folder, or nothing when there is none.
+    /// The person's Movies folder: the desktop's folder for videos, read anew; where the desktop names none,
+    /// an existing "Videos" in the home folder. Nothing when there is neither or the person has turned it
+    /// off.
     virtual std::optional<QUrl> moviesFolder() const;
 
     /// The name on disk that a file URL spells, as the file system's bytes; empty for other URLs.

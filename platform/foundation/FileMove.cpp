@@ -16,13 +16,13 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
-constexpr std::size_t BufferBytes = 256 * 1024;
+constexpr std::size_t BufferBytes = 262'144;
 constexpr int TemporaryNameAttempts = 20;
 
 /// What file systems and kernels answer that do not know a way of working.
 bool isUnsupported(int result)
 {
-    return result == -EINVAL || result == -ENOSYS || result == -EOPNOTSUPP || result == -ENOTSUP;
+    return result == -EINVAL || result == -ENOSYS || result == -EOPNOTSUPP;
 }
 
 bool cannotLink(int result)

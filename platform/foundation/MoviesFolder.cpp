@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qint64 MaxBytes = 64 * 1024;
+constexpr qint64 MaxBytes = 65'536;
 constexpr char Key[] = "XDG_VIDEOS_DIR=";
 constexpr char HomeMark[] = "$HOME";
 

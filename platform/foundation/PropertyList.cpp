@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qint64 MaxBytes = 8 * 1024 * 1024;
+constexpr qint64 MaxBytes = 8LL * 1024 * 1024;
 constexpr qint64 SecondsFrom1970To2001 = 978'307'200; // dates in property lists count from 2001
 
 struct FreeNode
@@ -22,7 +22,8 @@ struct FreeNode
 };
 struct FreeMemory
 {
-    void operator()(void *memory) const { std::free(memory); }
+    // The library hands out what malloc gave it.
+    void operator()(void *memory) const { std::free(memory); } // NOLINT(cppcoreguidelines-no-malloc)
 };
 using Node = std::unique_ptr<void, FreeNode>;
 template <class T>

@@ -18,4 +18,4 @@ QByteArray plainXmlPropertyList(const QByteArray &content);
 
 constexpr int MaxPropertyListDepth = 64;
 constexpr int MaxPropertyListValues = 1'000'000;
-constexpr long long MaxPropertyListExpandedBytes = 64 * 1024 * 1024;
+constexpr long long MaxPropertyListExpandedBytes = 64LL * 1024 * 1024;

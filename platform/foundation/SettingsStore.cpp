@@ -18,7 +18,7 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
-constexpr qint64 MaxBytes = 1024 * 1024;
+constexpr qint64 MaxBytes = 1024LL * 1024;
 /// An editor that empties the file before it fills it again must not be met half-way.
 constexpr auto SettlingTime = 50ms;
 constexpr auto LockPatience = 200ms;

@@ -2,8 +2,6 @@
 
 #include <QHash>
 
-#include <utility>
-
 namespace
 {
 QHash<QString, std::shared_ptr<const ValueTransformer>> &registry()
@@ -23,11 +21,11 @@ bool ValueTransformer::allowsReverseTransformation() const
     return false;
 }
 
-void ValueTransformer::setValueTransformer(std::shared_ptr<const ValueTransformer> transformer,
+void ValueTransformer::setValueTransformer(const std::shared_ptr<const ValueTransformer> &transformer,
                                            const QString &name)
 {
     if (transformer)
-        registry().insert(name, std::move(transformer));
+        registry().insert(name, transformer);
     else
         registry().remove(name);
 }

@@ -15,7 +15,8 @@ public:
     virtual bool allowsReverseTransformation() const;
 
     /// Makes a transformer known by name; an empty pointer forgets the name.
-    static void setValueTransformer(std::shared_ptr<const ValueTransformer> transformer, const QString &name);
+    static void setValueTransformer(const std::shared_ptr<const ValueTransformer> &transformer,
+                                    const QString &name);
     /// The transformer of that name, or nothing.
     static std::shared_ptr<const ValueTransformer> forName(const QString &name);
 };

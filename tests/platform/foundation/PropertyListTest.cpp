@@ -7,8 +7,6 @@
 #include <QDateTime>
 #include <QTest>
 
-#include <cstdlib>
-
 using namespace Qt::StringLiterals;
 
 class PropertyListTest : public QObject
@@ -62,7 +60,7 @@ QByteArray binary(const QByteArray &content)
     std::uint32_t length = 0;
     plist_to_bin(root, &bytes, &length);
     const QByteArray result(bytes, static_cast<qsizetype>(length));
-    std::free(bytes);
+    plist_to_bin_free(bytes);
     plist_free(root);
     return result;
 }
