@@ -28,7 +28,9 @@ QVariantMap platformData(const QString &activationToken)
 } // namespace
 
 ApplicationLink::ApplicationLink(const QString &identifier, QObject *parent)
-    : QObject(parent), m_identifier(identifier), m_path(u'/' + QString(identifier).replace(u'.', u'/')),
+    : QObject(parent),
+      m_identifier(identifier),
+      m_path(u'/' + QString(identifier).replace(u'.', u'/')),
       m_patience(DefaultPatience)
 {
     new ApplicationObject(*this); // owned by this object, as its parent
@@ -58,9 +60,8 @@ ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const Q
 
 ApplicationLink::Name ApplicationLink::requestName(const QDBusConnection &bus) const
 {
-    QDBusMessage request =
-        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                       u"org.freedesktop.DBus"_s, u"RequestName"_s);
+    QDBusMessage request = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"RequestName"_s);
     request << m_identifier << DoNotQueue;
     const QDBusMessage answer = bus.call(request, QDBus::Block, static_cast<int>(m_patience.count()));
     if (answer.type() != QDBusMessage::ReplyMessage) {
