@@ -33,11 +33,25 @@ bool isUnknown(const QString &preferredCode, const QString &searchedLanguage)
 {
     return !preferredCode.isEmpty() && preferredCode != "en"_L1 && searchedLanguage == English;
 }
+
+/// A sentence of its own for each number, because languages join a list in their own ways.
+QString worksWith(const QStringList &names)
+{
+    QString text = names.size() == 1   ? String::localize(u"Works with %1$@"_s)
+                   : names.size() == 2 ? String::localize(u"Works with %1$@ and %2$@"_s)
+                                       : String::localize(u"Works with %1$@, %2$@ and %3$@"_s);
+    for (qsizetype index = 0; index < names.size(); ++index)
+        text.replace(u"%1$@"_s.replace(u'1', QString::number(index + 1)), names[index]);
+    return text;
+}
 } // namespace
 
-DropAreaMessage dropPrompt()
+DropAreaMessage dropPrompt(const QStringList &companions)
 {
-    return {String::localize(u"Drop a video here"_s), String::localize(u"or type a title above"_s)};
+    QString hint = String::localize(u"or type a title above"_s);
+    if (!companions.isEmpty())
+        hint += u'\n' + worksWith(companions);
+    return {String::localize(u"Drop a video here"_s), hint};
 }
 
 DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QStringList>
 
 /// What the drop area says: a headline, and below it what can be done.
 struct DropAreaMessage
@@ -10,8 +11,8 @@ struct DropAreaMessage
     bool operator==(const DropAreaMessage &) const = default;
 };
 
-/// The invitation of an idle window.
-DropAreaMessage dropPrompt();
+/// The invitation of an idle window, which also names the companion applications that are installed.
+DropAreaMessage dropPrompt(const QStringList &companions = {});
 /// What is said after a search for `text` found nothing. `preferredCode` is the language as stored in the
 /// settings, `searchedLanguage` the three-letter code that was sent.
 DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,

@@ -67,6 +67,7 @@ void MainViewController::viewDidLoad()
     tableView->setDelegate(this);
     dragFilesHereView->takeDropsOf(*tableView); // while results show, the list takes drops as well
     cancelSearchButton->hide();
+    showDropPrompt();
     updateUIState(false);
     languageCodeObserver = UserDefaults::standard().observe(
         QStringLiteral("languageCode"), [this](const QVariant &newCode) { languageObservation(newCode); });

@@ -93,7 +93,11 @@ void MainViewController::updateUIState(bool animated)
 
 void MainViewController::showDropPrompt()
 {
-    const DropAreaMessage message = dropPrompt();
+    QStringList companions;
+    const QList<ExternalAppInfo> apps = quorvaneAppsArray();
+    for (const ExternalAppInfo &app : apps)
+        companions += app.name;
+    const DropAreaMessage message = dropPrompt(companions);
     m_scene->dropHeadline->setText(message.headline);
     m_scene->dropHint->setText(message.hint);
     m_scene->languageNotice->hide();

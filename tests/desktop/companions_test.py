@@ -40,6 +40,12 @@ class CompanionTest(InstalledTest):
                          [('filepath', path), ('docid', '4 2&x=%+é')])
         self.tree.find('label', 'Sent to Tessaly')
 
+    def test_the_drop_area_names_what_is_installed(self):
+        self.register_handler('glimmet', 'com.quorvane.Glimmet')
+        self.register_handler('tessaly3', 'com.quorvane.Tessaly')
+        self.launch_installed()
+        self.tree.find('label', 'or type a title above\nWorks with Tessaly and Glimmet')
+
     def test_alt_alone_gives_the_sheet(self):
         received = self.register_handler('tessaly3', 'com.quorvane.Tessaly')
         self.ask(docid='42', sender='tessaly3')

@@ -16,6 +16,23 @@ private Q_SLOTS:
         QCOMPARE(dropPrompt().hint, u"or type a title above"_s);
     }
 
+    void namesTheCompanions_data()
+    {
+        QTest::addColumn<QStringList>("companions");
+        QTest::addColumn<QString>("hint");
+        QTest::newRow("one") << QStringList{u"Glimmet"_s} << u"or type a title above\nWorks with Glimmet"_s;
+        QTest::newRow("two") << QStringList{u"Tessaly"_s, u"Glimmet"_s}
+                             << u"or type a title above\nWorks with Tessaly and Glimmet"_s;
+        QTest::newRow("all") << QStringList{u"Tessaly"_s, u"Verbrook"_s, u"Glimmet"_s}
+                             << u"or type a title above\nWorks with Tessaly, Verbrook and Glimmet"_s;
+    }
+    void namesTheCompanions()
+    {
+        QFETCH(QStringList, companions);
+        QFETCH(QString, hint);
+        QCOMPARE(dropPrompt(companions).hint, hint);
+    }
+
     void saysWhatWasNotFoundAndInWhichLanguage_data()
     {
         QTest::addColumn<QString>("code");
