@@ -122,6 +122,17 @@ class ColdStartTest(InstalledTest):
         self.launch_installed(request(self.video('A.mkv')))
         self.wait_for_field('A.mkv')
 
+    def test_it_starts_and_searches_in_any_locale(self):
+        for variables in ({'LANG': 'C'}, {'LC_ALL': ''}, {'LC_ALL': 'oc_FR.UTF-8'}, {'LC_ALL': 'wa_BE.UTF-8'}, {'LC_ALL': 'no such'},
+                          {'LC_ALL': 'ja_JP.UTF-8'}):
+            with self.subTest(**variables):
+                self.home.pop('LC_ALL', None)
+                self.home.update(variables)
+                self.launch_installed(self.sample())
+                wait_for(lambda: self.screen.title(self.window).startswith('Plovendix ('), 'the search ends')
+                self.screen.close_window(self.window)
+                self.assertEqual(self.program.wait_for_exit(), 0)
+
     def test_closing_the_window_ends_the_program(self):
         self.launch_installed()
         self.screen.close_window(self.window)

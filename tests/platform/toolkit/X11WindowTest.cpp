@@ -1,6 +1,7 @@
 #include "WindowFixture.h"
 #include "X11Desktop.h"
 
+#include <platform/ActivationToken.h>
 #include <platform/EdgeGrip.h>
 #include <platform/TitleBar.h>
 #include <support/Sandbox.h>
@@ -47,6 +48,8 @@ private Q_SLOTS:
     void draggingAnEdgeResizesThroughTheWindowManager();
     void windowManagersOwnMenuIsShown();
     void windowManagerWithoutAMenuLeavesItToUs();
+    void callersTimeComesWithTheWishForTheFocus_data();
+    void callersTimeComesWithTheWishForTheFocus();
     void tiledWindowIsSquare_data();
     void tiledWindowIsSquare();
 
@@ -196,6 +199,34 @@ void X11WindowTest::windowManagerWithoutAMenuLeavesItToUs()
     auto *menu = m_window->findChild<QMenu *>();
     QVERIFY(menu && menu->isVisible());
     menu->close();
+}
+
+void X11WindowTest::callersTimeComesWithTheWishForTheFocus_data()
+{
+    QTest::addColumn<QString>("token");
+    QTest::addColumn<bool>("passedOn");
+    QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s << true;
+    QTest::newRow("no time") << u"launcher"_s << false;
+    QTest::newRow("too large a time") << u"launcher_TIME42949672900"_s << false;
+    QTest::newRow("none") << QString() << false;
+}
+
+void X11WindowTest::callersTimeComesWithTheWishForTheFocus()
+{
+    QFETCH(QString, token);
+    QFETCH(bool, passedOn);
+    const auto wishesAtThatTime = [] {
+        return std::count_if(desktop->requests.begin(), desktop->requests.end(), [](const auto &wish) {
+            return wish.type == u"_NET_ACTIVE_WINDOW"_s && wish.data[0] == 1 && wish.data[1] == 4294967290U;
+        });
+    };
+    setActivationToken(token);
+    m_window->makeKeyAndOrderFront();
+    // It is good for one window; the menu's request shows that everything before it has arrived.
+    m_window->makeKeyAndOrderFront();
+    rightClickTitleBar();
+    QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
+    QCOMPARE(wishesAtThatTime(), passedOn ? 1 : 0);
 }
 
 void X11WindowTest::tiledWindowIsSquare_data()
