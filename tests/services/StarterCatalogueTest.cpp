@@ -35,6 +35,39 @@ class StarterCatalogueTest : public QObject
                     {Param::language, QString::fromLatin1(language)}});
     }
 
+    static void verifyFormat(const QString &format, const QString &text)
+    {
+        if (format == QStringLiteral("srt"))
+            QVERIFY(text.startsWith(QStringLiteral("1\n00:")));
+        else if (format == QStringLiteral("vtt"))
+            QVERIFY(text.startsWith(QStringLiteral("WEBVTT\n")));
+        else if (format == QStringLiteral("ass"))
+            QVERIFY(text.startsWith(QStringLiteral("[Script Info]")));
+        else
+            QVERIFY(format == QStringLiteral("sub") && text.startsWith(QStringLiteral("{1}{1}25")));
+    }
+
+    static QImage posterOf(const QString &id)
+    {
+        QImage poster;
+        bool isDone = false;
+        MetadataService::shared().findExternally(
+            id, ExternalSource::imdb, [&](const Result<FindResult> &found) {
+                const QList<TmdbItem> items =
+                    found ? found->movieResults + found->tvResults : QList<TmdbItem>();
+                if (items.isEmpty()) {
+                    isDone = true;
+                    return;
+                }
+                MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, QSize(154, 154),
+                                                     [&](const Result<QImage> &image) {
+                                                         poster = image ? *image : QImage();
+                                                         isDone = true;
+                                                     });
+            });
+        return QTest::qWaitFor([&] { return isDone; }, 20000) ? poster : QImage();
+    }
+
 private Q_SLOTS:
     void initTestCase()
     {
@@ -146,40 +179,6 @@ private Q_SLOTS:
         const QColor bottom = poster.pixelColor(poster.width() / 2, poster.height() - 4);
         QVERIFY(top.blue() > top.red());
         QVERIFY(bottom.red() > 200 && bottom.red() > bottom.blue());
-    }
-
-private:
-    static void verifyFormat(const QString &format, const QString &text)
-    {
-        if (format == QStringLiteral("srt"))
-            QVERIFY(text.startsWith(QStringLiteral("1\n00:")));
-        else if (format == QStringLiteral("vtt"))
-            QVERIFY(text.startsWith(QStringLiteral("WEBVTT\n")));
-        else if (format == QStringLiteral("ass"))
-            QVERIFY(text.startsWith(QStringLiteral("[Script Info]")));
-        else
-            QVERIFY(format == QStringLiteral("sub") && text.startsWith(QStringLiteral("{1}{1}25")));
-    }
-
-    static QImage posterOf(const QString &id)
-    {
-        QImage poster;
-        bool isDone = false;
-        MetadataService::shared().findExternally(
-            id, ExternalSource::imdb, [&](const Result<FindResult> &found) {
-                const QList<TmdbItem> items =
-                    found ? found->movieResults + found->tvResults : QList<TmdbItem>();
-                if (items.isEmpty()) {
-                    isDone = true;
-                    return;
-                }
-                MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, QSize(154, 154),
-                                                     [&](const Result<QImage> &image) {
-                                                         poster = image ? *image : QImage();
-                                                         isDone = true;
-                                                     });
-            });
-        return QTest::qWaitFor([&] { return isDone; }, 20000) ? poster : QImage();
     }
 };
 
