@@ -131,6 +131,8 @@ private:
     void fetchPoster(const FindResult &found);
 
     // Download and delivery (MainViewControllerDownload.cpp).
+    /// The row that a download would take; nothing without a selection or a result list.
+    std::optional<int> rowToDownload() const;
     void startDownload(SaveChoice choice);
     void finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel);
     void deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel);

@@ -1,5 +1,6 @@
 #include "ui_MainViewController.h"
 
+#include "DownloadPrompt.h"
 #include "MainViewController.h"
 
 #include <delivery/SuggestedFileName.h>
@@ -28,7 +29,11 @@ bool isOptionAloneHeld()
 
 void MainViewController::download(QObject *)
 {
-    downloadSelectedSubtitle();
+    // Not in front of nothing, and not where the modifier that is held now would be lost on the way.
+    DownloadPrompt *prompt = DownloadPrompt::shared();
+    const bool mayPrompt = prompt && rowToDownload() && !isOptionAloneHeld();
+    if (!mayPrompt || !prompt->presentBeforeDownload(*this))
+        downloadSelectedSubtitle();
 }
 
 void MainViewController::saveAs(QObject *)
@@ -46,16 +51,22 @@ void MainViewController::saveSelectedSubtitleAs()
     startDownload(SaveChoice::AlwaysSheet);
 }
 
-void MainViewController::startDownload(SaveChoice choice)
+std::optional<int> MainViewController::rowToDownload() const
 {
     const int row = tableView ? tableView->selectedRow() : -1;
-    if (row < 0 || !subtitles.load() || !m_shownSubtitles)
+    return row >= 0 && subtitles.load() && m_shownSubtitles ? std::optional(row) : std::nullopt;
+}
+
+void MainViewController::startDownload(SaveChoice choice)
+{
+    const auto row = rowToDownload();
+    if (!row)
         return;
     // The row is one of the table's, so it picks from what the table shows, not from what has been stored
     // since.
-    if (row >= m_shownSubtitles->size())
-        fatalFault(u"The selected row %1 lies beyond the results"_s.arg(row));
-    const SubtitlePtr subtitle = m_shownSubtitles->at(row);
+    if (*row >= m_shownSubtitles->size())
+        fatalFault(u"The selected row %1 lies beyond the results"_s.arg(*row));
+    const SubtitlePtr subtitle = m_shownSubtitles->at(*row);
     const bool forceSavePanel = choice == SaveChoice::AlwaysSheet || isOptionAloneHeld();
     setIsDownloading(true);
     SubtitleService::shared().download(
@@ -145,6 +156,8 @@ void MainViewController::showDelivered(const QString &text, const std::optional<
     m_scene->deliveryLabel->setText(text);
     m_scene->deliveryLabel->show();
     m_scene->showInFolderButton->setVisible(file.has_value());
+    if (DownloadPrompt *prompt = DownloadPrompt::shared())
+        prompt->noteDelivery();
 }
 
 void MainViewController::showInFolder(QObject *)

@@ -1,0 +1,44 @@
+#pragma once
+#include <QAbstractListModel>
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+/// One item of a menu: what it is called and what it stands for.
+struct MenuItem
+{
+    QString title;
+    QVariant representedObject = {};
+};
+
+/// The menu of a pop-up, filled item by item. An item that is titled "-" becomes a separator line, whoever
+/// inserts it: nobody can choose it, and it stands for nothing. Main thread only.
+class MenuForBindings final : public QAbstractListModel
+{
+    Q_OBJECT
+
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Inserts the item before the one at `index`; an index beyond the end appends.
+    void insertItem(const MenuItem &item, int index);
+    bool isSeparator(int index) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    /// What a pop-up's own insertion of items asks for: an empty item first, then its title and object.
+    bool insertRows(int row, int count, const QModelIndex &parent = {}) override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    bool removeRows(int row, int count, const QModelIndex &parent = {}) override;
+
+private:
+    struct Entry
+    {
+        MenuItem item;
+        bool separator = false;
+    };
+    static Entry entryFor(const MenuItem &item);
+
+    QList<Entry> m_entries;
+};

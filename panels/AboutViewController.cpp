@@ -1,0 +1,116 @@
+#include "ui_AboutViewController.h"
+
+#include "AboutViewController.h"
+#include "AttributedText.h"
+#include "Links.h"
+#include "RtfReader.h"
+
+#include <platform/Bundle.h>
+#include <platform/FatalFault.h>
+#include <platform/SceneConnections.h>
+#include <platform/StandardOutput.h>
+#include <platform/Window.h>
+#include <platform/Workspace.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+bool isText(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QString;
+}
+
+/// Puts two texts in the places of "%@", in their order. Either may contain such a mark itself.
+QString filled(const QString &format, const QString &first, const QString &second)
+{
+    const auto firstPlace = format.indexOf("%@"_L1);
+    const auto secondPlace = firstPlace < 0 ? -1 : format.indexOf("%@"_L1, firstPlace + 2);
+    if (secondPlace < 0)
+        return format;
+    return format.left(firstPlace) + first + format.mid(firstPlace + 2, secondPlace - firstPlace - 2) +
+           second + format.mid(secondPlace + 2);
+}
+} // namespace
+
+AboutViewController::AboutViewController()
+{
+    const auto information = Bundle::main().infoDictionary();
+    if (!information)
+        fatalFault(u"The main bundle has no information dictionary"_s);
+    m_appName = information->value(u"CFBundleName"_s);
+    m_appCopyright = information->value(u"NSHumanReadableCopyright"_s);
+    m_visitWebSiteButtonTitle = String::localize(u"Visit the Quorvane Website"_s);
+    m_rateAppButtonTitle = String::localize(u"Quorvane in the App Store"_s);
+}
+
+AboutViewController::~AboutViewController() = default;
+
+QString AboutViewController::appVersion() const
+{
+    const auto information = Bundle::main().infoDictionary().value_or(QVariantMap());
+    const QVariant version = information.value(u"CFBundleShortVersionString"_s);
+    const QVariant build = information.value(u"CFBundleVersion"_s);
+    if (!isText(version) || !isText(build))
+        return u"Unknown"_s;
+    return filled(String::localize(u"Version %@ (%@)"_s), version.toString(), build.toString());
+}
+
+void AboutViewController::loadView()
+{
+    auto root = std::make_unique<QWidget>();
+    m_scene = std::make_unique<Ui::AboutViewController>();
+    m_scene->setupUi(root.get());
+    creditsTextView = m_scene->creditsTextView;
+    creditsTextView->viewport()->setAutoFillBackground(false);
+    m_scene->iconView->setImage(Image::named(u"com.quorvane.Plovendix"_s));
+    connect(creditsTextView, &QTextBrowser::anchorClicked, this,
+            [](const QUrl &link) { Workspace::sharedWorkspace().openURL(link); });
+    connectScene(*root, *this);
+    setView(std::move(root));
+}
+
+void AboutViewController::viewWillAppear()
+{
+    PlatformController::viewWillAppear();
+    Window *about = window();
+    if (!about)
+        return;
+    styleWindow(*about);
+    showCredits();
+}
+
+void AboutViewController::styleWindow(Window &about)
+{
+    about.setFullSizeContentView(true);
+    about.setTitlebarAppearsTransparent(true);
+    about.setTitleVisibility(Window::TitleVisibility::Hidden);
+    about.setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
+    about.setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    about.center();
+}
+
+void AboutViewController::showCredits()
+{
+    const auto path = Bundle::main().pathForResource(u"Credits"_s, u"rtf"_s);
+    if (!path)
+        return;
+    Result<AttributedText> credits = readRtfFile(*path);
+    if (!credits) {
+        printLine(u"Couldn't set the credits"_s);
+        return;
+    }
+    credits.value().setForegroundColor(std::nullopt);
+    credits->writeTo(*creditsTextView->document(), creditsTextView->font());
+}
+
+void AboutViewController::visitQuorvaneWebsite(QObject *)
+{
+    Links::open(Links::Website);
+}
+
+void AboutViewController::rateInAppStore(QObject *)
+{
+    if (!Links::open(Links::AppStorePage))
+        Links::open(Links::Website);
+}

@@ -1,0 +1,30 @@
+#include "AboutWindowController.h"
+
+#include "AboutViewController.h"
+
+#include <platform/Storyboard.h>
+#include <platform/Window.h>
+#include <views/StringHelpers.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr QSize ContentSize(402, 502);
+}
+
+AboutWindowController::AboutWindowController()
+{
+    setContentViewController(
+        Storyboard::named(u"Main"_s).instantiate<AboutViewController>(u"AboutViewController"_s));
+}
+
+void AboutWindowController::loadWindow()
+{
+    auto window = std::make_unique<Window>();
+    window->setObjectName(u"AboutWindow"_s);
+    window->setWindowTitle(String::localize(u"About Plovendix"_s));
+    window->setResizable(false);
+    window->setContentSize(ContentSize);
+    setWindow(std::move(window));
+}

@@ -1,0 +1,14 @@
+#pragma once
+#include <platform/WindowController.h>
+
+/// The About window. It is made by whoever opens it first and kept for the next time; `showWindow` brings it
+/// up. How it looks is the business of its content. Main thread only.
+class AboutWindowController final : public WindowController
+{
+    Q_OBJECT
+
+public:
+    AboutWindowController();
+
+    void loadWindow() override;
+};

@@ -1,0 +1,19 @@
+#include "PanelScenes.h"
+
+#include "AboutViewController.h"
+#include "DonateViewController.h"
+#include "PrefsUpdatesViewController.h"
+
+#include <platform/Storyboard.h>
+
+using namespace Qt::StringLiterals;
+
+void registerPanelScenes()
+{
+    Storyboard::registerController(u"Preferences"_s, u"PrefsUpdatesViewController"_s,
+                                   [] { return ViewController::make<PrefsUpdatesViewController>(); });
+    Storyboard::registerController(u"Main"_s, u"AboutViewController"_s,
+                                   [] { return ViewController::make<AboutViewController>(); });
+    Storyboard::registerController(u"Main"_s, u"DonateViewController"_s,
+                                   [] { return ViewController::make<DonateViewController>(); });
+}

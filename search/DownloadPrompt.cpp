@@ -1,0 +1,16 @@
+#include "DownloadPrompt.h"
+
+namespace
+{
+DownloadPrompt *sharedPrompt = nullptr;
+}
+
+DownloadPrompt *DownloadPrompt::shared()
+{
+    return sharedPrompt;
+}
+
+void DownloadPrompt::setShared(DownloadPrompt *prompt)
+{
+    sharedPrompt = prompt;
+}
