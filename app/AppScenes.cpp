@@ -3,12 +3,16 @@
 #include "MainMenuViewController.h"
 #include "TitlebarViewController.h"
 
+#include <languages/PreferencesScenes.h>
+#include <panels/PanelScenes.h>
 #include <platform/Storyboard.h>
 #include <search/SearchScenes.h>
 
 void registerScenes()
 {
     registerSearchScenes();
+    registerPreferencesScenes();
+    registerPanelScenes();
     const auto main = QStringLiteral("Main");
     Storyboard::registerController(main, QStringLiteral("TitlebarViewController"),
                                    [] { return ViewController::make<TitlebarViewController>(); });

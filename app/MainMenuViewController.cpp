@@ -1,7 +1,11 @@
 #include "ui_MainMenuViewController.h"
 
+#include "AppDelegate.h"
 #include "MainMenuViewController.h"
 
+#include <languages/PrefsWindowController.h>
+#include <panels/AboutWindowController.h>
+#include <panels/Links.h>
 #include <platform/SceneConnections.h>
 #include <platform/Window.h>
 #include <search/MainViewController.h>
@@ -56,6 +60,31 @@ void MainMenuViewController::saveAs(QObject *)
 {
     if (const auto main = m_main.lock())
         main->saveSelectedSubtitleAs();
+}
+
+void MainMenuViewController::preferences(QObject *)
+{
+    if (!m_preferences)
+        m_preferences = std::make_unique<PrefsWindowController>();
+    m_preferences->showWindow();
+}
+
+void MainMenuViewController::visitQuorvane(QObject *sender)
+{
+    if (AppDelegate *delegate = AppDelegate::shared())
+        delegate->visitQuorvane(sender);
+}
+
+void MainMenuViewController::donate(QObject *)
+{
+    Links::open(Links::DonationPage);
+}
+
+void MainMenuViewController::orderFrontStandardAboutPanel(QObject *)
+{
+    if (!m_about)
+        m_about = std::make_unique<AboutWindowController>();
+    m_about->showWindow();
 }
 
 void MainMenuViewController::terminate(QObject *)

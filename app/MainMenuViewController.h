@@ -2,7 +2,9 @@
 #include <platform/TitlebarAccessoryViewController.h>
 #include <memory>
 
+class AboutWindowController;
 class MainViewController;
+class PrefsWindowController;
 namespace Ui
 {
 class MainMenuViewController;
@@ -24,9 +26,15 @@ public:
 
     Q_INVOKABLE void openVideo(QObject *sender);
     Q_INVOKABLE void saveAs(QObject *sender);
+    Q_INVOKABLE void preferences(QObject *sender);
+    Q_INVOKABLE void visitQuorvane(QObject *sender);
+    Q_INVOKABLE void donate(QObject *sender);
+    Q_INVOKABLE void orderFrontStandardAboutPanel(QObject *sender);
     Q_INVOKABLE void terminate(QObject *sender);
 
 private:
     std::weak_ptr<MainViewController> m_main;
     std::unique_ptr<Ui::MainMenuViewController> m_scene;
+    std::unique_ptr<PrefsWindowController> m_preferences; // from its first use on
+    std::unique_ptr<AboutWindowController> m_about;       // from its first use on
 };

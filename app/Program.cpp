@@ -5,12 +5,14 @@
 #include "CommandLine.h"
 #include "MainWindowController.h"
 
+#include <panels/DonationPrompt.h>
 #include <platform/ActivationToken.h>
 #include <platform/Appearance.h>
 #include <platform/ApplicationLink.h>
 #include <platform/Image.h>
 #include <platform/MainQueue.h>
 #include <platform/StandardOutput.h>
+#include <platform/Window.h>
 #include <search/MainViewController.h>
 
 #include <QApplication>
@@ -97,8 +99,12 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
 
     delegate.applicationWillFinishLaunching();
+    DonationPrompt donationPrompt;
     MainWindowController mainWindow;
     mainWindow.showWindow();
+    // Nobody should be left with a preferences window alone.
+    QObject::connect(mainWindow.window(), &Window::closed, &application,
+                     [] { QApplication::closeAllWindows(); });
     serve(link, delegate);
     delegate.open(line.uris);
     delegate.applicationDidFinishLaunching();

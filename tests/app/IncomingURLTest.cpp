@@ -227,6 +227,7 @@ private Q_SLOTS:
         QTest::newRow("beside a request")
             << QStringList{u"plovendix:?fileurl=file:///v/Two.mkv"_s, u"file:///v/One.mkv"_s}
             << QList<QUrl>{QUrl(u"file:///v/Two.mkv"_s), one};
+        QTest::newRow("broken") << QStringList{u"file://[x"_s} << QList<QUrl>();
         QTest::newRow("nothing") << QStringList() << QList<QUrl>();
         QTest::newRow("no URL") << QStringList{u"rubbish"_s, QString()} << QList<QUrl>();
     }

@@ -1,0 +1,133 @@
+#include <app/AppDelegate.h>
+#include <app/AppScenes.h>
+#include <app/MainWindowController.h>
+#include <platform/URLEventCentre.h>
+#include <platform/Window.h>
+#include <platform/Workspace.h>
+#include <search/MainViewController.h>
+#include <support/Sandbox.h>
+#include <support/scripted/ScriptedServices.h>
+
+#include <QMenu>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+class NotingWorkspace final : public Workspace
+{
+public:
+    QList<QUrl> opened;
+
+    bool openURL(const QUrl &url) override
+    {
+        opened += url;
+        return true;
+    }
+};
+} // namespace
+
+class MainMenuTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { registerScenes(); }
+    void init()
+    {
+        m_service = ScriptedSubtitleService::install();
+        m_metadata = ScriptedMetadataService::install();
+        m_workspace = std::make_shared<NotingWorkspace>();
+        Workspace::setSharedWorkspace(m_workspace);
+        m_delegate = std::make_unique<AppDelegate>();
+        m_delegate->applicationWillFinishLaunching();
+        m_window = std::make_unique<MainWindowController>();
+        m_window->showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window->window()));
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        m_delegate.reset();
+        Workspace::setSharedWorkspace({});
+    }
+
+    void offersEverythingWithItsShortcut()
+    {
+        QStringList entries;
+        const auto actions = menu()->actions();
+        for (const QAction *action : actions)
+            entries += action->isSeparator() ? u"-"_s : action->text() + u'|' + action->shortcut().toString();
+        QCOMPARE(entries, (QStringList{u"Open Video…|Ctrl+O"_s, u"Save As…|Ctrl+Shift+S"_s, u"-"_s,
+                                       u"Preferences…|Ctrl+,"_s, u"-"_s, u"Visit the Quorvane Website|"_s,
+                                       u"Donate…|"_s, u"-"_s, u"About Plovendix|"_s, u"Quit|Ctrl+Q"_s}));
+    }
+
+    void preferencesOpenOnceAndComeBack()
+    {
+        QTest::keyClick(m_window->window(), Qt::Key_Comma, Qt::ControlModifier);
+        const QList<Window *> windows = Window::openWindows();
+        QCOMPARE(windows.size(), 2);
+        QCOMPARE(windows.first(), m_window->window());
+        QCOMPARE(windows.last()->windowTitle(), u"General"_s);
+        trigger(u"preferencesAction"_s);
+        QCOMPARE(Window::openWindows(), windows);
+        windows.last()->close();
+        QCOMPARE(Window::openWindows().size(), 1);
+        trigger(u"preferencesAction"_s);
+        QCOMPARE(Window::openWindows(), windows);
+    }
+
+    void openPreferencesNeverSwallowARequest()
+    {
+        trigger(u"preferencesAction"_s);
+        URLEventCentre::shared().send({u"plovendix:?fileurl=file:///v/A.mkv"_s});
+        QCOMPARE(m_service->hashed.size(), 1);
+        QVERIFY(!m_delegate->externalRequest());
+    }
+
+    void aboutOpens()
+    {
+        trigger(u"aboutAction"_s);
+        trigger(u"aboutAction"_s);
+        QCOMPARE(Window::openWindows().size(), 2);
+    }
+
+    void pagesOpen_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QUrl>("page");
+        QTest::newRow("website") << u"websiteAction"_s << QUrl(u"https://www.quorvane.example/"_s);
+        QTest::newRow("donation") << u"donateAction"_s
+                                  << QUrl(u"https://donate.quorvane.example/plovendix"_s);
+    }
+    void pagesOpen()
+    {
+        QFETCH(QString, action);
+        QFETCH(QUrl, page);
+        trigger(action);
+        QCOMPARE(m_workspace->opened, QList<QUrl>{page});
+    }
+
+    void quitClosesEveryWindow()
+    {
+        trigger(u"preferencesAction"_s);
+        trigger(u"quitAction"_s);
+        QVERIFY(Window::openWindows().isEmpty());
+    }
+
+private:
+    QMenu *menu() const { return m_window->window()->findChild<QMenu *>(u"menu"_s); }
+    void trigger(const QString &action) const { m_window->window()->findChild<QAction *>(action)->trigger(); }
+
+    Sandbox m_sandbox;
+    std::shared_ptr<ScriptedSubtitleService> m_service;
+    std::shared_ptr<ScriptedMetadataService> m_metadata;
+    std::shared_ptr<NotingWorkspace> m_workspace;
+    std::unique_ptr<AppDelegate> m_delegate;
+    std::unique_ptr<MainWindowController> m_window;
+};
+
+QTEST_MAIN(MainMenuTest)
+#include "MainMenuTest.moc"
