@@ -88,7 +88,7 @@ void AppDelegate::open(const QStringList &uris)
     for (const QString &uri : uris) {
         if (!uri.startsWith("file:"_L1, Qt::CaseInsensitive))
             URLEventCentre::shared().send({uri});
-        else if (const QUrl url(uri, QUrl::TolerantMode); url.isLocalFile() && !file)
+        else if (const QUrl url(uri, QUrl::TolerantMode); url.isValid() && url.isLocalFile() && !file)
             file = url;
     }
     if (file)
