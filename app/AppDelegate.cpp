@@ -117,6 +117,15 @@ void AppDelegate::visitQuorvane(QObject *)
     Workspace::sharedWorkspace().openURL(*url);
 }
 
+void AppDelegate::sendFeedback(QObject *)
+{
+    const auto reporter = FeedbackReporting::sharedReporter();
+    if (!reporter)
+        fatalFault(u"There is no feedback reporter"_s);
+    reporter->setDelegate(this);
+    reporter->reportFeedback();
+}
+
 QMap<QString, QString> AppDelegate::customParametersForFeedbackReport() const
 {
     return {{u"identifier"_s, informationText(u"CFBundleIdentifier"_s)},

@@ -1,4 +1,5 @@
 #pragma once
+#include <app/FeedbackReporting.h>
 #include <delivery/IncomingRequestHandler.h>
 #include <search/PendingRequest.h>
 
@@ -22,7 +23,9 @@ struct ApplicationServices
 /// The program as a whole: prepares settings before anything else, takes URLs and files from outside, keeps a
 /// companion's request until the main view can take it, and answers the menu's actions that concern no
 /// window. One for the whole process, on the main thread.
-class AppDelegate final : public PendingRequest, public IncomingRequestHost
+class AppDelegate final : public PendingRequest,
+                          public IncomingRequestHost,
+                          public FeedbackReporting::Delegate
 {
 public:
     /// Registers defaults and the transformer "LanguageCodeToName", unless the locale has no language code.
@@ -58,8 +61,10 @@ public:
 
     /// Opens the maker's website.
     void visitQuorvane(QObject *sender);
+    /// Lets the person write to the maker. Without a feedback reporter a fatal fault.
+    void sendFeedback(QObject *sender);
     /// The program's name and version for a feedback report.
-    QMap<QString, QString> customParametersForFeedbackReport() const;
+    QMap<QString, QString> customParametersForFeedbackReport() const override;
 
     bool bringFirstWindowForward() override;
     FileSearching *firstWindowContent() override;

@@ -6,6 +6,7 @@
 #include <languages/PrefsWindowController.h>
 #include <panels/AboutWindowController.h>
 #include <panels/Links.h>
+#include <panels/UpdateChecking.h>
 #include <platform/SceneConnections.h>
 #include <platform/Window.h>
 #include <search/MainViewController.h>
@@ -40,6 +41,7 @@ void MainMenuViewController::loadView()
     m_scene->setupUi(root.get());
     m_scene->menuButton->setMenu(m_scene->menu);
     connectScene(*root, *this);
+    connect(m_scene->menu, &QMenu::aboutToShow, this, &MainMenuViewController::showWhatIsThere);
     setView(std::move(root));
 }
 
@@ -73,6 +75,24 @@ void MainMenuViewController::visitQuorvane(QObject *sender)
 {
     if (AppDelegate *delegate = AppDelegate::shared())
         delegate->visitQuorvane(sender);
+}
+
+void MainMenuViewController::showWhatIsThere()
+{
+    m_scene->updatesAction->setVisible(UpdateChecking::sharedUpdater() != nullptr);
+    m_scene->feedbackAction->setVisible(FeedbackReporting::sharedReporter() != nullptr);
+}
+
+void MainMenuViewController::checkForUpdates(QObject *sender)
+{
+    if (const auto updater = UpdateChecking::sharedUpdater())
+        updater->checkForUpdates(sender);
+}
+
+void MainMenuViewController::sendFeedback(QObject *sender)
+{
+    if (AppDelegate *delegate = AppDelegate::shared())
+        delegate->sendFeedback(sender);
 }
 
 void MainMenuViewController::donate(QObject *)

@@ -28,11 +28,15 @@ public:
     Q_INVOKABLE void saveAs(QObject *sender);
     Q_INVOKABLE void preferences(QObject *sender);
     Q_INVOKABLE void visitQuorvane(QObject *sender);
+    Q_INVOKABLE void checkForUpdates(QObject *sender);
+    Q_INVOKABLE void sendFeedback(QObject *sender);
     Q_INVOKABLE void donate(QObject *sender);
     Q_INVOKABLE void orderFrontStandardAboutPanel(QObject *sender);
     Q_INVOKABLE void terminate(QObject *sender);
 
 private:
+    void showWhatIsThere();
+
     std::weak_ptr<MainViewController> m_main;
     std::unique_ptr<Ui::MainMenuViewController> m_scene;
     std::unique_ptr<PrefsWindowController> m_preferences; // from its first use on

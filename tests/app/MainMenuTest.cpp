@@ -1,6 +1,8 @@
 #include <app/AppDelegate.h>
 #include <app/AppScenes.h>
+#include <app/FeedbackReporting.h>
 #include <app/MainWindowController.h>
+#include <panels/UpdateChecking.h>
 #include <platform/URLEventCentre.h>
 #include <platform/Window.h>
 #include <platform/Workspace.h>
@@ -25,6 +27,30 @@ public:
         opened += url;
         return true;
     }
+};
+
+class NotingUpdater final : public UpdateChecking
+{
+public:
+    int checks = 0;
+
+    void checkForUpdates(QObject *) override { ++checks; }
+};
+
+class NotingReporter final : public FeedbackReporting
+{
+public:
+    QStringList reports;
+
+    void setDelegate(Delegate *delegate) override { m_delegate = delegate; }
+    void reportFeedback() override
+    {
+        const auto parameters = m_delegate->customParametersForFeedbackReport();
+        reports += parameters[u"application"_s] + u' ' + parameters[u"version"_s];
+    }
+
+private:
+    Delegate *m_delegate = nullptr;
 };
 } // namespace
 
@@ -51,17 +77,57 @@ private Q_SLOTS:
         m_window.reset();
         m_delegate.reset();
         Workspace::setSharedWorkspace({});
+        UpdateChecking::setSharedUpdater({});
+        FeedbackReporting::setSharedReporter({});
     }
 
     void offersEverythingWithItsShortcut()
     {
         QStringList entries;
+        UpdateChecking::setSharedUpdater(std::make_shared<NotingUpdater>());
+        FeedbackReporting::setSharedReporter(std::make_shared<NotingReporter>());
+        Q_EMIT menu()->aboutToShow();
         const auto actions = menu()->actions();
         for (const QAction *action : actions)
             entries += action->isSeparator() ? u"-"_s : action->text() + u'|' + action->shortcut().toString();
         QCOMPARE(entries, (QStringList{u"Open Video…|Ctrl+O"_s, u"Save As…|Ctrl+Shift+S"_s, u"-"_s,
-                                       u"Preferences…|Ctrl+,"_s, u"-"_s, u"Visit the Quorvane Website|"_s,
-                                       u"Donate…|"_s, u"-"_s, u"About Plovendix|"_s, u"Quit|Ctrl+Q"_s}));
+                                       u"Preferences…|Ctrl+,"_s, u"Check for Updates…|"_s, u"-"_s,
+                                       u"Visit the Quorvane Website|"_s, u"Send Feedback…|"_s, u"Donate…|"_s,
+                                       u"-"_s, u"About Plovendix|"_s, u"Quit|Ctrl+Q"_s}));
+    }
+
+    void nothingDeadIsOffered()
+    {
+        Q_EMIT menu()->aboutToShow();
+        for (const QString &name : {u"updatesAction"_s, u"feedbackAction"_s})
+            QVERIFY(!m_window->window()->findChild<QAction *>(name)->isVisible());
+        trigger(u"updatesAction"_s);
+    }
+
+    void checksForUpdates()
+    {
+        const auto updater = std::make_shared<NotingUpdater>();
+        UpdateChecking::setSharedUpdater(updater);
+        Q_EMIT menu()->aboutToShow();
+        QVERIFY(m_window->window()->findChild<QAction *>(u"updatesAction"_s)->isVisible());
+        trigger(u"updatesAction"_s);
+        QCOMPARE(updater->checks, 1);
+    }
+
+    void feedbackIsReportedWithTheDelegateSetFirst()
+    {
+        const auto reporter = std::make_shared<NotingReporter>();
+        FeedbackReporting::setSharedReporter(reporter);
+        Q_EMIT menu()->aboutToShow();
+        QVERIFY(m_window->window()->findChild<QAction *>(u"feedbackAction"_s)->isVisible());
+        trigger(u"feedbackAction"_s);
+        QCOMPARE(reporter->reports, (QStringList{u"Plovendix 1.0"_s}));
+    }
+
+    void feedbackWithoutAReporterIsFatal()
+    {
+        const FatalFaultTrap trap;
+        QVERIFY_EXCEPTION_THROWN(m_delegate->sendFeedback(nullptr), FatalFaultCaught);
     }
 
     void preferencesOpenOnceAndComeBack()
