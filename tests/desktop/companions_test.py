@@ -76,4 +76,4 @@ class CompanionTest(InstalledTest):
 
 
 if __name__ == '__main__':
-    unittest.main()
+    unittest.main(verbosity=2)

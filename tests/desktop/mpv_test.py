@@ -88,4 +88,4 @@ class MpvTest(InstalledTest):
 
 
 if __name__ == '__main__':
-    unittest.main()
+    unittest.main(verbosity=2)

@@ -150,4 +150,4 @@ class NoBusTest(InstalledTest):
 
 
 if __name__ == '__main__':
-    unittest.main()
+    unittest.main(verbosity=2)

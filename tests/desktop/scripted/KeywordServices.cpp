@@ -55,7 +55,15 @@ void KeywordSubtitleService::query(const QList<Arg> &args, QueryCompletion compl
 {
     const bool byText = args.first().param == Param::text;
     const QString words = byText ? args.first().value : m_hashedName;
+    note(args.last().value + u' ' + words);
     answer(words, [words, completion = std::move(completion)] { completion(resultFor(words)); });
+}
+
+void KeywordSubtitleService::note(const QString &query) const
+{
+    QFile file(m_folder + u".queries"_s);
+    if (file.open(QIODevice::Append))
+        file.write(query.toUtf8() + '\n');
 }
 
 void KeywordSubtitleService::cancelQueryTask()

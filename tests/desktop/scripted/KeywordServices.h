@@ -17,7 +17,8 @@ class KeywordSubtitleService final : public QObject, public SubtitleService
     Q_OBJECT
 
 public:
-    /// `folder` is watched for "answer" and takes the downloaded files.
+    /// `folder` is watched for "answer" and takes the downloaded files; beside it "FOLDER.queries" gets a
+    /// line for each query: its language and its words.
     explicit KeywordSubtitleService(const QString &folder);
 
     void query(const QList<Arg> &args, QueryCompletion completion) override;
@@ -29,6 +30,7 @@ protected:
     VideoFileComponents componentsOf(const QUrl &url) override;
 
 private:
+    void note(const QString &query) const;
     void answer(const QString &words, std::function<void()> give);
     void answerHeld();
 
