@@ -111,4 +111,7 @@ void PrefsTabViewController::viewWillAppear()
 void PrefsTabViewController::viewDidAppear()
 {
     shown().notifyDidAppear();
+    // The arrow keys choose a pane at once.
+    if (Window *host = window())
+        host->makeFirstResponder(m_tabs->button(m_shown));
 }

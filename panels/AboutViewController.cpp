@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+constexpr double CreditsMargin = 10; // points
+
 bool isText(const QVariant &value)
 {
     return value.typeId() == QMetaType::QString;
@@ -63,6 +65,7 @@ void AboutViewController::loadView()
     m_scene->setupUi(root.get());
     creditsTextView = m_scene->creditsTextView;
     creditsTextView->viewport()->setAutoFillBackground(false);
+    creditsTextView->document()->setDocumentMargin(CreditsMargin);
     m_scene->iconView->setImage(Image::named(u"com.quorvane.Plovendix"_s));
     connect(creditsTextView, &QTextBrowser::anchorClicked, this,
             [](const QUrl &link) { Workspace::sharedWorkspace().openURL(link); });
@@ -78,6 +81,14 @@ void AboutViewController::viewWillAppear()
         return;
     styleWindow(*about);
     showCredits();
+}
+
+void AboutViewController::viewDidAppear()
+{
+    PlatformController::viewDidAppear();
+    // The keys scroll the credits at once.
+    if (Window *about = window())
+        about->makeFirstResponder(creditsTextView);
 }
 
 void AboutViewController::styleWindow(Window &about)
@@ -102,6 +113,8 @@ void AboutViewController::showCredits()
     }
     credits.value().setForegroundColor(std::nullopt);
     credits->writeTo(*creditsTextView->document(), creditsTextView->font());
+    // Filling it has taken the view's cursor to the end, and the view would follow when it is shown.
+    creditsTextView->moveCursor(QTextCursor::Start);
 }
 
 void AboutViewController::visitQuorvaneWebsite(QObject *)

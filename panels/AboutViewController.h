@@ -36,6 +36,7 @@ public:
     void loadView() override;
     /// Styles and centres the window and loads the credits, each time.
     void viewWillAppear() override;
+    void viewDidAppear() override;
 
     Q_INVOKABLE void visitQuorvaneWebsite(QObject *sender);
     /// Opens the maker's page in the App Store, or the website where nothing knows such links.

@@ -43,6 +43,13 @@ void DonateViewController::viewWillAppear()
         prompt->setResizable(false);
 }
 
+void DonateViewController::viewDidAppear()
+{
+    PlatformController::viewDidAppear();
+    if (Window *prompt = window())
+        prompt->makeFirstResponder(m_scene->maybeLaterButton);
+}
+
 void DonateViewController::closeAndDownload()
 {
     // Once dismissed the prompt does not know any more who presented it.

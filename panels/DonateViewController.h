@@ -21,6 +21,7 @@ public:
 
     void loadView() override;
     void viewWillAppear() override;
+    void viewDidAppear() override;
 
     Q_INVOKABLE void maybeLater(QObject *sender);
     Q_INVOKABLE void dontAskMeAgain(QObject *sender);

@@ -252,6 +252,7 @@ private Q_SLOTS:
         QCOMPARE(tabs().size(), 2);
         QCOMPARE(tabs().last()->text(), u"Other && more"_s);
         QVERIFY(!lastOtherPane->isViewLoaded());
+        QCOMPARE(window()->focusWidget(), tabs().first());
         QTest::mouseClick(tabs().last(), Qt::LeftButton);
         QCOMPARE(window()->windowTitle(), u"Other & more"_s);
         QVERIFY(lastOtherPane->view()->isVisible());

@@ -8,6 +8,7 @@
 #include <support/Sandbox.h>
 
 #include <QFile>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -55,6 +56,7 @@ private:
     {
         m_content = Storyboard::named(u"Main"_s).instantiate<AboutViewController>(u"AboutViewController"_s);
         m_window = std::make_unique<Window>();
+        m_window->setContentSize(QSize(402, 502));
         m_window->setContentViewController(m_content);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
@@ -109,6 +111,9 @@ private Q_SLOTS:
     {
         open();
         QVERIFY(shown().startsWith(u"Credits\n"_s));
+        QVERIFY(view().verticalScrollBar()->maximum() > 0);
+        QCOMPARE(view().verticalScrollBar()->value(), 0);
+        QCOMPARE(m_window->focusWidget(), &view());
         QVERIFY(
             shown().contains(u"This product uses TMDB and the TMDB APIs but is not endorsed, certified, or "
                              "otherwise approved by TMDB."_s));

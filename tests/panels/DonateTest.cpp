@@ -235,6 +235,9 @@ private Q_SLOTS:
             QCOMPARE(found, 1);
         }
         QCOMPARE(promptWindow()->windowModality(), Qt::ApplicationModal);
+        QVERIFY(!promptWindow()->isResizable());
+        // The keys begin where they do no harm.
+        QCOMPARE(promptWindow()->focusWidget(), promptWindow()->findChild<QWidget *>(u"maybeLaterButton"_s));
     }
 
     void thePromptComesInFrontOfTheSixthDownload()
