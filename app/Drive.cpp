@@ -6,6 +6,7 @@
 #include <platform/StandardOutput.h>
 #include <platform/TableView.h>
 #include <platform/Window.h>
+#include <search/DownloadPrompt.h>
 
 #include <QApplication>
 #include <QFileDialog>
@@ -48,6 +49,8 @@ void pressReturn(QWidget *widget)
 Drive::Drive(MainWindowController &mainWindow, const QString &picturePath)
     : m_mainWindow(mainWindow), m_picturePath(picturePath)
 {
+    // Nobody is there to answer a prompt, and these downloads are not a person's.
+    DownloadPrompt::setShared(nullptr);
     connect(&m_timer, &QTimer::timeout, this, &Drive::look);
     m_timer.start(LookInterval);
     m_inStep.start();
