@@ -38,9 +38,14 @@ void setActivationToken(const QString &token)
     tokenInHand() = token;
 }
 
+QString takeActivationToken()
+{
+    return std::exchange(tokenInHand(), QString());
+}
+
 void activateWithToken(QWidget &window)
 {
-    const QString token = std::exchange(tokenInHand(), QString());
+    const QString token = takeActivationToken();
     if (token.isEmpty())
         return window.activateWindow();
     // The toolkit's way to be told of a token on Wayland: it takes the variable away again.

@@ -12,8 +12,12 @@ namespace
 /// The caller's right to bring a window to the front; the older kind where there is no newer one.
 QString tokenOf(const QVariantMap &platformData)
 {
-    const QString token = platformData.value(u"activation-token"_s).toString();
-    return token.isEmpty() ? platformData.value(u"desktop-startup-id"_s).toString() : token;
+    for (const QString &key : {u"activation-token"_s, u"desktop-startup-id"_s}) {
+        const QVariant token = platformData.value(key);
+        if (token.typeId() == QMetaType::QString && !token.toString().isEmpty())
+            return token.toString();
+    }
+    return {};
 }
 } // namespace
 

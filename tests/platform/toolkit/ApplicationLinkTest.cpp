@@ -87,6 +87,44 @@ private Q_SLOTS:
         QCOMPARE(caller.exitCode(), 0);
     }
 
+    void callersTokenComesAlong_data()
+    {
+        QTest::addColumn<QString>("platformData");
+        QTest::addColumn<QString>("token");
+        QTest::newRow("newer") << u"{'desktop-startup-id': <'old'>, 'activation-token': <'new'>}"_s
+                               << u"new"_s;
+        QTest::newRow("older") << u"{'desktop-startup-id': <'old'>}"_s << u"old"_s;
+        QTest::newRow("empty newer") << u"{'activation-token': <''>, 'desktop-startup-id': <'old'>}"_s
+                                     << u"old"_s;
+        QTest::newRow("none") << u"{}"_s << QString();
+        QTest::newRow("no text") << u"{'activation-token': <5>}"_s << QString();
+    }
+    void callersTokenComesAlong()
+    {
+        QFETCH(QString, platformData);
+        QFETCH(QString, token);
+        setActivationToken(u"of an earlier caller"_s);
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        std::optional<QString> heard;
+        connect(m_link.get(), &ApplicationLink::opened, this, [&heard] { heard = takeActivationToken(); });
+        QProcess caller;
+        callWith(caller, {u"Open"_s, u"['file:///a']"_s, platformData});
+        QTRY_VERIFY(heard);
+        QCOMPARE(*heard, token);
+        QVERIFY(caller.state() == QProcess::NotRunning || caller.waitForFinished());
+    }
+
+    void secondOneHandsOverItsToken()
+    {
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        std::optional<QString> heard;
+        connect(m_link.get(), &ApplicationLink::activated, this, [&heard] { heard = takeActivationToken(); });
+        QProcess second;
+        second.start(QCoreApplication::applicationFilePath(), {QLatin1String(SecondStart)});
+        QTRY_COMPARE(heard, std::optional(u"token"_s));
+        QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
+    }
+
     void secondOneHandsOver_data()
     {
         QTest::addColumn<QStringList>("uris");
