@@ -49,7 +49,7 @@ class WithoutPortalTest(ProgramTest):
     def test_without_a_settings_portal_it_is_light(self):
         self.launch()
         x, y, _, height = self.frame()
-        self.assertGreater(sum(self.screen.colour(x + 20, y + height - 20)), HALF)
+        wait_for(lambda: sum(self.screen.colour(x + 20, y + height - 20)) > HALF, 'it is light')
 
 
 if __name__ == '__main__':

@@ -153,6 +153,13 @@ class Desktop:
         left, top, width, height = self.screen.geometry(self.screen.window('^Drag source$'))
         return source, (left + width // 2, top + height // 2)
 
+    def carry(self, source, grip, point):
+        """Takes hold of what a drag source offers and carries it to a point; the button stays down."""
+        begun = source.lines().count('begin')
+        self.screen.button_down(*grip)
+        self.screen.hover((grip[0] + 20, grip[1]), lambda: source.lines().count('begin') > begun, 'the drag begins')
+        self.screen.glide(grip, point)
+
     def accessible(self, process):
         """A program's tree as assistive tools read it."""
         return self._accessibility.application(process)

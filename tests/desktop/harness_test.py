@@ -36,7 +36,8 @@ class HarnessTest(unittest.TestCase):
         source, grip = self.desktop.drag_source('text/uri-list', 'file:///nowhere/Film.mkv\r\n')
         self.addCleanup(source.stop)
         x, y, width, height = self.screen.geometry(self.window)
-        self.screen.drag(grip, (x + width // 2, y + height // 2 + 20))
+        self.desktop.carry(source, grip, (x + width // 2, y + height // 2 + 20))
+        self.screen.button_up()
         self.program.wait_for_line('dropped file:///nowhere/Film.mkv')
         source.wait_for_line('taken')
 
@@ -44,7 +45,8 @@ class HarnessTest(unittest.TestCase):
         source, grip = self.desktop.drag_source('text/plain', 'words')
         self.addCleanup(source.stop)
         x, y, width, height = self.screen.geometry(self.window)
-        self.screen.drag(grip, (x + width // 2, y + height // 2 + 20))
+        self.desktop.carry(source, grip, (x + width // 2, y + height // 2 + 20))
+        self.screen.button_up()
         source.wait_for_line('refused')
         self.assertEqual(self.program.lines(), [])
 

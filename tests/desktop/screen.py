@@ -1,4 +1,5 @@
 """The virtual screen as a person has it: keys, mouse, windows, pictures."""
+import itertools
 import re
 import subprocess
 
@@ -38,7 +39,7 @@ class Screen:
     # Mouse
 
     def move(self, x, y):
-        self._run('xdotool', 'mousemove', '--sync', str(int(x)), str(int(y)))
+        self._run('xdotool', 'mousemove', str(int(x)), str(int(y)))
 
     def click(self, x, y, button=LEFT, times=1):
         self._run('xdotool', 'mousemove', str(int(x)), str(int(y)), 'click', '--repeat', str(times), '--delay', '40',
@@ -58,10 +59,25 @@ class Screen:
             words += ['mousemove', str(x), str(y), 'sleep', '0.01']
         self._run('xdotool', *words)
 
-    def drag(self, start, end):
+    def hover(self, point, fact, description):
+        """Moves about a point until something has come of it: a still pointer tells the programs nothing."""
+        offsets = itertools.cycle((2, -2))
+
+        def look():
+            self.move(point[0] + next(offsets), point[1])
+            return fact()
+        wait_for(look, description)
+
+    def drag(self, start, end, begun):
+        """Drags from start to end; goes on from the first part of the way only once `begun` says that it has begun."""
+        part = tuple(a + (b - a) / 3 for a, b in zip(start, end))
         self.button_down(*start)
-        self.glide(start, end)
-        self.button_up()
+        try:
+            self.glide(start, part)
+            self.hover(part, begun, 'the drag begins')
+            self.glide(part, end)
+        finally:
+            self.button_up()
 
     # Windows
 
