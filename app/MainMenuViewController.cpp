@@ -45,6 +45,17 @@ void MainMenuViewController::loadView()
     setView(std::move(root));
 }
 
+void MainMenuViewController::activateAction(const QString &name)
+{
+    view();
+    showWhatIsThere();
+    const auto actions = m_scene->menu->actions();
+    for (QAction *action : actions) {
+        if (action->isVisible() && !action->isSeparator() && action->objectName() == name + u"Action"_s)
+            return action->trigger();
+    }
+}
+
 void MainMenuViewController::openVideo(QObject *)
 {
     auto *dialog = new QFileDialog(window(), String::localize(u"Open Video"_s));

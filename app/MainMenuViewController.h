@@ -22,6 +22,9 @@ public:
     /// Sends what concerns searches and results to `controller`.
     void serve(const std::shared_ptr<MainViewController> &controller);
 
+    /// Does what the entry of that name does ("preferences", "quit"); nothing where there is none.
+    void activateAction(const QString &name);
+
     void loadView() override;
 
     Q_INVOKABLE void openVideo(QObject *sender);

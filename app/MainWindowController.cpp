@@ -58,9 +58,14 @@ void MainWindowController::windowDidLoad()
 
 void MainWindowController::addMenu()
 {
-    const auto menu =
-        Storyboard::named(u"Main"_s).instantiate<MainMenuViewController>(u"MainMenuViewController"_s);
-    menu->setLayoutAttribute(LayoutAttribute::Leading);
-    menu->serve(mainViewController());
-    window()->addTitlebarAccessoryViewController(menu);
+    m_menu = Storyboard::named(u"Main"_s).instantiate<MainMenuViewController>(u"MainMenuViewController"_s);
+    m_menu->setLayoutAttribute(LayoutAttribute::Leading);
+    m_menu->serve(mainViewController());
+    window()->addTitlebarAccessoryViewController(m_menu);
+}
+
+void MainWindowController::activateAction(const QString &name)
+{
+    if (m_menu)
+        m_menu->activateAction(name);
 }

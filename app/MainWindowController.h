@@ -2,6 +2,7 @@
 #include <platform/WindowController.h>
 #include <memory>
 
+class MainMenuViewController;
 class MainViewController;
 class TitlebarAccessoryViewController;
 
@@ -21,6 +22,11 @@ public:
     std::shared_ptr<MainViewController> mainViewController() const;
     std::shared_ptr<TitlebarAccessoryViewController> titlebarViewController;
 
+    /// Does what the main menu's entry of that name does; nothing where there is none.
+    void activateAction(const QString &name);
+
 private:
     void addMenu();
+
+    std::shared_ptr<MainMenuViewController> m_menu; // once the window has loaded
 };

@@ -58,13 +58,15 @@ void printText(const QString &text)
         printLine(line);
 }
 
-/// Lets the delegate do what others ask for over the session bus. Whatever the action, it concerns the
-/// window.
-void serve(ApplicationLink &link, AppDelegate &delegate)
+/// Does what others ask for over the session bus.
+void serve(ApplicationLink &link, AppDelegate &delegate, MainWindowController &mainWindow)
 {
-    const auto activate = [&delegate] { delegate.activate(); };
-    QObject::connect(&link, &ApplicationLink::activated, &link, activate);
-    QObject::connect(&link, &ApplicationLink::actionActivated, &link, activate);
+    QObject::connect(&link, &ApplicationLink::activated, &link, [&delegate] { delegate.activate(); });
+    QObject::connect(&link, &ApplicationLink::actionActivated, &link,
+                     [&delegate, &mainWindow](const QString &name) {
+                         delegate.activate();
+                         mainWindow.activateAction(name);
+                     });
     QObject::connect(&link, &ApplicationLink::opened, &link,
                      [&delegate](const QStringList &uris) { delegate.open(uris); });
 }
@@ -105,7 +107,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     // Nobody should be left with a preferences window alone.
     QObject::connect(mainWindow.window(), &Window::closed, &application,
                      [] { QApplication::closeAllWindows(); });
-    serve(link, delegate);
+    serve(link, delegate, mainWindow);
     delegate.open(line.uris);
     delegate.applicationDidFinishLaunching();
     if (parts.windowShown)

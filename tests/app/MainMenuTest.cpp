@@ -153,6 +153,16 @@ private Q_SLOTS:
         QVERIFY(!m_delegate->externalRequest());
     }
 
+    void actionsAreReachedByName()
+    {
+        m_window->activateAction(u"preferences"_s);
+        QCOMPARE(Window::openWindows().size(), 2);
+        for (const QString &name : {u"nothing"_s, QString(), u"feedback"_s}) // there is no reporter
+            m_window->activateAction(name);
+        m_window->activateAction(u"quit"_s);
+        QVERIFY(Window::openWindows().isEmpty());
+    }
+
     void aboutOpens()
     {
         trigger(u"aboutAction"_s);

@@ -93,6 +93,12 @@ class RunningInstanceTest(InstalledTest):
         self.run_tool(self.installed, self.video('A.mkv'))
         self.assert_reached('A.mkv')
 
+    def test_an_action_of_the_menu_over_the_bus(self):
+        self.run_tool('gapplication', 'action', IDENTIFIER, 'preferences')
+        self.tree.find('frame', 'General')
+        self.run_tool('xdg-open', request(self.video('A.mkv')))
+        self.wait_for_field('A.mkv')
+
     def test_a_request_without_a_video_is_an_alert(self):
         self.run_tool('xdg-open', 'plovendix://search?docid=1')
         self.tree.find('alert message').find('label', lambda name: name.startswith('Cannot create URL from'))
