@@ -39,7 +39,8 @@ void MainViewController::updateDetailView()
     const auto found = subtitles.load();
     if (!found || !m_shownSubtitles)
         return;
-    if (found->isEmpty()) { // stored by a search that has ended, while the table still shows the rows before it
+    if (found->isEmpty()) { // stored by a search that has ended, while the table still shows the rows before
+                            // it
         printLine(u"This doesn't work"_s);
         return;
     }
