@@ -1,4 +1,5 @@
 #include "SettingsFile.h"
+#include "GObjectPointer.h"
 #include "SettingsValue.h"
 
 #include <glib.h>
@@ -17,16 +18,11 @@ struct FreeKeyFile
 {
     void operator()(GKeyFile *file) const { g_key_file_free(file); }
 };
-struct FreeText
-{
-    void operator()(gchar *text) const { g_free(text); }
-};
 struct FreeTexts
 {
     void operator()(gchar **texts) const { g_strfreev(texts); }
 };
 using KeyFile = std::unique_ptr<GKeyFile, FreeKeyFile>;
-using Text = std::unique_ptr<gchar, FreeText>;
 using Texts = std::unique_ptr<gchar *, FreeTexts>;
 
 KeyFile loaded(const QByteArray &bytes)
@@ -59,7 +55,7 @@ QString readKey(const char *key)
 
 QString readText(GKeyFile *file, const char *key)
 {
-    Text text(g_key_file_get_string(file, Group, key, nullptr));
+    GText text(g_key_file_get_string(file, Group, key, nullptr));
     // A backslash that starts no escape was typed by a person who meant it.
     if (!text)
         text.reset(g_key_file_get_value(file, Group, key, nullptr));
@@ -101,7 +97,7 @@ QByteArray SettingsFile::bytesWith(const Values &changes) const
             g_key_file_remove_key(file.get(), Group, key.constData(), nullptr);
     }
     gsize length = 0;
-    const Text text(g_key_file_to_data(file.get(), &length, nullptr));
+    const GText text(g_key_file_to_data(file.get(), &length, nullptr));
     return QByteArray(text.get(), static_cast<qsizetype>(length));
 }
 

@@ -1,7 +1,9 @@
 #include "UserDefaults.h"
+#include "MainQueue.h"
 #include "SettingsFile.h"
 #include "SettingsStore.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QStandardPaths>
 
@@ -27,6 +29,12 @@ std::optional<QString> spellingOf(const QVariant &value)
     return value.isValid() ? std::optional<QString>(SettingsFile::spelling(value)) : std::nullopt;
 }
 
+/// Before there is an application object no thread is the main one yet.
+bool isRightThread()
+{
+    return !QCoreApplication::instance() || MainQueue::isMainThread();
+}
+
 QString standardPath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -43,24 +51,28 @@ public:
 
     QVariant effective(const QString &key) const
     {
+        Q_ASSERT(isRightThread());
         const QVariant stored = m_store.value(key);
         return stored.isValid() ? stored : m_registered.value(key);
     }
 
     void registerDefaults(const QVariantMap &defaults)
     {
+        Q_ASSERT(isRightThread());
         m_registered.insert(defaults);
         notify();
     }
 
     void set(const QString &key, const QVariant &value)
     {
+        Q_ASSERT(isRightThread());
         m_store.set(key, value);
         notify();
     }
 
     void synchronize()
     {
+        Q_ASSERT(isRightThread());
         m_store.synchronize();
         notify();
     }

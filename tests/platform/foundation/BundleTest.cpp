@@ -281,6 +281,7 @@ void BundleTest::anyThreadMayAsk()
     bundle.setPreferredLocalizations({u"de"_s});
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int index = 0; index < 4; ++index) {
         threads.emplace_back([&] {
             const bool isText = bundle.localizedString(u"Save"_s) == u"Sichern";

@@ -287,6 +287,7 @@ void LocaleTest::anyThreadMayAsk()
 {
     const Locale german(u"de_DE"_s);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     std::atomic<int> right = 0;
     for (int index = 0; index < 4; ++index) {
         threads.emplace_back([&] {

@@ -231,14 +231,20 @@ void MainQueueTest::clearForgetsDueAndDelayedBlocks()
 
 void MainQueueTest::clearedBlockMayQueueAnotherAsItGoes()
 {
-    struct QueuesAtItsEnd
+    class QueuesAtItsEnd final
     {
-        MainQueue &queue;
-        QList<int> &order;
+    public:
+        QueuesAtItsEnd(MainQueue &queue, QList<int> &order) : m_queue(queue), m_order(order) {}
         ~QueuesAtItsEnd()
         {
-            queue.async([&list = order] { list += 7; });
+            m_queue.async([&order = m_order] { order += 7; });
         }
+        QueuesAtItsEnd(const QueuesAtItsEnd &) = delete;
+        QueuesAtItsEnd &operator=(const QueuesAtItsEnd &) = delete;
+
+    private:
+        MainQueue &m_queue;
+        QList<int> &m_order;
     };
     m_queue.async([held = std::make_shared<QueuesAtItsEnd>(m_queue, m_order)] {});
     m_queue.clear();

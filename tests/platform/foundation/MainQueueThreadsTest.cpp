@@ -129,7 +129,7 @@ void MainQueueThreadsTest::whatABlockHoldsIsReleasedOnTheMainThread()
 {
     std::atomic<int> releasedElsewhere = 0;
     std::atomic<int> released = 0;
-    const auto release = [&](int *value) {
+    const auto release = [&](const int *value) {
         delete value;
         if (!MainQueue::isMainThread())
             ++releasedElsewhere;
