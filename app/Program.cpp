@@ -45,10 +45,18 @@ void describeApplication()
         QApplication::setWindowIcon(QIcon(icon->pixmap(QSizeF(64, 64), 1)));
 }
 
-/// Whether the arguments only ask for a text, so that no display is needed.
+/// Whether the arguments only ask for a text, so that no display is needed. Looks at the arguments alone: the
+/// bundle is found only once there is an application object.
 bool asksForText(const QByteArrayList &arguments)
 {
-    return parseCommandLine(arguments, {}).print.has_value();
+    static const QByteArrayList texts{"-h", "--help", "-v", "--version"};
+    for (const QByteArray &argument : arguments) {
+        if (argument == "--")
+            return false;
+        if (texts.contains(argument))
+            return true;
+    }
+    return false;
 }
 
 /// A text of several lines, for --help alone.

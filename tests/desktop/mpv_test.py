@@ -17,7 +17,8 @@ class Player:
     def __init__(self, path):
         self._socket = socket.socket(socket.AF_UNIX)
         self._socket.settimeout(10)
-        self._socket.connect(path)
+        # The socket's file is there a moment before anybody listens.
+        wait_for(lambda: self._socket.connect_ex(path) == 0, 'mpv listens at its socket')
         self._answers = self._socket.makefile('rb')
         self._number = 0
 
