@@ -97,6 +97,8 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     }
 
     MainQueue::shared();
+    // Goes last: while it says goodbye to servers, a new start already has an instance of its own.
+    std::shared_ptr<void> services;
     ApplicationLink link(parts.applicationIdentifier);
     if (!parts.applicationIdentifier.isEmpty() &&
         link.start(line.uris, activationToken) == ApplicationLink::Outcome::HandedOver)
@@ -104,7 +106,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     describeApplication();
     Appearance::shared().install();
     registerScenes();
-    parts.installServices();
+    services = parts.installServices();
     AppDelegate delegate(parts.applicationServices);
     QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
 

@@ -3,14 +3,16 @@
 
 #include <QString>
 #include <functional>
+#include <memory>
 
 class MainWindowController;
 
 /// What differs between the program and the executables that drive it.
 struct ProgramParts
 {
-    /// Makes the services and installs them as the shared ones. Called once, before the window is made.
-    std::function<void()> installServices;
+    /// Makes the services and installs them as the shared ones. Called once, before the window is made. What
+    /// it gives is let go when the window is gone and before the application object goes.
+    std::function<std::shared_ptr<void>()> installServices;
     /// Called once the main window is on screen.
     std::function<void(MainWindowController &)> windowShown = {};
     /// The name on the session bus under which one instance of the program runs; empty for one that shares

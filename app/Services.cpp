@@ -1,16 +1,102 @@
 #include "Services.h"
 
-#include <platform/Bundle.h>
-#include <search/api/MetadataService.h>
-#include <search/api/SubtitleService.h>
-#include <services/catalogue/CatalogueServices.h>
+#include "ProgramAccounts.h"
+#include "SecretFileQuestion.h"
 
-void installServices()
+#include <platform/Bundle.h>
+#include <platform/SessionBus.h>
+#include <search/api/ServiceStatus.h>
+#include <services/catalogue/CatalogueService.h>
+#include <services/catalogue/CatalogueServices.h>
+#include <services/combined/Services.h>
+#include <services/secrets/KeychainSecretStore.h>
+
+#include <QEventLoop>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
 {
+constexpr auto LongestGoodbye = 5s;
+
+/// Where secrets are kept. Only Linux needs a session bus to reach its keyring, and asking without one would
+/// start a bus of our own.
+std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
+{
+#ifdef Q_OS_LINUX
+    const bool hasKeyring = hasSessionBus();
+#else
+    const bool hasKeyring = true;
+#endif
+    return std::make_shared<KeychainSecretStore>(
+        [&question](const QString &, std::function<void(bool)> answer) { question.ask(std::move(answer)); },
+        FileSecretStore(),
+        hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent);
+}
+
+/// The services and those who show what they say, from the program's start to its end.
+class ProgramServices final
+{
+public:
+    ProgramServices();
+    ~ProgramServices();
+    ProgramServices(const ProgramServices &) = delete;
+    ProgramServices &operator=(const ProgramServices &) = delete;
+
+private:
+    void logOut();
+    void showStatus();
+
     // A missing starter catalogue is met when it is searched, with a message.
-    const auto starter = Bundle::main()
-                             .pathForResource(QStringLiteral("starter"), QStringLiteral("sqlite"))
-                             .value_or(QString());
-    SubtitleService::setShared(makeCatalogueSubtitleService(starter));
-    MetadataService::setShared(makeCatalogueMetadataService(starter));
+    const QString m_starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s).value_or(QString());
+    SecretFileQuestion m_question;
+    Services m_services{{makeCatalogueSubtitleService(m_starter), CatalogueService::name(),
+                         makeCatalogueMetadataService(m_starter), secretStore(m_question)}};
+    const std::shared_ptr<ProgramAccounts> m_accounts =
+        std::make_shared<ProgramAccounts>(m_services, m_starter);
+};
+
+ProgramServices::ProgramServices()
+{
+    m_services.install();
+    m_services.setObserver([this] {
+        showStatus();
+        Q_EMIT m_accounts->changed();
+    });
+    m_services.rest().setQuotaObserver([this](const RestQuota &) { showStatus(); });
+    ServiceAccounts::setShared(m_accounts);
+}
+
+ProgramServices::~ProgramServices()
+{
+    ServiceAccounts::setShared({});
+    m_services.setObserver({});
+    logOut();
+    m_services.rest().setQuotaObserver({});
+}
+
+void ProgramServices::logOut()
+{
+    QEventLoop loop;
+    bool isDone = false;
+    m_services.shutDown([&] {
+        isDone = true;
+        loop.quit();
+    });
+    QTimer::singleShot(LongestGoodbye, &loop, &QEventLoop::quit);
+    if (!isDone)
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+void ProgramServices::showStatus()
+{
+    ServiceStatus::shared().setValue({m_services.asksTheNetwork(), m_services.rest().quota().remaining});
+}
+} // namespace
+
+std::shared_ptr<void> installServices()
+{
+    return std::make_shared<ProgramServices>();
 }

@@ -64,6 +64,22 @@ QString CombinedSubtitleService::videoName(const QList<Arg> &args) const
 void CombinedSubtitleService::query(const QList<Arg> &args, QueryCompletion completion)
 {
     const quint64 number = m_outstanding->begin();
+    if (m_isHeld) {
+        m_held.push_back([=, this, completion = std::move(completion)] { start(number, args, completion); });
+        return;
+    }
+    start(number, args, std::move(completion));
+}
+
+void CombinedSubtitleService::release()
+{
+    m_isHeld = false;
+    for (const auto &begin : std::exchange(m_held, {}))
+        begin();
+}
+
+void CombinedSubtitleService::start(quint64 number, const QList<Arg> &args, QueryCompletion completion)
+{
     const QList<Source> asked = askedSources();
     const auto combined = std::make_shared<CombinedQuery>(asked.size(), videoName(args), m_preferences());
     const auto finish = [number, combined, completion = std::move(completion), outstanding = m_outstanding,
@@ -89,6 +105,7 @@ void CombinedSubtitleService::query(const QList<Arg> &args, QueryCompletion comp
 
 void CombinedSubtitleService::cancelQueryTask()
 {
+    m_held.clear();
     m_outstanding->cancelAll();
     for (const Source &source : m_sources)
         source.service->cancelQueryTask();

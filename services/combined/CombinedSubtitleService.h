@@ -25,6 +25,10 @@ public:
                             std::function<RankingPreferences()> preferences);
     ~CombinedSubtitleService() override;
 
+    /// Keeps queries back until `release`: for the time in which nobody knows yet who is to be asked.
+    void hold() { m_isHeld = true; }
+    void release();
+
     void query(const QList<Arg> &args, QueryCompletion completion) override;
     void cancelQueryTask() override;
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
@@ -34,6 +38,7 @@ protected:
     VideoFileComponents componentsOf(const QUrl &url) override;
 
 private:
+    void start(quint64 number, const QList<Arg> &args, QueryCompletion completion);
     QList<Source> askedSources() const;
     QString videoName(const QList<Arg> &args) const;
 
@@ -42,4 +47,6 @@ private:
     std::function<RankingPreferences()> m_preferences;
     std::shared_ptr<OutstandingQueries> m_outstanding;
     std::shared_ptr<WorkerThread> m_worker;
+    bool m_isHeld = false;
+    std::vector<std::function<void()>> m_held;
 };

@@ -1,5 +1,15 @@
 #include "Services.h"
 
+#include <services/net/Redactor.h>
+#include <services/secrets/EnvironmentSecrets.h>
+
+namespace
+{
+using namespace std::chrono_literals;
+
+constexpr auto Patience = 2s; // a locked keyring asks the person, who may be elsewhere
+} // namespace
+
 Services::Services(const Parts &parts)
     : m_parts(parts), m_names(std::make_shared<VideoNames>()), m_alive(std::make_shared<Services *>(this))
 {
@@ -27,24 +37,56 @@ void Services::install()
     m_isInstalled = true;
     const auto hasKey = [rest = m_rest] { return rest->hasKey(); };
     const auto preferences = [rest = m_rest] { return rest->settings().preferences; };
-    SubtitleService::setShared(std::make_shared<CombinedSubtitleService>(
+    m_combined = std::make_shared<CombinedSubtitleService>(
         QList<CombinedSubtitleService::Source>{{m_parts.catalogueName, m_parts.catalogue, {}},
                                                {RestRecord::service(), m_rest, hasKey}},
-        m_names, preferences));
+        m_names, preferences);
+    if (!m_areSecretsRead) {
+        m_combined->hold();
+        m_patience = m_clock.after(Patience, [this] { releaseQueries(); });
+    }
+    SubtitleService::setShared(m_combined);
     MetadataService::setShared(
         std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{
             {m_parts.catalogueMetadata, {}}, {m_films, [films = m_films] { return films->hasKey(); }}}));
 }
 
+void Services::releaseQueries()
+{
+    m_patience.cancel();
+    if (m_combined)
+        m_combined->release();
+}
+
 void Services::reloadSecrets()
 {
+    m_saved.clear();
     loadCredentials(*m_parts.secrets, [weak = std::weak_ptr(m_alive)](const Credentials &credentials) {
-        const auto alive = weak.lock();
-        if (!alive)
-            return;
-        (*alive)->m_credentials = credentials;
-        (*alive)->apply();
+        if (const auto alive = weak.lock())
+            (*alive)->takeCredentials(credentials);
     });
+}
+
+void Services::takeCredentials(Credentials credentials)
+{
+    for (auto it = m_saved.cbegin(); it != m_saved.cend(); ++it)
+        credentials.at(it.key()) = it.value();
+    m_credentials = credentials;
+    m_areSecretsRead = true;
+    apply();
+    releaseQueries();
+}
+
+void Services::saveSecret(Secret secret, const QString &text, SecretStore::WriteCompletion completion)
+{
+    const QString value = Credentials::cleaned(secret, text);
+    hideSecret(value);
+    if (!environmentSecret(secret)) {
+        m_saved[secret] = value;
+        m_credentials.at(secret) = value;
+        apply();
+    }
+    m_parts.secrets->write(secret, value, std::move(completion));
 }
 
 void Services::apply()

@@ -21,14 +21,18 @@ public:
         std::shared_ptr<SecretStore> secrets;
     };
 
-    /// Queries asked before the secrets are read go to the catalogue alone.
+    /// Queries wait until the secrets are read, but not for long: then they go to the catalogue alone.
     explicit Services(const Parts &parts);
     ~Services();
 
     /// Makes them the services that everyone asks, until this goes.
     void install();
-    /// Reads the secrets again, after the person has changed one.
+    /// Reads the secrets again, after somebody has changed them in the store.
     void reloadSecrets();
+    /// Uses the secret from now on and keeps it in the store. What the store does not take is used until the
+    /// program ends. One that the environment gives stays in use.
+    void saveSecret(Secret secret, const QString &text, SecretStore::WriteCompletion completion);
+    const Credentials &credentials() const { return m_credentials; }
 
     RestService &rest() { return *m_rest; }
     FilmDatabase &films() { return *m_films; }
@@ -41,14 +45,20 @@ public:
     void shutDown(std::function<void()> done) { m_rest->shutDown(std::move(done)); }
 
 private:
+    void takeCredentials(Credentials credentials);
+    void releaseQueries();
     void apply();
 
     Parts m_parts;
     SystemClock m_clock; // before the services that go by it
     Credentials m_credentials;
+    QMap<Secret, QString> m_saved; // since the last reading began
+    bool m_areSecretsRead = false;
+    Clock::Timer m_patience; // with a store that does not answer
     std::shared_ptr<VideoNames> m_names;
     std::shared_ptr<RestService> m_rest;
     std::shared_ptr<FilmDatabase> m_films;
+    std::shared_ptr<CombinedSubtitleService> m_combined;
     std::vector<UserDefaults::Observation> m_observations;
     std::function<void()> m_observer;
     bool m_isInstalled = false;

@@ -261,3 +261,26 @@ void FilmDatabase::emptyCache()
 {
     m_worker->post([cache = m_cache] { cache.clear(); });
 }
+
+void FilmDatabase::testKey(std::function<void(Result<void>)> completion)
+{
+    const auto answerLater = [completion = std::move(completion)](const Result<void> &answer) {
+        MainQueue::shared().async([=] { completion(answer); });
+    };
+    if (!hasKey()) {
+        answerLater(noKey());
+        return;
+    }
+    m_test = m_transport.send(
+        m_settings.request(u"/configuration"_s, {}), m_settings.apiHosts(),
+        [answerLater](const Result<HttpAnswer> &outcome) {
+            if (!outcome)
+                answerLater(outcome.error());
+            else if (!outcome->isSuccess())
+                answerLater(filmError(*outcome));
+            else if (!isConfiguration(outcome->body))
+                answerLater(serviceError(Kind::BadAnswer, ServiceName::Films, u"no configuration"_s));
+            else
+                answerLater({});
+        });
+}

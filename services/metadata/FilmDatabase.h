@@ -26,6 +26,8 @@ public:
     void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
     void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
                     ImageCompletion completion) override;
+    /// Whether the key is accepted, asked anew each time.
+    void testKey(std::function<void(Result<void>)> completion);
     void emptyCache();
 
 private:
@@ -58,6 +60,7 @@ private:
     CachedFetch m_fetch;
     std::function<qreal()> m_pixelRatio;
     std::vector<std::shared_ptr<Task>> m_tasks; // under way
+    Transport::Call m_test;
     std::deque<Picture> m_waitingPictures;
     int m_picturesUnderWay = 0;
 };

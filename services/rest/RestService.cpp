@@ -132,6 +132,10 @@ void RestService::download(const SubtitlePtr &subtitle, DownloadCompletion compl
 
 void RestService::testConnection(std::function<void(Result<RestReport>)> completion)
 {
+    if (!hasKey()) {
+        MainQueue::shared().async([completion = std::move(completion)] { completion(noKey()); });
+        return;
+    }
     const RestURL::Parameters sample{{u"languages"_s, u"en"_s}, {u"query"_s, u"lighthouse"_s}};
     const bool hasAccount = settings().hasAccount();
     const RestSession::Request request{HttpRequest::Method::Get,

@@ -19,37 +19,48 @@ struct Loading
     int missing = 3;
     std::function<void(Credentials)> done;
 
-    void take(QString Credentials::*member, const QString &text, bool isPassword)
+    void take(Secret secret, const QString &text)
     {
-        // A line end pasted with a key would end a header. A password is taken as it is.
-        const QString value = isPassword ? text : text.simplified();
+        const QString value = Credentials::cleaned(secret, text);
         hideSecret(value);
-        credentials.*member = value;
+        credentials.at(secret) = value;
         if (--missing == 0)
             done(credentials);
     }
 };
 } // namespace
 
+QString &Credentials::at(Secret secret)
+{
+    switch (secret) {
+    case Secret::SubtitleKey:
+        return subtitleKey;
+    case Secret::SubtitlePassword:
+        return subtitlePassword;
+    case Secret::MetadataKey:
+        break;
+    }
+    return metadataKey;
+}
+
+QString Credentials::cleaned(Secret secret, const QString &text)
+{
+    return secret == Secret::SubtitlePassword ? text : text.simplified();
+}
+
 void loadCredentials(SecretStore &store, std::function<void(Credentials)> done)
 {
     auto loading = std::make_shared<Loading>();
     loading->done = std::move(done);
-    const std::pair<Secret, QString Credentials::*> members[] = {
-        {Secret::SubtitleKey, &Credentials::subtitleKey},
-        {Secret::SubtitlePassword, &Credentials::subtitlePassword},
-        {Secret::MetadataKey, &Credentials::metadataKey}};
-    for (const auto &[secret, member] : members) {
-        const bool isPassword = secret == Secret::SubtitlePassword;
+    for (const Secret secret : {Secret::SubtitleKey, Secret::SubtitlePassword, Secret::MetadataKey}) {
         if (const auto given = environmentSecret(secret)) {
-            MainQueue::shared().async(
-                [=, text = *given, member = member] { loading->take(member, text, isPassword); });
+            MainQueue::shared().async([=, text = *given] { loading->take(secret, text); });
             continue;
         }
-        store.read(secret, [=, member = member](const Result<std::optional<QString>> &read) {
+        store.read(secret, [=](const Result<std::optional<QString>> &read) {
             if (!read)
                 qCWarning(log).noquote() << "a secret could not be read:" << read.error().detail;
-            loading->take(member, read ? read->value_or(QString()) : QString(), isPassword);
+            loading->take(secret, read ? read->value_or(QString()) : QString());
         });
     }
 }

@@ -8,6 +8,10 @@ struct Credentials
     QString subtitlePassword;
     QString metadataKey;
 
+    QString &at(Secret secret);
+    /// The text as it is used: a line end pasted with a key would end a header. A password is taken as it is.
+    static QString cleaned(Secret secret, const QString &text);
+
     bool operator==(const Credentials &) const = default;
 };
 

@@ -1,6 +1,7 @@
 #include "KeychainSecretStore.h"
 
 #include <platform/Bundle.h>
+#include <platform/MainQueue.h>
 
 #include <qt6keychain/keychain.h>
 
@@ -21,13 +22,20 @@ Error refused(const QString &reason)
 }
 } // namespace
 
-KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &file)
-    : m_ask(std::move(ask)), m_file(file), m_alive(std::make_shared<KeychainSecretStore *>(this))
+KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring)
+    : m_ask(std::move(ask)),
+      m_file(file),
+      m_keyring(keyring),
+      m_alive(std::make_shared<KeychainSecretStore *>(this))
 {
 }
 
 void KeychainSecretStore::read(Secret secret, ReadCompletion completion)
 {
+    if (m_keyring == Keyring::Absent) {
+        m_file.read(secret, std::move(completion));
+        return;
+    }
     auto *job = new QKeychain::ReadPasswordJob(ServiceName); // deletes itself
     job->setKey(nameOf(secret));
     QObject::connect(job, &QKeychain::Job::finished, job,
@@ -49,6 +57,10 @@ void KeychainSecretStore::read(Secret secret, ReadCompletion completion)
 
 void KeychainSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)
 {
+    if (m_keyring == Keyring::Absent) {
+        writeWithoutKeyring(secret, text, completion);
+        return;
+    }
     const auto finished = [weak = std::weak_ptr(m_alive), secret, text,
                            completion = std::move(completion)](QKeychain::Job *job) {
         const bool isStored = job->error() == QKeychain::NoError ||
@@ -68,6 +80,15 @@ void KeychainSecretStore::write(Secret secret, const QString &text, WriteComplet
     job->setTextData(text);
     QObject::connect(job, &QKeychain::Job::finished, job, finished);
     job->start();
+}
+
+void KeychainSecretStore::writeWithoutKeyring(Secret secret, const QString &text,
+                                              const WriteCompletion &completion)
+{
+    MainQueue::shared().async([weak = std::weak_ptr(m_alive), secret, text, completion] {
+        if (const auto alive = weak.lock())
+            (*alive)->finishWrite(secret, text, false, u"there is no session bus"_s, completion);
+    });
 }
 
 void KeychainSecretStore::finishWrite(Secret secret, const QString &text, bool isStored,

@@ -10,7 +10,13 @@ public:
     /// own word.
     using AskForFile = std::function<void(const QString &reason, std::function<void(bool)> answer)>;
 
-    KeychainSecretStore(AskForFile ask, const FileSecretStore &file);
+    enum class Keyring
+    {
+        Asked,
+        Absent // asking for one would start things that nobody wants
+    };
+
+    KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring = Keyring::Asked);
 
     /// The keyring first, then the file, where there is one.
     void read(Secret secret, ReadCompletion completion) override;
@@ -18,10 +24,12 @@ public:
     void write(Secret secret, const QString &text, WriteCompletion completion) override;
 
 private:
+    void writeWithoutKeyring(Secret secret, const QString &text, const WriteCompletion &completion);
     void finishWrite(Secret secret, const QString &text, bool isStored, const QString &reason,
                      const WriteCompletion &completion);
 
     AskForFile m_ask;
     FileSecretStore m_file;
+    Keyring m_keyring;
     std::shared_ptr<KeychainSecretStore *> m_alive;
 };

@@ -12,6 +12,7 @@ int main(int argc, char **argv)
                                const QString folder = qEnvironmentVariable("PLOVENDIX_SCRIPT_FOLDER");
                                SubtitleService::setShared(std::make_shared<KeywordSubtitleService>(folder));
                                MetadataService::setShared(std::make_shared<EmptyMetadataService>());
+                               return nullptr;
                            },
                        .applicationIdentifier = QStringLiteral("com.quorvane.Plovendix")});
 }

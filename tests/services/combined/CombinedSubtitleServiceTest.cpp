@@ -90,6 +90,29 @@ private Q_SLOTS:
         QCOMPARE(m_rest->queries, QList<QList<Arg>>{Words});
     }
 
+    void heldQueriesGoOutWhenItIsKnownWhoIsAsked()
+    {
+        m_asksRest = false;
+        m_combined->hold();
+        query();
+        QCOMPARE(m_catalogue->queries.size(), 0);
+        m_asksRest = true;
+        m_combined->release();
+        QCOMPARE(m_catalogue->queries, QList<QList<Arg>>{Words});
+        QCOMPARE(m_rest->queries, QList<QList<Arg>>{Words});
+        query();
+        QCOMPARE(m_rest->queries.size(), 2);
+    }
+
+    void cancelledWhileHeldIsNeverAsked()
+    {
+        m_combined->hold();
+        query();
+        m_combined->cancelQueryTask();
+        m_combined->release();
+        QCOMPARE(m_catalogue->queries.size(), 0);
+    }
+
     void oneAnswerWhenAllAreThere()
     {
         query();

@@ -41,6 +41,19 @@ public:
     }
     void fetchImage(const TmdbItem &, ImageKind, const QSize &, ImageCompletion) override {}
 };
+
+/// A keyring whose question nobody answers, and which takes nothing.
+class LockedStore final : public SecretStore
+{
+public:
+    void read(Secret, ReadCompletion) override {}
+    void write(Secret, const QString &, WriteCompletion completion) override
+    {
+        MainQueue::shared().async([completion = std::move(completion)] {
+            completion(Error{u"test"_s, 1, u"locked"_s});
+        });
+    }
+};
 } // namespace
 
 /// Everything together, on the machine's own clock, against the stand-in.
@@ -95,6 +108,74 @@ private Q_SLOTS:
                                              poster.completion());
         QTRY_VERIFY_WITH_TIMEOUT(poster.came(), Patience);
         QVERIFY(*poster);
+    }
+
+    void firstQueryWaitsForTheSecrets()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        start();
+        QVERIFY(!m_services->asksTheNetwork());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 3);
+    }
+
+    void lockedKeyringDoesNotHoldQueriesForLong()
+    {
+        start(std::make_shared<LockedStore>());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 0);
+        QVERIFY(!m_services->asksTheNetwork());
+    }
+
+    void savedSecretIsUsedAtOnceAndKept()
+    {
+        start();
+        Caught<void> saved;
+        m_services->saveSecret(Secret::SubtitleKey, SubtitleStandIn::ApiKey + u" \n"_s, saved.completion());
+        QVERIFY(m_services->asksTheNetwork());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 3);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QVERIFY(*saved);
+        QCOMPARE(m_secrets->find(Secret::SubtitleKey), SubtitleStandIn::ApiKey);
+    }
+
+    void secretThatCannotBeKeptIsUsedUntilTheEnd()
+    {
+        start(std::make_shared<LockedStore>());
+        Caught<void> saved;
+        m_services->saveSecret(Secret::SubtitleKey, SubtitleStandIn::ApiKey, saved.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QVERIFY(!*saved);
+        QVERIFY(m_services->asksTheNetwork());
+        QCOMPARE(m_services->credentials().subtitleKey, SubtitleStandIn::ApiKey);
+    }
+
+    void whatWasSavedWhileTheStoreWasReadCounts()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, u"old"_s));
+        QVERIFY(m_secrets->store(Secret::MetadataKey, u"films"_s));
+        start();
+        Caught<void> saved;
+        m_services->saveSecret(Secret::SubtitleKey, u"new"_s, saved.completion());
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->credentials().metadataKey, u"films"_s, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QCOMPARE(m_services->credentials().subtitleKey, u"new"_s);
+    }
+
+    void environmentStaysInUse()
+    {
+        qputenv("PLOVENDIX_SUBTITLE_API_KEY", SubtitleStandIn::ApiKey.toUtf8());
+        const auto forget = qScopeGuard([] { qunsetenv("PLOVENDIX_SUBTITLE_API_KEY"); });
+        start();
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        Caught<void> saved;
+        m_services->saveSecret(Secret::SubtitleKey, u"other"_s, saved.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QCOMPARE(m_services->rest().settings().apiKey, SubtitleStandIn::ApiKey);
     }
 
     void changedSettingsAreFollowed()
@@ -166,11 +247,11 @@ private Q_SLOTS:
     }
 
 private:
-    void start()
+    void start() { start(m_secrets); }
+    void start(const std::shared_ptr<SecretStore> &secrets)
     {
-        m_services =
-            std::make_unique<Services>(Services::Parts{std::make_shared<EmptyCatalogue>(), u"catalogue"_s,
-                                                       std::make_shared<EmptyMetadata>(), m_secrets});
+        m_services = std::make_unique<Services>(Services::Parts{
+            std::make_shared<EmptyCatalogue>(), u"catalogue"_s, std::make_shared<EmptyMetadata>(), secrets});
         m_services->install();
     }
 

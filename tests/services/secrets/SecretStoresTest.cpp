@@ -157,6 +157,28 @@ private Q_SLOTS:
             QVERIFY(!*read);
     }
 
+    void absentKeyringIsLeftAlone()
+    {
+        int asked = 0;
+        KeychainSecretStore store(
+            [&](const QString &, const std::function<void(bool)> &answer) {
+                ++asked;
+                answer(true);
+            },
+            FileSecretStore(filePath()), KeychainSecretStore::Keyring::Absent);
+        Caught<void> written;
+        store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
+        QCOMPARE(asked, 0); // never before the call has returned
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QVERIFY(*written);
+        QCOMPARE(asked, 1);
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QVERIFY(!read.came());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QCOMPARE(read->value(), u"my-key"_s);
+    }
+
     void removingAsksNobody()
     {
         const FileSecretStore file(filePath());
