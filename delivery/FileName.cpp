@@ -1,5 +1,7 @@
 #include "FileName.h"
 
+#include <QUrl>
+
 QByteArray FileName::lastPathComponent(const QByteArray &path)
 {
     qsizetype end = path.size();
@@ -9,6 +11,11 @@ QByteArray FileName::lastPathComponent(const QByteArray &path)
         return {};
     const qsizetype slash = path.lastIndexOf('/', end - 1);
     return path.sliced(slash + 1, end - slash - 1);
+}
+
+QByteArray FileName::lastPathComponent(const QUrl &url)
+{
+    return lastPathComponent(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
 }
 
 QByteArray FileName::deletingPathExtension(const QByteArray &name)

@@ -2,11 +2,15 @@
 #include <QByteArray>
 #include <QString>
 
+class QUrl;
+
 /// File names as the bytes they have on disk, which need not be UTF-8.
 namespace FileName
 {
 /// What follows the last "/", trailing ones aside; empty for a path of nothing else.
 QByteArray lastPathComponent(const QByteArray &path);
+/// The same for what a URL of any scheme names: neither its host nor its query counts.
+QByteArray lastPathComponent(const QUrl &url);
 /// Without the last extension. A dot at the start or at the end begins none: ".profile" and "Film." stay as
 /// they are.
 QByteArray deletingPathExtension(const QByteArray &name);

@@ -2,8 +2,6 @@
 
 #include "FileName.h"
 
-#include <platform/FileManager.h>
-
 using namespace Qt::StringLiterals;
 
 namespace
@@ -15,18 +13,13 @@ QString namePart(const QString &text)
     part.removeIf([](QChar character) { return character == u'/' || character == QChar::Null; });
     return part;
 }
-
-QByteArray pathOf(const QUrl &url)
-{
-    return url.isLocalFile() ? FileManager::fileSystemPath(url) : url.path(QUrl::FullyDecoded).toUtf8();
-}
 } // namespace
 
 std::optional<QString> suggestedFileName(const std::optional<QUrl> &video, const Subtitle &subtitle)
 {
     if (!video)
         return std::nullopt;
-    const QByteArray name = FileName::deletingPathExtension(FileName::lastPathComponent(pathOf(*video)));
+    const QByteArray name = FileName::deletingPathExtension(FileName::lastPathComponent(*video));
     return QString::fromUtf8(name) + u'.' + namePart(subtitle.subLanguageID) + u'.' +
            namePart(subtitle.subFormat);
 }

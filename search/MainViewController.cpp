@@ -88,8 +88,11 @@ void MainViewController::viewDidAppear()
 
 void MainViewController::focusSearchField(QObject *)
 {
-    if (Window *host = window(); host && searchField)
-        host->makeFirstResponder(searchField);
+    Window *host = window();
+    if (!host || !searchField)
+        return;
+    host->makeFirstResponder(searchField);
+    searchField->selectAll(); // what is typed next takes the place of the old text
 }
 
 std::weak_ptr<MainViewController> MainViewController::weakSelf()

@@ -105,15 +105,22 @@ private:
         AlwaysSheet
     };
 
+    /// The language of one search: what the settings held when it started, and what was sent.
+    struct SearchLanguage
+    {
+        QString preferredCode; // empty when none is stored
+        QString sentCode;
+    };
+
     // The search (MainViewControllerSearch.cpp).
-    QString searchLanguage() const;
+    static SearchLanguage searchLanguage();
     void beginQuery(const QList<Arg> &args, std::function<void(MainViewController &)> resultsStep);
     void finishQuery(const Result<QueryResult> &result,
                      std::function<void(MainViewController &)> resultsStep);
     void scheduleCancelButtonReveal();
     void revealCancelButton();
-    void showFileResults(const QUrl &url);
-    void showTextResults(const QString &text, const QString &language);
+    void showFileResults(const QUrl &url, const SearchLanguage &language);
+    void showTextResults(const QString &text, const SearchLanguage &language);
     void storeRequestInfo(const std::optional<ExternalRequestInfo> &requestInfo);
     void forgetFileAndRequest();
     void showResultCount();
@@ -123,8 +130,8 @@ private:
     // The list and the panel (MainViewControllerResults.cpp, MainViewControllerDetail.cpp).
     void reloadTable();
     void showDropPrompt();
-    void showNothingFound(const QString &text, const QString &language);
-    void showLanguageNotice(const QString &language);
+    void showNothingFound(const QString &text, const SearchLanguage &language);
+    void showLanguageNotice(const SearchLanguage &language);
     void showDetailView(bool animated);
     void hideDetailView(bool animated);
     void loadPoster(const QString &imdbID);
@@ -141,6 +148,7 @@ private:
                           const std::optional<QString> &suggestedName, const QUrl &file);
     void moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination);
     void showDelivered(const QString &text, const std::optional<QUrl> &file);
+    void hideDelivered();
     void presentErrorOnWindow(const Error &error);
     std::weak_ptr<MainViewController> weakSelf();
     /// Queues a block that runs on the main queue if the controller is still there then.

@@ -67,12 +67,12 @@ void MainViewController::loadPoster(const QString &imdbID)
 {
     MetadataService::shared().findExternally(imdbID, ExternalSource::imdb,
                                              [weak = weakSelf()](const Result<FindResult> &found) {
-                                                 if (!found) {
-                                                     printError(found.error());
+                                                 const auto self = weak.lock();
+                                                 if (!self)
                                                      return;
-                                                 }
-                                                 if (const auto self = weak.lock())
-                                                     self->fetchPoster(*found);
+                                                 if (!found)
+                                                     return printError(found.error());
+                                                 self->fetchPoster(*found);
                                              });
 }
 
@@ -83,12 +83,12 @@ void MainViewController::fetchPoster(const FindResult &found)
         return;
     MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, PosterSize,
                                          [weak = weakSelf()](const Result<QImage> &image) {
-                                             if (!image) {
-                                                 printError(image.error());
+                                             const auto self = weak.lock();
+                                             if (!self)
                                                  return;
-                                             }
-                                             if (const auto self = weak.lock())
-                                                 setImageWithFade(*self->detailViewImageView, Image(*image));
+                                             if (!image)
+                                                 return printError(image.error());
+                                             setImageWithFade(*self->detailViewImageView, Image(*image));
                                          });
 }
 

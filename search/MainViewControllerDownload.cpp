@@ -68,6 +68,7 @@ void MainViewController::startDownload(SaveChoice choice)
         fatalFault(u"The selected row %1 lies beyond the results"_s.arg(*row));
     const SubtitlePtr subtitle = m_shownSubtitles->at(*row);
     const bool forceSavePanel = choice == SaveChoice::AlwaysSheet || isOptionAloneHeld();
+    hideDelivered();
     setIsDownloading(true);
     SubtitleService::shared().download(
         subtitle, [weak = weakSelf(), subtitle, forceSavePanel](const Result<QUrl> &result) {
@@ -158,6 +159,14 @@ void MainViewController::showDelivered(const QString &text, const std::optional<
     m_scene->showInFolderButton->setVisible(file.has_value());
     if (DownloadPrompt *prompt = DownloadPrompt::shared())
         prompt->noteDelivery();
+}
+
+/// What was delivered before says nothing about what is searched for or downloaded now.
+void MainViewController::hideDelivered()
+{
+    m_deliveredFile.reset();
+    m_scene->deliveryLabel->hide();
+    m_scene->showInFolderButton->hide();
 }
 
 void MainViewController::showInFolder(QObject *)

@@ -103,18 +103,16 @@ void MainViewController::showDropPrompt()
     m_scene->languageNotice->hide();
 }
 
-void MainViewController::showNothingFound(const QString &text, const QString &language)
+void MainViewController::showNothingFound(const QString &text, const SearchLanguage &language)
 {
-    const DropAreaMessage message =
-        nothingFound(text, UserDefaults::standard().string(u"languageCode"_s).value_or(QString()), language);
+    const DropAreaMessage message = nothingFound(text, language.preferredCode, language.sentCode);
     m_scene->dropHeadline->setText(message.headline);
     m_scene->dropHint->setText(message.hint);
 }
 
-void MainViewController::showLanguageNotice(const QString &language)
+void MainViewController::showLanguageNotice(const SearchLanguage &language)
 {
-    const QString notice =
-        languageNotice(UserDefaults::standard().string(u"languageCode"_s).value_or(QString()), language);
+    const QString notice = languageNotice(language.preferredCode, language.sentCode);
     m_scene->languageNotice->setText(notice);
     m_scene->languageNotice->setVisible(!notice.isEmpty());
 }

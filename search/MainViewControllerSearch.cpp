@@ -1,8 +1,8 @@
 #include "MainViewController.h"
 
+#include <delivery/FileName.h>
 #include <languages/catalogue/LanguageCodeConversion.h>
 #include <platform/Animator.h>
-#include <platform/FileManager.h>
 #include <platform/MainQueue.h>
 #include <platform/StandardOutput.h>
 #include <platform/Window.h>
@@ -21,18 +21,26 @@ constexpr auto CancelButtonDelay = 10s;
 constexpr int SearchErrorCode = 123;
 constexpr auto LanguageCodeKey = "languageCode"_L1;
 constexpr auto DefaultLanguage = "eng"_L1;
+
+/// The file's name with its extension, whatever kind of URL names it.
+QString lastPathComponent(const QUrl &url)
+{
+    return QString::fromUtf8(FileName::lastPathComponent(url)).remove(QChar::Null);
+}
 } // namespace
 
-QString MainViewController::searchLanguage() const
+MainViewController::SearchLanguage MainViewController::searchLanguage()
 {
     const auto code = UserDefaults::standard().string(LanguageCodeKey);
-    return code ? iso639_2LanguageCode(*code) : QString(DefaultLanguage);
+    if (!code)
+        return {QString(), DefaultLanguage};
+    return {*code, iso639_2LanguageCode(*code)};
 }
 
 void MainViewController::searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &requestInfo)
 {
-    const QString language = searchLanguage();
-    const QString name = FileManager::displayName(url);
+    const SearchLanguage language = searchLanguage();
+    const QString name = lastPathComponent(url);
     if (searchField)
         searchField->setText(name);
     const auto hash = SubtitleService::hashFor(url);
@@ -44,19 +52,19 @@ void MainViewController::searchForFile(const QUrl &url, const std::optional<Exte
     const QList<Arg> args = {
         {Param::byteSize, QString::number(hash->size)},
         {Param::movieHash, hash->hash},
-        {Param::language, language},
+        {Param::language, language.sentCode},
     };
     setIsSearching(true);
     currentFileURL.store(url);
     storeRequestInfo(requestInfo);
-    beginQuery(args, [url](MainViewController &self) { self.showFileResults(url); });
+    beginQuery(args, [url, language](MainViewController &self) { self.showFileResults(url, language); });
 }
 
 void MainViewController::searchForText(const QString &text,
                                        const std::optional<ExternalRequestInfo> &requestInfo)
 {
-    const QString language = searchLanguage();
-    const QList<Arg> args = {{Param::text, text}, {Param::language, language}};
+    const SearchLanguage language = searchLanguage();
+    const QList<Arg> args = {{Param::text, text}, {Param::language, language.sentCode}};
     setIsSearching(true);
     storeRequestInfo(requestInfo);
     beginQuery(args, [text, language](MainViewController &self) { self.showTextResults(text, language); });
@@ -66,6 +74,7 @@ void MainViewController::beginQuery(const QList<Arg> &args,
                                     std::function<void(MainViewController &)> resultsStep)
 {
     showDropPrompt();
+    hideDelivered();
     scheduleCancelButtonReveal();
     SubtitleService::shared().query(args,
                                     [weak = weakSelf(), step = std::move(resultsStep)](const auto &result) {
@@ -113,13 +122,13 @@ void MainViewController::revealCancelButton()
         Animator::setHidden(*cancelSearchButton, false);
 }
 
-void MainViewController::showFileResults(const QUrl &url)
+void MainViewController::showFileResults(const QUrl &url, const SearchLanguage &language)
 {
     showResultCount();
     reloadTable();
     const auto found = subtitles.load();
     if (found && !found->isEmpty()) {
-        showLanguageNotice(searchLanguage());
+        showLanguageNotice(language);
         updateUIState(true);
         return;
     }
@@ -129,7 +138,7 @@ void MainViewController::showFileResults(const QUrl &url)
     searchForText(searchField ? searchField->text() : words, std::nullopt);
 }
 
-void MainViewController::showTextResults(const QString &text, const QString &language)
+void MainViewController::showTextResults(const QString &text, const SearchLanguage &language)
 {
     showResultCount();
     if (tableView)
@@ -170,6 +179,7 @@ void MainViewController::cancelQuery(QObject *)
     forgetFileAndRequest();
     subtitles.store(SubtitleList());
     showDropPrompt();
+    hideDelivered();
     reloadTable();
     updateUIState(true);
     setWindowTitle(u"Plovendix"_s);
@@ -244,7 +254,7 @@ void MainViewController::languageObservation(const QVariant &newCode)
 {
     const QString code = newCode.toString();
     printLine(u"language code changed to "_s + code);
-    MetadataService::shared().preferredLanguage = code;
+    MetadataService::shared().preferredLanguage = newCode.isValid() ? std::optional(code) : std::nullopt;
     if (tableView)
         tableView->deselectAll();
     if (const auto url = currentFileURL.value()) {

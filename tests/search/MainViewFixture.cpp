@@ -57,6 +57,28 @@ void MainViewFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
     QTest::keyClick(window->windowHandle(), key, modifiers);
 }
 
+bool whileAlertIsUp(const std::function<void()> &act, const std::function<void()> &meanwhile)
+{
+    bool seen = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+        if (!qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            return;
+        seen = true;
+        poll.stop();
+        meanwhile();
+    });
+    poll.start(1);
+    act();
+    return seen;
+}
+
+void dismissAlert()
+{
+    if (auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+        alert->accept();
+}
+
 QString alertDuring(const std::function<void()> &act)
 {
     QString text;

@@ -48,6 +48,11 @@ struct MainViewFixture
 /// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up.
 /// Empty when none came.
 QString alertDuring(const std::function<void()> &act);
+/// Runs `meanwhile` once while an alert that came up during `act` is still there; it must see to the alert's
+/// end. Whether one came up.
+bool whileAlertIsUp(const std::function<void()> &act, const std::function<void()> &meanwhile);
+/// Answers the alert that is up.
+void dismissAlert();
 
 inline QList<Arg> textArgs(const QString &text, const QString &language = QStringLiteral("eng"))
 {
