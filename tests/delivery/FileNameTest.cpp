@@ -1,6 +1,7 @@
 #include <delivery/FileName.h>
 
 #include <QTest>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -32,6 +33,32 @@ private Q_SLOTS:
         QFETCH(QByteArray, path);
         QFETCH(QByteArray, name);
         QCOMPARE(FileName::lastPathComponent(path), name);
+    }
+
+    void lastComponentOfAURL_data()
+    {
+        QTest::addColumn<QByteArray>("url");
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("file") << "file:///v/My%20film.mkv"_ba
+                              << "My film.mkv"_ba;
+        QTest::newRow("folder") << "file:///v/Disc/"_ba
+                                << "Disc"_ba;
+        QTest::newRow("not UTF-8") << "file:///v/caf%E9.mkv"_ba
+                                   << "caf\xe9.mkv"_ba;
+        QTest::newRow("escaped signs") << "file:///v/50%25%20%231%3F.mkv"_ba
+                                       << "50% #1?.mkv"_ba;
+        QTest::newRow("another machine") << "file://there/v/a.mkv"_ba
+                                         << "a.mkv"_ba;
+        QTest::newRow("web page") << "https://there.example/v/a.mkv?b=c/d.mkv#e/f.mkv"_ba
+                                  << "a.mkv"_ba;
+        QTest::newRow("without a path") << "https://there.example"_ba << QByteArray();
+        QTest::newRow("only a slash") << "file:///"_ba << QByteArray();
+    }
+    void lastComponentOfAURL()
+    {
+        QFETCH(QByteArray, url);
+        QFETCH(QByteArray, name);
+        QCOMPARE(FileName::lastPathComponent(QUrl::fromEncoded(url)), name);
     }
 
     void onlyTheLastExtensionGoes_data()

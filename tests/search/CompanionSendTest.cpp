@@ -21,6 +21,12 @@ private Q_SLOTS:
     void refusedReplyFallsBackToTheSheet();
     void noMoviesFolderFallsBackToTheSheet();
     void saveAsAlwaysShowsTheSheet();
+    void onlyOptionAloneForcesTheSheet_data();
+    void onlyOptionAloneForcesTheSheet();
+    void optionCountsWhenTheDownloadStarts();
+    void deliveryRunsOnTheServicesThread();
+    void requestThatCameMeanwhileIsServed();
+    void requestForgottenMeanwhileIsNotServed();
 };
 
 void CompanionSendTest::requestSendsToTheCompanion()
@@ -94,6 +100,79 @@ void CompanionSendTest::saveAsAlwaysShowsTheSheet()
     finishWith(downloadedFile());
     QVERIFY(sheet());
     QVERIFY(m_workspace->opened.isEmpty());
+}
+
+void CompanionSendTest::onlyOptionAloneForcesTheSheet_data()
+{
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("forced");
+    const auto row = [](const char *name, Qt::KeyboardModifiers modifiers, bool forced) {
+        QTest::newRow(name) << int(modifiers.toInt()) << forced;
+    };
+    row("none", Qt::NoModifier, false);
+    row("Option", Qt::AltModifier, true);
+    row("Shift", Qt::ShiftModifier, false);
+    row("Control", Qt::ControlModifier, false);
+    row("Option and Shift", Qt::AltModifier | Qt::ShiftModifier, false);
+    row("Option and Control", Qt::AltModifier | Qt::ControlModifier, false);
+    row("Option and Meta", Qt::AltModifier | Qt::MetaModifier, false);
+}
+
+void CompanionSendTest::onlyOptionAloneForcesTheSheet()
+{
+    QFETCH(int, modifiers);
+    QFETCH(bool, forced);
+    searchVideo(tessaly());
+    m_view->table()->selectRow(0);
+    QTest::mouseClick(m_view->downloadButton(), Qt::LeftButton, Qt::KeyboardModifiers::fromInt(modifiers));
+    finishWith(downloadedFile());
+    QCOMPARE(sheet() != nullptr, forced);
+    QCOMPARE(m_workspace->opened.size(), forced ? 0 : 1);
+}
+
+void CompanionSendTest::optionCountsWhenTheDownloadStarts()
+{
+    searchVideo(tessaly());
+    downloadFirst();
+    QTest::mouseClick(m_view->widget("detailView"), Qt::LeftButton, Qt::AltModifier); // held only later
+    finishWith(downloadedFile());
+    QVERIFY(!sheet());
+    QCOMPARE(m_workspace->opened.size(), 1);
+    QTest::mouseClick(m_view->widget("detailView"), Qt::LeftButton);
+}
+
+void CompanionSendTest::deliveryRunsOnTheServicesThread()
+{
+    searchVideo(tessaly());
+    downloadFirst();
+    m_view->service->finishDownload(0, downloadedFile());
+    // Before the main queue has run.
+    QCOMPARE(m_workspace->opened.size(), 1);
+    QVERIFY(m_workspace->openedOn != std::this_thread::get_id());
+    QVERIFY(m_view->controller->isDownloading());
+    m_view->turn();
+    QVERIFY(!m_view->controller->isDownloading());
+}
+
+void CompanionSendTest::requestThatCameMeanwhileIsServed()
+{
+    searchVideo();
+    downloadFirst();
+    m_view->controller->searchForFile(m_video, tessaly());
+    finishWith(downloadedFile());
+    QVERIFY(!sheet());
+    QCOMPARE(m_workspace->opened.size(), 1);
+}
+
+void CompanionSendTest::requestForgottenMeanwhileIsNotServed()
+{
+    searchVideo(tessaly());
+    downloadFirst();
+    m_view->controller->cancelQuery(nullptr);
+    finishWith(downloadedFile(u"Own.Name.srt"_s));
+    QVERIFY(m_workspace->opened.isEmpty());
+    QVERIFY(sheet());
+    QCOMPARE(sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"Own.Name.srt"_s);
 }
 
 QTEST_MAIN(CompanionSendTest)

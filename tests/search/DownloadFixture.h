@@ -4,6 +4,8 @@
 #include <platform/FileManager.h>
 #include <platform/Workspace.h>
 
+#include <thread>
+
 class QFileDialog;
 
 /// Keeps what it is asked to open or show, in place of the desktop.
@@ -12,6 +14,7 @@ struct OpenedURLs final : Workspace
     bool openURL(const QUrl &url) override
     {
         opened += url;
+        openedOn = std::this_thread::get_id();
         return accepts;
     }
     bool showInFileBrowser(const QUrl &file) override
@@ -23,6 +26,7 @@ struct OpenedURLs final : Workspace
 
     QList<QUrl> opened;
     QList<QUrl> shown;
+    std::thread::id openedOn;
     bool accepts = true;
 };
 

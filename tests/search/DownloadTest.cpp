@@ -22,6 +22,8 @@ private Q_SLOTS:
     void flagIsSetUntilTheCompletionWasHandled();
     void flagIsClearedWhileTheSheetIsOpen();
     void failureShowsTheServicesOwnErrorThenClearsTheFlag();
+    void failureWithoutAWindowOnlyClearsTheFlag();
+    void secondDownloadMayStartWhileOneRuns();
     void completionAfterTheControllerHasGone();
     void deliveryReadsSnapshotsWhileSearchesRun();
 };
@@ -100,6 +102,30 @@ void DownloadTest::failureShowsTheServicesOwnErrorThenClearsTheFlag()
     QVERIFY(flagDuringAlert);
     QVERIFY(!m_view->controller->isDownloading());
     QVERIFY(m_sandbox.printedLines().filter(u"No more"_s).isEmpty());
+}
+
+void DownloadTest::failureWithoutAWindowOnlyClearsTheFlag()
+{
+    searchVideo();
+    downloadFirst();
+    m_view->service->finishDownload(0, refusal());
+    m_view->window->setContentViewController({});
+    QVERIFY(alertDuring([this] { m_view->turn(); }).isEmpty());
+    QVERIFY(!m_view->controller->isDownloading());
+}
+
+void DownloadTest::secondDownloadMayStartWhileOneRuns()
+{
+    searchVideo();
+    downloadFirst();
+    m_view->table()->setFocus();
+    m_view->press(Qt::Key_Return);
+    QCOMPARE(m_view->service->downloadCount(), 2);
+    m_view->service->finishDownload(0, downloadedFile());
+    m_view->turn();
+    QVERIFY(!m_view->controller->isDownloading()); // whichever ends first clears it
+    m_view->service->finishDownload(1, refusal());
+    QCOMPARE(alertDuring([this] { m_view->turn(); }), refusal().localizedDescription);
 }
 
 void DownloadTest::completionAfterTheControllerHasGone()

@@ -13,6 +13,31 @@ namespace
 const QUrl Video(u"file:///videos/Some.Film.2019.mkv"_s);
 const ExternalRequestInfo Tessaly{u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
 
+/// Looks at the controller at the very moment it asks.
+struct LookingService final : SubtitleService
+{
+    void query(const QList<Arg> &, QueryCompletion) override
+    {
+        wasSearching = controller->isSearching();
+        title = button->text();
+    }
+    void cancelQueryTask() override {}
+    void download(const SubtitlePtr &, DownloadCompletion) override {}
+
+    MainViewController *controller = nullptr;
+    QPushButton *button = nullptr;
+    bool wasSearching = false;
+    QString title;
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &) override
+    {
+        wasSearching = controller->isSearching();
+        return VideoHash{u"0123456789abcdef"_s, 1};
+    }
+    VideoFileComponents componentsOf(const QUrl &) override { return {.searchString = u"words"_s}; }
+};
+
 struct Parked final : PendingRequest
 {
     std::optional<ExternalRequest> externalRequest() const override { return request; }
@@ -45,7 +70,11 @@ private Q_SLOTS:
     void fallbackRunsWithTheFlagSetBack();
     void downloadButtonNamesTheDelivery();
     void requesterNameIsNoMnemonic();
+    void laterRequestTakesThePlaceOfTheStoredOne();
+    void stateIsSetBeforeTheServiceIsAsked();
+    void answerOnTheMainThreadWaitsForItsTurn();
     void parkedRequestIsServedOnceWhenTheViewLoads();
+    void parkedFileWithoutAHashIsServedOnceToo();
 
 private:
     Sandbox m_sandbox;
@@ -171,6 +200,56 @@ void FileSearchTest::requesterNameIsNoMnemonic()
 {
     m_view->controller->searchForText(u"a"_s, ExternalRequestInfo{u"x"_s, u"1"_s, u"A&B"_s});
     QCOMPARE(m_view->downloadButton()->text(), u"Send to A&&B"_s);
+}
+
+void FileSearchTest::laterRequestTakesThePlaceOfTheStoredOne()
+{
+    m_view->controller->searchForFile(Video, Tessaly);
+    m_view->controller->searchForFile(Video, ExternalRequestInfo{u"glimmet"_s, u"7"_s, u"Glimmet"_s});
+    QCOMPARE(m_view->downloadButton()->text(), u"Send to Glimmet"_s);
+}
+
+void FileSearchTest::stateIsSetBeforeTheServiceIsAsked()
+{
+    const auto looking = std::make_shared<LookingService>();
+    looking->controller = m_view->controller.get();
+    looking->button = m_view->downloadButton();
+    SubtitleService::setShared(looking);
+    m_view->controller->searchForFile(Video, Tessaly);
+    QVERIFY(looking->wasSearching);
+    QCOMPARE(looking->title, u"Send to Tessaly"_s);
+    m_view->controller->cancelQuery(nullptr);
+    looking->wasSearching = false;
+    m_view->controller->searchForText(u"words"_s, Tessaly);
+    QVERIFY(looking->wasSearching);
+    QCOMPARE(looking->title, u"Send to Tessaly"_s);
+}
+
+void FileSearchTest::answerOnTheMainThreadWaitsForItsTurn()
+{
+    m_view->controller->searchForFile(Video, std::nullopt);
+    m_view->service->finishLast(answerWith(2), AnswerOn::MainThread);
+    QCOMPARE(m_view->controller->numberOfRowsInTableView(), 2); // stored at once
+    QCOMPARE(m_view->title(), QString());
+    QVERIFY(m_view->controller->isSearching());
+    m_view->turn();
+    QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
+    QVERIFY(!m_view->controller->isSearching());
+}
+
+void FileSearchTest::parkedFileWithoutAHashIsServedOnceToo()
+{
+    Parked parked;
+    parked.request = ExternalRequest{QUrl(u"file:///videos/notes.txt"_s), Tessaly};
+    PendingRequest::setShared(&parked);
+    m_view->service->hash.reset();
+    const auto controller = ViewController::make<MainViewController>();
+    controller->view();
+    PendingRequest::setShared(nullptr);
+    QVERIFY(!parked.request);
+    m_view->turn();
+    QVERIFY(m_view->service->queries.last() == textArgs(u"notes.txt"_s));
+    QCOMPARE(controller->view()->findChild<QPushButton *>(u"downloadButton"_s)->text(), u"Download"_s);
 }
 
 void FileSearchTest::parkedRequestIsServedOnceWhenTheViewLoads()

@@ -1,5 +1,6 @@
 #include "MainViewFixture.h"
 
+#include <platform/Animator.h>
 #include <platform/ImageView.h>
 #include <platform/Label.h>
 
@@ -53,6 +54,8 @@ private Q_SLOTS:
     void posterIsClearedWhenThePanelIsFilled();
     void posterFillsItsPlaceWithRoundedCorners();
     void posterForAControllerThatIsGone();
+    void errorForAControllerThatIsGoneIsNotPrinted();
+    void posterFadesInAndOut();
 
 private:
     ImageView *poster() const { return m_view->child<ImageView>("detailViewImageView"); }
@@ -181,6 +184,36 @@ void PosterTest::posterForAControllerThatIsGone()
     lateFind(found(1, 0));
     QCOMPARE(m_view->metadata->fetchedItems.size(), 1);
     m_view = std::make_unique<MainViewFixture>();
+}
+
+void PosterTest::errorForAControllerThatIsGoneIsNotPrinted()
+{
+    m_view->showResults(1);
+    select(0);
+    m_view->metadata->findCompletions.front()(found(1, 0));
+    const auto lateFind = m_view->metadata->findCompletions.front();
+    const auto late = m_view->metadata->imageCompletions.front();
+    m_view->window.reset();
+    m_view->controller.reset();
+    lateFind(refusal());
+    late(refusal());
+    QCOMPARE(m_sandbox.printedLines(), QStringList());
+    m_view = std::make_unique<MainViewFixture>();
+}
+
+void PosterTest::posterFadesInAndOut()
+{
+    Animator::setReducedMotion(false);
+    m_view->showResults(2);
+    select(0);
+    QTRY_COMPARE(poster()->layer()->fadeProgress(), 1.0); // the clearing has ended
+    m_view->metadata->findCompletions.front()(found(1, 0));
+    m_view->metadata->imageCompletions.front()(picture(Qt::red));
+    QVERIFY(poster()->layer()->fadeProgress() < 1.0);
+    QTRY_COMPARE(poster()->layer()->fadeProgress(), 1.0);
+    select(1);
+    QVERIFY(!poster()->image());
+    QVERIFY(poster()->layer()->fadeProgress() < 1.0);
 }
 
 QTEST_MAIN(PosterTest)

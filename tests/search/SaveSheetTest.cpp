@@ -27,6 +27,10 @@ private Q_SLOTS:
     void secondDownloadWhileTheSheetIsOpen();
     void showInFolderShowsTheSavedFile();
     void windowClosedWithTheSheetOpen();
+    void sheetOpensWhereTheFileIsWhenItIsShown();
+    void videoThatIsGoneStillNamesItsFolder();
+    void whatWasDeliveredIsSaidUntilTheNextStep_data();
+    void whatWasDeliveredIsSaidUntilTheNextStep();
 };
 
 void SaveSheetTest::sheetSuggestsTheVideosNameInItsFolder()
@@ -164,6 +168,57 @@ void SaveSheetTest::windowClosedWithTheSheetOpen()
     QVERIFY(!sheet());
     QVERIFY(QFile::exists(file.toLocalFile()));
     m_view = std::make_unique<MainViewFixture>();
+}
+
+void SaveSheetTest::sheetOpensWhereTheFileIsWhenItIsShown()
+{
+    searchVideo();
+    downloadFirst();
+    m_view->service->finishDownload(0, downloadedFile()); // the name is made here
+    const QUrl other = QUrl::fromLocalFile(m_sandbox.writeFile(u"elsewhere/Other.mkv"_s, "video"));
+    m_view->controller->searchForFile(other, std::nullopt);
+    m_view->turn();
+    QVERIFY(sheet());
+    QCOMPARE(sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"a.b.pob.srt"_s);
+    QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"elsewhere"_s));
+}
+
+void SaveSheetTest::videoThatIsGoneStillNamesItsFolder()
+{
+    searchVideo();
+    downloadFirst();
+    QVERIFY(QFile::remove(m_video.toLocalFile()));
+    finishWith(downloadedFile());
+    QVERIFY(sheet());
+    QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"videos"_s));
+    answerSheet(true);
+    QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
+}
+
+void SaveSheetTest::whatWasDeliveredIsSaidUntilTheNextStep_data()
+{
+    using Step = std::function<void(MainViewController &)>;
+    QTest::addColumn<Step>("step");
+    QTest::newRow("search") << Step(
+        [](MainViewController &view) { view.searchForText(u"another"_s, std::nullopt); });
+    QTest::newRow("clearing") << Step([](MainViewController &view) { view.cancelQuery(nullptr); });
+    QTest::newRow("download") << Step([](MainViewController &view) { view.downloadSelectedSubtitle(); });
+}
+
+void SaveSheetTest::whatWasDeliveredIsSaidUntilTheNextStep()
+{
+    QFETCH(std::function<void(MainViewController &)>, step);
+    searchVideo();
+    downloadFirst();
+    finishWith(downloadedFile());
+    answerSheet(true);
+    QVERIFY(m_view->child<Label>("deliveryLabel")->isVisible());
+    QVERIFY(m_view->widget("showInFolderButton")->isVisible());
+    step(*m_view->controller);
+    QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+    QVERIFY(!m_view->widget("showInFolderButton")->isVisible());
+    m_view->controller->showInFolder(nullptr);
+    QVERIFY(m_workspace->shown.isEmpty());
 }
 
 QTEST_MAIN(SaveSheetTest)

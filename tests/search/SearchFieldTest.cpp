@@ -27,7 +27,14 @@ private Q_SLOTS:
     void searchButtonForgetsFileAndRequest();
     void returnKeepsFileAndRequest();
     void returnLeavesTheSelectionWhereItWas();
+    void returnLeavesCaretAndSelectionAsTheyWere_data();
+    void returnLeavesCaretAndSelectionAsTheyWere();
+    void endOfEditingElsewhereLeavesTheFieldAlone();
     void fieldHasTheFocusWhenTheWindowAppears();
+    void shortcutsGoToTheFieldAndSelectItsText_data();
+    void shortcutsGoToTheFieldAndSelectItsText();
+    void cancelLeavesTheKeptTextSelected();
+    void controllerOutlivesItsWeakOutlets();
 
 private:
     Sandbox m_sandbox;
@@ -104,9 +111,113 @@ void SearchFieldTest::returnLeavesTheSelectionWhereItWas()
     QCOMPARE(m_view->field()->selectedText(), u"words"_s);
 }
 
+void SearchFieldTest::returnLeavesCaretAndSelectionAsTheyWere_data()
+{
+    QTest::addColumn<int>("anchor");
+    QTest::addColumn<int>("caret");
+    QTest::newRow("caret within") << 4 << 4;
+    QTest::newRow("caret at the start") << 0 << 0;
+    QTest::newRow("selected forwards") << 2 << 7;
+    QTest::newRow("selected backwards") << 7 << 2;
+    QTest::newRow("all of it") << 0 << 10;
+}
+
+void SearchFieldTest::returnLeavesCaretAndSelectionAsTheyWere()
+{
+    QFETCH(int, anchor);
+    QFETCH(int, caret);
+    QLineEdit *field = m_view->field();
+    field->setText(u"some words"_s);
+    field->setFocus();
+    QTRY_VERIFY(field->hasFocus());
+    field->setCursorPosition(anchor);
+    if (caret != anchor)
+        field->setSelection(anchor, caret - anchor);
+    connect(field, &QLineEdit::editingFinished, field, [field] {
+        field->deselect();
+        field->setCursorPosition(9);
+    });
+    m_view->press(Qt::Key_Return);
+    m_view->turn();
+    QCOMPARE(field->cursorPosition(), caret);
+    QCOMPARE(field->selectedText(), u"some words"_s.mid(qMin(anchor, caret), qAbs(caret - anchor)));
+}
+
+void SearchFieldTest::endOfEditingElsewhereLeavesTheFieldAlone()
+{
+    m_view->showResults(2);
+    m_view->field()->setText(u"some words"_s);
+    m_view->field()->setSelection(0, 4);
+    m_view->table()->setFocus();
+    m_view->controller->controlTextDidEndEditing(m_view->table());
+    m_view->field()->setSelection(5, 5);
+    m_view->turn();
+    QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+    QVERIFY(m_view->table()->hasFocus());
+}
+
 void SearchFieldTest::fieldHasTheFocusWhenTheWindowAppears()
 {
     QTRY_VERIFY(m_view->field()->hasFocus());
+}
+
+void SearchFieldTest::shortcutsGoToTheFieldAndSelectItsText_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Ctrl+F") << Qt::Key_F;
+    QTest::newRow("Ctrl+L") << Qt::Key_L;
+}
+
+void SearchFieldTest::shortcutsGoToTheFieldAndSelectItsText()
+{
+    QFETCH(Qt::Key, key);
+    m_view->showResults(2);
+    m_view->field()->setText(u"old words"_s);
+    m_view->table()->setFocus();
+    m_view->press(key, Qt::ControlModifier);
+    QVERIFY(m_view->field()->hasFocus());
+    QCOMPARE(m_view->field()->selectedText(), u"old words"_s);
+    QTest::keyClicks(m_view->field(), u"new"_s);
+    QCOMPARE(m_view->field()->text(), u"new"_s);
+    m_view->press(key, Qt::ControlModifier); // where the field has the focus already
+    QCOMPARE(m_view->field()->selectedText(), u"new"_s);
+}
+
+void SearchFieldTest::cancelLeavesTheKeptTextSelected()
+{
+    m_view->field()->setText(u"typed"_s);
+    m_view->controller->doSearch(nullptr);
+    m_view->controller->cancelQuery(nullptr);
+    QVERIFY(m_view->field()->hasFocus());
+    QCOMPARE(m_view->field()->selectedText(), u"typed"_s);
+}
+
+/// Everything that names a search goes on without the views that only show it.
+void SearchFieldTest::controllerOutlivesItsWeakOutlets()
+{
+    m_view->showResults(2);
+    m_view->table()->selectRow(0);
+    delete m_view->field();
+    delete m_view->cancelButton();
+    delete m_view->downloadButton();
+    delete m_view->table();
+    const qsizetype before = m_view->service->queries.size();
+    m_view->controller->searchForFile(Video, Tessaly);
+    m_view->service->finishLast(answerWith(0)); // its words are searched for next
+    m_view->turn();
+    QCOMPARE(m_view->service->queries.size(), before + 2);
+    QVERIFY(m_view->service->queries.last() == textArgs(u"words from name"_s));
+    m_view->service->finishLast(answerWith(1));
+    m_view->advance(std::chrono::seconds(10));
+    QCOMPARE(m_view->title(), u"Plovendix (1 subtitles found)"_s);
+    m_view->controller->download(nullptr);
+    QCOMPARE(m_view->service->downloadCount(), 0);
+    m_view->controller->doSearch(nullptr);
+    m_view->controller->textFieldActionWithTextField(nullptr);
+    m_view->controller->controlTextDidEndEditing(nullptr);
+    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+    m_view->controller->cancelQuery(nullptr);
+    QCOMPARE(m_view->title(), u"Plovendix"_s);
 }
 
 QTEST_MAIN(SearchFieldTest)

@@ -1,5 +1,9 @@
 #include "MainViewFixture.h"
 
+#include <platform/Label.h>
+
+#include <QLabel>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -26,6 +30,11 @@ private Q_SLOTS:
     void languageChangeRepeatsTheTextSearchAndForgetsTheRequest();
     void languageChangeWithNothingToRepeatOnlyPrints();
     void languageChangeDeselectsTheRows();
+    void textNeverSearchedForIsSearchedForOnALanguageChange();
+    void removedLanguageIsLeftToTheServices();
+    void observationIsQuietAtFirstAndEndsWithTheController();
+    void whatIsSaidIsOfTheLanguageThatWasSearched();
+    void resultsInEnglishForAnUnknownLanguageAreSaidToBe();
 
 private:
     Sandbox m_sandbox;
@@ -86,6 +95,76 @@ void SearchLanguageTest::languageChangeDeselectsTheRows()
     m_view->table()->selectRow(1);
     UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
     QCOMPARE(m_view->table()->numberOfSelectedRows(), 0);
+}
+
+void SearchLanguageTest::textNeverSearchedForIsSearchedForOnALanguageChange()
+{
+    m_view->field()->setText(u"only typed"_s);
+    UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+    QCOMPARE(m_view->service->queries.size(), 1);
+    QVERIFY(m_view->service->queries.last() == textArgs(u"only typed"_s, u"fre"_s));
+    QVERIFY(m_view->controller->isSearching());
+}
+
+void SearchLanguageTest::removedLanguageIsLeftToTheServices()
+{
+    UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+    m_view->field()->setText(u"typed"_s);
+    m_sandbox.clearPrintedLines();
+    UserDefaults::standard().removeObject(u"languageCode"_s);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"language code changed to "_s});
+    QVERIFY(!m_view->metadata->preferredLanguage);
+    QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
+}
+
+void SearchLanguageTest::observationIsQuietAtFirstAndEndsWithTheController()
+{
+    UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+    m_view.reset();
+    UserDefaults::standard().setObject(u"languageCode"_s, u"ja"_s);
+    m_sandbox.clearPrintedLines();
+    m_view = std::make_unique<MainViewFixture>();
+    QVERIFY(m_sandbox.printedLines().filter(u"language code"_s).isEmpty());
+    QVERIFY(!m_view->metadata->preferredLanguage); // told of changes only
+
+    m_view->window.reset();
+    m_view->controller.reset();
+    m_sandbox.clearPrintedLines();
+    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+    QCOMPARE(m_sandbox.printedLines(), QStringList());
+    m_view = std::make_unique<MainViewFixture>();
+}
+
+void SearchLanguageTest::whatIsSaidIsOfTheLanguageThatWasSearched()
+{
+    m_view->controller->searchForText(u"film"_s, std::nullopt); // in English, for nothing is stored
+    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+    m_view->service->finish(0, answerWith(0));
+    m_view->turn();
+    QCOMPARE(m_view->child<QLabel>("dropHeadline")->text(), u"Nothing found for “film” in English"_s);
+    QVERIFY(!m_view->child<QLabel>("dropHint")->text().contains(u"German"_s));
+
+    UserDefaults::standard().setObject(u"languageCode"_s, u"qqq"_s);
+    m_view->controller->searchForFile(Video, std::nullopt);
+    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s); // searches for the file again
+    m_view->service->finish(m_view->service->queries.size() - 2, answerWith(1));
+    m_view->turn();
+    QVERIFY(m_view->child<Label>("languageNotice")->text().contains(u"“qqq”"_s));
+    m_view->service->finishLast(answerWith(1));
+    m_view->turn();
+    QVERIFY(!m_view->child<Label>("languageNotice")->isVisible());
+}
+
+void SearchLanguageTest::resultsInEnglishForAnUnknownLanguageAreSaidToBe()
+{
+    UserDefaults::standard().setObject(u"languageCode"_s, u"qqq"_s);
+    m_view->showResults(2);
+    const auto *notice = m_view->child<Label>("languageNotice");
+    QVERIFY(notice->isVisible());
+    QCOMPARE(notice->text(), u"The services do not know the language “qqq”; English was searched"_s);
+    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+    m_view->showResults(2);
+    QVERIFY(!notice->isVisible());
 }
 
 QTEST_MAIN(SearchLanguageTest)

@@ -99,6 +99,11 @@ void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch_data()
     QTest::newRow("no video") << u"file:///notes.txt"_s;
     QTest::newRow("a web page") << u"https://plovendix.example/film"_s;
     QTest::newRow("a file elsewhere") << u"smb://server/film.mkv"_s;
+    QTest::newRow("a name of two lines") << u"file:///two%0Alines.mkv"_s;
+    QTest::newRow("a name that is no text") << u"file:///caf%E9.mkv"_s;
+    QTest::newRow("a name from right to left") << u"file:///%E2%80%AEvkm.txt"_s;
+    QTest::newRow("a name that ends early") << u"file:///a%00b.mkv"_s;
+    QTest::newRow("mail") << u"mailto:someone@plovendix.example"_s;
 }
 
 void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch()
@@ -107,6 +112,7 @@ void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch()
     Scene scene;
     QCOMPARE(scene.view->performDragOperation(pasteboardWith({url}).get()), true);
     QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(url)});
+    QCOMPARE(m_sandbox.printedLines(), QStringList{url}); // one line, whatever the name
 }
 
 void DroppedFilesTest::unreadablePasteboardIsRefused_data()
