@@ -12,6 +12,9 @@ prepare() {
     fi
 }
 
+# The compiler's cache serves every clone of the project, wherever it lies.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
+
 # build PRESET [TARGET…]: configures and builds.
 build() {
     local preset=$1
