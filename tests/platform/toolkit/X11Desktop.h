@@ -58,6 +58,15 @@ public:
         answer();
     }
 
+    /// Answers what has come, also what was read beside the reply to another question, which no notifier
+    /// tells.
+    void answer()
+    {
+        while (const auto event = owned(xcb_poll_for_event(m_connection)))
+            answerOne(*event);
+        xcb_flush(m_connection);
+    }
+
     xcb_atom_t atom(const char *name)
     {
         const auto cookie = xcb_intern_atom(m_connection, 0, static_cast<quint16>(qstrlen(name)), name);
@@ -135,13 +144,6 @@ private:
     void setCompositorOwner(xcb_window_t owner)
     {
         xcb_set_selection_owner(m_connection, owner, atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
-        xcb_flush(m_connection);
-    }
-
-    void answer()
-    {
-        while (const auto event = owned(xcb_poll_for_event(m_connection)))
-            answerOne(*event);
         xcb_flush(m_connection);
     }
 

@@ -57,6 +57,9 @@ private:
     xcb_window_t id() const { return static_cast<xcb_window_t>(m_window->winId()); }
     std::optional<X11Desktop::Request> request(const QString &type) const
     {
+        // The toolkit keeps what it sends until the next event from the server, which need not come here.
+        xcb_flush(qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
+        desktop->answer();
         const auto found = std::find_if(desktop->requests.begin(), desktop->requests.end(),
                                         [&type](const auto &candidate) { return candidate.type == type; });
         return found == desktop->requests.end() ? std::nullopt : std::optional(*found);
