@@ -2,6 +2,7 @@
 
 #include "AboutViewController.h"
 #include "DonateViewController.h"
+#include "PrefsServicesViewController.h"
 #include "PrefsUpdatesViewController.h"
 
 #include <platform/Storyboard.h>
@@ -10,6 +11,8 @@ using namespace Qt::StringLiterals;
 
 void registerPanelScenes()
 {
+    Storyboard::registerController(u"Preferences"_s, u"PrefsServicesViewController"_s,
+                                   [] { return ViewController::make<PrefsServicesViewController>(); });
     Storyboard::registerController(u"Preferences"_s, u"PrefsUpdatesViewController"_s,
                                    [] { return ViewController::make<PrefsUpdatesViewController>(); });
     Storyboard::registerController(u"Main"_s, u"AboutViewController"_s,

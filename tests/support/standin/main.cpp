@@ -1,6 +1,7 @@
 #include "StandIn.h"
 
 #include <QCommandLineParser>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QJsonDocument>
@@ -18,12 +19,13 @@ void printLine(const QString &line)
     std::fflush(stdout);
 }
 
-QByteArray logLine(const ReceivedRequest &request, const ServedAnswer &answer)
+QByteArray logLine(const ReceivedRequest &request, const ServedAnswer &answer, qint64 milliseconds)
 {
     QJsonObject headers;
     for (auto it = request.headers.cbegin(); it != request.headers.cend(); ++it)
         headers[QString::fromLatin1(it.key())] = QString::fromLatin1(it.value());
-    const QJsonObject line{{u"method"_s, QString::fromLatin1(request.method)},
+    const QJsonObject line{{u"milliseconds"_s, milliseconds},
+                           {u"method"_s, QString::fromLatin1(request.method)},
                            {u"target"_s, QString::fromLatin1(request.target)},
                            {u"port"_s, request.port},
                            {u"headers"_s, headers},
@@ -58,9 +60,11 @@ int main(int argc, char **argv)
         qCritical("The log could not be opened");
         return 1;
     }
-    const auto note = [&file](const ReceivedRequest &request, const ServedAnswer &answer) {
+    QElapsedTimer running;
+    running.start();
+    const auto note = [&](const ReceivedRequest &request, const ServedAnswer &answer) {
         if (file.isOpen())
-            file.write(logLine(request, answer));
+            file.write(logLine(request, answer, running.elapsed()));
     };
     for (LoopbackServer *server :
          {&standIn.main(), &standIn.vip(), &standIn.links(), &standIn.images(), &standIn.foreign()})

@@ -1,0 +1,195 @@
+#include "ui_PrefsServicesViewController.h"
+
+#include "Links.h"
+#include "PrefsServicesViewController.h"
+
+#include <platform/SceneConnections.h>
+#include <platform/Window.h>
+#include <platform/Workspace.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QScreen>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int LongestFolder = 270; // points
+
+/// The folder as people write it: their home is "~".
+QString shortFolder(const QString &file)
+{
+    const QString folder = QFileInfo(file).absolutePath();
+    const QString home = QDir::homePath();
+    return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
+}
+
+QString downloadsLeft(const ServiceAccounts::Connection &connection)
+{
+    if (!connection.remainingDownloads)
+        return {};
+    const QLocale locale;
+    const QString remaining = locale.toString(*connection.remainingDownloads);
+    if (!connection.allowedDownloads)
+        return String::localize(u"Downloads left today: %@."_s).replace("%@"_L1, remaining);
+    return String::localize(u"Downloads left today: %1$@ of %2$@."_s)
+        .replace("%1$@"_L1, remaining)
+        .replace("%2$@"_L1, locale.toString(*connection.allowedDownloads));
+}
+
+QString sentenceFor(const Result<ServiceAccounts::Connection> &answer)
+{
+    if (!answer)
+        return answer.error().localizedDescription;
+    const QString accepted = answer->isLoggedIn
+                                 ? String::localize(u"The subtitle service accepts the key and the login."_s)
+                                 : String::localize(u"The subtitle service accepts the key."_s);
+    return u"%1 %2"_s.arg(accepted, downloadsLeft(*answer)).trimmed();
+}
+} // namespace
+
+PrefsServicesViewController::PrefsServicesViewController() : m_accounts(ServiceAccounts::shared()) {}
+PrefsServicesViewController::~PrefsServicesViewController() = default;
+
+QString PrefsServicesViewController::title() const
+{
+    return String::localize(u"Services"_s);
+}
+
+void PrefsServicesViewController::loadView()
+{
+    auto root = std::make_unique<QWidget>();
+    m_scene = std::make_unique<Ui::PrefsServicesViewController>();
+    m_scene->setupUi(root.get());
+    m_fields = {{m_scene->keyField, Item::SubtitleKey},
+                {m_scene->passwordField, Item::SubtitlePassword},
+                {m_scene->metadataKeyField, Item::MetadataKey}};
+    connectScene(*root, *this);
+    setView(std::move(root));
+}
+
+void PrefsServicesViewController::viewDidLoad()
+{
+    PlatformController::viewDidLoad();
+    for (const Field &field : m_fields)
+        connect(field.edit, &QLineEdit::editingFinished, this, [this, field] { save(field); });
+    if (m_accounts)
+        connect(m_accounts.get(), &ServiceAccounts::changed, this, &PrefsServicesViewController::showTexts);
+    m_scene->testButton->setEnabled(m_accounts != nullptr);
+    m_scene->catalogueButton->setEnabled(m_accounts != nullptr);
+    showTexts();
+    showCataloguePlace();
+}
+
+/// May come before the view was loaded, which shows the same.
+void PrefsServicesViewController::viewWillAppear()
+{
+    if (isViewLoaded())
+        showCataloguePlace();
+}
+
+/// The window has grown downwards to this pane's size.
+void PrefsServicesViewController::viewDidAppear()
+{
+    Window *host = window();
+    if (!host)
+        return;
+    const QRect room = host->screen()->availableGeometry();
+    const int highest = std::max(room.top(), room.bottom() + 1 - host->height());
+    if (host->y() > highest)
+        host->move(host->x(), highest);
+}
+
+/// A field that somebody is typing in is left alone.
+void PrefsServicesViewController::showTexts()
+{
+    for (const auto &[edit, item] : m_fields) {
+        const bool isFixed = m_accounts && m_accounts->isFixed(item);
+        edit->setEnabled(m_accounts && !isFixed);
+        edit->setToolTip(isFixed ? String::localize(u"Set by the environment"_s) : QString());
+        if (m_accounts && !edit->isModified())
+            edit->setText(m_accounts->text(item));
+    }
+}
+
+void PrefsServicesViewController::showCataloguePlace()
+{
+    if (!m_accounts)
+        return;
+    const ServiceAccounts::Catalogue catalogue = m_accounts->catalogue();
+    QPushButton *button = m_scene->catalogueButton;
+    const QString folder =
+        button->fontMetrics().elidedText(shortFolder(catalogue.file), Qt::ElideMiddle, LongestFolder);
+    button->setText(QString(folder).replace(u'&', "&&"_L1)); // a path has no mnemonics
+    button->setToolTip(QFileInfo(catalogue.file).absolutePath());
+    QString size = QLocale().formattedDataSize(catalogue.bytes);
+    if (!catalogue.isOwn)
+        size = String::localize(u"%@, comes with the program"_s).replace("%@"_L1, size);
+    m_scene->catalogueSizeLabel->setText(size);
+}
+
+void PrefsServicesViewController::save(const Field &field)
+{
+    if (!m_accounts || !field.edit->isModified())
+        return;
+    field.edit->setModified(false);
+    if (field.edit->text() == m_accounts->text(field.item))
+        return;
+    m_scene->statusLabel->clear();
+    m_accounts->setText(field.item, field.edit->text(), [weak = weakSelf()](const Result<void> &kept) {
+        if (const auto self = weak.lock(); self && !kept)
+            self->m_scene->statusLabel->setText(kept.error().localizedDescription);
+    });
+}
+
+void PrefsServicesViewController::getKey(QObject *)
+{
+    Links::open(Links::SubtitleKeyPage);
+}
+
+void PrefsServicesViewController::testConnection(QObject *)
+{
+    for (const Field &field : m_fields)
+        save(field);
+    m_scene->testButton->setEnabled(false);
+    m_scene->statusLabel->setText(String::localize(u"Testing…"_s));
+    m_accounts->testSubtitles([weak = weakSelf()](const Result<ServiceAccounts::Connection> &answer) {
+        if (const auto self = weak.lock())
+            self->takeSubtitleAnswer(answer);
+    });
+}
+
+void PrefsServicesViewController::takeSubtitleAnswer(const Result<ServiceAccounts::Connection> &answer)
+{
+    const QString sentence = sentenceFor(answer);
+    if (m_accounts->text(Item::MetadataKey).isEmpty()) {
+        finishTest({sentence});
+        return;
+    }
+    m_accounts->testFilms([weak = weakSelf(), sentence](const Result<void> &films) {
+        if (const auto self = weak.lock())
+            self->finishTest({sentence, films ? String::localize(u"The film database accepts its key."_s)
+                                              : films.error().localizedDescription});
+    });
+}
+
+void PrefsServicesViewController::finishTest(const QStringList &sentences)
+{
+    m_scene->testButton->setEnabled(true);
+    m_scene->statusLabel->setText(sentences.join(u'\n'));
+}
+
+void PrefsServicesViewController::showCatalogue(QObject *)
+{
+    if (m_accounts)
+        Workspace::sharedWorkspace().showInFileBrowser(QUrl::fromLocalFile(m_accounts->catalogue().file));
+}
+
+std::weak_ptr<PrefsServicesViewController> PrefsServicesViewController::weakSelf()
+{
+    return std::static_pointer_cast<PrefsServicesViewController>(shared_from_this());
+}

@@ -1,0 +1,54 @@
+#pragma once
+#include "ServiceAccounts.h"
+
+#include <views/PlatformSpecificController.h>
+
+class QLineEdit;
+namespace Ui
+{
+class PrefsServicesViewController;
+}
+
+/// The Services pane of the preferences: keys, login, what a person thinks of kinds of subtitles, and where
+/// the catalogue lies. What is typed is used and kept as soon as the edit ends. Without accounts the fields
+/// for them are disabled. Main thread only.
+class PrefsServicesViewController final : public PlatformController<ViewController>
+{
+    Q_OBJECT
+
+public:
+    PrefsServicesViewController();
+    ~PrefsServicesViewController() override;
+
+    /// Always "Services", whatever was set.
+    QString title() const override;
+    void loadView() override;
+    void viewDidLoad() override;
+    void viewWillAppear() override;
+    void viewDidAppear() override;
+
+    /// Opens the page that gives out keys.
+    Q_INVOKABLE void getKey(QObject *sender);
+    /// Asks the services whether they accept what is typed, and says so below the button.
+    Q_INVOKABLE void testConnection(QObject *sender);
+    Q_INVOKABLE void showCatalogue(QObject *sender);
+
+private:
+    using Item = ServiceAccounts::Item;
+    struct Field
+    {
+        QLineEdit *edit;
+        Item item;
+    };
+
+    void showTexts();
+    void showCataloguePlace();
+    void save(const Field &field);
+    void takeSubtitleAnswer(const Result<ServiceAccounts::Connection> &answer);
+    void finishTest(const QStringList &sentences);
+    std::weak_ptr<PrefsServicesViewController> weakSelf();
+
+    std::shared_ptr<ServiceAccounts> m_accounts;
+    std::vector<Field> m_fields;
+    std::unique_ptr<Ui::PrefsServicesViewController> m_scene;
+};
