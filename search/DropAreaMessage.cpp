@@ -67,6 +67,13 @@ DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
     return {headline, String::localize(u"Try fewer words or another language"_s)};
 }
 
+QString offlineHint()
+{
+    return String::localize(
+        u"Only the offline catalogue was searched. The preferences tell where to get a key "
+        u"for the online service (Services)."_s);
+}
+
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage)
 {
     if (!isUnknown(preferredCode, searchedLanguage))

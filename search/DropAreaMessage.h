@@ -17,5 +17,7 @@ DropAreaMessage dropPrompt(const QStringList &companions = {});
 /// settings, `searchedLanguage` the three-letter code that was sent.
 DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
                              const QString &searchedLanguage);
+/// What a search misses that goes no further than this machine, and how that is changed.
+QString offlineHint();
 /// That the services do not know the preferred language and English was searched instead; empty when they do.
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage);

@@ -8,6 +8,7 @@
 #include <platform/SceneConnections.h>
 #include <platform/Window.h>
 #include <platform/Workspace.h>
+#include <search/api/ServiceStatus.h>
 
 MainViewController::MainViewController() : m_languagesArray(LocaleUtilities::shared().languages()) {}
 
@@ -68,6 +69,9 @@ void MainViewController::viewDidLoad()
     dragFilesHereView->takeDropsOf(*tableView); // while results show, the list takes drops as well
     cancelSearchButton->hide();
     showDropPrompt();
+    connect(&ServiceStatus::shared(), &ServiceStatus::changed, this,
+            &MainViewController::showRemainingDownloads);
+    showRemainingDownloads();
     updateUIState(false);
     languageCodeObserver = UserDefaults::standard().observe(
         QStringLiteral("languageCode"), [this](const QVariant &newCode) { languageObservation(newCode); });

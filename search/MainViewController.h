@@ -132,6 +132,7 @@ private:
     void showDropPrompt();
     void showNothingFound(const QString &text, const SearchLanguage &language);
     void showLanguageNotice(const SearchLanguage &language);
+    void showRemainingDownloads();
     void showDetailView(bool animated);
     void hideDetailView(bool animated);
     void loadPoster(const QString &imdbID);
@@ -172,6 +173,7 @@ private:
     const QList<Language> m_languagesArray;
     bool m_isSearching = false;
     bool m_isDownloading = false;
+    bool m_hasToldOfKeys = false; // once is enough: what a person does not want is no news
     UserDefaults::Observation languageCodeObserver;
     Snapshot<SubtitleList> subtitles;
     Snapshot<QUrl> currentFileURL;

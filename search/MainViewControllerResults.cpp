@@ -6,7 +6,12 @@
 
 #include <platform/FatalFault.h>
 #include <platform/ImageView.h>
+#include <search/api/ServiceStatus.h>
 #include <views/DragFilesHereView.h>
+
+#include <QLocale>
+
+#include <utility>
 
 namespace
 {
@@ -105,7 +110,9 @@ void MainViewController::showDropPrompt()
 
 void MainViewController::showNothingFound(const QString &text, const SearchLanguage &language)
 {
-    const DropAreaMessage message = nothingFound(text, language.preferredCode, language.sentCode);
+    DropAreaMessage message = nothingFound(text, language.preferredCode, language.sentCode);
+    if (!ServiceStatus::shared().value().asksTheNetwork && !std::exchange(m_hasToldOfKeys, true))
+        message.hint += u'\n' + offlineHint();
     m_scene->dropHeadline->setText(message.headline);
     m_scene->dropHint->setText(message.hint);
 }
@@ -115,4 +122,13 @@ void MainViewController::showLanguageNotice(const SearchLanguage &language)
     const QString notice = languageNotice(language.preferredCode, language.sentCode);
     m_scene->languageNotice->setText(notice);
     m_scene->languageNotice->setVisible(!notice.isEmpty());
+}
+
+void MainViewController::showRemainingDownloads()
+{
+    const std::optional<int> remaining = ServiceStatus::shared().value().remainingDownloads;
+    if (remaining)
+        m_scene->remainingLabel->setText(
+            String::localize(u"Downloads left: %@"_s).replace("%@"_L1, QLocale().toString(*remaining)));
+    m_scene->remainingLabel->setVisible(remaining.has_value());
 }

@@ -62,6 +62,12 @@ private Q_SLOTS:
         QVERIFY(languageNotice(u"en"_s, u"eng"_s).isEmpty());
     }
 
+    void offlineHintSaysWhereKeysAre()
+    {
+        QVERIFY(offlineHint().contains(u"offline catalogue"_s));
+        QVERIFY(offlineHint().contains(u"Services"_s));
+    }
+
     void longTextIsShortened()
     {
         const DropAreaMessage message = nothingFound(QString(1000, u'x'), u"en"_s, u"eng"_s);

@@ -1,0 +1,90 @@
+#include "MainViewFixture.h"
+
+#include <platform/Label.h>
+#include <search/DropAreaMessage.h>
+#include <search/api/ServiceStatus.h>
+
+#include <QLabel>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+/// What the main view shows of what the services say of themselves.
+class ServiceStatusTest final : public QObject
+{
+    Q_OBJECT
+
+private:
+    Sandbox m_sandbox;
+    std::unique_ptr<MainViewFixture> m_view;
+
+    static void say(const ServiceStatus::Value &value) { ServiceStatus::shared().setValue(value); }
+    Label *remaining() const { return m_view->child<Label>("remainingLabel"); }
+    QString hint() const { return m_view->child<QLabel>("dropHint")->text(); }
+
+private Q_SLOTS:
+    void init()
+    {
+        say({});
+        m_view = std::make_unique<MainViewFixture>();
+    }
+    void cleanup()
+    {
+        m_view.reset();
+        say({});
+    }
+
+    void changesAreToldOnce()
+    {
+        const QSignalSpy changes(&ServiceStatus::shared(), &ServiceStatus::changed);
+        say({true, 4});
+        say({true, 4});
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void panelSaysHowManyDownloadsAreLeft()
+    {
+        m_view->showResults(1);
+        m_view->table()->selectRow(0);
+        QVERIFY(!remaining()->isVisibleTo(m_view->window.get()));
+        say({true, 17});
+        QVERIFY(remaining()->isVisibleTo(m_view->window.get()));
+        QCOMPARE(remaining()->text(), u"Downloads left: 17"_s);
+        say({true, 0});
+        QCOMPARE(remaining()->text(), u"Downloads left: 0"_s);
+        say({true, std::nullopt}); // somebody else's account
+        QVERIFY(!remaining()->isVisibleTo(m_view->window.get()));
+    }
+
+    void whatWasSaidBeforeTheViewIsShownToo()
+    {
+        say({true, 3});
+        m_view.reset();
+        m_view = std::make_unique<MainViewFixture>();
+        QCOMPARE(remaining()->text(), u"Downloads left: 3"_s);
+    }
+
+    void nothingFoundOfflineSaysWhereKeysAreOnce()
+    {
+        say({false, std::nullopt});
+        m_view->showResults(0);
+        QVERIFY(hint().contains(offlineHint()));
+        QVERIFY(hint().startsWith(u"Try fewer words"_s));
+        m_view->showResults(0);
+        QVERIFY(!hint().contains(offlineHint()));
+    }
+
+    void nothingFoundOnTheNetworkSaysNothingOfKeys()
+    {
+        m_view->showResults(0);
+        QVERIFY(!hint().contains(offlineHint()));
+        say({false, std::nullopt}); // the key was taken away: still to be said once
+        m_view->showResults(2);
+        QVERIFY(!hint().contains(offlineHint()));
+        m_view->showResults(0);
+        QVERIFY(hint().contains(offlineHint()));
+    }
+};
+
+QTEST_MAIN(ServiceStatusTest)
+#include "ServiceStatusTest.moc"
