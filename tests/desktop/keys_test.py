@@ -7,7 +7,7 @@ from waiting import wait_for
 
 
 class ShortcutTest(ProgramTest):
-    def test_ctrl_f_and_ctrl_l_go_to_the_field(self):
+    def test_ctrl_f_and_ctrl_l_go_to_the_field_and_select_its_text(self):
         self.launch()
         self.search('harbour')
         self.wait_for_results(3)
@@ -18,6 +18,9 @@ class ShortcutTest(ProgramTest):
                 wait_for(lambda: not self.field().has('focused'), 'the list has the focus')
                 self.screen.press(keys)
                 self.wait_for_focus(self.field())
+                wait_for(lambda: self.field().selected_text == 'harbour', 'the old words are selected')
+        self.screen.type('new')
+        wait_for(lambda: self.field().text == 'new', lambda: f'the old words are replaced, not {self.field().text}')
 
     def test_ctrl_o_opens_a_video(self):
         path = self.video('Harbour.mkv')

@@ -63,6 +63,22 @@ class LongSearchTest(ProgramTest):
         self.wait_for_results(3)
         self.tree.find('push button', 'Cancel search')
 
+    def test_the_cancel_button_ends_a_long_search_and_keeps_the_words(self):
+        self.launch()
+        self.search('later')
+        self.click(self.tree.find('push button', 'Cancel search'))
+        self.wait_for_no('push button', 'Cancel search')
+        self.wait_for_no(None, 'Searching')
+        self.assertEqual(self.field().text, 'later')
+        self.wait_for_focus(self.field())
+        self.screen.type('harbour 2')
+        self.screen.press('Return')
+        self.wait_for_results(2)
+        self.answer_held()
+        self.click(self.tree.find('push button', 'Cancel search'))
+        wait_for(lambda: self.field().text == '', 'after a search it empties the field')
+        self.wait_for_title('Plovendix')
+
     def test_escape_cancels_a_search_and_keeps_the_words(self):
         self.launch()
         self.search('later')

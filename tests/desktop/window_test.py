@@ -120,6 +120,20 @@ class FrameTest(WindowTest):
         self.screen.press('Down', 'Return')
         self.wait_for_maximized(False)
 
+    def test_the_title_keeps_its_strength_while_the_main_menu_is_open(self):
+        x, y, width, _ = self.frame()
+        # The title stands in the middle, away from the menu and from the buttons.
+        title = [(x + width // 2 + dx, y + dy) for dx in range(-30, 31) for dy in range(8, 30)]
+
+        def darkest():
+            picture = self.screen.picture()
+            return min(sum(picture.colour(*point)) for point in title)
+        before = darkest()
+        self.click(self.tree.find('button menu', 'Main menu'))
+        self.wait_for_menu()
+        remains(lambda: darkest() == before, 'the title is as dark as it was', 0.5)
+        self.screen.press('Escape')
+
     def wait_for_menu(self):
         wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > 1, 'a menu is shown')
 
