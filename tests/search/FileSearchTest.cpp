@@ -68,6 +68,7 @@ private Q_SLOTS:
     void foundFilesShowTheCountAndTheList();
     void emptyFileSearchFallsBackToWordsOfTheName();
     void fallbackRunsWithTheFlagSetBack();
+    void viewStaysAsItWasUntilTheFallbackIsAnswered();
     void downloadButtonNamesTheDelivery();
     void requesterNameIsNoMnemonic();
     void laterRequestTakesThePlaceOfTheStoredOne();
@@ -181,11 +182,27 @@ void FileSearchTest::fallbackRunsWithTheFlagSetBack()
     QSignalSpy changes(m_view->controller.get(), &MainViewController::isSearchingChanged);
     m_view->service->finishLast(answerWith(0));
     m_view->turn();
+    QCOMPARE(changes.size(), 1); // the fallback starts while it is still set
     QVERIFY(!m_view->controller->isSearching());
     QVERIFY(m_view->cancelButton()->isVisible());
     m_view->service->finishLast(answerWith(1));
     m_view->turn();
     QCOMPARE(m_view->title(), u"Plovendix (1 subtitles found)"_s);
+}
+
+void FileSearchTest::viewStaysAsItWasUntilTheFallbackIsAnswered()
+{
+    m_view->showResults(3);
+    m_view->controller->searchForFile(Video, std::nullopt);
+    m_view->service->finishLast(answerWith(0));
+    m_view->turn();
+    QVERIFY(m_view->widget("scrollView")->isVisible());
+    QVERIFY(!m_view->widget("dragFilesHereView")->isVisible());
+    QCOMPARE(m_view->table()->numberOfRows(), 0);
+    m_view->service->finishLast(answerWith(0));
+    m_view->turn();
+    QVERIFY(!m_view->widget("scrollView")->isVisible());
+    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
 }
 
 void FileSearchTest::downloadButtonNamesTheDelivery()

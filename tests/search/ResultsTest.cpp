@@ -34,6 +34,7 @@ private Q_SLOTS:
     void selectionWithThePanelShownDoesNotMoveIt();
     void deselectionHidesThePanel();
     void panelStartsHiddenWithInsets();
+    void panelIsSettledAtOnceWhenTheViewLoads();
     void insetsChangeBeforeThePanelMoves();
     void shownPanelScrollsToTheSelectedRowWhenAnimated();
     void shownPanelDoesNotScrollWithoutAnimation();
@@ -140,6 +141,15 @@ void ResultsTest::panelStartsHiddenWithInsets()
 {
     QCOMPARE(constraint()->constant(), -168.0);
     QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 0));
+}
+
+void ResultsTest::panelIsSettledAtOnceWhenTheViewLoads()
+{
+    Animator::setReducedMotion(false);
+    const auto controller = ViewController::make<MainViewController>();
+    const auto *bottom = static_cast<BottomPanelView *>(controller->view())->bottomConstraint();
+    QCOMPARE(bottom->constant(), -168.0);
+    QCOMPARE(bottom->presentedConstant(), -168.0);
 }
 
 void ResultsTest::insetsChangeBeforeThePanelMoves()

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void returnLeavesCaretAndSelectionAsTheyWere_data();
     void returnLeavesCaretAndSelectionAsTheyWere();
     void endOfEditingElsewhereLeavesTheFieldAlone();
+    void fieldLeftMeanwhileIsLeftAlone();
+    void spacesAreAText();
     void fieldHasTheFocusWhenTheWindowAppears();
     void shortcutsGoToTheFieldAndSelectItsText_data();
     void shortcutsGoToTheFieldAndSelectItsText();
@@ -154,6 +156,29 @@ void SearchFieldTest::endOfEditingElsewhereLeavesTheFieldAlone()
     m_view->turn();
     QCOMPARE(m_view->field()->selectedText(), u"words"_s);
     QVERIFY(m_view->table()->hasFocus());
+}
+
+void SearchFieldTest::fieldLeftMeanwhileIsLeftAlone()
+{
+    m_view->showResults(2);
+    m_view->field()->setText(u"some words"_s);
+    m_view->field()->setFocus();
+    m_view->field()->setSelection(0, 4);
+    m_view->controller->controlTextDidEndEditing(m_view->field());
+    m_view->table()->setFocus();
+    m_view->field()->setSelection(5, 5);
+    m_view->turn();
+    QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+}
+
+void SearchFieldTest::spacesAreAText()
+{
+    m_view->field()->setText(u"  "_s);
+    QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
+    QVERIFY(m_view->service->queries.last() == textArgs(u"  "_s));
+    m_view->field()->setFocus();
+    m_view->press(Qt::Key_Return);
+    QCOMPARE(m_view->service->queries.size(), 2);
 }
 
 void SearchFieldTest::fieldHasTheFocusWhenTheWindowAppears()
