@@ -1,6 +1,6 @@
 #pragma once
-#include <app/FeedbackReporting.h>
 #include <delivery/IncomingRequestHandler.h>
+#include <panels/FeedbackReporting.h>
 #include <search/PendingRequest.h>
 
 #include <QMap>

@@ -1,3 +1,4 @@
+#include "MakerServices.h"
 #include "Program.h"
 #include "Services.h"
 
@@ -5,5 +6,6 @@ int main(int argc, char **argv)
 {
     return runProgram(argc, argv,
                       {.installServices = installServices,
-                       .applicationIdentifier = QStringLiteral("com.quorvane.Plovendix")});
+                       .applicationIdentifier = QStringLiteral("com.quorvane.Plovendix"),
+                       .applicationServices = {.obtainSharedUpdater = installMakerServices}});
 }

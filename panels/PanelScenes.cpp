@@ -2,8 +2,10 @@
 
 #include "AboutViewController.h"
 #include "DonateViewController.h"
+#include "FeedbackViewController.h"
 #include "PrefsServicesViewController.h"
 #include "PrefsUpdatesViewController.h"
+#include "UpdateViewController.h"
 
 #include <platform/Storyboard.h>
 
@@ -19,4 +21,8 @@ void registerPanelScenes()
                                    [] { return ViewController::make<AboutViewController>(); });
     Storyboard::registerController(u"Main"_s, u"DonateViewController"_s,
                                    [] { return ViewController::make<DonateViewController>(); });
+    Storyboard::registerController(u"Main"_s, u"FeedbackViewController"_s,
+                                   [] { return ViewController::make<FeedbackViewController>(); });
+    Storyboard::registerController(u"Main"_s, u"UpdateViewController"_s,
+                                   [] { return ViewController::make<UpdateViewController>(); });
 }

@@ -1,5 +1,5 @@
 #pragma once
 
-/// Makes the panels known to their storyboards: the Services and Updates panes to "Preferences", About and
-/// the donation prompt to "Main".
+/// Makes the panels known to their storyboards: the Services and Updates panes to "Preferences", About,
+/// the donation prompt and the update and feedback windows to "Main".
 void registerPanelScenes();

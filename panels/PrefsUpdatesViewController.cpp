@@ -1,8 +1,8 @@
 #include "ui_PrefsUpdatesViewController.h"
 
 #include "PrefsUpdatesViewController.h"
-#include "UpdateChecking.h"
 
+#include <panels/UpdateChecking.h>
 #include <platform/Bindings.h>
 #include <platform/SceneConnections.h>
 

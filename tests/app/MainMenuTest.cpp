@@ -1,7 +1,7 @@
 #include <app/AppDelegate.h>
 #include <app/AppScenes.h>
-#include <app/FeedbackReporting.h>
 #include <app/MainWindowController.h>
+#include <panels/FeedbackReporting.h>
 #include <panels/UpdateChecking.h>
 #include <platform/URLEventCentre.h>
 #include <platform/Window.h>

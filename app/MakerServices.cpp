@@ -1,0 +1,43 @@
+#include "MakerServices.h"
+
+#include <panels/FeedbackWindowController.h>
+#include <panels/UpdateWindowController.h>
+#include <platform/Bundle.h>
+#include <services/feedback/FRFeedbackReporter.h>
+#include <services/feedback/RecentMessages.h>
+#include <services/net/SystemClock.h>
+#include <services/update/SUUpdater.h>
+
+#include <QCoreApplication>
+
+namespace
+{
+/// In this order: who uses the window and the clock goes first.
+struct Updater
+{
+    SystemClock clock;
+    UpdateWindowController window;
+    SUUpdater updater{clock, window, InstalledProgram::ofBundle(Bundle::main())};
+};
+
+struct Reporter
+{
+    SystemClock clock;
+    FeedbackWindowController window;
+    FRFeedbackReporter reporter{clock, window};
+};
+} // namespace
+
+void installMakerServices()
+{
+    RecentMessages::install();
+    const auto updater = std::make_shared<Updater>();
+    UpdateChecking::setSharedUpdater({updater, &updater->updater});
+    const auto reporter = std::make_shared<Reporter>();
+    FeedbackReporting::setSharedReporter({reporter, &reporter->reporter});
+    // Windows and timers do not outlive the application object.
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [] {
+        UpdateChecking::setSharedUpdater({});
+        FeedbackReporting::setSharedReporter({});
+    });
+}

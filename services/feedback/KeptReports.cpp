@@ -1,0 +1,78 @@
+#include "KeptReports.h"
+
+#include <platform/Bundle.h>
+
+#include <QDir>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qint64 MaxBytes = 1024 * 1024;
+constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+std::optional<FeedbackReport> reportIn(const QFileInfo &entry)
+{
+    QFile file(entry.filePath());
+    if (entry.isSymLink() || entry.size() > MaxBytes || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return FeedbackReport::fromJson(file.read(MaxBytes));
+}
+
+Error notKept(const QString &folder, const QString &detail)
+{
+    const QString sentence =
+        Bundle::main().localizedString(u"The report could not be kept in “%@” either."_s);
+    return {u"Feedback"_s, 0, QString(sentence).replace("%@"_L1, folder), detail};
+}
+} // namespace
+
+KeptReports::KeptReports(const QString &folder) : m_folder(folder) {}
+
+QString KeptReports::standardFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Plovendix/feedback"_s;
+}
+
+QString KeptReports::freePath(const QDateTime &date) const
+{
+    const QString stem = m_folder + u"/report-"_s + date.toUTC().toString(u"yyyyMMdd-HHmmss"_s);
+    QString path = stem + u".json"_s;
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path = u"%1-%2.json"_s.arg(stem).arg(number);
+    return path;
+}
+
+Result<QString> KeptReports::keep(const FeedbackReport &report, const QDateTime &date,
+                                  const QString &over) const
+{
+    if (!QDir().mkpath(m_folder))
+        return notKept(m_folder, u"no folder"_s);
+    const QString path = over.isEmpty() ? freePath(date) : over;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return notKept(m_folder, file.errorString());
+    file.setPermissions(OwnerOnly);
+    file.write(report.toJson());
+    if (!file.commit())
+        return notKept(m_folder, file.errorString());
+    return path;
+}
+
+std::optional<KeptReports::Kept> KeptReports::oldest() const
+{
+    const auto entries =
+        QDir(m_folder).entryInfoList({u"report-*.json"_s}, QDir::Files | QDir::NoSymLinks, QDir::Name);
+    for (const QFileInfo &entry : entries) {
+        if (const auto report = reportIn(entry))
+            return Kept{entry.filePath(), *report, entry.lastModified()};
+    }
+    return std::nullopt;
+}
+
+void KeptReports::remove(const QString &path) const
+{
+    QFile::remove(path);
+}

@@ -1,0 +1,24 @@
+#pragma once
+#include <QList>
+#include <QString>
+#include <compare>
+#include <optional>
+
+/// A version such as "1.10.2" or "2.0-beta.3": numbers between dots and, for a pre-release, a word that
+/// begins with a letter, set off by a hyphen or not. What follows a "+" says nothing about the order. Numbers
+/// are compared as numbers, missing ones are 0, and a pre-release stands below its release. A plain value.
+class ReleaseVersion final
+{
+public:
+    /// Nothing for a text that is no version.
+    static std::optional<ReleaseVersion> parse(const QString &text);
+
+    bool isPreRelease() const { return !m_preRelease.isEmpty(); }
+
+    std::weak_ordering operator<=>(const ReleaseVersion &other) const;
+    bool operator==(const ReleaseVersion &other) const = default;
+
+private:
+    QList<int> m_numbers;     // without zeros at the end
+    QStringList m_preRelease; // in lower case, runs of digits and of letters apart
+};

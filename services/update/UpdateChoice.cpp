@@ -1,0 +1,62 @@
+#include "UpdateChoice.h"
+
+#include "AppcastSignature.h"
+#include "ReleaseVersion.h"
+#include "UpdateErrors.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+namespace
+{
+struct Candidate
+{
+    ReleaseVersion version;
+    AppcastItem item;
+};
+
+QList<Candidate> newerThan(const ReleaseVersion &installed, const QList<AppcastItem> &items)
+{
+    QList<Candidate> newer;
+    for (const AppcastItem &item : items) {
+        const auto version = ReleaseVersion::parse(item.version);
+        if (version && *version > installed && (installed.isPreRelease() || !version->isPreRelease()))
+            newer += Candidate{*version, item};
+    }
+    std::stable_sort(newer.begin(), newer.end(), [](const Candidate &one, const Candidate &other) {
+        return one.version > other.version;
+    });
+    return newer;
+}
+
+std::optional<UpdateFault> whatIsWrongWith(const AppcastItem &item, const InstalledProgram &installed)
+{
+    if (!AppcastSignature::isValid(installed.identifier, item, installed.publicKey))
+        return UpdateFault::NotSigned;
+    const QUrl link(item.link, QUrl::StrictMode);
+    const bool secure = link.isValid() && link.scheme() == QLatin1StringView("https") &&
+                        !link.host().isEmpty() && link.userInfo().isEmpty();
+    return secure ? std::nullopt : std::optional(UpdateFault::LinkNotSecure);
+}
+} // namespace
+
+Result<std::optional<AppcastItem>> chooseUpdate(const QList<AppcastItem> &items,
+                                                const InstalledProgram &installed)
+{
+    const auto version = ReleaseVersion::parse(installed.version);
+    if (!version || installed.identifier.isEmpty() ||
+        installed.publicKey.size() != AppcastSignature::KeyBytes)
+        return updateError(UpdateFault::DamagedCopy, installed.version);
+    std::optional<Error> refusal;
+    for (const Candidate &candidate : newerThan(*version, items)) {
+        const auto wrong = whatIsWrongWith(candidate.item, installed);
+        if (!wrong)
+            return std::optional(candidate.item);
+        if (!refusal)
+            refusal = updateError(*wrong, candidate.item.version);
+    }
+    if (refusal)
+        return *refusal;
+    return std::optional<AppcastItem>();
+}

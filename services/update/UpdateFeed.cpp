@@ -1,0 +1,69 @@
+#include "UpdateFeed.h"
+
+#include "UpdateErrors.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr auto Deadline = 30s;
+constexpr int FirstServerError = 500;
+constexpr int TooManyRequests = 429;
+
+HostRules rulesFor(const QUrl &address)
+{
+    if (HostRules::isLoopback(address.host()))
+        return HostRules({}, HostRules::Loopback::Accepted);
+    return HostRules({address.host()});
+}
+
+UpdateFault faultOf(const Error &error)
+{
+    switch (kindOf(error).value_or(Kind::Unavailable)) {
+    case Kind::Offline:
+        return UpdateFault::Offline;
+    case Kind::Timeout:
+        return UpdateFault::Timeout;
+    case Kind::Insecure:
+        return UpdateFault::Insecure;
+    case Kind::Proxy:
+        return UpdateFault::Proxy;
+    case Kind::BadAnswer:
+        return UpdateFault::WebPage;
+    default:
+        return UpdateFault::Unavailable;
+    }
+}
+
+Result<QList<AppcastItem>> read(const HttpAnswer &answer)
+{
+    if (answer.isSuccess())
+        return Appcast::parse(answer.body);
+    const bool passing = answer.status >= FirstServerError || answer.status == TooManyRequests;
+    return updateError(passing ? UpdateFault::Unavailable : UpdateFault::NoFeed,
+                       u"status %1"_s.arg(answer.status));
+}
+} // namespace
+
+// The name only chooses the words of the client's own errors, which nobody sees: they are told in ours.
+UpdateFeed::UpdateFeed(Clock &clock) : m_client(clock, ServiceName::Films) {}
+
+HttpClient::Call UpdateFeed::fetch(const QString &address, Completion completion)
+{
+    HttpRequest request;
+    request.url = QUrl(address, QUrl::StrictMode);
+    // A list that has merely grown too long is told apart from what no list of ours would ever be.
+    request.maxBytes = 4 * Appcast::MaxBytes;
+    request.deadline = Deadline;
+    request.setHeader("Accept", "application/rss+xml, application/xml;q=0.9, text/xml;q=0.9");
+    const HostRules rules = rulesFor(request.url);
+    const bool permitted = rules.accepts(request.url);
+    return m_client.send(
+        request, rules, [permitted, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
+            if (outcome)
+                return completion(read(*outcome));
+            const UpdateFault fault = permitted ? faultOf(outcome.error()) : UpdateFault::ForbiddenAddress;
+            completion(updateError(fault, outcome.error().detail));
+        });
+}
