@@ -7,6 +7,8 @@
 
 #include <QApplication>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -93,12 +95,19 @@ void UpdateViewController::enter(State state, const QString &headline, const QSt
           static_cast<QWidget *>(m_scene->laterButton), static_cast<QWidget *>(m_scene->getButton)})
         part->setVisible(state == State::Offer);
     if (Window *shown = window()) {
-        const QSize least = state == State::Offer ? OfferSize : PlainSize;
-        // A sentence may be long in some languages.
-        shown->setContentSize(
-            {least.width(), std::max(least.height(), view()->layout()->totalHeightForWidth(least.width()))});
+        shown->setContentSize(sizeFor(state));
         shown->makeFirstResponder(defaultButton());
     }
+}
+
+QSize UpdateViewController::sizeFor(State state)
+{
+    const QSize least = state == State::Offer ? OfferSize : PlainSize;
+    // Sentences and buttons are longer in some languages.
+    QLayout *layout = view()->layout();
+    layout->activate(); // what has just been shown or hidden counts
+    const int width = std::max(least.width(), layout->totalMinimumSize().width());
+    return {width, std::max(least.height(), layout->totalHeightForWidth(width))};
 }
 
 QPushButton *UpdateViewController::defaultButton() const

@@ -45,6 +45,7 @@ private:
         Done
     };
     void enter(State state, const QString &headline, const QString &explanation);
+    QSize sizeFor(State state);
     QPushButton *defaultButton() const;
 
     State m_state = State::Checking;
