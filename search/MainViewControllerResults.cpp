@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 constexpr auto CellIdentifier = "SubtitleCellID"_L1;
 constexpr auto UnknownFormatIcon = "UNKNOWN"_L1;
 constexpr QSizeF IconSize(64, 64);
+constexpr int RoomBelowLongHint = 18; // points, to the outline
 
 Image iconForFormat(const QString &format)
 {
@@ -105,14 +106,18 @@ void MainViewController::showDropPrompt()
     const DropAreaMessage message = dropPrompt(companions);
     m_scene->dropHeadline->setText(message.headline);
     m_scene->dropHint->setText(message.hint);
+    m_scene->dropHint->setContentsMargins({});
     m_scene->languageNotice->hide();
 }
 
 void MainViewController::showNothingFound(const QString &text, const SearchLanguage &language)
 {
     DropAreaMessage message = nothingFound(text, language.preferredCode, language.sentCode);
-    if (!ServiceStatus::shared().value().asksTheNetwork && !std::exchange(m_hasToldOfKeys, true))
+    const bool tellsOfKeys =
+        !ServiceStatus::shared().value().asksTheNetwork && !std::exchange(m_hasToldOfKeys, true);
+    if (tellsOfKeys)
         message.hint += u'\n' + offlineHint();
+    m_scene->dropHint->setContentsMargins(0, 0, 0, tellsOfKeys ? RoomBelowLongHint : 0);
     m_scene->dropHeadline->setText(message.headline);
     m_scene->dropHint->setText(message.hint);
 }

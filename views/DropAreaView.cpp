@@ -13,7 +13,8 @@ constexpr float LineStrength = 0.45F;
 
 DropAreaView::DropAreaView(QWidget *parent) : QWidget(parent)
 {
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    // As high as its texts need at that width.
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Minimum);
 }
 
 QSize DropAreaView::sizeHint() const

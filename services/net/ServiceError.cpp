@@ -105,7 +105,10 @@ QString filmSentence(Kind kind)
 QString timeUntil(const QDateTime &reset, const QDateTime &now)
 {
     const qint64 minutes = std::max<qint64>(1, (now.secsTo(reset) + 59) / 60);
-    const QString clock = QLocale().toString(reset.toLocalTime().time(), QLocale::ShortFormat);
+    const QLocale locale;
+    // The plain locale counts seconds, too.
+    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(u":ss"_s);
+    const QString clock = locale.toString(reset.toLocalTime().time(), format);
     QString wait = minutes < 60 ? localized("%m min"_L1) : localized("%h h %m min"_L1);
     wait.replace("%h"_L1, QString::number(minutes / 60)).replace("%m"_L1, QString::number(minutes % 60));
     return localized("%1 (in %2)"_L1).replace("%1"_L1, clock).replace("%2"_L1, wait);

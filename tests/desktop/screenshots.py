@@ -8,6 +8,7 @@ import shutil
 import sys
 
 from desktop import Desktop
+from service import NOWHERE, STAND_IN
 from waiting import remains, wait_for
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
@@ -28,7 +29,7 @@ class Studio:
         self._build = build
         self._name = name
         self._scale = scale
-        self._program = self._window = self._tree = None
+        self._program = self._window = self._tree = self._service = None
 
     def idle(self):
         self._start()
@@ -83,14 +84,90 @@ class Studio:
         self._tree.find('alert message')
         self._take('alert')
 
+    def services(self):
+        addresses = self._serve()
+        self._start_online(addresses, account=True)
+        self._screen.press('ctrl+comma')
+        pane = self._tree.find('frame', 'General')
+        self._click(pane.find('check box', 'Services'))
+        pane = self._tree.find('frame', 'Services')
+        self._click(pane.find('push button', 'Test Connection'))
+        pane.find('label', lambda name: name.startswith('The subtitle service accepts'))
+        self._take('services', self._screen.window('^Services$'))
+
+    def offline_hint(self):
+        self._start()
+        self._type('nothing of that name')
+        self._tree.find('label', lambda name: 'offline catalogue' in name)
+        self._take('offline-hint')
+
+    def no_network(self):
+        self._start(settings={'SubtitleServiceURL': NOWHERE}, environment={'PLOVENDIX_SUBTITLE_API_KEY': 'key'})
+        self._type('paper lighthouse')
+        self._take_alert('no-network')
+
+    def service_down(self):
+        self._start_online(self._serve('down'))
+        self._type('paper lighthouse')
+        self._take_alert('service-down')
+
+    def key_refused(self):
+        self._start_online(self._serve('unknown-key'))
+        self._type('paper lighthouse')
+        self._take_alert('key-refused')
+
+    def login_refused(self):
+        self._start_online({**self._serve(), 'PLOVENDIX_SUBTITLE_PASSWORD': 'wrong'}, account=True)
+        self._download_online()
+        self._take_alert('login-refused')
+
+    def limit_reached(self):
+        self._start_online(self._serve('quota-used'))
+        self._download_online()
+        self._take_alert('limit-reached')
+
+    def downloads_left(self):
+        self._start_online(self._serve(), account=True)
+        self._download_online()
+        self._tree.find('dialog', 'Save')
+        self._screen.press('Escape')
+        self._tree.find('label', lambda name: name.startswith('Downloads left'))
+        self._take('downloads-left')
+
     def menu(self):
         self._start()
         self._click(self._tree.find('button menu', 'Main menu'))
         wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the menu is shown')
         self._take('menu')
 
-    def _start(self, *arguments, program='plovendix'):
+    def _serve(self, *behaviours):
+        """Starts a stand-in for the network's services; what it says of itself."""
+        self._service = self._desktop.start([os.path.join(self._build, STAND_IN), *behaviours], 'service')
+        self._service.wait_for_line('ready')
+        return dict(line.split('=', 1) for line in self._service.lines() if '=' in line)
+
+    def _start_online(self, addresses, account=False):
+        names = ['SubtitleServiceURL', 'MetadataServiceURL', *(['SubtitleServiceUser'] if account else [])]
+        self._start(settings={name: addresses[name] for name in names},
+                    environment={name: value for name, value in addresses.items() if name.startswith('PLOVENDIX_')})
+
+    def _download_online(self):
+        self._type('paper lighthouse')
+        self._select_first()
+        self._screen.press('ctrl+s')
+
+    def _take_alert(self, state):
+        self._tree.find('alert message')
+        self._take(state)
+
+    def _start(self, *arguments, program='plovendix', settings=None, environment=None):
         home = self._desktop.new_home()
+        home.update(environment or {})
+        if settings:
+            path = os.path.join(home['XDG_CONFIG_HOME'], 'Quorvane', 'Plovendix.conf')
+            os.makedirs(os.path.dirname(path))
+            with open(path, 'w', encoding='utf-8') as file:
+                file.write('[General]\n' + ''.join(f'{key}={value}\n' for key, value in settings.items()))
         home['PLOVENDIX_SCRIPT_FOLDER'] = os.path.join(home['HOME'], 'script')
         home['QT_SCALE_FACTOR'] = str(self._scale)
         self._program = self._desktop.start([os.path.join(self._build, program), *arguments], 'program', environment=home)
@@ -123,19 +200,23 @@ class Studio:
         self._click(self._tree.find('list item'))
         self._tree.find('push button', 'Download')
 
-    def _take(self, state):
+    def _take(self, state, window=None):
         remains(self._program.runs, 'the program runs', SETTLE_SECONDS)
-        x, y, width, height = self._screen.geometry(self._window)
+        x, y, width, height = self._screen.geometry(window or self._window)
         margin = MARGIN_POINTS * self._scale
-        text = self._screen.properties(self._window, '_GTK_FRAME_EXTENTS').get('_GTK_FRAME_EXTENTS', '0')
+        text = self._screen.properties(window or self._window, '_GTK_FRAME_EXTENTS').get('_GTK_FRAME_EXTENTS', '0')
         spare = margin - int(text.split(',')[0])
         part = self._screen.picture().cut(x - spare, y - spare, width + 2 * spare, height + 2 * spare)
         part.save(os.path.join(TARGET, f'{state}-{self._name}@{self._scale}x.png'))
         self._program.stop()
+        if self._service:
+            self._service.stop()
+            self._service = None
 
 
 STATES = (Studio.idle, Studio.dragging, Studio.results, Studio.panel, Studio.sheet, Studio.saved, Studio.nothing_found,
-          Studio.alert, Studio.menu)
+          Studio.alert, Studio.menu, Studio.services, Studio.offline_hint, Studio.no_network, Studio.service_down,
+          Studio.key_refused, Studio.login_refused, Studio.limit_reached, Studio.downloads_left)
 
 
 def main(build):

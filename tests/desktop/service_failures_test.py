@@ -166,7 +166,7 @@ class DownloadFailureTest(ServiceTest):
         began = datetime.datetime.now(zoneinfo.ZoneInfo(ZONE))
         said = self.assert_said('ownload limit reached')
         ended = datetime.datetime.now(zoneinfo.ZoneInfo(ZONE))
-        told, = re.findall(r'New downloads from (\d\d:\d\d)(?::\d\d)? \(in [123] min\)\.', said)
+        told, = re.findall(r'New downloads from (\d\d:\d\d) \(in [123] min\)\.', said)
         reset = datetime.timedelta(seconds=RESET_SECONDS)
         self.assertIn(told, {(time + reset).strftime('%H:%M') for time in (began, ended)})
         self.tree.find('label', 'Downloads left: 0')

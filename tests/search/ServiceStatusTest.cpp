@@ -74,6 +74,19 @@ private Q_SLOTS:
         QVERIFY(!hint().contains(offlineHint()));
     }
 
+    void longHintStaysInsideTheDropArea()
+    {
+        say({false, std::nullopt});
+        m_view->showResults(0);
+        const auto *area = m_view->widget("dropArea");
+        for (const char *name : {"dropHeadline", "dropHint"}) {
+            const auto *label = m_view->child<QLabel>(name);
+            QTRY_VERIFY2(label->height() >= label->heightForWidth(label->width()), name);
+            QTRY_VERIFY2(label->geometry().bottom() - label->contentsMargins().bottom() < area->height() - 20,
+                         name);
+        }
+    }
+
     void nothingFoundOnTheNetworkSaysNothingOfKeys()
     {
         m_view->showResults(0);

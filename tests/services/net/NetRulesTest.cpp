@@ -151,7 +151,8 @@ private Q_SLOTS:
         const QDateTime reset = secondsToReset == 0 ? QDateTime() : now.addSecs(secondsToReset);
         const Error error = limitError(ServiceName::Subtitles,
                                        allowed > 0 ? std::optional(allowed) : std::nullopt, reset, now, {});
-        const QString local = QLocale().toString(reset.toLocalTime().time(), QLocale::ShortFormat);
+        const QString local =
+            reset.toLocalTime().time().toString(u"HH:mm"_s); // this locale would count seconds
         QCOMPARE(error.localizedDescription, sentence.replace(u"%1"_s, local));
         QCOMPARE(kindOf(error), Kind::LimitReached);
     }
