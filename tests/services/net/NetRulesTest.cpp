@@ -147,6 +147,9 @@ private Q_SLOTS:
         QFETCH(const int, allowed);
         QFETCH(const int, secondsToReset);
         QFETCH(QString, sentence);
+        const QLocale before;
+        const auto restore = qScopeGuard([&] { QLocale::setDefault(before); });
+        QLocale::setDefault(QLocale::c());
         const QDateTime now(QDate(2030, 3, 4), QTime(20, 48), Qt::UTC);
         const QDateTime reset = secondsToReset == 0 ? QDateTime() : now.addSecs(secondsToReset);
         const Error error = limitError(ServiceName::Subtitles,
