@@ -1,5 +1,4 @@
-#include "MainViewFixture.h"
-
+#include <MainViewFixture.h>
 #include <platform/Bundle.h>
 #include <platform/FileManager.h>
 #include <services/catalogue/CatalogueServices.h>
