@@ -1,11 +1,17 @@
 """The network's services in the program: keys, login, posters, downloads, and the pane where they are set."""
 import os
+import time
 import unittest
 
 from service import ServiceTest, is_private
 from waiting import wait_for
 
 FOUND_ON_THE_NETWORK = 3
+MOST_PAGES = 10
+ROWS_OF_THESE = 500
+ANSWERS_AFTERWARDS = 100
+# What a person hardly notices is a tenth of this; a machine that runs other tests beside this one needs the rest.
+LONGEST_STALL_SECONDS = 1.0
 
 
 class NetworkTest(ServiceTest):
@@ -39,6 +45,28 @@ class NetworkTest(ServiceTest):
         self.screen.press('ctrl+q')
         self.assertEqual(self.program.wait_for_exit(), 0)
         self.assertEqual([line['status'] for line in self.requests('/api/v1/logout')], [200])
+
+    def test_a_search_of_many_pages_never_keeps_the_window_waiting(self):
+        self.serve('hits-1502')
+        self.open()
+        self.search('paper lighthouse')
+        frame = self.tree.find('frame', lambda name: name.startswith('Plovendix'))
+        waits = []
+
+        def is_answered():
+            asked = time.monotonic()
+            title = frame.name  # answered by the main thread, in its turn
+            waits.append(time.monotonic() - asked)
+            return title != 'Plovendix'
+        wait_for(is_answered, 'the search ends')
+        for _ in range(ANSWERS_AFTERWARDS):
+            is_answered()
+        print(f'{len(self.requests("/api/v1/subtitles"))} pages; {len(waits)} answers of the main thread, the slowest '
+              f'after {1000 * max(waits):.0f} ms, half of them within {1000 * sorted(waits)[len(waits) // 2]:.1f} ms')
+        self.assertGreater(len(waits), ANSWERS_AFTERWARDS)
+        self.assertEqual(len(self.requests('/api/v1/subtitles')), MOST_PAGES)
+        self.wait_for_title(f'Plovendix ({ROWS_OF_THESE} subtitles found)')
+        self.assertLess(max(waits), LONGEST_STALL_SECONDS)
 
     def test_a_poster_comes_from_the_film_database(self):
         self.serve()
