@@ -35,6 +35,7 @@ Services::~Services()
 void Services::install()
 {
     m_isInstalled = true;
+    m_rest->followLanguages();
     const auto hasKey = [rest = m_rest] { return rest->hasKey(); };
     const auto preferences = [rest = m_rest] { return rest->settings().preferences; };
     m_combined = std::make_shared<CombinedSubtitleService>(

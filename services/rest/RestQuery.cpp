@@ -1,7 +1,5 @@
 #include "RestQuery.h"
 
-#include "RestLanguages.h"
-
 #include <services/net/ServiceError.h>
 #include <services/video/FileNameParser.h>
 
@@ -26,13 +24,13 @@ QString valueOf(const QList<Arg> &args, Param param)
 }
 
 /// Nothing where no language was asked for, which means all of them.
-Result<QString> languages(const QList<Arg> &args)
+Result<QString> languages(const QList<Arg> &args, const RestLanguageList &known)
 {
     QStringList codes;
     for (const Arg &arg : args) {
         if (arg.param != Param::language || arg.value.trimmed().isEmpty())
             continue;
-        const QString code = RestLanguages::fromThreeLetters(arg.value);
+        const QString code = known.codeFor(arg.value);
         if (code.isEmpty())
             return refusal(Kind::UnknownLanguage, u"no code for "_s + arg.value.left(20));
         codes += code;
@@ -60,9 +58,10 @@ void addWords(RestQuery &query, const QString &text)
 }
 } // namespace
 
-Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated)
+Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated,
+                                  const RestLanguageList &known)
 {
-    const Result<QString> wanted = languages(args);
+    const Result<QString> wanted = languages(args, known);
     if (!wanted)
         return wanted.error();
     RestQuery query;

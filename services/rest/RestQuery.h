@@ -1,4 +1,5 @@
 #pragma once
+#include "RestLanguageList.h"
 #include "RestURL.h"
 
 #include <platform/Result.h>
@@ -17,5 +18,6 @@ struct RestQuery
     /// A hash is sent with the language and, beside it, the name that `nameOf` remembers for it; words are
     /// sent as words, but a season and an episode in them as what they are. An Error for a language the
     /// service does not know, a hash that is none, and no words.
-    static Result<RestQuery> from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated);
+    static Result<RestQuery> from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated,
+                                  const RestLanguageList &languages = {});
 };

@@ -21,6 +21,7 @@ constexpr int RequestsPerSpan = 4; // the service allows five
 constexpr Clock::Duration RateSpan = 1050ms;
 constexpr std::chrono::hours AnswersKeptFor = 24h;
 constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
+constexpr std::chrono::hours LanguagesKeptFor = 90 * 24h; // an old list is better than none
 constexpr qint64 MaxCacheBytes = 64LL * 1024 * 1024;
 
 Error noKey()
@@ -48,6 +49,7 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
       m_worker(std::make_unique<WorkerThread>()),
       m_download({m_session, m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
                   DownloadFolder(places.downloads)}),
+      m_languages({m_session, *m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}),
       m_alive(std::make_shared<RestService *>(this))
 {
     for (const QString &secret : {settings.apiKey, settings.password})
@@ -83,9 +85,15 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
     const auto nameOf = [this](const VideoHash &video) {
         return m_names ? m_names->nameOf(video) : QString();
     };
-    const Result<RestQuery> query = RestQuery::from(args, nameOf, settings().preferences.machineTranslated);
-    if (!hasKey() || !query) {
-        refuse(number, hasKey() ? query.error() : noKey());
+    const Result<RestQuery> query =
+        RestQuery::from(args, nameOf, settings().preferences.machineTranslated, m_languages.list());
+    if (!hasKey()) {
+        refuse(number, noKey());
+        return;
+    }
+    if (!query) {
+        refuse(number, query.error());
+        m_languages.noteSearch();
         return;
     }
     auto search = std::make_shared<RestSearch>(
@@ -93,6 +101,7 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
         [this, number](const Result<QueryResult> &result) { answer(number, result); });
     m_queries[number].search = search;
     search->start();
+    m_languages.noteSearch();
 }
 
 void RestService::refuse(quint64 number, const Error &error)

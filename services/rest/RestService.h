@@ -1,5 +1,6 @@
 #pragma once
 #include "RestDownload.h"
+#include "RestLanguageKeeper.h"
 #include "RestSearch.h"
 
 #include <search/api/SubtitleService.h>
@@ -42,6 +43,8 @@ public:
     const RestQuota &quota() const { return m_download.quota(); }
     /// Called on the main thread whenever the service has said something new about the downloads left.
     void setQuotaObserver(std::function<void(const RestQuota &)> observer);
+    /// From now on the service's own list of languages counts, which searches keep up to date.
+    void followLanguages() { m_languages.follow(); }
     void emptyCache();
     /// Logs out; `done` comes after three seconds at the latest.
     void shutDown(std::function<void()> done);
@@ -68,6 +71,7 @@ private:
     RestSession m_session;
     std::unique_ptr<WorkerThread> m_worker;
     RestDownload m_download;
+    RestLanguageKeeper m_languages;
     QHash<quint64, Query> m_queries; // not yet answered
     quint64 m_lastQuery = 0;
     quint64 m_cancelledUpTo = 0;

@@ -20,8 +20,9 @@ class NetworkTest(ServiceTest):
         self.open()
         self.find_results()
         self.wait_for_title(f'Plovendix ({FOUND_ON_THE_NETWORK} subtitles found)')
-        self.assertEqual([line['target'] for line in self.requests()],
-                         ['/api/v1/subtitles?languages=en&query=paper+lighthouse'])
+        self.wait_for_request('/api/v1/infos/languages')
+        self.assertEqual(sorted(line['target'] for line in self.requests()),
+                         ['/api/v1/infos/languages', '/api/v1/subtitles?languages=en&query=paper+lighthouse'])
 
     def test_a_video_given_at_the_start_is_searched_for_on_the_network(self):
         self.serve()
@@ -92,7 +93,7 @@ class NetworkTest(ServiceTest):
         self.open()
         self.search('paper lighthouse')
         self.assertIn('The subtitle service has no subtitles in this language.', self.alert_text())
-        self.assertEqual(self.requests(), [])
+        self.assertEqual(self.requests('/api/v1/subtitles'), [])
 
 
 class PaneTest(ServiceTest):

@@ -24,6 +24,19 @@ QLatin1StringView endpointOf(const ReceivedRequest &request)
     }
     return {};
 }
+
+/// Lacks a language that the service once had ("ab"), and has a new one ("gu").
+QByteArray languageList()
+{
+    QByteArrayList entries;
+    for (const QByteArray &code :
+         QByteArray(
+             "ar bg ca cs da de el en es et fi fr gu he hr hu it ja ko nl no pl pt-PT pt-BR ro ru sv tr "
+             "uk zh-CN zh-TW")
+             .split(' '))
+        entries += R"({"language_code":")" + code + R"(","language_name":"A language"})";
+    return R"({"data":[)" + entries.join(',') + "]}";
+}
 } // namespace
 
 SubtitleStandIn::SubtitleStandIn(Behaviours &behaviours, const StandInTime &time)
@@ -105,7 +118,7 @@ ServedAnswer SubtitleStandIn::route(const ReceivedRequest &request, QLatin1Strin
     if (endpoint == "download"_L1)
         return download(request);
     if (endpoint == "languages"_L1)
-        return jsonAnswer(200, R"({"data":[{"language_code":"en","language_name":"English"}]})");
+        return jsonAnswer(200, languageList());
     if (endpoint == "formats"_L1)
         return jsonAnswer(200, R"({"data":{"output_formats":["srt","sub","mpl","webvtt","dfxp","txt"]}})");
     return jsonAnswer(404, R"({"message":"Not found"})");

@@ -1,0 +1,45 @@
+#pragma once
+#include "RestLanguageList.h"
+#include "RestSession.h"
+
+#include <services/net/DiskCache.h>
+#include <services/support/WorkerThread.h>
+
+/// Keeps the service's own list of languages at hand: from disk, and asked for anew when a person searches
+/// and it is a week old, once in a run. Until there is one, the languages known here count. Main thread only.
+class RestLanguageKeeper final
+{
+public:
+    struct Tools
+    {
+        RestSession &session;
+        WorkerThread &worker;
+        Clock &clock;
+        DiskCache cache;
+    };
+
+    explicit RestLanguageKeeper(const Tools &tools);
+
+    /// Begins: reads what is on disk. Without this the languages known here are all there are.
+    void follow();
+    /// A person searches: the time to ask.
+    void noteSearch();
+    const RestLanguageList &list() const { return m_list; }
+
+private:
+    void readKept();
+    void takeKept(const std::optional<DiskCache::Entry> &kept);
+    void ask();
+    void takeAnswer(const Result<HttpAnswer> &outcome);
+    QString key() const;
+
+    Tools m_tools;
+    RestLanguageList m_list;
+    QUrl m_base; // of the service whose list it is
+    bool m_follows = false;
+    bool m_isRead = false;
+    bool m_isSettled = false; // fresh, or asked for
+    bool m_isWanted = false;
+    RestSession::Call m_call;
+    std::shared_ptr<RestLanguageKeeper *> m_alive;
+};
