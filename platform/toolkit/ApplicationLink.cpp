@@ -36,7 +36,16 @@ ApplicationLink::ApplicationLink(const QString &identifier, QObject *parent)
     new ApplicationObject(*this); // owned by this object, as its parent
 }
 
-ApplicationLink::~ApplicationLink() = default;
+/// Gives up the name at once: the process may have other things to end, and a later start then needs it.
+ApplicationLink::~ApplicationLink()
+{
+    if (!m_ownsName)
+        return;
+    QDBusMessage release = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"ReleaseName"_s);
+    release << m_identifier;
+    QDBusConnection::sessionBus().send(release);
+}
 
 ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const QString &activationToken)
 {
@@ -52,7 +61,8 @@ ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const Q
             return Outcome::HandedOver;
         name = requestName(bus); // its owner may have just gone
     }
-    if (name == Name::Ours)
+    m_ownsName = name == Name::Ours;
+    if (m_ownsName)
         return Outcome::First;
     bus.unregisterObject(m_path);
     return Outcome::Alone;

@@ -53,4 +53,5 @@ private:
     const QString m_identifier;
     const QString m_path;
     std::chrono::milliseconds m_patience;
+    bool m_ownsName = false;
 };

@@ -9,6 +9,7 @@ import unittest
 import urllib.parse
 import zoneinfo
 
+from program_test import BUILD, REAL
 from service import NOWHERE, ServiceTest
 from waiting import wait_for
 
@@ -244,6 +245,24 @@ class KilledServiceTest(ServiceTest):
         self.wait_for_request('/api/v1/logout')
         self.kill()
         self.assertEqual(self.program.wait_for_exit(), 0)
+
+    def test_a_start_while_the_last_run_still_says_goodbye(self):
+        self.serve('stall@logout')
+        self.open(account=True)
+        self.find_results()
+        self.select_first()
+        self.screen.press('ctrl+s')
+        self.assertTrue(self.suggested_name().text)
+        self.screen.press('Escape')
+        self.wait_for_no('dialog', 'Save')
+        self.screen.press('ctrl+q')
+        self.wait_for_request('/api/v1/logout')
+        leaving = self.program
+        self.launch(program=REAL)
+        self.assertTrue(leaving.runs(), 'the last run still waits for its answer')
+        self.assertEqual(leaving.wait_for_exit(), 0)
+        again = self.desktop.start([os.path.join(BUILD, REAL)], 'again', environment=self.home)
+        self.assertEqual(again.wait_for_exit(), 0, 'the new run is the one that later starts find')
 
 
 if __name__ == '__main__':

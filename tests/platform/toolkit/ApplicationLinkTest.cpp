@@ -47,6 +47,15 @@ private Q_SLOTS:
         QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(Identifier).value());
     }
 
+    void nameIsFreeOnceItHasGone()
+    {
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        m_link.reset();
+        QTRY_VERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(Identifier).value());
+        m_link = std::make_unique<ApplicationLink>(Identifier);
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+    }
+
     void othersReachIt_data()
     {
         QTest::addColumn<QStringList>("call");
