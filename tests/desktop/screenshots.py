@@ -8,6 +8,7 @@ import shutil
 import sys
 
 from desktop import Desktop
+from maker import STEPS_DOWN, Maker
 from service import NOWHERE, STAND_IN
 from waiting import remains, wait_for
 
@@ -140,6 +141,41 @@ class Studio:
         wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the menu is shown')
         self._take('menu')
 
+    def update_found(self):
+        with Maker(self._build, self._desktop.folder) as maker:
+            maker.offer('1.1')
+            self._start_at(maker, 'Check for Updates…', 'Software Update')
+            self._tree.find('push button', 'Get the Update')
+            self._take('update-found')
+
+    def up_to_date(self):
+        with Maker(self._build, self._desktop.folder) as maker:
+            self._start_at(maker, 'Check for Updates…', 'Software Update')
+            self._tree.find('label', 'You are up to date')
+            self._take('update-none')
+
+    def update_refused(self):
+        with Maker(self._build, self._desktop.folder) as maker:
+            maker.offer('1.1', signed=False)
+            self._start_at(maker, 'Check for Updates…', 'Software Update')
+            self._tree.find('label', 'The check for updates failed')
+            self._take('update-failed')
+
+    def feedback(self):
+        with Maker(self._build, self._desktop.folder) as maker:
+            self._start_at(maker, 'Send Feedback…', 'Send Feedback')
+            self._screen.type('The list is lovely. Could it be sorted by date?')
+            self._take('feedback')
+
+    def feedback_kept(self):
+        with Maker(self._build, self._desktop.folder) as maker:
+            maker.status = 503
+            self._start_at(maker, 'Send Feedback…', 'Send Feedback')
+            self._screen.type('The list is lovely. Could it be sorted by date?')
+            self._screen.press('ctrl+Return')
+            self._tree.find('label', lambda name: 'The report is kept in' in name)
+            self._take('feedback-kept')
+
     def _serve(self, *behaviours):
         """Starts a stand-in for the network's services; what it says of itself."""
         self._service = self._desktop.start([os.path.join(self._build, STAND_IN), *behaviours], 'service')
@@ -159,6 +195,15 @@ class Studio:
     def _take_alert(self, state):
         self._tree.find('alert message')
         self._take(state)
+
+    def _start_at(self, maker, entry, title):
+        """Starts a program that knows this maker, and opens a window of its menu, which is what is taken."""
+        self._start(program=maker.program, settings=maker.settings())
+        self._click(self._tree.find('button menu', 'Main menu'))
+        wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the menu is shown')
+        self._screen.press(*['Down'] * STEPS_DOWN[entry], 'Return')
+        self._window = self._screen.window(f'^{title}$')
+        wait_for(lambda: self._screen.active_window() == self._window, 'the window is active')
 
     def _start(self, *arguments, program='plovendix', settings=None, environment=None):
         home = self._desktop.new_home()
@@ -216,7 +261,8 @@ class Studio:
 
 STATES = (Studio.idle, Studio.dragging, Studio.results, Studio.panel, Studio.sheet, Studio.saved, Studio.nothing_found,
           Studio.alert, Studio.menu, Studio.services, Studio.offline_hint, Studio.no_network, Studio.service_down,
-          Studio.key_refused, Studio.login_refused, Studio.limit_reached, Studio.downloads_left)
+          Studio.key_refused, Studio.login_refused, Studio.limit_reached, Studio.downloads_left,
+          Studio.update_found, Studio.up_to_date, Studio.update_refused, Studio.feedback, Studio.feedback_kept)
 
 
 def main(build):
