@@ -39,5 +39,6 @@ void installMakerServices()
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [] {
         UpdateChecking::setSharedUpdater({});
         FeedbackReporting::setSharedReporter({});
+        RecentMessages::uninstall();
     });
 }

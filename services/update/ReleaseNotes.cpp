@@ -19,7 +19,7 @@ qsizetype endOfElement(const QString &text, const QString &name, qsizetype from)
 
 QString linesFor(const QString &tag)
 {
-    static const QStringList breaks{u"br"_s, u"div"_s, u"tr"_s, u"ul"_s, u"ol"_s, u"/li"_s};
+    static const QStringList breaks{u"br"_s, u"div"_s, u"tr"_s, u"ul"_s, u"ol"_s};
     static const QRegularExpression paragraph(u"\\A(?:/?(?:p|h[1-6]|section|article)|/[uo]l)\\z"_s);
     if (tag == "li"_L1)
         return u"\n• "_s;
