@@ -19,8 +19,7 @@ private Q_SLOTS:
         row("plain text", u"One\n  - two < three & four"_s, u"One\n  - two < three & four"_s);
         row("entities in plain text stay", u"Write &amp; for &"_s, u"Write &amp; for &"_s);
         row("paragraphs", u"<p>One\n two</p>\n<p>Three</p>"_s, u"One two\n\nThree"_s);
-        row("list", u"<h2>New</h2><ul><li>One</li>\n<li>Two</li></ul>End"_s,
-            u"New\n\n• One\n• Two\n\nEnd"_s);
+        row("list", u"<h2>New</h2><ul><li>One</li>\n<li>Two</li></ul>End"_s, u"New\n\n• One\n• Two\n\nEnd"_s);
         row("line break", u"One<br/>two<BR>three"_s, u"One\ntwo\nthree"_s);
         row("entities", u"<p>a &lt;b&gt; &amp;amp; &#169; &#x2014; &quot;&unknown;</p>"_s,
             u"a <b> &amp; © — \"&unknown;"_s);
