@@ -1,5 +1,6 @@
 #include "Services.h"
 
+#include <platform/MainQueue.h>
 #include <services/net/Redactor.h>
 #include <services/secrets/EnvironmentSecrets.h>
 
@@ -20,7 +21,11 @@ Services::Services(const Parts &parts)
     m_films = std::make_shared<FilmDatabase>(m_clock, ServiceDefaults::filmSettings(defaults, m_credentials));
     for (const QString &key : ServiceDefaults::keys())
         m_observations.push_back(defaults.observe(key, [this](const QVariant &) { apply(); }));
-    reloadSecrets();
+    // Later: reaching a keyring takes time that the window's first appearance should not wait for.
+    MainQueue::shared().async([weak = std::weak_ptr(m_alive)] {
+        if (const auto alive = weak.lock())
+            (*alive)->readSecrets();
+    });
 }
 
 Services::~Services()
@@ -62,6 +67,11 @@ void Services::releaseQueries()
 void Services::reloadSecrets()
 {
     m_saved.clear();
+    readSecrets();
+}
+
+void Services::readSecrets()
+{
     loadCredentials(*m_parts.secrets, [weak = std::weak_ptr(m_alive)](const Credentials &credentials) {
         if (const auto alive = weak.lock())
             (*alive)->takeCredentials(credentials);

@@ -45,6 +45,7 @@ public:
     void shutDown(std::function<void()> done) { m_rest->shutDown(std::move(done)); }
 
 private:
+    void readSecrets();
     void takeCredentials(Credentials credentials);
     void releaseQueries();
     void apply();

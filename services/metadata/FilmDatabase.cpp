@@ -10,6 +10,7 @@
 #include <services/support/Background.h>
 
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QStandardPaths>
 
 #include <cmath>
@@ -19,6 +20,8 @@ using namespace std::chrono_literals;
 
 namespace
 {
+Q_LOGGING_CATEGORY(log, "plovendix.services.metadata", QtInfoMsg)
+
 constexpr int RequestsPerSpan = 4;
 constexpr Clock::Duration RateSpan = 1050ms;
 constexpr int PicturesAtOnce = 2;
@@ -252,6 +255,8 @@ void FilmDatabase::finishPicture(const std::shared_ptr<Task> &task, const Pictur
                                  const Result<QImage> &image)
 {
     end(task);
+    if (!image)
+        qCInfo(log).noquote() << "no picture:" << image.error().detail;
     --m_picturesUnderWay;
     MainQueue::shared().async([completion = picture.completion, image] { completion(image); });
     startPictures();

@@ -169,6 +169,9 @@ Result<HttpAnswer> HttpExchange::outcome() const
     const QNetworkReply::NetworkError error = m_reply->error();
     const HttpAnswer read = answer();
     const bool statusSaysIt = error > FirstContentError && read.status >= FirstRefusalStatus;
+    // Qt calls some answers complete whose connection ended right after their headers.
+    if (error == QNetworkReply::NoError && read.isCutShort())
+        return failure(Kind::Unavailable, u"the answer was cut short"_s);
     if (error == QNetworkReply::NoError || statusSaysIt)
         return read;
     // Qt has no error of its own for a proxy that says no.

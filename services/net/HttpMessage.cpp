@@ -10,3 +10,12 @@ void HttpRequest::setHeader(const QByteArray &name, const QByteArray &value)
     }
     headers.emplaceBack(name, value);
 }
+
+bool HttpAnswer::isCutShort() const
+{
+    constexpr int NotModified = 304; // tells the length of what it does not send
+    bool isNumber = false;
+    const qint64 promised = header("Content-Length").toLongLong(&isNumber);
+    return isNumber && status != NotModified && header("Content-Encoding").isEmpty() &&
+           body.size() < promised;
+}

@@ -35,5 +35,7 @@ struct HttpAnswer
     QUrl url; // the one that answered, after redirects
 
     QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
+    /// Whether the body is shorter than the headers promise, as far as they tell.
+    bool isCutShort() const;
     bool isSuccess() const { return status >= 200 && status < 300; }
 };

@@ -8,6 +8,7 @@
 #include <QLoggingCategory>
 
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -17,6 +18,7 @@ struct Loading
 {
     Credentials credentials;
     int missing = 3;
+    bool hasComplained = false; // what ails one ails them all
     std::function<void(Credentials)> done;
 
     void take(Secret secret, const QString &text)
@@ -58,8 +60,8 @@ void loadCredentials(SecretStore &store, std::function<void(Credentials)> done)
             continue;
         }
         store.read(secret, [=](const Result<std::optional<QString>> &read) {
-            if (!read)
-                qCWarning(log).noquote() << "a secret could not be read:" << read.error().detail;
+            if (!read && !std::exchange(loading->hasComplained, true))
+                qCWarning(log).noquote() << "secrets could not be read:" << read.error().detail;
             loading->take(secret, read ? read->value_or(QString()) : QString());
         });
     }

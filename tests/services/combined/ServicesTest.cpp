@@ -46,7 +46,8 @@ public:
 class LockedStore final : public SecretStore
 {
 public:
-    void read(Secret, ReadCompletion) override {}
+    int reads = 0;
+    void read(Secret, ReadCompletion) override { ++reads; }
     void write(Secret, const QString &, WriteCompletion completion) override
     {
         MainQueue::shared().async([completion = std::move(completion)] {
@@ -118,6 +119,14 @@ private Q_SLOTS:
         const auto result = search();
         QVERIFY(result);
         QCOMPARE(result->subtitles->size(), 3);
+    }
+
+    void storeIsLeftAloneUntilTheProgramRuns()
+    {
+        const auto store = std::make_shared<LockedStore>();
+        start(store);
+        QCOMPARE(store->reads, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(store->reads, 3, Patience);
     }
 
     void lockedKeyringDoesNotHoldQueriesForLong()

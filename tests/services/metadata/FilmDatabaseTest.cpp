@@ -44,6 +44,45 @@ private Q_SLOTS:
         QCOMPARE((**found)->movieResults.size(), 1);
     }
 
+    void keyIsTested_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<int>("kind"); // 0 for accepted
+        const QString token = QString::fromLatin1(FilmStandIn::Token);
+        QTest::newRow("good") << token << QString() << 0;
+        QTest::newRow("short and good") << QString::fromLatin1(FilmStandIn::Key) << QString() << 0;
+        QTest::newRow("none") << QString() << QString() << int(Kind::KeyRefused);
+        QTest::newRow("wrong") << u"other"_s << QString() << int(Kind::KeyRefused);
+        QTest::newRow("a page") << token << u"html@configuration"_s << int(Kind::BadAnswer);
+    }
+    void keyIsTested()
+    {
+        QFETCH(const QString, key);
+        QFETCH(const QString, behaviour);
+        QFETCH(const int, kind);
+        m_fixture->settings.key = key;
+        m_fixture->restart();
+        if (!behaviour.isEmpty())
+            m_fixture->standIn.select(behaviour);
+        Caught<void> tested;
+        m_fixture->films->testKey(tested.completion());
+        QVERIFY(!tested.came());
+        QTRY_VERIFY_WITH_TIMEOUT(tested.came(), Patience);
+        QCOMPARE(*tested ? 0 : int(kindIn(tested)), kind);
+        QCOMPARE(m_fixture->standIn.requests("/3/configuration").size(), key.isEmpty() ? 0 : 1);
+    }
+
+    void testIsAskedAnewEachTime()
+    {
+        for (int time = 1; time <= 2; ++time) {
+            Caught<void> tested;
+            m_fixture->films->testKey(tested.completion());
+            QTRY_VERIFY_WITH_TIMEOUT(tested.came(), Patience);
+            QCOMPARE(m_fixture->standIn.requests("/3/configuration").size(), time);
+        }
+    }
+
     void whatIsNoIdAsksNobody_data()
     {
         QTest::addColumn<QString>("id");

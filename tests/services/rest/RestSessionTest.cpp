@@ -267,6 +267,19 @@ private Q_SLOTS:
         QCOMPARE((*report)->quota.remaining, 20);
     }
 
+    void connectionTestWithoutAKeyAsksNobody()
+    {
+        m_fixture->settings.apiKey.clear();
+        m_fixture->restart();
+        Caught<RestReport> report;
+        m_fixture->service->testConnection(report.completion());
+        QVERIFY(!report.came());
+        QTRY_VERIFY_WITH_TIMEOUT(report.came(), Patience);
+        QCOMPARE(kindOf(report), Kind::KeyRefused);
+        QVERIFY(report->error().localizedDescription.contains(u"wants an API key"_s));
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
+    }
+
     void connectionTestWithoutAnAccountTestsTheKey()
     {
         Caught<RestReport> good;
