@@ -1,5 +1,7 @@
 #include "LanguagePopUp.h"
 
+#include <languages/MenuForBindings.h>
+
 #include <QAbstractItemView>
 
 #include <algorithm>
@@ -20,13 +22,10 @@ LanguagePopUp::LanguagePopUp(QWidget *parent) : QComboBox(parent)
 
 void LanguagePopUp::setLanguages(const QList<Language> &languages)
 {
-    clear();
-    for (const Language &language : languages) {
-        if (language.name() == QLatin1String("-"))
-            insertSeparator(count());
-        else
-            addItem(language.name(), language.iso639_1());
-    }
+    auto *menu = new MenuForBindings(this);
+    for (const Language &language : languages)
+        menu->insertItem({language.name(), language.iso639_1()}, menu->rowCount());
+    setModel(menu); // which deletes the one before
     setCurrentIndex(-1);
 }
 

@@ -3,8 +3,8 @@
 #include <QComboBox>
 #include <QList>
 
-/// A pop-up of languages that is as wide as its current choice. Each item stands for its language's code; a
-/// language named "-" is a separator line. Typing selects.
+/// A pop-up of languages that is as wide as its current choice. Its menu is a `MenuForBindings`: each item
+/// stands for its language's code, and a language named "-" is a separator line. Typing selects.
 class LanguagePopUp final : public QComboBox
 {
     Q_OBJECT

@@ -124,6 +124,5 @@ void AboutViewController::visitQuorvaneWebsite(QObject *)
 
 void AboutViewController::rateInAppStore(QObject *)
 {
-    if (!Links::open(Links::AppStorePage))
-        Links::open(Links::Website);
+    Links::open(Links::AppStorePage);
 }

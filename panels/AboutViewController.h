@@ -39,7 +39,7 @@ public:
     void viewDidAppear() override;
 
     Q_INVOKABLE void visitQuorvaneWebsite(QObject *sender);
-    /// Opens the maker's page in the App Store, or the website where nothing knows such links.
+    /// Opens the maker's page in the App Store, where there is something that knows such links.
     Q_INVOKABLE void rateInAppStore(QObject *sender);
 
 private:

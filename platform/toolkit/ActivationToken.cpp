@@ -54,4 +54,6 @@ void activateWithToken(QWidget &window)
     window.activateWindow();
     if (const quint32 time = serverTime(token); time != 0 && window.windowHandle())
         WindowSystem::shared().activate(window.windowHandle(), time);
+    // The toolkit does this for a process's own first window alone.
+    WindowSystem::shared().endStartup(token);
 }

@@ -11,5 +11,6 @@ QString takeActivationToken();
 /// The token that this process was started with; to be asked before the application object exists, which uses
 /// it up.
 QString activationTokenOfStart();
-/// Asks the window system to make the window the active one, with the token if there is one.
+/// Asks the window system to make the window the active one, with the token if there is one, and ends the
+/// sign of a start under way that the token stands for.
 void activateWithToken(QWidget &window);

@@ -12,6 +12,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -20,15 +23,31 @@ bool isText(const QVariant &value)
     return value.typeId() == QMetaType::QString;
 }
 
+/// The day with its month's name, as the region writes it. The region's own long form begins or ends with the
+/// day of the week, which says little of a day that may be weeks ago.
+QString toText(QDate day)
+{
+    static const QRegularExpression weekday(u"^dddd[,.]?\\s*|[,.]?\\s*\\(?dddd\\)?"_s);
+    const QLocale region;
+    return region.toString(day, region.dateFormat(QLocale::LongFormat).remove(weekday).trimmed());
+}
+
 /// The value as a person reads it: dates as the region writes them, nothing for none.
 QString toText(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QDateTime) {
-        const QDateTime time = value.toDateTime();
-        return time.isValid() ? QLocale().toString(time.toLocalTime(), QLocale::ShortFormat) : QString();
+        const QDateTime time = value.toDateTime().toLocalTime();
+        if (!time.isValid())
+            return {};
+        const QLocale region;
+        // Without a region the short form has seconds.
+        const QString clock = region.language() == QLocale::C
+                                  ? time.toString(u"HH:mm"_s)
+                                  : region.toString(time.time(), QLocale::ShortFormat);
+        return toText(time.date()) + u", "_s + clock;
     }
     if (value.typeId() == QMetaType::QDate)
-        return QLocale().toString(value.toDate(), QLocale::ShortFormat);
+        return value.toDate().isValid() ? toText(value.toDate()) : QString();
     return value.toString();
 }
 

@@ -83,6 +83,14 @@ void WindowSystem::activate([[maybe_unused]] QWindow *window, [[maybe_unused]] q
 #endif
 }
 
+void WindowSystem::endStartup([[maybe_unused]] const QString &startupId)
+{
+#ifdef PLOVENDIX_X11
+    if (m_x11)
+        m_x11->endStartup(startupId.toUtf8());
+#endif
+}
+
 void WindowSystem::setComposited(std::optional<bool> composited)
 {
     m_compositedForTests = composited;

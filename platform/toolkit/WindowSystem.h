@@ -37,6 +37,8 @@ public:
     void publishFrame(QWindow *window, const PublishedFrame &frame);
     /// Shows its own menu for the window; false when it has none.
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
+    /// Ends the sign of a start under way that a launcher shows for what it asked for.
+    void endStartup(const QString &startupId);
     /// Asks for the focus on behalf of something that the person did at that time of the X server.
     void activate(QWindow *window, quint32 time);
 

@@ -87,7 +87,7 @@ X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
         xcb_screen_next(&screens);
     m_root = screens.data->root;
 
-    const std::array<std::string, 10> names{"_NET_WM_CM_S" + std::to_string(screenNumber),
+    const std::array<std::string, 12> names{"_NET_WM_CM_S" + std::to_string(screenNumber),
                                             "_GTK_FRAME_EXTENTS",
                                             "_NET_WM_OPAQUE_REGION",
                                             "_NET_WM_STATE",
@@ -96,12 +96,15 @@ X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
                                             "_GTK_EDGE_CONSTRAINTS",
                                             "_NET_SUPPORTED",
                                             "_GTK_SHOW_WINDOW_MENU",
-                                            "_NET_ACTIVE_WINDOW"};
-    const std::array<quint32 *, 10> atoms{&m_atoms.compositorSelection,   &m_atoms.frameExtents,
+                                            "_NET_ACTIVE_WINDOW",
+                                            "_NET_STARTUP_INFO_BEGIN",
+                                            "_NET_STARTUP_INFO"};
+    const std::array<quint32 *, 12> atoms{&m_atoms.compositorSelection,   &m_atoms.frameExtents,
                                           &m_atoms.opaqueRegion,          &m_atoms.windowState,
                                           &m_atoms.maximizedHorizontally, &m_atoms.maximizedVertically,
                                           &m_atoms.edgeConstraints,       &m_atoms.supported,
-                                          &m_atoms.showWindowMenu,        &m_atoms.activeWindow};
+                                          &m_atoms.showWindowMenu,        &m_atoms.activeWindow,
+                                          &m_atoms.startupBegin,          &m_atoms.startup};
     std::array<xcb_intern_atom_cookie_t, names.size()> cookies;
     for (size_t i = 0; i < names.size(); ++i)
         cookies[i] = xcb_intern_atom(connection, 0, static_cast<quint16>(names[i].size()), names[i].c_str());
@@ -240,6 +243,37 @@ void X11Hints::activate(QWindow *window, quint32 time)
     message.data.data32[0] = FromApplication;
     message.data.data32[1] = time;
     sendToRoot(message);
+}
+
+void X11Hints::endStartup(const QByteArray &startupId)
+{
+    QByteArray quoted = startupId;
+    quoted.replace('\\', "\\\\").replace('"', "\\\"");
+    broadcast("remove: ID=\"" + quoted + '"');
+}
+
+/// A text to all that listen: pieces of 20 bytes, the last of them ended by a zero, known as one text by the
+/// window that they name.
+void X11Hints::broadcast(const QByteArray &text)
+{
+    const quint32 sender = xcb_generate_id(m_connection);
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, sender, m_root, -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_client_message_event_t message{};
+    constexpr qsizetype Piece = sizeof message.data.data8;
+    for (qsizetype place = 0; place <= text.size(); place += Piece) {
+        message = {};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 8;
+        message.window = sender;
+        message.type = place == 0 ? m_atoms.startupBegin : m_atoms.startup;
+        const QByteArray piece = text.mid(place, Piece);
+        std::copy(piece.begin(), piece.end(), message.data.data8);
+        xcb_send_event(m_connection, 0, m_root, XCB_EVENT_MASK_PROPERTY_CHANGE,
+                       static_cast<const char *>(static_cast<const void *>(&message)));
+    }
+    xcb_destroy_window(m_connection, sender);
+    xcb_flush(m_connection);
 }
 
 void X11Hints::sendToRoot(const xcb_client_message_event_t &message) const

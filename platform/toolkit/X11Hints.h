@@ -23,6 +23,8 @@ public:
     void publishFrame(QWindow *window, const PublishedFrame &frame);
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
     void activate(QWindow *window, quint32 time);
+    /// Says to all that show a start under way, as a turning pointer does, that it has come to its end.
+    void endStartup(const QByteArray &startupId);
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
 
@@ -33,13 +35,15 @@ private:
     struct Atoms
     {
         quint32 compositorSelection, frameExtents, opaqueRegion, windowState, maximizedHorizontally,
-            maximizedVertically, edgeConstraints, supported, showWindowMenu, activeWindow;
+            maximizedVertically, edgeConstraints, supported, showWindowMenu, activeWindow, startupBegin,
+            startup;
     };
 
     explicit X11Hints(xcb_connection_t *connection);
     void watchCompositor();
     bool isSupported(quint32 atom) const;
     void sendToRoot(const xcb_client_message_event_t &message) const;
+    void broadcast(const QByteArray &text);
 
     xcb_connection_t *m_connection;
     quint32 m_root = 0;

@@ -1,6 +1,7 @@
 #include <app/AppDelegate.h>
 #include <app/AppScenes.h>
 #include <app/MainWindowController.h>
+#include <languages/MenuForBindings.h>
 #include <platform/Storyboard.h>
 #include <platform/TitlebarAccessoryViewController.h>
 #include <platform/UserDefaults.h>
@@ -87,6 +88,27 @@ private Q_SLOTS:
         QCOMPARE(popUp->currentText(), u"Portuguese (Brazil)"_s);
         UserDefaults::standard().setObject(u"languageCode"_s, u"no such code"_s);
         QCOMPARE(popUp->currentIndex(), -1);
+    }
+
+    void languagePopUpHasTheCataloguesSeparator()
+    {
+        auto *popUp = m_controller->window()->findChild<QComboBox *>(u"languagePopUp"_s);
+        auto *menu = qobject_cast<MenuForBindings *>(popUp->model());
+        QVERIFY(menu);
+        const QList<Language> languages = m_controller->mainViewController()->languagesArray();
+        QCOMPARE(menu->rowCount(), int(languages.size()));
+        const auto separator = static_cast<int>(languages.indexOf(Language(u"-"_s, u"-"_s)));
+        QVERIFY(separator > 0);
+        for (int row = 0; row < menu->rowCount(); ++row) {
+            QCOMPARE(menu->isSeparator(row), row == separator);
+            if (row != separator)
+                QCOMPARE(popUp->itemData(row).toString(), languages.at(row).iso639_1());
+        }
+        // The keys step over it.
+        popUp->setCurrentIndex(separator - 1);
+        QTest::keyClick(popUp, Qt::Key_Down);
+        QCOMPARE(popUp->currentIndex(), separator + 1);
+        QCOMPARE(UserDefaults::standard().string(u"languageCode"_s), languages.at(separator + 1).iso639_1());
     }
 
     void indicatorShowsSearches()

@@ -235,12 +235,12 @@ private Q_SLOTS:
         QCOMPARE(QUrl(Links::AppStorePage).scheme(), u"macappstore"_s);
     }
 
-    void storeButtonFallsBackOnTheWebsite()
+    void linkThatNobodyTakesIsLeftAtThat()
     {
         open();
         m_workspace->refusedSchemes = {u"macappstore"_s};
         click("rateAppButton");
-        QCOMPARE(m_workspace->opened, (QList<QUrl>{QUrl(Links::AppStorePage), QUrl(Links::Website)}));
+        QCOMPARE(m_workspace->opened, QList<QUrl>{QUrl(Links::AppStorePage)});
     }
 
     void anAddressThatIsNoURLIsFatal()

@@ -136,7 +136,9 @@ private:
         setProperty(m_root, "_NET_SUPPORTED", XCB_ATOM_ATOM,
                     {atom("_NET_WM_MOVERESIZE"), atom("_GTK_SHOW_WINDOW_MENU"), atom("_NET_WM_STATE"),
                      atom("_GTK_FRAME_EXTENTS")});
-        const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        // A launcher listens for the property changes of the root, which is how it hears of broadcasts.
+        const quint32 events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY |
+                               XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(m_connection, m_root, XCB_CW_EVENT_MASK, &events);
         xcb_flush(m_connection);
     }

@@ -50,6 +50,8 @@ private Q_SLOTS:
     void windowManagerWithoutAMenuLeavesItToUs();
     void callersTimeComesWithTheWishForTheFocus_data();
     void callersTimeComesWithTheWishForTheFocus();
+    void signOfTheCallersStartIsEnded_data();
+    void signOfTheCallersStartIsEnded();
     void tiledWindowIsSquare_data();
     void tiledWindowIsSquare();
 
@@ -230,6 +232,43 @@ void X11WindowTest::callersTimeComesWithTheWishForTheFocus()
     rightClickTitleBar();
     QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
     QCOMPARE(wishesAtThatTime(), passedOn ? 1 : 0);
+}
+
+void X11WindowTest::signOfTheCallersStartIsEnded_data()
+{
+    QTest::addColumn<QString>("token");
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s
+                                << QByteArray("remove: ID=\"launcher-1-host-plovendix-0_TIME4294967290\"");
+    QTest::newRow("short") << u"a"_s << QByteArray("remove: ID=\"a\"");
+    QTest::newRow("as long as the pieces")
+        << u"12345678901234567890123456"_s << QByteArray("remove: ID=\"12345678901234567890123456\"");
+    QTest::newRow("quotes") << u"a\"\\b"_s << QByteArray("remove: ID=\"a\\\"\\\\b\"");
+    QTest::newRow("none") << QString() << QByteArray();
+}
+
+void X11WindowTest::signOfTheCallersStartIsEnded()
+{
+    QFETCH(QString, token);
+    QFETCH(QByteArray, text);
+    setActivationToken(token);
+    m_window->makeKeyAndOrderFront();
+    m_window->makeKeyAndOrderFront();
+    rightClickTitleBar();
+    QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
+    QByteArray pieces;
+    int beginnings = 0;
+    for (const auto &message : desktop->requests) {
+        if (!message.type.startsWith(u"_NET_STARTUP_INFO"_s))
+            continue;
+        beginnings += message.type.endsWith(u"BEGIN"_s) ? 1 : 0;
+        QCOMPARE(pieces.isEmpty(), message.type.endsWith(u"BEGIN"_s));
+        pieces += QByteArray(static_cast<const char *>(static_cast<const void *>(message.data.data())), 20);
+    }
+    QCOMPARE(beginnings, text.isEmpty() ? 0 : 1);
+    // A zero ends the text; without one a listener waits for more.
+    QCOMPARE(pieces.contains('\0'), !text.isEmpty());
+    QCOMPARE(QByteArray(pieces.constData()), text);
 }
 
 void X11WindowTest::tiledWindowIsSquare_data()
