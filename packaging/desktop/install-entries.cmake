@@ -12,6 +12,11 @@ function(plovendix_entry template program_name folder)
     # A desktop entry's value is unescaped once more before that, and "%" begins a field code.
     string(REPLACE "\\" "\\\\" entry_program "${quoted_program}")
     string(REPLACE "%" "%%" entry_program "${entry_program}")
+    # Desktops look for the first word as it stands, before "%%" is read as "%": there it must be another program.
+    if(program MATCHES "%")
+        set(entry_program [[/bin/sh -c "exec \\"\\$0\\" \\"\\$@\\"" ]] ${entry_program})
+        list(JOIN entry_program "" entry_program)
+    endif()
     if(program MATCHES "^[A-Za-z0-9_/.+-]+$")
         set(quoted_program "${program}")
         set(entry_program "${program}")

@@ -38,12 +38,49 @@ class InstallationTest(InstalledTest):
 
     def test_a_folder_of_any_name_will_do(self):
         prefix = os.path.join(self.home['HOME'], 'a $b `c` "d" e')
-        self.install(prefix)
-        entry = os.path.join(self.applications(prefix), f'{IDENTIFIER}.desktop')
-        application = Gio.DesktopAppInfo.new_from_filename(entry)
-        self.assertIsNotNone(application)
+        application = self.application_of(prefix)
         _, words = GLib.shell_parse_argv(application.get_commandline())
         self.assertEqual(words, [os.path.join(prefix, 'bin', 'plovendix'), '%U'])
+
+    def test_a_percent_sign_in_the_folder_is_no_field_code(self):
+        for name in ('100% of it', '%f', 'a $b `c` "d" %U'):
+            with self.subTest(name):
+                prefix = os.path.join(self.home['HOME'], name)
+                self.application_of(prefix)
+                entry = self.entry(prefix)
+                checked = subprocess.run(['desktop-file-validate', entry], capture_output=True, text=True, check=False)
+                self.assertEqual((checked.returncode, checked.stdout), (0, ''))
+                self.assertEqual(self.started_by(entry), [os.path.join(prefix, 'bin', 'plovendix'), '/a b.mkv'])
+
+    def entry(self, prefix):
+        return os.path.join(self.applications(prefix), f'{IDENTIFIER}.desktop')
+
+    def application_of(self, prefix):
+        """The desktop's view of the program once it is installed in that folder."""
+        self.install(prefix)
+        application = Gio.DesktopAppInfo.new_from_filename(self.entry(prefix))
+        self.assertIsNotNone(application)
+        return application
+
+    def started_by(self, entry):
+        """The words of the process that the desktop starts for a file, seen by a program in the place of ours."""
+        file = GLib.KeyFile()
+        file.load_from_file(entry, GLib.KeyFileFlags.NONE)
+        program = file.get_string('Desktop Entry', 'TryExec')
+        self.assertTrue(os.path.isfile(program), program)
+        with open(program, 'w', encoding='utf-8') as stand_in:
+            stand_in.write('#!/bin/sh\nprintf "%s\\n" "$0" "$@" > "$HOME/started.new"; mv "$HOME/started.new" "$HOME/started"\n')
+        # The bus would start what the service file says.
+        file.remove_key('Desktop Entry', 'DBusActivatable')
+        context = Gio.AppLaunchContext()
+        context.setenv('HOME', self.home['HOME'])
+        started = os.path.join(self.home['HOME'], 'started')
+        if os.path.exists(started):
+            os.remove(started)
+        Gio.DesktopAppInfo.new_from_keyfile(file).launch([Gio.File.new_for_path('/a b.mkv')], context)
+        wait_for(lambda: os.path.exists(started), 'the program is started')
+        with open(started, encoding='utf-8') as words:
+            return words.read().splitlines()
 
 
 class RunningInstanceTest(InstalledTest):
