@@ -24,16 +24,22 @@ bool closesTitle(const NameTokens &name, qsizetype i)
 /// file.
 bool isFree(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
-    const bool isFraction =
-        name.gapBefore(i) == QStringView(u".") && i > 0 && wholeNumber(name[i - 1].word, 4);
-    return i > facts.titleBegin && i < facts.fileBegin && !facts.isDate(i) && !isYear(name[i].word) &&
+    const bool isFraction = name.gapBefore(i) == QStringView(u".") && i > 0 &&
+                            wholeNumber(name[i - 1].word, 4) && !isYear(name[i - 1].word);
+    const bool isBeforeFile = i < facts.fileBegin || name.isAloneInBrackets(i);
+    const bool isFile = name[i].kind.strength != WordStrength::None;
+    return i > facts.titleBegin && isBeforeFile && !isFile && !facts.isDate(i) && !isYear(name[i].word) &&
            !isFraction;
 }
 
 bool startsRange(const NameTokens &name, qsizetype i)
 {
-    return i + 1 < name.count() && name.gapBefore(i + 1) == QStringView(u"-") &&
-           versionedNumber(name[i + 1].word);
+    if (i + 1 >= name.count())
+        return false;
+    const bool isSpoken = isRangeWord(name[i + 1].word) && i + 2 < name.count() &&
+                          wholeNumber(name[i + 2].word, 4) && wholeNumber(name[i].word, 4) &&
+                          *wholeNumber(name[i].word, 4) < *wholeNumber(name[i + 2].word, 4);
+    return isSpoken || (name.gapBefore(i + 1) == QStringView(u"-") && versionedNumber(name[i + 1].word));
 }
 
 /// "e02", "ep02", "E01v2".
@@ -51,8 +57,10 @@ bool episodeLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
 
 bool episodeWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (!isEpisodeWord(name[i].word) || i + 1 >= name.count() || i == facts.titleBegin ||
-        name.isDividedBefore(i + 1))
+    if (!isEpisodeWord(name[i].word) || i + 1 >= name.count() || name.isDividedBefore(i + 1))
+        return false;
+    // "Episode 50 (2011)" is a film.
+    if (i == facts.titleBegin && facts.year)
         return false;
     const std::optional<int> episode = versionedNumber(name[i + 1].word);
     if (!episode)
@@ -92,6 +100,13 @@ bool episodeWithHash(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
+/// "14.5": a special between two episodes.
+bool isHalfEpisode(const NameTokens &name, qsizetype i)
+{
+    return i + 1 < name.count() && name.gapBefore(i + 1) == QStringView(u".") && name[i].word.size() >= 2 &&
+           name[i + 1].word.size() == 1 && wholeNumber(name[i + 1].word, 1) && closesTitle(name, i + 1);
+}
+
 /// "1of4", "14 of 21".
 bool episodeOfMany(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
@@ -115,10 +130,37 @@ bool dividedNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
     const bool isBehindSeason = i >= facts.factsEnd;
     if (!episode || !isBehindSeason || !isFree(name, i, facts) || !name.isDividedBefore(i))
         return false;
-    if (!startsRange(name, i) && !closesTitle(name, i))
+    if (!startsRange(name, i) && !closesTitle(name, i) && !isHalfEpisode(name, i))
         return false;
     facts.enter(i, i + 1, std::nullopt, episode);
     return true;
+}
+
+/// Whether a language or a kind of subtitles follows, with which fans count through all seasons.
+bool countsThrough(const NameTokens &name, qsizetype i, const NameFacts &facts)
+{
+    return facts.startsWithGroup || (i + 1 < name.count() && name[i + 1].kind.kind == WordKind::Language);
+}
+
+void enterLongNumber(qsizetype i, int number, NameFacts &facts)
+{
+    facts.enter(i, i + 1, number / 100, number % 100);
+}
+
+/// Whether the number is more likely an event's ("ppv") or a film's, which come from discs in high
+/// definition.
+bool isEventOrFilm(const NameTokens &name, qsizetype i, const NameFacts &facts)
+{
+    if (i + 1 < name.count() && name[i + 1].word == "ppv"_L1)
+        return true;
+    if (facts.startsWithGroup || name[i].word.startsWith(u'0'))
+        return false;
+    for (qsizetype at = facts.fileBegin; at < name.count(); ++at) {
+        const QString &known = name[at].known;
+        if (known == "bluray"_L1 || known == "bdrip"_L1 || known == "brrip"_L1)
+            return true;
+    }
+    return false;
 }
 
 /// A number that closes the title: "Show 01 720p", "Show.103.HDTV", "[Group] Show 127". Where a year says
@@ -130,17 +172,70 @@ bool closingNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
     const bool isRange = startsRange(name, i);
     if (!number || facts.season || !isFree(name, i, facts) || (digits < 2 && !isRange))
         return false;
-    const bool hasYear = facts.year.has_value();
+    if (isEventOrFilm(name, i, facts))
+        return false;
+    const bool hasYear = facts.year && (isRange || !isYear(name[i - 1].word));
     const bool isPadded = name[i].word.startsWith(u'0');
     const bool closes = closesTitle(name, i) && (i + 1 < name.count() || facts.startsWithGroup);
     if (!closes && !isRange && !(isPadded && !hasYear))
         return false;
     if (hasYear && !facts.startsWithGroup && digits < 3)
         return false;
-    if (!facts.startsWithGroup && !isPadded && *number >= 100 && !isRange)
-        facts.enter(i, i + 1, *number / 100, *number % 100);
+    if (facts.year && !hasYear && digits < 3 && !isPadded)
+        return false;
+    const bool hasSeason = !isPadded || digits == 4; // "102" and "0102"
+    if (!countsThrough(name, i, facts) && hasSeason && *number >= 100 && !isRange)
+        enterLongNumber(i, *number, facts);
     else
         facts.enter(i, i + 1, std::nullopt, number);
+    return true;
+}
+
+constexpr int MaxEpisodeInHundreds = 39; // "Room 155" is a room, "Show 123" an episode
+
+/// "show_209_name_of_the_episode", "Show.101.Name.2010.11.23.HDTV": the season in the hundreds, the episode's
+/// name behind it. A year alone, or a disc's picture, means a film.
+bool numberAmidName(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> number = wholeNumber(name[i].word, 3);
+    const bool isDated = facts.dateEnd > 0;
+    if (!number || *number < 100 || facts.season || i <= facts.titleBegin || i + 1 >= name.count() ||
+        i >= facts.fileBegin || facts.isDate(i) || name[i].bracket > 0 || (facts.year && !isDated) ||
+        isEventOrFilm(name, i, facts))
+        return false;
+    const bool isFilm = facts.fileBegin < name.count() && name[facts.fileBegin].word != "hdtv"_L1;
+    const QStringView before = name.gapBefore(i);
+    const bool isSpread =
+        before == name.gapBefore(i + 1) && (before == QStringView(u".") || before == QStringView(u"_"));
+    if (isFilm || !isSpread || *number % 100 > MaxEpisodeInHundreds || wholeNumber(name[i - 1].word, 4))
+        return false;
+    enterLongNumber(i, *number, facts);
+    return true;
+}
+
+/// "show.10910.hdtv": season 1, the episodes 9 and 10.
+bool twoEpisodesInOneNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> number = wholeNumber(name[i].word, 5);
+    if (!number || *number < 10000 || facts.season || !isFree(name, i, facts) || !closesTitle(name, i))
+        return false;
+    const int first = *number / 100 % 100;
+    if (first + 1 != *number % 100)
+        return false;
+    facts.enter(i, i + 1, *number / 10000, first);
+    return true;
+}
+
+/// "grp-show-x264-103": at the very end, behind what is said of the file.
+bool numberAtVeryEnd(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> number = wholeNumber(name[i].word, 3);
+    if (!number || *number < 100 || i + 1 < name.count() || facts.season || facts.year ||
+        facts.fileBegin >= i || name.gapBefore(i) != QStringView(u"-") ||
+        name.gapBefore(i - 1) != QStringView(u"-"))
+        return false;
+    facts.season = *number / 100;
+    facts.episode = *number % 100;
     return true;
 }
 
@@ -152,7 +247,10 @@ constexpr NameRule EpisodeRules[] = {
 };
 
 constexpr NameRule NumberRules[] = {
+    {"show.10910.hdtv", twoEpisodesInOneNumber},
     {"Show 02 720p", closingNumber},
+    {"show_209_name_of_the_episode", numberAmidName},
+    {"grp-show-x264-103", numberAtVeryEnd},
 };
 } // namespace
 

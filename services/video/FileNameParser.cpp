@@ -23,22 +23,25 @@ void endBeforeRepeatedSeason(const NameTokens &name, NameFacts &facts)
 
 void findSeasonAndEpisode(const NameTokens &name, NameFacts &facts)
 {
-    if (applyFirst(seasonAndEpisodeRules(), name, facts)) {
+    if (applyFirst(seasonAndEpisodeRules(), name, facts) || applyFirst(pairRules(), name, facts)) {
         endBeforeRepeatedSeason(name, facts);
         return;
     }
     if (applyFirst(seasonRules(), name, facts))
         endBeforeRepeatedSeason(name, facts);
-    if (!facts.episode && !applyFirst(episodeRules(), name, facts))
-        applyFirst(numberRules(), name, facts);
+    if (facts.episode || applyFirst(episodeRules(), name, facts))
+        return;
+    if (!facts.season && applyFirst(barePairRules(), name, facts))
+        return;
+    applyFirst(numberRules(), name, facts);
 }
 
-QString titleOf(const NameTokens &name, const NameFacts &facts)
+QString textOf(const NameTokens &name, qsizetype first, qsizetype last)
 {
-    if (facts.titleEnd <= facts.titleBegin)
+    if (last <= first)
         return {};
-    const qsizetype begin = name[facts.titleBegin].begin;
-    qsizetype end = name[facts.titleEnd - 1].end;
+    const qsizetype begin = name[first].begin;
+    qsizetype end = name[last - 1].end;
     while (end < name.name().size() && (name.name()[end] == u'!' || name.name()[end] == u'?'))
         ++end;
     QString title = name.name().mid(begin, end - begin);
@@ -72,11 +75,13 @@ VideoFileComponents parseVideoName(const QString &text)
     findTitleEnd(name, facts);
 
     VideoFileComponents said;
-    said.title = titleOf(name, facts);
+    said.title = textOf(name, facts.titleBegin, facts.titleEnd);
     said.year = facts.year;
     said.season = facts.season;
     said.episode = facts.episode;
-    said.searchString = searchStringOf(said, name.name());
+    said.searchString = facts.partEnd > 0 && !said.title.isEmpty()
+                            ? textOf(name, facts.titleBegin, facts.partEnd)
+                            : searchStringOf(said, name.name());
     return said;
 }
 

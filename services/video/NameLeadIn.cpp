@@ -1,6 +1,7 @@
 #include "NameLeadIn.h"
 
 #include "RuleWords.h"
+#include "TitleChoice.h"
 
 #include <QSet>
 
@@ -60,25 +61,66 @@ bool hasLatinLetter(const NameTokens &name, qsizetype begin, qsizetype end)
     return false;
 }
 
+/// "[Group][Batch] Title": the first word of the text behind brackets none of which is a number or about the
+/// file; -1 when the title must be among the brackets.
+qsizetype textBehindBrackets(const NameTokens &name, qsizetype begin)
+{
+    while (begin < name.count() && name[begin].outerBracket > 0) {
+        const qsizetype end = behindBracket(name, begin);
+        if (!name.isSquare(begin) || isTechnical(name, begin, end))
+            return -1;
+        begin = end;
+    }
+    const bool isTitle = begin < name.count() && name[begin].kind.strength == WordStrength::None &&
+                         hasLatinLetter(name, begin, begin + 1);
+    return isTitle ? begin : -1;
+}
+
+/// "1080p Title", "HD 720p: Title": the first word behind those about the file.
+qsizetype behindFileWords(const NameTokens &name, qsizetype begin)
+{
+    bool isSure = false;
+    qsizetype i = begin;
+    for (; i < name.count() && name[i].kind.strength != WordStrength::None; ++i) {
+        const bool isPicture =
+            name[i].kind.kind == WordKind::Resolution || name[i].kind.kind == WordKind::VideoCodec;
+        isSure |= isPicture && name[i].kind.strength == WordStrength::Strong && !wholeNumber(name[i].word, 4);
+    }
+    return isSure && i < name.count() ? i : begin;
+}
+
 bool isMonthNews(const QString &word)
 {
     return word.endsWith(u"月新番"_s);
 }
 
+/// How well a title serves for searching: 3 in Latin letters, 2 with some, 1 with none.
+int scriptRank(const NameTokens &name, qsizetype begin, qsizetype end)
+{
+    if (!hasLatinLetter(name, begin, end))
+        return 1;
+    for (qsizetype i = begin; i < end; ++i) {
+        if (isEastAsian(name[i].word))
+            return 2;
+    }
+    return 3;
+}
+
 /// "[Group][Title][Other title][12][1080p]": of the brackets before the first number or technical word, the
-/// first in Latin letters, or else the first.
+/// first all in Latin letters, or else the first with some, or else the first.
 void chooseBracket(const NameTokens &name, NameFacts &facts)
 {
     qsizetype chosenBegin = -1;
     qsizetype chosenEnd = -1;
-    bool isLatin = false;
-    for (qsizetype begin = facts.titleBegin; begin < name.count() && !isLatin;) {
+    int chosenRank = 0;
+    for (qsizetype begin = facts.titleBegin; begin < name.count() && chosenRank < 3;) {
         const qsizetype end = name[begin].outerBracket == 0 ? begin + 1 : behindBracket(name, begin);
         const bool isNews = isMonthNews(name[begin].word);
         if (!isNews && (isTechnical(name, begin, end) || name[begin].outerBracket == 0))
             break;
-        isLatin = hasLatinLetter(name, begin, end);
-        if (!isNews && (chosenBegin < 0 || isLatin)) {
+        const int rank = isNews ? 0 : scriptRank(name, begin, end);
+        if (rank > chosenRank) {
+            chosenRank = rank;
             chosenBegin = begin;
             chosenEnd = end;
         }
@@ -135,9 +177,15 @@ void skipLeadIn(const NameTokens &name, NameFacts &facts)
             break;
         facts.startsWithGroup = true;
         facts.titleBegin = behind;
-        if (name.isSquare(behind) || isMonthNews(name[behind].word))
+        if (!name.isSquare(behind) && !isMonthNews(name[behind].word))
+            continue;
+        const qsizetype text = textBehindBrackets(name, behind);
+        if (text < 0)
             return chooseBracket(name, facts);
+        facts.titleBegin = text;
+        return;
     }
     facts.titleBegin = behindSite(name, facts.titleBegin);
+    facts.titleBegin = behindFileWords(name, facts.titleBegin);
     leadingNumber(name, facts);
 }

@@ -13,6 +13,7 @@ struct NameFacts
     std::optional<int> episode;
     qsizetype titleBegin = 0;
     qsizetype titleEnd = 0;  // the first word that is not the title's any more
+    qsizetype partEnd = 0;   // behind "Part 2", which is no title's but worth searching for; 0 without one
     qsizetype factsEnd = 0;  // behind the last word that named a season or an episode
     qsizetype fileBegin = 0; // the first word that is surely about the file
     qsizetype dateBegin = 0; // a date's words: these numbers are taken
@@ -40,6 +41,10 @@ std::span<const NameRule> seasonAndEpisodeRules();
 std::span<const NameRule> seasonRules();
 /// An episode alone, marked as one by a word or sign.
 std::span<const NameRule> episodeRules();
+/// Season and episode as a pair of numbers that something marks.
+std::span<const NameRule> pairRules();
+/// Pairs of bare numbers, and running numbers before a title, where nothing else says anything.
+std::span<const NameRule> barePairRules();
 /// Bare numbers that can only be episodes.
 std::span<const NameRule> numberRules();
 

@@ -32,6 +32,39 @@ bool isBlank(QChar c)
     return c.isSpace() || c == u'_' || c == u'.';
 }
 
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+/// Steps over digits to the left of `end`, no further than `begin`.
+qsizetype digitsBefore(QStringView name, qsizetype begin, qsizetype end)
+{
+    while (end > begin && isDigit(name[end - 1]))
+        --end;
+    return end;
+}
+
+/// Where in the word "Brack1x02" or "BrackS01E02" the season begins; the word's end when it names none.
+qsizetype gluedSeason(QStringView name, qsizetype begin, qsizetype end)
+{
+    constexpr qsizetype MinTitle = 2;
+    const qsizetype episode = digitsBefore(name, begin, end);
+    if (end - episode < 2 || end - episode > 3 || episode - begin < MinTitle + 2)
+        return end;
+    const QChar mark = name[episode - 1].toLower();
+    qsizetype season = digitsBefore(name, begin, episode - 1);
+    if (episode - 1 - season < 1 || episode - 1 - season > 2)
+        return end;
+    if (mark == u'e' && season > begin && name[season - 1].toLower() == u's')
+        --season;
+    else if (mark != u'x')
+        return end;
+    const bool isBehindWord =
+        season - begin >= MinTitle && name[season - 1].isLetter() && name[season - 2].isLetter();
+    return isBehindWord ? season : end;
+}
+
 QString withoutExtension(const QString &name)
 {
     static const QStringList extensions =
@@ -53,7 +86,7 @@ NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimm
             continue;
         }
         if (begin >= 0)
-            addToken(begin, i, open.last());
+            addWord(begin, i, open.last());
         begin = -1;
         if (isOpening(m_name[i]))
             open += Bracket{++pairs, open.last().outer > 0 ? open.last().outer : pairs,
@@ -62,8 +95,16 @@ NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimm
             open.removeLast();
     }
     if (begin >= 0)
-        addToken(begin, m_name.size(), open.last());
+        addWord(begin, m_name.size(), open.last());
     classify();
+}
+
+void NameTokens::addWord(qsizetype begin, qsizetype end, const Bracket &bracket)
+{
+    const qsizetype season = gluedSeason(m_name, begin, end);
+    addToken(begin, season, bracket);
+    if (season < end)
+        addToken(season, end, bracket);
 }
 
 void NameTokens::addToken(qsizetype begin, qsizetype end, const Bracket &bracket)
@@ -86,7 +127,7 @@ void NameTokens::classify()
         if (m_tokens[i + 1].begin - m_tokens[i].end != 1)
             continue;
         const QString joined = m_tokens[i].word + m_tokens[i + 1].word;
-        const WordClass both = classOfWord(joined);
+        const WordClass both = classOfJoinedWords(joined);
         if (both.strength != WordStrength::Strong)
             continue;
         for (NameToken *part : {&m_tokens[i], &m_tokens[i + 1]}) {
@@ -113,4 +154,11 @@ bool NameTokens::isDividedBefore(qsizetype index) const
             return true;
     }
     return false;
+}
+
+bool NameTokens::isAloneInBrackets(qsizetype index) const
+{
+    const int bracket = m_tokens[index].bracket;
+    return bracket > 0 && (index == 0 || m_tokens[index - 1].bracket != bracket) &&
+           (index + 1 >= count() || m_tokens[index + 1].bracket != bracket);
 }

@@ -35,6 +35,8 @@ public:
     /// Whether a dash with room around it, or an opening or closing bracket, divides a word from the one
     /// before it.
     bool isDividedBefore(qsizetype index) const;
+    /// Whether nothing but the word stands in its brackets.
+    bool isAloneInBrackets(qsizetype index) const;
     bool isSquare(qsizetype index) const { return m_tokens[index].isSquare; }
 
 private:
@@ -44,6 +46,8 @@ private:
         int outer = 0;
         bool isSquare = false;
     };
+    /// Adds the word, as two where a title runs into its season: "Brack1x02" and "BrackS01E02".
+    void addWord(qsizetype begin, qsizetype end, const Bracket &bracket);
     void addToken(qsizetype begin, qsizetype end, const Bracket &bracket);
     void classify();
 

@@ -27,11 +27,12 @@ constexpr Row Rows[] = {
      "workprint screener predvdrip predvd remux webdlrip bdmux bdripmux brmux xxx microhd ahdtv hd2dvd "
      "uhdrip uhdbdrip hdlight"},
     {WordKind::Source, WordStrength::Weak,
-     "web dvd bd blu ray ts tc cam scr r5 r6 ppv vod dl br rip hdmv pal ntsc"},
+     "web dvd bd blu ray ts tc cam scr r5 r6 ppv vod dl br rip hdmv pal ntsc amzn nf dsnp dsny hmax atvp "
+     "pcok pmtp itunes netflix hulu"},
     {WordKind::VideoCodec, WordStrength::Strong,
      "x264 x265 h264 h265 hevc xvid divx avc 10bit 8bit 10bits hi10p hi10 vc1 mpeg2 mpeg4 vp8 vp9 av1 "
      "rv10 hdr10 hdr10plus dolbyvision hdrplus"},
-    {WordKind::VideoCodec, WordStrength::Weak, "hdr dv sdr 264 265"},
+    {WordKind::VideoCodec, WordStrength::Weak, "hdr dv sdr 264 265 hfr"},
     {WordKind::Audio, WordStrength::Strong,
      "aac aac2 aac5 aac1 ac3 ac3d eac3 dts dtshd dtsma dtsx dtsx7 dd2 dd5 ddp ddp2 ddp5 ddp7 ddpa "
      "ddpa5 dd51 ddp51 truehd truehd7 atmos flac mp3 vorbis lpcm dualaudio 6ch 8ch 2ch"},
@@ -76,6 +77,31 @@ bool isDigits(QStringView text)
            std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
+/// "1036p", "1080i", "48fps": a number of lines or frames.
+bool isPictureMeasure(const QString &word)
+{
+    qsizetype digits = 0;
+    while (digits < word.size() && word[digits] >= u'0' && word[digits] <= u'9')
+        ++digits;
+    const QStringView unit = QStringView(word).mid(digits);
+    const bool countsLines =
+        digits >= 3 && digits <= 4 && (unit == QStringView(u"p") || unit == QStringView(u"i"));
+    const bool countsFrames = digits >= 2 && digits <= 3 && unit == QStringView(u"fps");
+    return countsLines || countsFrames;
+}
+
+/// "CD1", "DVD2", "disc1": one of several files or discs.
+bool isDisc(const QString &word)
+{
+    for (const QLatin1StringView medium : {QLatin1StringView("cd"), QLatin1StringView("dvd"),
+                                           QLatin1StringView("disc"), QLatin1StringView("disk")}) {
+        if (word.size() == medium.size() + 1 && word.startsWith(medium) && word.back() >= u'1' &&
+            word.back() <= u'9')
+            return true;
+    }
+    return false;
+}
+
 /// "1920x1080" and the like.
 bool isFrameSize(const QString &word)
 {
@@ -102,9 +128,14 @@ const QHash<QString, WordClass> &table()
 
 WordClass classOfWord(const QString &word)
 {
-    if (isFrameSize(word))
+    if (isFrameSize(word) || isPictureMeasure(word))
         return {WordKind::Resolution, WordStrength::Strong};
-    if (isChecksum(word) || isVersion(word))
+    if (isChecksum(word) || isVersion(word) || isDisc(word))
         return {WordKind::Remark, WordStrength::Strong};
     return table().value(word);
+}
+
+WordClass classOfJoinedWords(const QString &joined)
+{
+    return table().value(joined);
 }

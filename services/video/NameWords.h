@@ -32,3 +32,6 @@ struct WordClass
 
 /// Looks up a lower-case word, as "bluray", "x264" or "1080p". Any thread.
 WordClass classOfWord(const QString &word);
+/// The same of two words that may make one, as "blu" and "ray". What is known by its form ("720p") counts
+/// here as none: "Part 2 720p" has no 2720 lines.
+WordClass classOfJoinedWords(const QString &joined);

@@ -3,6 +3,7 @@
 #include "WordReader.h"
 
 #include <QSet>
+#include <QStringList>
 
 using namespace Qt::StringLiterals;
 
@@ -23,16 +24,18 @@ QSet<QString> words(QStringView text)
 bool isSeasonWord(const QString &word)
 {
     static const QSet<QString> known =
-        words(u"season seasons saison saisons stagione temporada temp tem staffel seizoen "
-              "sezon sezona sesong säsong sæson kausi évad series se сезон");
+        words(u"season seasons saison saisons stagione stagioni temporada temporadas temp tem staffel "
+              "staffeln seizoen sezon sezona sezonul sezóna sesong säsong sæson kausi évad series se сезон "
+              "сезона сезоны 시즌");
     return known.contains(word);
 }
 
 bool isEpisodeWord(const QString &word)
 {
-    static const QSet<QString> known =
-        words(u"episode episodes ep eps épisode folge episodio afl aflevering capitulo "
-              "capítulo odcinek avsnitt jakso bölüm bolum blm серия серии серій");
+    static const QSet<QString> known = words(
+        u"episode episodes ep eps épisode épisodes folge folgen episodio episodios episodi puntata "
+        "afl aflevering capitulo capítulo odcinek odc avsnitt afsnit jakso bölüm bolum blm epizod epizoda "
+        "epizód díl diel rész серия серии серій эпизод эпизоды выпуск serija serya seriya serii");
     return known.contains(word);
 }
 
@@ -55,9 +58,41 @@ std::optional<int> versionedNumber(const QString &word)
 std::optional<int> countedNumber(const QString &word)
 {
     const QString counted = word.startsWith(u'第') ? word.mid(1) : word;
-    const bool isCounted = counted.endsWith(u'話') || counted.endsWith(u'话') || counted.endsWith(u'集') ||
-                           counted.endsWith(u'回');
+    static const QString units = u"話话集回화회"_s;
+    const bool isCounted = !counted.isEmpty() && units.contains(counted.back());
     return isCounted ? wholeNumber(counted.chopped(1), 4) : std::nullopt;
+}
+
+std::optional<int> countedSeason(const QString &word)
+{
+    if (word.startsWith(u"시즌"_s))
+        return wholeNumber(word.mid(2), 2);
+    static const QString units = u"季期기"_s;
+    static const QString numerals = u"一二三四五六七八九十"_s;
+    const QString counted = word.startsWith(u'第') ? word.mid(1) : word;
+    if (counted.size() < 2 || !units.contains(counted.back()))
+        return std::nullopt;
+    if (const qsizetype numeral = numerals.indexOf(counted[0]); numeral >= 0 && counted.size() == 2)
+        return int(numeral) + 1;
+    return wholeNumber(counted.chopped(1), 2);
+}
+
+std::optional<int> writtenNumber(const QString &word)
+{
+    static const QStringList english =
+        u"one two three four five six seven eight nine ten eleven twelve"_s.split(u' ');
+    static const QStringList roman = u"i ii iii iv v vi vii viii ix x xi xii"_s.split(u' ');
+    for (const QStringList *numbers : {&english, &roman}) {
+        if (const qsizetype index = numbers->indexOf(word); index >= 0)
+            return int(index) + 1;
+    }
+    return wholeNumber(word, 2);
+}
+
+bool isRangeWord(const QString &word)
+{
+    static const QSet<QString> known = words(u"to ao til bis a al до по");
+    return known.contains(word);
 }
 
 bool isYear(const QString &word)

@@ -6,6 +6,8 @@
 
 bool isSeasonWord(const QString &word);
 bool isEpisodeWord(const QString &word);
+/// A word between the ends of a range: "215 to 220".
+bool isRangeWord(const QString &word);
 
 /// The number when the word is one, of at most `maxDigits` digits.
 std::optional<int> wholeNumber(const QString &word, qsizetype maxDigits);
@@ -13,5 +15,9 @@ std::optional<int> wholeNumber(const QString &word, qsizetype maxDigits);
 std::optional<int> versionedNumber(const QString &word);
 /// The number of a word that counts episodes in Chinese or Japanese: "第12話", "12集".
 std::optional<int> countedNumber(const QString &word);
+/// The number of a word that counts seasons: "第2季", "第二季", "2期", "시즌2".
+std::optional<int> countedSeason(const QString &word);
+/// A number in digits, as a word from "one" to "twelve" or as a Roman numeral up to twelve.
+std::optional<int> writtenNumber(const QString &word);
 /// A year in which films were made.
 bool isYear(const QString &word);

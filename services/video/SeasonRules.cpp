@@ -8,6 +8,13 @@ namespace
 {
 constexpr qsizetype MaxEpisodeDigits = 5;
 
+/// The season of a word that begins like "s01", or "t01" in the Spanish way, which counts only with an
+/// episode behind it.
+std::optional<int> markedSeason(WordReader &reader)
+{
+    return reader.take("s"_L1) || reader.take("t"_L1) ? reader.number(1, 4) : std::nullopt;
+}
+
 /// The number behind an episode's mark: "e02", "ep02", "xe02".
 std::optional<int> markedEpisode(WordReader reader)
 {
@@ -19,7 +26,7 @@ std::optional<int> markedEpisode(WordReader reader)
 bool seasonEpisode(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
-    const std::optional<int> season = reader.take("s"_L1) ? reader.number(1, 4) : std::nullopt;
+    const std::optional<int> season = markedSeason(reader);
     if (!season)
         return false;
     if (const std::optional<int> episode = markedEpisode(reader)) {
@@ -58,9 +65,15 @@ bool crossedNumbers(const NameTokens &name, qsizetype i, NameFacts &facts)
     const std::optional<int> season = reader.number(1, 4);
     const bool isPlausible = season && (*season < 100 || isYear(QString::number(*season)));
     const bool isFrameSize = name[i].kind.strength != WordStrength::None;
-    if (i == facts.titleBegin || isFrameSize || !isPlausible || !reader.take("x"_L1))
+    if (isFrameSize || !isPlausible || !reader.take("x"_L1))
         return false;
     const std::optional<int> episode = reader.number(1, 3);
+    // "5.1x2": so many sound channels. "2x4.Title" may be a title, "1x02.Title" is not.
+    const bool isFraction =
+        i > facts.titleBegin && name.gapBefore(i) == QStringView(u".") && wholeNumber(name[i - 1].word, 2);
+    const bool isShort = name[i].word.size() < 4;
+    if (isShort && (isFraction || i == facts.titleBegin))
+        return false;
     const bool isWholeSeason = reader.take("all"_L1);
     const bool isRange = reader.take("x"_L1) && reader.number(1, 3);
     if ((!episode && !isWholeSeason) || !(reader.atEnd() || isRange))
@@ -85,7 +98,10 @@ bool seasonLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
     const std::optional<int> season = reader.take("s"_L1) ? reader.number(1, 4) : std::nullopt;
-    if (!season || i == facts.titleBegin)
+    // "DD5.1-S56" names a group.
+    const bool isGroup =
+        i + 1 == name.count() && i > facts.fileBegin && name.gapBefore(i) == QStringView(u"-");
+    if (!season || i == facts.titleBegin || isGroup)
         return false;
     // "S01D2" is a disc, "S01Extras" what it says.
     const bool isKnownEnd =
@@ -96,26 +112,47 @@ bool seasonLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
+/// "2", "2nd", "10º", "2ème".
+std::optional<int> numberWithSuffix(const QString &word)
+{
+    WordReader reader(word);
+    const std::optional<int> number = reader.number(1, 2);
+    for (const QLatin1StringView suffix :
+         {"st"_L1, "nd"_L1, "rd"_L1, "th"_L1, "o"_L1, "a"_L1, "eme"_L1, "e"_L1}) {
+        if (reader.take(suffix))
+            break;
+    }
+    return reader.atEnd() || word.endsWith(u"ème"_s) ? number : std::nullopt;
+}
+
 bool seasonWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (!isSeasonWord(name[i].word) || i + 1 >= name.count() || i == facts.titleBegin)
+    if (!isSeasonWord(name[i].word) || i + 1 >= name.count())
         return false;
-    const std::optional<int> season = wholeNumber(name[i + 1].word, 2);
+    const bool isBeforeEpisode = i + 2 < name.count() && isEpisodeWord(name[i + 2].word);
+    // "Show Series III" is a title.
+    const std::optional<int> season =
+        name[i].word == "series"_L1 ? wholeNumber(name[i + 1].word, 2) : writtenNumber(name[i + 1].word);
     if (!season || name.isDividedBefore(i + 1) || name.gapBefore(i + 1).contains(u':'))
+        return false;
+    if (i == facts.titleBegin && !isBeforeEpisode && i + 2 < name.count())
+        return false;
+    // "2 season 12 episode": this number is the episode's.
+    if (isBeforeEpisode && i > 0 && numberWithSuffix(name[i - 1].word))
         return false;
     facts.enter(i, i + 2, season, std::nullopt);
     return true;
 }
 
-/// "2nd Season", "3 сезон".
+/// "2nd Season", "3 сезон", "10ª Temporada". As all of a name or before an episode, no title need stand
+/// before it.
 bool seasonWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (i == facts.titleBegin || i + 1 >= name.count() || !isSeasonWord(name[i + 1].word))
+    if (i + 1 >= name.count() || !isSeasonWord(name[i + 1].word))
         return false;
-    WordReader reader(name[i].word);
-    const std::optional<int> season = reader.number(1, 2);
-    reader.take("st"_L1) || reader.take("nd"_L1) || reader.take("rd"_L1) || reader.take("th"_L1);
-    if (!season || !reader.atEnd())
+    const bool isAll = i + 2 >= name.count() || numberWithSuffix(name[i + 2].word);
+    const std::optional<int> season = numberWithSuffix(name[i].word);
+    if (!season || (i == facts.titleBegin && !isAll))
         return false;
     facts.enter(i, i + 2, season, std::nullopt);
     return true;
@@ -135,6 +172,16 @@ bool seasonWordJoined(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
+/// "第2季", "2期", "시즌2".
+bool countedSeasonWord(const NameTokens &name, qsizetype i, NameFacts &facts)
+{
+    const std::optional<int> season = countedSeason(name[i].word);
+    if (!season || i == facts.titleBegin)
+        return false;
+    facts.enter(i, i + 1, season, std::nullopt);
+    return true;
+}
+
 constexpr NameRule TogetherRules[] = {
     {"Show.S01E02 · Show S01 E02 · Show s01-x02", seasonEpisode},
     {"Show.S01.E.02", spreadSeasonEpisode},
@@ -147,6 +194,7 @@ constexpr NameRule SeasonRules[] = {
     {"Show Season 1", seasonWordBefore},
     {"Show 1st Season", seasonWordBehind},
     {"Show Temporada1", seasonWordJoined},
+    {"Show 第2季", countedSeasonWord},
 };
 } // namespace
 

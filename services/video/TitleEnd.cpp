@@ -1,6 +1,8 @@
 #include "TitleEnd.h"
 
 #include "RuleWords.h"
+#include "TitleChoice.h"
+#include "TitleTail.h"
 
 using namespace Qt::StringLiterals;
 
@@ -17,11 +19,31 @@ qsizetype dateAround(const NameTokens &name, qsizetype i)
     const auto number = [&](qsizetype at) {
         return at >= 0 && at < name.count() ? wholeNumber(name[at].word, 2) : std::nullopt;
     };
-    if (isInRange(number(i + 1), 1, 31) && isInRange(number(i + 2), 1, 31))
+    if (isInRange(number(i + 1), 1, 31) && isInRange(number(i + 2), 1, 31) &&
+        name.gapBefore(i + 1) == name.gapBefore(i + 2))
         return i;
     if (isInRange(number(i - 1), 1, 12) && isInRange(number(i - 2), 1, 31))
         return i - 2;
     return -1;
+}
+
+/// "15.12.22": a date without its century, in one of the usual orders.
+bool isShortDate(const NameTokens &name, qsizetype i)
+{
+    if (i + 2 >= name.count() || name.gapBefore(i + 1).size() != 1 ||
+        name.gapBefore(i + 1) != name.gapBefore(i + 2))
+        return false;
+    for (qsizetype at = i; at < i + 3; ++at) {
+        if (name[at].word.size() != 2 || !wholeNumber(name[at].word, 2))
+            return false;
+    }
+    const int first = name[i].word.toInt();
+    const int second = name[i + 1].word.toInt();
+    const int third = name[i + 2].word.toInt();
+    const auto isDayAndMonth = [](int day, int month) {
+        return day >= 1 && day <= 31 && month >= 1 && month <= 12;
+    };
+    return isDayAndMonth(first, second) || isDayAndMonth(second, first) || isDayAndMonth(third, second);
 }
 
 /// "140722" and "20201013".
@@ -53,28 +75,29 @@ qsizetype fileBeginOf(const NameTokens &name, qsizetype begin)
     return name.count();
 }
 
-/// Whether nothing but the word stands in its brackets.
-bool isAloneInBrackets(const NameTokens &name, qsizetype i)
-{
-    const int bracket = name[i].bracket;
-    return bracket > 0 && (i == 0 || name[i - 1].bracket != bracket) &&
-           (i + 1 >= name.count() || name[i + 1].bracket != bracket);
-}
-
 /// The year's place: the first alone in brackets, else the last before the words about the file, else any
 /// behind them.
 qsizetype yearPlace(const NameTokens &name, const NameFacts &facts)
 {
     qsizetype best = -1;
     for (qsizetype i = facts.titleBegin + 1; i < name.count(); ++i) {
-        if (yearOf(name[i].word).isEmpty())
+        const bool isChapter = name[i - 1].word == "cap"_L1; // "Cap.1905"
+        if (yearOf(name[i].word).isEmpty() || isChapter)
             continue;
-        if (isAloneInBrackets(name, i))
+        if (name.isAloneInBrackets(i))
             return i;
         if (i < facts.fileBegin || best < 0)
             best = i;
     }
     return best;
+}
+
+/// "2001-2011" begins with its first year.
+qsizetype firstOfYears(const NameTokens &name, qsizetype place, qsizetype titleBegin)
+{
+    const bool isRange =
+        place - 1 > titleBegin && name.gapBefore(place) == QStringView(u"-") && isYear(name[place - 1].word);
+    return isRange ? place - 1 : place;
 }
 
 /// Where the words about the file begin: at a strong word, or at the first of the weak ones that lead up to
@@ -117,10 +140,15 @@ void dropRemarks(const NameTokens &name, NameFacts &facts)
         const WordKind kind = name[i].kind.kind;
         return kind == WordKind::Edition || kind == WordKind::Remark || kind == WordKind::Resolution;
     };
-    if (facts.titleEnd >= name.count())
+    if (facts.titleEnd >= name.count() || facts.titleEnd <= facts.titleBegin)
         return;
-    while (facts.titleEnd > facts.titleBegin + 1 && isRemark(facts.titleEnd - 1))
-        --facts.titleEnd;
+    qsizetype end = facts.titleEnd;
+    while (end > facts.titleBegin + 1 && isRemark(end - 1))
+        --end;
+    const QString &last = name[end - 1].word;
+    const bool isArticle = last == "the"_L1 || last == "a"_L1 || last == "an"_L1;
+    if (end > facts.titleBegin + 1 || !isArticle)
+        facts.endTitleAt(end); // "The Final Cut" is a title
 }
 } // namespace
 
@@ -131,9 +159,17 @@ void findYear(const NameTokens &name, NameFacts &facts)
         if (isDateWord(name[i].word))
             facts.endTitleAt(i);
     }
-    const qsizetype place = yearPlace(name, facts);
-    if (place < 0)
+    for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
+        if (!isShortDate(name, i))
+            continue;
+        facts.dateBegin = i;
+        facts.dateEnd = i + 3;
+        facts.endTitleAt(i);
+    }
+    const qsizetype lastPlace = yearPlace(name, facts);
+    if (lastPlace < 0)
         return;
+    const qsizetype place = firstOfYears(name, lastPlace, facts.titleBegin);
     facts.year = yearOf(name[place].word).toInt();
     const qsizetype date = dateAround(name, place);
     if (date > facts.titleBegin) {
@@ -146,6 +182,8 @@ void findYear(const NameTokens &name, NameFacts &facts)
 void findTitleEnd(const NameTokens &name, NameFacts &facts)
 {
     endBeforeTechnicalWords(name, facts);
+    chooseLatinTitle(name, facts);
     endBeforeBrackets(name, facts);
+    cutTitleTail(name, facts);
     dropRemarks(name, facts);
 }

@@ -5,6 +5,8 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <algorithm>
+
 namespace
 {
 constexpr int None = -1;
@@ -133,8 +135,12 @@ private Q_SLOTS:
         const auto repeated = [](const char *part) {
             return QString::fromUtf8(part).repeated(Length / qsizetype(qstrlen(part)));
         };
-        for (const char *part : {"a", ".", "(", ")", "[1]", "S01E01 ", "1x", "2019 ", "- 01 ", "x264 ",
-                                 "第1話", "German ", "e\u0301", "\U0001F600"})
+        for (const char *part :
+             {"a",     ".",      "(",     ")",     "[1]",       "S01E01 ",       "1x",
+              "2019 ", "- 01 ",  "x264 ", "第1話", "German ",   "e\u0301",       "\U0001F600",
+              "1",     "[",      "]",     "[[]",   "1x1x1x1x1", "\u0301",        "1.",
+              "1-",    "01.02.", "2019-", "s1",    "AKA ",      "the complete ", "Abcd1x02",
+              "to 1 "})
             QTest::newRow(part) << repeated(part);
         QTest::newRow("line breaks") << QStringLiteral("Harbour\nLights\r\n2019\0.mkv");
         QTest::newRow("half a surrogate pair") << QString(QChar(0xd83d)) + QStringLiteral(" Lights 2019");
@@ -144,11 +150,17 @@ private Q_SLOTS:
     void hostileNamesGiveAnAnswerInBoundedTime()
     {
         QFETCH(QString, name);
-        constexpr qint64 MaxMilliseconds = 1000; // a few are usual; quadratic time would be minutes
-        QElapsedTimer timer;
-        timer.start();
-        const VideoFileComponents said = parseVideoName(name);
-        QVERIFY(timer.elapsed() < MaxMilliseconds);
+        constexpr qint64 MaxMilliseconds = 64; // one for each KiB; a few are usual in a debug build
+        constexpr int Runs = 5;                // the best of them: others use the machine too
+        VideoFileComponents said;
+        qint64 best = MaxMilliseconds;
+        for (int run = 0; run < Runs && best >= MaxMilliseconds; ++run) {
+            QElapsedTimer timer;
+            timer.start();
+            said = parseVideoName(name);
+            best = std::min(best, timer.elapsed());
+        }
+        QVERIFY(best < MaxMilliseconds);
         QVERIFY(said.title.size() <= NameTokens::MaxCharacters);
         QVERIFY(said.searchString.size() <= NameTokens::MaxCharacters + 16);
         QVERIFY(!said.searchString.contains(QLatin1Char('\n')));
