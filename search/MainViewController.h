@@ -80,7 +80,6 @@ public:
     Q_INVOKABLE void textFieldActionWithTextField(QObject *sender);
     Q_INVOKABLE void controlTextDidEndEditing(QObject *sender);
     Q_INVOKABLE void download(QObject *sender);
-    Q_INVOKABLE void saveAs(QObject *sender);
     Q_INVOKABLE void focusSearchField(QObject *sender);
     Q_INVOKABLE void showInFolder(QObject *sender);
 

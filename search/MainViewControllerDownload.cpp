@@ -36,11 +36,6 @@ void MainViewController::download(QObject *)
         downloadSelectedSubtitle();
 }
 
-void MainViewController::saveAs(QObject *)
-{
-    saveSelectedSubtitleAs();
-}
-
 void MainViewController::downloadSelectedSubtitle()
 {
     startDownload(SaveChoice::AsRequested);

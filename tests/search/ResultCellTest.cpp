@@ -22,6 +22,7 @@ private Q_SLOTS:
     void thereIsNoCellWithoutResults();
     void thereIsNoCellWhereTheLayoutHasNone();
     void iconIsNamedByTheFormatInCapitals();
+    void iconIsShownInItsOneSize();
     void missingUnknownIconStopsTheProgram();
     void oddTextsAreShownAsTheyAre();
     void cellFromItsSceneHasAllItsParts();
@@ -59,6 +60,21 @@ void ResultCellTest::iconIsNamedByTheFormatInCapitals()
         answerWithFormat(format);
         TableCellView *cell = m_view->controller->tableViewViewForRow(0);
         QVERIFY(*cell->imageView()->image() == *Image::named(format.toUpper()));
+    }
+}
+
+void ResultCellTest::iconIsShownInItsOneSize()
+{
+    answerWithFormat(u"odd"_s);
+    const QString whole = Bundle::main().folder();
+    for (const QString &name : {u"ODD"_s, u"UNKNOWN"_s}) {
+        m_sandbox.writeFile(name + u"/icons/"_s + name + u".svg"_s,
+                            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"20\"/>");
+        Bundle::setMainFolder(m_sandbox.path(name));
+        const auto icon = m_view->controller->tableViewViewForRow(0)->imageView()->image();
+        Bundle::setMainFolder(whole);
+        QVERIFY(icon);
+        QCOMPARE(icon->size(), QSizeF(64, 64));
     }
 }
 

@@ -42,7 +42,11 @@ private Q_SLOTS:
     void reloadKeepsTheSelectedRow();
     void storedListDoesNotChangeTheRowsShown();
     void selectionOverAnEmptyListIsOnlyPrinted();
+    void selectionOverAnAbsentListIsPassedOver();
     void fillingThePanelWithoutASelectionIsOnlyPrinted();
+    void panelThatIsShownIsLeftAlone();
+    void panelThatIsHiddenIsLeftAlone();
+    void scrollingEndsWithTheTable();
     void hundredThousandRowsAreShown();
 
 private:
@@ -208,9 +212,11 @@ void ResultsTest::reloadKeepsTheSelectedRow()
 {
     m_view->showResults(3);
     select(1);
-    m_view->showResults(2);
+    m_view->controller->searchForText(u"another"_s, std::nullopt);
+    m_view->service->finishLast(answerWith(someSubtitles(3).mid(1)));
+    m_view->turn();
     QCOMPARE(m_view->table()->selectedRow(), 1);
-    QCOMPARE(label("detailFileLabel"), u"Film.2"_s);
+    QCOMPARE(label("detailFileLabel"), u"Film.3"_s); // what stands in that row now
     QCOMPARE(constraint()->constant(), 0.0);
 }
 
@@ -236,6 +242,51 @@ void ResultsTest::selectionOverAnEmptyListIsOnlyPrinted()
     select(1);
     QCOMPARE(m_sandbox.printedLines(), QStringList{u"This doesn't work"_s});
     QVERIFY(label("detailFileLabel") != u"Film.2"_s);
+}
+
+void ResultsTest::selectionOverAnAbsentListIsPassedOver()
+{
+    m_view->showResults(3);
+    m_view->controller->searchForText(u"a"_s, std::nullopt);
+    m_view->service->finishLast(QueryResult{}); // stored, not shown yet
+    m_sandbox.clearPrintedLines();
+    select(1);
+    QCOMPARE(m_sandbox.printedLines(), QStringList());
+    QVERIFY(label("detailFileLabel") != u"Film.2"_s);
+    m_view->controller->downloadSelectedSubtitle();
+    QCOMPARE(m_view->service->downloadCount(), 0);
+}
+
+void ResultsTest::panelThatIsShownIsLeftAlone()
+{
+    m_view->showResults(50);
+    select(0);
+    m_view->turn();
+    QScrollBar *bar = m_view->table()->verticalScrollBar();
+    scrollView()->setContentInsets({0, 80, 0, 100});
+    select(1);
+    bar->setValue(bar->maximum());
+    m_view->turn(); // nothing moved, so nothing scrolls
+    QCOMPARE(bar->value(), bar->maximum());
+    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 100));
+}
+
+void ResultsTest::panelThatIsHiddenIsLeftAlone()
+{
+    m_view->showResults(3);
+    scrollView()->setContentInsets({0, 80, 0, 100});
+    m_view->controller->updateUIState(true);
+    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 100));
+    QCOMPARE(constraint()->constant(), -168.0);
+}
+
+void ResultsTest::scrollingEndsWithTheTable()
+{
+    m_view->showResults(50);
+    select(30); // the panel is there, its row to be scrolled to on the next turn
+    delete m_view->table();
+    m_view->turn();
+    QCOMPARE(constraint()->constant(), 0.0);
 }
 
 void ResultsTest::fillingThePanelWithoutASelectionIsOnlyPrinted()

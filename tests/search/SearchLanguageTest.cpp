@@ -162,6 +162,8 @@ void SearchLanguageTest::resultsInEnglishForAnUnknownLanguageAreSaidToBe()
     const auto *notice = m_view->child<Label>("languageNotice");
     QVERIFY(notice->isVisible());
     QCOMPARE(notice->text(), u"The services do not know the language “qqq”; English was searched"_s);
+    m_view->controller->searchForText(u"another"_s, std::nullopt);
+    QVERIFY(!notice->isVisible()); // until the answer
     UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
     m_view->showResults(2);
     QVERIFY(!notice->isVisible());

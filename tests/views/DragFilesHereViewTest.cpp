@@ -4,11 +4,28 @@
 
 #include <QTest>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 const QString FileType = u"text/uri-list"_s;
+
+/// Counts how often it is drawn.
+class CountingView final : public DragFilesHereView
+{
+public:
+    using DragFilesHereView::DragFilesHereView;
+    int drawn = 0;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        ++drawn;
+        DragFilesHereView::paintEvent(event);
+    }
+};
 
 bool isOutlined(DragFilesHereView &view)
 {
@@ -44,6 +61,8 @@ private Q_SLOTS:
     void plainTextIsRefusedWithoutAnOutline();
     void refusedDragEndsAnOutline();
     void leavingPrintsTheSameWordAndClearsTheOutline();
+    void everyStepAsksForARedraw();
+    void changesAreToldOnce();
 
 private:
     Sandbox m_sandbox;
@@ -169,6 +188,37 @@ void DragFilesHereViewTest::leavingPrintsTheSameWordAndClearsTheOutline()
     QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, u"draggingEntered"_s}));
     QVERIFY(!view.isReceivingDrag);
     QVERIFY(!isOutlined(view));
+}
+
+void DragFilesHereViewTest::everyStepAsksForARedraw()
+{
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    CountingView view(QRect(0, 0, 100, 80));
+    view.show();
+    QTRY_VERIFY(view.drawn > 0);
+    const QList<std::function<void()>> steps{
+        [&] { view.draggingEntered(files.get()); }, [&] { view.draggingExited(); },
+        [&] { view.draggingEntered(plainText()); }, [&] { view.performDragOperation(files.get()); }};
+    for (const auto &step : steps) {
+        view.drawn = 0;
+        step();
+        QTRY_VERIFY(view.drawn > 0);
+    }
+}
+
+void DragFilesHereViewTest::changesAreToldOnce()
+{
+    DragFilesHereView view(QRect(0, 0, 100, 80));
+    QStringList told;
+    connect(&view, &DragFilesHereView::isReceivingDragChanged, this,
+            [&](bool receiving) { told += receiving ? u"over"_s : u"away"_s; });
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    view.draggingEntered(plainText());
+    view.draggingEntered(files.get());
+    view.draggingEntered(files.get());
+    view.draggingExited();
+    view.performDragOperation(files.get());
+    QCOMPARE(told, QStringList({u"over"_s, u"away"_s}));
 }
 
 QTEST_MAIN(DragFilesHereViewTest)

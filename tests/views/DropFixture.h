@@ -38,11 +38,15 @@ inline QMimeData *plainText()
 class Dragging final
 {
 public:
-    Dragging(QWidget &widget, const QMimeData &pasteboard) : m_widget(widget), m_pasteboard(pasteboard) {}
+    /// Shift asks for a move where that is possible.
+    Dragging(QWidget &widget, const QMimeData &pasteboard, Qt::KeyboardModifiers held = {})
+        : m_widget(widget), m_pasteboard(pasteboard), m_held(held)
+    {
+    }
 
     bool enter()
     {
-        QDragEnterEvent event({5, 5}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, {});
+        QDragEnterEvent event({5, 5}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
         action = event.dropAction();
@@ -50,9 +54,10 @@ public:
     }
     bool move()
     {
-        QDragMoveEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, {});
+        QDragMoveEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
+        action = event.dropAction();
         return event.isAccepted();
     }
     void leave()
@@ -62,9 +67,10 @@ public:
     }
     bool drop()
     {
-        QDropEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, {});
+        QDropEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
+        action = event.dropAction();
         return event.isAccepted();
     }
 
@@ -73,4 +79,5 @@ public:
 private:
     QWidget &m_widget;
     const QMimeData &m_pasteboard;
+    Qt::KeyboardModifiers m_held;
 };

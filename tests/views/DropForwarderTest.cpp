@@ -41,6 +41,7 @@ class DropForwarderTest : public QObject
 private Q_SLOTS:
     void dropOnTheListIsSearchedFor();
     void listIsOutlinedWhileADragIsOverIt();
+    void outlineLiesOverWhatCameLater();
     void refusedDragGivesNoOutline();
     void aPlainWidgetCanBeCoveredToo();
     void targetMayGoFirst();
@@ -70,6 +71,7 @@ void DropForwarderTest::listIsOutlinedWhileADragIsOverIt()
     const QColor outline = scene.list->palette().color(QPalette::Active, QPalette::Highlight);
     const auto files = pasteboardWith({u"file:///a.mkv"_s});
     Dragging dragging(*scene.list->viewport(), *files);
+    QVERIFY(scene.colorAt(0, 10) != outline);
     QVERIFY(dragging.enter());
     for (const QPoint &point :
          {QPoint(0, 150), QPoint(3, 150), QPoint(299, 150), QPoint(150, 80), QPoint(150, 239)})
@@ -81,6 +83,19 @@ void DropForwarderTest::listIsOutlinedWhileADragIsOverIt()
     QVERIFY(dragging.enter());
     QVERIFY(dragging.drop());
     QVERIFY(scene.colorAt(0, 150) != outline);
+}
+
+void DropForwarderTest::outlineLiesOverWhatCameLater()
+{
+    Scene scene;
+    QWidget cover(scene.list);
+    cover.setAutoFillBackground(true);
+    cover.setGeometry(0, 100, 300, 100);
+    cover.show();
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(*scene.list->viewport(), *files);
+    QVERIFY(dragging.enter());
+    QCOMPARE(scene.colorAt(0, 150), scene.list->palette().color(QPalette::Active, QPalette::Highlight));
 }
 
 void DropForwarderTest::refusedDragGivesNoOutline()

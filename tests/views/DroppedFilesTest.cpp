@@ -42,6 +42,7 @@ private Q_SLOTS:
     void unreadablePasteboardIsRefused_data();
     void unreadablePasteboardIsRefused();
     void dragsArriveAsEvents();
+    void dragIsACopyWhateverIsHeld();
     void refusedDragsAreRefusedAsEvents();
 
 private:
@@ -153,6 +154,19 @@ void DroppedFilesTest::dragsArriveAsEvents()
     QVERIFY(dragging.drop());
     QVERIFY(!scene.view->isReceivingDrag);
     QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+}
+
+void DroppedFilesTest::dragIsACopyWhateverIsHeld()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    Dragging dragging(*scene.view, *files, Qt::ShiftModifier);
+    QVERIFY(dragging.enter());
+    QCOMPARE(dragging.action, Qt::CopyAction);
+    QVERIFY(dragging.move());
+    QCOMPARE(dragging.action, Qt::CopyAction);
+    QVERIFY(dragging.drop());
+    QCOMPARE(dragging.action, Qt::CopyAction); // or the other program would take its file away
 }
 
 void DroppedFilesTest::refusedDragsAreRefusedAsEvents()
