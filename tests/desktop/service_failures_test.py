@@ -7,13 +7,14 @@ import re
 import signal
 import unittest
 import urllib.parse
-import zoneinfo
 
 from program_test import BUILD, REAL
 from service import NOWHERE, ServiceTest
 from waiting import wait_for
 
-ZONE = 'Asia/Tokyo'
+# Nine hours ahead, said in a way that needs no table of zones.
+ZONE = 'JST-9'
+LOCAL = datetime.timezone(datetime.timedelta(hours=9))
 RESET_SECONDS = 120
 
 
@@ -164,9 +165,9 @@ class DownloadFailureTest(ServiceTest):
     def test_the_limit_and_when_it_ends_in_local_time(self):
         self.serve('quota-used', 'quota-reset-soon')
         self.open_panel(environment={'TZ': ZONE})
-        began = datetime.datetime.now(zoneinfo.ZoneInfo(ZONE))
+        began = datetime.datetime.now(LOCAL)
         said = self.assert_said('ownload limit reached')
-        ended = datetime.datetime.now(zoneinfo.ZoneInfo(ZONE))
+        ended = datetime.datetime.now(LOCAL)
         told, = re.findall(r'New downloads from (\d\d:\d\d) \(in [123] min\)\.', said)
         reset = datetime.timedelta(seconds=RESET_SECONDS)
         self.assertIn(told, {(time + reset).strftime('%H:%M') for time in (began, ended)})

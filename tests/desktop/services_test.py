@@ -3,6 +3,7 @@ import os
 import time
 import unittest
 
+from names_test import CONTROLS
 from service import ServiceTest, is_private
 from waiting import wait_for
 
@@ -108,7 +109,7 @@ class PaneTest(ServiceTest):
         return self.tree.find('frame', 'Services')
 
     def type_into(self, pane, name, text):
-        field = pane.find(role_of_field(pane, name), name)
+        field = pane.find('text', name)
         self.click(field)
         self.wait_for_focus(field)
         self.screen.press('ctrl+a')
@@ -161,6 +162,8 @@ class PaneTest(ServiceTest):
         self.click(pane.find('push button', 'Test Connection'))
         self.wait_for_status(pane, 'accepts the key and the login. Downloads left today: 20 of 20.')
         self.wait_for_status(pane, 'The film database accepts its key.')
+        password = pane.find('text', 'Password').text
+        self.assertEqual(password, '', 'nobody reads it aloud')
 
     def test_a_wrong_login_is_tried_once(self):
         self.open(account=True, environment={'PLOVENDIX_SUBTITLE_PASSWORD': 'wrong'})
@@ -173,15 +176,19 @@ class PaneTest(ServiceTest):
         self.click(pane.find('push button', 'Test Connection'))
         wait_for(lambda: len(self.requests('/api/v1/login')) == 2, 'another login is tried')
 
+    def test_every_control_has_a_name(self):
+        self.open(key=False, films=False)
+        pane = self.open_pane()
+        nameless = [node.role for node in pane.descendants() if node.role in CONTROLS and not node.name.strip()]
+        self.assertEqual(nameless, [])
+        # On this platform a pop-up's name is its value; what it is for is said by its label.
+        self.assertEqual([node.labels for node in pane.find_all('combo box')],
+                         [['For the hard of hearing'], ['Foreign parts only'], ['Translated by machine']])
+
     def test_a_key_of_the_environment_cannot_be_changed(self):
         self.open()
         pane = self.open_pane()
         self.assertFalse(pane.find('text', 'API key').has('enabled'))
-
-
-def role_of_field(pane, name):
-    """A field for secrets has a role of its own."""
-    return next(node.role for node in pane.find_all(None, name) if 'text' in node.role)
 
 
 if __name__ == '__main__':
