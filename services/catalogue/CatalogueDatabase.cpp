@@ -2,6 +2,7 @@
 
 #include "CatalogueQueries.h"
 #include "CatalogueSchema.h"
+#include "StoredContent.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -46,10 +47,16 @@ void harden(SQLite::Database &database)
     database.exec("PRAGMA query_only = ON");
 }
 
-bool isThisVersion(SQLite::Database &database)
+int versionOf(SQLite::Database &database)
+{
+    return database.execAndGet("PRAGMA user_version").getInt();
+}
+
+bool isReadable(SQLite::Database &database)
 {
     return database.execAndGet("PRAGMA application_id").getInt() == CatalogueSchema::ApplicationId &&
-           database.execAndGet("PRAGMA user_version").getInt() == CatalogueSchema::Version;
+           versionOf(database) >= CatalogueSchema::OldestReadable &&
+           versionOf(database) <= CatalogueSchema::Version;
 }
 
 QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
@@ -57,6 +64,18 @@ QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
     const void *data = column.getBlob();
     const int length = column.getBytes();
     return data && length <= maxBytes ? QByteArray(static_cast<const char *>(data), length) : QByteArray();
+}
+
+/// The content of a subtitle from a file, which is kept apart.
+QByteArray packedContent(SQLite::Database &database, qint64 entry)
+{
+    if (versionOf(database) < 2)
+        return {};
+    SQLite::Statement statement(database, "SELECT packed FROM content WHERE subtitle_id = ?");
+    statement.bind(1, static_cast<int64_t>(entry));
+    if (!statement.executeStep())
+        return {};
+    return StoredContent::unpacked(blob(statement.getColumn(0), CatalogueDatabase::MaxSubtitleBytes));
 }
 } // namespace
 
@@ -81,7 +100,7 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
         auto database = std::make_unique<SQLite::Database>(QFile::encodeName(path).toStdString(),
                                                            SQLite::OPEN_READONLY, BusyTimeoutMilliseconds);
         harden(*database);
-        if (!isThisVersion(*database))
+        if (!isReadable(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);
         return CatalogueDatabase(std::move(database), path, errors);
     } catch (const SQLite::Exception &exception) {
@@ -140,9 +159,11 @@ Result<std::optional<CatalogueFile>> CatalogueDatabase::file(qint64 entry) const
         statement.bind(1, static_cast<int64_t>(entry));
         if (!statement.executeStep())
             return std::nullopt;
+        const bool isApart = statement.getColumn(2).getBytes() == 0;
         return CatalogueFile{QString::fromUtf8(statement.getColumn(0).getText()),
                              QString::fromUtf8(statement.getColumn(1).getText()),
-                             blob(statement.getColumn(2), MaxSubtitleBytes)};
+                             isApart ? packedContent(*m_database, entry)
+                                     : blob(statement.getColumn(2), MaxSubtitleBytes)};
     });
 }
 

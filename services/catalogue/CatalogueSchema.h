@@ -4,7 +4,9 @@
 namespace CatalogueSchema
 {
 inline constexpr int ApplicationId = 0x506c7664; // "Plvd"
-inline constexpr int Version = 1;
+inline constexpr int Version = 2;
+/// Files from here on can be read; a writer brings them up to date first.
+inline constexpr int OldestReadable = 1;
 
 /// A film is what subtitles are made for: a film, or one episode of a series. It has one main title and any
 /// number of others; titles are kept once and their words, folded by `searchWords`, are what a text search
@@ -48,5 +50,28 @@ CREATE TABLE video(
     size INTEGER NOT NULL,
     subtitle_id INTEGER NOT NULL,
     PRIMARY KEY(hash, size, subtitle_id)) WITHOUT ROWID;
+)";
+
+/// What a catalogue needs to grow, since version 2. A source is a file that was entered, with a stamp that
+/// changes when the file does; it is whole once all its members are in. An origin says which member of which
+/// source a subtitle came from, and a subtitle without one belongs to nobody's files. The contents of
+/// subtitles from files are kept apart and packed, so that the rows a search reads lie close together;
+/// their `subtitle.content` is empty.
+inline constexpr char GrowthStatements[] = R"(
+CREATE TABLE source(
+    id INTEGER PRIMARY KEY,
+    path TEXT NOT NULL UNIQUE,
+    stamp TEXT NOT NULL,
+    is_whole INTEGER NOT NULL DEFAULT 0);
+CREATE TABLE origin(
+    source_id INTEGER NOT NULL,
+    member INTEGER NOT NULL,
+    subtitle_id INTEGER NOT NULL,
+    PRIMARY KEY(source_id, member)) WITHOUT ROWID;
+CREATE INDEX origin_subtitle ON origin(subtitle_id);
+CREATE INDEX video_subtitle ON video(subtitle_id);
+CREATE TABLE content(
+    subtitle_id INTEGER PRIMARY KEY,
+    packed BLOB NOT NULL);
 )";
 } // namespace CatalogueSchema

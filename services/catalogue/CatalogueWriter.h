@@ -11,6 +11,7 @@ namespace SQLite
 class Database;
 class Transaction;
 } // namespace SQLite
+class CatalogueRows;
 
 /// A film to be entered: its titles (the main one first), facts and picture.
 struct FilmRecord
@@ -58,8 +59,8 @@ public:
 
 private:
     explicit CatalogueWriter(std::unique_ptr<SQLite::Database> database);
-    qint64 titleRow(const QString &name);
 
     std::unique_ptr<SQLite::Database> m_database;
+    std::unique_ptr<CatalogueRows> m_rows;
     std::unique_ptr<SQLite::Transaction> m_transaction; // after the database: it must end first
 };

@@ -1,0 +1,129 @@
+#include "ArchiveMembers.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+#include <archive.h>
+#include <archive_entry.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+using ArchiveMembers::End;
+
+constexpr std::size_t BlockBytes = 64 * 1024;
+
+struct ArchiveCloser
+{
+    void operator()(archive *reader) const { archive_read_free(reader); }
+};
+using Reader = std::unique_ptr<archive, ArchiveCloser>;
+
+Reader opened(const QString &path)
+{
+    Reader reader(archive_read_new());
+    archive_read_support_filter_gzip(reader.get());
+    archive_read_support_filter_bzip2(reader.get());
+    archive_read_support_filter_xz(reader.get());
+    archive_read_support_filter_zstd(reader.get());
+    archive_read_support_format_zip(reader.get());
+    archive_read_support_format_7zip(reader.get());
+    archive_read_support_format_rar(reader.get());
+    archive_read_support_format_rar5(reader.get());
+    archive_read_support_format_tar(reader.get());
+    if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), BlockBytes) !=
+        ARCHIVE_OK)
+        return {};
+    return reader;
+}
+
+QString pathOf(archive_entry *entry)
+{
+    const char *utf8 = archive_entry_pathname_utf8(entry);
+    const char *path = utf8 ? utf8 : archive_entry_pathname(entry);
+    return QString::fromUtf8(path ? path : "").replace(u'\\', u'/');
+}
+
+/// Reads the entry the reader stands at: its bytes, or nothing when it cannot be read; empty when it is
+/// larger than `limit`.
+std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
+{
+    QByteArray content;
+    QByteArray block(static_cast<qsizetype>(BlockBytes), Qt::Uninitialized);
+    while (true) {
+        const la_ssize_t count = archive_read_data(reader, block.data(), BlockBytes);
+        if (count == 0)
+            return content;
+        if (count < 0)
+            return std::nullopt;
+        content.append(block.constData(), count);
+        if (content.size() > limit)
+            return QByteArray();
+    }
+}
+
+/// What the members may still unpack to.
+class Allowance
+{
+public:
+    explicit Allowance(qint64 archiveBytes)
+        : m_bytes(std::max(archiveBytes * ArchiveMembers::MaxRatio, ArchiveMembers::AlwaysAllowedBytes))
+    {
+    }
+
+    bool covers(archive *reader, archive_entry *entry) const
+    {
+        // Passing over a member of a packed tar unpacks it as well.
+        const qint64 size = archive_entry_size_is_set(entry) ? archive_entry_size(entry) : 0;
+        return size <= m_bytes && archive_filter_bytes(reader, 0) <= m_bytes && m_used <= m_bytes;
+    }
+    void use(qint64 bytes) { m_used += bytes; }
+
+private:
+    qint64 m_bytes;
+    qint64 m_used = 0;
+};
+} // namespace
+
+bool ArchiveMembers::isArchiveName(const QString &name)
+{
+    static const QStringList endings{u".zip"_s, u".7z"_s,      u".rar"_s,    u".tar"_s, u".tar.gz"_s,
+                                     u".tgz"_s, u".tar.bz2"_s, u".tar.xz"_s, u".txz"_s, u".tar.zst"_s};
+    return std::any_of(endings.begin(), endings.end(), [&](const QString &ending) {
+        return name.size() > ending.size() && name.endsWith(ending, Qt::CaseInsensitive);
+    });
+}
+
+ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor &visitor)
+{
+    const QFileInfo info(archive);
+    const Reader reader = info.isFile() ? opened(archive) : Reader();
+    if (!reader)
+        return End::Damaged;
+    Allowance allowance(info.size());
+    archive_entry *entry = nullptr;
+    for (qint64 number = 0;; ++number) {
+        const int status = archive_read_next_header(reader.get(), &entry);
+        if (status == ARCHIVE_EOF)
+            return End::Whole;
+        if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
+            return End::Damaged;
+        if (!allowance.covers(reader.get(), entry))
+            return End::TooLarge;
+        const QString path = pathOf(entry);
+        if (archive_entry_filetype(entry) != AE_IFREG || !visitor.isWanted(number, path))
+            continue;
+        const std::optional<QByteArray> content = contentOf(reader.get(), MaxMemberBytes);
+        if (!content)
+            return End::Damaged;
+        allowance.use(content->isEmpty() ? MaxMemberBytes : content->size());
+        if (!visitor.take(number, path, *content))
+            return End::Stopped;
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+#include <QStringList>
+
+/// What the command line asked for.
+struct CatalogueOptions
+{
+    QString path;     // of the catalogue
+    QString language; // three letters; empty for none
+    qint64 limit = 0; // 0 for all
+    bool isQuiet = false;
+    bool checks = false;
+};
+
+/// The commands of plovendix-catalogue. Each prints its answer on standard output, what went wrong on
+/// standard error, and gives the exit status.
+namespace CatalogueCommands
+{
+inline constexpr int Success = 0;
+inline constexpr int Failure = 1;
+inline constexpr int Misuse = 2;
+inline constexpr int Interrupted = 130;
+
+int add(const CatalogueOptions &options, const QStringList &paths);
+int remove(const CatalogueOptions &options, const QStringList &paths);
+int list(const CatalogueOptions &options);
+int search(const CatalogueOptions &options, const QString &text);
+int stats(const CatalogueOptions &options);
+int vacuum(const CatalogueOptions &options);
+} // namespace CatalogueCommands

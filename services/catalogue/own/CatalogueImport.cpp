@@ -1,0 +1,229 @@
+#include "CatalogueImport.h"
+
+#include "ArchiveMembers.h"
+
+#include <services/subtitlefile/SubtitleFile.h>
+#include <services/video/MovieHash.h>
+
+#include <QDateTime>
+#include <QDirIterator>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qsizetype BatchItems = 256;
+constexpr qint64 BatchMilliseconds = 1000; // what a kill may cost
+constexpr qsizetype MaxProblems = 20;
+
+QString stampOf(const QFileInfo &file)
+{
+    return u"%1:%2"_s.arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
+}
+
+QString reasonOf(SubtitleFile::Failure failure)
+{
+    switch (failure) {
+    case SubtitleFile::Failure::TooLarge:
+        return u"is too large for a subtitle"_s;
+    case SubtitleFile::Failure::Damaged:
+    case SubtitleFile::Failure::UnknownArchive:
+        return u"cannot be unpacked"_s;
+    case SubtitleFile::Failure::None:
+    case SubtitleFile::Failure::Empty:
+    case SubtitleFile::Failure::NoSubtitle:
+        break;
+    }
+    return u"is no subtitle"_s;
+}
+
+/// The path a subtitle is named by: a member whose own name says nothing is named by its archive.
+QString namePath(const QString &archive, const QString &member)
+{
+    const QString folder = QFileInfo(archive).completeBaseName();
+    return folder + u'/' + member;
+}
+} // namespace
+
+CatalogueImport::CatalogueImport(OwnCatalogue &catalogue, const QString &language, const GoOn &goOn)
+    : m_catalogue(catalogue), m_language(language), m_goOn(goOn)
+{
+    m_sinceFlush.start();
+}
+
+Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
+{
+    const QFileInfo info(path);
+    const QString absolute = info.absoluteFilePath();
+    if (!info.exists()) {
+        refuse(absolute, u"is not there"_s);
+        return End::Done;
+    }
+    if (!info.isDir() && !ArchiveMembers::isArchiveName(absolute) && !isSubtitleFileName(info.fileName())) {
+        refuse(absolute, u"is neither a subtitle nor an archive"_s);
+        return End::Done;
+    }
+    const Result<End> end =
+        info.isDir() ? addFolder(QDir::cleanPath(absolute)) : addFile(QDir::cleanPath(absolute));
+    if (!end)
+        return end;
+    if (const Result<void> flushed = flush(); !flushed)
+        return flushed.error();
+    m_catalogue.settle();
+    return end;
+}
+
+Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
+{
+    QDirIterator files(path, QDir::Files | QDir::Readable, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString file = files.next();
+        if (!isSubtitleFileName(files.fileName()) && !ArchiveMembers::isArchiveName(file))
+            continue;
+        if (const Result<End> end = addFile(file); !end || *end == End::Stopped)
+            return end;
+    }
+    return End::Done;
+}
+
+Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
+{
+    ++m_counts.files;
+    if (ArchiveMembers::isArchiveName(path))
+        return addArchive(path);
+    const QFileInfo info(path);
+    const SubtitleName name = subtitleName(path);
+    const std::optional<QFileInfo> video = m_videos.videoFor(info.path(), name.videoNames);
+    SourceStep step{path, stampOf(info), {}, true};
+    // A video that comes or changes, and another language for files that name none, make it another state.
+    if (video)
+        step.stamp += u'|' + video->fileName() + u':' + stampOf(*video);
+    if (name.language.isEmpty() && !m_language.isEmpty())
+        step.stamp += u'|' + m_language;
+    const Result<bool> known = isKnown(path, step.stamp);
+    if (!known)
+        return known.error();
+    if (*known)
+        return carryOn();
+
+    QFile file(path);
+    if (!info.isFile() || info.size() > ArchiveMembers::MaxMemberBytes) {
+        refuse(path, reasonOf(SubtitleFile::Failure::TooLarge));
+    } else if (!file.open(QIODevice::ReadOnly)) {
+        refuse(path, file.errorString());
+        return carryOn(); // it may be readable the next time
+    } else {
+        read(path, path, 0, file.readAll(), video, step);
+    }
+    return keep(step);
+}
+
+Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
+{
+    const QString stamp = stampOf(QFileInfo(path)) + u'|' + m_language;
+    const Result<bool> known = isKnown(path, stamp);
+    if (!known)
+        return known.error();
+    if (*known)
+        return carryOn();
+    Result<End> outcome = End::Done;
+    const auto isWanted = [&](qint64 number, const QString &member) {
+        const QString name = member.section(u'/', -1);
+        if (!isSubtitleFileName(name) && !name.endsWith(".zip"_L1, Qt::CaseInsensitive))
+            return false;
+        const Result<bool> has = m_catalogue.hasMember(path, number);
+        m_counts.known += has && *has ? 1 : 0;
+        return !has || !*has;
+    };
+    const auto take = [&](qint64 number, const QString &member, const QByteArray &content) {
+        SourceStep step{path, stamp, {}, false};
+        read(path + u": "_s + member, namePath(path, member), number, content, std::nullopt, step);
+        outcome = keep(step);
+        return outcome && *outcome == End::Done;
+    };
+    const ArchiveMembers::End end = ArchiveMembers::visit(path, {isWanted, take});
+    if (!outcome || end == ArchiveMembers::End::Stopped)
+        return outcome;
+    if (end == ArchiveMembers::End::Damaged)
+        refuse(path, u"is damaged or not an archive that can be read"_s);
+    if (end == ArchiveMembers::End::TooLarge)
+        refuse(path, u"unpacks to more than an archive of its size should"_s);
+    return keep({path, stamp, {}, true});
+}
+
+Result<bool> CatalogueImport::isKnown(const QString &path, const QString &stamp)
+{
+    const Result<OwnCatalogue::SourceState> state = m_catalogue.stateOf(path, stamp);
+    if (!state)
+        return state.error();
+    const bool isWhole = *state == OwnCatalogue::SourceState::Whole;
+    m_counts.known += isWhole ? 1 : 0;
+    return isWhole;
+}
+
+void CatalogueImport::read(const QString &source, const QString &path, qint64 member, const QByteArray &bytes,
+                           const std::optional<QFileInfo> &video, SourceStep &step)
+{
+    const SubtitleName name = subtitleName(path);
+    const QString language = name.language.isEmpty() ? m_language : name.language;
+    const SubtitleFile file = SubtitleFile::read(bytes, language);
+    if (file.failure != SubtitleFile::Failure::None)
+        return refuse(source, reasonOf(file.failure));
+    ReadSubtitle subtitle;
+    subtitle.member = member;
+    subtitle.film = filmOfRelease(name.release);
+    subtitle.record.release = name.release;
+    subtitle.record.language = language.isEmpty() ? u"und"_s : language;
+    subtitle.record.format = file.extension;
+    subtitle.record.hearingImpaired = name.hearingImpaired;
+    subtitle.record.foreignPartsOnly = name.foreignPartsOnly;
+    subtitle.content = StoredContent::packed(file.original);
+    if (video) {
+        if (const auto hash = movieHash(QUrl::fromLocalFile(video->absoluteFilePath()))) {
+            subtitle.record.videoHash = hash->hash;
+            subtitle.record.videoSize = hash->size;
+        }
+    }
+    m_counts.unlabelled += language.isEmpty() ? 1 : 0;
+    step.subtitles += subtitle;
+}
+
+Result<CatalogueImport::End> CatalogueImport::keep(SourceStep step)
+{
+    m_batchItems += std::max<qsizetype>(1, step.subtitles.size());
+    m_batch += std::move(step);
+    if (m_batchItems >= BatchItems || m_sinceFlush.hasExpired(BatchMilliseconds)) {
+        if (const Result<void> flushed = flush(); !flushed)
+            return flushed.error();
+    }
+    return carryOn();
+}
+
+Result<void> CatalogueImport::flush()
+{
+    if (m_batch.isEmpty())
+        return {};
+    const Result<OwnCatalogue::Entered> entered = m_catalogue.enter(m_batch);
+    if (!entered)
+        return entered.error();
+    m_counts.added += entered->added;
+    m_counts.known += entered->duplicates;
+    m_batch.clear();
+    m_batchItems = 0;
+    m_sinceFlush.restart();
+    return {};
+}
+
+/// What was read is entered also when the person stops: it need not be read again.
+Result<CatalogueImport::End> CatalogueImport::carryOn()
+{
+    return m_goOn(m_counts) ? End::Done : End::Stopped;
+}
+
+void CatalogueImport::refuse(const QString &path, const QString &why)
+{
+    ++m_counts.refused;
+    if (m_counts.problems.size() < MaxProblems)
+        m_counts.problems += path + u' ' + why;
+}

@@ -1,0 +1,154 @@
+#include "CatalogueStore.h"
+
+#include <services/catalogue/CatalogueSchema.h>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+using Database = std::unique_ptr<SQLite::Database>;
+
+std::string nameOf(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
+QString draftOf(const QString &path)
+{
+    return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
+}
+
+void setVersion(SQLite::Database &database)
+{
+    database.exec("PRAGMA application_id = " + std::to_string(CatalogueSchema::ApplicationId));
+    database.exec("PRAGMA user_version = " + std::to_string(CatalogueSchema::Version));
+}
+
+int pragma(SQLite::Database &database, const char *text)
+{
+    return database.execAndGet(text).getInt();
+}
+
+/// The file comes into being whole, so that no reader meets half of one; of two processes one comes first.
+void make(const QString &path)
+{
+    const QString draft = draftOf(path);
+    QFile::remove(draft);
+    {
+        SQLite::Database database(nameOf(draft), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        database.exec("PRAGMA journal_mode = WAL");
+        SQLite::Transaction transaction(database);
+        database.exec(CatalogueSchema::Statements);
+        database.exec(CatalogueSchema::GrowthStatements);
+        setVersion(database);
+        transaction.commit();
+    }
+    std::error_code failure; // another process was first, or the open that follows says what is wrong
+    std::filesystem::create_hard_link(nameOf(draft), nameOf(path), failure);
+    if (failure && !QFileInfo::exists(path))
+        QFile::rename(draft, path); // a file system without links
+    QFile::remove(draft);
+}
+
+Database opened(const QString &path)
+{
+    auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE,
+                                                       CatalogueStore::BusyTimeoutMilliseconds);
+    return database;
+}
+
+/// A commit is on the disk before the next begins; the log does not stay large after a large import.
+void prepare(SQLite::Database &database)
+{
+    database.exec("PRAGMA journal_mode = WAL");
+    database.exec("PRAGMA synchronous = FULL");
+    database.exec("PRAGMA journal_size_limit = 67108864");
+    database.exec("PRAGMA cache_size = -65536");
+}
+
+void keepCopy(SQLite::Database &database, const QString &path, int version)
+{
+    const QString copy = u"%1.version-%2"_s.arg(path).arg(version);
+    if (QFileInfo::exists(copy))
+        return;
+    const QString draft = draftOf(copy);
+    QFile::remove(draft);
+    SQLite::Statement statement(database, "VACUUM INTO ?");
+    statement.bind(1, nameOf(draft));
+    statement.exec();
+    QFile::rename(draft, copy);
+}
+
+void bringUpToDate(SQLite::Database &database)
+{
+    database.exec("BEGIN IMMEDIATE");
+    try {
+        if (pragma(database, "PRAGMA user_version") < CatalogueSchema::Version) { // nobody else was quicker
+            database.exec(CatalogueSchema::GrowthStatements);
+            setVersion(database);
+        }
+        database.exec("COMMIT");
+    } catch (const SQLite::Exception &) {
+        database.exec("ROLLBACK");
+        throw;
+    }
+}
+} // namespace
+
+Error CatalogueStore::error(const QString &path, const QString &what)
+{
+    return Error{u"Catalogue"_s, 0, u"%1: %2"_s.arg(path, what)};
+}
+
+Result<QStringList> CatalogueStore::faults(SQLite::Database &database)
+{
+    try {
+        QStringList found;
+        SQLite::Statement check(database, "PRAGMA integrity_check(20)");
+        while (check.executeStep()) {
+            if (const QString line = QString::fromUtf8(check.getColumn(0).getText()); line != "ok"_L1)
+                found += line;
+        }
+        database.exec("INSERT INTO title_words(title_words) VALUES('integrity-check')");
+        return found;
+    } catch (const SQLite::Exception &exception) {
+        return QStringList{QString::fromUtf8(exception.what())};
+    }
+}
+
+Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path)
+{
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+        return error(path, u"is not a file"_s);
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+        return error(path, u"its folder cannot be made"_s);
+    try {
+        if (!QFileInfo::exists(path))
+            make(path);
+        Database database = opened(path);
+        if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
+            return error(path, u"is not a subtitle catalogue"_s);
+        const int version = pragma(*database, "PRAGMA user_version");
+        if (version < CatalogueSchema::OldestReadable || version > CatalogueSchema::Version)
+            return error(path, u"was made by another version of Plovendix"_s);
+        prepare(*database);
+        if (version < CatalogueSchema::Version) {
+            if (const Result<QStringList> found = faults(*database); !found->isEmpty())
+                return error(path, u"is damaged: "_s + found->first());
+            keepCopy(*database, path, version);
+            bringUpToDate(*database);
+        }
+        return database;
+    } catch (const SQLite::Exception &exception) {
+        return error(path, QString::fromUtf8(exception.what()));
+    }
+}

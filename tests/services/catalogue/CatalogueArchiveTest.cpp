@@ -1,0 +1,118 @@
+#include "ImportFixture.h"
+
+#include <services/catalogue/own/ArchiveMembers.h>
+
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Subtitles inside archives, honest and hostile ones.
+class CatalogueArchiveTest : public QObject
+{
+    Q_OBJECT
+
+    Sandbox m_sandbox;
+    std::unique_ptr<ImportFixture> m_fixture;
+
+    ImportFixture::Members manyMembers(int count) const
+    {
+        ImportFixture::Members members;
+        for (int i = 1; i <= count; ++i)
+            members += {u"Harbour.Lights.S01E%1.en.srt"_s.arg(i), ImportFixture::cue(QString::number(i))};
+        return members;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_fixture = std::make_unique<ImportFixture>(
+            m_sandbox, QString::fromLatin1(QTest::currentTestFunction()) +
+                           QString::fromLatin1(QTest::currentDataTag()).remove(u'.'));
+    }
+
+    void membersAreEntered_data()
+    {
+        QTest::addColumn<QString>("extension");
+        for (const char *extension : {".zip", ".7z", ".tar", ".tar.gz", ".tar.xz"})
+            QTest::newRow(extension) << QString::fromLatin1(extension);
+    }
+
+    void membersAreEntered()
+    {
+        QFETCH(QString, extension);
+        m_fixture->writeArchive(u"Night.Ferry.2020"_s + extension,
+                                {{u"readme.md"_s, "x"},
+                                 {u"Subs/2_German.srt"_s, ImportFixture::cue(u"a"_s)},
+                                 {u"../../Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"b"_s)}});
+        QCOMPARE(m_fixture->add().added, 2);
+        QCOMPARE(m_fixture->search(u"night ferry"_s).size(), 1);
+        QVERIFY(m_fixture->search(u"night ferry"_s).first().startsWith(u"Night.Ferry.2020"_s));
+        QVERIFY(m_fixture->search(u"night ferry"_s).first().endsWith(u"|ger"_s));
+        QCOMPARE(m_fixture->search(u"harbour"_s), QStringList(u"Harbour.Lights.2019|eng"_s));
+        QVERIFY(!QFile::exists(m_fixture->folder() + u"/../../Harbour.Lights.2019.en.srt"_s));
+        QCOMPARE(m_fixture->add().known, 1);
+    }
+
+    void stoppedInTheMiddleItGoesOnAtTheNextMember()
+    {
+        m_fixture->writeArchive(u"all.zip"_s, manyMembers(20));
+        {
+            Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_fixture->path());
+            QVERIFY(catalogue);
+            int asked = 0;
+            CatalogueImport import(catalogue.value(), {}, [&](const ImportCounts &) { return ++asked < 5; });
+            const Result<CatalogueImport::End> end = import.add(m_fixture->folder());
+            QVERIFY(end && *end == CatalogueImport::End::Stopped);
+        }
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 5);
+        const ImportCounts rest = m_fixture->add();
+        QCOMPARE(rest.added, 15);
+        QCOMPARE(rest.known, 5);
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 20);
+        QCOMPARE(m_fixture->add().added, 0);
+    }
+
+    void archiveThatUnpacksToTooMuchIsLeft()
+    {
+        ImportFixture::Members members = manyMembers(1);
+        members += {u"Zeros.2019.srt"_s, QByteArray(200 * 1024 * 1024, '\0')};
+        members += {u"Behind.2019.srt"_s, ImportFixture::cue(u"a"_s)};
+        m_fixture->writeArchive(u"bomb.tar.gz"_s, members);
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.added, 1);
+        QCOMPARE(counts.refused, 1);
+        QVERIFY(counts.problems.first().contains(u"bomb.tar.gz unpacks to more"_s));
+        QCOMPARE(m_fixture->search(u"behind"_s), QStringList());
+    }
+
+    void memberThatIsTooLargeIsRefusedAlone()
+    {
+        m_fixture->writeArchive(u"mixed.zip"_s, {{u"Large.2019.srt"_s, QByteArray(9 * 1024 * 1024, 'x')},
+                                                 {u"Small.2019.srt"_s, ImportFixture::cue(u"a"_s)}});
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.refused, 1);
+        QCOMPARE(m_fixture->search(u"small"_s), QStringList(u"Small.2019|und"_s));
+    }
+
+    void damagedArchiveGivesWhatIsReadableAndIsNamed()
+    {
+        const QString path = m_fixture->writeArchive(u"cut.tar.gz"_s, manyMembers(200));
+        QFile file(path);
+        QVERIFY(file.resize(file.size() / 2));
+        const ImportCounts counts = m_fixture->add();
+        QVERIFY(counts.added > 0 && counts.added < 200);
+        QCOMPARE(counts.refused, 1);
+        QVERIFY(counts.problems.first().contains(u"cut.tar.gz is damaged"_s));
+    }
+
+    void textNamedLikeAnArchiveIsRefused()
+    {
+        m_fixture->write(u"not.zip"_s, "just text, and no more than that");
+        QCOMPARE(m_fixture->add().refused, 1);
+        QVERIFY(m_fixture->faults().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(CatalogueArchiveTest)
+#include "CatalogueArchiveTest.moc"

@@ -1,0 +1,35 @@
+#pragma once
+#include <services/catalogue/CatalogueDatabase.h>
+#include <services/catalogue/own/CatalogueImport.h>
+#include <support/Sandbox.h>
+
+/// A catalogue in a sandbox and the files that are entered into it.
+class ImportFixture final
+{
+public:
+    using Members = QList<std::pair<QString, QByteArray>>;
+
+    explicit ImportFixture(const Sandbox &sandbox, const QString &name);
+
+    QString path() const { return m_path; }
+    QString folder() const { return m_folder; }
+
+    /// A whole subtitle whose one line says `line`.
+    static QByteArray cue(const QString &line);
+    QString write(const QString &relative, const QByteArray &content) const;
+    /// An archive of a kind that libarchive knows by its extension (".zip", ".tar.gz" …).
+    QString writeArchive(const QString &relative, const Members &members) const;
+
+    /// Opens the catalogue, adds the path (the whole folder when none is given) and gives what happened.
+    ImportCounts add(const QString &path = {}, const QString &language = {}) const;
+
+    /// "release|language" of what the catalogue finds, in its order.
+    QStringList search(const QString &text, const QString &language = {}) const;
+    QList<CatalogueEntry> entries(const QString &text) const;
+    QByteArray contentOf(qint64 entry) const;
+    QStringList faults() const;
+
+private:
+    QString m_folder;
+    QString m_path;
+};
