@@ -29,6 +29,14 @@ private Q_SLOTS:
         QFETCH(QString, value);
         QCOMPARE(Bundle::main().objectForInfoDictionaryKey(key), QVariant(value));
     }
+
+    void updatesAreTakenFromOneKey()
+    {
+        constexpr qsizetype KeyBytes = 32; // of Ed25519
+        const QString key = Bundle::main().objectForInfoDictionaryKey(u"SUPublicEDKey"_s).toString();
+        QCOMPARE(QByteArray::fromBase64(key.toLatin1(), QByteArray::AbortOnBase64DecodingErrors).size(),
+                 KeyBytes);
+    }
 };
 
 QTEST_GUILESS_MAIN(InformationDictionaryTest)
