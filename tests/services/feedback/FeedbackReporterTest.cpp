@@ -143,8 +143,11 @@ private Q_SLOTS:
         qCInfo(ours, "the first");
         m_reporter->reportFeedback();
         qCInfo(ours, "not shown any more");
-        send(u"Hello"_s, true);
+        send(u"Hello"_s);
         waitForEnd(u"sent"_s);
+        QCOMPARE(received().keys(), (QStringList{u"parameters"_s, u"text"_s}));
+        send(u"Hello"_s, true);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->states.count(u"sent"_s), 2, Patience);
         QCOMPARE(received()[u"log"_s].toArray(), QJsonArray::fromStringList(m_window->form.log));
         QCOMPARE(m_window->form.log, QStringList{u"info plovendix.test: the first"_s});
     }
