@@ -55,18 +55,38 @@ bool episodeLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
+/// "Lamps Episode 4 A New Lamp 1977": the year behind an episode of a film's series.
+bool isFilmEpisode(const NameTokens &name, qsizetype i, const NameFacts &facts)
+{
+    const bool isPlain = name[i].word == "episode"_L1 && name[i + 1].word.size() == 1;
+    return isPlain && facts.year && !facts.season && facts.dateEnd == 0 && i + 2 < facts.titleEnd;
+}
+
 bool episodeWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (!isEpisodeWord(name[i].word) || i + 1 >= name.count() || name.isDividedBefore(i + 1))
+    if (!isEpisodeWord(name[i].word) || i + 1 >= name.count())
+        return false;
+    const QStringView gap = name.gapBefore(i + 1);
+    const bool isBracketed = gap == QStringView(u"[") || gap == QStringView(u"("); // "Ep[03]"
+    const bool isBehindNumber = i > 0 && wholeNumber(name[i - 1].word, 4);         // "12 Ep (01.02.2020)"
+    if (name.isDividedBefore(i + 1) && (!isBracketed || isBehindNumber))
         return false;
     // "Episode 50 (2011)" is a film.
     if (i == facts.titleBegin && facts.year)
         return false;
     const std::optional<int> episode = versionedNumber(name[i + 1].word);
-    if (!episode)
+    if (!episode || isFilmEpisode(name, i, facts))
         return false;
     facts.enter(i, i + 2, std::nullopt, episode);
     return true;
+}
+
+/// The first word of the range that ends at `i`, as "1" of "1-12 серии"; `i` itself when there is none.
+qsizetype rangeBegin(const NameTokens &name, qsizetype i, const NameFacts &facts)
+{
+    const bool isRange = i - 1 > facts.titleBegin && name.gapBefore(i) == QStringView(u"-") &&
+                         wholeNumber(name[i - 1].word, 4);
+    return isRange ? i - 1 : i;
 }
 
 /// "69. Blm", "24 серия".
@@ -74,10 +94,11 @@ bool episodeWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     if (i == facts.titleBegin || i + 1 >= name.count() || !isEpisodeWord(name[i + 1].word))
         return false;
-    const std::optional<int> episode = wholeNumber(name[i].word, 4);
-    if (!episode || name[i + 1].word.size() < 3)
+    const qsizetype first = rangeBegin(name, i, facts);
+    const std::optional<int> episode = wholeNumber(name[first].word, 4);
+    if (!wholeNumber(name[i].word, 4) || name[i + 1].word.size() < 3)
         return false;
-    facts.enter(i, i + 2, std::nullopt, episode);
+    facts.enter(first, i + 2, std::nullopt, episode);
     return true;
 }
 
@@ -119,7 +140,11 @@ bool episodeOfMany(const NameTokens &name, qsizetype i, NameFacts &facts)
                           wholeNumber(name[i + 2].word, 3);
     if (!isJoined && !isSpread)
         return false;
-    facts.enter(i, isJoined ? i + 1 : i + 3, std::nullopt, episode);
+    qsizetype first = rangeBegin(name, i, facts);
+    const std::optional<int> inRange = first < i ? wholeNumber(name[first].word, 3) : episode;
+    if (first - 1 > facts.titleBegin && name[first - 1].word == "part"_L1)
+        --first;
+    facts.enter(first, isJoined ? i + 1 : i + 3, std::nullopt, inRange);
     return true;
 }
 

@@ -163,7 +163,10 @@ bool isLeadInBracket(const NameTokens &name, qsizetype begin, qsizetype end)
     const bool isRunningNumber = end == begin + 1 && wholeNumber(name[begin].word, 2);
     const bool isAboutFile = name[begin].kind.strength != WordStrength::None && isTechnical(name, begin, end);
     const bool isFileAllThatFollows = name[end].kind.strength == WordStrength::Strong;
-    return (name.isSquare(begin) || isRunningNumber || isAboutFile) && !isFileAllThatFollows;
+    // "(Group) Title", but neither "(500) Lights" nor "(Un)lit".
+    const bool isGroup = hasLatinLetter(name, begin, end) && name.gapBefore(end).endsWith(u' ') &&
+                         name.gapBefore(end).size() == 2 && name[end].bracket == 0;
+    return (name.isSquare(begin) || isRunningNumber || isAboutFile || isGroup) && !isFileAllThatFollows;
 }
 } // namespace
 

@@ -48,13 +48,22 @@ constexpr Row Rows[] = {
      "portuguese por ptbr brazilian japanese jpn jap korean kor chinese chi russian rus polish pol "
      "plsub dutch nld flemish swedish swe swesub norwegian norsk danish dan finnish fin hebrew heb "
      "arabic ara turkish tur greek hungarian hun czech cze ukrainian ukr hindi hin tamil telugu tel "
-     "urdu catalan nordic multi multisubs multisub msubs esub esubs vf vo sub subs subbed fr pl dksubs "
+     "urdu catalan nordic multi multisubs multisub msubs esub esubs vf malayalam kannada bengali marathi "
+     "punjabi gujarati "
+     "vietnamese thai indonesian romanian croatian serbian bulgarian slovak estonian persian icelandic "
+     "lektor vo sub subs subbed fr pl dksubs "
      "subtitles subtitled vose"},
     {WordKind::Remark, WordStrength::Strong, "repack rerip mkv mp4 avi readnfo dirfix nfofix fastsub"},
     {WordKind::Remark, WordStrength::Weak,
      "proper real internal limited festival stv complete retail ws fs hc hardcoded convert upscaled "
      "digital extras read nfo dubbed doku docu sample"},
 };
+
+bool isDigits(QStringView text)
+{
+    return !text.isEmpty() &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
 
 /// "5AF6F1E4": a checksum in the name. Eight digits alone are rather a date.
 bool isChecksum(const QString &word)
@@ -71,12 +80,6 @@ bool isVersion(const QString &word)
     return word.size() == 2 && word[0] == u'v' && word[1] >= u'0' && word[1] <= u'9';
 }
 
-bool isDigits(QStringView text)
-{
-    return !text.isEmpty() &&
-           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
-}
-
 /// "1036p", "1080i", "48fps": a number of lines or frames.
 bool isPictureMeasure(const QString &word)
 {
@@ -88,6 +91,13 @@ bool isPictureMeasure(const QString &word)
         digits >= 3 && digits <= 4 && (unit == QStringView(u"p") || unit == QStringView(u"i"));
     const bool countsFrames = digits >= 2 && digits <= 3 && unit == QStringView(u"fps");
     return countsLines || countsFrames;
+}
+
+/// "tt1234567": a film's number.
+bool isFilmNumber(const QString &word)
+{
+    return word.size() >= 9 && word.size() <= 10 && word.startsWith(u"tt") &&
+           isDigits(QStringView(word).mid(2));
 }
 
 /// "CD1", "DVD2", "disc1": one of several files or discs.
@@ -130,7 +140,7 @@ WordClass classOfWord(const QString &word)
 {
     if (isFrameSize(word) || isPictureMeasure(word))
         return {WordKind::Resolution, WordStrength::Strong};
-    if (isChecksum(word) || isVersion(word) || isDisc(word))
+    if (isChecksum(word) || isVersion(word) || isDisc(word) || isFilmNumber(word))
         return {WordKind::Remark, WordStrength::Strong};
     return table().value(word);
 }

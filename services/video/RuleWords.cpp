@@ -95,6 +95,14 @@ bool isRangeWord(const QString &word)
     return known.contains(word);
 }
 
+bool isMonthName(const QString &word)
+{
+    static const QSet<QString> known = words(
+        u"jan feb mar apr may jun jul aug sep oct nov dec january february march april june july august "
+        "september october november december");
+    return known.contains(word);
+}
+
 bool isYear(const QString &word)
 {
     const int number = word.size() == 4 ? wholeNumber(word, 4).value_or(0) : 0;

@@ -19,5 +19,7 @@ std::optional<int> countedNumber(const QString &word);
 std::optional<int> countedSeason(const QString &word);
 /// A number in digits, as a word from "one" to "twelve" or as a Roman numeral up to twelve.
 std::optional<int> writtenNumber(const QString &word);
+/// A month's English name or its first three letters.
+bool isMonthName(const QString &word);
 /// A year in which films were made.
 bool isYear(const QString &word);

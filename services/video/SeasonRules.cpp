@@ -75,7 +75,9 @@ bool crossedNumbers(const NameTokens &name, qsizetype i, NameFacts &facts)
     if (isShort && (isFraction || i == facts.titleBegin))
         return false;
     const bool isWholeSeason = reader.take("all"_L1);
-    const bool isRange = reader.take("x"_L1) && reader.number(1, 3);
+    // "2x05x06", "2x05a"
+    const bool isRange =
+        (reader.take("x"_L1) && reader.number(1, 3)) || reader.take("a"_L1) || reader.take("b"_L1);
     if ((!episode && !isWholeSeason) || !(reader.atEnd() || isRange))
         return false;
     facts.enter(i, i + 1, season, episode);

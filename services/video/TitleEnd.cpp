@@ -13,7 +13,8 @@ bool isInRange(const std::optional<int> &number, int low, int high)
     return number && *number >= low && *number <= high;
 }
 
-/// The first word of the date "2019.04.19" or "19-04-2019" that has its year at `i`; -1 when there is none.
+/// The first word of the date "2019.04.19", "19-04-2019", "19 April 2019" or "April 19, 2019" that has its
+/// year at `i`; -1 when there is none.
 qsizetype dateAround(const NameTokens &name, qsizetype i)
 {
     const auto number = [&](qsizetype at) {
@@ -24,7 +25,12 @@ qsizetype dateAround(const NameTokens &name, qsizetype i)
         return i;
     if (isInRange(number(i - 1), 1, 12) && isInRange(number(i - 2), 1, 31))
         return i - 2;
-    return -1;
+    const auto isMonth = [&](qsizetype at) {
+        return at >= 0 && at < name.count() && isMonthName(name[at].word);
+    };
+    const bool hasMonth = (isMonth(i - 1) && isInRange(number(i - 2), 1, 31)) ||
+                          (isMonth(i - 2) && isInRange(number(i - 1), 1, 31));
+    return hasMonth ? i - 2 : -1;
 }
 
 /// "15.12.22": a date without its century, in one of the usual orders.
@@ -136,9 +142,12 @@ void endBeforeBrackets(const NameTokens &name, NameFacts &facts)
 /// the title.
 void dropRemarks(const NameTokens &name, NameFacts &facts)
 {
+    // Remarks are written in capitals; "The Harbour Festival 2011" is a title.
     const auto isRemark = [&](qsizetype i) {
         const WordKind kind = name[i].kind.kind;
-        return kind == WordKind::Edition || kind == WordKind::Remark || kind == WordKind::Resolution;
+        const QString word = name.name().mid(name[i].begin, name[i].end - name[i].begin);
+        return kind == WordKind::Edition || kind == WordKind::Resolution ||
+               (kind == WordKind::Remark && !(word[0].isUpper() && word.mid(1) == word.mid(1).toLower()));
     };
     if (facts.titleEnd >= name.count() || facts.titleEnd <= facts.titleBegin)
         return;
