@@ -12,6 +12,8 @@
 class MoviesFileManager final : public FileManager
 {
 public:
+    using FileManager::FileManager;
+
     std::optional<QUrl> movies;
     std::optional<Error> createError;
     std::optional<Error> removeError;

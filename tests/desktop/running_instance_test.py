@@ -173,8 +173,22 @@ class ColdStartTest(InstalledTest):
                 self.home.update(variables)
                 self.launch_installed(self.sample())
                 wait_for(lambda: self.screen.title(self.window) != 'Plovendix', 'the search ends')
+                self.look_at_panes()
                 self.screen.close_window(self.window)
                 self.assertEqual(self.program.wait_for_exit(), 0)
+
+    def look_at_panes(self):
+        """Opens the preferences and walks through their tabs by the arrow keys; each is a window of its own title."""
+        self.screen.press('ctrl+comma')
+        panes = wait_for(lambda: [pane for pane in self.tree.find_all('frame') if pane.find_all('check box')],
+                         'the preferences open')
+        titles = [panes[0].name]
+        for _ in range(2):
+            self.screen.press('Right')
+            wait_for(lambda: panes[0].name not in titles, 'the next pane is shown')
+            titles.append(panes[0].name)
+        self.assertNotIn('', titles)
+        self.assertTrue(panes[0].find_all('combo box'))
 
     def test_closing_the_window_ends_the_program(self):
         self.launch_installed()
