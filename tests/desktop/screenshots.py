@@ -135,6 +135,40 @@ class Studio:
         self._tree.find('label', lambda name: name.startswith('Downloads left'))
         self._take('downloads-left')
 
+    def general(self):
+        self._start()
+        self._screen.press('ctrl+comma')
+        self._tree.find('frame', 'General')
+        self._take('general', self._screen.window('^General$'))
+
+    def updates(self):
+        self._start(settings={'SUEnableAutomaticChecks': 'true', 'SULastCheckTime': '2026-11-20T18:04:00Z'})
+        self._screen.press('ctrl+comma')
+        self._click(self._tree.find('frame', 'General').find('check box', 'Updates'))
+        self._tree.find('frame', 'Updates')
+        self._take('updates', self._screen.window('^Updates$'))
+
+    def languages(self):
+        self._start(settings={'languageCode': 'cs'})  # near the separator
+        self._click(self._tree.find('combo box', 'Czech'))
+        wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the languages are shown')
+        self._take('languages')
+
+    def about(self):
+        self._start()
+        self._click(self._tree.find('button menu', 'Main menu'))
+        wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the menu is shown')
+        self._screen.press('Up', 'Up', 'Return')  # the last entry but one
+        self._tree.find('frame', 'About Plovendix')
+        self._take('about', self._screen.window('^About Plovendix$'))
+
+    def donation(self):
+        self._start(self._sample(), settings={'donationDeliveries': 5})
+        self._select_first()
+        self._screen.press('ctrl+s')
+        self._tree.find('frame', 'Support Plovendix')
+        self._take('donation', self._screen.window('^Support Plovendix$'))
+
     def menu(self):
         self._start()
         self._click(self._tree.find('button menu', 'Main menu'))
@@ -260,7 +294,8 @@ class Studio:
 
 
 STATES = (Studio.idle, Studio.dragging, Studio.results, Studio.panel, Studio.sheet, Studio.saved, Studio.nothing_found,
-          Studio.alert, Studio.menu, Studio.services, Studio.offline_hint, Studio.no_network, Studio.service_down,
+          Studio.alert, Studio.menu, Studio.general, Studio.updates,
+          Studio.languages, Studio.about, Studio.donation, Studio.services, Studio.offline_hint, Studio.no_network, Studio.service_down,
           Studio.key_refused, Studio.login_refused, Studio.limit_reached, Studio.downloads_left,
           Studio.update_found, Studio.up_to_date, Studio.update_refused, Studio.feedback, Studio.feedback_kept)
 
