@@ -93,16 +93,31 @@ QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Re
     return titles;
 }
 
-QList<CatalogueEntry> entriesOfTitle(SQLite::Database &database, qint64 title, const QString &language)
+void bindFact(SQLite::Statement &statement, int index, const std::optional<int> &fact)
+{
+    if (fact)
+        statement.bind(index, *fact);
+}
+
+/// What the text says of year, season and episode is asked for here too: a long series has more subtitles
+/// than are read, and those that are wanted must be among them.
+QList<CatalogueEntry> entriesOfTitle(SQLite::Database &database, qint64 title, const QString &language,
+                                     const TitleQuery &facts)
 {
     SQLite::Statement statement(database, std::string(EntryColumns) +
                                               " FROM film_title x JOIN film f ON f.id = x.film_id"
                                               " JOIN subtitle s ON s.film_id = f.id"
                                               " WHERE x.title_id = ?1 AND (?2 = '' OR s.language = ?2)"
-                                              " ORDER BY s.downloads DESC, s.id LIMIT ?3");
+                                              " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
+                                              " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
+                                              " ORDER BY (?6 IS NOT NULL AND f.year IS ?6) DESC,"
+                                              " s.downloads DESC, s.id LIMIT ?3");
     statement.bind(1, static_cast<int64_t>(title));
     statement.bind(2, language.toStdString());
     statement.bind(3, CatalogueQueries::MaxEntries);
+    bindFact(statement, 4, facts.season);
+    bindFact(statement, 5, facts.episode);
+    bindFact(statement, 6, facts.year);
     QList<CatalogueEntry> entries;
     while (statement.executeStep())
         entries += entryFrom(statement);
@@ -161,9 +176,10 @@ QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, cons
     const TitleQuery query = titleQuery(text);
     for (const TitleQuery::Reading &reading : query.readings) {
         QList<CatalogueEntry> entries;
+        const TitleQuery facts = reading.checksFacts ? query : TitleQuery();
         QSet<qint64> seen; // a film with several titles is met several times, by its closest first
         for (const AnsweringTitle &title : titlesFor(database, reading)) {
-            for (CatalogueEntry entry : entriesOfTitle(database, title.id, language)) {
+            for (CatalogueEntry entry : entriesOfTitle(database, title.id, language, facts)) {
                 if (seen.contains(entry.id))
                     continue;
                 seen += entry.id;

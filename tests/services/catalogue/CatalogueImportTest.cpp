@@ -103,6 +103,18 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->search(u"lights"_s), QStringList(u"Harbour.Lights.2019|eng"_s));
     }
 
+    void removedTitleLeavesNoWordsToTheNext()
+    {
+        m_fixture->write(u"a/Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));
+        m_fixture->add();
+        remove(m_fixture->path(), m_fixture->folder() + u"/a"_s, 1);
+        m_fixture->write(u"b/Night.Ferry.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
+        m_fixture->add(m_fixture->folder() + u"/b"_s);
+        QCOMPARE(m_fixture->search(u"harbour"_s), QStringList());
+        QCOMPARE(m_fixture->search(u"lights"_s), QStringList());
+        QCOMPARE(m_fixture->search(u"ferry"_s), QStringList(u"Night.Ferry.2020|eng"_s));
+    }
+
     void videoBesideIsFoundByItsHash()
     {
         m_fixture->write(u"Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));

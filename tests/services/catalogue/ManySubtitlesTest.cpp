@@ -1,0 +1,69 @@
+#include "CatalogueFixture.h"
+
+#include <services/catalogue/CatalogueDatabase.h>
+#include <services/catalogue/CatalogueQueries.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Titles with more subtitles than a search reads.
+class ManySubtitlesTest : public QObject
+{
+    Q_OBJECT
+
+    Sandbox m_sandbox;
+    QString m_path;
+
+    QStringList releases(const QString &text) const
+    {
+        const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, CatalogueErrors());
+        const Result<QList<CatalogueEntry>> entries = database->entriesForText(text, u"eng"_s);
+        QStringList names;
+        for (const CatalogueEntry &entry : *entries)
+            names += entry.subtitle.subFileName;
+        return names;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        constexpr int Episodes = 60;
+        constexpr int Releases = CatalogueQueries::MaxEntries / 20;
+        CatalogueFixture fixture(m_sandbox, u"many.sqlite"_s);
+        for (int episode = 1; episode <= Episodes; ++episode) {
+            fixture.film({u"Lamplighters"_s}, 2020, 1, episode);
+            for (int release = 0; release < Releases; ++release)
+                fixture.subtitle(u"Lamplighters.E%1.%2"_s.arg(episode).arg(release), 1000 - episode);
+        }
+        fixture.film({u"Harbour"_s}, 1990);
+        for (int release = 0; release <= CatalogueQueries::MaxEntries; ++release)
+            fixture.subtitle(u"Harbour.1990.%1"_s.arg(release), 1000);
+        fixture.film({u"Harbour"_s}, 2019).subtitle(u"Harbour.2019"_s, 1);
+        fixture.write();
+        m_path = fixture.path();
+    }
+
+    void lastEpisodeIsAmongThoseThatAreRead()
+    {
+        const QStringList found = releases(u"Lamplighters S01E60"_s);
+        QCOMPARE(found.size(), CatalogueQueries::MaxEntries / 20);
+        for (const QString &release : found)
+            QVERIFY2(release.startsWith(u"Lamplighters.E60."_s), qPrintable(release));
+    }
+
+    void episodeThatIsNotThereGivesNoOther() { QCOMPARE(releases(u"Lamplighters S01E61"_s), QStringList()); }
+
+    void theYearsOwnFilmIsAmongThem()
+    {
+        QCOMPARE(releases(u"Harbour 2019"_s), QStringList(u"Harbour.2019"_s));
+    }
+
+    void withoutFactsThereAreAsManyAsAreRead()
+    {
+        QCOMPARE(releases(u"harbour"_s).size(), CatalogueQueries::MaxEntries);
+    }
+};
+
+QTEST_GUILESS_MAIN(ManySubtitlesTest)
+#include "ManySubtitlesTest.moc"
