@@ -25,6 +25,7 @@ class InstallationTest(InstalledTest):
 
     def test_everything_is_where_the_desktop_looks(self):
         for path in ('share/icons/hicolor/scalable/apps/com.quorvane.Plovendix.svg', 'share/man/man1/plovendix.1',
+                     'share/man/man1/plovendix-catalogue.1', 'bin/plovendix-catalogue',
                      'share/plovendix/Info.plist', 'share/plovendix/starter.sqlite'):
             self.assertTrue(os.path.isfile(os.path.join(self.prefix, path)), path)
         shown = subprocess.run([self.installed, '--version'], env=self.home, capture_output=True, text=True, check=True)

@@ -5,6 +5,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -25,6 +26,18 @@ std::string nameOf(const QString &path)
 QString draftOf(const QString &path)
 {
     return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
+}
+
+/// A kill while a file was made leaves its draft; one that nobody has written to for so long is nobody's.
+void removeOldDrafts(const QString &path)
+{
+    constexpr qint64 AbandonedAfterSeconds = 3600;
+    const QFileInfo file(path);
+    const QDateTime limit = QDateTime::currentDateTime().addSecs(-AbandonedAfterSeconds);
+    for (const QFileInfo &draft : file.dir().entryInfoList({u"*.draft*"_s}, QDir::Files)) {
+        if (draft.fileName().startsWith(file.fileName() + u'.') && draft.lastModified() < limit)
+            QFile::remove(draft.filePath());
+    }
 }
 
 void setVersion(SQLite::Database &database)
@@ -131,6 +144,7 @@ Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const Q
         return error(path, u"is not a file"_s);
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return error(path, u"its folder cannot be made"_s);
+    removeOldDrafts(path);
     try {
         if (!QFileInfo::exists(path))
             make(path);

@@ -5,6 +5,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -104,6 +105,26 @@ private Q_SLOTS:
         makeFirstVersion();
         SQLite::Database(name(), SQLite::OPEN_READWRITE).exec(statement.toStdString());
         QVERIFY(!CatalogueStore::openForWriting(m_fixture->path()));
+    }
+
+    void draftsThatNobodyWritesToAreRemoved()
+    {
+        const auto draft = [&](const QString &suffix, const QDateTime &modified) {
+            const QString path = m_fixture->path() + suffix;
+            QFile file(path);
+            if (!file.open(QIODevice::WriteOnly) ||
+                !file.setFileTime(modified, QFileDevice::FileModificationTime))
+                qFatal("%s cannot be written", qUtf8Printable(path));
+            return path;
+        };
+        const QDateTime now = QDateTime::currentDateTime();
+        const QString abandoned = draft(u".1.draft"_s, now.addDays(-1));
+        const QString log = draft(u".1.draft-wal"_s, now.addDays(-1));
+        const QString fresh = draft(u".2.draft"_s, now);
+        const QString foreign = draft(u"-notes.txt"_s, now.addDays(-1));
+        m_fixture->add();
+        QVERIFY(!QFileInfo::exists(abandoned) && !QFileInfo::exists(log));
+        QVERIFY(QFileInfo::exists(fresh) && QFileInfo::exists(foreign));
     }
 
     void readerSeesTheLastCommitWhileAnotherWrites()
