@@ -3,6 +3,7 @@
 #include <languages/MenuForBindings.h>
 
 #include <QAbstractItemView>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -10,6 +11,7 @@ namespace
 {
 constexpr int ArrowAndPadding = 34; // points beside the text
 constexpr int LongestName = 180;    // points
+constexpr int WidestList = 300;
 constexpr int PillHeight = 22;
 } // namespace
 
@@ -33,4 +35,11 @@ QSize LanguagePopUp::sizeHint() const
 {
     const int text = fontMetrics().horizontalAdvance(currentText());
     return {std::min(text, LongestName) + ArrowAndPadding, PillHeight};
+}
+
+void LanguagePopUp::showPopup()
+{
+    const int names = view()->sizeHintForColumn(0) + view()->verticalScrollBar()->sizeHint().width();
+    view()->setMinimumWidth(std::min(names, WidestList));
+    QComboBox::showPopup();
 }

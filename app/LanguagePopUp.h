@@ -14,5 +14,7 @@ public:
 
     void setLanguages(const QList<Language> &languages);
     QSize sizeHint() const override;
+    /// The list is as wide as its names, however short the current one is.
+    void showPopup() override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 };

@@ -41,7 +41,10 @@ private Q_SLOTS:
         qputenv("LC_ALL", "de_AT.UTF-8");
         const AppDelegate delegate;
         QCOMPARE(UserDefaults::standard().object(u"languageCode"_s), QVariant(u"de"_s));
-        QCOMPARE(UserDefaults::standard().object(u"SUScheduledCheckInterval"_s), QVariant(u"86400"_s));
+        const QVariant interval = UserDefaults::standard().object(u"SUScheduledCheckInterval"_s);
+        QCOMPARE(interval.metaType(),
+                 QMetaType::fromType<QString>()); // a number would compare equal to its text
+        QCOMPARE(interval.toString(), u"86400"_s);
         const auto transformer = ValueTransformer::forName(u"LanguageCodeToName"_s);
         QVERIFY(transformer);
         QCOMPARE(transformer->transformedValue(u"fr"_s).toString(), u"Französisch"_s);

@@ -10,6 +10,7 @@
 #include <support/Sandbox.h>
 #include <support/scripted/ScriptedServices.h>
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QComboBox>
 #include <QSignalSpy>
@@ -109,6 +110,20 @@ private Q_SLOTS:
         QTest::keyClick(popUp, Qt::Key_Down);
         QCOMPARE(popUp->currentIndex(), separator + 1);
         QCOMPARE(UserDefaults::standard().string(u"languageCode"_s), languages.at(separator + 1).iso639_1());
+    }
+
+    void languagesAreListedInFullHoweverShortTheCurrentOneIs()
+    {
+        UserDefaults::standard().setObject(u"languageCode"_s, u"th"_s);
+        auto *popUp = m_controller->window()->findChild<QComboBox *>(u"languagePopUp"_s);
+        popUp->showPopup();
+        QTRY_VERIFY(popUp->view()->isVisible());
+        const QString longest = u"Portuguese (Brazil)"_s;
+        QVERIFY(popUp->findText(longest) > 0);
+        const int needed = popUp->view()->fontMetrics().horizontalAdvance(longest);
+        QVERIFY2(popUp->view()->viewport()->width() > needed, qPrintable(QString::number(needed)));
+        QVERIFY(popUp->width() < needed);
+        popUp->hidePopup();
     }
 
     void indicatorShowsSearches()

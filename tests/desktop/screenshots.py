@@ -142,15 +142,16 @@ class Studio:
         self._take('general', self._screen.window('^General$'))
 
     def updates(self):
-        self._start(settings={'SUEnableAutomaticChecks': 'true', 'SULastCheckTime': '2026-11-20T18:04:00Z'})
+        self._start(settings={'SUEnableAutomaticChecks': 'true', 'SUScheduledCheckInterval': 86400,
+                              'SULastCheckTime': '2026-11-20T18:04:00Z'})
         self._screen.press('ctrl+comma')
         self._click(self._tree.find('frame', 'General').find('check box', 'Updates'))
         self._tree.find('frame', 'Updates')
         self._take('updates', self._screen.window('^Updates$'))
 
     def languages(self):
-        self._start(settings={'languageCode': 'cs'})  # near the separator
-        self._click(self._tree.find('combo box', 'Czech'))
+        self._start(settings={'languageCode': 'ab'})  # the first below the separator
+        self._click(self._tree.find('combo box', 'Abkhazian'))
         wait_for(lambda: len(self._screen.windows_of(self._program.pid)) > 1, 'the languages are shown')
         self._take('languages')
 

@@ -188,8 +188,8 @@ private Q_SLOTS:
     {
         MadeUpLocale locale;
         locale.languages = {{u"x1"_s, u"Zulu"_s},
-                            {u"x2"_s, u"alpha"_s},
-                            {u"x3"_s, u"Alpha"_s},
+                            {u"x2"_s, u"Alpha"_s}, // small letters go first, whatever the list's order
+                            {u"x3"_s, u"alpha"_s},
                             {u"x4"_s, u"Älpha"_s},
                             {u"x5"_s, u"beta"_s}};
         locale.languageCodes = locale.languages.keys();
