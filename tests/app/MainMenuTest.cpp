@@ -45,6 +45,10 @@ public:
     void setDelegate(Delegate *delegate) override { m_delegate = delegate; }
     void reportFeedback() override
     {
+        if (!m_delegate) {
+            reports += u"nobody to ask"_s;
+            return;
+        }
         const auto parameters = m_delegate->customParametersForFeedbackReport();
         reports += parameters[u"application"_s] + u' ' + parameters[u"version"_s];
     }

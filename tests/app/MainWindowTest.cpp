@@ -121,7 +121,8 @@ private Q_SLOTS:
         const QString longest = u"Portuguese (Brazil)"_s;
         QVERIFY(popUp->findText(longest) > 0);
         const int needed = popUp->view()->fontMetrics().horizontalAdvance(longest);
-        QVERIFY2(popUp->view()->viewport()->width() > needed, qPrintable(QString::number(needed)));
+        // Some styles widen the list themselves; the program's does not.
+        QVERIFY2(popUp->view()->minimumWidth() > needed, qPrintable(QString::number(needed)));
         QVERIFY(popUp->width() < needed);
         popUp->hidePopup();
     }
