@@ -74,19 +74,31 @@ struct AnsweringTitle
     int closeness = 0;
 };
 
-/// The titles that answer one reading, the closest first.
-QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Reading &reading)
+void collectTitles(SQLite::Database &database, const TitleQuery::Reading &reading, WordMatch match,
+                   QList<AnsweringTitle> &titles)
 {
     SQLite::Statement statement(database,
                                 "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
                                 " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?");
-    statement.bind(1, matchExpression(reading).toStdString());
+    statement.bind(1, matchExpression(reading, match).toStdString());
     statement.bind(2, MaxTitles);
-    QList<AnsweringTitle> titles;
     while (statement.executeStep()) {
-        if (const auto closeness = titleCloseness(reading, text(statement.getColumn(1))))
-            titles += {statement.getColumn(0).getInt64(), *closeness};
+        const qint64 id = statement.getColumn(0).getInt64();
+        const bool isThere = std::any_of(titles.cbegin(), titles.cend(),
+                                         [id](const AnsweringTitle &title) { return title.id == id; });
+        const auto closeness = isThere ? std::nullopt : titleCloseness(reading, text(statement.getColumn(1)));
+        if (closeness)
+            titles += {id, *closeness};
     }
+}
+
+/// The titles that answer one reading, the closest first. Whole words are looked for on their own: among all
+/// the titles in which a word begins, the one that is just this word could be too far down to be read.
+QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Reading &reading)
+{
+    QList<AnsweringTitle> titles;
+    collectTitles(database, reading, WordMatch::Whole, titles);
+    collectTitles(database, reading, WordMatch::Begun, titles);
     std::stable_sort(titles.begin(), titles.end(), [](const AnsweringTitle &a, const AnsweringTitle &b) {
         return a.closeness > b.closeness;
     });

@@ -26,11 +26,12 @@ TitleQuery titleQuery(const QString &text)
     return query;
 }
 
-QString matchExpression(const TitleQuery::Reading &reading)
+QString matchExpression(const TitleQuery::Reading &reading, WordMatch match)
 {
+    const QString term = match == WordMatch::Begun ? u"\"%1\"*"_s : u"\"%1\""_s;
     QStringList terms;
     for (const QString &word : reading.words)
-        terms += u"\"%1\"*"_s.arg(word);
+        terms += term.arg(word);
     return terms.join(reading.demand == TitleQuery::Reading::Demand::AllWords ? " AND "_L1 : " OR "_L1);
 }
 

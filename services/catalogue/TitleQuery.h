@@ -27,8 +27,15 @@ struct TitleQuery
 /// Reads "harbour lights", "Lights harb" or "Harbour.Lights.2019.1080p.BluRay.x264.mkv". Any thread.
 TitleQuery titleQuery(const QString &text);
 
-/// The full-text expression for a reading; every word may be the beginning of a title's word.
-QString matchExpression(const TitleQuery::Reading &reading);
+/// Whether the words of a text must be a title's words, or may be the beginnings of them.
+enum class WordMatch
+{
+    Whole,
+    Begun
+};
+
+/// The full-text expression for a reading.
+QString matchExpression(const TitleQuery::Reading &reading, WordMatch match);
 
 /// Whether the title answers the reading, and how closely: nothing when too few words are there, 0 when words
 /// were completed or left over, 1 when the title has every word, 2 when it has no other.

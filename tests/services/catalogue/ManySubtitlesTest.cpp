@@ -40,6 +40,11 @@ private Q_SLOTS:
         for (int release = 0; release <= CatalogueQueries::MaxEntries; ++release)
             fixture.subtitle(u"Harbour.1990.%1"_s.arg(release), 1000);
         fixture.film({u"Harbour"_s}, 2019).subtitle(u"Harbour.2019"_s, 1);
+        constexpr int LongerTitles = 300;
+        for (int i = 0; i < LongerTitles; ++i)
+            fixture.film({u"Ferrying Ferryman Ferrymen %1"_s.arg(i)}, 2000)
+                .subtitle(u"Longer.%1"_s.arg(i), 900);
+        fixture.film({u"Ferry"_s}, 2001).subtitle(u"Ferry.2001"_s, 1);
         fixture.write();
         m_path = fixture.path();
     }
@@ -57,6 +62,13 @@ private Q_SLOTS:
     void theYearsOwnFilmIsAmongThem()
     {
         QCOMPARE(releases(u"Harbour 2019"_s), QStringList(u"Harbour.2019"_s));
+    }
+
+    void titleOfJustThisWordComesBeforeAllThatBeginWithIt()
+    {
+        const QStringList found = releases(u"ferry"_s);
+        QCOMPARE(found.value(0), u"Ferry.2001"_s);
+        QVERIFY(found.size() > 100);
     }
 
     void withoutFactsThereAreAsManyAsAreRead()
