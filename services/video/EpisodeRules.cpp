@@ -89,10 +89,11 @@ qsizetype rangeBegin(const NameTokens &name, qsizetype i, const NameFacts &facts
     return isRange ? i - 1 : i;
 }
 
-/// "69. Blm", "24 серия".
+/// "69. Blm", "24 серия". As all of a name, no title need stand before it.
 bool episodeWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (i == facts.titleBegin || i + 1 >= name.count() || !isEpisodeWord(name[i + 1].word))
+    const bool isAll = i + 2 == name.count();
+    if (i + 1 >= name.count() || !isEpisodeWord(name[i + 1].word) || (i == facts.titleBegin && !isAll))
         return false;
     const qsizetype first = rangeBegin(name, i, facts);
     const std::optional<int> episode = wholeNumber(name[first].word, 4);

@@ -154,6 +154,13 @@ void leadingNumber(const NameTokens &name, NameFacts &facts)
     }
 }
 
+/// "(1999) Title": the year before it.
+bool isLeadingYear(const NameTokens &name, qsizetype begin, qsizetype end)
+{
+    return end == begin + 1 && isYear(name[begin].word) && end < name.count() &&
+           name[end].outerBracket == 0 && name.gapBefore(end).endsWith(u' ');
+}
+
 /// Brackets before a title: a group's or site's square ones, those that only say how the file is made, and a
 /// running number. "(500) Days" is a title.
 bool isLeadInBracket(const NameTokens &name, qsizetype begin, qsizetype end)
@@ -166,7 +173,9 @@ bool isLeadInBracket(const NameTokens &name, qsizetype begin, qsizetype end)
     // "(Group) Title", but neither "(500) Lights" nor "(Un)lit".
     const bool isGroup = hasLatinLetter(name, begin, end) && name.gapBefore(end).endsWith(u' ') &&
                          name.gapBefore(end).size() == 2 && name[end].bracket == 0;
-    return (name.isSquare(begin) || isRunningNumber || isAboutFile || isGroup) && !isFileAllThatFollows;
+    return (name.isSquare(begin) || isLeadingYear(name, begin, end) || isRunningNumber || isAboutFile ||
+            isGroup) &&
+           !isFileAllThatFollows;
 }
 } // namespace
 
@@ -178,7 +187,10 @@ void skipLeadIn(const NameTokens &name, NameFacts &facts)
         const qsizetype behind = behindBracket(name, begin);
         if (!isLeadInBracket(name, begin, behind))
             break;
-        facts.startsWithGroup = true;
+        if (isLeadingYear(name, begin, behind))
+            facts.year = name[begin].word.toInt();
+        else
+            facts.startsWithGroup = true;
         facts.titleBegin = behind;
         if (!name.isSquare(behind) && !isMonthNews(name[behind].word))
             continue;

@@ -159,10 +159,23 @@ void dropRemarks(const NameTokens &name, NameFacts &facts)
     if (end > facts.titleBegin + 1 || !isArticle)
         facts.endTitleAt(end); // "The Final Cut" is a title
 }
+
+/// "2019-04-19 - Show": the day before the title.
+void beginBehindDate(const NameTokens &name, NameFacts &facts)
+{
+    const qsizetype first = facts.titleBegin;
+    const qsizetype behind = first + 3;
+    if (behind >= name.count() || !name.isDividedBefore(behind) || !isYear(name[first].word) ||
+        dateAround(name, first) != first)
+        return;
+    facts.year = name[first].word.toInt();
+    facts.titleBegin = behind;
+}
 } // namespace
 
 void findYear(const NameTokens &name, NameFacts &facts)
 {
+    beginBehindDate(name, facts);
     facts.fileBegin = fileBeginOf(name, facts.titleBegin + 1);
     for (qsizetype i = facts.titleBegin + 1; i < name.count(); ++i) {
         if (isDateWord(name[i].word))

@@ -3,6 +3,7 @@
 #include "RuleWords.h"
 
 #include <QSet>
+#include <climits>
 
 using namespace Qt::StringLiterals;
 
@@ -64,8 +65,10 @@ void endBeforeAbsoluteNumber(const NameTokens &name, NameFacts &facts)
     if (!facts.season || !facts.episode || last <= facts.titleBegin || facts.titleEnd >= name.count() ||
         !wholeNumber(name[last].word, 4))
         return;
-    const bool isRange = last - 1 > facts.titleBegin && name.gapBefore(last) == QStringView(u"-") &&
-                         wholeNumber(name[last - 1].word, 4);
+    // A range ascends: "9-1-1" is a title.
+    const bool isRange =
+        last - 1 > facts.titleBegin && name.gapBefore(last) == QStringView(u"-") &&
+        wholeNumber(name[last - 1].word, 4).value_or(INT_MAX) < *wholeNumber(name[last].word, 4);
     if (isRange)
         facts.endTitleAt(last - 1);
     else if (name.isDividedBefore(last) && !isYear(name[last].word))

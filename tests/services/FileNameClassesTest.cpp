@@ -191,6 +191,23 @@ constexpr Row Films[] = {
     {"Lamplighters.0102.HDTV", "Lamplighters", None, 1, 2},
 };
 
+// What stands before a title, or looks as if it did not belong to it.
+constexpr Row Beginnings[] = {
+    {"(1999) Harbour Lights.mkv", "Harbour Lights", 1999},
+    {"[1999] Harbour Lights 720p", "Harbour Lights", 1999},
+    {"[1999] Harbour Lights 12.mkv", "Harbour Lights 12", 1999},
+    {"1999 (2004) 720p", "1999", 2004},
+    {"2021-03-17 - Harbour Tonight.mp4", "Harbour Tonight", 2021},
+    {"2021.03.17 - Harbour Tonight 720p.mp4", "Harbour Tonight", 2021},
+    {"2021 - Harbour Tonight.mp4", "2021 - Harbour Tonight"},
+    {"8-2-2.S02E05.720p", "8-2-2", None, 2, 5},
+    {"8-2-2 Coast Guard S02E05", "8-2-2 Coast Guard", None, 2, 5},
+    {"Harbour.212-214.s16e03-05", "Harbour", None, 16, 3},
+    {"12 серия.avi", "", None, None, 12},
+    {"69. Bölüm.avi", "", None, None, 69},
+    {"12 Episodes of Light 2011 720p", "12 Episodes of Light", 2011},
+};
+
 std::optional<int> optional(int value)
 {
     return value == None ? std::nullopt : std::optional(value);
@@ -231,6 +248,7 @@ private Q_SLOTS:
         addRows(OneEpisode);
         addRows(Anime);
         addRows(Films);
+        addRows(Beginnings);
     }
 
     void namesOfEveryClass()
