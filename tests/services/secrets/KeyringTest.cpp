@@ -2,6 +2,11 @@
 #include <support/Sandbox.h>
 #include <timing/Caught.h>
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusReply>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -74,8 +79,26 @@ private:
         QVERIFY(m_keyring.waitForStarted());
         m_keyring.write("password of this test");
         m_keyring.closeWriteChannel();
-        KeychainSecretStore store({}, FileSecretStore(filePath()));
-        QTRY_COMPARE_WITH_TIMEOUT(read(store), u"(none)"_s, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(keyringIsOpen(), Patience);
+    }
+
+    /// Whether the daemon is on the bus and has unlocked the keyring that secrets go to. A call to a name
+    /// that nobody has yet would make the bus start a second daemon, with a locked keyring.
+    static bool keyringIsOpen()
+    {
+        if (!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.freedesktop.secrets"_s))
+            return false;
+        auto ask = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+                                                  u"org.freedesktop.Secret.Service"_s, u"ReadAlias"_s);
+        ask << u"default"_s;
+        const QDBusReply<QDBusObjectPath> collection = QDBusConnection::sessionBus().call(ask);
+        if (!collection.isValid() || collection.value().path() == "/"_L1)
+            return false;
+        auto get = QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, collection.value().path(),
+                                                  u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        get << u"org.freedesktop.Secret.Collection"_s << u"Locked"_s;
+        const QDBusReply<QVariant> locked = QDBusConnection::sessionBus().call(get);
+        return locked.isValid() && !locked.value().toBool();
     }
 
     static QString read(KeychainSecretStore &store)
