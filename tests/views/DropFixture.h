@@ -43,6 +43,13 @@ public:
         : m_widget(widget), m_pasteboard(pasteboard), m_held(held)
     {
     }
+    /// The toolkit remembers where a drag is by the bare address, which must not outlive the widget.
+    ~Dragging()
+    {
+        if (m_isOver)
+            leave();
+    }
+    Q_DISABLE_COPY_MOVE(Dragging)
 
     bool enter()
     {
@@ -50,6 +57,7 @@ public:
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
         action = event.dropAction();
+        m_isOver = event.isAccepted();
         return event.isAccepted();
     }
     bool move()
@@ -62,11 +70,13 @@ public:
     }
     void leave()
     {
+        m_isOver = false;
         QDragLeaveEvent event;
         QCoreApplication::sendEvent(&m_widget, &event);
     }
     bool drop()
     {
+        m_isOver = false;
         QDropEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
@@ -80,4 +90,5 @@ private:
     QWidget &m_widget;
     const QMimeData &m_pasteboard;
     Qt::KeyboardModifiers m_held;
+    bool m_isOver = false; // accepted, and neither left nor dropped
 };
