@@ -12,6 +12,8 @@ CONTENT = (760, 640)
 LAG = 25
 # A point of the title bar between the menu button and the title, from the frame's corner.
 TITLE_BAR = (150, 19)
+# Red, green and blue together: the title of the active window is darker, that of another one lighter.
+FULL_STRENGTH = 200
 
 
 class WindowTest(ProgramTest):
@@ -128,6 +130,9 @@ class FrameTest(WindowTest):
         def darkest():
             picture = self.screen.picture()
             return min(sum(picture.colour(*point)) for point in title)
+        # The window is active before it is painted so: at first its title is grey still.
+        wait_for(lambda: darkest() < FULL_STRENGTH,
+                 lambda: f'the title is at full strength, not {darkest()}')
         before = darkest()
         self.click(self.tree.find('button menu', 'Main menu'))
         self.wait_for_menu()
