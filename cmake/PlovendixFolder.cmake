@@ -48,6 +48,14 @@ function(plovendix_folder name)
         set_target_properties(${name} PROPERTIES AUTOUIC ON
             AUTOUIC_SEARCH_PATHS "${ARG_UI}"
             AUTOUIC_OPTIONS "-a;-tr;String::localize;-include;views/StringHelpers.h")
+        # Ninja looks at a scene's header before it is written anew, and would build its controller a run too late.
+        file(GLOB scenes CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*.storyboard/*.ui)
+        foreach(scene IN LISTS scenes)
+            get_filename_component(controller ${scene} NAME_WE)
+            set(sources ${ARG_SOURCES})
+            list(FILTER sources INCLUDE REGEX "^${controller}[A-Za-z]*\\.cpp$")
+            set_source_files_properties(${sources} PROPERTIES OBJECT_DEPENDS ${scene})
+        endforeach()
     endif()
 endfunction()
 
