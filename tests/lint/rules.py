@@ -17,7 +17,7 @@ def _matches(root, paths, pattern, message, prepare=code_only):
 
 
 def _cpp(root, *folders):
-    return files(root, folders or ROOMS + ('tests', 'bench', 'fuzz'), CPP)
+    return files(root, folders or ROOMS + ('tests', 'benchmarks', 'fuzz'), CPP)
 
 
 def tests_do_not_sleep(root):
@@ -63,7 +63,7 @@ def files_are_short(root):
 
 def only_the_entry_knows_services(root):
     allowed = tuple(folder + os.sep for folder in (
-        'app', 'services', 'bench', 'fuzz', *(os.path.join('tests', name) for name in ('app', 'services', 'desktop'))))
+        'app', 'services', 'benchmarks', 'fuzz', *(os.path.join('tests', name) for name in ('app', 'services', 'desktop'))))
     paths = [path for path in _cpp(root) if not path.startswith(allowed)]
     yield from _matches(root, paths, r'#include\s*[<"](\.\./)*services/[^>"]*', '{} chooses an implementation',
                         prepare=str)
