@@ -15,6 +15,10 @@ CatalogueErrors::CatalogueErrors()
     m_unreadable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be read."_s);
     m_noLongerThere = bundle.localizedString(u"This subtitle is no longer in the catalogue. Search again."_s);
     m_noPicture = bundle.localizedString(u"The catalogue has no picture of this film."_s);
+    m_diskFull = bundle.localizedString(u"The disk is full: the subtitle catalogue “%@” cannot grow."_s);
+    m_busy = bundle.localizedString(
+        u"Another import is writing to the subtitle catalogue “%@”. Try again when it has ended."_s);
+    m_unwritable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be written."_s);
 }
 
 Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, const QString &detail) const
@@ -33,6 +37,12 @@ Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, cons
             return m_noLongerThere;
         case CatalogueFailure::NoPicture:
             return m_noPicture;
+        case CatalogueFailure::DiskFull:
+            return m_diskFull;
+        case CatalogueFailure::Busy:
+            return m_busy;
+        case CatalogueFailure::Unwritable:
+            return m_unwritable;
         }
         return {};
     };

@@ -8,7 +8,10 @@ enum class CatalogueFailure
     OtherVersion = 3,
     Unreadable = 4,
     NoLongerThere = 5,
-    NoPicture = 6
+    NoPicture = 6,
+    DiskFull = 7,
+    Busy = 8,
+    Unwritable = 9
 };
 
 /// The sentences for what can go wrong with a catalogue. Made on the main thread, where texts are localised;
@@ -28,4 +31,7 @@ private:
     QString m_unreadable;
     QString m_noLongerThere;
     QString m_noPicture;
+    QString m_diskFull;
+    QString m_busy;
+    QString m_unwritable;
 };

@@ -22,20 +22,43 @@ QString stampOf(const QFileInfo &file)
     return u"%1:%2"_s.arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
 }
 
-QString reasonOf(SubtitleFile::Failure failure)
+ImportRefusal refusalOf(SubtitleFile::Failure failure)
 {
     switch (failure) {
     case SubtitleFile::Failure::TooLarge:
-        return u"is too large for a subtitle"_s;
+        return ImportRefusal::TooLarge;
     case SubtitleFile::Failure::Damaged:
     case SubtitleFile::Failure::UnknownArchive:
-        return u"cannot be unpacked"_s;
+        return ImportRefusal::NotUnpacked;
     case SubtitleFile::Failure::None:
     case SubtitleFile::Failure::Empty:
     case SubtitleFile::Failure::NoSubtitle:
         break;
     }
-    return u"is no subtitle"_s;
+    return ImportRefusal::NoSubtitle;
+}
+
+QString textOf(ImportRefusal why)
+{
+    switch (why) {
+    case ImportRefusal::NoSubtitle:
+        return u"is no subtitle"_s;
+    case ImportRefusal::TooLarge:
+        return u"is too large for a subtitle"_s;
+    case ImportRefusal::NotUnpacked:
+        return u"cannot be unpacked"_s;
+    case ImportRefusal::DamagedArchive:
+        return u"is damaged or not an archive that can be read"_s;
+    case ImportRefusal::SwellingArchive:
+        return u"unpacks to more than an archive of its size should"_s;
+    case ImportRefusal::Unreadable:
+        return u"cannot be read"_s;
+    case ImportRefusal::Gone:
+        return u"is not there"_s;
+    case ImportRefusal::OtherKind:
+        break;
+    }
+    return u"is neither a subtitle nor an archive"_s;
 }
 
 /// The path a subtitle is named by: a member whose own name says nothing is named by its archive.
@@ -57,11 +80,11 @@ Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
     const QFileInfo info(path);
     const QString absolute = info.absoluteFilePath();
     if (!info.exists()) {
-        refuse(absolute, u"is not there"_s);
+        refuse(absolute, ImportRefusal::Gone);
         return End::Done;
     }
     if (!info.isDir() && !ArchiveMembers::isArchiveName(absolute) && !isSubtitleFileName(info.fileName())) {
-        refuse(absolute, u"is neither a subtitle nor an archive"_s);
+        refuse(absolute, ImportRefusal::OtherKind);
         return End::Done;
     }
     const Result<End> end =
@@ -76,7 +99,7 @@ Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
 
 Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
 {
-    QDirIterator files(path, QDir::Files | QDir::Readable, QDirIterator::Subdirectories);
+    QDirIterator files(path, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString file = files.next();
         if (!isSubtitleFileName(files.fileName()) && !ArchiveMembers::isArchiveName(file))
@@ -90,6 +113,12 @@ Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
 Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
 {
     ++m_counts.files;
+    m_counts.current = path;
+    // What an earlier import entered of it stays: the disk that it is on may come back.
+    if (!QFileInfo::exists(path)) {
+        refuse(path, ImportRefusal::Gone);
+        return carryOn();
+    }
     if (ArchiveMembers::isArchiveName(path))
         return addArchive(path);
     const QFileInfo info(path);
@@ -109,9 +138,9 @@ Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
 
     QFile file(path);
     if (!info.isFile() || info.size() > ArchiveMembers::MaxMemberBytes) {
-        refuse(path, reasonOf(SubtitleFile::Failure::TooLarge));
+        refuse(path, ImportRefusal::TooLarge);
     } else if (!file.open(QIODevice::ReadOnly)) {
-        refuse(path, file.errorString());
+        refuse(path, ImportRefusal::Unreadable, file.errorString());
         return carryOn(); // it may be readable the next time
     } else {
         read(path, path, 0, file.readAll(), video, step);
@@ -127,6 +156,10 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
         return known.error();
     if (*known)
         return carryOn();
+    if (QFile file(path); !file.open(QIODevice::ReadOnly)) {
+        refuse(path, ImportRefusal::Unreadable, file.errorString());
+        return carryOn();
+    }
     Result<End> outcome = End::Done;
     const auto isWanted = [&](qint64 number, const QString &member) {
         const QString name = member.section(u'/', -1);
@@ -145,10 +178,14 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
     const ArchiveMembers::End end = ArchiveMembers::visit(path, {isWanted, take});
     if (!outcome || end == ArchiveMembers::End::Stopped)
         return outcome;
+    if (end == ArchiveMembers::End::Damaged && !QFileInfo::exists(path)) {
+        refuse(path, ImportRefusal::Gone);
+        return carryOn(); // the rest of it is still to come
+    }
     if (end == ArchiveMembers::End::Damaged)
-        refuse(path, u"is damaged or not an archive that can be read"_s);
+        refuse(path, ImportRefusal::DamagedArchive);
     if (end == ArchiveMembers::End::TooLarge)
-        refuse(path, u"unpacks to more than an archive of its size should"_s);
+        refuse(path, ImportRefusal::SwellingArchive);
     return keep({path, stamp, {}, true});
 }
 
@@ -169,7 +206,7 @@ void CatalogueImport::read(const QString &source, const QString &path, qint64 me
     const QString language = name.language.isEmpty() ? m_language : name.language;
     const SubtitleFile file = SubtitleFile::read(bytes, language);
     if (file.failure != SubtitleFile::Failure::None)
-        return refuse(source, reasonOf(file.failure));
+        return refuse(source, refusalOf(file.failure));
     ReadSubtitle subtitle;
     subtitle.member = member;
     subtitle.film = filmOfRelease(name.release);
@@ -221,9 +258,11 @@ Result<CatalogueImport::End> CatalogueImport::carryOn()
     return m_goOn(m_counts) ? End::Done : End::Stopped;
 }
 
-void CatalogueImport::refuse(const QString &path, const QString &why)
+void CatalogueImport::refuse(const QString &path, ImportRefusal why, const QString &detail)
 {
     ++m_counts.refused;
+    if (!m_counts.firstRefused)
+        m_counts.firstRefused = ImportCounts::Refused{path, why};
     if (m_counts.problems.size() < MaxProblems)
-        m_counts.problems += path + u' ' + why;
+        m_counts.problems += path + u' ' + (detail.isEmpty() ? textOf(why) : detail);
 }

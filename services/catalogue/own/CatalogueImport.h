@@ -6,15 +6,36 @@
 #include <QElapsedTimer>
 #include <functional>
 
+/// Why a file was not entered.
+enum class ImportRefusal
+{
+    NoSubtitle,
+    TooLarge,
+    NotUnpacked,
+    DamagedArchive,
+    SwellingArchive, // unpacks to more than an archive of its size should
+    Unreadable,
+    Gone,
+    OtherKind // neither a subtitle nor an archive
+};
+
 /// How far an import is.
 struct ImportCounts
 {
+    struct Refused
+    {
+        QString path;
+        ImportRefusal why;
+    };
+
     qint64 files = 0;      // subtitle files and archives seen
     qint64 added = 0;      // new in the catalogue
     qint64 known = 0;      // sources that are in it and have not changed, and subtitles that came twice
     qint64 refused = 0;    // what is no subtitle, too large or damaged
     qint64 unlabelled = 0; // added without a language
     QStringList problems;  // the first few, each naming its file
+    std::optional<Refused> firstRefused;
+    QString current; // the file that was looked at last
 };
 
 /// Enters subtitle files, folders of them and archives into the person's own catalogue, in batches: each is
@@ -49,7 +70,8 @@ private:
     Result<End> keep(SourceStep step);
     Result<void> flush();
     Result<End> carryOn();
-    void refuse(const QString &path, const QString &why);
+    /// `detail` says it in the system's own words.
+    void refuse(const QString &path, ImportRefusal why, const QString &detail = {});
 
     OwnCatalogue &m_catalogue;
     QString m_language;

@@ -3,6 +3,7 @@
 #include <services/catalogue/CatalogueSchema.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -17,6 +18,47 @@ using namespace Qt::StringLiterals;
 namespace
 {
 using Database = std::unique_ptr<SQLite::Database>;
+using CatalogueStore::Patience;
+
+constexpr int PauseMilliseconds = 20;
+constexpr int StepsBetweenQuestions = 10'000; // of SQLite's machine, some milliseconds at the most
+
+const Patience &patienceAt(const void *place)
+{
+    return *static_cast<const Patience *>(place);
+}
+
+int isWorthWaiting(void *patience, int tries)
+{
+    const std::chrono::milliseconds waited(tries * PauseMilliseconds);
+    if (patienceAt(patience).isStopped || waited >= patienceAt(patience).longest)
+        return 0;
+    sqlite3_sleep(PauseMilliseconds);
+    return 1;
+}
+
+int isStopped(void *patience)
+{
+    return patienceAt(patience).isStopped ? 1 : 0;
+}
+
+/// Lets the checks of an older file be stopped, but not what is written afterwards: that is kept.
+class StoppableOpening final
+{
+public:
+    StoppableOpening(SQLite::Database &database, const Patience *patience) : m_database(database)
+    {
+        if (patience)
+            sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isStopped,
+                                     const_cast<Patience *>(patience));
+    }
+    ~StoppableOpening() { sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr); }
+    StoppableOpening(const StoppableOpening &) = delete;
+    StoppableOpening &operator=(const StoppableOpening &) = delete;
+
+private:
+    SQLite::Database &m_database;
+};
 
 std::string nameOf(const QString &path)
 {
@@ -72,11 +114,28 @@ void make(const QString &path)
     QFile::remove(draft);
 }
 
-Database opened(const QString &path)
+Database opened(const QString &path, const Patience *patience)
 {
-    auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE,
-                                                       CatalogueStore::BusyTimeoutMilliseconds);
+    auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE);
+    CatalogueStore::waitForWriters(*database, patience);
     return database;
+}
+
+CatalogueFailure failureOf(const SQLite::Exception &exception)
+{
+    switch (exception.getErrorCode()) {
+    case SQLITE_FULL:
+        return CatalogueFailure::DiskFull;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return CatalogueFailure::Busy;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR: // a table is missing
+        return CatalogueFailure::Damaged;
+    default:
+        return CatalogueFailure::Unwritable;
+    }
 }
 
 /// A commit is on the disk before the next begins; the log does not stay large after a large import.
@@ -117,9 +176,22 @@ void bringUpToDate(SQLite::Database &database)
 }
 } // namespace
 
-Error CatalogueStore::error(const QString &path, const QString &what)
+Error CatalogueStore::error(const QString &path, const QString &what, CatalogueFailure failure)
 {
-    return Error{u"Catalogue"_s, 0, u"%1: %2"_s.arg(path, what)};
+    return Error{u"Catalogue"_s, static_cast<int>(failure), u"%1: %2"_s.arg(path, what)};
+}
+
+Error CatalogueStore::error(const QString &path, const SQLite::Exception &exception)
+{
+    return error(path, QString::fromUtf8(exception.what()), failureOf(exception));
+}
+
+void CatalogueStore::waitForWriters(SQLite::Database &database, const Patience *patience)
+{
+    if (patience)
+        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, const_cast<Patience *>(patience));
+    else
+        database.setBusyTimeout(BusyTimeoutMilliseconds);
 }
 
 Result<QStringList> CatalogueStore::faults(SQLite::Database &database)
@@ -138,7 +210,8 @@ Result<QStringList> CatalogueStore::faults(SQLite::Database &database)
     }
 }
 
-Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path)
+Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path,
+                                                                         const Patience *patience)
 {
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
         return error(path, u"is not a file"_s);
@@ -148,21 +221,22 @@ Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const Q
     try {
         if (!QFileInfo::exists(path))
             make(path);
-        Database database = opened(path);
+        Database database = opened(path, patience);
+        const StoppableOpening stoppable(*database, patience);
         if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
-            return error(path, u"is not a subtitle catalogue"_s);
+            return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
         const int version = pragma(*database, "PRAGMA user_version");
         if (version < CatalogueSchema::OldestReadable || version > CatalogueSchema::Version)
-            return error(path, u"was made by another version of Plovendix"_s);
+            return error(path, u"was made by another version of Plovendix"_s, CatalogueFailure::OtherVersion);
         prepare(*database);
         if (version < CatalogueSchema::Version) {
             if (const Result<QStringList> found = faults(*database); !found->isEmpty())
-                return error(path, u"is damaged: "_s + found->first());
+                return error(path, u"is damaged: "_s + found->first(), CatalogueFailure::Damaged);
             keepCopy(*database, path, version);
             bringUpToDate(*database);
         }
         return database;
     } catch (const SQLite::Exception &exception) {
-        return error(path, QString::fromUtf8(exception.what()));
+        return error(path, exception);
     }
 }

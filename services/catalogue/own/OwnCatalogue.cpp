@@ -22,23 +22,25 @@ QList<qint64> firstColumn(SQLite::Statement &statement)
 }
 } // namespace
 
-OwnCatalogue::OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path)
+OwnCatalogue::OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
+                           const CatalogueStore::Patience *patience)
     : m_database(std::move(database)),
       m_rows(std::make_unique<CatalogueRows>(*m_database)),
       m_statements(std::make_unique<PreparedStatements>(*m_database)),
-      m_path(path)
+      m_path(path),
+      m_patience(patience)
 {
 }
 
 OwnCatalogue::~OwnCatalogue() = default;
 OwnCatalogue::OwnCatalogue(OwnCatalogue &&) noexcept = default;
 
-Result<OwnCatalogue> OwnCatalogue::open(const QString &path)
+Result<OwnCatalogue> OwnCatalogue::open(const QString &path, const CatalogueStore::Patience *patience)
 {
-    Result<std::unique_ptr<SQLite::Database>> database = CatalogueStore::openForWriting(path);
+    Result<std::unique_ptr<SQLite::Database>> database = CatalogueStore::openForWriting(path, patience);
     if (!database)
         return database.error();
-    return OwnCatalogue(std::move(database.value()), path);
+    return OwnCatalogue(std::move(database.value()), path, patience);
 }
 
 /// The writer's place is taken at once: one that waits for it in the middle could not be given it any more.
@@ -52,7 +54,7 @@ Result<Value> OwnCatalogue::inTransaction(const Work &work)
         return value;
     } catch (const SQLite::Exception &exception) {
         m_database->tryExec("ROLLBACK");
-        return CatalogueStore::error(m_path, QString::fromUtf8(exception.what()));
+        return CatalogueStore::error(m_path, exception);
     }
 }
 
@@ -66,7 +68,7 @@ Result<OwnCatalogue::SourceState> OwnCatalogue::stateOf(const QString &path, con
             return SourceState::Unknown;
         return find->getColumn(0).getInt() != 0 ? SourceState::Whole : SourceState::Begun;
     } catch (const SQLite::Exception &exception) {
-        return CatalogueStore::error(m_path, QString::fromUtf8(exception.what()));
+        return CatalogueStore::error(m_path, exception);
     }
 }
 
@@ -79,7 +81,7 @@ Result<bool> OwnCatalogue::hasMember(const QString &path, qint64 member)
         find->bind(2, sqlInt(member));
         return find->executeStep();
     } catch (const SQLite::Exception &exception) {
-        return CatalogueStore::error(m_path, QString::fromUtf8(exception.what()));
+        return CatalogueStore::error(m_path, exception);
     }
 }
 
@@ -209,7 +211,7 @@ Result<void> OwnCatalogue::vacuum()
 {
     const Result<QStringList> faults = CatalogueStore::faults(*m_database);
     if (!faults->isEmpty())
-        return CatalogueStore::error(m_path, u"is damaged: "_s + faults->first());
+        return CatalogueStore::error(m_path, u"is damaged: "_s + faults->first(), CatalogueFailure::Damaged);
     try {
         m_database->exec("INSERT INTO title_words(title_words) VALUES('optimize')");
         m_database->exec("VACUUM");
@@ -217,7 +219,7 @@ Result<void> OwnCatalogue::vacuum()
         settle();
         return {};
     } catch (const SQLite::Exception &exception) {
-        return CatalogueStore::error(m_path, QString::fromUtf8(exception.what()));
+        return CatalogueStore::error(m_path, exception);
     }
 }
 
@@ -225,5 +227,5 @@ void OwnCatalogue::settle()
 {
     m_database->setBusyTimeout(0); // not worth waiting for the end of somebody's reading
     m_database->tryExec("PRAGMA wal_checkpoint(TRUNCATE)");
-    m_database->setBusyTimeout(CatalogueStore::BusyTimeoutMilliseconds);
+    CatalogueStore::waitForWriters(*m_database, m_patience);
 }

@@ -6,6 +6,10 @@
 #include <memory>
 
 class CatalogueRows;
+namespace CatalogueStore
+{
+struct Patience;
+}
 
 /// A subtitle read from a source and ready to be entered.
 struct ReadSubtitle
@@ -27,7 +31,7 @@ struct SourceStep
 
 /// The person's own catalogue, opened to grow and shrink. Every function is one transaction: after a kill the
 /// file holds what the last finished one left, and doing the same again changes nothing that is there. Errors
-/// have the domain "Catalogue" and are for the terminal. One thread.
+/// have the domain "Catalogue" and are for the terminal, with a CatalogueFailure as code. One thread.
 class OwnCatalogue final
 {
 public:
@@ -44,7 +48,8 @@ public:
             0; // the same subtitle came from elsewhere before, or this member is there already
     };
 
-    static Result<OwnCatalogue> open(const QString &path);
+    /// `patience`, if any, outlives the catalogue.
+    static Result<OwnCatalogue> open(const QString &path, const CatalogueStore::Patience *patience = nullptr);
     ~OwnCatalogue();
     OwnCatalogue(OwnCatalogue &&) noexcept;
     OwnCatalogue &operator=(OwnCatalogue &&) = delete;
@@ -64,7 +69,8 @@ public:
     void settle();
 
 private:
-    OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path);
+    OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
+                 const CatalogueStore::Patience *patience);
     template <class Value, class Work>
     Result<Value> inTransaction(const Work &work);
     void enterStep(const SourceStep &step, Entered &counts);
@@ -77,4 +83,5 @@ private:
     std::unique_ptr<CatalogueRows> m_rows; // these two let go of the database before it closes
     std::unique_ptr<class PreparedStatements> m_statements;
     QString m_path;
+    const CatalogueStore::Patience *m_patience = nullptr;
 };
