@@ -3,11 +3,13 @@
 #include "ProgramAccounts.h"
 #include "SecretFileQuestion.h"
 
+#include <panels/FolderImporting.h>
 #include <platform/Bundle.h>
 #include <platform/SessionBus.h>
 #include <search/api/ServiceStatus.h>
 #include <services/catalogue/CatalogueService.h>
 #include <services/catalogue/CatalogueServices.h>
+#include <services/catalogue/folder/FolderImport.h>
 #include <services/combined/Services.h>
 #include <services/secrets/KeychainSecretStore.h>
 
@@ -56,6 +58,7 @@ private:
                          makeCatalogueMetadataService(m_starter), secretStore(m_question)}};
     const std::shared_ptr<ProgramAccounts> m_accounts =
         std::make_shared<ProgramAccounts>(m_services, m_starter);
+    std::shared_ptr<FolderImporting> m_folders = std::make_shared<FolderImport>(standardOwnCataloguePath());
 };
 
 ProgramServices::ProgramServices()
@@ -67,11 +70,14 @@ ProgramServices::ProgramServices()
     });
     m_services.rest().setQuotaObserver([this](const RestQuota &) { showStatus(); });
     ServiceAccounts::setShared(m_accounts);
+    FolderImporting::setShared(m_folders);
 }
 
 ProgramServices::~ProgramServices()
 {
     ServiceAccounts::setShared({});
+    FolderImporting::setShared({});
+    m_folders->stop(); // ends while we say goodbye
     m_services.setObserver({});
     logOut();
     m_services.rest().setQuotaObserver({});

@@ -1,0 +1,122 @@
+#include "FolderImportJob.h"
+
+#include <services/catalogue/own/ArchiveMembers.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QLoggingCategory>
+
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(folderLog, "plovendix.services.catalogue.folder")
+}
+
+FolderImportJob::FolderImportJob(const QString &catalogue, const QString &folder,
+                                 std::chrono::milliseconds interval, std::chrono::milliseconds patience)
+    : m_catalogue(catalogue), m_interval(interval)
+{
+    m_patience.longest = patience;
+    m_state.phase = Phase::Counting;
+    m_state.folder = QDir::cleanPath(folder);
+}
+
+FolderImportState FolderImportJob::run(const Tell &tell)
+{
+    m_tell = tell;
+    enter(Phase::Counting);
+    if (findFolder())
+        countFiles();
+    if (m_state.phase == Phase::Counting && m_state.total > 0 && !isStopped())
+        readFiles();
+    if (m_state.phase != Phase::Failed)
+        m_state.phase = isStopped() ? Phase::Stopped : Phase::Finished;
+    return m_state;
+}
+
+void FolderImportJob::enter(Phase phase)
+{
+    m_state.phase = phase;
+    m_sinceTold.start();
+    m_tell(m_state);
+}
+
+void FolderImportJob::tellNowAndThen()
+{
+    if (m_sinceTold.elapsed() < m_interval.count())
+        return;
+    m_sinceTold.start();
+    m_tell(m_state);
+}
+
+/// A folder that cannot be listed would look like an empty one.
+bool FolderImportJob::findFolder()
+{
+    std::error_code failure;
+    const std::filesystem::directory_iterator entries(QFile::encodeName(m_state.folder).toStdString(),
+                                                      failure);
+    if (!failure)
+        return true;
+    const bool isGone =
+        failure == std::errc::no_such_file_or_directory || failure == std::errc::not_a_directory;
+    fail(isGone ? m_texts.folderIsGone(m_state.folder) : m_texts.folderIsUnreadable(m_state.folder));
+    return false;
+}
+
+/// Sees what CatalogueImport will see.
+void FolderImportJob::countFiles()
+{
+    QDirIterator files(m_state.folder, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext() && !isStopped()) {
+        const QString file = files.next();
+        if (isSubtitleFileName(files.fileName()) || ArchiveMembers::isArchiveName(file))
+            ++m_state.total;
+        tellNowAndThen();
+    }
+}
+
+void FolderImportJob::readFiles()
+{
+    enter(Phase::Reading);
+    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_catalogue, &m_patience);
+    if (!catalogue)
+        return fail(m_texts.catalogueFailed(m_catalogue, catalogue.error()));
+    CatalogueImport import(catalogue.value(), {}, [this](const ImportCounts &counts) {
+        take(counts);
+        tellNowAndThen();
+        return !isStopped();
+    });
+    const Result<CatalogueImport::End> end = import.add(m_state.folder);
+    take(import.counts());
+    for (const QString &problem : import.counts().problems)
+        qCInfo(folderLog, "%s", qUtf8Printable(problem));
+    if (!end) {
+        qCWarning(folderLog, "%s", qUtf8Printable(end.error().localizedDescription));
+        fail(m_texts.catalogueFailed(m_catalogue, end.error()));
+    } else if (!isStopped()) {
+        findFolder(); // it may have gone meanwhile, with what is in it
+    }
+}
+
+void FolderImportJob::take(const ImportCounts &counts)
+{
+    m_state.files = counts.files;
+    m_state.added = counts.added;
+    m_state.known = counts.known;
+    m_state.refused = counts.refused;
+    m_state.current = pathBelow(m_state.folder, counts.current);
+    if (counts.firstRefused && m_state.firstRefusal.isEmpty())
+        m_state.firstRefusal = m_texts.refusal(*counts.firstRefused, m_state.folder);
+}
+
+/// What fails once somebody has stopped it fails because of that.
+void FolderImportJob::fail(const QString &sentence)
+{
+    if (isStopped())
+        return;
+    m_state.phase = Phase::Failed;
+    m_state.failure = sentence;
+}

@@ -1,0 +1,45 @@
+#pragma once
+#include "FolderImportTexts.h"
+
+#include <panels/FolderImporting.h>
+#include <services/catalogue/own/CatalogueStore.h>
+
+#include <QElapsedTimer>
+#include <functional>
+
+/// One import of a folder: counts what there is, then enters it. Made on the main thread and run once on
+/// another; any thread may stop it.
+class FolderImportJob final
+{
+public:
+    using Tell = std::function<void(const FolderImportState &)>;
+
+    /// `interval` is the least time between two states while it runs; `patience` how long another writer of
+    /// the catalogue is waited for.
+    FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds interval,
+                    std::chrono::milliseconds patience);
+
+    /// Tells how far it is, on this thread, and gives how it ended. The catalogue is closed by then.
+    FolderImportState run(const Tell &tell);
+    void stop() { m_patience.isStopped = true; }
+
+private:
+    using Phase = FolderImportState::Phase;
+
+    void enter(Phase phase);
+    void tellNowAndThen();
+    bool findFolder();
+    void countFiles();
+    void readFiles();
+    void take(const ImportCounts &counts);
+    void fail(const QString &sentence);
+    bool isStopped() const { return m_patience.isStopped; }
+
+    const QString m_catalogue;
+    const std::chrono::milliseconds m_interval;
+    const FolderImportTexts m_texts;
+    CatalogueStore::Patience m_patience;
+    Tell m_tell;
+    QElapsedTimer m_sinceTold;
+    FolderImportState m_state;
+};

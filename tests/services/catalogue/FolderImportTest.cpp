@@ -1,0 +1,229 @@
+#include "ImportFixture.h"
+
+#include <platform/MainQueue.h>
+#include <services/catalogue/folder/FolderImport.h>
+#include <services/catalogue/own/CatalogueReports.h>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Phase = FolderImportState::Phase;
+
+/// An import of a folder in the background, as the preferences see it.
+class FolderImportTest final : public QObject
+{
+    Q_OBJECT
+
+    static constexpr int MoreThanABatch = 300;
+
+    Sandbox m_sandbox;
+    std::unique_ptr<ImportFixture> m_fixture;
+    std::unique_ptr<FolderImport> m_import;
+    QList<FolderImportState> m_states; // those that were told, on the main thread
+
+    void makeImport(const FolderImport::Manners &manners = {0ms, 30s, 5s})
+    {
+        m_states.clear();
+        m_import = std::make_unique<FolderImport>(m_fixture->path(), manners);
+        connect(m_import.get(), &FolderImporting::changed, this, [this] {
+            QVERIFY(MainQueue::isMainThread());
+            m_states += m_import->state();
+        });
+    }
+    void importFolder()
+    {
+        makeImport();
+        m_import->start(m_fixture->folder());
+        QTRY_VERIFY(!m_import->state().isRunning());
+    }
+    void writeEpisodes(int count, int first = 0) const
+    {
+        for (int i = first; i < count; ++i)
+            m_fixture->write(u"Harbour.Lights.S01E%1.en.srt"_s.arg(i + 1, 3, 10, QLatin1Char('0')),
+                             ImportFixture::cue(QString::number(i)));
+    }
+    /// What is in a catalogue, in an order of its own.
+    static QStringList contentsOf(const QString &catalogue)
+    {
+        QStringList lines;
+        const Result<void> listed =
+            CatalogueReports::list(catalogue, {}, [&](const CatalogueReports::Line &line) {
+                lines += u"%1|%2|%3|%4"_s.arg(line.release, line.language, line.format, line.source);
+                return true;
+            });
+        if (!listed)
+            return {listed.error().localizedDescription};
+        lines.sort();
+        return lines;
+    }
+    /// Somebody who is writing to the catalogue, for as long as this lives.
+    std::unique_ptr<SQLite::Database> otherWriter() const
+    {
+        auto database = std::make_unique<SQLite::Database>(QFile::encodeName(m_fixture->path()).toStdString(),
+                                                           SQLite::OPEN_READWRITE);
+        database->exec("BEGIN IMMEDIATE");
+        return database;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { MainQueue::shared(); }
+    void init()
+    {
+        m_fixture =
+            std::make_unique<ImportFixture>(m_sandbox, QString::fromLatin1(QTest::currentTestFunction()));
+    }
+    void cleanup() { m_import.reset(); }
+
+    void progressArrivesOnTheMainThreadInOrder()
+    {
+        writeEpisodes(30);
+        makeImport();
+        m_import->start(m_fixture->folder());
+        QCOMPARE(m_states.size(), 1); // the rest comes on later turns
+        QCOMPARE(m_states.first().phase, Phase::Counting);
+        QTRY_VERIFY(!m_import->state().isRunning());
+
+        qint64 files = 0;
+        qint64 total = 0;
+        auto phase = Phase::Counting;
+        QSet<QString> named;
+        for (const FolderImportState &state : m_states) {
+            QVERIFY(state.phase >= phase);
+            QVERIFY(state.files >= files);
+            QVERIFY(state.total >= total);
+            QVERIFY(state.phase != Phase::Reading || state.total == 30);
+            phase = state.phase;
+            files = state.files;
+            total = state.total;
+            named += state.current;
+        }
+        QVERIFY(named.contains(u"Harbour.Lights.S01E017.en.srt"_s));
+        QCOMPARE(phase, Phase::Finished);
+        QCOMPARE(files, 30);
+        QCOMPARE(m_import->state().added, 30);
+        QCOMPARE(m_import->state().refused, 0);
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 30);
+    }
+
+    void statesComeOnlySoOften()
+    {
+        writeEpisodes(100);
+        makeImport({10min, 30s, 5s});
+        m_import->start(m_fixture->folder());
+        QTRY_VERIFY(!m_import->state().isRunning());
+        QCOMPARE(m_states.size(), 4); // it begins, counts, reads and has ended
+        QCOMPARE(m_import->state().added, 100);
+    }
+
+    void entersWhatTheCommandEnters()
+    {
+        writeEpisodes(3);
+        m_fixture->write(u"deep/Night.Ferry.2020.srt"_s, ImportFixture::cue(u"a"_s));
+        m_fixture->writeArchive(u"more.zip"_s, {{u"Paper.Boat.2018.de.srt"_s, ImportFixture::cue(u"b"_s)},
+                                                {u"Tin.Star.2017.fr.srt"_s, ImportFixture::cue(u"c"_s)}});
+        m_fixture->add();
+        const QStringList expected = contentsOf(m_fixture->path());
+        QCOMPARE(expected.size(), 6);
+        QVERIFY(QFile::remove(m_fixture->path()));
+        importFolder();
+        QCOMPARE(m_import->state().phase, Phase::Finished);
+        QCOMPARE(m_import->state().total, 5);
+        QCOMPARE(m_import->state().added, 6);
+        QCOMPARE(contentsOf(m_fixture->path()), expected);
+    }
+
+    void sameFolderAgainChangesNothing()
+    {
+        writeEpisodes(5);
+        importFolder();
+        const QStringList before = contentsOf(m_fixture->path());
+        m_import->start(m_fixture->folder());
+        QTRY_VERIFY(!m_import->state().isRunning());
+        QCOMPARE(m_import->state().phase, Phase::Finished);
+        QCOMPARE(m_import->state().added, 0);
+        QCOMPARE(m_import->state().known, 5);
+        QCOMPARE(contentsOf(m_fixture->path()), before);
+    }
+
+    void oneThatRunsIsNotDisturbedByAnother()
+    {
+        writeEpisodes(MoreThanABatch);
+        m_fixture->write(u"../other/Paper.Boat.2018.de.srt"_s, ImportFixture::cue(u"b"_s));
+        makeImport();
+        m_import->start(m_fixture->folder());
+        m_import->start(m_fixture->folder() + u"/../other"_s);
+        QTRY_VERIFY(!m_import->state().isRunning());
+        QCOMPARE(m_import->state().folder, m_fixture->folder());
+        QCOMPARE(m_import->state().added, MoreThanABatch);
+        QCOMPARE(m_fixture->search(u"paper boat"_s), QStringList());
+    }
+
+    void folderWithoutSubtitlesMakesNoCatalogue()
+    {
+        m_fixture->write(u"notes.md"_s, "nothing");
+        importFolder();
+        QCOMPARE(m_import->state().phase, Phase::Finished);
+        QCOMPARE(m_import->state().total, 0);
+        QVERIFY(!QFile::exists(m_fixture->path()));
+    }
+
+    void stopWhileAnotherWritesEndsAtOnceAndALaterRunCompletes()
+    {
+        writeEpisodes(1);
+        m_fixture->add();
+        writeEpisodes(MoreThanABatch, 1);
+        auto writer = otherWriter();
+        makeImport();
+        m_import->start(m_fixture->folder());
+        QTRY_VERIFY(m_import->state().files > 200); // read, and waiting to enter them
+        m_import->stop();
+        QCOMPARE(m_import->state().phase, Phase::Stopping);
+        QTRY_COMPARE(m_import->state().phase, Phase::Stopped);
+        for (auto state = m_states.crbegin() + 1; state->phase != Phase::Stopping; ++state)
+            QVERIFY2(state == m_states.crbegin(), "a state on its way made it look as if it went on");
+        writer.reset();
+        QVERIFY(m_fixture->faults().isEmpty());
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 1);
+
+        m_import->start(m_fixture->folder());
+        QTRY_COMPARE(m_import->state().phase, Phase::Finished);
+        QCOMPARE(m_import->state().known, 1);
+        QCOMPARE(m_import->state().added, MoreThanABatch - 1);
+        QVERIFY(m_fixture->faults().isEmpty());
+    }
+
+    void endOfTheProgramWaitsOnlyShortly()
+    {
+        writeEpisodes(1);
+        m_fixture->add();
+        writeEpisodes(MoreThanABatch, 1);
+        const auto writer = otherWriter();
+        makeImport();
+        m_import->start(m_fixture->folder());
+        QTRY_VERIFY(m_import->state().files > 200);
+        m_states.clear();
+        QElapsedTimer timer;
+        timer.start();
+        m_import.reset();
+        QVERIFY2(timer.elapsed() < 4000, qPrintable(QString::number(timer.elapsed())));
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(m_states.isEmpty());
+    }
+
+    void stopWithoutAnImportDoesNothing()
+    {
+        makeImport();
+        m_import->stop();
+        QVERIFY(m_states.isEmpty());
+        QCOMPARE(m_import->state().phase, Phase::Idle);
+    }
+};
+
+QTEST_GUILESS_MAIN(FolderImportTest)
+#include "FolderImportTest.moc"
