@@ -1,5 +1,6 @@
 #include "ui_PrefsServicesViewController.h"
 
+#include "FolderImportSection.h"
 #include "Links.h"
 #include "PrefsServicesViewController.h"
 
@@ -81,8 +82,19 @@ void PrefsServicesViewController::viewDidLoad()
         connect(m_accounts.get(), &ServiceAccounts::changed, this, &PrefsServicesViewController::showTexts);
     m_scene->testButton->setEnabled(m_accounts != nullptr);
     m_scene->catalogueButton->setEnabled(m_accounts != nullptr);
+    makeFolderSection();
     showTexts();
     showCataloguePlace();
+}
+
+void PrefsServicesViewController::makeFolderSection()
+{
+    m_folders =
+        new FolderImportSection({m_scene->addFolderButton, m_scene->importIndicator, m_scene->importLine,
+                                 m_scene->cancelImportButton, m_scene->importLabel},
+                                *view());
+    connect(m_folders, &FolderImportSection::catalogueChanged, this,
+            &PrefsServicesViewController::showCataloguePlace);
 }
 
 /// May come before the view was loaded, which shows the same.
@@ -187,6 +199,16 @@ void PrefsServicesViewController::showCatalogue(QObject *)
 {
     if (m_accounts)
         Workspace::sharedWorkspace().showInFileBrowser(QUrl::fromLocalFile(m_accounts->catalogue().file));
+}
+
+void PrefsServicesViewController::addFolder(QObject *)
+{
+    m_folders->askAndStart();
+}
+
+void PrefsServicesViewController::cancelImport(QObject *)
+{
+    m_folders->cancel();
 }
 
 std::weak_ptr<PrefsServicesViewController> PrefsServicesViewController::weakSelf()

@@ -2,7 +2,9 @@
 #include "ServiceAccounts.h"
 
 #include <views/PlatformSpecificController.h>
+#include <QPointer>
 
+class FolderImportSection;
 class QLineEdit;
 namespace Ui
 {
@@ -10,8 +12,8 @@ class PrefsServicesViewController;
 }
 
 /// The Services pane of the preferences: keys, login, what a person thinks of kinds of subtitles, and where
-/// the catalogue lies. What is typed is used and kept as soon as the edit ends. Without accounts the fields
-/// for them are disabled. Main thread only.
+/// the catalogue lies and grows. What is typed is used and kept as soon as the edit ends. Without accounts
+/// the fields for them are disabled. Main thread only.
 class PrefsServicesViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
@@ -32,6 +34,9 @@ public:
     /// Asks the services whether they accept what is typed, and says so below the button.
     Q_INVOKABLE void testConnection(QObject *sender);
     Q_INVOKABLE void showCatalogue(QObject *sender);
+    /// Asks for a folder and adds what is in it to the catalogue.
+    Q_INVOKABLE void addFolder(QObject *sender);
+    Q_INVOKABLE void cancelImport(QObject *sender);
 
 private:
     using Item = ServiceAccounts::Item;
@@ -43,6 +48,7 @@ private:
 
     void showTexts();
     void showCataloguePlace();
+    void makeFolderSection();
     void save(const Field &field);
     void takeSubtitleAnswer(const Result<ServiceAccounts::Connection> &answer);
     void finishTest(const QStringList &sentences);
@@ -51,4 +57,5 @@ private:
     std::shared_ptr<ServiceAccounts> m_accounts;
     std::vector<Field> m_fields;
     std::unique_ptr<Ui::PrefsServicesViewController> m_scene;
+    QPointer<FolderImportSection> m_folders; // the view's
 };

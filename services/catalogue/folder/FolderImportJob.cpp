@@ -92,7 +92,7 @@ void FolderImportJob::readFiles()
     const Result<CatalogueImport::End> end = import.add(m_state.folder);
     take(import.counts());
     for (const QString &problem : import.counts().problems)
-        qCInfo(folderLog, "%s", qUtf8Printable(problem));
+        qCInfo(folderLog, "%s", qUtf8Printable(problem.simplified()));
     if (!end) {
         qCWarning(folderLog, "%s", qUtf8Printable(end.error().localizedDescription));
         fail(m_texts.catalogueFailed(m_catalogue, end.error()));

@@ -329,8 +329,8 @@ private Q_SLOTS:
                               << u"“deep/page.srt” is no subtitle."_s;
         QTest::newRow("large") << u"large.srt"_s << QByteArray(9 * 1024 * 1024, 'x')
                                << u"“large.srt” is too large for a subtitle."_s;
-        QTest::newRow("packed") << u"packed.srt.gz"_s << QByteArray("\x1f\x8b\x08 and no more")
-                                << u"“packed.srt.gz” cannot be unpacked."_s;
+        QTest::newRow("packed") << u"packed.srt"_s << QByteArray("7z\xbc\xaf\x27\x1c and no more of it")
+                                << u"“packed.srt” cannot be unpacked."_s;
         QTest::newRow("archive") << u"more.zip"_s << QByteArray("no archive")
                                  << u"“more.zip” is damaged or of an unknown kind."_s;
         QTest::newRow("long name") << QString(100, u'a') + QString(100, u'b') + u".srt"_s << QByteArray("no")
