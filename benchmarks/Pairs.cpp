@@ -1,5 +1,7 @@
 #include "Pairs.h"
 
+#include "Output.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -72,8 +74,9 @@ int runPairs(int argc, char **argv, const std::vector<Pair> &pairs)
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
     for (const Pair &pair : pairs)
-        std::printf("{\"name\": \"%s\", \"value\": %.6g, \"floor\": %.6g, \"unit\": \"%s\"}\n",
-                    pair.name.c_str(), collector.median(pair.name), collector.median(floorName(pair)),
-                    benchmark::GetTimeUnitString(pair.unit));
+        std::fprintf(measuredOutput(),
+                     "{\"name\": \"%s\", \"value\": %.6g, \"floor\": %.6g, \"unit\": \"%s\"}\n",
+                     pair.name.c_str(), collector.median(pair.name), collector.median(floorName(pair)),
+                     benchmark::GetTimeUnitString(pair.unit));
     return 0;
 }

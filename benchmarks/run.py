@@ -29,6 +29,8 @@ PROGRAMS = (
      DISPLAY + script('window.py', TARGETS + 'window-watch', os.path.join(BUILD, 'plovendix'), TARGETS + 'plain-window')),
     (('movie_hash',), [TARGETS + 'movie-hash']),
     (('names',), script('names.py', TARGETS + 'names')),
+    (('list_reset', 'list_scroll'), DISPLAY + [TARGETS + 'results-list']),
+    (('search_stall',), DISPLAY + script('stall.py', TARGETS + 'search-stall')),
 )
 
 
