@@ -64,14 +64,12 @@ void FolderImportSection::show()
 
 void FolderImportSection::showControls(const FolderImportState &state)
 {
-    using Phase = FolderImportState::Phase;
     if (state.isRunning() && m_parts.cancelButton->isHidden())
         exchange(*m_parts.addButton, *m_parts.cancelButton);
     else if (!state.isRunning() && m_parts.addButton->isHidden())
         exchange(*m_parts.cancelButton, *m_parts.addButton);
     m_parts.busyIndicator->setVisible(state.isRunning() && state.files == 0);
     m_parts.progressLine->setVisible(state.isRunning() && state.files > 0);
-    m_parts.cancelButton->setEnabled(state.phase != Phase::Stopping);
 }
 
 void FolderImportSection::showProgress(const FolderImportState &state)

@@ -2,12 +2,15 @@
 
 Written to build/screenshots/, for people to look at beside each other. BUILD is the build folder, build/dev without one.
 """
+import contextlib
 import os
 import pathlib
 import shutil
+import sqlite3
 import sys
 
 from desktop import Desktop
+from folder_test import write_subtitle
 from maker import STEPS_DOWN, Maker
 from service import NOWHERE, STAND_IN
 from waiting import remains, wait_for
@@ -95,6 +98,24 @@ class Studio:
         self._click(pane.find('push button', 'Test Connection'))
         pane.find('label', lambda name: name.startswith('The subtitle service accepts'))
         self._take('services', self._screen.window('^Services$'))
+
+    def folder_running(self):
+        folder = self._subtitles()
+        path = os.path.join(self._start_with_folder(folder), 'Plovendix', 'catalogue.sqlite')
+        for number in range(340):
+            write_subtitle(folder, f'Quiet.Engine.S01E{number:03}.1080p.WEB-DL.en.srt', str(number))
+        with contextlib.closing(sqlite3.connect(path, isolation_level=None)) as other:
+            other.execute('BEGIN IMMEDIATE')  # keeps the import from its end
+            self._add_folder(folder).find('label', lambda name: ' files, ' in name)
+            self._take('folder-running', self._screen.window('^Services$'))
+
+    def folder_added(self):
+        folder = self._subtitles()
+        self._start_with_folder(folder)
+        write_subtitle(folder, 'Quiet.Engine.2019.en.srt')
+        write_subtitle(folder, 'page.srt', cue='<html>Not found</html>')
+        self._add_folder(folder).find('label', lambda name: name.startswith('Subtitles added: '))
+        self._take('folder-added', self._screen.window('^Services$'))
 
     def offline_hint(self):
         self._start()
@@ -222,6 +243,34 @@ class Studio:
         self._start(settings={name: addresses[name] for name in names},
                     environment={name: value for name, value in addresses.items() if name.startswith('PLOVENDIX_')})
 
+    def _subtitles(self):
+        folder = os.path.join(self._desktop.folder, 'Subtitles')
+        shutil.rmtree(folder, ignore_errors=True)
+        write_subtitle(folder, 'Tin.Orchard.2019.en.srt')
+        return folder
+
+    def _start_with_folder(self, folder):
+        """Starts the program and adds the folder, so that there is a catalogue; where the person's data is kept."""
+        home = self._start()
+        self._add_folder(folder).find('label', lambda name: name.startswith('Subtitles added: 1'))
+        self._screen.press('ctrl+w')
+        wait_for(lambda: not self._tree.find_all('frame', 'Services'), 'the preferences are closed')
+        self._screen.activate(self._window)
+        return home['XDG_DATA_HOME']
+
+    def _add_folder(self, folder):
+        """Adds it in the Services pane, which this gives."""
+        self._screen.press('ctrl+comma')
+        self._click(self._tree.find('check box', 'Services'))
+        pane = self._tree.find('frame', 'Services')
+        self._click(pane.find('push button', 'Add Folder…'))
+        name = self._tree.find('dialog', 'Add Folder').find('text', 'Folder:')
+        wait_for(lambda: name.has('focused'), 'the field has the focus')
+        self._screen.press('ctrl+a')
+        self._screen.type(folder)
+        self._screen.press('Return')
+        return pane
+
     def _download_online(self):
         self._type('paper lighthouse')
         self._select_first()
@@ -254,6 +303,7 @@ class Studio:
         self._window = self._screen.window('^Plovendix')
         self._tree = self._desktop.accessible(self._program)
         wait_for(lambda: self._screen.active_window() == self._window, 'the window is active')
+        return home
 
     def _sample(self):
         """A fresh copy of the sample, so that a subtitle can be saved beside it."""
@@ -296,7 +346,8 @@ class Studio:
 
 STATES = (Studio.idle, Studio.dragging, Studio.results, Studio.panel, Studio.sheet, Studio.saved, Studio.nothing_found,
           Studio.alert, Studio.menu, Studio.general, Studio.updates,
-          Studio.languages, Studio.about, Studio.donation, Studio.services, Studio.offline_hint, Studio.no_network, Studio.service_down,
+          Studio.languages, Studio.about, Studio.donation, Studio.services, Studio.folder_running,
+          Studio.folder_added, Studio.offline_hint, Studio.no_network, Studio.service_down,
           Studio.key_refused, Studio.login_refused, Studio.limit_reached, Studio.downloads_left,
           Studio.update_found, Studio.up_to_date, Studio.update_refused, Studio.feedback, Studio.feedback_kept)
 

@@ -6,20 +6,26 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <optional>
+#include <utility>
 
 /// What the thread and the main thread share.
 struct FolderImport::Run
 {
     Run(FolderImport &import, const QString &folder)
         : owner(&import),
-          job(import.m_catalogue, folder, import.m_manners.interval, import.m_manners.patience)
+          interval(import.m_manners.interval),
+          job(import.m_catalogue, folder, import.m_manners.patience)
     {
     }
 
     FolderImport *owner; // main thread only; null once it is gone
+    const std::chrono::milliseconds interval;
     FolderImportJob job;
-    std::mutex mutex;    // guards the two below
-    bool isLeft = false; // nobody is told any more
+    std::mutex mutex; // guards what follows
+    std::optional<FolderImportState> latest;
+    bool isAwaited = false; // the main thread will come for it
+    bool isLeft = false;    // nobody is told any more
     bool isEnded = false;
     std::condition_variable ended;
 
@@ -32,16 +38,30 @@ struct FolderImport::Run
         run->ended.notify_all();
     }
 
-    /// Under the lock, so that whoever leaves knows that the queue is not asked for afterwards.
+    /// Under the lock, so that whoever leaves knows that the queue is not asked for afterwards. What comes
+    /// before the main thread has taken a state takes its place.
     void hand(const std::shared_ptr<Run> &self, const FolderImportState &state)
     {
         const std::scoped_lock lock(mutex);
         if (isLeft)
             return;
-        MainQueue::shared().async([self, state] {
-            if (self->owner)
-                self->owner->take(state);
-        });
+        latest = state;
+        if (!state.isRunning())
+            MainQueue::shared().async([self] { self->give(); });
+        else if (!std::exchange(isAwaited, true))
+            MainQueue::shared().asyncAfter(interval, [self] { self->give(); });
+    }
+
+    void give()
+    {
+        std::optional<FolderImportState> state;
+        {
+            const std::scoped_lock lock(mutex);
+            isAwaited = false;
+            state = std::exchange(latest, std::nullopt);
+        }
+        if (owner && state)
+            owner->take(*state);
     }
 
     /// Whether the thread has ended.

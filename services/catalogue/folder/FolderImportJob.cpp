@@ -16,8 +16,8 @@ Q_LOGGING_CATEGORY(folderLog, "plovendix.services.catalogue.folder")
 }
 
 FolderImportJob::FolderImportJob(const QString &catalogue, const QString &folder,
-                                 std::chrono::milliseconds interval, std::chrono::milliseconds patience)
-    : m_catalogue(catalogue), m_interval(interval)
+                                 std::chrono::milliseconds patience)
+    : m_catalogue(catalogue)
 {
     m_patience.longest = patience;
     m_state.phase = Phase::Counting;
@@ -40,15 +40,6 @@ FolderImportState FolderImportJob::run(const Tell &tell)
 void FolderImportJob::enter(Phase phase)
 {
     m_state.phase = phase;
-    m_sinceTold.start();
-    m_tell(m_state);
-}
-
-void FolderImportJob::tellNowAndThen()
-{
-    if (m_sinceTold.elapsed() < m_interval.count())
-        return;
-    m_sinceTold.start();
     m_tell(m_state);
 }
 
@@ -74,7 +65,7 @@ void FolderImportJob::countFiles()
         const QString file = files.next();
         if (isSubtitleFileName(files.fileName()) || ArchiveMembers::isArchiveName(file))
             ++m_state.total;
-        tellNowAndThen();
+        m_tell(m_state);
     }
 }
 
@@ -86,7 +77,7 @@ void FolderImportJob::readFiles()
         return fail(m_texts.catalogueFailed(m_catalogue, catalogue.error()));
     CatalogueImport import(catalogue.value(), {}, [this](const ImportCounts &counts) {
         take(counts);
-        tellNowAndThen();
+        m_tell(m_state);
         return !isStopped();
     });
     const Result<CatalogueImport::End> end = import.add(m_state.folder);

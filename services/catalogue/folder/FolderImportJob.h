@@ -4,7 +4,6 @@
 #include <panels/FolderImporting.h>
 #include <services/catalogue/own/CatalogueStore.h>
 
-#include <QElapsedTimer>
 #include <functional>
 
 /// One import of a folder: counts what there is, then enters it. Made on the main thread and run once on
@@ -14,12 +13,11 @@ class FolderImportJob final
 public:
     using Tell = std::function<void(const FolderImportState &)>;
 
-    /// `interval` is the least time between two states while it runs; `patience` how long another writer of
-    /// the catalogue is waited for.
-    FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds interval,
-                    std::chrono::milliseconds patience);
+    /// `patience` is how long another writer of the catalogue is waited for.
+    FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds patience);
 
-    /// Tells how far it is, on this thread, and gives how it ended. The catalogue is closed by then.
+    /// Tells how far it is after every file, on this thread, and gives how it ended. The catalogue is closed
+    /// by then.
     FolderImportState run(const Tell &tell);
     void stop() { m_patience.isStopped = true; }
 
@@ -27,7 +25,6 @@ private:
     using Phase = FolderImportState::Phase;
 
     void enter(Phase phase);
-    void tellNowAndThen();
     bool findFolder();
     void countFiles();
     void readFiles();
@@ -36,10 +33,8 @@ private:
     bool isStopped() const { return m_patience.isStopped; }
 
     const QString m_catalogue;
-    const std::chrono::milliseconds m_interval;
     const FolderImportTexts m_texts;
     CatalogueStore::Patience m_patience;
     Tell m_tell;
-    QElapsedTimer m_sinceTold;
     FolderImportState m_state;
 };

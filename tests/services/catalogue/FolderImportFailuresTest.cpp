@@ -84,7 +84,7 @@ class FolderImportFailuresTest final : public QObject
 
     std::unique_ptr<FolderImportJob> makeJob(std::chrono::milliseconds patience = 30s) const
     {
-        return std::make_unique<FolderImportJob>(m_fixture->path(), m_fixture->folder(), 0ms, patience);
+        return std::make_unique<FolderImportJob>(m_fixture->path(), m_fixture->folder(), patience);
     }
     FolderImportState run(const FolderImportJob::Tell &tell = [](const FolderImportState &) {}) const
     {
@@ -313,7 +313,7 @@ private Q_SLOTS:
     {
         writeEpisodes(1);
         const QString file = m_fixture->write(u"../in-the-way"_s, "a file");
-        FolderImportJob job(file + u"/catalogue.sqlite"_s, m_fixture->folder(), 0ms, 30s);
+        FolderImportJob job(file + u"/catalogue.sqlite"_s, m_fixture->folder(), 30s);
         const FolderImportState state = job.run([](const FolderImportState &) {});
         QCOMPARE(state.phase, Phase::Failed);
         QCOMPARE(state.failure,

@@ -82,33 +82,33 @@ private Q_SLOTS:
 
     void progressArrivesOnTheMainThreadInOrder()
     {
-        writeEpisodes(30);
+        writeEpisodes(1);
+        m_fixture->add();
+        writeEpisodes(MoreThanABatch, 1);
+        auto writer = otherWriter();
         makeImport();
         m_import->start(m_fixture->folder());
         QCOMPARE(m_states.size(), 1); // the rest comes on later turns
         QCOMPARE(m_states.first().phase, Phase::Counting);
-        QTRY_VERIFY(!m_import->state().isRunning());
+        // It waits now with what it has read, which is known all the same.
+        QTRY_VERIFY(m_import->state().files > 200);
+        QCOMPARE(m_import->state().phase, Phase::Reading);
+        QCOMPARE(m_import->state().total, MoreThanABatch);
+        QCOMPARE(m_import->state().added, 0);
+        QVERIFY(m_import->state().current.startsWith(u"Harbour.Lights.S01E"_s));
+        writer.reset();
+        QTRY_COMPARE(m_import->state().phase, Phase::Finished);
+        QCOMPARE(m_import->state().files, MoreThanABatch);
+        QCOMPARE(m_import->state().added, MoreThanABatch - 1);
+        QCOMPARE(m_import->state().known, 1);
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), MoreThanABatch);
 
-        qint64 files = 0;
-        qint64 total = 0;
-        auto phase = Phase::Counting;
-        QSet<QString> named;
-        for (const FolderImportState &state : m_states) {
-            QVERIFY(state.phase >= phase);
-            QVERIFY(state.files >= files);
-            QVERIFY(state.total >= total);
-            QVERIFY(state.phase != Phase::Reading || state.total == 30);
-            phase = state.phase;
-            files = state.files;
-            total = state.total;
-            named += state.current;
+        for (qsizetype i = 1; i < m_states.size(); ++i) {
+            QVERIFY(m_states[i].phase >= m_states[i - 1].phase);
+            QVERIFY(m_states[i].files >= m_states[i - 1].files);
+            QVERIFY(m_states[i].added >= m_states[i - 1].added);
+            QVERIFY(m_states[i].total >= m_states[i - 1].total);
         }
-        QVERIFY(named.contains(u"Harbour.Lights.S01E017.en.srt"_s));
-        QCOMPARE(phase, Phase::Finished);
-        QCOMPARE(files, 30);
-        QCOMPARE(m_import->state().added, 30);
-        QCOMPARE(m_import->state().refused, 0);
-        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 30);
     }
 
     void statesComeOnlySoOften()
@@ -117,8 +117,9 @@ private Q_SLOTS:
         makeImport({10min, 30s, 5s});
         m_import->start(m_fixture->folder());
         QTRY_VERIFY(!m_import->state().isRunning());
-        QCOMPARE(m_states.size(), 4); // it begins, counts, reads and has ended
+        QCOMPARE(m_states.size(), 2); // it begins and has ended
         QCOMPARE(m_import->state().added, 100);
+        MainQueue::shared().clear(); // the one that would come ten minutes later
     }
 
     void entersWhatTheCommandEnters()
