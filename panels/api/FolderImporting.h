@@ -22,15 +22,15 @@ struct FolderImportState
     }
 
     Phase phase = Phase::Idle;
-    QString folder;
+    QString folder = {};
     qint64 total = 0; // subtitle files and archives; while they are counted, those found so far
     qint64 files = 0; // of them looked at
     qint64 added = 0;
     qint64 known = 0;
     qint64 refused = 0;
-    QString current;      // the file looked at last, as seen from the folder
-    QString firstRefusal; // a sentence; empty where nothing was refused
-    QString failure;      // a sentence, after Failed
+    QString current = {};      // the file looked at last, as seen from the folder
+    QString firstRefusal = {}; // a sentence; empty where nothing was refused
+    QString failure = {};      // a sentence, after Failed
 };
 
 /// Adds a folder's subtitle files to the person's own catalogue in the background, one folder at a time, as
