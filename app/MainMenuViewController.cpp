@@ -7,6 +7,7 @@
 #include <panels/AboutWindowController.h>
 #include <panels/Links.h>
 #include <panels/UpdateChecking.h>
+#include <platform/DialogFrame.h>
 #include <platform/SceneConnections.h>
 #include <platform/Window.h>
 #include <search/MainViewController.h>
@@ -66,6 +67,7 @@ void MainMenuViewController::openVideo(QObject *)
         if (const auto main = m_main.lock(); main && !path.isEmpty())
             main->searchForFile(QUrl::fromLocalFile(path), std::nullopt);
     });
+    DialogFrame::putAround(*dialog);
     dialog->open();
 }
 

@@ -1,5 +1,6 @@
 #include "SecretFileQuestion.h"
 
+#include <platform/DialogFrame.h>
 #include <views/StringHelpers.h>
 
 #include <QApplication>
@@ -28,6 +29,7 @@ void SecretFileQuestion::ask(Answer answer)
         u"The keyring of this computer does not take the key. Keep it in a file that only you can read?"_s));
     const auto *keep = question->addButton(String::localize(u"Keep in a File"_s), QMessageBox::AcceptRole);
     question->addButton(String::localize(u"Do Not Keep"_s), QMessageBox::RejectRole);
+    DialogFrame::putAround(*question);
     // Also when the window it stands over takes it along, unanswered.
     const auto hasAgreed = std::make_shared<bool>(false);
     connect(question, &QMessageBox::buttonClicked, this,

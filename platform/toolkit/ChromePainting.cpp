@@ -77,4 +77,12 @@ void drawPlainFrame(QPainter &painter, const QStyleOption &option)
     const ChromeColors colors = ChromeColors::of(option.palette);
     strokeRounded(painter, option.rect, 0, showsFocus(option) ? colors.accent : colors.border, 1);
 }
+
+void drawHeaderGround(QPainter &painter, const QStyleOption &option)
+{
+    const ChromeColors colors = ChromeColors::of(option.palette);
+    painter.fillRect(option.rect, colors.panel);
+    painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
+                     colors.separator);
+}
 } // namespace ChromePainting

@@ -52,6 +52,8 @@ void drawComboBoxLabel(QPainter &painter, const QStyleOptionComboBox &option, Ro
 QRect comboBoxTextRect(const QStyleOptionComboBox &option, Role role);
 void drawBox(QPainter &painter, const QStyleOption &option);
 void drawPlainFrame(QPainter &painter, const QStyleOption &option);
+/// Behind a section of a list's column titles, and beside the last.
+void drawHeaderGround(QPainter &painter, const QStyleOption &option);
 
 void drawPushButton(QPainter &painter, const QStyleOptionButton &option, Role role);
 void drawPushButtonLabel(QPainter &painter, const QStyleOptionButton &option, Role role, const QStyle &style);

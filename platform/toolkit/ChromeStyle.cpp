@@ -2,7 +2,7 @@
 #include "Appearance.h"
 #include "ChromeColors.h"
 #include "ChromePainting.h"
-#include "ClearIcon.h"
+#include "ChromeIcons.h"
 #include "ComboItemDelegate.h"
 #include "WindowSystem.h"
 
@@ -123,6 +123,10 @@ void ChromeStyle::drawControl(ControlElement element, const QStyleOption *option
     }
     if (const auto *item = as<QStyleOptionMenuItem>(option); item && element == CE_MenuItem)
         return ChromePainting::drawMenuItem(*painter, *item, *proxy());
+    if (element == CE_HeaderSection || element == CE_HeaderEmptyArea)
+        return ChromePainting::drawHeaderGround(*painter, *option);
+    if (element == CE_Splitter)
+        return;
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
@@ -261,5 +265,6 @@ int ChromeStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWi
 
 QIcon ChromeStyle::standardIcon(StandardPixmap icon, const QStyleOption *option, const QWidget *widget) const
 {
-    return icon == SP_LineEditClearButton ? makeClearIcon() : QProxyStyle::standardIcon(icon, option, widget);
+    const QIcon own = makeChromeIcon(icon);
+    return own.isNull() ? QProxyStyle::standardIcon(icon, option, widget) : own;
 }

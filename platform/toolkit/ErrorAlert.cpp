@@ -1,5 +1,7 @@
 #include "ErrorAlert.h"
 
+#include "DialogFrame.h"
+
 #include <platform/Bundle.h>
 #include <platform/MainQueue.h>
 
@@ -54,6 +56,7 @@ void showErrorAlert(const Error &error, QWidget *window)
     alert->setText(breakable(boundedText(error.localizedDescription)));
     alert->addButton(Bundle::main().localizedString(QStringLiteral("OK")), QMessageBox::AcceptRole);
     alert->setWindowModality(Qt::ApplicationModal);
+    DialogFrame::putAround(*alert);
     alert->exec();
     if (alert)
         alert->deleteLater();

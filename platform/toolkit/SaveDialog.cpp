@@ -1,5 +1,7 @@
 #include "SaveDialog.h"
 
+#include "DialogFrame.h"
+
 #include <platform/Bundle.h>
 #include <platform/FatalFault.h>
 
@@ -9,6 +11,8 @@
 
 namespace
 {
+constexpr QSize ContentSize{700, 400}; // the list shows its columns, the window behind stays in sight
+
 QString localized(const QString &key)
 {
     return Bundle::main().localizedString(key);
@@ -29,6 +33,8 @@ SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &fol
     setLabelText(QFileDialog::LookIn, localized(QStringLiteral("Look in:")));
     setLabelText(QFileDialog::FileName, localized(QStringLiteral("File &name:")));
     hideTypes();
+    DialogFrame::putAround(*this);
+    resize(ContentSize.grownBy(contentsMargins()));
     setDirectory(folder);
 
     m_nameField = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));

@@ -16,7 +16,7 @@ constexpr int TitleGap = 12;
 constexpr qreal InactiveTitle = 0.5;
 } // namespace
 
-TitleBar::TitleBar(Window *window)
+TitleBar::TitleBar(QWidget *window)
     : QWidget(window),
       m_minimize(new TitleBarButton(TitleBarButton::Glyph::Minimize, this)),
       m_zoom(new TitleBarButton(TitleBarButton::Glyph::Maximize, this)),

@@ -16,7 +16,7 @@ class TitleBar final : public QWidget
     Q_OBJECT
 
 public:
-    explicit TitleBar(Window *window);
+    explicit TitleBar(QWidget *window);
 
     void setTitleVisibility(Window::TitleVisibility visibility);
     Window::TitleVisibility titleVisibility() const { return m_titleVisibility; }

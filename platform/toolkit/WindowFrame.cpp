@@ -32,6 +32,16 @@ Look lookFor(const Situation &situation)
     return {.rounded = true, .margin = ShadowMargin, .hairline = false};
 }
 
+Published publishedFor(const QSize &windowSize, const Look &look)
+{
+    const GrabRects rects = grabRects(windowSize, look.margin);
+    const QRect frame = look.margin > 0 ? rects.inner : rects.outer;
+    return {.window = windowSize,
+            .frame = frame,
+            .grab = rects.outer,
+            .cornerRadius = look.rounded ? CornerRadius : 0};
+}
+
 Qt::Edges edgesAt(const QPoint &point, const QSize &windowSize, int margin)
 {
     const GrabRects rects = grabRects(windowSize, margin);

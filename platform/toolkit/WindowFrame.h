@@ -1,5 +1,6 @@
 #pragma once
 #include <QPoint>
+#include <QRect>
 #include <QRegion>
 #include <QSize>
 #include <Qt>
@@ -38,6 +39,16 @@ struct Look
 };
 
 Look lookFor(const Situation &situation);
+
+/// A window's parts in its own points, as the window system is told of them.
+struct Published
+{
+    QSize window;
+    QRect frame;
+    QRect grab; // where it takes the mouse; clicks around it go to what is behind
+    int cornerRadius = 0;
+};
+Published publishedFor(const QSize &windowSize, const Look &look);
 
 /// The edges a press at `point` of a window of that size drags, none when it is no place to resize.
 Qt::Edges edgesAt(const QPoint &point, const QSize &windowSize, int margin);

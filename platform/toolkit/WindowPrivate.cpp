@@ -37,7 +37,7 @@ void Window::Private::build()
     WindowSystem &system = WindowSystem::shared();
     QObject::connect(&system, &WindowSystem::compositedChanged, q, [this] { refreshFrame(); });
     QObject::connect(&system, &WindowSystem::windowStateChanged, q, [this] { refreshFrame(); });
-    look = WindowFrame::lookFor(situation());
+    look = WindowFrame::lookFor(system.situationOf(*q));
     m_normalMargin = look.margin;
     overlay->setLook(look);
     grip->setMargin(look.margin);
@@ -110,21 +110,9 @@ void Window::Private::layOut()
     publishFrame();
 }
 
-WindowFrame::Situation Window::Private::situation() const
-{
-    const WindowSystem &system = WindowSystem::shared();
-    WindowFrame::Situation now;
-    now.composited = system.isComposited();
-    now.placedByFrame = system.placesByFrame();
-    now.maximized = q->isMaximized();
-    now.fullScreen = q->isFullScreen();
-    now.tiled = q->internalWinId() != 0 && q->isVisible() && system.isTiled(q->windowHandle());
-    return now;
-}
-
 void Window::Private::refreshFrame()
 {
-    const WindowFrame::Situation now = situation();
+    const WindowFrame::Situation now = WindowSystem::shared().situationOf(*q);
     const WindowFrame::Look newLook = WindowFrame::lookFor(now);
     titleBar->setMaximized(now.maximized);
     grip->setVisible(resizable && !now.maximized && !now.fullScreen);
@@ -157,15 +145,7 @@ void Window::Private::keepFrameInPlace(const QRect &geometry)
 
 void Window::Private::publishFrame()
 {
-    if (q->internalWinId() == 0)
-        return;
-    constexpr int zone = WindowFrame::OuterGrabZone;
-    const QRect frame = frameRect();
-    WindowSystem::shared().publishFrame(
-        q->windowHandle(), {.window = q->size(),
-                            .frame = frame,
-                            .grab = look.margin > 0 ? frame.adjusted(-zone, -zone, zone, zone) : frame,
-                            .cornerRadius = look.rounded ? WindowFrame::CornerRadius : 0});
+    WindowSystem::shared().publishFrame(*q, look);
 }
 
 void Window::Private::watchHandle()

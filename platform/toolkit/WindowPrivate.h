@@ -50,7 +50,6 @@ public:
     WindowFrame::Look look;
 
 private:
-    WindowFrame::Situation situation() const;
     void keepFrameInPlace(const QRect &geometry);
     void publishFrame();
 

@@ -8,6 +8,7 @@ class X11Hints
 #endif
 
 #include <QGuiApplication>
+#include <QWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -56,12 +57,23 @@ bool WindowSystem::isTiled([[maybe_unused]] QWindow *window) const
     return false;
 }
 
-void WindowSystem::publishFrame([[maybe_unused]] QWindow *window,
-                                [[maybe_unused]] const PublishedFrame &frame)
+WindowFrame::Situation WindowSystem::situationOf(const QWidget &window) const
+{
+    WindowFrame::Situation now;
+    now.composited = isComposited();
+    now.placedByFrame = placesByFrame();
+    now.maximized = window.isMaximized();
+    now.fullScreen = window.isFullScreen();
+    now.tiled = window.internalWinId() != 0 && window.isVisible() && isTiled(window.windowHandle());
+    return now;
+}
+
+void WindowSystem::publishFrame([[maybe_unused]] const QWidget &window,
+                                [[maybe_unused]] const WindowFrame::Look &look)
 {
 #ifdef PLOVENDIX_X11
-    if (m_x11)
-        m_x11->publishFrame(window, frame);
+    if (m_x11 && window.internalWinId() != 0)
+        m_x11->publishFrame(window.windowHandle(), WindowFrame::publishedFor(window.size(), look));
 #endif
 }
 

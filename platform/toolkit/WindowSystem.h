@@ -1,20 +1,13 @@
 #pragma once
+#include "WindowFrame.h"
+
 #include <QObject>
-#include <QRect>
 #include <memory>
 #include <optional>
 
+class QWidget;
 class QWindow;
 class X11Hints;
-
-/// A window's parts in its own points.
-struct PublishedFrame
-{
-    QSize window;
-    QRect frame;
-    QRect grab; // where it takes the mouse; clicks around it go to what is behind
-    int cornerRadius = 0;
-};
 
 /// What the window system does for windows that draw their own frame. Main thread only; made on first use,
 /// once the application object exists.
@@ -32,9 +25,11 @@ public:
     bool placesByFrame() const;
     /// Whether the window stands at an edge of its screen or fills one direction of it.
     bool isTiled(QWindow *window) const;
-    /// Tells it where in the window the frame is, what it hides, and where it takes the mouse. Call again
-    /// after every change of size.
-    void publishFrame(QWindow *window, const PublishedFrame &frame);
+    /// The situation that decides what the frame of a top-level widget looks like.
+    WindowFrame::Situation situationOf(const QWidget &window) const;
+    /// Tells the system where in the window the frame is, what it hides, and where it takes the mouse. Call
+    /// again after every change of size or look; nothing before the native window is made.
+    void publishFrame(const QWidget &window, const WindowFrame::Look &look);
     /// Shows its own menu for the window; false when it has none.
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
     /// Ends the sign of a start under way that a launcher shows for what it asked for.

@@ -177,7 +177,7 @@ bool X11Hints::isSupported(quint32 atom) const
     return contains(readProperty(m_connection, m_root, m_atoms.supported, XCB_ATOM_ATOM), atom);
 }
 
-void X11Hints::publishFrame(QWindow *window, const PublishedFrame &frame)
+void X11Hints::publishFrame(QWindow *window, const WindowFrame::Published &frame)
 {
     const auto id = static_cast<quint32>(window->winId());
     const qreal ratio = window->devicePixelRatio();

@@ -1,10 +1,11 @@
 #pragma once
+#include "WindowFrame.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QPoint>
 #include <functional>
 #include <memory>
 
-struct PublishedFrame;
 class QWindow;
 struct xcb_client_message_event_t;
 struct xcb_connection_t;
@@ -20,7 +21,7 @@ public:
 
     bool isCompositorRunning() const { return m_compositor; }
     bool isTiled(QWindow *window) const;
-    void publishFrame(QWindow *window, const PublishedFrame &frame);
+    void publishFrame(QWindow *window, const WindowFrame::Published &frame);
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
     void activate(QWindow *window, quint32 time);
     /// Says to all that show a start under way, as a turning pointer does, that it has come to its end.
