@@ -67,6 +67,9 @@ bool DialogFrame::eventFilter(QObject *watched, QEvent *event)
     case QEvent::WindowStateChange:
         refresh();
         break;
+    case QEvent::WindowActivate:
+        settle();
+        break;
     case QEvent::ActivationChange:
     case QEvent::PaletteChange:
         m_dialog.update();
@@ -97,6 +100,15 @@ void DialogFrame::refresh()
     }
     m_grip->setVisible(!hasFixedSize() && !m_dialog.isMaximized() && !m_dialog.isFullScreen());
     WindowSystem::shared().publishFrame(m_dialog, m_look);
+}
+
+void DialogFrame::settle()
+{
+    // A window manager that takes the window into an invisible frame of its own may leave the toolkit with
+    // the place in that frame, and clicks and assistive tools would be told of controls where they are not.
+    QWindow *handle = m_dialog.windowHandle();
+    if (handle && handle->position() != m_dialog.pos())
+        handle->setPosition(m_dialog.pos());
 }
 
 void DialogFrame::setLook(const WindowFrame::Look &look)
