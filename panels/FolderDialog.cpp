@@ -1,5 +1,6 @@
 #include "FolderDialog.h"
 
+#include <platform/DialogFrame.h>
 #include <platform/FileManager.h>
 #include <platform/UserDefaults.h>
 #include <views/StringHelpers.h>
@@ -13,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString LastFolderKey = u"lastAddedFolder"_s;
+constexpr QSize ContentSize{700, 400}; // as large as the save sheet
 
 QString firstFolder()
 {
@@ -23,6 +25,15 @@ QString firstFolder()
     if (videos && QFileInfo(videos->toLocalFile()).isDir())
         return videos->toLocalFile();
     return QDir::homePath();
+}
+
+/// There are only folders to choose from; a desktop's own dialogue has none of these.
+void hideTypes(const QFileDialog &dialog)
+{
+    for (const QString &part : {u"fileTypeLabel"_s, u"fileTypeCombo"_s}) {
+        if (auto *widget = dialog.findChild<QWidget *>(part))
+            widget->hide();
+    }
 }
 } // namespace
 
@@ -42,5 +53,8 @@ void askForFolder(QWidget &window, const std::function<void(QString)> &chosen)
         UserDefaults::standard().setObject(LastFolderKey, folder);
         chosen(folder);
     });
+    hideTypes(*dialog);
+    DialogFrame::putAround(*dialog);
+    dialog->resize(ContentSize.grownBy(dialog->contentsMargins()));
     dialog->open();
 }

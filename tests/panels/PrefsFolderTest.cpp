@@ -138,6 +138,16 @@ private Q_SLOTS:
         QCOMPARE(m_import->started, QStringList{folder});
     }
 
+    void folderThatIsShownIsChosenWithoutTyping()
+    {
+        const QString videos = makeFolder(u"my films"_s);
+        FileManager::setDefaultManager(std::make_shared<VideosAt>(videos));
+        m_fixture->open();
+        QCOMPARE(folderOffered(), videos);
+        choose({});
+        QCOMPARE(m_import->started, QStringList{videos});
+    }
+
     void cancelledDialogueImportsNothing()
     {
         m_fixture->open();
