@@ -9,6 +9,7 @@
 #include <platform/ActivationToken.h>
 #include <platform/Appearance.h>
 #include <platform/ApplicationLink.h>
+#include <platform/FirstPaint.h>
 #include <platform/Image.h>
 #include <platform/MainQueue.h>
 #include <platform/StandardOutput.h>
@@ -41,6 +42,11 @@ void describeApplication()
     QApplication::setApplicationName(u"Plovendix"_s);
     QApplication::setApplicationDisplayName(QString());
     QApplication::setDesktopFileName(u"com.quorvane.Plovendix"_s);
+}
+
+/// For task bars that do not find the desktop entry.
+void showWindowIcon()
+{
     if (const auto icon = Image::named(u"com.quorvane.Plovendix"_s))
         QApplication::setWindowIcon(QIcon(icon->pixmap(QSizeF(64, 64), 1)));
 }
@@ -114,6 +120,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     DonationPrompt donationPrompt;
     MainWindowController mainWindow;
     mainWindow.showWindow();
+    FirstPaint::afterwards(showWindowIcon);
     // Nobody should be left with a preferences window alone.
     QObject::connect(mainWindow.window(), &Window::closed, &application,
                      [] { QApplication::closeAllWindows(); });

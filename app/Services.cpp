@@ -1,5 +1,6 @@
 #include "Services.h"
 
+#include "PatientSecretStore.h"
 #include "ProgramAccounts.h"
 #include "SecretFileQuestion.h"
 
@@ -32,10 +33,10 @@ std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
 #else
     const bool hasKeyring = true;
 #endif
-    return std::make_shared<KeychainSecretStore>(
+    return std::make_shared<PatientSecretStore>(std::make_shared<KeychainSecretStore>(
         [&question](const QString &, std::function<void(bool)> answer) { question.ask(std::move(answer)); },
         FileSecretStore(),
-        hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent);
+        hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent));
 }
 
 /// The services and those who show what they say, from the program's start to its end.

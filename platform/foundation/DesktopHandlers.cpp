@@ -5,6 +5,7 @@
 #include <gio/gio.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +50,23 @@ bool launch(GAppInfo *application, const QByteArray &uri)
         qCWarning(log, "%s did not start: %s", g_app_info_get_name(application), error->message);
     return launched;
 }
+bool isInApplications(const char *dataFolder, const QByteArray &name)
+{
+    return QFileInfo::exists(QFile::decodeName(QByteArray(dataFolder) + "/applications/" + name));
+}
+
+/// Whether there may be an entry of that name. GIO reads and watches every folder of applications when it is
+/// first asked, for which a start without a companion should not wait.
+bool mayBeInstalled(const QByteArray &name)
+{
+    if (name.contains('-')) // stands for a folder, too
+        return true;
+    for (const char *const *folder = g_get_system_data_dirs(); *folder; ++folder) {
+        if (isInApplications(*folder, name))
+            return true;
+    }
+    return isInApplications(g_get_user_data_dir(), name);
+}
 } // namespace
 
 bool openWithDefaultHandler(const QByteArray &uri)
@@ -68,6 +86,8 @@ std::optional<QString> desktopEntryPath(const QString &identifier)
     if (identifier.isEmpty() || identifier.contains(u'/'))
         return {};
     const QByteArray name = identifier.toUtf8() + ".desktop";
+    if (!mayBeInstalled(name))
+        return {};
     const GObjectPointer<GDesktopAppInfo> entry(g_desktop_app_info_new(name.constData()));
     const char *path = entry ? g_desktop_app_info_get_filename(entry.get()) : nullptr;
     return path ? std::optional<QString>(QFile::decodeName(path)) : std::nullopt;

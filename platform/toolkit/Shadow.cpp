@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -31,25 +32,26 @@ Strength strengthFor(const Shadow::Look &look)
     return {look.active ? shadow : shadow * 0.6, outline};
 }
 
-/// One running-sum pass over `count` values that lie `step` apart.
+/// One running-sum pass over `count` values that lie `step` apart. `line` has room for them and, at both
+/// ends, for a box of nothing.
 void blurLine(uchar *values, qsizetype step, int count, int box, std::vector<uchar> &line)
 {
-    for (int i = 0; i < count; ++i)
-        line[static_cast<size_t>(i)] = values[i * step];
-    const auto at = [&line, count](int i) { return i < 0 || i >= count ? 0 : line[static_cast<size_t>(i)]; };
     const int reach = box / 2;
+    uchar *const begin = line.data() + box;
+    for (int i = 0; i < count; ++i)
+        begin[i] = values[i * step];
     int sum = 0;
-    for (int i = -reach; i <= reach; ++i)
-        sum += at(i);
+    for (int i = 0; i <= reach; ++i)
+        sum += begin[i];
     for (int i = 0; i < count; ++i) {
         values[i * step] = static_cast<uchar>(sum / (2 * reach + 1));
-        sum += at(i + reach + 1) - at(i - reach);
+        sum += begin[i + reach + 1] - begin[i - reach];
     }
 }
 
 void blur(QImage &mask, int box)
 {
-    std::vector<uchar> line(static_cast<size_t>(mask.width()));
+    std::vector<uchar> line(static_cast<size_t>(std::max(mask.width(), mask.height()) + 2 * box));
     for (int pass = 0; pass < BlurPasses; ++pass) {
         for (int y = 0; y < mask.height(); ++y)
             blurLine(mask.scanLine(y), 1, mask.width(), box, line);

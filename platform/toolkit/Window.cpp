@@ -4,6 +4,7 @@
 #include "WindowPrivate.h"
 #include "ChromeColors.h"
 #include "EdgeGrip.h"
+#include "FirstPaint.h"
 #include "FrameOverlay.h"
 #include "Shadow.h"
 #include "TitleBar.h"
@@ -252,4 +253,5 @@ void Window::paintEvent(QPaintEvent *)
         Shadow::paint(painter, rect(),
                       {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
     painter.fillRect(d->frameRect(), palette().color(QPalette::Window));
+    FirstPaint::notice();
 }

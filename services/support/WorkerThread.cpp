@@ -30,10 +30,7 @@ struct WorkerThread::Queue
     }
 };
 
-WorkerThread::WorkerThread() : m_queue(std::make_shared<Queue>())
-{
-    m_thread = std::thread([queue = m_queue] { queue->run(); });
-}
+WorkerThread::WorkerThread() : m_queue(std::make_shared<Queue>()) {}
 
 WorkerThread::~WorkerThread()
 {
@@ -48,7 +45,7 @@ WorkerThread::~WorkerThread()
     forgotten.clear();
     if (m_thread.get_id() == std::this_thread::get_id())
         m_thread.detach();
-    else
+    else if (m_thread.joinable())
         m_thread.join();
 }
 
@@ -61,6 +58,9 @@ void WorkerThread::post(std::function<void()> job)
         if (queue->ended)
             return;
         queue->jobs.push_back(std::move(job));
+        // Inside the lock, which the job needs before it can look at the thread.
+        if (!m_thread.joinable())
+            m_thread = std::thread([queue] { queue->run(); });
     }
     queue->changed.notify_one();
 }

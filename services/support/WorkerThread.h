@@ -3,7 +3,7 @@
 #include <memory>
 #include <thread>
 
-/// One thread that runs jobs in the order they were posted. Any thread may post.
+/// One thread that runs jobs in the order they were posted; it starts with the first. Any thread may post.
 /// Destroying it forgets the jobs that have not begun and waits for the one that runs, unless that job itself
 /// is what destroys it.
 class WorkerThread final

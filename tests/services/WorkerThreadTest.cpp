@@ -1,5 +1,7 @@
 #include <services/support/WorkerThread.h>
 
+#include <QDir>
+#include <QSet>
 #include <QTest>
 
 #include <algorithm>
@@ -8,6 +10,8 @@
 #include <memory>
 #include <semaphore>
 #include <vector>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -18,6 +22,14 @@ std::shared_ptr<void> whenGone(std::function<void()> action)
 {
     return std::shared_ptr<void>(nullptr, [action = std::move(action)](void *) { action(); });
 }
+
+#ifdef Q_OS_LINUX
+QSet<QString> threads()
+{
+    const QStringList names = QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return {names.cbegin(), names.cend()};
+}
+#endif
 } // namespace
 
 class WorkerThreadTest : public QObject
@@ -42,6 +54,19 @@ private Q_SLOTS:
         QCOMPARE(order.size(), std::size_t(1000));
         QVERIFY(std::is_sorted(order.begin(), order.end()));
     }
+
+#ifdef Q_OS_LINUX
+    void threadStartsWithTheFirstJob()
+    {
+        const QSet<QString> before = threads();
+        WorkerThread worker;
+        QCOMPARE(threads() - before, QSet<QString>());
+        worker.post([] {});
+        QCOMPARE((threads() - before).size(), 1);
+        worker.post([] {});
+        QCOMPARE((threads() - before).size(), 1);
+    }
+#endif
 
     void endWaitsForTheRunningJobAndForgetsTheRest()
     {

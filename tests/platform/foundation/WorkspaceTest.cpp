@@ -52,6 +52,7 @@ private Q_SLOTS:
     void anyThreadMayOpen();
     void handlerDoesNotGetOurStartUpToken();
 
+    void installedApplicationIsFound_data();
     void installedApplicationIsFound();
     void applicationThatIsNotInstalledIsNotFound_data();
     void applicationThatIsNotInstalledIsNotFound();
@@ -86,7 +87,7 @@ QString WorkspaceTest::received() const
 void WorkspaceTest::initTestCase()
 {
     // Before the first question, because the library reads these variables once.
-    qputenv("XDG_DATA_DIRS", m_sandbox.path(u"no data"_s).toUtf8());
+    qputenv("XDG_DATA_DIRS", (m_sandbox.path(u"no data"_s) + u':' + m_sandbox.path(u"all"_s)).toUtf8());
     qputenv("XDG_CONFIG_DIRS", m_sandbox.path(u"no config"_s).toUtf8());
     qputenv("XDG_RUNTIME_DIR", m_sandbox.path(u"no bus"_s).toUtf8());
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
@@ -100,6 +101,10 @@ void WorkspaceTest::initTestCase()
     installHandler(u"com.quorvane.Tessaly"_s, program, u"x-scheme-handler/tessaly3;"_s);
     installHandler(u"example.Folders"_s, program, u"inode/directory;"_s);
     installHandler(u"example.Gone"_s, m_sandbox.path(u"bin/gone"_s), u"x-scheme-handler/glimmet;"_s);
+    for (const auto &name :
+         {u"all/applications/example.ForAll"_s, u"xdg_data_home/applications/example/InFolder"_s})
+        m_sandbox.writeFile(name + u".desktop"_s,
+                            "[Desktop Entry]\nType=Application\nName=a\nExec=/bin/true\n");
     m_sandbox.writeFile(u"xdg_data_home/applications/example.Hidden.desktop"_s,
                         "[Desktop Entry]\nType=Application\nName=h\nExec=/bin/true\nHidden=true\n");
     m_sandbox.writeFile(
@@ -184,10 +189,23 @@ void WorkspaceTest::handlerDoesNotGetOurStartUpToken()
     QTRY_COMPARE(received(), u"tessaly3://token"_s);
 }
 
+void WorkspaceTest::installedApplicationIsFound_data()
+{
+    QTest::addColumn<QString>("identifier");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("the person's own")
+        << u"com.quorvane.Tessaly"_s << u"xdg_data_home/applications/com.quorvane.Tessaly.desktop"_s;
+    QTest::newRow("everybody's") << u"example.ForAll"_s << u"all/applications/example.ForAll.desktop"_s;
+    QTest::newRow("in a folder") << u"example-InFolder"_s
+                                 << u"xdg_data_home/applications/example/InFolder.desktop"_s;
+}
+
 void WorkspaceTest::installedApplicationIsFound()
 {
-    QCOMPARE(Workspace::sharedWorkspace().absolutePathForAppBundleWithIdentifier(u"com.quorvane.Tessaly"_s),
-             m_sandbox.path(u"xdg_data_home/applications/com.quorvane.Tessaly.desktop"_s));
+    QFETCH(QString, identifier);
+    QFETCH(QString, path);
+    QCOMPARE(Workspace::sharedWorkspace().absolutePathForAppBundleWithIdentifier(identifier),
+             m_sandbox.path(path));
 }
 
 void WorkspaceTest::applicationThatIsNotInstalledIsNotFound_data()

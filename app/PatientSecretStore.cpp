@@ -1,0 +1,20 @@
+#include "PatientSecretStore.h"
+
+#include <platform/FirstPaint.h>
+
+#include <utility>
+
+PatientSecretStore::PatientSecretStore(std::shared_ptr<SecretStore> store) : m_store(std::move(store)) {}
+
+void PatientSecretStore::read(Secret secret, ReadCompletion completion)
+{
+    FirstPaint::afterwards([weak = std::weak_ptr(m_store), secret, completion = std::move(completion)] {
+        if (const auto store = weak.lock())
+            store->read(secret, completion);
+    });
+}
+
+void PatientSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)
+{
+    m_store->write(secret, text, std::move(completion));
+}

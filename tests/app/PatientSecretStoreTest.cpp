@@ -1,0 +1,96 @@
+#include <app/PatientSecretStore.h>
+#include <platform/FirstPaint.h>
+#include <platform/MainQueue.h>
+#include <support/Sandbox.h>
+
+#include <QStringList>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Answers at once and keeps what it was asked.
+class OpenStore final : public SecretStore
+{
+public:
+    void read(Secret secret, ReadCompletion completion) override
+    {
+        asked += u"read "_s + nameOf(secret);
+        completion(std::optional(u"a key"_s));
+    }
+    void write(Secret secret, const QString &text, WriteCompletion completion) override
+    {
+        asked += u"write "_s + nameOf(secret) + u' ' + text;
+        completion({});
+    }
+
+    QStringList asked;
+};
+} // namespace
+
+class PatientSecretStoreTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        MainQueue::shared().clear();
+        MainQueue::shared().useManualClock();
+        FirstPaint::forget();
+    }
+
+    void cleanup()
+    {
+        FirstPaint::forget();
+        MainQueue::shared().clear();
+        MainQueue::shared().useSystemClock();
+    }
+
+    void readingWaitsForTheFirstPaint()
+    {
+        const auto open = std::make_shared<OpenStore>();
+        PatientSecretStore patient(open);
+        std::optional<QString> answer;
+        patient.read(Secret::SubtitleKey, [&answer](const auto &result) { answer = *result; });
+        MainQueue::shared().runUntilIdle();
+        QCOMPARE(open->asked, QStringList());
+        FirstPaint::notice();
+        MainQueue::shared().runUntilIdle();
+        QCOMPARE(open->asked, QStringList(u"read "_s + SecretStore::nameOf(Secret::SubtitleKey)));
+        QCOMPARE(answer, std::optional(u"a key"_s));
+    }
+
+    void writingDoesNotWait()
+    {
+        const auto open = std::make_shared<OpenStore>();
+        PatientSecretStore patient(open);
+        bool isWritten = false;
+        patient.write(Secret::MetadataKey, u"new"_s, [&isWritten](const auto &) { isWritten = true; });
+        QVERIFY(isWritten);
+        QCOMPARE(open->asked,
+                 QStringList(u"write "_s + SecretStore::nameOf(Secret::MetadataKey) + u" new"_s));
+    }
+
+    void nothingIsReadForAProgramThatEnded()
+    {
+        auto open = std::make_shared<OpenStore>();
+        const std::weak_ptr<OpenStore> weak = open;
+        auto patient = std::make_unique<PatientSecretStore>(open);
+        bool isAnswered = false;
+        patient->read(Secret::SubtitleKey, [&isAnswered](const auto &) { isAnswered = true; });
+        patient.reset();
+        open.reset();
+        QVERIFY(weak.expired());
+        FirstPaint::notice();
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(!isAnswered);
+    }
+
+private:
+    Sandbox m_sandbox;
+};
+
+QTEST_MAIN(PatientSecretStoreTest)
+#include "PatientSecretStoreTest.moc"
