@@ -80,7 +80,7 @@ def machine():
     kibibytes = int(_first(r'^MemTotal:\s*(\d+)', '/proc/meminfo', '0'))
     system = _first(r'^PRETTY_NAME="?([^"\n]+)', '/etc/os-release', platform.system())
     return f'{processor}, {len(os.sched_getaffinity(0))} cores, {kibibytes / 2**20:.0f} GiB, {system}, ' \
-           f'Linux {platform.release()}'
+           f'Linux {platform.release().split("-")[0]}'
 
 
 def write_list(path, results):

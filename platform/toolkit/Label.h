@@ -1,4 +1,6 @@
 #pragma once
+#include <platform/CharacterWidths.h>
+
 #include <QWidget>
 
 class QPainter;
@@ -50,10 +52,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    QString drawnLine(int width) const;
+
     QString m_text;
     QString m_line; // the text in one line
     bool m_hugsText = false;
     TextRole m_role = TextRole::Primary;
     Qt::TextElideMode m_elideMode = Qt::ElideRight;
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    mutable CharacterWidths m_widths;
 };
