@@ -37,7 +37,7 @@ struct HttpClient::Journey
     int redirects = 0;
     Clock::Duration end{0};
     std::shared_ptr<HttpExchange> exchange;
-    Clock::Timer refusal;
+    Clock::Timer wait;
 };
 
 HttpClient::HttpClient(Clock &clock, ServiceName service) : m_clock(clock), m_service(service)
@@ -75,7 +75,7 @@ HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &r
         return journey;
     }
     const Error refused = forbidden(request.url);
-    journey->refusal = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(journey), refused] {
+    journey->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(journey), refused] {
         if (const auto held = weak.lock())
             held->completion(refused);
     });
@@ -104,10 +104,19 @@ void HttpClient::arrive(const std::shared_ptr<Journey> &journey, const Result<Ht
         journey->completion(next.error());
         return;
     }
+    follow(journey, *next);
+}
+
+void HttpClient::follow(const std::shared_ptr<Journey> &journey, const QUrl &next)
+{
     qCInfo(log).noquote() << "redirected by" << journey->request.url.host();
     ++journey->redirects;
-    journey->request.url = *next;
-    step(journey);
+    journey->request.url = next;
+    const Clock::Duration wait = m_pace ? m_pace() : Clock::Duration::zero();
+    journey->wait = m_clock.after(wait, [this, weak = std::weak_ptr(journey)] {
+        if (const auto held = weak.lock())
+            step(held);
+    });
 }
 
 Result<QUrl> HttpClient::nextStop(const Journey &journey, const HttpAnswer &answer) const

@@ -5,7 +5,8 @@
 #include <QNetworkAccessManager>
 
 /// Asks servers of one service. Goes only where the rules let it, follows a redirect by hand (a GET, at most
-/// three, never to another host) and says "Plovendix v…" everywhere. No retries, no rate. Main thread only.
+/// three, never to another host) and says "Plovendix v…" everywhere. No retries, no rate of its own. Main
+/// thread only.
 class HttpClient final
 {
 public:
@@ -16,6 +17,8 @@ public:
     HttpClient(Clock &clock, ServiceName service);
 
     [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
+    /// Says how long a redirect waits before it is followed: to the server it is one more request.
+    void setPace(std::function<Clock::Duration()> pace) { m_pace = std::move(pace); }
 
     /// What every request calls us: the program's name and version, digits and dots only.
     static QByteArray userAgent();
@@ -23,6 +26,7 @@ public:
 private:
     struct Journey;
     void step(const std::shared_ptr<Journey> &journey);
+    void follow(const std::shared_ptr<Journey> &journey, const QUrl &next);
     void arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome);
     Error forbidden(const QUrl &url) const;
     Result<QUrl> nextStop(const Journey &journey, const HttpAnswer &answer) const;
@@ -30,4 +34,5 @@ private:
     Clock &m_clock;
     ServiceName m_service;
     QNetworkAccessManager m_network;
+    std::function<Clock::Duration()> m_pace;
 };

@@ -20,16 +20,28 @@ QStringList &secrets()
     return list;
 }
 
+/// As it is, and as addresses, forms and JSON write it.
+QStringList spellings(const QString &secret)
+{
+    const QString encoded = QString::fromLatin1(QUrl::toPercentEncoding(secret));
+    QString json = secret;
+    json.replace(u'\\', "\\\\"_L1).replace(u'"', "\\\""_L1);
+    return {secret, encoded, QString(encoded).replace("%20"_L1, "+"_L1), json};
+}
+
 QString withoutPatterns(QString text)
 {
     // Header lines, JSON members and query items that name a secret, and the addresses of downloads.
     static const QRegularExpression named(
-        uR"re(((?:api[-_]?key|authorization|password|token)["']?\s*[:=]\s*["']?)(?:Bearer\s+)?[^"'&\s,}]+)re"_s,
+        uR"re(((?:api[-_]?key|authorization|password|token)["']?\s*[:=]\s*))re"
+        uR"re((?:"(?:[^"\\]|\\.)*"|'[^']*'|(?:(?:Bearer|Basic|Digest)\s+)?["']?[^"'&\s,}]+))re"_s,
         QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression userInfo(u"(://[^/\\s:@]*:)[^/\\s@]+(?=@)"_s);
     static const QRegularExpression bearer(u"(Bearer\\s+)[A-Za-z0-9._~+/=-]+"_s,
                                            QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression link(u"(/download/)[^/\\s\"']+"_s);
     text.replace(named, u"\\1"_s + Hidden);
+    text.replace(userInfo, u"\\1"_s + Hidden);
     text.replace(bearer, u"\\1"_s + Hidden);
     return text.replace(link, u"\\1"_s + Hidden);
 }
@@ -50,8 +62,8 @@ QString redacted(const QString &text)
     {
         const std::scoped_lock lock(secretsMutex);
         for (const QString &secret : std::as_const(secrets())) {
-            clean.replace(secret, Hidden);
-            clean.replace(QString::fromLatin1(QUrl::toPercentEncoding(secret)), Hidden);
+            for (const QString &spelling : spellings(secret))
+                clean.replace(spelling, Hidden);
         }
     }
     return withoutPatterns(clean);

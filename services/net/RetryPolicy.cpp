@@ -9,6 +9,7 @@ namespace
 {
 constexpr int TooManyRequests = 429;
 constexpr int ServerError = 500;
+constexpr int SignInFirst = 511; // the network's word, not the service's
 constexpr double JitterShare = 0.2;
 
 /// A date as HTTP writes it: "Sun, 06 Nov 1994 08:49:37 GMT".
@@ -44,6 +45,8 @@ int triesFor(const Result<HttpAnswer> &outcome)
     }
     if (outcome->status == ServerError)
         return 2;
+    if (outcome->status == SignInFirst)
+        return 1;
     return outcome->status == TooManyRequests || outcome->status > ServerError ? RetryPolicy::MaxTries : 1;
 }
 } // namespace
@@ -52,13 +55,14 @@ std::optional<RetryPolicy::Duration> RetryPolicy::requestedWait(const HttpAnswer
                                                                 const QDateTime &date)
 {
     const QByteArray retryAfter = answer.header("Retry-After");
-    if (const auto wait = seconds(retryAfter))
+    std::optional<Duration> wait = seconds(retryAfter);
+    if (const QDateTime until = httpDate(retryAfter); !wait && until.isValid())
+        wait = std::max(Duration(date.msecsTo(until)), Duration::zero());
+    if (answer.status != TooManyRequests)
         return wait;
-    if (const QDateTime until = httpDate(retryAfter); until.isValid())
-        return std::max(Duration(date.msecsTo(until)), Duration::zero());
-    if (answer.status == TooManyRequests)
-        return seconds(answer.header("RateLimit-Reset"));
-    return std::nullopt;
+    // The later of the two, where both are there: nothing between them would be admitted.
+    const std::optional<Duration> reset = seconds(answer.header("RateLimit-Reset"));
+    return wait && reset ? std::max(*wait, *reset) : wait ? wait : reset;
 }
 
 std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRequest &request,
@@ -73,6 +77,8 @@ std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRe
     if (outcome) {
         if (const auto requested = requestedWait(*outcome, date))
             wait = std::max(*requested, Duration(1s));
+        else if (outcome->status == TooManyRequests)
+            wait = std::max(wait, Duration(1s));
     }
     if (wait > MaxWait)
         return std::nullopt;

@@ -20,6 +20,6 @@ inline constexpr Duration MaxWait = std::chrono::seconds(15);
 std::optional<Duration> waitBeforeNextTry(const HttpRequest &request, const Result<HttpAnswer> &outcome,
                                           int tries, double jitter, const QDateTime &date);
 
-/// What the answer's Retry-After (seconds or a date) or, on a refusal for speed, RateLimit-Reset asks for.
+/// What the answer's Retry-After (seconds or a date) and, on a refusal for speed, RateLimit-Reset ask for.
 std::optional<Duration> requestedWait(const HttpAnswer &answer, const QDateTime &date);
 } // namespace RetryPolicy

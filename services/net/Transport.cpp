@@ -28,6 +28,7 @@ Transport::Transport(Clock &clock, ServiceName service, RateLimiter limiter)
       m_limiter(std::move(limiter)),
       m_jitter([] { return QRandomGenerator::global()->bounded(2.0) - 1.0; })
 {
+    m_client.setPace([this] { return m_limiter.reserve(m_clock.now()); });
 }
 
 Transport::~Transport() = default;

@@ -50,6 +50,8 @@ Kind kindOfStatus(int status)
         return Kind::LinkExpired;
     case 429:
         return Kind::TooManyRequests;
+    case 511: // said by a network that wants a sign-in
+        return Kind::BadAnswer;
     default:
         return status >= 500 ? Kind::Unavailable : Kind::BadAnswer;
     }

@@ -292,9 +292,18 @@ private Q_SLOTS:
         QVERIFY(m_server->requests().constLast().header("Cookie").isEmpty());
     }
 
+    void proxyOfTheEnvironmentIsAskedWithoutTheKey_data()
+    {
+        QTest::addColumn<int>("status");
+        for (const int status : {403, 407, 502})
+            QTest::addRow("%d", status) << status;
+    }
     void proxyOfTheEnvironmentIsAskedWithoutTheKey()
     {
-        m_served = [](const ReceivedRequest &) { return ServedAnswer{403, {}, "no"}; };
+        QFETCH(const int, status);
+        m_served = [status](const ReceivedRequest &) {
+            return ServedAnswer{status, {{"Proxy-Authenticate", "Basic realm=\"x\""}}, "no"};
+        };
         qputenv("https_proxy", m_server->url().toEncoded());
         HttpRequest far;
         far.url = QUrl(u"https://api.opensubtitles.com/api/v1/subtitles"_s);

@@ -53,6 +53,15 @@ private Q_SLOTS:
         QTest::newRow("429 without a word") << QList{jsonAnswer(429, {}), good} << QList{1000};
         QTest::newRow("429 with a date")
             << QList{refused("Retry-After", "Mon, 04 Mar 2030 20:48:05 GMT"), good} << QList{5000};
+        QTest::newRow("429 with both, the reset later")
+            << QList{ServedAnswer{429, {{"Retry-After", "1"}, {"RateLimit-Reset", "4"}}, {}}, good}
+            << QList{4000};
+        QTest::newRow("429 with both, the reset first")
+            << QList{ServedAnswer{429, {{"Retry-After", "3"}, {"RateLimit-Reset", "1"}}, {}}, good}
+            << QList{3000};
+        QTest::newRow("503 with a reset that means something else")
+            << QList{ServedAnswer{503, {{"RateLimit-Reset", "4"}}, {}}, good} << QList{1000};
+        QTest::newRow("511 of the network") << QList{jsonAnswer(511, {}), good} << QList<int>();
         QTest::newRow("429 for an hour") << QList{refused("Retry-After", "3600"), good} << QList<int>();
         QTest::newRow("429 with nonsense") << QList{refused("Retry-After", "soon"), good} << QList{1000};
         for (const int status : {400, 401, 403, 404, 406, 410})
@@ -81,6 +90,30 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(m_times[1] - m_times[0], 800ms);
         QCOMPARE(m_times[2] - m_times[1], 2400ms);
+    }
+
+    void refusalForSpeedIsWaitedForASecondAtLeast()
+    {
+        m_answers = {jsonAnswer(429, {}), jsonAnswer(200, "{}")};
+        m_transport->setJitter([] { return -1.0; });
+        const auto caught = send(HttpRequest::Method::Get);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(m_times[1] - m_times[0], 1000ms);
+    }
+
+    void redirectsTakeTheirPlaceInTheRate()
+    {
+        for (int i = 0; i < 6; ++i)
+            m_answers += ServedAnswer{301, {{"Location", "/canonical"}}, {}};
+        m_answers += jsonAnswer(200, "{}");
+        QList<std::shared_ptr<Caught<HttpAnswer>>> caught;
+        for (int i = 0; i < 6; ++i)
+            caught += send(HttpRequest::Method::Get);
+        for (const auto &one : caught)
+            QTRY_VERIFY_WITH_TIMEOUT(one->came(), Patience);
+        QCOMPARE(m_times.size(), 12);
+        for (qsizetype i = 4; i < m_times.size(); ++i)
+            QVERIFY(m_times[i] - m_times[i - 4] >= 1000ms);
     }
 
     void brokenConnectionsAreTriedThrice()

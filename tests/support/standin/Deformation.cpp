@@ -50,6 +50,8 @@ std::optional<ServedAnswer> replacement(const ServedAnswer &answer, Behaviours &
         return pageAnswer(502, "502 Bad Gateway");
     if (has("sign-in-page"_L1))
         return ServedAnswer{302, {{"Location", "http://sign-in.example/welcome"}}, {}};
+    if (has("sign-in-511"_L1))
+        return pageAnswer(511, "Network Authentication Required");
     if (has("html"_L1))
         return pageAnswer(200, "Welcome");
     if (has("bad-request"_L1))

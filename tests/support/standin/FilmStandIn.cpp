@@ -100,7 +100,8 @@ ServedAnswer FilmStandIn::find(const ReceivedRequest &request) const
             R"({"id":13001,"show_id":12001,"season_number":1,"episode_number":1,"name":"Pilot","overview":"",)"
             R"("still_path":"/still.jpg","media_type":"tv_episode"})");
     ServedAnswer answer = jsonAnswer(200, body);
-    answer.setHeader("Cache-Control", "public, max-age=3600");
+    answer.setHeader("Cache-Control",
+                     m_behaviours.has("film-no-store"_L1) ? "no-store" : "public, max-age=3600");
     return withTag(request, answer, true);
 }
 

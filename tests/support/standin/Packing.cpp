@@ -41,17 +41,28 @@ QByteArray gzipped(const QByteArray &content)
            little(static_cast<quint32>(content.size()));
 }
 
+QByteArray zipped(const QList<std::pair<QByteArray, QByteArray>> &entries)
+{
+    QByteArray local;
+    QByteArray central;
+    for (const auto &[name, content] : entries) {
+        const auto size = static_cast<quint32>(content.size());
+        const QByteArray common = little<quint16>(20) + little<quint16>(0x0800) + little<quint16>(0) +
+                                  little<quint32>(0x00210000) + little(crc32(content)) + little(size) +
+                                  little(size) + little(static_cast<quint16>(name.size())) +
+                                  little<quint16>(0);
+        central += QByteArray("PK\x01\x02", 4) + little<quint16>(20) + common + little<quint16>(0) +
+                   little<quint16>(0) + little<quint16>(0) + little<quint32>(0) +
+                   little(static_cast<quint32>(local.size())) + name;
+        local += QByteArray("PK\x03\x04", 4) + common + name + content;
+    }
+    const auto count = little(static_cast<quint16>(entries.size()));
+    return local + central + QByteArray("PK\x05\x06", 4) + little<quint32>(0) + count + count +
+           little(static_cast<quint32>(central.size())) + little(static_cast<quint32>(local.size())) +
+           little<quint16>(0);
+}
+
 QByteArray zipped(const QByteArray &name, const QByteArray &content)
 {
-    const auto size = static_cast<quint32>(content.size());
-    const QByteArray common = little<quint16>(20) + little<quint16>(0x0800) + little<quint16>(0) +
-                              little<quint32>(0x00210000) + little(crc32(content)) + little(size) +
-                              little(size) + little(static_cast<quint16>(name.size())) + little<quint16>(0);
-    const QByteArray local = QByteArray("PK\x03\x04", 4) + common + name + content;
-    const QByteArray central = QByteArray("PK\x01\x02", 4) + little<quint16>(20) + common +
-                               little<quint16>(0) + little<quint16>(0) + little<quint16>(0) +
-                               little<quint32>(0) + little<quint32>(0) + name;
-    return local + central + QByteArray("PK\x05\x06", 4) + little<quint32>(0) + little<quint16>(1) +
-           little<quint16>(1) + little(static_cast<quint32>(central.size())) +
-           little(static_cast<quint32>(local.size())) + little<quint16>(0);
+    return zipped({{name, content}});
 }

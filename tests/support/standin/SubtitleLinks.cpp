@@ -65,6 +65,8 @@ ServedAnswer SubtitleLinks::file(qint64 fileId) const
         answer.body =
             "You have reached your limit.\r\nPlease become a member to go on downloading subtitles today, "
             "tomorrow and whenever else you like to do so.\r\n";
+    if (has("subtitle-short"_L1))
+        answer.body = "1\r\n00:00:01,000 --> 00:00:02,500\r\nBecome a member.\r\n";
     if (has("subtitle-empty"_L1))
         answer.body.clear();
     if (has("subtitle-304"_L1))

@@ -53,8 +53,11 @@ QByteArray SubtitleSearch::canonicalQuery(const QByteArray &query)
         const QByteArray key = item.left(equals).toLower();
         QByteArray value = decoded(item.mid(equals + 1));
         value = QString::fromUtf8(value).toLower().toUtf8();
-        if (key.endsWith("_id") || key == "year")
+        if (key.endsWith("_id") || key == "year") {
             value = value.startsWith("tt") ? value.mid(2) : value;
+            while (value.startsWith('0'))
+                value.remove(0, 1);
+        }
         if (key == "languages")
             value = sortedLanguages(value);
         if (!value.isEmpty() && defaults().value(key) != value)

@@ -153,6 +153,8 @@ ServedAnswer SubtitleStandIn::download(const ReceivedRequest &request)
     if (fileId <= 0 || m_behaviours.has("invalid-file"_L1))
         return jsonAnswer(406, R"({"message":"Invalid file_id","status":406})");
     const QByteArray token = SubtitleLogin::tokenOf(request);
+    if (token.isEmpty() && m_behaviours.has("account-wanted"_L1))
+        return jsonAnswer(401, R"({"message":"Unauthorized","status":401})");
     const int left = m_behaviours.has("quota-used"_L1) ? -1 : m_quota.take(token);
     const QByteArray common = R"("requests":)" + QByteArray::number(m_quota.allowed(token) - left) +
                               R"(,"remaining":)" + QByteArray::number(left) +
