@@ -15,11 +15,20 @@ struct CachedFetch::Errand
     Transport::Call call;
 };
 
+namespace
+{
+QByteArrayList cacheDirectives(const HttpAnswer &answer)
+{
+    QByteArrayList directives;
+    for (const QByteArray &directive : answer.header("Cache-Control").toLower().split(','))
+        directives += directive.trimmed();
+    return directives;
+}
+} // namespace
+
 std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer)
 {
-    const QByteArrayList directives = answer.header("Cache-Control").toLower().split(',');
-    for (const QByteArray &directive : directives) {
-        const QByteArray text = directive.trimmed();
+    for (const QByteArray &text : cacheDirectives(answer)) {
         if (text == "no-store" || text == "no-cache")
             return 0s;
         bool isNumber = false;
@@ -91,11 +100,14 @@ void CachedFetch::store(const std::shared_ptr<Errand> &errand, const HttpAnswer 
     entry.stored = m_transport.clock().date();
     entry.expires =
         entry.stored.addDuration(std::min(maxAgeOf(answer).value_or(question.life), question.longestLife));
+    const bool mayBeKept = !cacheDirectives(answer).contains("no-store");
     inBackground(
         m_worker,
-        [cache = m_cache, key = question.key, entry, isGood = question.isGood] {
+        [cache = m_cache, key = question.key, entry, isGood = question.isGood, mayBeKept] {
             const bool good = !isGood || isGood(entry.body);
-            if (good)
+            if (!mayBeKept)
+                cache.remove(key);
+            else if (good)
                 cache.store(key, entry);
             return good;
         },

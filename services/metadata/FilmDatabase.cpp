@@ -63,6 +63,12 @@ bool isPicture(const QByteArray &body)
 {
     return isWholePicture(body) && !posterImage(body, QSize(10, 15), 1).isNull();
 }
+
+/// What is not there is an answer, too: one without a film.
+Result<FindResult> answerFor(const Error &error)
+{
+    return kindOf(error) == Kind::NotFound ? Result<FindResult>(FindResult()) : Result<FindResult>(error);
+}
 } // namespace
 
 /// One thing being done for somebody; holds what is under way for it.
@@ -93,6 +99,12 @@ FilmDatabase::~FilmDatabase()
 {
     m_tasks.clear();
     m_worker.reset();
+}
+
+void FilmDatabase::setSettings(const FilmSettings &settings)
+{
+    m_settings = settings;
+    hideSecret(settings.key);
 }
 
 std::shared_ptr<FilmDatabase::Task> FilmDatabase::newTask()
@@ -148,8 +160,7 @@ void FilmDatabase::takeFind(const std::shared_ptr<Task> &task, const Result<QByt
         return;
     }
     end(task);
-    const Result<FindResult> answer =
-        found ? Result<FindResult>(found->result) : Result<FindResult>(body.error());
+    const Result<FindResult> answer = found ? Result<FindResult>(found->result) : answerFor(body.error());
     MainQueue::shared().async([completion, answer] { completion(answer); });
 }
 
@@ -167,7 +178,7 @@ void FilmDatabase::askForShow(const std::shared_ptr<Task> &task, qint64 show,
             end(held);
             const Result<FindResult> answer =
                 body ? Result<FindResult>(FilmAnswers::readShow(*body).value_or(FindResult()))
-                     : Result<FindResult>(body.error());
+                     : answerFor(body.error());
             MainQueue::shared().async([completion, answer] { completion(answer); });
         });
 }

@@ -19,7 +19,7 @@ public:
     ~FilmDatabase() override;
     static QString standardCacheFolder();
 
-    void setSettings(const FilmSettings &settings) { m_settings = settings; }
+    void setSettings(const FilmSettings &settings);
     bool hasKey() const { return !m_settings.key.isEmpty(); }
 
     /// A film nobody knows is an answer with empty lists. The show stands for its episode.

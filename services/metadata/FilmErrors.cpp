@@ -7,10 +7,17 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Kind kindOfStatus(int status)
+constexpr int SignInFirst = 511; // said by a network that wants a sign-in
+
+/// `isOwn` tells the database's own refusals from those of whoever else may stand between.
+Kind kindOfStatus(int status, bool isOwn)
 {
     if (status == 401 || status == 403)
         return Kind::KeyRefused;
+    if (status == 404 && isOwn)
+        return Kind::NotFound;
+    if (status == SignInFirst)
+        return Kind::BadAnswer;
     if (status == 407)
         return Kind::Proxy;
     if (status == 429)
@@ -23,7 +30,8 @@ Error filmError(const HttpAnswer &answer)
 {
     const std::optional<QJsonObject> object = Json::object(answer.body.left(16 * 1024));
     const QString message = object ? Json::text(*object, u"status_message"_s) : QString();
-    return serviceError(kindOfStatus(answer.status), ServiceName::Films,
+    const bool isOwn = object && Json::integer(*object, u"status_code"_s);
+    return serviceError(kindOfStatus(answer.status, isOwn), ServiceName::Films,
                         u"status %1: %2"_s.arg(answer.status).arg(message));
 }
 

@@ -52,6 +52,7 @@ QString subtitleSentence(Kind kind)
         return localized(
             "The subtitle service gets too many requests from here. Wait a minute, then try again."_L1);
     case Kind::Rejected:
+    case Kind::NotFound:
         return localized("The subtitle service does not accept this request. Try other words."_L1);
     case Kind::LinkExpired:
         return localized(
@@ -90,6 +91,8 @@ QString filmSentence(Kind kind)
             "The film database gets too many requests from here. Wait a minute, then try again."_L1);
     case Kind::Unavailable:
         return localized("The film database is not available right now. Try again in a few minutes."_L1);
+    case Kind::NotFound:
+        return localized("The film database has no poster of this film."_L1);
     case Kind::BadAnswer:
     case Kind::Rejected:
     case Kind::LinkExpired:

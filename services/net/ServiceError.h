@@ -20,6 +20,7 @@ enum class Kind
     NotASubtitle,    // what came is no subtitle file
     UnknownLanguage, // the service has no code for the language
     NothingToAsk,    // no words to search for
+    NotFound,        // the service answers, and has no such thing
 };
 
 /// The service that a sentence talks about.

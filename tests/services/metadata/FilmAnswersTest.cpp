@@ -151,9 +151,20 @@ private Q_SLOTS:
                                            {422, Kind::BadAnswer},
                                            {429, Kind::TooManyRequests},
                                            {500, Kind::Unavailable},
+                                           {511, Kind::BadAnswer},
                                            {504, Kind::Unavailable}})
             QTest::addRow("%d", status) << status << static_cast<int>(kind);
     }
+    void databasesOwn404IsNothingFound()
+    {
+        HttpAnswer answer;
+        answer.status = 404;
+        answer.body = R"({"status_code":34,"status_message":"The resource could not be found."})";
+        QCOMPARE(kindOf(filmError(answer)), Kind::NotFound);
+        answer.body = "<html><title>404</title></html>";
+        QCOMPARE(kindOf(filmError(answer)), Kind::BadAnswer);
+    }
+
     void statusSaysTheKind()
     {
         QFETCH(const int, status);

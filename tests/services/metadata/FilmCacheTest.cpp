@@ -57,6 +57,38 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
 
+    void whatNobodyMayKeepIsNotKept()
+    {
+        m_fixture->standIn.select(u"film-no-store"_s);
+        for (int time = 1; time <= 2; ++time) {
+            const auto found = m_fixture->find(u"tt9000002"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+            QCOMPARE((**found)->movieResults.size(), 1);
+            QCOMPARE(m_fixture->standIn.main().requests().size(), time);
+            QVERIFY(m_fixture->standIn.main().requests().constLast().header("If-None-Match").isEmpty());
+        }
+        QCOMPARE(QDir(m_fixture->folder()).entryInfoList(QDir::Files).size(), 0);
+    }
+
+    void changedPostersReplaceTheOldOnes()
+    {
+        m_fixture->standIn.select(u"poster-changes"_s);
+        const auto first = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QByteArray lastTag;
+        for (int time = 2; time <= 3; ++time) {
+            m_fixture->pass(31 * 24h);
+            const auto again = m_fixture->posterOf(u"tt9000002"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+            QVERIFY(**again);
+            QCOMPARE(m_fixture->standIn.images().requests().size(), time);
+            // Asked with the tag of the one that came last.
+            const QByteArray tag = m_fixture->standIn.images().requests().constLast().header("If-None-Match");
+            QVERIFY(!tag.isEmpty() && tag != lastTag);
+            lastTag = tag;
+        }
+    }
+
     void oldAnswersHelpWhenNobodyAnswers()
     {
         const auto first = m_fixture->posterOf(u"tt9000002"_s);

@@ -1,5 +1,7 @@
 #include "FilmFixture.h"
 
+#include <services/net/Redactor.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -108,6 +110,23 @@ private Q_SLOTS:
         QCOMPARE((**found)->movieResults.size(), 0);
     }
 
+    void whatTheDatabaseDoesNotKnowIsAnEmptyAnswer()
+    {
+        m_fixture->standIn.select(u"film-not-found"_s);
+        const auto found = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QVERIFY2(**found, **found ? "" : qPrintable((*found)->error().detail));
+        QCOMPARE((**found)->movieResults.size() + (**found)->tvResults.size(), 0);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
+    }
+
+    void newKeyIsHiddenAtOnce()
+    {
+        m_fixture->settings.key = u"quite-another-key"_s;
+        m_fixture->films->setSettings(m_fixture->settings);
+        QVERIFY(!redacted(u"said quite-another-key"_s).contains(u"quite-another"_s));
+    }
+
     void showStandsForItsEpisode()
     {
         const auto found = m_fixture->find(u"tt9000011"_s);
@@ -128,7 +147,6 @@ private Q_SLOTS:
             QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind);
         };
         row("film-key-refused", Kind::KeyRefused);
-        row("film-not-found", Kind::BadAnswer);
         row("down@find", Kind::Unavailable);
         row("html@find", Kind::BadAnswer);
         row("null@find", Kind::BadAnswer);

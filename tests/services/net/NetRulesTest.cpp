@@ -105,8 +105,7 @@ private Q_SLOTS:
     void everyKindHasASentence()
     {
         QFETCH(const int, service);
-        for (int kind = static_cast<int>(Kind::Offline); kind <= static_cast<int>(Kind::NothingToAsk);
-             ++kind) {
+        for (int kind = static_cast<int>(Kind::Offline); kind <= static_cast<int>(Kind::NotFound); ++kind) {
             const Error error =
                 serviceError(static_cast<Kind>(kind), static_cast<ServiceName>(service), u"why"_s);
             QVERIFY2(error.localizedDescription.size() > 20, qPrintable(QString::number(kind)));
