@@ -14,7 +14,9 @@ using namespace std::chrono_literals;
 namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
-}
+
+constexpr Clock::Duration LongestGoodbye = 3s;
+} // namespace
 
 /// A request until its last answer; it may be sent twice, with a login between.
 struct RestSession::Errand
@@ -22,7 +24,7 @@ struct RestSession::Errand
     Request request;
     Login login = Login::IfThereIsOne;
     Completion completion;
-    bool sentWithToken = false;
+    QByteArray sentToken; // empty without a login
     bool hasLoggedInAgain = false;
     Call call;
     Clock::Timer refusal;
@@ -111,7 +113,7 @@ void RestSession::transmit(const std::shared_ptr<Errand> &errand)
     HttpRequest request = prepared(errand->request, loggedIn ? m_base : m_settings.base);
     if (loggedIn)
         request.setHeader("Authorization", "Bearer " + m_token.text());
-    errand->sentWithToken = loggedIn;
+    errand->sentToken = loggedIn ? m_token.text() : QByteArray();
     errand->call = m_transport.send(request, m_settings.apiHosts(),
                                     [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
                                         if (const auto held = weak.lock())
@@ -121,15 +123,17 @@ void RestSession::transmit(const std::shared_ptr<Errand> &errand)
 
 void RestSession::arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
 {
-    const bool forgotten = outcome && errand->sentWithToken && RestErrors::isTokenRefused(*outcome);
+    const bool forgotten = outcome && !errand->sentToken.isEmpty() && RestErrors::isTokenRefused(*outcome);
     if (!forgotten || errand->hasLoggedInAgain) {
         errand->completion(outcome);
         return;
     }
     qCInfo(log) << "the service has forgotten the login";
     errand->hasLoggedInAgain = true;
-    forgetLogin();
-    if (m_settings.hasAccount())
+    // Another request may have met this before and logged in since.
+    if (errand->sentToken == m_token.text())
+        forgetLogin();
+    if (m_settings.hasAccount() && !isLoggedIn())
         logIn(errand);
     else
         transmit(errand);
@@ -214,8 +218,14 @@ void RestSession::logOut(std::function<void()> done)
     }
     HttpRequest request = prepared({HttpRequest::Method::Delete, u"/logout"_s}, m_base);
     request.setHeader("Authorization", "Bearer " + m_token.text());
-    request.deadline = 3s; // nobody waits longer for a program to end
     forgetLogin();
-    m_logoutCall = m_transport.send(request, m_settings.apiHosts(),
-                                    [done = std::move(done)](const Result<HttpAnswer> &) { done(); });
+    const auto finish = [this, done = std::move(done)] {
+        m_logoutLimit.cancel();
+        const Call ended = std::exchange(m_logoutCall, {});
+        done();
+    };
+    // A place in the rate may be further off than anybody waits for a program to end.
+    m_logoutLimit = m_transport.clock().after(LongestGoodbye, finish);
+    m_logoutCall =
+        m_transport.send(request, m_settings.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });
 }

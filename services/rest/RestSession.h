@@ -65,6 +65,7 @@ private:
     Clock::Timer m_loginWait;
     Call m_loginCall;
     Call m_logoutCall;
+    Clock::Timer m_logoutLimit;
     bool m_isLoggingIn = false;
     std::vector<std::weak_ptr<Errand>> m_waiting; // for the login
 };

@@ -105,6 +105,44 @@ private Q_SLOTS:
         QCOMPARE(logins(), 2);
     }
 
+    void lateRefusalOfAnOldTokenLeavesTheNewOneAlone()
+    {
+        m_fixture->useAccount();
+        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        // The refusal of this one takes its time, while another one meets the same and logs in.
+        m_fixture->standIn.select({u"token-gone"_s, u"drip@search"_s});
+        const auto slow = m_fixture->search();
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/subtitles").size(), 1, Patience);
+        const auto quick = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        for (const char *path : {"/api/v1/download", "/api/v1/login", "/api/v1/download"}) {
+            const qsizetype before = m_fixture->standIn.requests(path).size();
+            // Time stands still while the slow one is on the wire.
+            QTRY_VERIFY_WITH_TIMEOUT(m_fixture->clock.pending().value(0) < 2s, Patience);
+            m_fixture->clock.advance(2s);
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests(path).size(), before + 1, Patience);
+        }
+        m_fixture->standIn.clearBehaviours();
+        m_fixture->standIn.setDripInterval(0);
+        QTRY_VERIFY_WITH_TIMEOUT(slow->came() && quick->came(), Patience);
+        QVERIFY2(**slow, **slow ? "" : qPrintable((*slow)->error().detail));
+        QCOMPARE(logins(), 2);
+    }
+
+    void shortTokensAreRenewedBeforeTheyEnd()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"short-token"_s);
+        for (const auto &[id, pause, expected] :
+             {std::tuple(u"1"_s, 0s, 1), {u"2"_s, 30s, 1}, {u"3"_s, 60s, 2}}) {
+            m_fixture->clock.advance(pause);
+            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QVERIFY(**caught);
+            QCOMPARE(logins(), expected);
+        }
+    }
+
     void tokenThatIsNeverAcceptedEndsTheTrying()
     {
         m_fixture->useAccount();
@@ -213,9 +251,27 @@ private Q_SLOTS:
         m_fixture->clock.setPatience(1s);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
+        m_fixture->clock.advance(0s); // its turn has come; the goodbye's limit is being waited for
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/logout").size(), 1, Patience);
         m_fixture->clock.advance(3s);
         QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+    }
+
+    void logOutDoesNotWaitForItsPlaceInTheRate()
+    {
+        m_fixture->useAccount();
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        m_fixture->clock.setPatience(0ms);
+        m_fixture->standIn.select(u"too-fast-date"_s);
+        const auto search = m_fixture->search();
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending(), QList<Clock::Duration>{10s}, Patience);
+        int done = 0;
+        m_fixture->service->shutDown([&] { ++done; });
+        m_fixture->clock.advance(2s);
+        QCOMPARE(done, 0);
+        m_fixture->clock.advance(1s);
+        QCOMPARE(done, 1);
     }
 
     void changedAccountDuringALoginIsUsed()
