@@ -32,26 +32,21 @@ KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &
 
 void KeychainSecretStore::read(Secret secret, ReadCompletion completion)
 {
-    if (m_keyring == Keyring::Absent) {
+    if (m_keyring == Keyring::Absent || m_file.find(secret)) {
         m_file.read(secret, std::move(completion));
         return;
     }
     auto *job = new QKeychain::ReadPasswordJob(ServiceName); // deletes itself
     job->setKey(nameOf(secret));
-    QObject::connect(job, &QKeychain::Job::finished, job,
-                     [job, secret, file = m_file, completion = std::move(completion)] {
-                         if (job->error() == QKeychain::NoError && !job->textData().isEmpty()) {
-                             completion(std::optional(job->textData()));
-                             return;
-                         }
-                         const std::optional<QString> kept = file.find(secret);
-                         const bool knowsNone =
-                             job->error() == QKeychain::NoError || job->error() == QKeychain::EntryNotFound;
-                         if (kept || knowsNone)
-                             completion(kept);
-                         else
-                             completion(refused(job->errorString()));
-                     });
+    QObject::connect(job, &QKeychain::Job::finished, job, [job, completion = std::move(completion)] {
+        const QString text = job->textData();
+        if (job->error() == QKeychain::NoError && !text.isEmpty())
+            completion(std::optional(text));
+        else if (job->error() == QKeychain::NoError || job->error() == QKeychain::EntryNotFound)
+            completion(std::optional<QString>());
+        else
+            completion(refused(job->errorString()));
+    });
     job->start();
 }
 

@@ -18,7 +18,7 @@ public:
 
     KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring = Keyring::Asked);
 
-    /// The keyring first, then the file, where there is one.
+    /// The file first, where there is one: it holds what the keyring did not take, and so the later word.
     void read(Secret secret, ReadCompletion completion) override;
     /// What the keyring takes is removed from the file.
     void write(Secret secret, const QString &text, WriteCompletion completion) override;

@@ -62,6 +62,17 @@ private Q_SLOTS:
         QCOMPARE(read(store), u"new"_s);
     }
 
+    void fileHoldsTheLaterWord()
+    {
+        const FileSecretStore file(filePath());
+        KeychainSecretStore store({}, file);
+        QVERIFY(write(store, u"taken by the keyring"_s));
+        QVERIFY(file.store(Secret::SubtitleKey, u"not taken, and in the file"_s));
+        QCOMPARE(read(store), u"not taken, and in the file"_s);
+        QVERIFY(write(store, {}));
+        QCOMPARE(read(store), u"(none)"_s);
+    }
+
 private:
     void startBus()
     {
