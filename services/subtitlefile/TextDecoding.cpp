@@ -4,6 +4,7 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -43,6 +44,22 @@ std::optional<DecodedText> asUtf8(const QByteArray &bytes)
     QStringDecoder decode(QStringConverter::Utf8);
     QString text = decode(bytes);
     if (decode.hasError())
+        return std::nullopt;
+    return DecodedText{std::move(text), "utf-8"};
+}
+
+/// UTF-8 in which a few bytes went wrong on the way: what is right in it cannot be chance.
+std::optional<DecodedText> asDamagedUtf8(const QByteArray &bytes)
+{
+    constexpr qsizetype FewestCharacters = 20;
+    constexpr qsizetype RightToWrong = 20;
+    QStringDecoder decode(QStringConverter::Utf8);
+    QString text = decode(bytes);
+    const qsizetype wrong = text.count(QChar::ReplacementCharacter);
+    const qsizetype right = std::count_if(text.cbegin(), text.cend(), [](QChar c) {
+        return c.unicode() >= 0x80 && c != QChar::ReplacementCharacter;
+    });
+    if (right < FewestCharacters || wrong * RightToWrong > right)
         return std::nullopt;
     return DecodedText{std::move(text), "utf-8"};
 }
@@ -91,6 +108,8 @@ DecodedText decodedText(const QByteArray &bytes, const QString &language)
         return *marked;
     if (const auto utf8 = asUtf8(bytes))
         return *utf8;
+    if (const auto damaged = asDamagedUtf8(bytes))
+        return *damaged;
     DecodedText best{QString::fromLatin1(bytes), "iso-8859-1"};
     int bestOddness = std::numeric_limits<int>::max();
     for (const QByteArray &set : candidates(bytes, language)) {

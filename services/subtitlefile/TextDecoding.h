@@ -9,7 +9,7 @@ struct DecodedText
     QByteArray characterSet;
 };
 
-/// Reads a subtitle's bytes: by a byte order mark, strictly as UTF-8, as the detector says, or by what its
+/// Reads a subtitle's bytes: by a byte order mark, as UTF-8, as the detector says, or by what its
 /// language (three-letter code) used to be written in. Always gives a text; what cannot be read becomes
 /// U+FFFD. Any thread.
 DecodedText decodedText(const QByteArray &bytes, const QString &language);

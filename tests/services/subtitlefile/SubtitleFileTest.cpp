@@ -71,6 +71,18 @@ private Q_SLOTS:
         QCOMPARE(file.extension, u"srt"_s);
     }
 
+    void bestFileOfAnArchiveIsTaken()
+    {
+        const QByteArray notes = "00:00:01:Made by us.\n00:00:05:Visit us.\n";
+        for (const auto &entries : {QList<std::pair<QByteArray, QByteArray>>{
+                                        {"read.txt", notes}, {"Film.srt", Srt}, {"more.txt", notes}},
+                                    {{"a/Film.srt", Srt}, {"b/Film.srt", notes}, {"c.nfo", notes}}}) {
+            const SubtitleFile file = SubtitleFile::read(zipped(entries), u"eng"_s);
+            QCOMPARE(file.failure, SubtitleFile::Failure::None);
+            QCOMPARE(file.utf8, Srt);
+        }
+    }
+
     void namesInsideAnArchiveLoseTheirPath()
     {
         QCOMPARE(SubtitleUnpacker::unpack(zipped("../../etc/Film.srt", Srt)).name, u"Film.srt"_s);

@@ -51,6 +51,19 @@ private Q_SLOTS:
         QCOMPARE(decodedText(once.repeated(30), language).text.left(text.size()), text);
     }
 
+    void fewWrongBytesLeaveTheRestInUtf8()
+    {
+        const QString line = u"Příliš žluťoučký kůň – „uvozovky“\n"_s;
+        const QByteArray bytes = line.repeated(5).toUtf8() + "a \xFF b\n";
+        const QString text = decodedText(bytes, u"cze"_s).text;
+        QVERIFY(text.startsWith(line));
+        QCOMPARE(text.count(QChar::ReplacementCharacter), 1);
+        // Nothing is right by chance in what is something else.
+        QStringEncoder encode("windows-1250");
+        const QByteArray other = encode(line.repeated(5));
+        QCOMPARE(decodedText(other, u"cze"_s).text, line.repeated(5));
+    }
+
     void marksAreObeyed_data()
     {
         QTest::addColumn<int>("encoding");
