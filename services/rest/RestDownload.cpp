@@ -26,6 +26,15 @@ QByteArray orderOf(const Subtitle &subtitle)
     const QJsonObject order{{u"file_id"_s, subtitle.fileID.toLongLong()}, {u"sub_format"_s, u"srt"_s}};
     return QJsonDocument(order).toJson(QJsonDocument::Compact);
 }
+
+/// Nobody has given a name or password that could be wrong.
+Error accountWanted(Error error)
+{
+    error.localizedDescription = Bundle::main().localizedString(
+        u"The subtitle service wants an account for downloads. Enter user name and password in the "
+        "preferences."_s);
+    return error;
+}
 } // namespace
 
 /// One file being fetched, for everyone who asked meanwhile.
@@ -80,7 +89,7 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
 {
     const Clock &clock = m_tools.transport.clock();
     const Link link = m_links.value(job->subtitle->fileID);
-    if (clock.now() < link.ends) {
+    if (clock.now() < link.ends && clock.date() < link.endDate) {
         transfer(job, link.url);
         return;
     }
@@ -107,7 +116,8 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
         finish(job, link.error());
         return;
     }
-    m_links[job->subtitle->fileID] = {*link, m_tools.transport.clock().now() + LinkLife};
+    const Clock &clock = m_tools.transport.clock();
+    m_links[job->subtitle->fileID] = {*link, clock.now() + LinkLife, clock.date().addDuration(LinkLife)};
     transfer(job, *link);
 }
 
@@ -133,6 +143,8 @@ Result<QUrl> RestDownload::linkFrom(const HttpAnswer &answer)
     }
     if (answer.status == 406 && isQuota)
         return limitReached(RestErrors::message(answer));
+    if (answer.status == 401 && !m_tools.session.settings().hasAccount())
+        return accountWanted(RestErrors::error(answer));
     if (!answer.isSuccess())
         return RestErrors::error(answer);
     const auto nonsense = [](const QString &detail) {
@@ -171,7 +183,7 @@ void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const Result<Ht
     }
     if (outcome->status == 410 || outcome->status == 404)
         m_links.remove(job->subtitle->fileID);
-    if (outcome->status == 304)
+    if (outcome->status == 304 || outcome->status == 204)
         keep(job, {});
     else if (outcome->status != 200)
         finish(job, RestErrors::error(*outcome));
@@ -190,11 +202,14 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
             const auto held = weak.lock();
             if (!held)
                 return;
-            m_links.remove(held->subtitle->fileID);
-            if (file)
-                publish(held, *file);
-            else
+            // Something else may have come in its place, from a network's sign-in page to a service out of
+            // order: the link is still paid for.
+            if (!file) {
                 finish(held, file.error());
+                return;
+            }
+            m_links.remove(held->subtitle->fileID);
+            publish(held, *file);
         });
 }
 

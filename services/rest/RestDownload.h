@@ -48,6 +48,7 @@ private:
     {
         QUrl url;
         Clock::Duration ends{0};
+        QDateTime endDate; // also moves while the machine sleeps
     };
 
     void lookUp(const std::shared_ptr<Job> &job);
@@ -66,5 +67,5 @@ private:
     RestQuota m_quota;
     std::function<void(const RestQuota &)> m_observer;
     QHash<QString, std::shared_ptr<Job>> m_jobs; // by file id
-    QHash<QString, Link> m_links;                // ordered, not yet fetched
+    QHash<QString, Link> m_links;                // ordered, not yet fetched to satisfaction
 };

@@ -11,6 +11,8 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr std::chrono::hours KeptFor = 7 * 24h;
+// What the service says instead of a subtitle may be dressed as one: a line or two with times.
+constexpr qsizetype FewestBytes = 100;
 
 QString keyOf(const Subtitle &subtitle)
 {
@@ -61,6 +63,8 @@ Result<SubtitleFile> RestFiles::take(const DiskCache &kept, const Subtitle &subt
     SubtitleFile file = SubtitleFile::read(bytes, subtitle.subLanguageID);
     if (file.failure != SubtitleFile::Failure::None)
         return refusal(file.failure);
+    if (file.original.size() < FewestBytes)
+        return refusal(SubtitleFile::Failure::NoSubtitle);
     kept.store(keyOf(subtitle), {file.original, {}, date, date.addDuration(std::chrono::seconds(KeptFor))});
     return file;
 }

@@ -9,6 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+// The service refuses shorter ones, and the hash with them.
+constexpr qsizetype ShortestQuery = 3;
+
 Error refusal(Kind kind, const QString &detail)
 {
     return serviceError(kind, ServiceName::Subtitles, detail);
@@ -83,6 +86,8 @@ Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, 
     query.parameters[u"moviehash"_s] = hash;
     if (nameOf)
         query.videoName = nameOf({hash, valueOf(args, Param::byteSize).toULongLong()});
-    query.parameters[u"query"_s] = withoutFolders(query.videoName);
+    const QString name = withoutFolders(query.videoName).trimmed();
+    if (name.size() >= ShortestQuery)
+        query.parameters[u"query"_s] = name;
     return query;
 }

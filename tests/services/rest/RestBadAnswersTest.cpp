@@ -41,6 +41,7 @@ private Q_SLOTS:
         row("redirect-loop", Kind::BadAnswer, 4);
         row("redirect-abroad", Kind::BadAnswer, 1);
         row("sign-in-page", Kind::BadAnswer, 1);
+        row("sign-in-511", Kind::BadAnswer, 1);
         row("unknown-key", Kind::KeyRefused, 1);
         row("too-fast", Kind::TooManyRequests, 3);
         row("too-fast-silent", Kind::TooManyRequests, 3);

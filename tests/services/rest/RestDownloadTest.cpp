@@ -125,6 +125,7 @@ private Q_SLOTS:
         row("subtitle-gif", Kind::NotASubtitle);
         row("subtitle-html", Kind::NotASubtitle);
         row("subtitle-notice", Kind::NotASubtitle);
+        row("subtitle-short", Kind::NotASubtitle);
         row("subtitle-empty", Kind::NotASubtitle);
         row("subtitle-304", Kind::NotASubtitle);
         row("subtitle-rar", Kind::NotASubtitle);
@@ -142,6 +143,7 @@ private Q_SLOTS:
         row("null@download", Kind::BadAnswer);
         row("cut@download", Kind::BadAnswer);
         row("html@link", Kind::NotASubtitle);
+        row("no-content@link", Kind::NotASubtitle);
         row("length-too-long@link", Kind::Unavailable);
         row("chunked-without-end@link", Kind::Unavailable);
         row("close-before@link", Kind::Unavailable);
@@ -179,6 +181,39 @@ private Q_SLOTS:
         QCOMPARE(orders(), 1);
     }
 
+    void whatCameInPlaceOfASubtitleCostsNoSecondOrder_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"html@link", "subtitle-empty", "subtitle-notice", "subtitle-304"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void whatCameInPlaceOfASubtitleCostsNoSecondOrder()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::NotASubtitle);
+        m_fixture->standIn.clearBehaviours();
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void serviceThatWantsAnAccountSaysSo()
+    {
+        m_fixture->standIn.select(u"account-wanted"_s);
+        const auto without = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(without->came(), Patience);
+        QCOMPARE(kindOf(*without), Kind::LoginRefused);
+        QVERIFY((*without)->error().localizedDescription.contains(u"wants an account"_s));
+        m_fixture->useAccount();
+        const auto with = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(with->came(), Patience);
+        QVERIFY(**with);
+    }
+
     void linkThatServesOnceIsOrderedAnew()
     {
         m_fixture->standIn.select({u"close-once@link"_s, u"link-once"_s});
@@ -193,13 +228,23 @@ private Q_SLOTS:
         QCOMPARE(orders(), 2);
     }
 
+    void oldLinksAreNotUsed_data()
+    {
+        QTest::addColumn<bool>("asleep"); // when only the date goes on
+        QTest::newRow("after a while") << false;
+        QTest::newRow("after a sleep") << true;
+    }
     void oldLinksAreNotUsed()
     {
+        QFETCH(const bool, asleep);
         m_fixture->standIn.select(u"close-before@link"_s);
         const auto first = m_fixture->download(RestFixture::subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->standIn.clearBehaviours();
-        m_fixture->clock.advance(3h);
+        if (asleep)
+            m_fixture->clock.setDate(m_fixture->clock.date().addDuration(3h));
+        else
+            m_fixture->clock.advance(3h);
         const auto second = m_fixture->download(RestFixture::subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(orders(), 2);

@@ -44,6 +44,17 @@ private Q_SLOTS:
         QCOMPARE(RestURL::query(made->parameters), "languages=pt-br&moviehash=8e245d9679d31e12");
     }
 
+    void namesTooShortToAskForAreLeftOut()
+    {
+        for (const auto &[name, sent] : {std::pair(u"Up"_s, false), {u"Up!"_s, true}}) {
+            const auto made = RestQuery::from(
+                {{Param::movieHash, u"8e245d9679d31e12"_s}}, [&](const VideoHash &) { return name; },
+                Liking::Avoided);
+            QCOMPARE(made->parameters.contains(u"query"_s), sent);
+            QCOMPARE(made->videoName, name);
+        }
+    }
+
     void wordsAreSentAsWords_data()
     {
         QTest::addColumn<QString>("text");

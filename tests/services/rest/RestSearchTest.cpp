@@ -52,6 +52,20 @@ private Q_SLOTS:
         QCOMPARE(request.header("Api-Key"), SubtitleStandIn::ApiKey.toLatin1());
     }
 
+    void onlyWhatMatchesIsSaidToAndComesFirst()
+    {
+        m_fixture->standIn.select({u"hits-50"_s, u"mixed-matches"_s});
+        const auto caught =
+            m_fixture->query({{Param::byteSize, u"1"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}});
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        const QList<SubtitlePtr> rows = (**caught)->subtitles.value();
+        QCOMPARE(rows.size(), 50);
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            QCOMPARE(rows[i]->matchesHash, i < 25);
+            QCOMPARE(rows[i]->detailString().contains(u"matches this file"_s), i < 25);
+        }
+    }
+
     void searchByWordsSendsTheEpisode()
     {
         const auto caught = m_fixture->search(u"Paper Lighthouse S01E02"_s);
