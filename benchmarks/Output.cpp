@@ -1,5 +1,6 @@
 #include "Output.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 std::FILE *measuredOutput()
@@ -7,7 +8,10 @@ std::FILE *measuredOutput()
     static std::FILE *const output = [] {
         std::fflush(stdout);
         std::FILE *kept = ::fdopen(::dup(STDOUT_FILENO), "w");
-        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        if (const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC); nowhere >= 0) {
+            ::dup2(nowhere, STDOUT_FILENO);
+            ::close(nowhere);
+        }
         return kept;
     }();
     return output;

@@ -1,6 +1,6 @@
 #pragma once
 #include <cstdio>
 
-/// Standard output for what was measured, and for that alone: from the first call on, whatever the measured
-/// code prints goes to standard error.
+/// Standard output for what was measured, and for that alone: from the first call on, what the measured
+/// code prints there goes nowhere.
 std::FILE *measuredOutput();

@@ -11,7 +11,7 @@ import statistics
 import subprocess
 import sys
 
-PAIRS = 25
+PAIRS = 41
 QUICK_PAIRS = 7
 
 
