@@ -11,5 +11,5 @@
 Result<AttributedText> readRtf(const QByteArray &file);
 Result<AttributedText> readRtfFile(const QString &path);
 
-constexpr qint64 MaxRtfBytes = 512 * 1024;
+constexpr qint64 MaxRtfBytes = 512LL * 1024;
 constexpr int MaxRtfDepth = 200; // groups inside groups

@@ -16,11 +16,11 @@ class ApplicationObject final : public QDBusAbstractAdaptor
 public:
     explicit ApplicationObject(ApplicationLink &link);
 
-public Q_SLOTS:
     // NOLINTBEGIN(readability-identifier-naming): the names that go over the bus
-    void Activate(const QVariantMap &platformData);
-    void Open(const QStringList &uris, const QVariantMap &platformData);
-    void ActivateAction(const QString &name, const QVariantList &parameter, const QVariantMap &platformData);
+    Q_SLOT void Activate(const QVariantMap &platformData);
+    Q_SLOT void Open(const QStringList &uris, const QVariantMap &platformData);
+    Q_SLOT void ActivateAction(const QString &name, const QVariantList &parameter,
+                               const QVariantMap &platformData);
     // NOLINTEND(readability-identifier-naming)
 
 private:

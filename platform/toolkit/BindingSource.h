@@ -32,10 +32,9 @@ public:
     QVariant value() const override;
     void setValue(const QVariant &value) override;
 
-private Q_SLOTS:
-    void announceChange() { Q_EMIT valueChanged(); }
-
 private:
+    Q_SLOT void announceChange() { Q_EMIT valueChanged(); }
+
     QPointer<QObject> m_object;
     QMetaProperty m_property;
 };

@@ -13,7 +13,7 @@ struct ButtonLook
 {
     QColor fill; // transparent for none
     QColor text;
-    QFont::Weight weight;
+    QFont::Weight weight = QFont::Normal;
 };
 
 bool isEnabled(const QStyleOption &option)

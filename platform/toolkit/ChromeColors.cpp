@@ -24,7 +24,7 @@ QColor withAlpha(QColor color, qreal alpha)
 
 QColor ChromeColors::mixed(const QColor &base, const QColor &over, qreal amount)
 {
-    const float weight = static_cast<float>(amount);
+    const auto weight = static_cast<float>(amount);
     const auto part = [weight](float from, float to) { return from + (to - from) * weight; };
     const QColor mix = QColor::fromRgbF(part(base.redF(), over.redF()), part(base.greenF(), over.greenF()),
                                         part(base.blueF(), over.blueF()));

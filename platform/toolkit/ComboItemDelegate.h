@@ -9,7 +9,6 @@ class ComboItemDelegate final : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    void paint(QPainter *painter, const QStyleOptionViewItem &option,
-               const QModelIndex &index) const override;
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &plain, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &plain, const QModelIndex &index) const override;
 };

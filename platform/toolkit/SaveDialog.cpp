@@ -77,7 +77,7 @@ void SaveDialog::accept()
     if (m_nameField->text().endsWith(u'/'))
         return;
     m_chosenPath = path;
-    QDialog::accept();
+    done(QDialog::Accepted);
 }
 
 void SaveDialog::done(int result)

@@ -35,12 +35,10 @@ public:
 Q_SIGNALS:
     void changed();
 
-private Q_SLOTS:
-    void takeChange(const QString &settingNamespace, const QString &key, const QDBusVariant &value);
-
 private:
+    Q_SLOT void takeChange(const QString &settingNamespace, const QString &key, const QDBusVariant &value);
     void takeAnswer(const QDBusMessage &answer);
-    void take(const QString &settingNamespace, const QString &key, const QVariant &value);
+    void take(const QString &settingNamespace, const QString &key, const QVariant &wrapped);
 
     ColorScheme m_colorScheme = ColorScheme::NoPreference;
     std::optional<QColor> m_accentColor;

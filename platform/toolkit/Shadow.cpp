@@ -21,7 +21,7 @@ constexpr int BlurPasses = 3;
 
 struct Strength
 {
-    qreal shadow;
+    qreal shadow = 0;
     QColor outline;
 };
 

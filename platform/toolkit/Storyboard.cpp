@@ -28,14 +28,15 @@ Storyboard Storyboard::named(const QString &name)
 }
 
 void Storyboard::registerController(const QString &storyboard, const QString &identifier,
-                                    ControllerFactory factory)
+                                    const ControllerFactory &factory)
 {
-    storyboards()[storyboard].controllers.insert(identifier, std::move(factory));
+    storyboards()[storyboard].controllers.insert(identifier, factory);
 }
 
-void Storyboard::registerCell(const QString &storyboard, const QString &identifier, CellFactory factory)
+void Storyboard::registerCell(const QString &storyboard, const QString &identifier,
+                              const CellFactory &factory)
 {
-    storyboards()[storyboard].cells.insert(identifier, std::move(factory));
+    storyboards()[storyboard].cells.insert(identifier, factory);
 }
 
 QStringList Storyboard::controllerIdentifiers() const

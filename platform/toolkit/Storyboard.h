@@ -18,8 +18,9 @@ public:
     /// The storyboard of that name; a fatal fault when nobody registered a scene for it.
     static Storyboard named(const QString &name);
     static void registerController(const QString &storyboard, const QString &identifier,
-                                   ControllerFactory factory);
-    static void registerCell(const QString &storyboard, const QString &identifier, CellFactory factory);
+                                   const ControllerFactory &factory);
+    static void registerCell(const QString &storyboard, const QString &identifier,
+                             const CellFactory &factory);
     /// Every registered controller identifier of this storyboard, sorted.
     QStringList controllerIdentifiers() const;
 

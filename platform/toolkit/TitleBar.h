@@ -24,7 +24,7 @@ public:
     void setTransparent(bool transparent);
     bool isTransparent() const { return m_transparent; }
     TitleBarButton *button(Window::StandardButton button) const;
-    void setButtonHidden(Window::StandardButton button, bool hidden);
+    void setButtonHidden(Window::StandardButton which, bool hidden);
     void setMaximized(bool maximized);
     void addAccessory(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
     /// Everything in the bar that takes the focus, in the order of reading.

@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto Deadline = 60s;
-constexpr qsizetype MaxAnswerBytes = 64 * 1024; // nobody reads it
+constexpr qsizetype MaxAnswerBytes = 64LL * 1024; // nobody reads it
 constexpr int FirstServerError = 500;
 constexpr int TooManyRequests = 429;
 

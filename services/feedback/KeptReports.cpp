@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qint64 MaxBytes = 1024 * 1024;
+constexpr qint64 MaxBytes = 1024LL * 1024;
 constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 std::optional<FeedbackReport> reportIn(const QFileInfo &entry)

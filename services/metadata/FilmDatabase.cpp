@@ -25,7 +25,7 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.metadata", QtInfoMsg)
 constexpr int RequestsPerSpan = 4;
 constexpr Clock::Duration RateSpan = 1050ms;
 constexpr int PicturesAtOnce = 2;
-constexpr qsizetype MaxPictureBytes = 5 * 1024 * 1024;
+constexpr qsizetype MaxPictureBytes = 5LL * 1024 * 1024;
 // The terms of use: nothing is kept longer than six months.
 constexpr std::chrono::hours KeptAtMost = 180 * 24h;
 constexpr std::chrono::seconds AnswerLife = 24h;

@@ -28,7 +28,7 @@ Kind kindOfStatus(int status, bool isOwn)
 
 Error filmError(const HttpAnswer &answer)
 {
-    const std::optional<QJsonObject> object = Json::object(answer.body.left(16 * 1024));
+    const std::optional<QJsonObject> object = Json::object(answer.body.left(16LL * 1024));
     const QString message = object ? Json::text(*object, u"status_message"_s) : QString();
     const bool isOwn = object && Json::integer(*object, u"status_code"_s);
     return serviceError(kindOfStatus(answer.status, isOwn), ServiceName::Films,

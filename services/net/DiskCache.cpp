@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr quint32 Signature = 0x504c5643; // "PLVC"
-constexpr qint64 MaxFileBytes = 16 * 1024 * 1024;
+constexpr qint64 MaxFileBytes = 16LL * 1024 * 1024;
 constexpr auto Suffix = ".answer"_L1;
 
 QByteArray checksum(const QString &key, const QByteArray &content)

@@ -20,7 +20,7 @@ struct HttpRequest
     QUrl url;
     QList<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body;
-    qsizetype maxBytes = 4 * 1024 * 1024; // of the answer, unpacked
+    qsizetype maxBytes = 4LL * 1024 * 1024; // of the answer, unpacked
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
 
     void setHeader(const QByteArray &name, const QByteArray &value);

@@ -18,7 +18,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 
 constexpr Clock::Duration LinkLife = 2h + 50min; // the service promises three hours
-constexpr qsizetype MaxFileBytes = 8 * 1024 * 1024;
+constexpr qsizetype MaxFileBytes = 8LL * 1024 * 1024;
 constexpr Clock::Duration TransferLimit = 120s;
 
 QByteArray orderOf(const Subtitle &subtitle)

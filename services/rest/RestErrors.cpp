@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr qsizetype MaxMessageLength = 200;
-constexpr qsizetype MaxBodyLookedAt = 16 * 1024;
+constexpr qsizetype MaxBodyLookedAt = 16LL * 1024;
 
 QString fromJson(const QJsonObject &object)
 {

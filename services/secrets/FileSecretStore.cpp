@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qint64 MaxBytes = 64 * 1024;
+constexpr qint64 MaxBytes = 64LL * 1024;
 constexpr QFile::Permissions OnlyThePerson = QFile::ReadOwner | QFile::WriteOwner;
 
 QJsonObject content(const QString &path)

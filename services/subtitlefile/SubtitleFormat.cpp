@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 // A film's first cue comes early; nobody needs to look through megabytes.
-constexpr qsizetype LookedAt = 256 * 1024;
+constexpr qsizetype LookedAt = 256LL * 1024;
 
 struct Sign
 {

@@ -14,7 +14,7 @@ namespace
 using SubtitleUnpacker::Failure;
 using SubtitleUnpacker::Unpacked;
 
-constexpr qsizetype BlockBytes = 64 * 1024;
+constexpr qsizetype BlockBytes = 64LL * 1024;
 constexpr int MaxEntries = 1000;
 
 struct ArchiveCloser

@@ -6,7 +6,7 @@
 /// Takes a subtitle out of the gzip or ZIP it came in, by its bytes and whatever its name.
 namespace SubtitleUnpacker
 {
-inline constexpr qsizetype MaxBytes = 8 * 1024 * 1024;
+inline constexpr qsizetype MaxBytes = 8LL * 1024 * 1024;
 inline constexpr qsizetype MaxRatio = 100;
 
 enum class Failure

@@ -18,7 +18,7 @@ struct AppcastItem
 /// usual `link` and `description`. Plain functions, any thread.
 namespace Appcast
 {
-inline constexpr qsizetype MaxBytes = 1024 * 1024;
+inline constexpr qsizetype MaxBytes = 1024LL * 1024;
 inline const QString Namespace = QStringLiteral("https://www.quorvane.example/xml/updates/1");
 
 /// The items in the feed's order; those without a version are left out. A document with a type declaration

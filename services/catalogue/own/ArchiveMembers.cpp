@@ -17,7 +17,7 @@ namespace
 {
 using ArchiveMembers::End;
 
-constexpr std::size_t BlockBytes = 64 * 1024;
+constexpr std::size_t BlockBytes = 64ULL * 1024;
 
 struct ArchiveCloser
 {

@@ -7,10 +7,10 @@
 /// hold: names are only read, never opened; sizes are bounded by the archive's own. Any thread.
 namespace ArchiveMembers
 {
-inline constexpr qint64 MaxMemberBytes = 8 * 1024 * 1024;
+inline constexpr qint64 MaxMemberBytes = 8LL * 1024 * 1024;
 /// All members together may be that many times as large as the archive, and always this much.
 inline constexpr qint64 MaxRatio = 100;
-inline constexpr qint64 AlwaysAllowedBytes = 64 * 1024 * 1024;
+inline constexpr qint64 AlwaysAllowedBytes = 64LL * 1024 * 1024;
 
 enum class End
 {
