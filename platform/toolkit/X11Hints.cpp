@@ -46,7 +46,7 @@ int defaultScreen()
     int display = 0;
     int screen = 0;
     xcb_parse_display(nullptr, &host, &display, &screen);
-    std::free(host);
+    std::free(host); // NOLINT(cppcoreguidelines-no-malloc): the library's to give, ours to free
     return screen;
 }
 
@@ -105,7 +105,7 @@ X11Hints::X11Hints(xcb_connection_t *connection) : m_connection(connection)
                                           &m_atoms.edgeConstraints,       &m_atoms.supported,
                                           &m_atoms.showWindowMenu,        &m_atoms.activeWindow,
                                           &m_atoms.startupBegin,          &m_atoms.startup};
-    std::array<xcb_intern_atom_cookie_t, names.size()> cookies;
+    std::array<xcb_intern_atom_cookie_t, names.size()> cookies{};
     for (size_t i = 0; i < names.size(); ++i)
         cookies[i] = xcb_intern_atom(connection, 0, static_cast<quint16>(names[i].size()), names[i].c_str());
     for (size_t i = 0; i < names.size(); ++i) {
