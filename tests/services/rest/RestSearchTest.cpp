@@ -217,6 +217,18 @@ private Q_SLOTS:
         QVERIFY(!refused->came());
     }
 
+    void answerAtTheDoorIsDroppedByACancel()
+    {
+        // An answer's last step is a turn of its own: the cancel comes between.
+        const auto refused = m_fixture->query({{Param::text, QString()}});
+        MainQueue::shared().async([this] { m_fixture->service->cancelQueryTask(); });
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(!refused->came());
+        const auto another = m_fixture->query({{Param::text, QString()}});
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(another->came());
+    }
+
     void queriesSideBySideAreEachAnswered()
     {
         const auto first = m_fixture->search(u"one"_s);

@@ -73,6 +73,27 @@ private Q_SLOTS:
         QCOMPARE(read(store), u"(none)"_s);
     }
 
+    /// The last one: the keyring stays locked, and nobody is there to open it.
+    void lockedKeyringIsNoLeaveToUseAFile()
+    {
+        lockKeyring();
+        int asked = 0;
+        KeychainSecretStore store(
+            [&](const QString &reason, const std::function<void(bool)> &answer) {
+                ++asked;
+                QVERIFY(!reason.contains(u"my-key"_s));
+                QVERIFY(!QFileInfo::exists(filePath()));
+                answer(asked == 2);
+            },
+            FileSecretStore(filePath()));
+        QVERIFY(!write(store, u"my-key"_s));
+        QCOMPARE(asked, 1);
+        QVERIFY(!QFileInfo::exists(filePath()));
+        QVERIFY(write(store, u"my-key"_s));
+        QCOMPARE(asked, 2);
+        QCOMPARE(read(store), u"my-key"_s);
+    }
+
 private:
     void startBus()
     {
@@ -110,6 +131,15 @@ private:
         get << u"org.freedesktop.Secret.Collection"_s << u"Locked"_s;
         const QDBusReply<QVariant> locked = QDBusConnection::sessionBus().call(get);
         return locked.isValid() && !locked.value().toBool();
+    }
+
+    static void lockKeyring()
+    {
+        auto lock =
+            QDBusMessage::createMethodCall(u"org.freedesktop.secrets"_s, u"/org/freedesktop/secrets"_s,
+                                           u"org.freedesktop.Secret.Service"_s, u"LockService"_s);
+        QDBusConnection::sessionBus().call(lock);
+        QVERIFY(!keyringIsOpen());
     }
 
     static QString read(KeychainSecretStore &store)
