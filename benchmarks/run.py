@@ -31,6 +31,8 @@ PROGRAMS = (
     (('names',), script('names.py', TARGETS + 'names')),
     (('list_reset', 'list_scroll'), DISPLAY + [TARGETS + 'results-list']),
     (('search_stall',), DISPLAY + script('stall.py', TARGETS + 'search-stall')),
+    (('catalogue_hash_query', 'catalogue_text_query'), [TARGETS + 'catalogue-queries']),
+    (('catalogue_import',), [TARGETS + 'catalogue-import']),
 )
 
 

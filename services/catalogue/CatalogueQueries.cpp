@@ -10,12 +10,14 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 constexpr int MaxTitles = 200;
+constexpr int MaxUnranked = 500;
 constexpr qsizetype MaxTextLength = 300; // of a name that is shown
 
 /// The columns every entry is read from, in the order `entryFrom` expects them.
@@ -72,37 +74,72 @@ struct AnsweringTitle
 {
     qint64 id = 0;
     int closeness = 0;
+    int length = 0;
 };
 
-void collectTitles(SQLite::Database &database, const TitleQuery::Reading &reading, WordMatch match,
-                   QList<AnsweringTitle> &titles)
+struct MatchingTitle
 {
-    SQLite::Statement statement(database,
-                                "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
-                                " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?");
-    statement.bind(1, matchExpression(reading, match).toStdString());
-    statement.bind(2, MaxTitles);
-    while (statement.executeStep()) {
-        const qint64 id = statement.getColumn(0).getInt64();
-        const bool isThere = std::any_of(titles.cbegin(), titles.cend(),
-                                         [id](const AnsweringTitle &title) { return title.id == id; });
-        const auto closeness = isThere ? std::nullopt : titleCloseness(reading, text(statement.getColumn(1)));
-        if (closeness)
-            titles += {id, *closeness};
+    qint64 id = 0;
+    QString name;
+};
+
+QList<MatchingTitle> matchingTitles(SQLite::Database &database, const char *query, const QString &expression,
+                                    int limit)
+{
+    SQLite::Statement statement(database, query);
+    statement.bind(1, expression.toStdString());
+    statement.bind(2, limit);
+    QList<MatchingTitle> titles;
+    while (statement.executeStep())
+        titles += {statement.getColumn(0).getInt64(), text(statement.getColumn(1))};
+    return titles;
+}
+
+/// All titles that match, where these are few. The index's own ranking would count every title that has one
+/// of the words, "the" among them, before it gave the first: so of many titles with several words those are
+/// taken that have the words side by side as they were typed, and then the first ones.
+QList<MatchingTitle> matchingTitles(SQLite::Database &database, const TitleQuery::Reading &reading,
+                                    WordMatch match)
+{
+    constexpr char Some[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                            " WHERE title_words MATCH ? LIMIT ?";
+    constexpr char Best[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                            " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?";
+    const QString expression = matchExpression(reading, match);
+    QList<MatchingTitle> titles = matchingTitles(database, Some, expression, MaxUnranked);
+    if (titles.size() < MaxUnranked)
+        return titles;
+    if (reading.words.size() == 1)
+        return matchingTitles(database, Best, expression, MaxTitles);
+    return matchingTitles(database, Some, phraseExpression(reading, match), MaxTitles) + titles;
+}
+
+void collectTitles(SQLite::Database &database, const TitleQuery::Reading &reading, WordMatch match,
+                   QList<AnsweringTitle> &titles, QSet<qint64> &seen)
+{
+    for (const MatchingTitle &title : matchingTitles(database, reading, match)) {
+        if (seen.contains(title.id))
+            continue;
+        seen += title.id;
+        if (const auto closeness = titleCloseness(reading, title.name))
+            titles += {title.id, *closeness, static_cast<int>(title.name.size())};
     }
 }
 
-/// The titles that answer one reading, the closest first. Whole words are looked for on their own: among all
-/// the titles in which a word begins, the one that is just this word could be too far down to be read.
+/// The titles that answer one reading, the closest first and of equals the shorter. Whole words are looked
+/// for on their own: among all the titles in which a word begins, the one that is just this word could be too
+/// far down to be read.
 QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Reading &reading)
 {
     QList<AnsweringTitle> titles;
-    collectTitles(database, reading, WordMatch::Whole, titles);
-    collectTitles(database, reading, WordMatch::Begun, titles);
+    QSet<qint64> seen;
+    collectTitles(database, reading, WordMatch::Whole, titles, seen);
+    if (titles.size() < MaxTitles)
+        collectTitles(database, reading, WordMatch::Begun, titles, seen);
     std::stable_sort(titles.begin(), titles.end(), [](const AnsweringTitle &a, const AnsweringTitle &b) {
-        return a.closeness > b.closeness;
+        return std::pair(-a.closeness, a.length) < std::pair(-b.closeness, b.length);
     });
-    return titles;
+    return titles.mid(0, MaxTitles);
 }
 
 void bindFact(SQLite::Statement &statement, int index, const std::optional<int> &fact)
@@ -112,24 +149,32 @@ void bindFact(SQLite::Statement &statement, int index, const std::optional<int> 
 }
 
 /// What the text says of year, season and episode is asked for here too: a long series has more subtitles
-/// than are read, and those that are wanted must be among them.
-QList<CatalogueEntry> entriesOfTitle(SQLite::Database &database, qint64 title, const QString &language,
-                                     const TitleQuery &facts)
+/// than are read, and those that are wanted must be among them. A language is asked for by itself, so that
+/// the index by film and language leads to it.
+SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
+                                   const TitleQuery &facts)
 {
     SQLite::Statement statement(database, std::string(EntryColumns) +
                                               " FROM film_title x JOIN film f ON f.id = x.film_id"
-                                              " JOIN subtitle s ON s.film_id = f.id"
-                                              " WHERE x.title_id = ?1 AND (?2 = '' OR s.language = ?2)"
+                                              " JOIN subtitle s ON s.film_id = f.id WHERE x.title_id = ?1" +
+                                              (language.isEmpty() ? "" : " AND s.language = ?2") +
                                               " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
                                               " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
                                               " ORDER BY (?6 IS NOT NULL AND f.year IS ?6) DESC,"
                                               " s.downloads DESC, s.id LIMIT ?3");
-    statement.bind(1, static_cast<int64_t>(title));
-    statement.bind(2, language.toStdString());
+    if (!language.isEmpty())
+        statement.bind(2, language.toStdString());
     statement.bind(3, CatalogueQueries::MaxEntries);
     bindFact(statement, 4, facts.season);
     bindFact(statement, 5, facts.episode);
     bindFact(statement, 6, facts.year);
+    return statement;
+}
+
+QList<CatalogueEntry> entriesOfTitle(SQLite::Statement &statement, qint64 title)
+{
+    statement.reset();
+    statement.bind(1, static_cast<int64_t>(title));
     QList<CatalogueEntry> entries;
     while (statement.executeStep())
         entries += entryFrom(statement);
@@ -189,9 +234,10 @@ QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, cons
     for (const TitleQuery::Reading &reading : query.readings) {
         QList<CatalogueEntry> entries;
         const TitleQuery facts = reading.checksFacts ? query : TitleQuery();
+        SQLite::Statement statement = entriesStatement(database, language, facts);
         QSet<qint64> seen; // a film with several titles is met several times, by its closest first
         for (const AnsweringTitle &title : titlesFor(database, reading)) {
-            for (CatalogueEntry entry : entriesOfTitle(database, title.id, language, facts)) {
+            for (CatalogueEntry entry : entriesOfTitle(statement, title.id)) {
                 if (seen.contains(entry.id))
                     continue;
                 seen += entry.id;

@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QList>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -71,10 +73,37 @@ private:
     QString m_word;
     QStringList m_words;
 };
+
+/// What most titles are: plain letters, which need no decomposing.
+QStringList wordsOfAscii(QStringView text)
+{
+    QStringList words;
+    QString word;
+    const auto endWord = [&] {
+        if (!word.isEmpty() && words.size() < MaxWords)
+            words += word.left(MaxWordLength);
+        word.clear();
+    };
+    for (const QChar c : text) {
+        if (c.isLetterOrNumber())
+            word += c.toLower();
+        else if (c != u'\'' && c != u'`')
+            endWord();
+    }
+    endWord();
+    return words;
+}
+
+bool isAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
 } // namespace
 
 QStringList searchWords(const QString &text)
 {
+    if (const QStringView read = QStringView(text).left(MaxCharacters); isAscii(read))
+        return wordsOfAscii(read);
     WordCollector collector;
     const QString folded = text.left(MaxCharacters).normalized(QString::NormalizationForm_KD).toCaseFolded();
     for (const char32_t c : folded.toUcs4())

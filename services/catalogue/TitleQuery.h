@@ -37,6 +37,10 @@ enum class WordMatch
 /// The full-text expression for a reading.
 QString matchExpression(const TitleQuery::Reading &reading, WordMatch match);
 
+/// The expression for the words side by side in their order: all of them, or any two neighbours where half of
+/// them will do. The last may be only begun.
+QString phraseExpression(const TitleQuery::Reading &reading, WordMatch match);
+
 /// Whether the title answers the reading, and how closely: nothing when too few words are there, 0 when words
 /// were completed or left over, 1 when the title has every word, 2 when it has no other.
 std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QString &title);

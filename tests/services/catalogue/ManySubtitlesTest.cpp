@@ -45,6 +45,10 @@ private Q_SLOTS:
             fixture.film({u"Ferrying Ferryman Ferrymen %1"_s.arg(i)}, 2000)
                 .subtitle(u"Longer.%1"_s.arg(i), 900);
         fixture.film({u"Ferry"_s}, 2001).subtitle(u"Ferry.2001"_s, 1);
+        constexpr int TitlesOfBothWords = 700;
+        for (int i = 0; i < TitlesOfBothWords; ++i)
+            fixture.film({u"Lantern for the Keeper %1"_s.arg(i)}, 2000).subtitle(u"Both.%1"_s.arg(i), 900);
+        fixture.film({u"Keeper Lantern"_s}, 2002).subtitle(u"Keeper.Lantern.2002"_s, 1);
         fixture.write();
         m_path = fixture.path();
     }
@@ -69,6 +73,17 @@ private Q_SLOTS:
         const QStringList found = releases(u"ferry"_s);
         QCOMPARE(found.value(0), u"Ferry.2001"_s);
         QVERIFY(found.size() > 100);
+    }
+
+    void titleOfJustTheseWordsComesBeforeAllThatHaveThem()
+    {
+        QCOMPARE(releases(u"keeper lantern"_s).value(0), u"Keeper.Lantern.2002"_s);
+        QCOMPARE(releases(u"keeper lant"_s).value(0), u"Keeper.Lantern.2002"_s);
+    }
+
+    void oneWrongWordOfThreeIsForgiven()
+    {
+        QCOMPARE(releases(u"harbour keeper lantern"_s).value(0), u"Keeper.Lantern.2002"_s);
     }
 
     void withoutFactsThereAreAsManyAsAreRead()

@@ -1,0 +1,84 @@
+#include "SqlRecorder.h"
+
+#include <QtGlobal>
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace
+{
+std::vector<std::string> &recorded()
+{
+    static std::vector<std::string> statements;
+    return statements;
+}
+
+int record(unsigned, void *, void *statement, void *)
+{
+    char *text = sqlite3_expanded_sql(static_cast<sqlite3_stmt *>(statement));
+    if (text && std::string(text).rfind("SELECT", 0) == 0)
+        recorded().emplace_back(text);
+    sqlite3_free(text);
+    return 0;
+}
+
+int listen(sqlite3 *database, const char **, const struct sqlite3_api_routines *)
+{
+    return sqlite3_trace_v2(database, SQLITE_TRACE_STMT, record, nullptr);
+}
+
+void (*entryPoint())()
+{
+    return reinterpret_cast<void (*)()>(listen);
+}
+} // namespace
+
+SqlRecorder::SqlRecorder()
+{
+    sqlite3_auto_extension(entryPoint());
+}
+
+SqlRecorder::~SqlRecorder()
+{
+    sqlite3_cancel_auto_extension(entryPoint());
+}
+
+std::vector<std::string> SqlRecorder::takeQueries()
+{
+    return std::exchange(recorded(), {});
+}
+
+BareDatabase::BareDatabase(const std::string &path, bool isWritable)
+{
+    const int flags = isWritable ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READONLY;
+    if (sqlite3_open_v2(path.c_str(), &m_handle, flags, nullptr) != SQLITE_OK)
+        qFatal("%s cannot be opened", path.c_str());
+}
+
+BareDatabase::~BareDatabase()
+{
+    sqlite3_close(m_handle);
+}
+
+void BareDatabase::execute(const char *text)
+{
+    if (sqlite3_exec(m_handle, text, nullptr, nullptr, nullptr) != SQLITE_OK)
+        qFatal("%s: %s", text, sqlite3_errmsg(m_handle));
+}
+
+int BareDatabase::read(const std::string &query)
+{
+    sqlite3_stmt *statement = nullptr;
+    if (sqlite3_prepare_v2(m_handle, query.c_str(), static_cast<int>(query.size()), &statement, nullptr) !=
+        SQLITE_OK)
+        qFatal("%s: %s", query.c_str(), sqlite3_errmsg(m_handle));
+    int rows = 0;
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+        for (int column = 0; column < sqlite3_column_count(statement); ++column)
+            sqlite3_column_text(statement, column);
+        ++rows;
+    }
+    sqlite3_finalize(statement);
+    return rows;
+}
