@@ -65,7 +65,8 @@ void CombinedSubtitleService::query(const QList<Arg> &args, QueryCompletion comp
 {
     const quint64 number = m_outstanding->begin();
     if (m_isHeld) {
-        m_held.push_back([=, this, completion = std::move(completion)] { start(number, args, completion); });
+        m_held.emplace_back(
+            [=, this, completion = std::move(completion)] { start(number, args, completion); });
         return;
     }
     start(number, args, std::move(completion));

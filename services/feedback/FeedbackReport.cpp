@@ -28,7 +28,7 @@ std::optional<FeedbackReport> FeedbackReport::fromJson(const QByteArray &json)
     for (auto entry = named.begin(); entry != named.end(); ++entry)
         report.parameters.emplaceBack(entry.key(), entry.value().toString());
     const QJsonArray lines = object.value("log"_L1).toArray();
-    for (const QJsonValue &line : lines)
+    for (const QJsonValue line : lines)
         report.log += line.toString();
     return report;
 }

@@ -21,7 +21,7 @@ QList<TmdbItem> items(const QJsonObject &answer, const QString &key)
 {
     QList<TmdbItem> result;
     const QJsonArray list = answer[key].toArray();
-    for (const QJsonValue &value : list) {
+    for (const QJsonValue value : list) {
         if (value.isObject() && result.size() < MaxItems)
             result += item(value.toObject());
     }

@@ -31,7 +31,7 @@ std::optional<FilmImages> FilmImages::read(const QByteArray &json)
     result.base = base;
     QStringList sizes;
     const QJsonArray named = images[u"poster_sizes"_s].toArray();
-    for (const QJsonValue &size : named) {
+    for (const QJsonValue size : named) {
         if (widthOf(size.toString()))
             sizes += size.toString();
     }

@@ -25,7 +25,7 @@ QStringList spellings(const QString &secret)
 {
     const QString encoded = QString::fromLatin1(QUrl::toPercentEncoding(secret));
     QString json = secret;
-    json.replace(u'\\', "\\\\"_L1).replace(u'"', "\\\""_L1);
+    json.replace(u'\\', R"(\\)"_L1).replace(u'"', R"(\")"_L1);
     return {secret, encoded, QString(encoded).replace("%20"_L1, "+"_L1), json};
 }
 

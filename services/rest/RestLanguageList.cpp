@@ -31,7 +31,7 @@ std::optional<RestLanguageList> RestLanguageList::read(const QByteArray &body)
     if (languages.size() > MostLanguages)
         return std::nullopt;
     RestLanguageList list;
-    for (const QJsonValue &language : languages) {
+    for (const QJsonValue language : languages) {
         const QString code = Json::text(language.toObject(), u"language_code"_s).trimmed().toLower();
         if (looksLikeCode(code))
             list.m_codes += code;

@@ -19,5 +19,5 @@ struct RestQuery
     /// sent as words, but a season and an episode in them as what they are. An Error for a language the
     /// service does not know, a hash that is none, and no words.
     static Result<RestQuery> from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated,
-                                  const RestLanguageList &languages = {});
+                                  const RestLanguageList &known = {});
 };

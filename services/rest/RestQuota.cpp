@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 // The quota is a day's; a later reset comes from a wrong clock, here or there.
-constexpr qint64 LongestWaitSeconds = 25 * 3600;
+constexpr qint64 LongestWaitSeconds = 25LL * 3600;
 } // namespace
 
 bool RestQuota::isUsedUp(const QDateTime &date) const

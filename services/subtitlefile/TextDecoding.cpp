@@ -70,6 +70,12 @@ bool isHalfWidthKana(QChar c)
     return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
 }
 
+bool isSignWithinAWord(QStringView text, qsizetype at)
+{
+    const QChar c = text[at];
+    return !c.isLetter() && !c.isMark() && !c.isSurrogate() && at + 1 < text.size() && text[at + 1].isLower();
+}
+
 /// How wrong a text looks. Decoders of one byte a character report no errors: what is no character becomes a
 /// C1 control, and a letter read as a sign stands right before small letters.
 int oddness(const QString &text)
@@ -83,10 +89,7 @@ int oddness(const QString &text)
             odd += UnreadablePenalty;
         else if (c.unicode() < 0xA0 || c.category() == QChar::Other_PrivateUse)
             odd += ControlPenalty;
-        else if (isHalfWidthKana(c))
-            ++odd;
-        else if (!c.isLetter() && !c.isMark() && !c.isSurrogate() && i + 1 < text.size() &&
-                 text[i + 1].isLower())
+        else if (isHalfWidthKana(c) || isSignWithinAWord(text, i))
             ++odd;
     }
     return odd;

@@ -62,7 +62,7 @@ std::weak_ordering ReleaseVersion::operator<=>(const ReleaseVersion &other) cons
 {
     const auto numbers = std::lexicographical_compare_three_way(
         m_numbers.begin(), m_numbers.end(), other.m_numbers.begin(), other.m_numbers.end());
-    if (numbers != 0)
+    if (numbers != 0) // NOLINT(modernize-use-nullptr): an ordering is compared with the number
         return numbers;
     if (isPreRelease() != other.isPreRelease())
         return isPreRelease() ? std::weak_ordering::less : std::weak_ordering::greater;

@@ -120,11 +120,11 @@ void FolderImport::take(const FolderImportState &state)
 {
     const bool isStopping = m_state.phase == FolderImportState::Phase::Stopping;
     m_state = state;
+    if (isStopping && state.isRunning())
+        m_state.phase = FolderImportState::Phase::Stopping;
     if (!state.isRunning()) {
         m_thread.join(); // it has nothing left to do
         m_run.reset();
-    } else if (isStopping) {
-        m_state.phase = FolderImportState::Phase::Stopping;
     }
     Q_EMIT changed();
 }

@@ -15,8 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-using ArchiveMembers::End;
-
 constexpr std::size_t BlockBytes = 64ULL * 1024;
 
 struct ArchiveCloser

@@ -37,6 +37,12 @@ int isWorthWaiting(void *patience, int tries)
     return 1;
 }
 
+/// SQLite hands its callbacks a pointer that could be written through; these only read.
+void *forSqlite(const Patience *patience)
+{
+    return const_cast<Patience *>(patience); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+}
+
 int isStopped(void *patience)
 {
     return patienceAt(patience).isStopped ? 1 : 0;
@@ -50,7 +56,7 @@ public:
     {
         if (patience)
             sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isStopped,
-                                     const_cast<Patience *>(patience));
+                                     forSqlite(patience));
     }
     ~StoppableOpening() { sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr); }
     StoppableOpening(const StoppableOpening &) = delete;
@@ -189,7 +195,7 @@ Error CatalogueStore::error(const QString &path, const SQLite::Exception &except
 void CatalogueStore::waitForWriters(SQLite::Database &database, const Patience *patience)
 {
     if (patience)
-        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, const_cast<Patience *>(patience));
+        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, forSqlite(patience));
     else
         database.setBusyTimeout(BusyTimeoutMilliseconds);
 }
