@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr int MaxTitles = 200;
-constexpr int MaxUnranked = 500;
+constexpr int MaxUnranked = 300;
 constexpr qsizetype MaxTextLength = 300; // of a name that is shown
 
 /// The columns every entry is read from, in the order `entryFrom` expects them.
