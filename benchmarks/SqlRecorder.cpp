@@ -4,21 +4,31 @@
 
 #include <sqlite3.h>
 
+#include <set>
 #include <utility>
 
 namespace
 {
-std::vector<std::string> &recorded()
+struct Recording
 {
-    static std::vector<std::string> statements;
-    return statements;
+    std::vector<RecordedQuery> queries;
+    std::set<std::string> kinds; // their texts without values
+};
+
+Recording &recording()
+{
+    static Recording recording;
+    return recording;
 }
 
-int record(unsigned, void *, void *statement, void *)
+int record(unsigned, void *, void *place, void *)
 {
-    char *text = sqlite3_expanded_sql(static_cast<sqlite3_stmt *>(statement));
-    if (text && std::string(text).rfind("SELECT", 0) == 0)
-        recorded().emplace_back(text);
+    auto *statement = static_cast<sqlite3_stmt *>(place);
+    char *text = sqlite3_expanded_sql(statement);
+    if (text && std::string(text).rfind("SELECT", 0) == 0) {
+        const bool isFirst = recording().kinds.insert(sqlite3_sql(statement)).second;
+        recording().queries.push_back({text, !isFirst});
+    }
     sqlite3_free(text);
     return 0;
 }
@@ -44,9 +54,9 @@ SqlRecorder::~SqlRecorder()
     sqlite3_cancel_auto_extension(entryPoint());
 }
 
-std::vector<std::string> SqlRecorder::takeQueries()
+std::vector<RecordedQuery> SqlRecorder::takeQueries()
 {
-    return std::exchange(recorded(), {});
+    return std::exchange(recording(), {}).queries;
 }
 
 BareDatabase::BareDatabase(const std::string &path, bool isWritable)
@@ -67,12 +77,22 @@ void BareDatabase::execute(const char *text)
         qFatal("%s: %s", text, sqlite3_errmsg(m_handle));
 }
 
-int BareDatabase::read(const std::string &query)
+sqlite3_stmt *BareDatabase::prepared(const std::string &query)
 {
     sqlite3_stmt *statement = nullptr;
-    if (sqlite3_prepare_v2(m_handle, query.c_str(), static_cast<int>(query.size()), &statement, nullptr) !=
-        SQLITE_OK)
+    const int length = static_cast<int>(query.size());
+    if (sqlite3_prepare_v2(m_handle, query.c_str(), length, &statement, nullptr) != SQLITE_OK)
         qFatal("%s: %s", query.c_str(), sqlite3_errmsg(m_handle));
+    return statement;
+}
+
+int BareDatabase::read(const std::string &query)
+{
+    return read(prepared(query));
+}
+
+int BareDatabase::read(sqlite3_stmt *statement)
+{
     int rows = 0;
     while (sqlite3_step(statement) == SQLITE_ROW) {
         for (int column = 0; column < sqlite3_column_count(statement); ++column)
