@@ -2,12 +2,12 @@
 
 #include "CatalogueQueries.h"
 #include "CatalogueSchema.h"
+#include "ReadableFile.h"
 #include "StoredContent.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
 
@@ -24,6 +24,7 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
     switch (exception.getErrorCode()) {
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
+    case SQLITE_READONLY: // there is a log, and no place to read it by
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
     case SQLITE_IOERR:
@@ -97,8 +98,7 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     if (!info.isFile())
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
-        auto database = std::make_unique<SQLite::Database>(QFile::encodeName(path).toStdString(),
-                                                           SQLite::OPEN_READONLY, BusyTimeoutMilliseconds);
+        std::unique_ptr<SQLite::Database> database = readableFile(path, BusyTimeoutMilliseconds);
         harden(*database);
         if (!isReadable(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);

@@ -33,6 +33,7 @@ FolderImportTexts::FolderImportTexts()
     m_tooLarge = bundle.localizedString(u"“%@” is too large for a subtitle."_s);
     m_notUnpacked = bundle.localizedString(u"“%@” cannot be unpacked."_s);
     m_damagedArchive = bundle.localizedString(u"“%@” is damaged or of an unknown kind."_s);
+    m_lockedArchive = bundle.localizedString(u"“%@” is protected by a password."_s);
     m_swellingArchive = bundle.localizedString(u"“%@” unpacks to far more than its size."_s);
     m_unreadableFile = bundle.localizedString(u"“%@” cannot be opened."_s);
     m_goneFile = bundle.localizedString(u"“%@” is no longer there."_s);
@@ -67,6 +68,8 @@ const QString &FolderImportTexts::formatOf(ImportRefusal why) const
         return m_notUnpacked;
     case ImportRefusal::DamagedArchive:
         return m_damagedArchive;
+    case ImportRefusal::LockedArchive:
+        return m_lockedArchive;
     case ImportRefusal::SwellingArchive:
         return m_swellingArchive;
     case ImportRefusal::Unreadable:

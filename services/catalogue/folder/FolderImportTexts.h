@@ -26,6 +26,7 @@ private:
     QString m_tooLarge;
     QString m_notUnpacked;
     QString m_damagedArchive;
+    QString m_lockedArchive;
     QString m_swellingArchive;
     QString m_unreadableFile;
     QString m_goneFile;

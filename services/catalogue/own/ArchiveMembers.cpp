@@ -48,6 +48,12 @@ QString pathOf(archive_entry *entry)
     return QString::fromUtf8(path ? path : "").replace(u'\\', u'/');
 }
 
+/// Whether what was met so far is encrypted, the list of members perhaps.
+bool isLocked(archive *reader)
+{
+    return archive_read_has_encrypted_entries(reader) > 0;
+}
+
 /// Reads the entry the reader stands at: its bytes, or nothing when it cannot be read; empty when it is
 /// larger than `limit`.
 std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
@@ -105,18 +111,23 @@ ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor 
     if (!reader)
         return End::Damaged;
     Allowance allowance(info.size());
+    End end = End::Whole;
     archive_entry *entry = nullptr;
     for (qint64 number = 0;; ++number) {
         const int status = archive_read_next_header(reader.get(), &entry);
         if (status == ARCHIVE_EOF)
-            return End::Whole;
+            return end;
         if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
-            return End::Damaged;
+            return isLocked(reader.get()) ? End::Locked : End::Damaged;
         if (!allowance.covers(reader.get(), entry))
             return End::TooLarge;
         const QString path = pathOf(entry);
         if (archive_entry_filetype(entry) != AE_IFREG || !visitor.isWanted(number, path))
             continue;
+        if (archive_entry_is_data_encrypted(entry)) {
+            end = End::Locked;
+            continue;
+        }
         const std::optional<QByteArray> content = contentOf(reader.get(), MaxMemberBytes);
         if (!content)
             return End::Damaged;

@@ -17,7 +17,8 @@ enum class End
     Whole,
     Stopped,
     Damaged,
-    TooLarge
+    TooLarge,
+    Locked // by a password, all of it or some wanted members; the others were taken
 };
 
 struct Visitor

@@ -49,6 +49,8 @@ QString textOf(ImportRefusal why)
         return u"cannot be unpacked"_s;
     case ImportRefusal::DamagedArchive:
         return u"is damaged or not an archive that can be read"_s;
+    case ImportRefusal::LockedArchive:
+        return u"is protected by a password"_s;
     case ImportRefusal::SwellingArchive:
         return u"unpacks to more than an archive of its size should"_s;
     case ImportRefusal::Unreadable:
@@ -184,6 +186,8 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
     }
     if (end == ArchiveMembers::End::Damaged)
         refuse(path, ImportRefusal::DamagedArchive);
+    if (end == ArchiveMembers::End::Locked)
+        refuse(path, ImportRefusal::LockedArchive);
     if (end == ArchiveMembers::End::TooLarge)
         refuse(path, ImportRefusal::SwellingArchive);
     return keep({path, stamp, {}, true});

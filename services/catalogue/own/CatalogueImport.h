@@ -13,6 +13,7 @@ enum class ImportRefusal
     TooLarge,
     NotUnpacked,
     DamagedArchive,
+    LockedArchive,   // by a password
     SwellingArchive, // unpacks to more than an archive of its size should
     Unreadable,
     Gone,

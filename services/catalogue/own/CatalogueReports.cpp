@@ -3,10 +3,10 @@
 #include "CatalogueStore.h"
 
 #include <services/catalogue/CatalogueSchema.h>
+#include <services/catalogue/ReadableFile.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
-#include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -21,13 +21,12 @@ Result<Value> reading(const QString &path, const std::function<Value(SQLite::Dat
     if (!QFileInfo(path).isFile())
         return CatalogueStore::error(path, u"there is no catalogue yet"_s);
     try {
-        SQLite::Database database(QFile::encodeName(path).toStdString(), SQLite::OPEN_READONLY,
-                                  BusyTimeoutMilliseconds);
-        if (database.execAndGet("PRAGMA application_id").getInt() != CatalogueSchema::ApplicationId)
+        const std::unique_ptr<SQLite::Database> database = readableFile(path, BusyTimeoutMilliseconds);
+        if (database->execAndGet("PRAGMA application_id").getInt() != CatalogueSchema::ApplicationId)
             return CatalogueStore::error(path, u"is not a subtitle catalogue"_s);
-        if (database.execAndGet("PRAGMA user_version").getInt() != CatalogueSchema::Version)
+        if (database->execAndGet("PRAGMA user_version").getInt() != CatalogueSchema::Version)
             return CatalogueStore::error(path, u"was made by another version of Plovendix"_s);
-        return read(database);
+        return read(*database);
     } catch (const SQLite::Exception &exception) {
         return CatalogueStore::error(path, QString::fromUtf8(exception.what()));
     }

@@ -23,6 +23,24 @@ class CatalogueArchiveTest : public QObject
         return members;
     }
 
+    /// Sets the sign of encryption in both headers of a zip's member; its name stands in both.
+    static void markAsLocked(const QString &path, const QByteArray &member)
+    {
+        constexpr qsizetype NameInMember = 30;
+        constexpr qsizetype FlagsInMember = 6;
+        constexpr qsizetype NameInDirectory = 46;
+        constexpr qsizetype FlagsInDirectory = 8;
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QByteArray bytes = file.readAll();
+        const qsizetype first = bytes.indexOf(member) - NameInMember + FlagsInMember;
+        const qsizetype second = bytes.lastIndexOf(member) - NameInDirectory + FlagsInDirectory;
+        QVERIFY(first > 0 && second > first);
+        for (const qsizetype place : {first, second})
+            bytes[place] = static_cast<char>(bytes[place] | 1);
+        QVERIFY(file.seek(0) && file.write(bytes) == bytes.size());
+    }
+
 private Q_SLOTS:
     void init()
     {
@@ -104,6 +122,36 @@ private Q_SLOTS:
         QVERIFY(counts.added > 0 && counts.added < 200);
         QCOMPARE(counts.refused, 1);
         QVERIFY(counts.problems.first().contains(u"cut.tar.gz is damaged"_s));
+    }
+
+    void lockedArchiveIsNamedAsThat()
+    {
+        m_fixture->writeArchive(u"locked.zip"_s, manyMembers(3), "secret");
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.added, 0);
+        QCOMPARE(counts.refused, 1);
+        QVERIFY(counts.problems.first().endsWith(u"locked.zip is protected by a password"_s));
+        QCOMPARE(m_fixture->add().known, 1); // it is not read again before it changes
+    }
+
+    void membersBesideALockedOneAreEntered()
+    {
+        const QString path = m_fixture->writeArchive(u"mixed.zip"_s, manyMembers(3));
+        markAsLocked(path, "Harbour.Lights.S01E2.en.srt");
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.added, 2);
+        QCOMPARE(counts.refused, 1);
+        QVERIFY(counts.problems.first().endsWith(u"mixed.zip is protected by a password"_s));
+    }
+
+    void lockedMemberThatIsNoSubtitleDoesNotMatter()
+    {
+        ImportFixture::Members members = manyMembers(2);
+        members += {u"notes.md"_s, "x"};
+        markAsLocked(m_fixture->writeArchive(u"mixed.zip"_s, members), "notes.md");
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.added, 2);
+        QCOMPARE(counts.refused, 0);
     }
 
     void textNamedLikeAnArchiveIsRefused()

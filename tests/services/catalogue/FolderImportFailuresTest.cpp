@@ -1,4 +1,5 @@
 #include "ImportFixture.h"
+#include "Nobody.h"
 
 #include <services/catalogue/folder/FolderImportJob.h>
 
@@ -11,7 +12,6 @@
 
 #include <cerrno>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -53,24 +53,6 @@ private:
         QCOMPARE(m_files->xSetSystemCall(m_files, call, function), SQLITE_OK);
     }
     sqlite3_vfs *m_files = sqlite3_vfs_find(nullptr);
-};
-
-/// Nobody's rights on files, for as long as this lives; the superuser may read everything.
-class Nobody final
-{
-public:
-    Nobody() : m_person(::geteuid()) { change(m_person == 0 ? 65534 : m_person); }
-    ~Nobody() { change(m_person); }
-    Nobody(const Nobody &) = delete;
-    Nobody &operator=(const Nobody &) = delete;
-
-private:
-    static void change(uid_t person)
-    {
-        if (::seteuid(person) != 0)
-            qFatal("the rights on files cannot be changed");
-    }
-    const uid_t m_person;
 };
 } // namespace
 
@@ -348,6 +330,13 @@ private Q_SLOTS:
         QCOMPARE(state.phase, Phase::Finished);
         QCOMPARE(state.refused, 1);
         QTEST(state.firstRefusal, "sentence");
+    }
+
+    void lockedArchiveIsSaid()
+    {
+        m_fixture->writeArchive(u"locked.zip"_s, {{u"Night.Ferry.2020.srt"_s, ImportFixture::cue(u"a"_s)}},
+                                "secret");
+        QCOMPARE(run().firstRefusal, u"“locked.zip” is protected by a password."_s);
     }
 };
 

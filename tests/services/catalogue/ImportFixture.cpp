@@ -43,11 +43,16 @@ QString ImportFixture::write(const QString &relative, const QByteArray &content)
     return path;
 }
 
-QString ImportFixture::writeArchive(const QString &relative, const Members &members) const
+QString ImportFixture::writeArchive(const QString &relative, const Members &members,
+                                    const QByteArray &password) const
 {
     const QString path = m_folder + u'/' + relative;
     archive *writer = archive_write_new();
     archive_write_set_format_filter_by_ext(writer, qPrintable(relative));
+    if (!password.isEmpty() &&
+        (archive_write_set_format_option(writer, "zip", "encryption", "traditional") != ARCHIVE_OK ||
+         archive_write_set_passphrase(writer, password.constData()) != ARCHIVE_OK))
+        qFatal("%s cannot be locked", qUtf8Printable(path));
     if (archive_write_open_filename(writer, QFile::encodeName(path).constData()) != ARCHIVE_OK)
         qFatal("%s cannot be written", qUtf8Printable(path));
     for (const auto &[name, content] : members) {

@@ -1,0 +1,49 @@
+#include "ReadableFile.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+std::unique_ptr<SQLite::Database> opened(const std::string &name, int flags, int busyTimeout)
+{
+    auto database = std::make_unique<SQLite::Database>(name, SQLite::OPEN_READONLY | flags, busyTimeout);
+    database->execAndGet("PRAGMA schema_version"); // the first thing that reads the file
+    return database;
+}
+
+/// A log that holds something belongs to the content: without it the file may be half of a later state.
+bool hasLog(const QString &path)
+{
+    return QFileInfo(path + u"-wal"_s).size() > 0;
+}
+
+bool isForWantOfAPlace(const SQLite::Exception &exception)
+{
+    return exception.getErrorCode() == SQLITE_CANTOPEN || exception.getErrorCode() == SQLITE_READONLY;
+}
+
+/// A relative name would lose its first part as the name of a host.
+std::string unchangingAddress(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(QFileInfo(path).absoluteFilePath());
+    return "file://" + name.toPercentEncoding("/").toStdString() + "?immutable=1";
+}
+} // namespace
+
+std::unique_ptr<SQLite::Database> readableFile(const QString &path, int busyTimeoutMilliseconds)
+{
+    try {
+        return opened(QFile::encodeName(path).toStdString(), 0, busyTimeoutMilliseconds);
+    } catch (const SQLite::Exception &exception) {
+        if (!isForWantOfAPlace(exception) || hasLog(path) || !QFileInfo(path).isReadable())
+            throw;
+    }
+    return opened(unchangingAddress(path), SQLite::OPEN_URI, busyTimeoutMilliseconds);
+}
