@@ -1,10 +1,11 @@
 #include <app/PatientSecretStore.h>
-#include <platform/FirstPaint.h>
-#include <platform/MainQueue.h>
 #include <support/Sandbox.h>
+#include <support/UnpaintedProgram.h>
 
 #include <QStringList>
 #include <QTest>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -34,19 +35,8 @@ class PatientSecretStoreTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        MainQueue::shared().clear();
-        MainQueue::shared().useManualClock();
-        FirstPaint::forget();
-    }
-
-    void cleanup()
-    {
-        FirstPaint::forget();
-        MainQueue::shared().clear();
-        MainQueue::shared().useSystemClock();
-    }
+    void init() { m_program.emplace(); }
+    void cleanup() { m_program.reset(); }
 
     void readingWaitsForTheFirstPaint()
     {
@@ -90,6 +80,7 @@ private Q_SLOTS:
 
 private:
     Sandbox m_sandbox;
+    std::optional<UnpaintedProgram> m_program;
 };
 
 QTEST_MAIN(PatientSecretStoreTest)

@@ -1,10 +1,10 @@
-#include <platform/FirstPaint.h>
-#include <platform/MainQueue.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/UnpaintedProgram.h>
 
 #include <QTest>
 
+#include <optional>
 #include <vector>
 
 class FirstPaintTest : public QObject
@@ -12,19 +12,8 @@ class FirstPaintTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        MainQueue::shared().clear();
-        MainQueue::shared().useManualClock();
-        FirstPaint::forget();
-    }
-
-    void cleanup()
-    {
-        FirstPaint::forget();
-        MainQueue::shared().clear();
-        MainQueue::shared().useSystemClock();
-    }
+    void init() { m_program.emplace(); }
+    void cleanup() { m_program.reset(); }
 
     void blocksWaitForAWindowToBePainted()
     {
@@ -74,6 +63,7 @@ private Q_SLOTS:
 
 private:
     Sandbox m_sandbox;
+    std::optional<UnpaintedProgram> m_program;
 };
 
 QTEST_MAIN(FirstPaintTest)

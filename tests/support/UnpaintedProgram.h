@@ -1,0 +1,25 @@
+#pragma once
+#include <platform/FirstPaint.h>
+#include <platform/MainQueue.h>
+
+/// A program that has painted no window yet, with a main queue whose clock the test drives. Both are as they
+/// were when it goes.
+class UnpaintedProgram final
+{
+public:
+    UnpaintedProgram()
+    {
+        MainQueue::shared().clear();
+        MainQueue::shared().useManualClock();
+        FirstPaint::forget();
+    }
+
+    ~UnpaintedProgram()
+    {
+        FirstPaint::forget();
+        MainQueue::shared().clear();
+        MainQueue::shared().useSystemClock();
+    }
+
+    Q_DISABLE_COPY_MOVE(UnpaintedProgram)
+};
