@@ -2,6 +2,8 @@
 
 #include "FeedbackErrors.h"
 
+#include <services/net/MakersServer.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -9,40 +11,13 @@ namespace
 {
 constexpr auto Deadline = 60s;
 constexpr qsizetype MaxAnswerBytes = 64LL * 1024; // nobody reads it
-constexpr int FirstServerError = 500;
-constexpr int TooManyRequests = 429;
-
-HostRules rulesFor(const QUrl &address)
-{
-    if (HostRules::isLoopback(address.host()))
-        return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules({address.host()});
-}
-
-FeedbackFault faultOf(const Error &error)
-{
-    switch (kindOf(error).value_or(Kind::Unavailable)) {
-    case Kind::Offline:
-        return FeedbackFault::Offline;
-    case Kind::Timeout:
-        return FeedbackFault::Timeout;
-    case Kind::Insecure:
-        return FeedbackFault::Insecure;
-    case Kind::Proxy:
-        return FeedbackFault::Proxy;
-    case Kind::BadAnswer:
-        return FeedbackFault::Refused;
-    default:
-        return FeedbackFault::Unavailable;
-    }
-}
 
 Result<void> read(const HttpAnswer &answer)
 {
     if (answer.isSuccess())
         return {};
-    const bool passing = answer.status >= FirstServerError || answer.status == TooManyRequests;
-    return feedbackError(passing ? FeedbackFault::Unavailable : FeedbackFault::Refused,
+    return feedbackError(MakersServer::isPassing(answer.status) ? FeedbackFault::Unavailable
+                                                                : FeedbackFault::Refused,
                          u"status %1"_s.arg(answer.status));
 }
 } // namespace
@@ -60,14 +35,15 @@ HttpClient::Call FeedbackSender::send(const FeedbackReport &report, const QStrin
     request.maxBytes = MaxAnswerBytes;
     request.deadline = Deadline;
     request.setHeader("Content-Type", "application/json");
-    const HostRules rules = rulesFor(request.url);
+    const HostRules rules = MakersServer::rulesFor(request.url);
     const bool permitted = rules.accepts(request.url);
     return m_client.send(request, rules,
                          [permitted, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
                              if (outcome)
                                  return completion(read(*outcome));
                              const FeedbackFault fault =
-                                 permitted ? faultOf(outcome.error()) : FeedbackFault::ForbiddenAddress;
+                                 permitted ? MakersServer::faultOf(outcome.error(), FeedbackFault::Refused)
+                                           : FeedbackFault::ForbiddenAddress;
                              completion(feedbackError(fault, outcome.error().detail));
                          });
 }

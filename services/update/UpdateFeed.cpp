@@ -2,46 +2,21 @@
 
 #include "UpdateErrors.h"
 
+#include <services/net/MakersServer.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
 {
 constexpr auto Deadline = 30s;
-constexpr int FirstServerError = 500;
-constexpr int TooManyRequests = 429;
-
-HostRules rulesFor(const QUrl &address)
-{
-    if (HostRules::isLoopback(address.host()))
-        return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules({address.host()});
-}
-
-UpdateFault faultOf(const Error &error)
-{
-    switch (kindOf(error).value_or(Kind::Unavailable)) {
-    case Kind::Offline:
-        return UpdateFault::Offline;
-    case Kind::Timeout:
-        return UpdateFault::Timeout;
-    case Kind::Insecure:
-        return UpdateFault::Insecure;
-    case Kind::Proxy:
-        return UpdateFault::Proxy;
-    case Kind::BadAnswer:
-        return UpdateFault::WebPage;
-    default:
-        return UpdateFault::Unavailable;
-    }
-}
 
 Result<QList<AppcastItem>> read(const HttpAnswer &answer)
 {
     if (answer.isSuccess())
         return Appcast::parse(answer.body);
-    const bool passing = answer.status >= FirstServerError || answer.status == TooManyRequests;
-    return updateError(passing ? UpdateFault::Unavailable : UpdateFault::NoFeed,
+    return updateError(MakersServer::isPassing(answer.status) ? UpdateFault::Unavailable
+                                                              : UpdateFault::NoFeed,
                        u"status %1"_s.arg(answer.status));
 }
 } // namespace
@@ -57,13 +32,14 @@ HttpClient::Call UpdateFeed::fetch(const QString &address, Completion completion
     request.maxBytes = 4 * Appcast::MaxBytes;
     request.deadline = Deadline;
     request.setHeader("Accept", "application/rss+xml, application/xml;q=0.9, text/xml;q=0.9");
-    const HostRules rules = rulesFor(request.url);
+    const HostRules rules = MakersServer::rulesFor(request.url);
     const bool permitted = rules.accepts(request.url);
     return m_client.send(
         request, rules, [permitted, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
             if (outcome)
                 return completion(read(*outcome));
-            const UpdateFault fault = permitted ? faultOf(outcome.error()) : UpdateFault::ForbiddenAddress;
+            const UpdateFault fault = permitted ? MakersServer::faultOf(outcome.error(), UpdateFault::WebPage)
+                                                : UpdateFault::ForbiddenAddress;
             completion(updateError(fault, outcome.error().detail));
         });
 }

@@ -1,22 +1,10 @@
-#include <services/video/FileNameParser.h>
+#include "NameRows.h"
 
-#include <QTest>
-
-#include <span>
+using NameRows::None;
+using NameRows::Row;
 
 namespace
 {
-constexpr int None = -1;
-
-struct Row
-{
-    const char *name;
-    const char *title;
-    int year = None;
-    int season = None;
-    int episode = None;
-};
-
 // Seasons and episodes that run into the title, and letters and words of other languages.
 constexpr Row JoinedAndForeign[] = {
     {"Quillmouth S02E05.mkv", "Quillmouth", None, 2, 5},
@@ -207,25 +195,7 @@ constexpr Row Beginnings[] = {
     {"69. Bölüm.avi", "", None, None, 69},
     {"12 Episodes of Light 2011 720p", "12 Episodes of Light", 2011},
 };
-
-std::optional<int> optional(int value)
-{
-    return value == None ? std::nullopt : std::optional(value);
-}
-
-QByteArray text(const std::optional<int> &number)
-{
-    return number ? QByteArray::number(*number) : QByteArray("none");
-}
-
-void addRows(std::span<const Row> rows)
-{
-    for (const Row &row : rows)
-        QTest::newRow(row.name) << &row;
-}
 } // namespace
-
-Q_DECLARE_METATYPE(const Row *)
 
 /// Names as they are given to videos, class by class; beside each class stand names that look alike and are
 /// not.
@@ -237,28 +207,24 @@ private Q_SLOTS:
     void namesOfEveryClass_data()
     {
         QTest::addColumn<const Row *>("row");
-        addRows(JoinedAndForeign);
-        addRows(Pairs);
-        addRows(Dates);
-        addRows(Tails);
-        addRows(BracketsAndScripts);
-        addRows(Hundreds);
-        addRows(Words);
-        addRows(Several);
-        addRows(OneEpisode);
-        addRows(Anime);
-        addRows(Films);
-        addRows(Beginnings);
+        NameRows::add(JoinedAndForeign);
+        NameRows::add(Pairs);
+        NameRows::add(Dates);
+        NameRows::add(Tails);
+        NameRows::add(BracketsAndScripts);
+        NameRows::add(Hundreds);
+        NameRows::add(Words);
+        NameRows::add(Several);
+        NameRows::add(OneEpisode);
+        NameRows::add(Anime);
+        NameRows::add(Films);
+        NameRows::add(Beginnings);
     }
 
     void namesOfEveryClass()
     {
         QFETCH(const Row *, row);
-        const VideoFileComponents said = parseVideoName(QString::fromUtf8(row->name));
-        QCOMPARE(said.title, QString::fromUtf8(row->title));
-        QCOMPARE(text(said.year), text(optional(row->year)));
-        QCOMPARE(text(said.season), text(optional(row->season)));
-        QCOMPARE(text(said.episode), text(optional(row->episode)));
+        NameRows::check(*row);
     }
 
     void partOfATitleIsSearchedFor()

@@ -1,22 +1,10 @@
-#include <services/video/FileNameParser.h>
+#include "NameRows.h"
 
-#include <QTest>
-
-#include <span>
+using NameRows::None;
+using NameRows::Row;
 
 namespace
 {
-constexpr int None = -1;
-
-struct Row
-{
-    const char *name;
-    const char *title;
-    int year = None;
-    int season = None;
-    int episode = None;
-};
-
 // Episodes, however they are written.
 constexpr Row Episodes[] = {
     {"Lamplighters.S01.E01.E02.720p", "Lamplighters", None, 1, 1},
@@ -287,25 +275,7 @@ constexpr Row Films[] = {
     {"The Lamp 2012 [1080p] [BluRay] [5.1] [GRP]", "The Lamp", 2012},
     {"The Lamp | 2012 | 1080p", "The Lamp", 2012},
 };
-
-std::optional<int> optional(int value)
-{
-    return value == None ? std::nullopt : std::optional(value);
-}
-
-QByteArray text(const std::optional<int> &number)
-{
-    return number ? QByteArray::number(*number) : QByteArray("none");
-}
-
-void addRows(std::span<const Row> rows)
-{
-    for (const Row &row : rows)
-        QTest::newRow(row.name) << &row;
-}
 } // namespace
-
-Q_DECLARE_METATYPE(const Row *)
 
 /// The many forms in which releases write the same facts.
 class FileNameFormsTest : public QObject
@@ -316,22 +286,18 @@ private Q_SLOTS:
     void namesInEveryForm_data()
     {
         QTest::addColumn<const Row *>("row");
-        addRows(Episodes);
-        addRows(Seasons);
-        addRows(DatedEpisodes);
-        addRows(Anime);
-        addRows(Scripts);
-        addRows(Films);
+        NameRows::add(Episodes);
+        NameRows::add(Seasons);
+        NameRows::add(DatedEpisodes);
+        NameRows::add(Anime);
+        NameRows::add(Scripts);
+        NameRows::add(Films);
     }
 
     void namesInEveryForm()
     {
         QFETCH(const Row *, row);
-        const VideoFileComponents said = parseVideoName(QString::fromUtf8(row->name));
-        QCOMPARE(said.title, QString::fromUtf8(row->title));
-        QCOMPARE(text(said.year), text(optional(row->year)));
-        QCOMPARE(text(said.season), text(optional(row->season)));
-        QCOMPARE(text(said.episode), text(optional(row->episode)));
+        NameRows::check(*row);
     }
 };
 
