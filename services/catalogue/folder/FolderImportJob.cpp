@@ -1,9 +1,8 @@
 #include "FolderImportJob.h"
 
-#include <services/catalogue/own/ArchiveMembers.h>
+#include <services/catalogue/own/FolderWalk.h>
 
 #include <QDir>
-#include <QDirIterator>
 #include <QLoggingCategory>
 
 #include <filesystem>
@@ -60,10 +59,9 @@ bool FolderImportJob::findFolder()
 /// Sees what CatalogueImport will see.
 void FolderImportJob::countFiles()
 {
-    QDirIterator files(m_state.folder, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext() && !isStopped()) {
-        const QString file = files.next();
-        if (isSubtitleFileName(files.fileName()) || ArchiveMembers::isArchiveName(file))
+    FolderWalk walk(m_state.folder);
+    while (walk.hasNext() && !isStopped()) {
+        if (walk.next() != FolderWalk::Found::Other)
             ++m_state.total;
         m_tell(m_state);
     }

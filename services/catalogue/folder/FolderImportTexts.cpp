@@ -73,6 +73,7 @@ const QString &FolderImportTexts::formatOf(ImportRefusal why) const
     case ImportRefusal::SwellingArchive:
         return m_swellingArchive;
     case ImportRefusal::Unreadable:
+    case ImportRefusal::ClosedFolder:
         return m_unreadableFile;
     case ImportRefusal::Gone:
         return m_goneFile;

@@ -1,12 +1,13 @@
 #include "CatalogueImport.h"
 
 #include "ArchiveMembers.h"
+#include "FolderWalk.h"
 
 #include <services/subtitlefile/SubtitleFile.h>
 #include <services/video/MovieHash.h>
 
 #include <QDateTime>
-#include <QDirIterator>
+#include <QDir>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -57,6 +58,8 @@ QString textOf(ImportRefusal why)
         return u"cannot be read"_s;
     case ImportRefusal::Gone:
         return u"is not there"_s;
+    case ImportRefusal::ClosedFolder:
+        return u"is a folder that cannot be read"_s;
     case ImportRefusal::OtherKind:
         break;
     }
@@ -101,15 +104,25 @@ Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
 
 Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
 {
-    QDirIterator files(path, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString file = files.next();
-        if (!isSubtitleFileName(files.fileName()) && !ArchiveMembers::isArchiveName(file))
+    FolderWalk walk(path);
+    while (walk.hasNext()) {
+        const FolderWalk::Found found = walk.next();
+        if (found == FolderWalk::Found::Other)
             continue;
-        if (const Result<End> end = addFile(file); !end || *end == End::Stopped)
+        const bool isSource = found == FolderWalk::Found::Source;
+        const Result<End> end = isSource ? addFile(walk.path()) : passClosedFolder(walk.path());
+        if (!end || *end == End::Stopped)
             return end;
     }
     return End::Done;
+}
+
+Result<CatalogueImport::End> CatalogueImport::passClosedFolder(const QString &path)
+{
+    ++m_counts.files;
+    m_counts.current = path;
+    refuse(path, ImportRefusal::ClosedFolder);
+    return carryOn();
 }
 
 Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)

@@ -17,7 +17,8 @@ enum class ImportRefusal
     SwellingArchive, // unpacks to more than an archive of its size should
     Unreadable,
     Gone,
-    OtherKind // neither a subtitle nor an archive
+    ClosedFolder, // what it holds cannot be seen
+    OtherKind     // neither a subtitle nor an archive
 };
 
 /// How far an import is.
@@ -29,10 +30,10 @@ struct ImportCounts
         ImportRefusal why;
     };
 
-    qint64 files = 0;      // subtitle files and archives seen
+    qint64 files = 0;      // subtitle files and archives seen, and folders that are closed
     qint64 added = 0;      // new in the catalogue
     qint64 known = 0;      // sources that are in it and have not changed, and subtitles that came twice
-    qint64 refused = 0;    // what is no subtitle, too large or damaged
+    qint64 refused = 0;    // what is no subtitle, too large, damaged or closed
     qint64 unlabelled = 0; // added without a language
     QStringList problems;  // the first few, each naming its file
     std::optional<Refused> firstRefused;
@@ -63,6 +64,7 @@ public:
 
 private:
     Result<End> addFolder(const QString &path);
+    Result<End> passClosedFolder(const QString &path);
     Result<End> addFile(const QString &path);
     Result<End> addArchive(const QString &path);
     Result<bool> isKnown(const QString &path, const QString &stamp);

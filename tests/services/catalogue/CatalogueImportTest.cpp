@@ -1,4 +1,5 @@
 #include "ImportFixture.h"
+#include "Nobody.h"
 
 #include <services/video/MovieHash.h>
 
@@ -6,6 +7,8 @@
 #include <QFile>
 #include <QTest>
 #include <QUrl>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +27,25 @@ class CatalogueImportTest : public QObject
         const Result<qint64> removed = own.value().removeBelow(path, 1000);
         QVERIFY(removed);
         QCOMPARE(*removed, expected);
+    }
+
+    /// Adds it as somebody who may not look into the closed folder, but may do everything else.
+    ImportCounts addAsNobody(const QString &path, const QString &closed) const
+    {
+        const auto allow = [](const QString &folder, mode_t rights) {
+            if (::chmod(QFile::encodeName(folder).constData(), rights) != 0)
+                qFatal("the rights of %s cannot be changed", qUtf8Printable(folder));
+        };
+        allow(m_sandbox.path({}), 0777);
+        allow(QFileInfo(m_fixture->path()).path(), 0777);
+        allow(closed, 0);
+        ImportCounts counts;
+        {
+            const Nobody nobody;
+            counts = m_fixture->add(path);
+        }
+        allow(closed, 0755);
+        return counts;
     }
 
 private Q_SLOTS:
@@ -156,6 +178,28 @@ private Q_SLOTS:
         QVERIFY(counts.problems.join(u' ').contains(m_fixture->folder() + u"/page.srt is no subtitle"_s));
         QCOMPARE(m_fixture->add().refused, 0); // known not to be any
         QCOMPARE(m_fixture->add(m_fixture->folder() + u"/gone.srt"_s).refused, 1);
+    }
+
+    void closedFolderIsRefusedAndNamed()
+    {
+        m_fixture->write(u"closed/Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));
+        const QString closed = m_fixture->folder() + u"/closed"_s;
+        const QStringList problems{closed + u" is a folder that cannot be read"_s};
+        for (const ImportCounts &counts : {addAsNobody({}, closed), addAsNobody(closed, closed)}) {
+            QCOMPARE(counts.refused, 1);
+            QCOMPARE(counts.problems, problems);
+        }
+    }
+
+    void linkToAClosedFolderIsNoProblem()
+    {
+        m_fixture->write(u"../closed/Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));
+        m_fixture->write(u"Night.Ferry.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
+        const QString closed = QFileInfo(m_fixture->path()).path() + u"/closed"_s;
+        QVERIFY(QFile::link(closed, m_fixture->folder() + u"/link"_s));
+        const ImportCounts counts = addAsNobody({}, closed);
+        QCOMPARE(counts.added, 1);
+        QCOMPARE(counts.refused, 0);
     }
 
     void stoppedImportGoesOnWhereItWas()

@@ -186,6 +186,44 @@ private Q_SLOTS:
         QCOMPARE(run().added, 1);
     }
 
+    void folderBelowThatMayNotBeReadIsCountedAndReadOnceItMay()
+    {
+        m_fixture->write(u"open/Paper.Boat.2018.de.srt"_s, ImportFixture::cue(u"a"_s));
+        m_fixture->write(u"closed/Night.Ferry.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
+        letEverybodyIn();
+        const QByteArray closed = QFile::encodeName(m_fixture->folder()) + "/closed";
+        QCOMPARE(::chmod(closed.constData(), 0), 0);
+        FolderImportState state;
+        {
+            const Nobody nobody;
+            state = run();
+        }
+        QCOMPARE(::chmod(closed.constData(), 0755), 0);
+        QCOMPARE(state.phase, Phase::Finished);
+        QCOMPARE(state.total, 2);
+        QCOMPARE(state.files, 2);
+        QCOMPARE(state.added, 1);
+        QCOMPARE(state.refused, 1);
+        QCOMPARE(state.firstRefusal, u"“closed” cannot be opened."_s);
+        QCOMPARE(run().added, 1);
+    }
+
+    void folderWithNothingButOneThatMayNotBeReadIsNotWithoutFiles()
+    {
+        m_fixture->write(u"closed/Night.Ferry.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
+        letEverybodyIn();
+        const QByteArray closed = QFile::encodeName(m_fixture->folder()) + "/closed";
+        QCOMPARE(::chmod(closed.constData(), 0), 0);
+        FolderImportState state;
+        {
+            const Nobody nobody;
+            state = run();
+        }
+        QCOMPARE(::chmod(closed.constData(), 0755), 0);
+        QCOMPARE(state.total, 1);
+        QCOMPARE(state.refused, 1);
+    }
+
     void folderThatVanishesIsSaidAndTakesNothingWithIt()
     {
         writeEpisodes(6);
