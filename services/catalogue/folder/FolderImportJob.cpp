@@ -3,6 +3,7 @@
 #include <services/catalogue/own/FolderWalk.h>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
 
 #include <filesystem>
@@ -12,7 +13,12 @@ using namespace Qt::StringLiterals;
 namespace
 {
 Q_LOGGING_CATEGORY(folderLog, "plovendix.services.catalogue.folder")
+
+bool isEmptied(const ImportCounts &counts)
+{
+    return counts.firstRefused && counts.firstRefused->why == ImportRefusal::EmptiedFolder;
 }
+} // namespace
 
 FolderImportJob::FolderImportJob(const QString &catalogue, const QString &folder,
                                  std::chrono::milliseconds patience)
@@ -29,7 +35,9 @@ FolderImportState FolderImportJob::run(const Tell &tell)
     enter(Phase::Counting);
     if (findFolder())
         countFiles();
-    if (m_state.phase == Phase::Counting && m_state.total > 0 && !isStopped())
+    // Where nothing is found, a catalogue knows whether something was.
+    const bool hasWork = m_state.total > 0 || QFileInfo::exists(m_catalogue);
+    if (m_state.phase == Phase::Counting && hasWork && !isStopped())
         readFiles();
     if (m_state.phase != Phase::Failed)
         m_state.phase = isStopped() ? Phase::Stopped : Phase::Finished;
@@ -85,6 +93,8 @@ void FolderImportJob::readFiles()
     if (!end) {
         qCWarning(folderLog, "%s", qUtf8Printable(end.error().localizedDescription));
         fail(m_texts.catalogueFailed(m_catalogue, end.error()));
+    } else if (isEmptied(import.counts())) {
+        fail(m_texts.folderIsEmptied(m_state.folder));
     } else if (!isStopped()) {
         findFolder(); // it may have gone meanwhile, with what is in it
     }

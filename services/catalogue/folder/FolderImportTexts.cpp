@@ -28,6 +28,8 @@ FolderImportTexts::FolderImportTexts()
     const Bundle &bundle = Bundle::main();
     m_gone = bundle.localizedString(
         u"The folder “%@” is no longer there. What was added before is in the catalogue."_s);
+    m_emptied = bundle.localizedString(
+        u"There are no subtitle files in the folder “%@” any more. What was added before is in the catalogue."_s);
     m_unreadable = bundle.localizedString(u"You are not allowed to read the folder “%@”."_s);
     m_noSubtitle = bundle.localizedString(u"“%@” is no subtitle."_s);
     m_tooLarge = bundle.localizedString(u"“%@” is too large for a subtitle."_s);
@@ -42,6 +44,11 @@ FolderImportTexts::FolderImportTexts()
 QString FolderImportTexts::folderIsGone(const QString &folder) const
 {
     return QString(m_gone).replace("%@"_L1, folder.simplified());
+}
+
+QString FolderImportTexts::folderIsEmptied(const QString &folder) const
+{
+    return QString(m_emptied).replace("%@"_L1, folder.simplified());
 }
 
 QString FolderImportTexts::folderIsUnreadable(const QString &folder) const
@@ -77,6 +84,8 @@ const QString &FolderImportTexts::formatOf(ImportRefusal why) const
         return m_unreadableFile;
     case ImportRefusal::Gone:
         return m_goneFile;
+    case ImportRefusal::EmptiedFolder:
+        return m_emptied;
     case ImportRefusal::NoSubtitle:
     case ImportRefusal::OtherKind:
         break;

@@ -10,6 +10,7 @@ public:
     FolderImportTexts();
 
     QString folderIsGone(const QString &folder) const;
+    QString folderIsEmptied(const QString &folder) const;
     QString folderIsUnreadable(const QString &folder) const;
     /// What an Error of OwnCatalogue means to a person.
     QString catalogueFailed(const QString &catalogue, const Error &error) const;
@@ -21,6 +22,7 @@ private:
 
     CatalogueErrors m_catalogue;
     QString m_gone;
+    QString m_emptied;
     QString m_unreadable;
     QString m_noSubtitle;
     QString m_tooLarge;

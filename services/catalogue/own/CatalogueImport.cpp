@@ -58,6 +58,8 @@ QString textOf(ImportRefusal why)
         return u"cannot be read"_s;
     case ImportRefusal::Gone:
         return u"is not there"_s;
+    case ImportRefusal::EmptiedFolder:
+        return u"holds no subtitle files any more; what came from it stays in the catalogue"_s;
     case ImportRefusal::ClosedFolder:
         return u"is a folder that cannot be read"_s;
     case ImportRefusal::OtherKind:
@@ -84,10 +86,8 @@ Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
 {
     const QFileInfo info(path);
     const QString absolute = info.absoluteFilePath();
-    if (!info.exists()) {
-        refuse(absolute, ImportRefusal::Gone);
-        return End::Done;
-    }
+    if (!info.exists())
+        return passGone(QDir::cleanPath(absolute));
     if (!info.isDir() && !ArchiveMembers::isArchiveName(absolute) && !isSubtitleFileName(info.fileName())) {
         refuse(absolute, ImportRefusal::OtherKind);
         return End::Done;
@@ -104,6 +104,7 @@ Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
 
 Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
 {
+    const qint64 before = m_counts.files;
     FolderWalk walk(path);
     while (walk.hasNext()) {
         const FolderWalk::Found found = walk.next();
@@ -114,6 +115,28 @@ Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
         if (!end || *end == End::Stopped)
             return end;
     }
+    return m_counts.files > before ? End::Done : passEmptyFolder(path);
+}
+
+/// Where files were and none is left, a disk may be missing whose place is still there. Nothing is ever taken
+/// out because a file is not found.
+Result<CatalogueImport::End> CatalogueImport::passEmptyFolder(const QString &path)
+{
+    const Result<bool> wasFull = m_catalogue.knowsBelow(path);
+    if (!wasFull)
+        return wasFull.error();
+    if (*wasFull)
+        refuse(path, ImportRefusal::EmptiedFolder);
+    return End::Done;
+}
+
+Result<CatalogueImport::End> CatalogueImport::passGone(const QString &path)
+{
+    const Result<bool> isKnown = m_catalogue.knowsBelow(path);
+    if (!isKnown)
+        return isKnown.error();
+    refuse(path, ImportRefusal::Gone,
+           *isKnown ? u"is not there; what came from it stays in the catalogue"_s : QString());
     return End::Done;
 }
 

@@ -17,8 +17,9 @@ enum class ImportRefusal
     SwellingArchive, // unpacks to more than an archive of its size should
     Unreadable,
     Gone,
-    ClosedFolder, // what it holds cannot be seen
-    OtherKind     // neither a subtitle nor an archive
+    EmptiedFolder, // nothing is left of what was entered from it
+    ClosedFolder,  // what it holds cannot be seen
+    OtherKind      // neither a subtitle nor an archive
 };
 
 /// How far an import is.
@@ -43,7 +44,8 @@ struct ImportCounts
 /// Enters subtitle files, folders of them and archives into the person's own catalogue, in batches: each is
 /// read and packed first and then written in one short transaction, so that readers and other imports are
 /// hardly held up and a kill costs one batch. Sources that are in the catalogue unchanged are passed over,
-/// which is how an interrupted import goes on. One thread.
+/// which is how an interrupted import goes on. What is not found any more stays in the catalogue: the disk it
+/// was on may come back. One thread.
 class CatalogueImport final
 {
 public:
@@ -64,6 +66,8 @@ public:
 
 private:
     Result<End> addFolder(const QString &path);
+    Result<End> passEmptyFolder(const QString &path);
+    Result<End> passGone(const QString &path);
     Result<End> passClosedFolder(const QString &path);
     Result<End> addFile(const QString &path);
     Result<End> addArchive(const QString &path);

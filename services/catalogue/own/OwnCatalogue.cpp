@@ -181,22 +181,33 @@ void OwnCatalogue::forgetOrigins(qint64 source)
         m_rows->removeSubtitle(subtitle);
 }
 
-Result<qint64> OwnCatalogue::removeBelow(const QString &path, qint64 maxSources)
+QList<qint64> OwnCatalogue::sourcesBelow(const QString &path, qint64 maxSources)
 {
     // Between "folder/" and "folder0" lie all names that begin with "folder/".
     const QString folder = path.endsWith(u'/') ? path : path + u'/';
     const QString behind = folder.chopped(1) + u'0';
+    auto find = m_statements->use("SELECT id FROM source WHERE path = ?1"
+                                  " OR (path >= ?2 AND path < ?3) LIMIT ?4");
+    find->bind(1, path.toStdString());
+    find->bind(2, folder.toStdString());
+    find->bind(3, behind.toStdString());
+    find->bind(4, sqlInt(maxSources));
+    return firstColumn(*find);
+}
+
+Result<bool> OwnCatalogue::knowsBelow(const QString &path)
+{
+    try {
+        return !sourcesBelow(path, 1).isEmpty();
+    } catch (const SQLite::Exception &exception) {
+        return CatalogueStore::error(m_path, exception);
+    }
+}
+
+Result<qint64> OwnCatalogue::removeBelow(const QString &path, qint64 maxSources)
+{
     return inTransaction<qint64>([&]() -> qint64 {
-        QList<qint64> sources;
-        {
-            auto find = m_statements->use("SELECT id FROM source WHERE path = ?1"
-                                          " OR (path >= ?2 AND path < ?3) LIMIT ?4");
-            find->bind(1, path.toStdString());
-            find->bind(2, folder.toStdString());
-            find->bind(3, behind.toStdString());
-            find->bind(4, sqlInt(maxSources));
-            sources = firstColumn(*find);
-        }
+        const QList<qint64> sources = sourcesBelow(path, maxSources);
         for (const qint64 source : sources) {
             forgetOrigins(source);
             auto remove = m_statements->use("DELETE FROM source WHERE id = ?");

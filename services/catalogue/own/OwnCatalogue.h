@@ -56,6 +56,8 @@ public:
 
     Result<SourceState> stateOf(const QString &path, const QString &stamp);
     Result<bool> hasMember(const QString &path, qint64 member);
+    /// Whether the file of that path, or one below the folder, is a source.
+    Result<bool> knowsBelow(const QString &path);
     /// What an earlier state of a source left is taken out first.
     Result<Entered> enter(const QList<SourceStep> &steps);
 
@@ -76,6 +78,7 @@ private:
     void enterStep(const SourceStep &step, Entered &counts);
     void enterSubtitle(qint64 source, const ReadSubtitle &subtitle, Entered &counts);
     qint64 sourceRow(const SourceStep &step);
+    QList<qint64> sourcesBelow(const QString &path, qint64 maxSources);
     void forgetOrigins(qint64 source);
     void execute(const char *text, qint64 first, qint64 second);
 

@@ -180,6 +180,40 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->add(m_fixture->folder() + u"/gone.srt"_s).refused, 1);
     }
 
+    void whatIsNotFoundAnyMoreStays_data()
+    {
+        QTest::addColumn<bool>("placeIsLeft");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("empty folder")
+            << true << u" holds no subtitle files any more; what came from it stays in the catalogue"_s;
+        QTest::newRow("no folder") << false << u" is not there; what came from it stays in the catalogue"_s;
+    }
+    void whatIsNotFoundAnyMoreStays()
+    {
+        QFETCH(const bool, placeIsLeft);
+        QFETCH(const QString, problem);
+        m_fixture = std::make_unique<ImportFixture>(m_sandbox, QString::fromLatin1(QTest::currentDataTag()));
+        m_fixture->write(u"Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));
+        m_fixture->add();
+        QVERIFY(QDir(m_fixture->folder()).removeRecursively());
+        if (placeIsLeft)
+            QVERIFY(QDir().mkpath(m_fixture->folder()));
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.refused, 1);
+        QCOMPARE(counts.problems, QStringList(m_fixture->folder() + problem));
+        QCOMPARE(m_fixture->search(u"harbour"_s), QStringList(u"Harbour.Lights.2019|eng"_s));
+    }
+
+    void fileThatIsNotFoundAnyMoreStaysBesideOthers()
+    {
+        const QString path = m_fixture->write(u"Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));
+        m_fixture->write(u"Night.Ferry.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
+        m_fixture->add();
+        QVERIFY(QFile::remove(path));
+        QCOMPARE(m_fixture->add().refused, 0);
+        QCOMPARE(m_fixture->search(u"harbour"_s), QStringList(u"Harbour.Lights.2019|eng"_s));
+    }
+
     void closedFolderIsRefusedAndNamed()
     {
         m_fixture->write(u"closed/Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));

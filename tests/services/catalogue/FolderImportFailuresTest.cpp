@@ -238,6 +238,33 @@ private Q_SLOTS:
         QVERIFY(m_fixture->faults().isEmpty());
     }
 
+    void placeOfAMissingDiskIsSaidAndTakesNothingWithIt()
+    {
+        writeEpisodes(6);
+        QCOMPARE(run().added, 6);
+        QVERIFY(QDir(m_fixture->folder()).removeRecursively());
+        QVERIFY(QDir().mkpath(m_fixture->folder()));
+        const FolderImportState state = run();
+        QCOMPARE(state.phase, Phase::Failed);
+        QCOMPARE(state.failure,
+                 u"There are no subtitle files in the folder “%1” any more. What was added before"
+                 " is in the catalogue."_s.arg(m_fixture->folder()));
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 6);
+        QVERIFY(m_fixture->faults().isEmpty());
+    }
+
+    void folderThatNeverHadAnyIsNoFailure()
+    {
+        writeEpisodes(6);
+        QCOMPARE(run().added, 6);
+        m_fixture->write(u"../other/notes.md"_s, "nothing");
+        FolderImportJob job(m_fixture->path(), m_fixture->folder() + u"/../other"_s, 30s);
+        const FolderImportState state = job.run([](const FolderImportState &) {});
+        QCOMPARE(state.phase, Phase::Finished);
+        QCOMPARE(state.total, 0);
+        QCOMPARE(state.refused, 0);
+    }
+
     void fullDiskLeavesASoundCatalogueThatGrowsOnceThereIsRoom()
     {
         writeEpisodes(2);
