@@ -1,10 +1,10 @@
 #include "CatalogueMetadata.h"
 
 #include "CatalogueDatabase.h"
-#include "ImdbNumber.h"
-#include "PosterImage.h"
 
 #include <platform/MainQueue.h>
+#include <services/support/ImdbNumber.h>
+#include <services/support/PosterImage.h>
 
 #include <QFileInfo>
 #include <QGuiApplication>

@@ -1,8 +1,8 @@
 #include "CatalogueQueries.h"
 
-#include "ImdbNumber.h"
 #include "TitleQuery.h"
 
+#include <services/support/ImdbNumber.h>
 #include <services/support/SafeFileName.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>

@@ -4,8 +4,8 @@
 #include "FilmLanguage.h"
 
 #include <platform/Bundle.h>
-#include <services/catalogue/ImdbNumber.h>
-#include <services/catalogue/PosterImage.h>
+#include <services/support/ImdbNumber.h>
+#include <services/support/PosterImage.h>
 #include <services/net/Redactor.h>
 #include <services/support/Background.h>
 

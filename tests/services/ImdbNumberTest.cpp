@@ -1,4 +1,4 @@
-#include <services/catalogue/ImdbNumber.h>
+#include <services/support/ImdbNumber.h>
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #include "CatalogueFixture.h"
 
-#include <services/catalogue/PosterImage.h>
+#include <services/support/PosterImage.h>
 
 #include <QTest>
 

@@ -2,7 +2,7 @@
 
 #include "PosterDrawing.h"
 
-#include <services/catalogue/ImdbNumber.h>
+#include <services/support/ImdbNumber.h>
 #include <services/support/ServiceLanguages.h>
 #include <services/video/MovieHash.h>
 
