@@ -10,7 +10,7 @@ namespace Ui
 class MainMenuViewController;
 }
 
-/// The title bar's leading end: the button with the main menu, whose shortcuts work all over the window.
+/// The title bar's leading end: the button with the main menu, whose shortcuts work in every window.
 class MainMenuViewController final : public TitlebarAccessoryViewController
 {
     Q_OBJECT

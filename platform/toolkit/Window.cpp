@@ -34,6 +34,12 @@ QList<Window *> &allWindows()
     static QList<Window *> windows;
     return windows;
 }
+
+QList<QPointer<QAction>> &commonActions()
+{
+    static QList<QPointer<QAction>> actions;
+    return actions;
+}
 } // namespace
 
 Window::Window(QWidget *parent)
@@ -46,6 +52,10 @@ Window::Window(QWidget *parent)
     allWindows() += this;
     d->build();
     setContentSize(DefaultContentSize);
+    for (const QPointer<QAction> &action : commonActions()) {
+        if (action)
+            addAction(action);
+    }
 }
 
 Window::~Window()
@@ -63,6 +73,14 @@ QList<Window *> Window::openWindows()
             open += window;
     }
     return open;
+}
+
+void Window::addActionToEveryWindow(QAction &action)
+{
+    commonActions().removeAll(nullptr); // those that are gone
+    commonActions() += &action;
+    for (Window *window : allWindows())
+        window->addAction(&action);
 }
 
 std::shared_ptr<ViewController> Window::contentViewController() const

@@ -38,6 +38,9 @@ public:
 
     /// Every open (shown) window of the program in the order of creation, the main window first.
     static QList<Window *> openWindows();
+    /// Makes the action's shortcut work in every window, those to come and modal ones included, as long as
+    /// the action lives.
+    static void addActionToEveryWindow(QAction &action);
 
     /// The title bar's height in points.
     static constexpr int TitleBarHeight = 38;

@@ -10,6 +10,7 @@
 #include <support/Sandbox.h>
 #include <support/scripted/ScriptedServices.h>
 
+#include <QFileDialog>
 #include <QMenu>
 #include <QTest>
 
@@ -149,6 +150,54 @@ private Q_SLOTS:
         QCOMPARE(Window::openWindows(), windows);
     }
 
+    void shortcutsWorkInEveryWindow()
+    {
+        trigger(u"preferencesAction"_s);
+        Window *preferences = Window::openWindows().last();
+        trigger(u"aboutAction"_s);
+        QTRY_VERIFY(Window::openWindows().last()->isActiveWindow());
+        QTest::keyClick(Window::openWindows().last()->windowHandle(), Qt::Key_Comma, Qt::ControlModifier);
+        QTRY_VERIFY(preferences->isActiveWindow());
+        QTest::keyClick(preferences->windowHandle(), Qt::Key_O, Qt::ControlModifier);
+        QTRY_VERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
+        QApplication::activeModalWidget()->close();
+    }
+
+    void controlWClosesTheFrontWindowAlone()
+    {
+        trigger(u"preferencesAction"_s);
+        Window *preferences = Window::openWindows().last();
+        QTRY_VERIFY(preferences->isActiveWindow());
+        QTest::keyClick(preferences->windowHandle(), Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(Window::openWindows(), QList<Window *>{m_window->window()});
+    }
+
+    void controlQQuitsFromEveryWindow_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::newRow("main window") << QString();
+        QTest::newRow("preferences") << u"preferencesAction"_s;
+        QTest::newRow("about") << u"aboutAction"_s;
+    }
+    void controlQQuitsFromEveryWindow()
+    {
+        QFETCH(const QString, action);
+        if (!action.isEmpty())
+            trigger(action);
+        pressControlQ();
+    }
+
+    void controlQQuitsFromAModalWindow()
+    {
+        const auto modal = ViewController::make<ViewController>();
+        m_window->mainViewController()->presentViewControllerAsModalWindow(modal);
+        QTRY_VERIFY(modal->window()->isActiveWindow());
+        // What would open another window behind this one does not.
+        QTest::keyClick(modal->window()->windowHandle(), Qt::Key_Comma, Qt::ControlModifier);
+        QCOMPARE(Window::openWindows().size(), 2);
+        pressControlQ();
+    }
+
     void openPreferencesNeverSwallowARequest()
     {
         trigger(u"preferencesAction"_s);
@@ -199,6 +248,14 @@ private Q_SLOTS:
 
 private:
     QMenu *menu() const { return m_window->window()->findChild<QMenu *>(u"menu"_s); }
+    /// In the window in front, and sees all of them go.
+    static void pressControlQ()
+    {
+        Window *front = Window::openWindows().last();
+        QTRY_VERIFY(front->isActiveWindow());
+        QTest::keyClick(front->windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(Window::openWindows().isEmpty());
+    }
     void trigger(const QString &action) const { m_window->window()->findChild<QAction *>(action)->trigger(); }
 
     Sandbox m_sandbox;

@@ -77,6 +77,33 @@ class QuitTest(ProgramTest):
         self.screen.press('ctrl+q')
         self.assert_ends()
 
+    def open_beside(self, open_it, title):
+        """Opens another window, which is in front then."""
+        self.launch()
+        open_it()
+        window = self.screen.window(title)
+        wait_for(lambda: self.screen.active_window() == window, f'{title} is in front')
+
+    def choose_about(self):
+        self.click(self.tree.find('button menu', 'Main menu'))
+        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > 1, 'the menu is shown')
+        self.screen.press('Up', 'Up', 'Return')
+
+    def test_ctrl_q_ends_from_every_window(self):
+        for title, open_it in (('^General$', lambda: self.screen.press('ctrl+comma')),
+                               ('^About Plovendix$', self.choose_about)):
+            with self.subTest(window=title):
+                self.open_beside(open_it, title)
+                self.screen.press('ctrl+q')
+                self.assert_ends()
+
+    def test_ctrl_w_closes_the_window_in_front_alone(self):
+        self.open_beside(lambda: self.screen.press('ctrl+comma'), '^General$')
+        self.screen.press('ctrl+w')
+        wait_for(lambda: self.screen.active_window() == self.window, 'the main window is in front again')
+        self.screen.press('ctrl+w')
+        self.assert_ends()
+
     def test_closing_while_a_search_runs(self):
         self.launch()
         self.search('later')
