@@ -33,14 +33,12 @@ Error requestError(const QString &description)
     return {QString(), 0, description};
 }
 
-/// Text that spells a URL is that URL, unchanged; any other is a path. Nothing for an empty one, which names
-/// no file.
-std::optional<QUrl> fileURL(const QString &value)
+/// Text that spells a URL is that URL, unchanged; any other is a path. The empty one is as any relative path
+/// is: it starts at the working directory and leads no further.
+QUrl fileURL(const QString &value)
 {
     if (const auto url = parseURLString(value))
-        return url;
-    if (value.isEmpty())
-        return std::nullopt;
+        return *url;
     return FileManager::urlFromFileSystemPath(QFile::encodeName(QDir::current().absoluteFilePath(value)));
 }
 
@@ -67,12 +65,12 @@ void IncomingRequestHandler::handle(const std::optional<QString> &text)
         return m_host.presentError(requestError(filled(format, {*text, SupportAddress})));
     }
     const auto info = requestInfo(components.firstValue(u"docid"_s), components.firstValue(u"sender"_s));
-    const auto file = fileURL(*fileText);
-    if (!file) {
+    const QUrl file = fileURL(*fileText);
+    if (!file.isValid()) {
         const QString format = String::localize(u"Cannot create URL from %@"_s);
         return m_host.presentError(requestError(filled(format, {*fileText})));
     }
-    deliver({*file, info});
+    deliver({file, info});
 }
 
 void IncomingRequestHandler::deliver(const ExternalRequest &request)

@@ -107,14 +107,14 @@ private Q_SLOTS:
                  u"Cannot create URL from "_s + url + u". Contact support@quorvane.example"_s);
     }
 
-    void emptyVideoIsAnErrorWithItsValue()
+    void emptyVideoIsThePathOfTheWorkingDirectory()
     {
         FakeHost host;
         IncomingRequestHandler(host).handle(u"plovendix://request?fileurl=&docid=42&sender=tessaly3"_s);
-        QCOMPARE(host.events, QStringList{u"error"_s});
-        QCOMPARE(host.errors.first().domain, QString());
-        QCOMPARE(host.errors.first().code, 0);
-        QCOMPARE(host.errors.first().localizedDescription, u"Cannot create URL from "_s);
+        QCOMPARE(host.events, u"front content search"_s.split(u' '));
+        QCOMPARE(host.searched.first(),
+                 (ExternalRequest{QUrl::fromLocalFile(QDir::currentPath()),
+                                  ExternalRequestInfo{u"tessaly3"_s, u"42"_s, u"Tessaly"_s}}));
     }
 
     void withoutWindowTheRequestIsDroppedWithALine()
