@@ -73,8 +73,11 @@ void MainViewController::viewDidLoad()
             &MainViewController::showRemainingDownloads);
     showRemainingDownloads();
     updateUIState(false);
-    languageCodeObserver = UserDefaults::standard().observe(
-        QStringLiteral("languageCode"), [this](const QVariant &newCode) { languageObservation(newCode); });
+    // The property of that name, which has a value ("en") also where nothing is stored any more.
+    languageCodeObserver =
+        UserDefaults::standard().observe(QStringLiteral("languageCode"), [this](const QVariant &) {
+            languageObservation(UserDefaults::standard().languageCode());
+        });
 
     PendingRequest *pending = PendingRequest::shared();
     if (!pending)

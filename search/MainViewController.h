@@ -124,7 +124,7 @@ private:
     void forgetFileAndRequest();
     void showResultCount();
     void setWindowTitle(const QString &title);
-    void languageObservation(const QVariant &newCode);
+    void languageObservation(const QString &newCode);
 
     // The list and the panel (MainViewControllerResults.cpp, MainViewControllerDetail.cpp).
     void reloadTable();

@@ -250,11 +250,10 @@ void MainViewController::setWindowTitle(const QString &title)
         host->setWindowTitle(title);
 }
 
-void MainViewController::languageObservation(const QVariant &newCode)
+void MainViewController::languageObservation(const QString &newCode)
 {
-    const QString code = newCode.toString();
-    printLine(u"language code changed to "_s + code);
-    MetadataService::shared().preferredLanguage = newCode.isValid() ? std::optional(code) : std::nullopt;
+    printLine(u"language code changed to "_s + newCode);
+    MetadataService::shared().preferredLanguage = newCode;
     if (tableView)
         tableView->deselectAll();
     if (const auto url = currentFileURL.value()) {

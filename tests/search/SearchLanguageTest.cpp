@@ -31,7 +31,8 @@ private Q_SLOTS:
     void languageChangeWithNothingToRepeatOnlyPrints();
     void languageChangeDeselectsTheRows();
     void textNeverSearchedForIsSearchedForOnALanguageChange();
-    void removedLanguageIsLeftToTheServices();
+    void removedLanguageIsEnglish();
+    void removedLanguageIsTheRegisteredOne();
     void observationIsQuietAtFirstAndEndsWithTheController();
     void whatIsSaidIsOfTheLanguageThatWasSearched();
     void resultsInEnglishForAnUnknownLanguageAreSaidToBe();
@@ -106,15 +107,32 @@ void SearchLanguageTest::textNeverSearchedForIsSearchedForOnALanguageChange()
     QVERIFY(m_view->controller->isSearching());
 }
 
-void SearchLanguageTest::removedLanguageIsLeftToTheServices()
+void SearchLanguageTest::removedLanguageIsEnglish()
 {
     UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
     m_view->field()->setText(u"typed"_s);
     m_sandbox.clearPrintedLines();
     UserDefaults::standard().removeObject(u"languageCode"_s);
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"language code changed to "_s});
-    QVERIFY(!m_view->metadata->preferredLanguage);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"language code changed to en"_s});
+    QCOMPARE(m_view->metadata->preferredLanguage, u"en"_s);
     QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
+}
+
+void SearchLanguageTest::removedLanguageIsTheRegisteredOne()
+{
+    m_view.reset();
+    UserDefaults::setStandardFile(m_sandbox.path(u"registered.conf"_s));
+    UserDefaults::standard().registerDefaults({{u"languageCode"_s, u"ja"_s}});
+    m_view = std::make_unique<MainViewFixture>();
+    UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+    m_sandbox.clearPrintedLines();
+    UserDefaults::standard().removeObject(u"languageCode"_s);
+    const QStringList printed = m_sandbox.printedLines();
+    const auto told = m_view->metadata->preferredLanguage;
+    m_view.reset();
+    UserDefaults::setStandardFile(m_sandbox.path(u"others.conf"_s)); // with nothing registered
+    QCOMPARE(printed, QStringList{u"language code changed to ja"_s});
+    QCOMPARE(told, u"ja"_s);
 }
 
 void SearchLanguageTest::observationIsQuietAtFirstAndEndsWithTheController()
