@@ -31,12 +31,13 @@ class MainViewController;
 /// Services answer on any thread. What their completions store there, and what delivery reads there
 /// (`subtitles`, `currentFileURL`, `currentExternalRequestInfo`), are snapshots; every change of a view is a
 /// block on the main queue. It never sorts or filters what a service answered, and never stops an earlier
-/// query for a later one: the last to finish wins.
-class MainViewController final : public PlatformController<ViewController>,
-                                 public FileSearching,
-                                 public DroppedFileReceiver,
-                                 public TableViewDataSource,
-                                 public TableViewDelegate
+/// query for a later one: the last to finish wins. Derived from by tests alone, which look at the errors that
+/// it presents.
+class MainViewController : public PlatformController<ViewController>,
+                           public FileSearching,
+                           public DroppedFileReceiver,
+                           public TableViewDataSource,
+                           public TableViewDelegate
 {
     Q_OBJECT
     Q_PROPERTY(bool isSearching READ isSearching WRITE setIsSearching NOTIFY isSearchingChanged)
@@ -74,6 +75,9 @@ public:
     void downloadSelectedSubtitle();
     /// The same, always with the save sheet.
     void saveSelectedSubtitleAs();
+    /// Shows the sheet for the downloaded file, under its own name where none is suggested.
+    void presentSavePanel(const std::shared_ptr<SavePanel> &panel,
+                          const std::optional<QString> &suggestedName, const QUrl &file);
 
     Q_INVOKABLE void doSearch(QObject *sender);
     Q_INVOKABLE void cancelQuery(QObject *sender);
@@ -144,8 +148,6 @@ private:
     void finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel);
     void deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel);
     Result<bool> sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle);
-    void presentSavePanel(const std::shared_ptr<SavePanel> &panel,
-                          const std::optional<QString> &suggestedName, const QUrl &file);
     void moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination);
     void showDelivered(const QString &text, const std::optional<QUrl> &file);
     void hideDelivered();

@@ -1,6 +1,7 @@
 #include "DownloadFixture.h"
 
 #include <platform/Label.h>
+#include <platform/SavePanel.h>
 
 #include <QDir>
 #include <QFile>
@@ -17,6 +18,7 @@ private Q_SLOTS:
     void cleanup() { tearDown(); }
 
     void sheetSuggestsTheVideosNameInItsFolder();
+    void sheetIsPreparedInFull();
     void sheetForATextSearchSuggestsTheFilesName();
     void acceptedSheetMovesTheFileAndSaysSo();
     void cancelledSheetLeavesTheFile();
@@ -43,6 +45,21 @@ void SaveSheetTest::sheetSuggestsTheVideosNameInItsFolder()
     QCOMPARE(dialog->windowTitle(), u"Save"_s);
     QCOMPARE(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"a.b.pob.srt"_s);
     QCOMPARE(dialog->directory().path(), m_sandbox.path(u"videos"_s));
+}
+
+void SaveSheetTest::sheetIsPreparedInFull()
+{
+    searchVideo();
+    const auto panel = std::make_shared<SavePanel>();
+    panel->title = u"Another"_s;
+    panel->extensionHidden = true;
+    panel->canSelectHiddenExtension = false;
+    m_view->controller->presentSavePanel(panel, u"Suggested.srt"_s, downloadedFile());
+    QCOMPARE(panel->title, u"Save"_s);
+    QCOMPARE(panel->directoryURL, m_video); // the video itself, not its folder
+    QCOMPARE(panel->nameFieldStringValue, u"Suggested.srt"_s);
+    QVERIFY(!panel->extensionHidden);
+    QVERIFY(panel->canSelectHiddenExtension);
 }
 
 void SaveSheetTest::sheetForATextSearchSuggestsTheFilesName()

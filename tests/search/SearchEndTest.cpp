@@ -20,6 +20,19 @@ Error refusal()
 {
     return Error{u"Service"_s, 7, u"The service refuses."_s};
 }
+
+/// Keeps the errors instead of showing an alert.
+class ErrorKeepingController final : public MainViewController
+{
+public:
+    QList<Error> errors;
+
+    bool presentError(const Error &error) override
+    {
+        errors += error;
+        return false;
+    }
+};
 } // namespace
 
 class SearchEndTest : public QObject
@@ -40,6 +53,7 @@ private Q_SLOTS:
     void nextStepTakesTheMessageBack();
     void textSearchScrollsToTheTop();
     void failureIsPrintedAndShownThenTheSearchEnds();
+    void failureIsPresentedAsAnErrorOfTheProgramsOwn();
     void completionAfterTheControllerHasGoneDoesNothing();
     void lastReferenceDroppedOnAWorkerIsHarmless();
     void lastQueryToFinishWins();
@@ -124,6 +138,19 @@ void SearchEndTest::failureIsPrintedAndShownThenTheSearchEnds()
     QCOMPARE(shown, u"The service refuses."_s);
     QVERIFY(!m_view->controller->isSearching());
     QVERIFY(m_view->cancelButton()->isVisible());
+}
+
+void SearchEndTest::failureIsPresentedAsAnErrorOfTheProgramsOwn()
+{
+    const auto controller = ViewController::make<ErrorKeepingController>();
+    m_view->window->setContentViewController(controller);
+    controller->searchForText(u"a"_s, std::nullopt);
+    m_view->service->finishLast(refusal());
+    m_view->turn();
+    QCOMPARE(controller->errors.size(), 1);
+    QCOMPARE(controller->errors.first().domain, QString());
+    QCOMPARE(controller->errors.first().code, 123);
+    QCOMPARE(controller->errors.first().localizedDescription, u"The service refuses."_s);
 }
 
 void SearchEndTest::completionAfterTheControllerHasGoneDoesNothing()
