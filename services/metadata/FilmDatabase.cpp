@@ -64,6 +64,18 @@ bool isPicture(const QByteArray &body)
     return isWholePicture(body) && !posterImage(body, QSize(10, 15), 1).isNull();
 }
 
+CachedFetch::Question question(const FilmSettings &settings, const QString &path,
+                               const QMap<QString, QString> &items)
+{
+    CachedFetch::Question question;
+    question.request = settings.request(path, items);
+    question.rules = settings.apiHosts();
+    question.key = settings.cacheKey(path, items);
+    question.life = AnswerLife;
+    question.longestLife = LongestAnswerLife;
+    return question;
+}
+
 /// What is not there is an answer, too: one without a film.
 Result<FindResult> answerFor(const Error &error)
 {
@@ -74,6 +86,7 @@ Result<FindResult> answerFor(const Error &error)
 /// One thing being done for somebody; holds what is under way for it.
 struct FilmDatabase::Task
 {
+    FilmSettings settings; // that it goes by to its end
     CachedFetch::Call call;
 };
 
@@ -109,24 +122,13 @@ void FilmDatabase::setSettings(const FilmSettings &settings)
 
 std::shared_ptr<FilmDatabase::Task> FilmDatabase::newTask()
 {
-    m_tasks.push_back(std::make_shared<Task>());
+    m_tasks.push_back(std::make_shared<Task>(Task{m_settings, {}}));
     return m_tasks.back();
 }
 
 void FilmDatabase::end(const std::shared_ptr<Task> &task)
 {
     std::erase(m_tasks, task);
-}
-
-CachedFetch::Question FilmDatabase::question(const QString &path, const QMap<QString, QString> &items) const
-{
-    CachedFetch::Question question;
-    question.request = m_settings.request(path, items);
-    question.rules = m_settings.apiHosts();
-    question.key = m_settings.cacheKey(path, items);
-    question.life = AnswerLife;
-    question.longestLife = LongestAnswerLife;
-    return question;
 }
 
 void FilmDatabase::findExternally(const QString &id, ExternalSource, FindCompletion completion)
@@ -139,9 +141,10 @@ void FilmDatabase::findExternally(const QString &id, ExternalSource, FindComplet
         MainQueue::shared().async([completion = std::move(completion), answer] { completion(answer); });
         return;
     }
-    CachedFetch::Question asked = question(
-        u"/find/"_s + imdbId(*number), {{u"external_source"_s, u"imdb_id"_s},
-                                        {u"language"_s, filmLanguage(preferredLanguage.value_or(u"en"_s))}});
+    CachedFetch::Question asked =
+        question(m_settings, u"/find/"_s + imdbId(*number),
+                 {{u"external_source"_s, u"imdb_id"_s},
+                  {u"language"_s, filmLanguage(preferredLanguage.value_or(u"en"_s))}});
     asked.isGood = isFind;
     const std::shared_ptr<Task> task = newTask();
     task->call = m_fetch.fetch(asked, [this, task = std::weak_ptr(task),
@@ -168,7 +171,8 @@ void FilmDatabase::askForShow(const std::shared_ptr<Task> &task, qint64 show,
                               const FindCompletion &completion)
 {
     CachedFetch::Question asked =
-        question(u"/tv/%1"_s.arg(show), {{u"language"_s, filmLanguage(preferredLanguage.value_or(u"en"_s))}});
+        question(task->settings, u"/tv/%1"_s.arg(show),
+                 {{u"language"_s, filmLanguage(preferredLanguage.value_or(u"en"_s))}});
     asked.isGood = isShow;
     task->call =
         m_fetch.fetch(asked, [this, weak = std::weak_ptr(task), completion](const Result<QByteArray> &body) {
@@ -190,7 +194,7 @@ void FilmDatabase::fetchImage(const TmdbItem &item, ImageKind, const QSize &size
         MainQueue::shared().async([completion = std::move(completion)] { completion(noPosterError()); });
         return;
     }
-    m_waitingPictures.push_back({path, size, m_pixelRatio(), std::move(completion)});
+    m_waitingPictures.push_back({path, size, m_pixelRatio(), m_settings, std::move(completion)});
     startPictures();
 }
 
@@ -206,7 +210,7 @@ void FilmDatabase::startPictures()
 
 void FilmDatabase::askForConfiguration(const Picture &picture)
 {
-    CachedFetch::Question asked = question(u"/configuration"_s, {});
+    CachedFetch::Question asked = question(picture.settings, u"/configuration"_s, {});
     asked.life = LongestAnswerLife;
     asked.isGood = isConfiguration;
     const std::shared_ptr<Task> task = newTask();
@@ -216,7 +220,7 @@ void FilmDatabase::askForConfiguration(const Picture &picture)
             if (!held)
                 return;
             FilmImages images = (body ? FilmImages::read(*body) : std::nullopt).value_or(FilmImages());
-            if (!m_settings.imageHosts().accepts(images.base))
+            if (!picture.settings.imageHosts().accepts(images.base))
                 images = FilmImages();
             fetchPicture(held, picture, images);
         });
@@ -230,7 +234,7 @@ void FilmDatabase::fetchPicture(const std::shared_ptr<Task> &task, const Picture
     asked.request.url = images.address(images.posterSize(pixels), picture.path);
     asked.request.setHeader("Accept", "image/*");
     asked.request.maxBytes = MaxPictureBytes;
-    asked.rules = m_settings.imageHosts();
+    asked.rules = picture.settings.imageHosts();
     asked.key = asked.request.url.toString();
     asked.life = PictureLife;
     asked.longestLife = PictureLife;

@@ -19,6 +19,7 @@ public:
     ~FilmDatabase() override;
     static QString standardCacheFolder();
 
+    /// For what is asked from now on: a question under way ends by the settings it began with.
     void setSettings(const FilmSettings &settings);
     bool hasKey() const { return !m_settings.key.isEmpty(); }
 
@@ -37,6 +38,7 @@ private:
         QString path;
         QSize size;
         qreal ratio = 1;
+        FilmSettings settings;
         ImageCompletion completion;
     };
 
@@ -51,7 +53,6 @@ private:
     void decode(const std::shared_ptr<Task> &task, const Picture &picture, const QByteArray &bytes);
     void finishPicture(const std::shared_ptr<Task> &task, const Picture &picture,
                        const Result<QImage> &image);
-    CachedFetch::Question question(const QString &path, const QMap<QString, QString> &items) const;
 
     FilmSettings m_settings;
     DiskCache m_cache;

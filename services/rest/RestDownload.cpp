@@ -40,28 +40,41 @@ Error accountWanted(Error error)
 /// One file being fetched, for everyone who asked meanwhile.
 struct RestDownload::Job
 {
+    std::shared_ptr<RestSession> session;
     SubtitlePtr subtitle;
     QList<Completion> waiting;
     Transport::Call call;
+
+    /// The file's name in the cache and among the links.
+    QString key() const { return RestFiles::keyOf(session->access().base, *subtitle); }
 };
 
-RestDownload::RestDownload(const Tools &tools) : m_tools(tools) {}
+RestDownload::RestDownload(const Tools &tools, std::shared_ptr<RestSession> session)
+    : m_tools(tools), m_session(std::move(session))
+{
+}
 
 RestDownload::~RestDownload() = default;
 
-void RestDownload::setQuota(const RestQuota &quota)
+void RestDownload::use(std::shared_ptr<RestSession> session)
 {
-    m_quota = quota;
-    if (m_observer)
-        m_observer(m_quota);
+    m_session = std::move(session);
+    takeQuota(*m_session, m_session->quota());
+}
+
+void RestDownload::takeQuota(RestSession &session, const RestQuota &quota)
+{
+    session.setQuota(quota);
+    if (m_observer && &session == m_session.get())
+        m_observer(quota);
 }
 
 void RestDownload::fetch(const SubtitlePtr &subtitle, Completion completion)
 {
-    std::shared_ptr<Job> &job = m_jobs[subtitle->fileID];
+    std::shared_ptr<Job> &job = m_jobs[{m_session.get(), subtitle->fileID}];
     const bool isUnderWay = job != nullptr;
     if (!isUnderWay)
-        job = std::make_shared<Job>(Job{subtitle, {}, {}});
+        job = std::make_shared<Job>(Job{m_session, subtitle, {}, {}});
     job->waiting += std::move(completion);
     if (!isUnderWay)
         lookUp(job);
@@ -71,8 +84,9 @@ void RestDownload::lookUp(const std::shared_ptr<Job> &job)
 {
     inBackground(
         m_tools.worker,
-        [kept = m_tools.kept, subtitle = job->subtitle, date = m_tools.transport.clock().date()] {
-            return RestFiles::find(kept, *subtitle, date);
+        [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle,
+         date = m_tools.transport.clock().date()] {
+            return RestFiles::find(kept, key, subtitle->subLanguageID, date);
         },
         [this, weak = std::weak_ptr(job)](const std::optional<SubtitleFile> &file) {
             const auto held = weak.lock();
@@ -88,21 +102,21 @@ void RestDownload::lookUp(const std::shared_ptr<Job> &job)
 void RestDownload::order(const std::shared_ptr<Job> &job)
 {
     const Clock &clock = m_tools.transport.clock();
-    const Link link = m_links.value(job->subtitle->fileID);
+    const Link link = m_links.value(job->key());
     if (clock.now() < link.ends && clock.date() < link.endDate) {
         transfer(job, link.url);
         return;
     }
-    if (m_quota.isUsedUp(clock.date())) {
-        finish(job, limitReached(u"known to be used up"_s));
+    if (job->session->quota().isUsedUp(clock.date())) {
+        finish(job, limitReached(*job->session, u"known to be used up"_s));
         return;
     }
-    job->call = m_tools.session.send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*job->subtitle)},
-                                     RestSession::Login::Wanted,
-                                     [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
-                                         if (const auto held = weak.lock())
-                                             takeOrder(held, outcome);
-                                     });
+    job->call = job->session->send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*job->subtitle)},
+                                   RestSession::Login::Wanted,
+                                   [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
+                                       if (const auto held = weak.lock())
+                                           takeOrder(held, outcome);
+                                   });
 }
 
 void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
@@ -111,20 +125,20 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
         askForQuota(job, outcome.error());
         return;
     }
-    const Result<QUrl> link = linkFrom(*outcome);
+    const Result<QUrl> link = linkFrom(*job->session, *outcome);
     if (!link) {
         finish(job, link.error());
         return;
     }
     const Clock &clock = m_tools.transport.clock();
-    m_links[job->subtitle->fileID] = {*link, clock.now() + LinkLife, clock.date().addDuration(LinkLife)};
+    m_links[job->key()] = {*link, clock.now() + LinkLife, clock.date().addDuration(LinkLife)};
     transfer(job, *link);
 }
 
-Error RestDownload::limitReached(const QString &detail) const
+Error RestDownload::limitReached(const RestSession &session, const QString &detail) const
 {
-    Error error = m_quota.error(m_tools.transport.clock().date(), detail);
-    if (!m_tools.session.settings().hasAccount())
+    Error error = session.quota().error(m_tools.transport.clock().date(), detail);
+    if (!session.access().hasAccount())
         error.localizedDescription +=
             u' ' +
             Bundle::main().localizedString(u"With an account, entered in the preferences, there are more."_s);
@@ -132,18 +146,18 @@ Error RestDownload::limitReached(const QString &detail) const
 }
 
 /// The link that an order's answer gives, once it is known to lead where it may.
-Result<QUrl> RestDownload::linkFrom(const HttpAnswer &answer)
+Result<QUrl> RestDownload::linkFrom(RestSession &session, const HttpAnswer &answer)
 {
     const std::optional<QJsonObject> object = Json::object(answer.body);
     const bool isQuota = object && object->contains(u"remaining"_s);
     if (isQuota) {
-        RestQuota quota = m_quota;
+        RestQuota quota = session.quota();
         quota.takeOrder(*object);
-        setQuota(quota);
+        takeQuota(session, quota);
     }
     if (answer.status == 406 && isQuota)
-        return limitReached(RestErrors::message(answer));
-    if (answer.status == 401 && !m_tools.session.settings().hasAccount())
+        return limitReached(session, RestErrors::message(answer));
+    if (answer.status == 401 && !session.access().hasAccount())
         return accountWanted(RestErrors::error(answer));
     if (!answer.isSuccess())
         return RestErrors::error(answer);
@@ -156,7 +170,7 @@ Result<QUrl> RestDownload::linkFrom(const HttpAnswer &answer)
     const QUrl link(text, QUrl::StrictMode);
     if (text.isEmpty() || !link.isValid())
         return nonsense(u"an order without a link"_s);
-    if (!m_tools.session.settings().linkHosts().accepts(link))
+    if (!session.access().linkHosts().accepts(link))
         return nonsense(u"a link to a place that is not the service's: "_s + link.host());
     return link;
 }
@@ -168,7 +182,7 @@ void RestDownload::transfer(const std::shared_ptr<Job> &job, const QUrl &link)
     request.setHeader("Accept", "*/*");
     request.maxBytes = MaxFileBytes;
     request.deadline = TransferLimit;
-    job->call = m_tools.transport.send(request, m_tools.session.settings().linkHosts(),
+    job->call = m_tools.transport.send(request, job->session->access().linkHosts(),
                                        [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
                                            if (const auto held = weak.lock())
                                                takeTransfer(held, outcome);
@@ -182,7 +196,7 @@ void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const Result<Ht
         return;
     }
     if (outcome->status == 410 || outcome->status == 404)
-        m_links.remove(job->subtitle->fileID);
+        m_links.remove(job->key());
     if (outcome->status == 304 || outcome->status == 204)
         keep(job, {});
     else if (outcome->status != 200)
@@ -195,9 +209,9 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
 {
     inBackground(
         m_tools.worker,
-        [kept = m_tools.kept, subtitle = job->subtitle, date = m_tools.transport.clock().date(), bytes] {
-            return RestFiles::take(kept, *subtitle, date, bytes);
-        },
+        [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle,
+         date = m_tools.transport.clock().date(),
+         bytes] { return RestFiles::take(kept, key, subtitle->subLanguageID, date, bytes); },
         [this, weak = std::weak_ptr(job)](const Result<SubtitleFile> &file) {
             const auto held = weak.lock();
             if (!held)
@@ -208,7 +222,7 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
                 finish(held, file.error());
                 return;
             }
-            m_links.remove(held->subtitle->fileID);
+            m_links.remove(held->key());
             publish(held, *file);
         });
 }
@@ -216,7 +230,7 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
 /// A file of its own for everyone who waits: each may move theirs away.
 void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file)
 {
-    const QByteArray content = m_tools.session.settings().keepsOriginalBytes ? file.original : file.utf8;
+    const QByteArray content = m_keepsOriginalBytes ? file.original : file.utf8;
     inBackground(
         m_tools.worker,
         [downloads = m_tools.downloads, name = RestFiles::nameOf(*job->subtitle, file), content,
@@ -239,29 +253,29 @@ void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &err
     const auto kind = kindOf(error);
     const bool wasPerhapsCounted =
         kind == Kind::Timeout || kind == Kind::Unavailable || kind == Kind::BadAnswer;
-    if (!wasPerhapsCounted || !m_tools.session.isLoggedIn()) {
+    if (!wasPerhapsCounted || !job->session->isLoggedIn()) {
         finish(job, error);
         return;
     }
     job->call =
-        m_tools.session.send({HttpRequest::Method::Get, u"/infos/user"_s}, RestSession::Login::IfThereIsOne,
-                             [this, weak = std::weak_ptr(job), error](const Result<HttpAnswer> &outcome) {
-                                 const auto held = weak.lock();
-                                 if (!held)
-                                     return;
-                                 const auto object = outcome ? Json::object(outcome->body) : std::nullopt;
-                                 if (object && outcome->isSuccess()) {
-                                     RestQuota quota = m_quota;
-                                     quota.takeUser((*object)[u"data"_s].toObject());
-                                     setQuota(quota);
-                                 }
-                                 finish(held, error);
-                             });
+        job->session->send({HttpRequest::Method::Get, u"/infos/user"_s}, RestSession::Login::IfThereIsOne,
+                           [this, weak = std::weak_ptr(job), error](const Result<HttpAnswer> &outcome) {
+                               const auto held = weak.lock();
+                               if (!held)
+                                   return;
+                               const auto object = outcome ? Json::object(outcome->body) : std::nullopt;
+                               if (object && outcome->isSuccess()) {
+                                   RestQuota quota = held->session->quota();
+                                   quota.takeUser((*object)[u"data"_s].toObject());
+                                   takeQuota(*held->session, quota);
+                               }
+                               finish(held, error);
+                           });
 }
 
 void RestDownload::finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files)
 {
-    m_jobs.remove(job->subtitle->fileID);
+    m_jobs.remove({job->session.get(), job->subtitle->fileID});
     if (!files)
         qCWarning(log).noquote() << "no download:" << files.error().detail;
     const QList<Completion> waiting = std::exchange(job->waiting, {});

@@ -20,23 +20,23 @@ public:
 
     struct Tools
     {
-        RestSession &session;
         Transport &transport;
         WorkerThread &worker;
         DiskCache kept;
         DownloadFolder downloads;
     };
 
-    explicit RestDownload(const Tools &tools);
+    RestDownload(const Tools &tools, std::shared_ptr<RestSession> session);
     ~RestDownload();
 
+    /// For the files asked for from now on; what is under way ends in the session it began in.
+    void use(std::shared_ptr<RestSession> session);
+    void setKeepsOriginalBytes(bool keeps) { m_keepsOriginalBytes = keeps; }
     /// The answer comes on a later turn of the main thread.
     void fetch(const SubtitlePtr &subtitle, Completion completion);
 
-    const RestQuota &quota() const { return m_quota; }
-    void setQuota(const RestQuota &quota);
-    /// Somebody else is asking from now on.
-    void forgetQuota() { setQuota({}); }
+    /// Those of the present session are told to the observer.
+    void takeQuota(RestSession &session, const RestQuota &quota);
     void setQuotaObserver(std::function<void(const RestQuota &)> observer)
     {
         m_observer = std::move(observer);
@@ -44,6 +44,8 @@ public:
 
 private:
     struct Job;
+    /// Who asks for which file.
+    using JobKey = std::pair<const RestSession *, QString>;
     struct Link
     {
         QUrl url;
@@ -54,8 +56,8 @@ private:
     void lookUp(const std::shared_ptr<Job> &job);
     void order(const std::shared_ptr<Job> &job);
     void takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
-    Error limitReached(const QString &detail) const;
-    Result<QUrl> linkFrom(const HttpAnswer &answer);
+    Error limitReached(const RestSession &session, const QString &detail) const;
+    Result<QUrl> linkFrom(RestSession &session, const HttpAnswer &answer);
     void transfer(const std::shared_ptr<Job> &job, const QUrl &link);
     void takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void keep(const std::shared_ptr<Job> &job, const QByteArray &bytes);
@@ -64,8 +66,9 @@ private:
     void finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files);
 
     Tools m_tools;
-    RestQuota m_quota;
+    std::shared_ptr<RestSession> m_session;
+    bool m_keepsOriginalBytes = false;
     std::function<void(const RestQuota &)> m_observer;
-    QHash<QString, std::shared_ptr<Job>> m_jobs; // by file id
-    QHash<QString, Link> m_links;                // ordered, not yet fetched to satisfaction
+    QHash<JobKey, std::shared_ptr<Job>> m_jobs;
+    QHash<QString, Link> m_links; // ordered, not yet fetched to satisfaction; by RestFiles::keyOf
 };

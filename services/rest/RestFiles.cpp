@@ -1,5 +1,7 @@
 #include "RestFiles.h"
 
+#include "RestURL.h"
+
 #include <platform/Bundle.h>
 #include <services/net/ServiceError.h>
 #include <services/support/DownloadFolder.h>
@@ -13,11 +15,6 @@ namespace
 constexpr std::chrono::hours KeptFor = 7 * 24h;
 // What the service says instead of a subtitle may be dressed as one: a line or two with times.
 constexpr qsizetype FewestBytes = 100;
-
-QString keyOf(const Subtitle &subtitle)
-{
-    return subtitle.service + u'/' + subtitle.fileID;
-}
 
 Error refusal(SubtitleFile::Failure failure)
 {
@@ -45,27 +42,33 @@ Error refusal(SubtitleFile::Failure failure)
 }
 } // namespace
 
-std::optional<SubtitleFile> RestFiles::find(const DiskCache &kept, const Subtitle &subtitle,
-                                            const QDateTime &date)
+QString RestFiles::keyOf(const QUrl &base, const Subtitle &subtitle)
 {
-    const std::optional<DiskCache::Entry> entry = kept.find(keyOf(subtitle), date);
+    const QUrl file = RestURL::address(base, u"/download"_s, {{u"file_id"_s, subtitle.fileID}});
+    return QString::fromLatin1(file.toEncoded());
+}
+
+std::optional<SubtitleFile> RestFiles::find(const DiskCache &kept, const QString &key,
+                                            const QString &language, const QDateTime &date)
+{
+    const std::optional<DiskCache::Entry> entry = kept.find(key, date);
     if (!entry)
         return std::nullopt;
-    SubtitleFile file = SubtitleFile::read(entry->body, subtitle.subLanguageID);
+    SubtitleFile file = SubtitleFile::read(entry->body, language);
     if (file.failure != SubtitleFile::Failure::None)
         return std::nullopt;
     return file;
 }
 
-Result<SubtitleFile> RestFiles::take(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date,
-                                     const QByteArray &bytes)
+Result<SubtitleFile> RestFiles::take(const DiskCache &kept, const QString &key, const QString &language,
+                                     const QDateTime &date, const QByteArray &bytes)
 {
-    SubtitleFile file = SubtitleFile::read(bytes, subtitle.subLanguageID);
+    SubtitleFile file = SubtitleFile::read(bytes, language);
     if (file.failure != SubtitleFile::Failure::None)
         return refusal(file.failure);
     if (file.original.size() < FewestBytes)
         return refusal(SubtitleFile::Failure::NoSubtitle);
-    kept.store(keyOf(subtitle), {file.original, {}, date, date.addDuration(std::chrono::seconds(KeptFor))});
+    kept.store(key, {file.original, {}, date, date.addDuration(std::chrono::seconds(KeptFor))});
     return file;
 }
 

@@ -11,11 +11,14 @@ class DownloadFolder;
 /// thread.
 namespace RestFiles
 {
-/// The file kept for this subtitle, if it is still there and good.
-std::optional<SubtitleFile> find(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date);
+/// What a subtitle's file is kept under: two services may give two files one id.
+QString keyOf(const QUrl &base, const Subtitle &subtitle);
+/// The file kept under `key`, if it is still there and good. `language` is the subtitle's.
+std::optional<SubtitleFile> find(const DiskCache &kept, const QString &key, const QString &language,
+                                 const QDateTime &date);
 /// Checks what came and keeps it; an Error for what is no subtitle.
-Result<SubtitleFile> take(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date,
-                          const QByteArray &bytes);
+Result<SubtitleFile> take(const DiskCache &kept, const QString &key, const QString &language,
+                          const QDateTime &date, const QByteArray &bytes);
 /// The plain name it is handed out under.
 QString nameOf(const Subtitle &subtitle, const SubtitleFile &file);
 /// Writes that many copies, each in a folder of its own.

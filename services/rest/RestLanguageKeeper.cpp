@@ -14,14 +14,25 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 constexpr std::chrono::seconds KeptFor = 7 * 24h;
 } // namespace
 
-RestLanguageKeeper::RestLanguageKeeper(const Tools &tools)
-    : m_tools(tools), m_alive(std::make_shared<RestLanguageKeeper *>(this))
+RestLanguageKeeper::RestLanguageKeeper(const Tools &tools, std::shared_ptr<RestSession> session)
+    : m_tools(tools), m_session(std::move(session)), m_alive(std::make_shared<RestLanguageKeeper *>(this))
 {
 }
 
 QString RestLanguageKeeper::key() const
 {
-    return QString::fromLatin1(RestURL::address(m_base, u"/infos/languages"_s, {}).toEncoded());
+    return QString::fromLatin1(RestURL::address(base(), u"/infos/languages"_s, {}).toEncoded());
+}
+
+void RestLanguageKeeper::use(std::shared_ptr<RestSession> session)
+{
+    const bool isOtherService = session->access().base != base();
+    m_session = std::move(session);
+    if (!isOtherService)
+        return;
+    m_isWanted = false;
+    if (m_follows)
+        readKept();
 }
 
 void RestLanguageKeeper::follow()
@@ -34,8 +45,6 @@ void RestLanguageKeeper::noteSearch()
 {
     if (!m_follows)
         return;
-    if (m_base != m_tools.session.settings().base)
-        readKept(); // another service has other languages
     m_isWanted = true;
     if (m_isRead && !m_isSettled)
         ask();
@@ -43,15 +52,14 @@ void RestLanguageKeeper::noteSearch()
 
 void RestLanguageKeeper::readKept()
 {
-    m_base = m_tools.session.settings().base;
     m_list = {};
     m_isRead = m_isSettled = false;
     m_call.reset();
     inBackground(
         m_tools.worker,
         [cache = m_tools.cache, key = key(), date = m_tools.clock.date()] { return cache.find(key, date); },
-        [weak = std::weak_ptr(m_alive), base = m_base](const std::optional<DiskCache::Entry> &kept) {
-            if (const auto alive = weak.lock(); alive && (*alive)->m_base == base)
+        [weak = std::weak_ptr(m_alive), base = base()](const std::optional<DiskCache::Entry> &kept) {
+            if (const auto alive = weak.lock(); alive && (*alive)->base() == base)
                 (*alive)->takeKept(kept);
         });
 }
@@ -70,9 +78,9 @@ void RestLanguageKeeper::takeKept(const std::optional<DiskCache::Entry> &kept)
 void RestLanguageKeeper::ask()
 {
     m_isSettled = true;
-    m_call = m_tools.session.send({HttpRequest::Method::Get, u"/infos/languages"_s},
-                                  RestSession::Login::IfThereIsOne,
-                                  [this](const Result<HttpAnswer> &outcome) { takeAnswer(outcome); });
+    m_call =
+        m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s}, RestSession::Login::IfThereIsOne,
+                        [this](const Result<HttpAnswer> &outcome) { takeAnswer(outcome); });
 }
 
 /// A failure is no news for anybody: the list that there was is as good as before.

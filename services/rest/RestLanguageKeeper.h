@@ -12,14 +12,15 @@ class RestLanguageKeeper final
 public:
     struct Tools
     {
-        RestSession &session;
         WorkerThread &worker;
         Clock &clock;
         DiskCache cache;
     };
 
-    explicit RestLanguageKeeper(const Tools &tools);
+    RestLanguageKeeper(const Tools &tools, std::shared_ptr<RestSession> session);
 
+    /// Another base has other languages: those known here count until its own are read.
+    void use(std::shared_ptr<RestSession> session);
     /// Begins: reads what is on disk. Without this the languages known here are all there are.
     void follow();
     /// A person searches: the time to ask.
@@ -31,11 +32,12 @@ private:
     void takeKept(const std::optional<DiskCache::Entry> &kept);
     void ask();
     void takeAnswer(const Result<HttpAnswer> &outcome);
+    const QUrl &base() const { return m_session->access().base; } // whose list it is
     QString key() const;
 
     Tools m_tools;
     RestLanguageList m_list;
-    QUrl m_base; // of the service whose list it is
+    std::shared_ptr<RestSession> m_session;
     bool m_follows = false;
     bool m_isRead = false;
     bool m_isSettled = false; // fresh, or asked for

@@ -41,10 +41,11 @@ Result<RestPage> newPage(const DiskCache &cache, const QString &key, const QDate
 }
 } // namespace
 
-RestSearch::RestSearch(const Tools &tools, const RestQuery &query, Completion completion)
+RestSearch::RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
+                       Completion completion)
     : m_tools(tools),
       m_query(query),
-      m_preferences(tools.session.settings().preferences),
+      m_preferences(preferences),
       m_locale(Locale::current()),
       m_completion(std::move(completion))
 {
@@ -60,7 +61,7 @@ RestURL::Parameters RestSearch::parameters(int page) const
 
 QString RestSearch::cacheKey(int page) const
 {
-    const QUrl url = RestURL::address(m_tools.session.settings().base, u"/subtitles"_s, parameters(page));
+    const QUrl url = RestURL::address(m_tools.session->access().base, u"/subtitles"_s, parameters(page));
     return QString::fromLatin1(url.toEncoded());
 }
 
@@ -85,12 +86,12 @@ void RestSearch::lookUp(int page)
 
 void RestSearch::ask(int page)
 {
-    m_call = m_tools.session.send({HttpRequest::Method::Get, u"/subtitles"_s, parameters(page)},
-                                  RestSession::Login::IfThereIsOne,
-                                  [weak = weak_from_this(), page](const Result<HttpAnswer> &outcome) {
-                                      if (const auto self = weak.lock())
-                                          self->arrive(page, outcome);
-                                  });
+    m_call = m_tools.session->send({HttpRequest::Method::Get, u"/subtitles"_s, parameters(page)},
+                                   RestSession::Login::IfThereIsOne,
+                                   [weak = weak_from_this(), page](const Result<HttpAnswer> &outcome) {
+                                       if (const auto self = weak.lock())
+                                           self->arrive(page, outcome);
+                                   });
 }
 
 void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)

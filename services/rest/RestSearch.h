@@ -16,14 +16,15 @@ class RestSearch final : public std::enable_shared_from_this<RestSearch>
 public:
     struct Tools
     {
-        RestSession &session;
+        std::shared_ptr<RestSession> session; // the whole search goes by it
         WorkerThread &worker;
         Clock &clock;
         DiskCache cache;
     };
     using Completion = SubtitleService::QueryCompletion;
 
-    RestSearch(const Tools &tools, const RestQuery &query, Completion completion);
+    RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
+               Completion completion);
     void start() { lookUp(1); }
 
     static constexpr int MaxPages = 10;

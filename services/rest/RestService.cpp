@@ -5,7 +5,6 @@
 #include <platform/Bundle.h>
 #include <platform/FileManager.h>
 #include <services/net/Json.h>
-#include <services/net/Redactor.h>
 #include <services/support/Background.h>
 #include <services/video/FileNameParser.h>
 #include <services/video/MovieHash.h>
@@ -19,6 +18,7 @@ namespace
 {
 constexpr int RequestsPerSpan = 4; // the service allows five
 constexpr Clock::Duration RateSpan = 1050ms;
+constexpr Clock::Duration LoginSpan = 1s;
 constexpr std::chrono::hours AnswersKeptFor = 24h;
 constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
 constexpr std::chrono::hours LanguagesKeptFor = 90 * 24h; // an old list is better than none
@@ -45,15 +45,17 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
     : m_names(std::move(names)),
       m_cache(places.cache, AnswersKeptFor),
       m_transport(clock, ServiceName::Subtitles, RateLimiter(RequestsPerSpan, RateSpan)),
-      m_session(m_transport, settings),
+      m_loginRate(std::make_shared<RateLimiter>(1, LoginSpan)),
+      m_settings(settings),
+      m_session(RestSession::make(m_transport, m_loginRate, settings)),
       m_worker(std::make_unique<WorkerThread>()),
-      m_download({m_session, m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
-                  DownloadFolder(places.downloads)}),
-      m_languages({m_session, *m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}),
+      m_download({m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
+                  DownloadFolder(places.downloads)},
+                 m_session),
+      m_languages({*m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}, m_session),
       m_alive(std::make_shared<RestService *>(this))
 {
-    for (const QString &secret : {settings.apiKey, settings.password})
-        hideSecret(secret);
+    m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     m_worker->post([cache = m_cache, kept = DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
                     downloads = DownloadFolder(places.downloads)] {
         const QDateTime date = QDateTime::currentDateTimeUtc(); // that of the files
@@ -71,11 +73,15 @@ RestService::~RestService()
 
 void RestService::setSettings(const RestSettings &settings)
 {
-    const RestSettings before = m_session.settings();
-    m_session.setSettings(settings);
-    if (before.userName != settings.userName || before.apiKey != settings.apiKey ||
-        before.base != settings.base)
-        m_download.forgetQuota();
+    const RestAccess &access = settings;
+    const bool isOther = access != m_settings;
+    m_settings = settings;
+    m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
+    if (!isOther)
+        return;
+    m_session = RestSession::make(m_transport, m_loginRate, access);
+    m_download.use(m_session);
+    m_languages.use(m_session);
 }
 
 void RestService::query(const QList<Arg> &args, QueryCompletion completion)
@@ -97,7 +103,7 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
         return;
     }
     auto search = std::make_shared<RestSearch>(
-        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query,
+        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query, settings().preferences,
         [this, number](const Result<QueryResult> &result) { answer(number, result); });
     m_queries[number].search = search;
     search->start();
@@ -150,13 +156,14 @@ void RestService::testConnection(std::function<void(Result<RestReport>)> complet
     const RestSession::Request request{HttpRequest::Method::Get,
                                        hasAccount ? u"/infos/user"_s : u"/subtitles"_s,
                                        hasAccount ? RestURL::Parameters() : sample};
-    m_test = m_session.send(request, RestSession::Login::Wanted,
-                            [this, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
-                                finishTest(completion, outcome);
-                            });
+    m_test = m_session->send(request, RestSession::Login::Wanted,
+                             [this, session = m_session.get(),
+                              completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
+                                 finishTest(*session, completion, outcome);
+                             });
 }
 
-void RestService::finishTest(const std::function<void(Result<RestReport>)> &completion,
+void RestService::finishTest(RestSession &session, const std::function<void(Result<RestReport>)> &completion,
                              const Result<HttpAnswer> &outcome)
 {
     const auto answerLater = [&](const Result<RestReport> &report) {
@@ -175,12 +182,12 @@ void RestService::finishTest(const std::function<void(Result<RestReport>)> &comp
         answerLater(serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"no data"_s));
         return;
     }
-    if (m_session.isLoggedIn()) {
-        RestQuota quota = m_download.quota();
+    if (session.isLoggedIn()) {
+        RestQuota quota = session.quota();
         quota.takeUser((*object)[u"data"_s].toObject());
-        m_download.setQuota(quota);
+        m_download.takeQuota(session, quota);
     }
-    answerLater(RestReport{m_session.isLoggedIn(), m_download.quota()});
+    answerLater(RestReport{session.isLoggedIn(), session.quota()});
 }
 
 void RestService::setQuotaObserver(std::function<void(const RestQuota &)> observer)
@@ -195,7 +202,8 @@ void RestService::emptyCache()
 
 void RestService::shutDown(std::function<void()> done)
 {
-    m_session.logOut(std::move(done));
+    m_leaving = m_session;
+    m_leaving->logOut(std::move(done));
 }
 
 std::optional<VideoHash> RestService::computeHash(const QUrl &url)

@@ -2,6 +2,7 @@
 #include "RestDownload.h"
 #include "RestLanguageKeeper.h"
 #include "RestSearch.h"
+#include "RestSettings.h"
 
 #include <search/api/SubtitleService.h>
 #include <services/video/VideoNames.h>
@@ -30,8 +31,10 @@ public:
                 const Places &places = Places::standard());
     ~RestService() override;
 
+    /// For what is asked from now on: a search, a download or a test under way ends by the settings it began
+    /// with.
     void setSettings(const RestSettings &settings);
-    const RestSettings &settings() const { return m_session.settings(); }
+    const RestSettings &settings() const { return m_settings; }
     bool hasKey() const { return !settings().apiKey.isEmpty(); }
 
     void query(const QList<Arg> &args, QueryCompletion completion) override;
@@ -40,7 +43,7 @@ public:
 
     /// Whether key and, if there is one, login are accepted, and the downloads left.
     void testConnection(std::function<void(Result<RestReport>)> completion);
-    const RestQuota &quota() const { return m_download.quota(); }
+    const RestQuota &quota() const { return m_session->quota(); }
     /// Called on the main thread whenever the service has said something new about the downloads left.
     void setQuotaObserver(std::function<void(const RestQuota &)> observer);
     /// From now on the service's own list of languages counts, which searches keep up to date.
@@ -56,7 +59,7 @@ protected:
 private:
     void answer(quint64 number, const Result<QueryResult> &result);
     void refuse(quint64 number, const Error &error);
-    void finishTest(const std::function<void(Result<RestReport>)> &completion,
+    void finishTest(RestSession &session, const std::function<void(Result<RestReport>)> &completion,
                     const Result<HttpAnswer> &outcome);
 
     struct Query
@@ -68,7 +71,10 @@ private:
     std::shared_ptr<VideoNames> m_names;
     DiskCache m_cache;
     Transport m_transport;
-    RestSession m_session;
+    std::shared_ptr<RateLimiter> m_loginRate;
+    RestSettings m_settings;
+    std::shared_ptr<RestSession> m_session; // for what is asked next
+    std::shared_ptr<RestSession> m_leaving; // logs out
     std::unique_ptr<WorkerThread> m_worker;
     RestDownload m_download;
     RestLanguageKeeper m_languages;

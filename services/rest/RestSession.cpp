@@ -21,6 +21,7 @@ constexpr Clock::Duration LongestGoodbye = 3s;
 /// A request until its last answer; it may be sent twice, with a login between.
 struct RestSession::Errand
 {
+    std::shared_ptr<RestSession> session; // lives as long as anything is under way in it
     Request request;
     Login login = Login::IfThereIsOne;
     Completion completion;
@@ -30,54 +31,32 @@ struct RestSession::Errand
     Clock::Timer refusal;
 };
 
-RestSession::RestSession(Transport &transport, const RestSettings &settings)
-    : m_transport(transport), m_settings(settings), m_base(settings.base), m_loginRate(1, 1s)
+std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RateLimiter> loginRate,
+                                               const RestAccess &access)
 {
+    return std::shared_ptr<RestSession>(new RestSession(transport, std::move(loginRate), access));
+}
+
+RestSession::RestSession(Transport &transport, std::shared_ptr<RateLimiter> loginRate,
+                         const RestAccess &access)
+    : m_transport(transport), m_access(access), m_base(access.base), m_loginRate(std::move(loginRate))
+{
+    for (const QString &secret : {access.apiKey, access.password})
+        hideSecret(secret);
 }
 
 RestSession::~RestSession() = default;
 
-void RestSession::setSettings(const RestSettings &settings)
-{
-    const bool isSamePerson = settings.base == m_settings.base && settings.userName == m_settings.userName &&
-                              settings.password == m_settings.password &&
-                              settings.apiKey == m_settings.apiKey;
-    m_settings = settings;
-    for (const QString &secret : {settings.apiKey, settings.password})
-        hideSecret(secret);
-    if (isSamePerson)
-        return;
-    m_refused.reset();
-    forgetLogin();
-    if (m_isLoggingIn)
-        restartLogin();
-}
-
-/// The login under way is for somebody else now.
-void RestSession::restartLogin()
-{
-    m_loginCall.reset();
-    if (m_settings.hasAccount()) {
-        scheduleLogin();
-        return;
-    }
-    m_loginWait.cancel();
-    m_isLoggingIn = false;
-    for (const auto &weak : std::exchange(m_waiting, {})) {
-        if (const auto errand = weak.lock())
-            transmit(errand);
-    }
-}
-
 void RestSession::forgetLogin()
 {
     m_token = {};
-    m_base = m_settings.base;
+    m_base = m_access.base;
 }
 
 RestSession::Call RestSession::send(const Request &request, Login login, Completion completion)
 {
     auto errand = std::make_shared<Errand>();
+    errand->session = shared_from_this();
     errand->request = request;
     errand->login = login;
     errand->completion = std::move(completion);
@@ -87,7 +66,7 @@ RestSession::Call RestSession::send(const Request &request, Login login, Complet
 
 void RestSession::begin(const std::shared_ptr<Errand> &errand)
 {
-    if (errand->login == Login::Wanted && m_settings.hasAccount() && !isLoggedIn())
+    if (errand->login == Login::Wanted && m_access.hasAccount() && !isLoggedIn())
         logIn(errand);
     else
         transmit(errand);
@@ -98,7 +77,7 @@ HttpRequest RestSession::prepared(const Request &request, const QUrl &base) cons
     HttpRequest result;
     result.method = request.method;
     result.url = RestURL::address(base, request.path, request.parameters);
-    result.setHeader("Api-Key", m_settings.apiKey.toUtf8());
+    result.setHeader("Api-Key", m_access.apiKey.toUtf8());
     result.setHeader("Accept", "*/*");
     if (!request.json.isEmpty()) {
         result.setHeader("Content-Type", "application/json");
@@ -110,14 +89,14 @@ HttpRequest RestSession::prepared(const Request &request, const QUrl &base) cons
 void RestSession::transmit(const std::shared_ptr<Errand> &errand)
 {
     const bool loggedIn = isLoggedIn();
-    HttpRequest request = prepared(errand->request, loggedIn ? m_base : m_settings.base);
+    HttpRequest request = prepared(errand->request, loggedIn ? m_base : m_access.base);
     if (loggedIn)
         request.setHeader("Authorization", "Bearer " + m_token.text());
     errand->sentToken = loggedIn ? m_token.text() : QByteArray();
-    errand->call = m_transport.send(request, m_settings.apiHosts(),
-                                    [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
+    errand->call = m_transport.send(request, m_access.apiHosts(),
+                                    [weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
                                         if (const auto held = weak.lock())
-                                            arrive(held, outcome);
+                                            held->session->arrive(held, outcome);
                                     });
 }
 
@@ -133,7 +112,7 @@ void RestSession::arrive(const std::shared_ptr<Errand> &errand, const Result<Htt
     // Another request may have met this before and logged in since.
     if (errand->sentToken == m_token.text())
         forgetLogin();
-    if (m_settings.hasAccount() && !isLoggedIn())
+    if (m_access.hasAccount() && !isLoggedIn())
         logIn(errand);
     else
         transmit(errand);
@@ -158,20 +137,21 @@ void RestSession::logIn(const std::shared_ptr<Errand> &errand)
 void RestSession::scheduleLogin()
 {
     Clock &clock = m_transport.clock();
-    m_loginWait = clock.after(m_loginRate.reserve(clock.now()), [this] { sendLogin(); });
+    m_loginWait = clock.after(m_loginRate->reserve(clock.now()), [this] { sendLogin(); });
 }
 
 void RestSession::sendLogin()
 {
-    const QJsonObject body{{u"username"_s, m_settings.userName}, {u"password"_s, m_settings.password}};
+    const QJsonObject body{{u"username"_s, m_access.userName}, {u"password"_s, m_access.password}};
     const Request login{
         HttpRequest::Method::Post, u"/login"_s, {}, QJsonDocument(body).toJson(QJsonDocument::Compact)};
-    m_loginCall = m_transport.send(prepared(login, m_settings.base), m_settings.apiHosts(),
+    m_loginCall = m_transport.send(prepared(login, m_access.base), m_access.apiHosts(),
                                    [this](const Result<HttpAnswer> &outcome) { finishLogin(outcome); });
 }
 
 void RestSession::finishLogin(const Result<HttpAnswer> &outcome)
 {
+    const std::shared_ptr<RestSession> self = shared_from_this(); // an answer may let it go
     m_isLoggingIn = false;
     const std::optional<Error> error = takeToken(outcome);
     const std::vector<std::weak_ptr<Errand>> waiting = std::exchange(m_waiting, {});
@@ -206,7 +186,7 @@ std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
         return serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"a login without a token"_s);
     hideSecret(QString::fromLatin1(text));
     m_token = RestToken(text, m_transport.clock());
-    m_base = m_settings.baseAt(Json::text(*answer, u"base_url"_s));
+    m_base = m_access.baseAt(Json::text(*answer, u"base_url"_s));
     return std::nullopt;
 }
 
@@ -227,5 +207,5 @@ void RestSession::logOut(std::function<void()> done)
     // A place in the rate may be further off than anybody waits for a program to end.
     m_logoutLimit = m_transport.clock().after(LongestGoodbye, finish);
     m_logoutCall =
-        m_transport.send(request, m_settings.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });
+        m_transport.send(request, m_access.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });
 }

@@ -1,7 +1,8 @@
 #pragma once
-#include "RestSettings.h"
-#include "RestURL.h"
+#include "RestAccess.h"
+#include "RestQuota.h"
 #include "RestToken.h"
+#include "RestURL.h"
 
 #include <services/net/Transport.h>
 #include <optional>
@@ -9,8 +10,9 @@
 
 /// Who we are to the service: key, login, token and host. Adds them to each request, logs in once where that
 /// is needed and again when the service has forgotten the token, and never repeats credentials that were
-/// refused. Main thread only.
-class RestSession final
+/// refused. Its access never changes: other settings are another session, and what was begun in this one
+/// keeps it until it has ended. Main thread only.
+class RestSession final : public std::enable_shared_from_this<RestSession>
 {
 public:
     using Completion = Transport::Completion;
@@ -29,12 +31,12 @@ public:
         QByteArray json = {};
     };
 
-    RestSession(Transport &transport, const RestSettings &settings);
+    /// `loginRate` is that of all sessions: the service counts logins whoever they are for.
+    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RateLimiter> loginRate,
+                                             const RestAccess &access);
     ~RestSession();
 
-    /// Other credentials or another base end the login.
-    void setSettings(const RestSettings &settings);
-    const RestSettings &settings() const { return m_settings; }
+    const RestAccess &access() const { return m_access; }
     bool isLoggedIn() const { return m_token.isValid(m_transport.clock()); }
 
     /// `Wanted` logs in first where there is an account; without one the request goes as it is.
@@ -42,13 +44,17 @@ public:
     /// Tells the service, if logged in, and forgets the token whatever it says.
     void logOut(std::function<void()> done);
 
+    /// How many downloads are left to this one who asks.
+    const RestQuota &quota() const { return m_quota; }
+    void setQuota(const RestQuota &quota) { m_quota = quota; }
+
 private:
     struct Errand;
+    RestSession(Transport &transport, std::shared_ptr<RateLimiter> loginRate, const RestAccess &access);
     void begin(const std::shared_ptr<Errand> &errand);
     void transmit(const std::shared_ptr<Errand> &errand);
     void arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
     void logIn(const std::shared_ptr<Errand> &errand);
-    void restartLogin();
     void scheduleLogin();
     void sendLogin();
     void finishLogin(const Result<HttpAnswer> &outcome);
@@ -57,11 +63,12 @@ private:
     void forgetLogin();
 
     Transport &m_transport;
-    RestSettings m_settings;
+    const RestAccess m_access;
+    RestQuota m_quota;
     RestToken m_token;
-    QUrl m_base;
-    std::optional<Error> m_refused; // what the present credentials got
-    RateLimiter m_loginRate;
+    QUrl m_base;                    // the one that the login names
+    std::optional<Error> m_refused; // what the credentials got
+    std::shared_ptr<RateLimiter> m_loginRate;
     Clock::Timer m_loginWait;
     Call m_loginCall;
     Call m_logoutCall;

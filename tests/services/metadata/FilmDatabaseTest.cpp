@@ -139,6 +139,25 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->standIn.images().requests().constFirst().target, "/t/p/w154/show.jpg");
     }
 
+    void questionEndsWhereItBegan()
+    {
+        StandIn other;
+        const QByteArray key = m_fixture->settings.key.toLatin1();
+        m_fixture->standIn.main().setObserver([&](const ReceivedRequest &, const ServedAnswer &) {
+            m_fixture->settings.base = other.filmURL();
+            m_fixture->settings.key = u"quite-another-key"_s;
+            m_fixture->films->setSettings(m_fixture->settings);
+        });
+        const auto found = m_fixture->find(u"tt9000011"_s); // an episode: its show is asked for next
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QVERIFY2(**found, **found ? "" : qPrintable((*found)->error().detail));
+        QCOMPARE((**found)->tvResults.size(), 1);
+        const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/3/");
+        QCOMPARE(requests.size(), 2);
+        QCOMPARE(requests[1].header("Authorization"), "Bearer " + key);
+        QCOMPARE(other.main().requests().size(), 0);
+    }
+
     void badAnswersGiveTheirSentence_data()
     {
         QTest::addColumn<QString>("behaviour");

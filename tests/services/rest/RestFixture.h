@@ -59,6 +59,14 @@ public:
         service->download(subtitle, [caught](const Result<QUrl> &result) { caught->completion()(result); });
         return caught;
     }
+    /// Whether it has come; while something else is on the wire time passes only by asking this.
+    template <class Value>
+    bool comesInTime(const Caught<Value> &caught)
+    {
+        if (!caught.came())
+            clock.advance(std::chrono::milliseconds(100));
+        return caught.came();
+    }
     static SubtitlePtr subtitle(const QString &fileId = QStringLiteral("9200001"))
     {
         auto made = std::make_shared<Subtitle>();

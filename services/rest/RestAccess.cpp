@@ -1,4 +1,4 @@
-#include "RestSettings.h"
+#include "RestAccess.h"
 
 using namespace Qt::StringLiterals;
 
@@ -8,26 +8,26 @@ const QStringList ServiceHosts{u"api.opensubtitles.com"_s, u"vip-api.opensubtitl
 const QString LinkHosts = u"*.opensubtitles.com"_s;
 } // namespace
 
-QUrl RestSettings::standardBase()
+QUrl RestAccess::standardBase()
 {
     return QUrl(u"https://api.opensubtitles.com/api/v1"_s);
 }
 
-HostRules RestSettings::apiHosts() const
+HostRules RestAccess::apiHosts() const
 {
     if (isOnLoopback())
         return HostRules({}, HostRules::Loopback::Accepted);
     return HostRules(QStringList(ServiceHosts) << base.host());
 }
 
-HostRules RestSettings::linkHosts() const
+HostRules RestAccess::linkHosts() const
 {
     if (isOnLoopback())
         return HostRules({}, HostRules::Loopback::Accepted);
     return HostRules({LinkHosts, base.host()});
 }
 
-QUrl RestSettings::baseAt(const QString &host) const
+QUrl RestAccess::baseAt(const QString &host) const
 {
     QUrl url = base;
     const QUrl named(base.scheme() + "://"_L1 + host);
