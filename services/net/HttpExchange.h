@@ -12,8 +12,9 @@
 class QNetworkAccessManager;
 
 /// One request on the wire and its answer, with time limits: for the connection, for silence, and for the
-/// whole. An answer cut short, too large or packed beyond measure is an error and nothing of it is kept.
-/// Follows no redirect. Main thread only.
+/// whole. They run from the beginning, so whoever begins sees to it that the toolkit has a connection to
+/// spare: it makes six to a host. An answer cut short, too large or packed beyond measure is an error and
+/// nothing of it is kept. Follows no redirect. Main thread only.
 class HttpExchange final : public QObject
 {
 public:

@@ -18,7 +18,8 @@ struct Transport::Errand
     Completion completion;
     int tries = 0;
     Clock::Timer wait;
-    Call call;
+    HostQueue::Place place; // from before it leaves until it has ended
+    Call call;              // ends before its place is somebody else's
 };
 
 Transport::Transport(Clock &clock, ServiceName service, RateLimiter limiter)
@@ -45,6 +46,15 @@ Transport::Call Transport::send(const HttpRequest &request, const HostRules &rul
 
 void Transport::enqueue(const std::shared_ptr<Errand> &errand)
 {
+    errand->place = m_queue.wait(errand->request.url, [this, weak = std::weak_ptr(errand)] {
+        if (const auto held = weak.lock())
+            waitForTheRate(held);
+    });
+}
+
+/// After the wait at the host: places in the rate are for those who can take them.
+void Transport::waitForTheRate(const std::shared_ptr<Errand> &errand)
+{
     errand->wait = m_clock.after(m_limiter.reserve(m_clock.now()), [this, weak = std::weak_ptr(errand)] {
         if (const auto held = weak.lock())
             attempt(held);
@@ -66,12 +76,14 @@ void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Resul
     const auto wait =
         RetryPolicy::waitBeforeNextTry(errand->request, outcome, errand->tries, m_jitter(), m_clock.date());
     if (!wait) {
+        errand->place.reset();
         errand->completion(outcome);
         return;
     }
     qCInfo(log).noquote() << errand->request.url.host() << "asked again in" << wait->count() << "ms";
     if (outcome && outcome->status == 429)
         m_limiter.pauseUntil(m_clock.now() + *wait);
+    errand->place.reset();
     errand->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(errand)] {
         if (const auto held = weak.lock())
             enqueue(held);

@@ -1,16 +1,22 @@
 #pragma once
+#include "HostQueue.h"
 #include "HttpClient.h"
 #include "RateLimiter.h"
 
 #include <list>
 
-/// The one way to a service's servers: every request waits for its place in the rate, and a question that
-/// failed for a passing reason is asked again. Main thread only.
+/// The one way to a service's servers: every request waits until fewer than ConnectionsAtAHost are under way
+/// at its host, then for its place in the rate, and a question that failed for a passing reason is asked
+/// again. No limit of time runs before a request leaves. Main thread only.
 class Transport final
 {
 public:
     using Completion = HttpClient::Completion;
     using Call = HttpClient::Call;
+
+    /// As many as the toolkit opens. A seventh would wait inside it, where our limit for making a connection
+    /// would end it though nobody had tried to make one.
+    static constexpr int ConnectionsAtAHost = 6;
 
     Transport(Clock &clock, ServiceName service, RateLimiter limiter);
     ~Transport();
@@ -25,12 +31,14 @@ public:
 private:
     struct Errand;
     void enqueue(const std::shared_ptr<Errand> &errand);
+    void waitForTheRate(const std::shared_ptr<Errand> &errand);
     void attempt(const std::shared_ptr<Errand> &errand);
     void finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
 
     Clock &m_clock;
     ServiceName m_service;
     HttpClient m_client;
+    HostQueue m_queue{ConnectionsAtAHost};
     RateLimiter m_limiter;
     std::function<double()> m_jitter;
 };

@@ -19,8 +19,10 @@ private Q_SLOTS:
     {
         m_clock = std::make_unique<ManualClock>();
         m_times.clear();
+        m_paths.clear();
         m_answers.clear();
-        m_server = std::make_unique<LoopbackServer>([this](const ReceivedRequest &) {
+        m_server = std::make_unique<LoopbackServer>([this](const ReceivedRequest &request) {
+            m_paths += request.path();
             m_times += m_clock->now();
             return m_answers.size() > 1 ? m_answers.takeFirst() : m_answers.value(0, jsonAnswer(200, "{}"));
         });
@@ -166,12 +168,85 @@ private Q_SLOTS:
         QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{4000ms, 4000ms}));
     }
 
+    void limitsRunOnlyForWhatHasLeft()
+    {
+        occupyTheHost();
+        const auto seventh = send(HttpRequest::Method::Get, u"/seventh"_s);
+        // Silence and the whole, for each of the six; nothing for the one that waits.
+        const Clock::Duration silence = 20s;
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending().value(0), silence, Patience);
+        QCOMPARE(m_clock->pending().size(), 12);
+        m_clock->advance(15s);
+        QVERIFY(!m_paths.contains("/seventh"));
+        m_answers = {jsonAnswer(200, "{}")};
+        m_calls[0].reset();
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*seventh), Patience);
+        QVERIFY2(**seventh, **seventh ? "" : qPrintable((*seventh)->error().detail));
+        QCOMPARE(m_paths.size(), 7);
+    }
+
+    void whoGivesUpWaitingIsNotAsked()
+    {
+        occupyTheHost();
+        const auto seventh = send(HttpRequest::Method::Get, u"/seventh"_s);
+        const auto eighth = send(HttpRequest::Method::Get, u"/eighth"_s);
+        const auto ninth = send(HttpRequest::Method::Get, u"/ninth"_s);
+        m_calls[6].reset();
+        m_answers = {jsonAnswer(200, "{}")};
+        m_calls[0].reset();
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*ninth), Patience);
+        QVERIFY(eighth->came());
+        QVERIFY(!seventh->came());
+        QCOMPARE(m_paths.mid(6), (QList<QByteArray>{"/eighth", "/ninth"}));
+    }
+
+    void retriesGiveTheirPlaceToOthers()
+    {
+        occupyTheHost(5);
+        m_answers = {jsonAnswer(503, {}), jsonAnswer(200, "{}")};
+        m_clock->setPatience(0ms);
+        const auto sixth = send(HttpRequest::Method::Get, u"/sixth"_s);
+        const auto seventh = send(HttpRequest::Method::Get, u"/seventh"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*seventh), Patience);
+        QVERIFY(**seventh);
+        QVERIFY(!sixth->came()); // it waits for its second try
+        QCOMPARE(m_paths.mid(5), (QList<QByteArray>{"/sixth", "/seventh"}));
+    }
+
+    void fullHostKeepsNobodyFromAnother()
+    {
+        occupyTheHost();
+        LoopbackServer other([](const ReceivedRequest &) { return jsonAnswer(200, "{}"); });
+        const auto caught = send(HttpRequest::Method::Get, u"/"_s, &other);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*caught), Patience);
+        QVERIFY(**caught);
+    }
+
 private:
-    std::shared_ptr<Caught<HttpAnswer>> send(HttpRequest::Method method)
+    /// So many requests that nobody answers.
+    void occupyTheHost(int count = Transport::ConnectionsAtAHost)
+    {
+        m_calls.clear();
+        m_transport = std::make_unique<Transport>(*m_clock, ServiceName::Subtitles, RateLimiter(1000, 1ms));
+        m_transport->setJitter([] { return 0.0; });
+        m_answers = {ServedAnswer{200, {}, {}, Delivery::Silent}};
+        for (int i = 0; i < count; ++i)
+            send(HttpRequest::Method::Get);
+        m_clock->advance(0ms);
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), count, Patience);
+    }
+    /// Time stands still while something is on the wire; what is due happens.
+    bool comes(const Caught<HttpAnswer> &caught)
+    {
+        m_clock->advance(0ms);
+        return caught.came();
+    }
+    std::shared_ptr<Caught<HttpAnswer>> send(HttpRequest::Method method, const QString &path = u"/"_s,
+                                             LoopbackServer *server = nullptr)
     {
         HttpRequest request;
         request.method = method;
-        request.url = m_server->url(u"/"_s);
+        request.url = (server ? server : m_server.get())->url(path);
         if (method == HttpRequest::Method::Post)
             request.setHeader("Content-Type", "application/json");
         auto caught = std::make_shared<Caught<HttpAnswer>>();
@@ -187,6 +262,7 @@ private:
     std::unique_ptr<Transport> m_transport;
     QList<ServedAnswer> m_answers;
     QList<Clock::Duration> m_times;
+    QList<QByteArray> m_paths;
     QList<Transport::Call> m_calls;
 };
 
