@@ -12,6 +12,7 @@
 #include <platform/FirstPaint.h>
 #include <platform/Image.h>
 #include <platform/MainQueue.h>
+#include <platform/Preparation.h>
 #include <platform/StandardOutput.h>
 #include <platform/Window.h>
 #include <search/MainViewController.h>
@@ -94,6 +95,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
         return 0;
     }
     const QString activationToken = activationTokenOfStart();
+    Preparation preparation;
     // The toolkit takes its own options (-platform, -style) out of the arguments it is given.
     QApplication application(argc, argv);
     const CommandLine line = parseCommandLine(argumentsOf(argc, argv), QDir::currentPath().toLocal8Bit());
@@ -110,6 +112,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
         link.start(line.uris, activationToken) == ApplicationLink::Outcome::HandedOver)
         return 0;
     describeApplication();
+    preparation.finish();
     Appearance::shared().install();
     registerScenes();
     services = parts.installServices();

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -50,6 +51,26 @@ std::optional<QString> knownName(DisplayFunction function, const QByteArray &loc
         return {};
     return name.text;
 }
+
+/// The names of languages that were asked for once: ICU looks each up anew, and lists ask for hundreds.
+class LanguageNames final
+{
+public:
+    std::optional<QString> name(const QString &code, const QByteArray &displayLocale)
+    {
+        const QByteArray language = code.toLatin1();
+        const QByteArray key = displayLocale + ' ' + language;
+        const std::lock_guard lock(m_mutex);
+        const auto known = m_names.constFind(key);
+        if (known != m_names.constEnd())
+            return *known;
+        return *m_names.insert(key, knownName(uloc_getDisplayLanguage, language, displayLocale, code));
+    }
+
+private:
+    std::mutex m_mutex;
+    QHash<QByteArray, std::optional<QString>> m_names;
+};
 
 /// Whether ICU can name things in a locale at all. A locale without data would be shown in ICU's default
 /// locale, and one with a few words only would show codes: these two names are the ones that everyone must
@@ -160,7 +181,8 @@ std::optional<QString> Locale::localizedStringForLanguageCode(const QString &cod
 {
     if (!isLanguageCode(code))
         return {};
-    return knownName(uloc_getDisplayLanguage, code.toLatin1(), m_displayIdentifier, code);
+    static LanguageNames names;
+    return names.name(code, m_displayIdentifier);
 }
 
 std::optional<QString> Locale::localizedStringForRegionCode(const QString &code) const
