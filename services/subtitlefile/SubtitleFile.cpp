@@ -21,6 +21,7 @@ SubtitleFile::Failure failureOf(SubtitleUnpacker::Failure failure)
     switch (failure) {
     case SubtitleUnpacker::Failure::TooLarge:
         return SubtitleFile::Failure::TooLarge;
+    case SubtitleUnpacker::Failure::Locked:
     case SubtitleUnpacker::Failure::UnknownArchive:
         return SubtitleFile::Failure::UnknownArchive;
     case SubtitleUnpacker::Failure::NothingInside:
@@ -32,25 +33,33 @@ SubtitleFile::Failure failureOf(SubtitleUnpacker::Failure failure)
     }
     return SubtitleFile::Failure::None;
 }
+SubtitleFile understood(const QByteArray &content, const QString &language)
+{
+    using Failure = SubtitleFile::Failure;
+    if (content.size() < MinBytes)
+        return failed(content.trimmed().isEmpty() ? Failure::Empty : Failure::NoSubtitle);
+    const DecodedText decoded = decodedText(content, language);
+    const std::optional<QString> format = subtitleFormat(decoded.text);
+    // Pictures and programs have zeros in them; what was read as text has none.
+    if (!format || decoded.text.contains(QChar(0)))
+        return failed(Failure::NoSubtitle);
+    SubtitleFile file;
+    file.original = content;
+    file.utf8 = decoded.text.toUtf8();
+    file.extension = *format;
+    return file;
+}
 } // namespace
 
 SubtitleFile SubtitleFile::read(const QByteArray &bytes, const QString &language)
 {
     if (bytes.isEmpty())
         return failed(Failure::Empty);
-    const SubtitleUnpacker::Unpacked unpacked = SubtitleUnpacker::unpack(bytes);
+    const auto isGood = [&language](const QByteArray &content) {
+        return understood(content, language).failure == Failure::None;
+    };
+    const SubtitleUnpacker::Unpacked unpacked = SubtitleUnpacker::unpack(bytes, isGood);
     if (unpacked.failure != SubtitleUnpacker::Failure::None)
         return failed(failureOf(unpacked.failure));
-    if (unpacked.content.size() < MinBytes)
-        return failed(unpacked.content.trimmed().isEmpty() ? Failure::Empty : Failure::NoSubtitle);
-    const DecodedText decoded = decodedText(unpacked.content, language);
-    const std::optional<QString> format = subtitleFormat(decoded.text);
-    // Pictures and programs have zeros in them; what was read as text has none.
-    if (!format || decoded.text.contains(QChar(0)))
-        return failed(Failure::NoSubtitle);
-    SubtitleFile file;
-    file.original = unpacked.content;
-    file.utf8 = decoded.text.toUtf8();
-    file.extension = *format;
-    return file;
+    return understood(unpacked.content, language);
 }

@@ -12,7 +12,7 @@ struct SubtitleFile
         NoSubtitle,
         TooLarge,
         Damaged,
-        UnknownArchive
+        UnknownArchive // or one locked by a password
     };
 
     QByteArray original; // unpacked, otherwise as it came

@@ -5,7 +5,10 @@
 #include <archive.h>
 #include <archive_entry.h>
 
+#include <algorithm>
 #include <memory>
+#include <optional>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +19,7 @@ using SubtitleUnpacker::Unpacked;
 
 constexpr qsizetype BlockBytes = 64LL * 1024;
 constexpr int MaxEntries = 1000;
+constexpr std::size_t MaxTries = 16; // of entries that turn out to be no subtitle
 
 struct ArchiveCloser
 {
@@ -82,41 +86,99 @@ int promise(const QString &name)
     return static_cast<int>(extensions.indexOf(name.section(u'.', -1).toLower())) + 1;
 }
 
-Unpacked unzip(const QByteArray &bytes)
+/// A file in an archive that may be the subtitle.
+struct Member
 {
-    const Reader reader(archive_read_new());
+    int index = 0; // among all entries
+    int promise = 0;
+};
+
+Reader zipReader(const QByteArray &bytes)
+{
+    Reader reader(archive_read_new());
     archive_read_support_format_zip(reader.get());
     if (archive_read_open_memory(reader.get(), bytes.constData(), static_cast<std::size_t>(bytes.size())) !=
         ARCHIVE_OK)
-        return {{}, {}, Failure::Damaged};
-    Unpacked best{{}, {}, Failure::NothingInside};
-    int bestPromise = 0;
+        reader.reset();
+    return reader;
+}
+
+bool goToNext(archive *reader, archive_entry *&entry)
+{
+    const int status = archive_read_next_header(reader, &entry);
+    return status == ARCHIVE_OK || status == ARCHIVE_WARN;
+}
+
+/// The likeliest first, as far as the archive can be read.
+std::vector<Member> membersOf(const QByteArray &bytes)
+{
+    std::vector<Member> members;
+    const Reader reader = zipReader(bytes);
     archive_entry *entry = nullptr;
-    for (int count = 0; count < MaxEntries; ++count) {
-        const int status = archive_read_next_header(reader.get(), &entry);
-        if (status == ARCHIVE_EOF)
-            return best;
-        if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
-            return bestPromise > 0 ? best : Unpacked{{}, {}, Failure::Damaged};
-        const QString name = baseName(entry);
-        if (archive_entry_filetype(entry) != AE_IFREG || promise(name) <= bestPromise)
-            continue;
-        const Unpacked found = contentOf(reader.get(), limitFor(bytes));
-        if (found.failure != Failure::None)
-            return found;
-        best = {found.content, name, Failure::None};
-        bestPromise = promise(name);
+    for (int index = 0; reader && index < MaxEntries && goToNext(reader.get(), entry); ++index) {
+        const int value = promise(baseName(entry));
+        if (value > 0 && archive_entry_filetype(entry) == AE_IFREG)
+            members.push_back({index, value});
     }
-    return best;
+    std::stable_sort(members.begin(), members.end(),
+                     [](const Member &one, const Member &other) { return one.promise > other.promise; });
+    return members;
+}
+
+/// Read anew for each: after damage the reader goes no further.
+Unpacked extracted(const QByteArray &bytes, const Member &member)
+{
+    const Reader reader = zipReader(bytes);
+    archive_entry *entry = nullptr;
+    for (int index = 0; index <= member.index; ++index) {
+        if (!reader || !goToNext(reader.get(), entry))
+            return {{}, {}, Failure::Damaged};
+    }
+    if (archive_entry_is_data_encrypted(entry) != 0)
+        return {{}, {}, Failure::Locked};
+    Unpacked found = contentOf(reader.get(), limitFor(bytes));
+    found.name = baseName(entry);
+    return found;
+}
+
+Failure failureWithoutMembers(const QByteArray &bytes)
+{
+    const Reader reader = zipReader(bytes);
+    archive_entry *entry = nullptr;
+    int status = ARCHIVE_FATAL;
+    for (int count = 0; reader && count < MaxEntries; ++count) {
+        status = archive_read_next_header(reader.get(), &entry);
+        if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
+            break;
+    }
+    return status < ARCHIVE_WARN ? Failure::Damaged : Failure::NothingInside;
+}
+
+Unpacked unzip(const QByteArray &bytes, const SubtitleUnpacker::Check &isGood)
+{
+    std::vector<Member> members = membersOf(bytes);
+    if (members.empty())
+        return {{}, {}, failureWithoutMembers(bytes)};
+    members.resize(std::min(members.size(), MaxTries));
+    std::optional<Unpacked> likeliest;
+    for (const Member &member : members) {
+        Unpacked found = extracted(bytes, member);
+        if (found.failure == Failure::None && isGood(found.content))
+            return found;
+        // Of all that can be wrong, a password is what explains the most.
+        if (!likeliest || (found.failure == Failure::Locked && likeliest->failure != Failure::Locked))
+            likeliest = std::move(found);
+    }
+    return *likeliest;
 }
 } // namespace
 
-Unpacked SubtitleUnpacker::unpack(const QByteArray &bytes)
+Unpacked SubtitleUnpacker::unpack(const QByteArray &bytes, const Check &isGood)
 {
     if (startsWith(bytes, "1f8b"))
         return gunzip(bytes);
     if (startsWith(bytes, "504b0304"))
-        return unzip(bytes);
+        return unzip(bytes, isGood);
     if (startsWith(bytes, "526172211a") || startsWith(bytes, "377abcaf271c"))
         return {{}, {}, Failure::UnknownArchive};
     if (bytes.size() > MaxBytes)

@@ -1,7 +1,7 @@
 #pragma once
 #include <QByteArray>
 #include <QString>
-#include <optional>
+#include <functional>
 
 /// Takes a subtitle out of the gzip or ZIP it came in, by its bytes and whatever its name.
 namespace SubtitleUnpacker
@@ -15,6 +15,7 @@ enum class Failure
     TooLarge,
     Damaged,
     NothingInside,
+    Locked, // by a password
     UnknownArchive
 };
 
@@ -25,6 +26,11 @@ struct Unpacked
     Failure failure = Failure::None;
 };
 
-/// What is no archive comes back as it is. At most MaxBytes, and MaxRatio times what came. Any thread.
-Unpacked unpack(const QByteArray &bytes);
+/// Whether a content is what is looked for.
+using Check = std::function<bool(const QByteArray &)>;
+
+/// What is no archive comes back as it is. At most MaxBytes, and MaxRatio times what came. Of an archive's
+/// files the likeliest by its name that can be read and that `isGood` takes; where there is none, the
+/// likeliest as it is, or what is wrong with it. Any thread.
+Unpacked unpack(const QByteArray &bytes, const Check &isGood);
 } // namespace SubtitleUnpacker

@@ -82,8 +82,8 @@ private Q_SLOTS:
     void contentIsUnpackedAndInUtf8_data()
     {
         QTest::addColumn<QString>("behaviour");
-        for (const char *name :
-             {"subtitle-gzip", "subtitle-zip", "subtitle-utf16", "subtitle-1252", "link-name-path"})
+        for (const char *name : {"subtitle-gzip", "subtitle-zip", "subtitle-zip-damaged",
+                                 "subtitle-zip-locked", "subtitle-utf16", "subtitle-1252", "link-name-path"})
             QTest::newRow(name) << QString::fromLatin1(name);
     }
     void contentIsUnpackedAndInUtf8()
@@ -129,6 +129,7 @@ private Q_SLOTS:
         row("subtitle-empty", Kind::NotASubtitle);
         row("subtitle-304", Kind::NotASubtitle);
         row("subtitle-rar", Kind::NotASubtitle);
+        row("subtitle-zip-shut", Kind::NotASubtitle);
         row("subtitle-bomb", Kind::NotASubtitle);
         row("subtitle-9-mib", Kind::BadAnswer);
         row("link-expired", Kind::LinkExpired);

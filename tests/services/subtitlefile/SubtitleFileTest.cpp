@@ -83,10 +83,37 @@ private Q_SLOTS:
         }
     }
 
+    void goodFileBehindABadOneIsTaken_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QByteArray ours = "Not this one.\n" + Srt;
+        const QByteArray two = zipped({{"First.srt", ours}, {"Second.srt", Srt}});
+        QTest::newRow("wrong sum") << withWrongSum(two);
+        QTest::newRow("damaged beyond reading on") << withoutDeflation(two);
+        QTest::newRow("locked") << locked(two);
+        QTest::newRow("empty") << zipped({{"First.srt", {}}, {"Second.srt", Srt}});
+        QTest::newRow("notice") << zipped(
+            {{"First.srt", "Nothing but an advertisement."}, {"Second.srt", Srt}});
+        QTest::newRow("packed once more")
+            << zipped({{"a.srt", gzipped(QByteArray(100'000, ' '))}, {"b.srt", Srt}});
+        QTest::newRow("less likely by its name")
+            << locked(zipped({{"First.srt", ours}, {"Second.txt", Srt}}));
+    }
+    void goodFileBehindABadOneIsTaken()
+    {
+        QFETCH(const QByteArray, bytes);
+        const SubtitleFile file = SubtitleFile::read(bytes, u"eng"_s);
+        QCOMPARE(file.failure, SubtitleFile::Failure::None);
+        QCOMPARE(file.utf8, Srt);
+    }
+
     void namesInsideAnArchiveLoseTheirPath()
     {
-        QCOMPARE(SubtitleUnpacker::unpack(zipped("../../etc/Film.srt", Srt)).name, u"Film.srt"_s);
-        QCOMPARE(SubtitleUnpacker::unpack(zipped("C:\\films\\Film.srt", Srt)).name, u"Film.srt"_s);
+        const auto nameOf = [](const QByteArray &path) {
+            return SubtitleUnpacker::unpack(zipped(path, Srt), [](const QByteArray &) { return true; }).name;
+        };
+        QCOMPARE(nameOf("../../etc/Film.srt"), u"Film.srt"_s);
+        QCOMPARE(nameOf("C:\\films\\Film.srt"), u"Film.srt"_s);
     }
 
     void otherThingsAreRefused_data()
@@ -107,6 +134,16 @@ private Q_SLOTS:
         row("7z", QByteArray::fromHex("377abcaf271c0004") + Srt, Failure::UnknownArchive);
         row("zip without a subtitle", zipped("readme.nfo", Srt), Failure::NoSubtitle);
         row("zip with a hidden file", zipped("__MACOSX/.srt", Srt), Failure::NoSubtitle);
+        row("zip with an empty file", zipped("a.srt", {}), Failure::Empty);
+        row("zip with a notice", zipped("a.srt", "Nothing but an advertisement."), Failure::NoSubtitle);
+        row("zip with a damaged file", withWrongSum(zipped("a.srt", Srt)), Failure::Damaged);
+        row("locked zip", locked(zipped("a.srt", Srt)), Failure::UnknownArchive);
+        row("zip with a locked file behind a notice",
+            locked(zipped({{"a.txt", Srt}, {"b.srt", "Nothing but an advertisement."}})),
+            Failure::UnknownArchive);
+        row("zip of many notices",
+            zipped(QList<std::pair<QByteArray, QByteArray>>(500, {"a.srt", "Nothing but an advertisement."})),
+            Failure::NoSubtitle);
         row("broken gzip", gzipped(Srt.repeated(20)).left(40), Failure::Damaged);
         row("broken zip", zipped("a.srt", Srt).left(30), Failure::Damaged);
         row("gzip bomb", gzipped(QByteArray(16 * 1024 * 1024, '1')), Failure::TooLarge);

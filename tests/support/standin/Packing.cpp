@@ -30,6 +30,17 @@ QByteArray little(Number number)
     qToLittleEndian(number, bytes.data());
     return bytes;
 }
+constexpr qsizetype LocalHeader = 30;
+constexpr qsizetype LocalFlags = 6;
+constexpr qsizetype CentralFlags = 8;
+constexpr qsizetype Method = 2; // after the flags
+
+/// Changes a byte of the first entry's headers, which both say the same.
+void changeFirst(QByteArray &zip, qsizetype afterFlags, char value)
+{
+    zip[LocalFlags + afterFlags] = value;
+    zip[zip.indexOf("PK\x01\x02") + CentralFlags + afterFlags] = value;
+}
 } // namespace
 
 QByteArray gzipped(const QByteArray &content)
@@ -60,6 +71,29 @@ QByteArray zipped(const QList<std::pair<QByteArray, QByteArray>> &entries)
     return local + central + QByteArray("PK\x05\x06", 4) + little<quint32>(0) + count + count +
            little(static_cast<quint32>(central.size())) + little(static_cast<quint32>(local.size())) +
            little<quint16>(0);
+}
+
+QByteArray withWrongSum(QByteArray zip)
+{
+    const qsizetype name = static_cast<quint8>(zip[26]);
+    zip[LocalHeader + name + 5] = static_cast<char>(zip[LocalHeader + name + 5] ^ 1);
+    return zip;
+}
+
+QByteArray withoutDeflation(QByteArray zip)
+{
+    constexpr char Deflated = 8;
+    changeFirst(zip, Method, Deflated);
+    const qsizetype name = static_cast<quint8>(zip[26]);
+    zip[LocalHeader + name] = '\xFF';
+    return zip;
+}
+
+QByteArray locked(QByteArray zip)
+{
+    constexpr char Encrypted = 1;
+    changeFirst(zip, 0, Encrypted);
+    return zip;
 }
 
 QByteArray zipped(const QByteArray &name, const QByteArray &content)

@@ -55,6 +55,13 @@ ServedAnswer SubtitleLinks::file(qint64 fileId) const
         answer.body = gzipped(text);
     if (has("subtitle-zip"_L1))
         answer.body = zipped("../folder/Film.srt", text);
+    const QByteArray second = zipped({{"First.srt", text + "Not this one."}, {"Second.srt", text}});
+    if (has("subtitle-zip-damaged"_L1))
+        answer.body = withoutDeflation(second);
+    if (has("subtitle-zip-locked"_L1))
+        answer.body = locked(second);
+    if (has("subtitle-zip-shut"_L1))
+        answer.body = locked(zipped("Film.srt", text));
     if (has("subtitle-rar"_L1))
         answer.body = "Rar!\x1A\x07" + text;
     if (has("subtitle-gif"_L1))
