@@ -26,7 +26,7 @@ constexpr Row Rows[] = {
     {"heb", "windows-1255 iso-8859-8"},
     {"ara per urd", "windows-1256 iso-8859-6"},
     {"lit lav est", "windows-1257 iso-8859-13"},
-    {"vie", "windows-1258"},
+    {"vie", "windows-1258 viscii"},
     {"tha", "windows-874 tis-620"},
     {"chi zhe", "gb18030 big5"},
     {"zht", "big5 big5-hkscs gb18030"},

@@ -1,6 +1,7 @@
 #include "TextDecoding.h"
 
 #include "CharacterSets.h"
+#include "LegacyText.h"
 
 #include <QStringDecoder>
 
@@ -48,6 +49,19 @@ std::optional<DecodedText> asUtf8(const QByteArray &bytes)
     return DecodedText{std::move(text), "utf-8"};
 }
 
+/// Sets that switch by escape sequences and would pass for UTF-8.
+std::optional<DecodedText> byEscapes(const QByteArray &bytes)
+{
+    if (!bytes.contains("\x1B$"))
+        return std::nullopt;
+    const QByteArray detected = detectedCharacterSet(bytes);
+    const QByteArray set = detected.startsWith("iso-2022-") ? detected : QByteArray("iso-2022-jp");
+    const std::optional<LegacyText> read = LegacyText::read(bytes, set);
+    if (!read || read->hasErrors)
+        return std::nullopt;
+    return DecodedText{read->text, set};
+}
+
 /// UTF-8 in which a few bytes went wrong on the way: what is right in it cannot be chance.
 std::optional<DecodedText> asDamagedUtf8(const QByteArray &bytes)
 {
@@ -76,6 +90,29 @@ bool isSignWithinAWord(QStringView text, qsizetype at)
     return !c.isLetter() && !c.isMark() && !c.isSurrogate() && at + 1 < text.size() && text[at + 1].isLower();
 }
 
+/// What one Cyrillic set looks like when it is read as another, where small letters and capitals have changed
+/// places.
+bool isCapitalWithinAWord(QStringView text, qsizetype at)
+{
+    return at > 0 && text[at].isUpper() && text[at - 1].isLower() && text[at - 1].unicode() >= 0x80;
+}
+
+/// An accented Latin letter beside one of another script.
+bool isForeignWithinAWord(QStringView text, qsizetype at)
+{
+    const auto isForeign = [&](qsizetype one, qsizetype other) {
+        return text[one].unicode() >= 0x80 && text[one].isLetter() && text[other].isLetter() &&
+               text[one].script() == QChar::Script_Latin && text[other].script() != QChar::Script_Latin;
+    };
+    return at > 0 && (isForeign(at, at - 1) || isForeign(at - 1, at));
+}
+
+/// Nobody means the sign for no currency in particular: in later sets the euro took its place.
+bool isNobodysCurrency(QChar c)
+{
+    return c.unicode() == 0xA4;
+}
+
 /// How wrong a text looks. Decoders of one byte a character report no errors: what is no character becomes a
 /// C1 control, and a letter read as a sign stands right before small letters.
 int oddness(const QString &text)
@@ -89,7 +126,8 @@ int oddness(const QString &text)
             odd += UnreadablePenalty;
         else if (c.unicode() < 0xA0 || c.category() == QChar::Other_PrivateUse)
             odd += ControlPenalty;
-        else if (isHalfWidthKana(c) || isSignWithinAWord(text, i))
+        else if (isHalfWidthKana(c) || isSignWithinAWord(text, i) || isCapitalWithinAWord(text, i) ||
+                 isForeignWithinAWord(text, i) || isNobodysCurrency(c))
             ++odd;
     }
     return odd;
@@ -109,6 +147,8 @@ DecodedText decodedText(const QByteArray &bytes, const QString &language)
 {
     if (const auto marked = byMark(bytes))
         return *marked;
+    if (const auto escaped = byEscapes(bytes))
+        return *escaped;
     if (const auto utf8 = asUtf8(bytes))
         return *utf8;
     if (const auto damaged = asDamagedUtf8(bytes))
@@ -116,13 +156,14 @@ DecodedText decodedText(const QByteArray &bytes, const QString &language)
     DecodedText best{QString::fromLatin1(bytes), "iso-8859-1"};
     int bestOddness = std::numeric_limits<int>::max();
     for (const QByteArray &set : candidates(bytes, language)) {
-        QStringDecoder decode(set.constData());
-        if (!decode.isValid())
+        const std::optional<LegacyText> read = LegacyText::read(bytes, set);
+        if (!read)
             continue;
-        const QString text = decode(bytes);
-        const int odd = decode.hasError() ? std::max(oddness(text), UnreadablePenalty) : oddness(text);
+        const int odd =
+            read->hasErrors ? std::max(oddness(read->text), UnreadablePenalty) : oddness(read->text);
         if (odd < bestOddness) {
-            best = {text, set};
+            // One of the Vietnamese sets writes letter and tone apart.
+            best = {read->text.normalized(QString::NormalizationForm_C), set};
             bestOddness = odd;
         }
     }

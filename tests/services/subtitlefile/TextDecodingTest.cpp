@@ -1,4 +1,5 @@
 #include <services/subtitlefile/CharacterSets.h>
+#include <services/subtitlefile/LegacyText.h>
 #include <services/subtitlefile/TextDecoding.h>
 
 #include <QStringEncoder>
@@ -37,6 +38,25 @@ private Q_SLOTS:
         row("euc-jp", "jpn", u"こんにちは、世界。元気ですか"_s);
         row("windows-949", "kor", u"안녕하세요 세계. 잘 지내세요"_s);
         row("tis-620", "tha", u"สวัสดีชาวโลก"_s);
+        row("windows-874", "tha", u"สวัสดีชาวโลก “ใช่”"_s);
+        row("iso-8859-2", "pol", u"Zażółć gęślą jaźń. Świat"_s);
+        row("iso-8859-2", "hun", u"Árvíztűrő tükörfúrógép, jó estét"_s);
+        row("windows-1250", "rum", u"„Mâine seară plecăm şi noi în ţară”"_s);
+        row("windows-1250", "scc", u"Šta ćeš da radiš večeras, džez"_s);
+        row("windows-1251", "scc", u"Шта ћеш да радиш вечерас"_s);
+        row("windows-1251", "ukr", u"Їжак із'їв єдиний ґудзик"_s);
+        row("windows-1251", "bul", u"Добър вечер, как сте днес"_s);
+        row("koi8-r", "rus", u"Съешь же ещё этих мягких французских булок"_s);
+        row("iso-8859-5", "rus", u"Съешь же ещё этих мягких французских булок"_s);
+        row("iso-8859-9", "tur", u"Pijamalı hasta yağız şoföre çabucak güvendi"_s);
+        row("iso-8859-8", "heb", u"שלום עולם, מה שלומך"_s);
+        row("iso-8859-6", "ara", u"مرحبا بالعالم كيف حالك"_s);
+        row("iso-8859-13", "lav", u"Glāžšķūņa rūķīši dzērumā čiepj"_s);
+        row("iso-8859-15", "fre", u"Ça va très bien pour 20 €, l'été à Nîmes"_s);
+        row("big5-hkscs", "zht", u"你好，世界。今天天氣很好"_s);
+        row("gb2312", "chi", u"你好，世界。今天天气很好"_s);
+        row("iso-2022-jp", "jpn", u"こんにちは、世界。元気ですか"_s);
+        row("euc-kr", "kor", u"안녕하세요 세계. 잘 지내세요"_s);
     }
     void textsAreReadInTheirLanguagesSets()
     {
@@ -49,6 +69,51 @@ private Q_SLOTS:
         // Short, for the language's table, and long, for the detector.
         QCOMPARE(decodedText(once, language).text, text + u'\n');
         QCOMPARE(decodedText(once.repeated(30), language).text.left(text.size()), text);
+    }
+
+    /// What no decoder of the toolkit knows.
+    void rareSetsAreReadByTheSystem_data()
+    {
+        QTest::addColumn<QByteArray>("set");
+        QTest::addColumn<QByteArray>("hex");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("viscii") << QByteArray("viscii") << QByteArray("54 69 aa 6e 67 20 56 69 ae 74")
+                                << u"Tiếng Việt"_s;
+        QTest::newRow("iso-8859-16") << QByteArray("iso-8859-16") << QByteArray("ba 69 20 fe 61 72 e3")
+                                     << u"și țară"_s;
+        QTest::newRow("georgian-ps") << QByteArray("georgian-ps") << QByteArray("c0 c1 c2") << u"აბგ"_s;
+        QTest::newRow("with a hole") << QByteArray("johab") << QByteArray("88 61 ff 88 61")
+                                     << u"가\uFFFD가"_s;
+    }
+    void rareSetsAreReadByTheSystem()
+    {
+        QFETCH(const QByteArray, set);
+        QFETCH(const QByteArray, hex);
+        QFETCH(const QString, text);
+        const auto read = LegacyText::read(QByteArray::fromHex(hex), set);
+        QVERIFY(read);
+        QCOMPARE(read->text, text);
+        QCOMPARE(read->hasErrors, text.contains(QChar::ReplacementCharacter));
+        // Long ones come in several pieces.
+        const auto repeated = LegacyText::read(QByteArray::fromHex(hex).repeated(30'000), set);
+        QCOMPARE(repeated->text, text.repeated(30'000));
+    }
+
+    void unknownSetIsNone() { QVERIFY(!LegacyText::read("abc", "no-such-set")); }
+
+    void vietnameseIsReadInBothItsSets_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QStringEncoder encode("windows-1258");
+        // Letters with a hook or a circumflex, and the tones after them.
+        const QString apart = u"Ti\u00EA\u0301ng Vi\u00EA\u0323t râ\u0301t hay\n"_s;
+        QTest::newRow("windows-1258") << QByteArray(encode(apart)).repeated(30);
+        QTest::newRow("viscii") << QByteArray::fromHex("5469aa6e67205669ae742072a474206861790a").repeated(30);
+    }
+    void vietnameseIsReadInBothItsSets()
+    {
+        QFETCH(const QByteArray, bytes);
+        QCOMPARE(decodedText(bytes, u"vie"_s).text, u"Tiếng Việt rất hay\n"_s.repeated(30));
     }
 
     void fewWrongBytesLeaveTheRestInUtf8()

@@ -1,0 +1,71 @@
+#include "LegacyText.h"
+
+#include <QStringDecoder>
+
+#include <cerrno>
+#include <iconv.h>
+
+namespace
+{
+/// The system's converter from a set to UTF-8.
+class Converter final
+{
+public:
+    explicit Converter(const QByteArray &set) : m_converter(iconv_open("UTF-8", set.constData())) {}
+    Converter(const Converter &) = delete;
+    Converter &operator=(const Converter &) = delete;
+    ~Converter()
+    {
+        if (isValid())
+            iconv_close(m_converter);
+    }
+
+    bool isValid() const { return m_converter != reinterpret_cast<iconv_t>(-1); }
+
+    /// Goes on after every byte that it cannot read.
+    LegacyText read(QByteArray bytes)
+    {
+        LegacyText result;
+        char *from = bytes.data();
+        auto left = static_cast<std::size_t>(bytes.size());
+        while (left > 0) {
+            const bool stopped = !convert(from, left, result.text) && errno != E2BIG;
+            if (!stopped || left == 0)
+                continue;
+            result.hasErrors = true;
+            result.text += QChar::ReplacementCharacter;
+            ++from;
+            --left;
+        }
+        return result;
+    }
+
+private:
+    bool convert(char *&from, std::size_t &left, QString &text)
+    {
+        constexpr qsizetype BlockBytes = 64LL * 1024;
+        QByteArray block(BlockBytes, Qt::Uninitialized);
+        char *to = block.data();
+        auto room = static_cast<std::size_t>(block.size());
+        const bool done = iconv(m_converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+        const int reason = errno;
+        text += QString::fromUtf8(block.constData(), block.size() - static_cast<qsizetype>(room));
+        errno = reason;
+        return done;
+    }
+
+    iconv_t m_converter;
+};
+} // namespace
+
+std::optional<LegacyText> LegacyText::read(const QByteArray &bytes, const QByteArray &set)
+{
+    if (QStringDecoder decode(set.constData()); decode.isValid()) {
+        QString text = decode(bytes);
+        return LegacyText{std::move(text), decode.hasError()};
+    }
+    Converter converter(set);
+    if (!converter.isValid())
+        return std::nullopt;
+    return converter.read(bytes);
+}
