@@ -70,6 +70,7 @@ ProgramServices::ProgramServices()
         Q_EMIT m_accounts->changed();
     });
     m_services.rest().setQuotaObserver([this](const RestQuota &) { showStatus(); });
+    m_services.setAnswerObserver([this] { showStatus(); });
     ServiceAccounts::setShared(m_accounts);
     FolderImporting::setShared(m_folders);
 }
@@ -80,6 +81,7 @@ ProgramServices::~ProgramServices()
     FolderImporting::setShared({});
     m_folders->stop(); // ends while we say goodbye
     m_services.setObserver({});
+    m_services.setAnswerObserver({});
     logOut();
     m_services.rest().setQuotaObserver({});
 }
@@ -99,7 +101,8 @@ void ProgramServices::logOut()
 
 void ProgramServices::showStatus()
 {
-    ServiceStatus::shared().setValue({m_services.asksTheNetwork(), m_services.rest().quota().remaining});
+    ServiceStatus::shared().setValue(
+        {m_services.asksTheNetwork(), m_services.rest().quota().remaining, m_services.missing()});
 }
 } // namespace
 

@@ -74,6 +74,19 @@ QString offlineHint()
         u"for the online service (Services)."_s);
 }
 
+QString localRowsNotice(ServiceStatus::Missing missing)
+{
+    switch (missing) {
+    case ServiceStatus::Missing::ByBeingOffline:
+        return String::localize(u"Offline: showing the local catalogue"_s);
+    case ServiceStatus::Missing::ByAFailure:
+        return String::localize(u"The online service could not be used: showing the local catalogue"_s);
+    case ServiceStatus::Missing::Nothing:
+        break;
+    }
+    return {};
+}
+
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage)
 {
     if (!isUnknown(preferredCode, searchedLanguage))

@@ -1,4 +1,5 @@
 #pragma once
+#include <search/api/ServiceStatus.h>
 #include <QString>
 #include <QStringList>
 
@@ -19,5 +20,7 @@ DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
                              const QString &searchedLanguage);
 /// What a search misses that goes no further than this machine, and how that is changed.
 QString offlineHint();
+/// That the rows are those of this machine alone, and why; empty when they are not.
+QString localRowsNotice(ServiceStatus::Missing missing);
 /// That the services do not know the preferred language and English was searched instead; empty when they do.
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage);

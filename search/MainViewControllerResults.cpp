@@ -124,9 +124,11 @@ void MainViewController::showNothingFound(const QString &text, const SearchLangu
 
 void MainViewController::showLanguageNotice(const SearchLanguage &language)
 {
-    const QString notice = languageNotice(language.preferredCode, language.sentCode);
-    m_scene->languageNotice->setText(notice);
-    m_scene->languageNotice->setVisible(!notice.isEmpty());
+    QStringList notices{languageNotice(language.preferredCode, language.sentCode),
+                        localRowsNotice(ServiceStatus::shared().value().missing)};
+    notices.removeAll(QString());
+    m_scene->languageNotice->setText(notices.join(u'\n'));
+    m_scene->languageNotice->setVisible(!notices.isEmpty());
 }
 
 void MainViewController::showRemainingDownloads()

@@ -9,12 +9,22 @@ class ServiceStatus final : public QObject
     Q_OBJECT
 
 public:
+    /// Why an answer lacks what the network has.
+    enum class Missing
+    {
+        Nothing,
+        ByBeingOffline,
+        ByAFailure
+    };
+
     struct Value
     {
         /// Whether searches go beyond what lies on this machine.
         bool asksTheNetwork = true;
         /// How many downloads the network still grants today, once it has said so.
         std::optional<int> remainingDownloads;
+        /// Said of the last answer that had rows, before anybody is given it.
+        Missing missing = Missing::Nothing;
 
         bool operator==(const Value &) const = default;
     };

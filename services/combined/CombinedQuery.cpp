@@ -45,3 +45,10 @@ Result<QueryResult> CombinedQuery::outcome() const
         return *failure;
     return QueryResult{ranked(withoutDuplicates(rows), m_videoName, m_preferences)};
 }
+
+std::optional<Error> CombinedQuery::failureOf(qsizetype source) const
+{
+    const std::scoped_lock lock(m_mutex);
+    const std::optional<Result<QueryResult>> &answer = m_answers[source];
+    return answer && !answer->hasValue() ? std::optional(answer->error()) : std::nullopt;
+}

@@ -15,6 +15,8 @@ public:
     /// Rows of any service make the others' failures none; without rows any failure is the answer. What
     /// matches the hash comes first, each subtitle once.
     Result<QueryResult> outcome() const;
+    /// How that source failed, if it did.
+    std::optional<Error> failureOf(qsizetype source) const;
 
 private:
     mutable std::mutex m_mutex; // guards the answers

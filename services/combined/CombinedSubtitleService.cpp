@@ -25,6 +25,24 @@ QString valueOf(const QList<Arg> &args, Param param)
     }
     return {};
 }
+
+QStringList namesOf(const QList<CombinedSubtitleService::Source> &sources)
+{
+    QStringList names;
+    for (const CombinedSubtitleService::Source &source : sources)
+        names += source.name;
+    return names;
+}
+
+QMap<QString, Error> failuresIn(const CombinedQuery &query, const QStringList &sources)
+{
+    QMap<QString, Error> failures;
+    for (qsizetype i = 0; i < sources.size(); ++i) {
+        if (const std::optional<Error> failure = query.failureOf(i))
+            failures.insert(sources[i], *failure);
+    }
+    return failures;
+}
 } // namespace
 
 CombinedSubtitleService::CombinedSubtitleService(const QList<Source> &sources,
@@ -83,14 +101,20 @@ void CombinedSubtitleService::start(quint64 number, const QList<Arg> &args, Quer
 {
     const QList<Source> asked = askedSources();
     const auto combined = std::make_shared<CombinedQuery>(asked.size(), videoName(args), m_preferences());
-    const auto finish = [number, combined, completion = std::move(completion), outstanding = m_outstanding,
+    const auto finish = [number, combined, names = namesOf(asked), completion = std::move(completion),
+                         observer = m_failuresObserver, outstanding = m_outstanding,
                          weak = std::weak_ptr(m_worker)] {
         if (const auto worker = weak.lock()) {
             worker->post([=] {
                 if (!outstanding->isOutstanding(number))
                     return;
                 const Result<QueryResult> outcome = combined->outcome();
-                outstanding->finish(number, [&] { completion(outcome); });
+                outstanding->finish(number, [&] {
+                    if (observer && outcome)
+                        MainQueue::shared().async(
+                            [observer, failures = failuresIn(*combined, names)] { observer(failures); });
+                    completion(outcome);
+                });
             });
         }
     };

@@ -5,6 +5,8 @@
 #include <services/support/WorkerThread.h>
 #include <services/video/VideoNames.h>
 
+#include <QMap>
+
 /// Several subtitle services as one: asks them side by side and gives one answer, never before the call has
 /// returned, none once cancelled. Falls back on nothing: a query stays what it is. Functions are called on
 /// the main thread; completions of queries arrive on a thread of its own, those of downloads wherever the
@@ -24,6 +26,12 @@ public:
     CombinedSubtitleService(const QList<Source> &sources, std::shared_ptr<VideoNames> names,
                             std::function<RankingPreferences()> preferences);
     ~CombinedSubtitleService() override;
+
+    /// Of an answer with rows, the sources by name that failed and have no part in it; mostly none.
+    using FailuresObserver = std::function<void(const QMap<QString, Error> &)>;
+    /// Told on the main queue before the answer itself is given, so that whoever goes there with the answer
+    /// finds it told. Set it before the first query.
+    void setFailuresObserver(FailuresObserver observer) { m_failuresObserver = std::move(observer); }
 
     /// Keeps queries back until `release`: for the time in which nobody knows yet who is to be asked.
     void hold() { m_isHeld = true; }
@@ -47,6 +55,7 @@ private:
     std::function<RankingPreferences()> m_preferences;
     std::shared_ptr<OutstandingQueries> m_outstanding;
     std::shared_ptr<WorkerThread> m_worker;
+    FailuresObserver m_failuresObserver;
     bool m_isHeld = false;
     std::vector<std::function<void()>> m_held;
 };

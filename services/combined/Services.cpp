@@ -47,6 +47,10 @@ void Services::install()
         QList<CombinedSubtitleService::Source>{{m_parts.catalogueName, m_parts.catalogue, {}},
                                                {RestRecord::service(), m_rest, hasKey}},
         m_names, preferences);
+    m_combined->setFailuresObserver([weak = std::weak_ptr(m_alive)](const QMap<QString, Error> &failures) {
+        if (const auto alive = weak.lock())
+            (*alive)->noteFailures(failures);
+    });
     if (!m_areSecretsRead) {
         m_combined->hold();
         m_patience = m_clock.after(Patience, [this] { releaseQueries(); });
@@ -55,6 +59,18 @@ void Services::install()
     MetadataService::setShared(
         std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{
             {m_parts.catalogueMetadata, {}}, {m_films, [films = m_films] { return films->hasKey(); }}}));
+}
+
+void Services::noteFailures(const QMap<QString, Error> &failures)
+{
+    using Missing = ServiceStatus::Missing;
+    const auto failure = failures.constFind(RestRecord::service());
+    if (failure == failures.constEnd())
+        m_missing = Missing::Nothing;
+    else
+        m_missing = kindOf(*failure) == Kind::Offline ? Missing::ByBeingOffline : Missing::ByAFailure;
+    if (m_answerObserver)
+        m_answerObserver();
 }
 
 void Services::releaseQueries()

@@ -3,6 +3,7 @@
 #include "CombinedSubtitleService.h"
 #include "ServiceDefaults.h"
 
+#include <search/api/ServiceStatus.h>
 #include <services/metadata/FilmDatabase.h>
 #include <services/net/SystemClock.h>
 #include <services/rest/RestService.h>
@@ -41,6 +42,10 @@ public:
     bool asksTheNetwork() const { return m_rest->hasKey(); }
     /// Called whenever that, an account or the settings have changed.
     void setObserver(std::function<void()> observer) { m_observer = std::move(observer); }
+    /// What the last answer with rows lacks because the network failed.
+    ServiceStatus::Missing missing() const { return m_missing; }
+    /// Called when that may have changed, before the answer is given.
+    void setAnswerObserver(std::function<void()> observer) { m_answerObserver = std::move(observer); }
     /// Logs out; `done` comes within seconds.
     void shutDown(std::function<void()> done) { m_rest->shutDown(std::move(done)); }
 
@@ -48,6 +53,7 @@ private:
     void readSecrets();
     void takeCredentials(Credentials credentials);
     void releaseQueries();
+    void noteFailures(const QMap<QString, Error> &failures);
     void apply();
 
     Parts m_parts;
@@ -62,6 +68,8 @@ private:
     std::shared_ptr<CombinedSubtitleService> m_combined;
     std::vector<UserDefaults::Observation> m_observations;
     std::function<void()> m_observer;
+    ServiceStatus::Missing m_missing = ServiceStatus::Missing::Nothing;
+    std::function<void()> m_answerObserver;
     bool m_isInstalled = false;
     std::shared_ptr<Services *> m_alive;
 };

@@ -87,6 +87,32 @@ private Q_SLOTS:
         }
     }
 
+    void rowsOfThisMachineAloneAreSaidToBe_data()
+    {
+        QTest::addColumn<int>("missing");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("offline") << static_cast<int>(ServiceStatus::Missing::ByBeingOffline)
+                                 << u"Offline: showing the local catalogue"_s;
+        QTest::newRow("failure") << static_cast<int>(ServiceStatus::Missing::ByAFailure)
+                                 << u"The online service could not be used: showing the local catalogue"_s;
+    }
+    void rowsOfThisMachineAloneAreSaidToBe()
+    {
+        QFETCH(const int, missing);
+        const auto *notice = m_view->child<Label>("languageNotice");
+        m_view->showResults(2);
+        QVERIFY(!notice->isVisibleTo(m_view->window.get()));
+        say({true, std::nullopt, static_cast<ServiceStatus::Missing>(missing)});
+        m_view->showResults(2);
+        QVERIFY(notice->isVisibleTo(m_view->window.get()));
+        QTEST(notice->text(), "text");
+        QVERIFY(m_view->table()->isVisibleTo(m_view->window.get()));
+        // The next answer is whole again.
+        say({});
+        m_view->showResults(2);
+        QVERIFY(!notice->isVisibleTo(m_view->window.get()));
+    }
+
     void nothingFoundOnTheNetworkSaysNothingOfKeys()
     {
         m_view->showResults(0);

@@ -179,6 +179,31 @@ private Q_SLOTS:
             QCOMPARE(names().size(), outcome);
     }
 
+    void failuresBesideRowsAreToldBeforeTheAnswer()
+    {
+        QStringList told;
+        m_combined->setFailuresObserver([&told](const QMap<QString, Error> &failures) {
+            QVERIFY(MainQueue::isMainThread());
+            for (auto it = failures.cbegin(); it != failures.cend(); ++it)
+                told += it.key() + u' ' + QString::number(static_cast<int>(*kindOf(*it)));
+            told += u"told"_s;
+        });
+        const auto ask = [&] {
+            m_combined->query(Words, [&told](const Result<QueryResult> &) {
+                MainQueue::shared().async([&told] { told += u"shown"_s; });
+            });
+        };
+        ask();
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        m_rest->waiting[0](failure(Kind::Offline));
+        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"rest 1"_s, u"told"_s, u"shown"_s}), Patience);
+        told.clear();
+        ask();
+        m_catalogue->waiting[1](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        m_rest->waiting[1](rows({}));
+        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"told"_s, u"shown"_s}), Patience);
+    }
+
     void sourceThatIsNotToBeAskedIsNot()
     {
         m_asksRest = false;

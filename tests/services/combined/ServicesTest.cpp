@@ -32,6 +32,27 @@ protected:
     VideoFileComponents componentsOf(const QUrl &) override { return {}; }
 };
 
+/// One with a subtitle for every question.
+class SmallCatalogue final : public SubtitleService
+{
+public:
+    void query(const QList<Arg> &, QueryCompletion completion) override
+    {
+        auto found = std::make_shared<Subtitle>();
+        found->service = u"catalogue"_s;
+        found->fileID = found->subFileName = u"Local"_s;
+        MainQueue::shared().async([completion = std::move(completion), found] {
+            completion(QueryResult{QList<SubtitlePtr>{found}});
+        });
+    }
+    void cancelQueryTask() override {}
+    void download(const SubtitlePtr &, DownloadCompletion) override {}
+
+protected:
+    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
+    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
+};
+
 class EmptyMetadata final : public MetadataService
 {
 public:
@@ -215,6 +236,33 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!m_services->asksTheNetwork(), Patience);
     }
 
+    void localRowsSayWhyThereAreNoOthers_data()
+    {
+        QTest::addColumn<QString>("address"); // empty for the service that is there
+        QTest::addColumn<int>("missing");
+        using Missing = ServiceStatus::Missing;
+        QTest::newRow("no such host")
+            << u"https://no-such-host.invalid/api/v1"_s << static_cast<int>(Missing::ByBeingOffline);
+        QTest::newRow("nobody listens")
+            << u"http://127.0.0.1:1/api/v1"_s << static_cast<int>(Missing::ByAFailure);
+        QTest::newRow("all is well") << QString() << static_cast<int>(Missing::Nothing);
+    }
+    void localRowsSayWhyThereAreNoOthers()
+    {
+        QFETCH(const QString, address);
+        if (!address.isEmpty())
+            UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, address);
+        start(m_secrets, std::make_shared<SmallCatalogue>());
+        int told = 0;
+        m_services->setAnswerObserver([&told] { ++told; });
+        m_services->saveSecret(Secret::SubtitleKey, SubtitleStandIn::ApiKey, [](const Result<void> &) {});
+        const Result<QueryResult> found = search();
+        QVERIFY(found);
+        QVERIFY(!found->subtitles->isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(told, 1, Patience);
+        QTEST(static_cast<int>(m_services->missing()), "missing");
+    }
+
     void standardAddressesArePublic()
     {
         UserDefaults::standard().removeObject(u"SubtitleServiceURL"_s);
@@ -257,10 +305,11 @@ private Q_SLOTS:
 
 private:
     void start() { start(m_secrets); }
-    void start(const std::shared_ptr<SecretStore> &secrets)
+    void start(const std::shared_ptr<SecretStore> &secrets,
+               const std::shared_ptr<SubtitleService> &catalogue = std::make_shared<EmptyCatalogue>())
     {
-        m_services = std::make_unique<Services>(Services::Parts{
-            std::make_shared<EmptyCatalogue>(), u"catalogue"_s, std::make_shared<EmptyMetadata>(), secrets});
+        m_services = std::make_unique<Services>(
+            Services::Parts{catalogue, u"catalogue"_s, std::make_shared<EmptyMetadata>(), secrets});
         m_services->install();
     }
 
