@@ -22,7 +22,7 @@ public:
     SqlRecorder(const SqlRecorder &) = delete;
     SqlRecorder &operator=(const SqlRecorder &) = delete;
 
-    /// What ran since the last call, queries alone, in order.
+    /// What ran since the last call, queries and transactions alone, in order.
     std::vector<RecordedQuery> takeQueries();
 };
 

@@ -9,7 +9,7 @@ struct CatalogueEntry
     qint64 id = 0; // the row in its catalogue
     Subtitle subtitle;
     QByteArray digest; // of the content: equal for equal files
-    int closeness = 0; // of the title to the words asked for; see titleCloseness
+    int closeness = 0; // of the title to the words asked for; see TitleAnswer
 };
 
 /// A film's picture, or that of the series an episode belongs to.

@@ -1,5 +1,6 @@
 #include "CatalogueQueries.h"
 
+#include "PreparedStatements.h"
 #include "TitleQuery.h"
 
 #include <services/support/ImdbNumber.h>
@@ -10,22 +11,26 @@
 #include <QSet>
 
 #include <algorithm>
-#include <utility>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 constexpr int MaxTitles = 200;
+constexpr int MaxHalfTitles = 100; // where half of the words will do; the later ones have the frequent words
 constexpr int MaxUnranked = 300;
 constexpr qsizetype MaxTextLength = 300; // of a name that is shown
 
 /// The columns every entry is read from, in the order `entryFrom` expects them.
 constexpr char EntryColumns[] =
     "SELECT s.id, s.release, s.language, s.format, s.downloads, s.frames_per_second, s.hearing_impaired,"
-    " s.foreign_parts_only, s.machine_translated, s.digest, f.year, f.season, f.episode, f.imdb,"
-    " (SELECT t.name FROM film_title ft JOIN title t ON t.id = ft.title_id WHERE ft.film_id = f.id"
-    "  ORDER BY ft.is_main DESC LIMIT 1)";
+    " s.foreign_parts_only, s.machine_translated, s.digest, f.year, f.season, f.episode, f.imdb, ";
+constexpr char MainTitle[] =
+    "(SELECT t.name FROM film_title ft JOIN title t ON t.id = ft.title_id WHERE ft.film_id = f.id"
+    " ORDER BY ft.is_main DESC LIMIT 1)";
+/// The same where the film was found by a title, ?1, which most often is the main one.
+constexpr char MainTitleOfFound[] = "CASE WHEN x.is_main THEN (SELECT name FROM title WHERE id = ?1) ELSE ";
 
 QString text(const SQLite::Column &column)
 {
@@ -73,8 +78,8 @@ CatalogueEntry entryFrom(SQLite::Statement &row)
 struct AnsweringTitle
 {
     qint64 id = 0;
-    int closeness = 0;
-    int length = 0;
+    TitleAnswer answer;
+    qsizetype length = 0;
 };
 
 struct MatchingTitle
@@ -83,63 +88,66 @@ struct MatchingTitle
     QString name;
 };
 
-QList<MatchingTitle> matchingTitles(SQLite::Database &database, const char *query, const QString &expression,
-                                    int limit)
+QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const char *query,
+                                    const QString &expression, int limit)
 {
-    SQLite::Statement statement(database, query);
-    statement.bind(1, expression.toStdString());
-    statement.bind(2, limit);
+    auto statement = statements.use(query);
+    statement->bind(1, expression.toStdString());
+    statement->bind(2, limit);
     QList<MatchingTitle> titles;
-    while (statement.executeStep())
-        titles += {statement.getColumn(0).getInt64(), text(statement.getColumn(1))};
+    while (statement->executeStep())
+        titles += {statement->getColumn(0).getInt64(), text(statement->getColumn(1))};
     return titles;
 }
+
+constexpr char SomeTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                              " WHERE title_words MATCH ? LIMIT ?";
+constexpr char BestTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                              " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?";
 
 /// All titles that match, where these are few. The index's own ranking would count every title that has one
 /// of the words, "the" among them, before it gave the first: so of many titles with several words those are
 /// taken that have the words side by side as they were typed, and then the first ones.
-QList<MatchingTitle> matchingTitles(SQLite::Database &database, const TitleQuery::Reading &reading,
+QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const TitleQuery::Reading &reading,
                                     WordMatch match)
 {
-    constexpr char Some[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
-                            " WHERE title_words MATCH ? LIMIT ?";
-    constexpr char Best[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
-                            " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?";
     const QString expression = matchExpression(reading, match);
-    QList<MatchingTitle> titles = matchingTitles(database, Some, expression, MaxUnranked);
+    QList<MatchingTitle> titles = matchingTitles(statements, SomeTitles, expression, MaxUnranked);
     if (titles.size() < MaxUnranked)
         return titles;
     if (reading.words.size() == 1)
-        return matchingTitles(database, Best, expression, MaxTitles);
-    return matchingTitles(database, Some, phraseExpression(reading, match), MaxTitles) + titles;
+        return matchingTitles(statements, BestTitles, expression, MaxTitles);
+    return matchingTitles(statements, SomeTitles, phraseExpression(reading, match), MaxTitles) + titles;
 }
 
-void collectTitles(SQLite::Database &database, const TitleQuery::Reading &reading, WordMatch match,
+void collectTitles(PreparedStatements &statements, const TitleQuery::Reading &reading, WordMatch match,
                    QList<AnsweringTitle> &titles, QSet<qint64> &seen)
 {
-    for (const MatchingTitle &title : matchingTitles(database, reading, match)) {
+    for (const MatchingTitle &title : matchingTitles(statements, reading, match)) {
         if (seen.contains(title.id))
             continue;
         seen += title.id;
-        if (const auto closeness = titleCloseness(reading, title.name))
-            titles += {title.id, *closeness, static_cast<int>(title.name.size())};
+        if (const auto answer = titleAnswer(reading, title.name))
+            titles += {title.id, *answer, title.name.size()};
     }
 }
 
-/// The titles that answer one reading, the closest first and of equals the shorter. Whole words are looked
-/// for on their own: among all the titles in which a word begins, the one that is just this word could be too
-/// far down to be read.
-QList<AnsweringTitle> titlesFor(SQLite::Database &database, const TitleQuery::Reading &reading)
+/// The titles that answer one reading, the closest first, of equals those that have more of the words, then
+/// the shorter. Whole words are looked for on their own: among all the titles in which a word begins, the one
+/// that is just this word could be too far down to be read.
+QList<AnsweringTitle> titlesFor(PreparedStatements &statements, const TitleQuery::Reading &reading)
 {
     QList<AnsweringTitle> titles;
     QSet<qint64> seen;
-    collectTitles(database, reading, WordMatch::Whole, titles, seen);
+    collectTitles(statements, reading, WordMatch::Whole, titles, seen);
     if (titles.size() < MaxTitles)
-        collectTitles(database, reading, WordMatch::Begun, titles, seen);
+        collectTitles(statements, reading, WordMatch::Begun, titles, seen);
     std::stable_sort(titles.begin(), titles.end(), [](const AnsweringTitle &a, const AnsweringTitle &b) {
-        return std::pair(-a.closeness, a.length) < std::pair(-b.closeness, b.length);
+        return std::tuple(-a.answer.closeness, -a.answer.letters, a.length) <
+               std::tuple(-b.answer.closeness, -b.answer.letters, b.length);
     });
-    return titles.mid(0, MaxTitles);
+    const bool isHalf = reading.demand == TitleQuery::Reading::Demand::HalfOfThem;
+    return titles.mid(0, isHalf ? MaxHalfTitles : MaxTitles);
 }
 
 void bindFact(SQLite::Statement &statement, int index, const std::optional<int> &fact)
@@ -148,15 +156,25 @@ void bindFact(SQLite::Statement &statement, int index, const std::optional<int> 
         statement.bind(index, *fact);
 }
 
+/// Every page that is read costs: of films without a subtitle in the language only the index by film and
+/// language is looked at, and of the many episodes of a series only those that are wanted.
+std::string tablesInOrder(const QString &language, const TitleQuery &facts)
+{
+    if (language.isEmpty() || facts.season || facts.episode)
+        return " FROM film_title x CROSS JOIN film f ON f.id = x.film_id"
+               " CROSS JOIN subtitle s ON s.film_id = f.id WHERE x.title_id = ?1";
+    return " FROM film_title x CROSS JOIN subtitle s ON s.film_id = x.film_id"
+           " CROSS JOIN film f ON f.id = s.film_id WHERE x.title_id = ?1";
+}
+
 /// What the text says of year, season and episode is asked for here too: a long series has more subtitles
 /// than are read, and those that are wanted must be among them. A language is asked for by itself, so that
 /// the index by film and language leads to it.
 SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
                                    const TitleQuery &facts)
 {
-    SQLite::Statement statement(database, std::string(EntryColumns) +
-                                              " FROM film_title x JOIN film f ON f.id = x.film_id"
-                                              " JOIN subtitle s ON s.film_id = f.id WHERE x.title_id = ?1" +
+    SQLite::Statement statement(database, std::string(EntryColumns) + MainTitleOfFound + MainTitle + " END" +
+                                              tablesInOrder(language, facts) +
                                               (language.isEmpty() ? "" : " AND s.language = ?2") +
                                               " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
                                               " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
@@ -178,6 +196,26 @@ QList<CatalogueEntry> entriesOfTitle(SQLite::Statement &statement, qint64 title)
     QList<CatalogueEntry> entries;
     while (statement.executeStep())
         entries += entryFrom(statement);
+    return entries;
+}
+
+QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<AnsweringTitle> &titles,
+                                      const QString &language, const TitleQuery &facts)
+{
+    SQLite::Statement statement = entriesStatement(database, language, facts);
+    QList<CatalogueEntry> entries;
+    QSet<qint64> seen; // a film with several titles is met several times, by its closest first
+    for (const AnsweringTitle &title : titles) {
+        for (CatalogueEntry entry : entriesOfTitle(statement, title.id)) {
+            if (seen.contains(entry.id))
+                continue;
+            seen += entry.id;
+            entry.closeness = title.answer.closeness;
+            entries += entry;
+        }
+        if (entries.size() >= CatalogueQueries::MaxEntries)
+            break;
+    }
     return entries;
 }
 
@@ -206,7 +244,7 @@ QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qin
                                                  const QString &language)
 {
     SQLite::Statement statement(database,
-                                std::string(EntryColumns) +
+                                std::string(EntryColumns) + MainTitle +
                                     ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2)"
                                     " AS is_exact"
                                     " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
@@ -230,27 +268,19 @@ QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qin
 QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, const QString &text,
                                                 const QString &language)
 {
+    // Alone, each statement would lock the file and see whether it has changed; and what an import writes
+    // meanwhile is seen by all of them or by none.
+    const SQLite::Transaction snapshot(database);
+    PreparedStatements statements(database);
     const TitleQuery query = titleQuery(text);
     for (const TitleQuery::Reading &reading : query.readings) {
-        QList<CatalogueEntry> entries;
+        const QList<AnsweringTitle> titles = titlesFor(statements, reading);
+        if (titles.isEmpty())
+            continue;
         const TitleQuery facts = reading.checksFacts ? query : TitleQuery();
-        SQLite::Statement statement = entriesStatement(database, language, facts);
-        QSet<qint64> seen; // a film with several titles is met several times, by its closest first
-        for (const AnsweringTitle &title : titlesFor(database, reading)) {
-            for (CatalogueEntry entry : entriesOfTitle(statement, title.id)) {
-                if (seen.contains(entry.id))
-                    continue;
-                seen += entry.id;
-                entry.closeness = title.closeness;
-                entries += entry;
-            }
-            if (entries.size() >= MaxEntries)
-                break;
-        }
-        if (reading.checksFacts) {
-            demandEpisode(entries, query);
-            preferFact(entries, query.year, &Subtitle::year);
-        }
+        QList<CatalogueEntry> entries = entriesOfTitles(database, titles, language, facts);
+        demandEpisode(entries, facts);
+        preferFact(entries, facts.year, &Subtitle::year);
         if (!entries.isEmpty())
             return entries.mid(0, MaxEntries);
     }

@@ -80,16 +80,21 @@ QString phraseExpression(const TitleQuery::Reading &reading, WordMatch match)
     return phrases.join(" OR "_L1);
 }
 
-std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QString &title)
+std::optional<TitleAnswer> titleAnswer(const TitleQuery::Reading &reading, const QString &title)
 {
     const QStringList titleWords = searchWords(title);
-    const auto isWhole = [&](const QString &word) { return titleWords.contains(word); };
-    const auto isBegun = [&](const QString &word) {
-        return std::any_of(titleWords.begin(), titleWords.end(),
-                           [&](const QString &candidate) { return candidate.startsWith(word); });
-    };
-    const auto whole = std::count_if(reading.words.begin(), reading.words.end(), isWhole);
-    const auto begun = std::count_if(reading.words.begin(), reading.words.end(), isBegun);
+    qsizetype whole = 0;
+    qsizetype begun = 0;
+    TitleAnswer answer;
+    for (const QString &word : reading.words) {
+        const bool isWhole = titleWords.contains(word);
+        const bool isBegun =
+            isWhole || std::any_of(titleWords.begin(), titleWords.end(),
+                                   [&](const QString &candidate) { return candidate.startsWith(word); });
+        whole += isWhole ? 1 : 0;
+        begun += isBegun ? 1 : 0;
+        answer.letters += isBegun ? static_cast<int>(word.size()) : 0;
+    }
     const bool hasWholeTitle = std::all_of(titleWords.begin(), titleWords.end(),
                                            [&](const QString &word) { return reading.words.contains(word); });
     // A title of one word within a longer text is a coincidence, one of several words is not.
@@ -97,7 +102,7 @@ std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QStr
     if (reading.demand == TitleQuery::Reading::Demand::HalfOfThem && !isNamed &&
         2 * begun <= reading.words.size())
         return std::nullopt;
-    if (whole < reading.words.size())
-        return 0;
-    return hasWholeTitle ? 2 : 1;
+    if (whole == reading.words.size())
+        answer.closeness = hasWholeTitle ? 2 : 1;
+    return answer;
 }

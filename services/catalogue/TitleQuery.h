@@ -41,6 +41,12 @@ QString matchExpression(const TitleQuery::Reading &reading, WordMatch match);
 /// them will do. The last may be only begun.
 QString phraseExpression(const TitleQuery::Reading &reading, WordMatch match);
 
-/// Whether the title answers the reading, and how closely: nothing when too few words are there, 0 when words
-/// were completed or left over, 1 when the title has every word, 2 when it has no other.
-std::optional<int> titleCloseness(const TitleQuery::Reading &reading, const QString &title);
+/// How a title answers a reading.
+struct TitleAnswer
+{
+    int closeness = 0; // 0 when words were completed or left over, 1 when it has every word, 2 when no other
+    int letters = 0;   // of the reading's words that it has: the words that say little are short
+};
+
+/// Nothing when too few words are there.
+std::optional<TitleAnswer> titleAnswer(const TitleQuery::Reading &reading, const QString &title);

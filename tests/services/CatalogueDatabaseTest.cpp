@@ -139,6 +139,16 @@ private Q_SLOTS:
         QCOMPARE(textSearch(text.toUtf8().constData()), sorted);
     }
 
+    void anyTitleFindsTheFilmUnderItsMainOne()
+    {
+        const Result<CatalogueDatabase> database = open();
+        for (const char *text : {"harbour lights", "les feux a l'ete"}) {
+            const auto entries = database->entriesForText(QString::fromUtf8(text), QStringLiteral("ger"));
+            QCOMPARE(releases(entries), QStringList(QStringLiteral("Lights.de")));
+            QCOMPARE(entries->first().subtitle.title, QStringLiteral("Harbour Lights"));
+        }
+    }
+
     void hugeTextIsBounded()
     {
         const Result<CatalogueDatabase> database = open();

@@ -49,6 +49,10 @@ private Q_SLOTS:
         for (int i = 0; i < TitlesOfBothWords; ++i)
             fixture.film({u"Lantern for the Keeper %1"_s.arg(i)}, 2000).subtitle(u"Both.%1"_s.arg(i), 900);
         fixture.film({u"Keeper Lantern"_s}, 2002).subtitle(u"Keeper.Lantern.2002"_s, 1);
+        constexpr int TitlesOfFrequentWords = 250;
+        for (int i = 0; i < TitlesOfFrequentWords; ++i)
+            fixture.film({u"The Of %1"_s.arg(i)}, 2000).subtitle(u"Frequent.%1"_s.arg(i), 900);
+        fixture.film({u"The Drawbridge with a Name That Is Long"_s}, 2003).subtitle(u"Drawbridge.2003"_s, 1);
         fixture.write();
         m_path = fixture.path();
     }
@@ -84,6 +88,13 @@ private Q_SLOTS:
     void oneWrongWordOfThreeIsForgiven()
     {
         QCOMPARE(releases(u"harbour keeper lantern"_s).value(0), u"Keeper.Lantern.2002"_s);
+    }
+
+    void rareWordCountsMoreThanTheFrequentOnes()
+    {
+        const QStringList found = releases(u"of the drawbridge"_s);
+        QCOMPARE(found.value(0), u"Drawbridge.2003"_s);
+        QCOMPARE(found.size(), 100);
     }
 
     void withoutFactsThereAreAsManyAsAreRead()
