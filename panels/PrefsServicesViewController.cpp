@@ -20,6 +20,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr int LongestFolder = 270; // points
+constexpr size_t SubtitleAnswer = 0;
+constexpr size_t FilmAnswer = 1;
 
 /// The folder as people write it: their home is "~".
 QString shortFolder(const QString &file)
@@ -50,6 +52,12 @@ QString sentenceFor(const Result<ServiceAccounts::Connection> &answer)
                                  ? String::localize(u"The subtitle service accepts the key and the login."_s)
                                  : String::localize(u"The subtitle service accepts the key."_s);
     return u"%1 %2"_s.arg(accepted, downloadsLeft(*answer)).trimmed();
+}
+
+QString sentenceFor(const Result<void> &answer)
+{
+    return answer ? String::localize(u"The film database accepts its key."_s)
+                  : answer.error().localizedDescription;
 }
 } // namespace
 
@@ -167,32 +175,36 @@ void PrefsServicesViewController::testConnection(QObject *)
 {
     for (const Field &field : m_fields)
         save(field);
-    m_scene->testButton->setEnabled(false);
-    m_scene->statusLabel->setText(String::localize(u"Testing…"_s));
+    const bool asksFilms = !m_accounts->text(Item::MetadataKey).isEmpty();
+    m_answers.assign(asksFilms ? 2 : 1, std::nullopt);
+    showAnswers();
     m_accounts->testSubtitles([weak = weakSelf()](const Result<ServiceAccounts::Connection> &answer) {
         if (const auto self = weak.lock())
-            self->takeSubtitleAnswer(answer);
+            self->takeAnswer(SubtitleAnswer, sentenceFor(answer));
     });
-}
-
-void PrefsServicesViewController::takeSubtitleAnswer(const Result<ServiceAccounts::Connection> &answer)
-{
-    const QString sentence = sentenceFor(answer);
-    if (m_accounts->text(Item::MetadataKey).isEmpty()) {
-        finishTest({sentence});
+    if (!asksFilms)
         return;
-    }
-    m_accounts->testFilms([weak = weakSelf(), sentence](const Result<void> &films) {
+    m_accounts->testFilms([weak = weakSelf()](const Result<void> &answer) {
         if (const auto self = weak.lock())
-            self->finishTest({sentence, films ? String::localize(u"The film database accepts its key."_s)
-                                              : films.error().localizedDescription});
+            self->takeAnswer(FilmAnswer, sentenceFor(answer));
     });
 }
 
-void PrefsServicesViewController::finishTest(const QStringList &sentences)
+void PrefsServicesViewController::takeAnswer(size_t place, const QString &sentence)
 {
-    m_scene->testButton->setEnabled(true);
-    m_scene->statusLabel->setText(sentences.join(u'\n'));
+    m_answers.at(place) = sentence;
+    showAnswers();
+}
+
+void PrefsServicesViewController::showAnswers()
+{
+    const QString testing = String::localize(u"Testing…"_s);
+    const auto missing = std::count(m_answers.begin(), m_answers.end(), std::nullopt);
+    QStringList lines;
+    for (const auto &answer : m_answers)
+        lines += answer.value_or(testing);
+    m_scene->statusLabel->setText(missing == std::ssize(m_answers) ? testing : lines.join(u'\n'));
+    m_scene->testButton->setEnabled(missing == 0);
 }
 
 void PrefsServicesViewController::showCatalogue(QObject *)

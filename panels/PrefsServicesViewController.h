@@ -3,6 +3,8 @@
 
 #include <views/PlatformSpecificController.h>
 #include <QPointer>
+#include <optional>
+#include <vector>
 
 class FolderImportSection;
 class QLineEdit;
@@ -50,12 +52,13 @@ private:
     void showCataloguePlace();
     void makeFolderSection();
     void save(const Field &field);
-    void takeSubtitleAnswer(const Result<ServiceAccounts::Connection> &answer);
-    void finishTest(const QStringList &sentences);
+    void takeAnswer(size_t place, const QString &sentence);
+    void showAnswers();
     std::weak_ptr<PrefsServicesViewController> weakSelf();
 
     std::shared_ptr<ServiceAccounts> m_accounts;
     std::vector<Field> m_fields;
+    std::vector<std::optional<QString>> m_answers; // of the last test, in the order in which they are shown
     std::unique_ptr<Ui::PrefsServicesViewController> m_scene;
     QPointer<FolderImportSection> m_folders; // the view's
 };

@@ -158,16 +158,31 @@ private Q_SLOTS:
         QVERIFY(testButton()->isEnabled());
     }
 
-    void filmDatabaseIsTestedWhereThereIsAKey()
+    void filmDatabaseIsTestedBesideWhereThereIsAKey()
+    {
+        m_fixture->accounts->texts = {{Item::MetadataKey, u"films"_s}};
+        open();
+        testButton()->click();
+        QVERIFY(m_fixture->accounts->answerFilms); // asked without waiting for the other
+        QCOMPARE(status(), u"Testing…"_s);
+        m_fixture->accounts->answerFilms({});
+        QCOMPARE(status(), u"Testing…\nThe film database accepts its key."_s);
+        QVERIFY(!testButton()->isEnabled());
+        m_fixture->accounts->answerSubtitles(refusal(u"Not this key."_s));
+        QCOMPARE(status(), u"Not this key.\nThe film database accepts its key."_s);
+        QVERIFY(testButton()->isEnabled());
+    }
+
+    void secondTestForgetsTheFirstOnesAnswers()
     {
         m_fixture->accounts->texts = {{Item::MetadataKey, u"films"_s}};
         open();
         testButton()->click();
         m_fixture->accounts->answerSubtitles(refusal(u"Not this key."_s));
-        QCOMPARE(status(), u"Testing…"_s);
+        QCOMPARE(status(), u"Not this key.\nTesting…"_s);
         m_fixture->accounts->answerFilms({});
-        QCOMPARE(status(), u"Not this key.\nThe film database accepts its key."_s);
         testButton()->click();
+        QCOMPARE(status(), u"Testing…"_s);
         m_fixture->accounts->answerSubtitles(ServiceAccounts::Connection{});
         m_fixture->accounts->answerFilms(refusal(u"Nor that one."_s));
         QCOMPARE(status(), u"The subtitle service accepts the key.\nNor that one."_s);
