@@ -8,6 +8,7 @@
 #include <archive_entry.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <optional>
 
@@ -23,7 +24,7 @@ struct ArchiveCloser
 };
 using Reader = std::unique_ptr<archive, ArchiveCloser>;
 
-Reader opened(const QString &path)
+Reader newReader()
 {
     Reader reader(archive_read_new());
     archive_read_support_filter_gzip(reader.get());
@@ -35,10 +36,14 @@ Reader opened(const QString &path)
     archive_read_support_format_rar(reader.get());
     archive_read_support_format_rar5(reader.get());
     archive_read_support_format_tar(reader.get());
-    if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), BlockBytes) !=
-        ARCHIVE_OK)
-        return {};
     return reader;
+}
+
+/// Why an archive goes no further: its own fault, or that of the disk it is on.
+ArchiveMembers::End faultOf(archive *reader)
+{
+    const int fault = archive_errno(reader);
+    return fault == EIO || fault == ESTALE ? ArchiveMembers::End::Unreadable : ArchiveMembers::End::Damaged;
 }
 
 QString pathOf(archive_entry *entry)
@@ -107,9 +112,12 @@ bool ArchiveMembers::isArchiveName(const QString &name)
 ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor &visitor)
 {
     const QFileInfo info(archive);
-    const Reader reader = info.isFile() ? opened(archive) : Reader();
-    if (!reader)
+    if (!info.isFile())
         return End::Damaged;
+    const Reader reader = newReader();
+    if (archive_read_open_filename(reader.get(), QFile::encodeName(archive).constData(), BlockBytes) !=
+        ARCHIVE_OK)
+        return faultOf(reader.get());
     Allowance allowance(info.size());
     End end = End::Whole;
     archive_entry *entry = nullptr;
@@ -118,7 +126,7 @@ ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor 
         if (status == ARCHIVE_EOF)
             return end;
         if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
-            return isLocked(reader.get()) ? End::Locked : End::Damaged;
+            return isLocked(reader.get()) ? End::Locked : faultOf(reader.get());
         if (!allowance.covers(reader.get(), entry))
             return End::TooLarge;
         const QString path = pathOf(entry);
@@ -130,7 +138,7 @@ ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor 
         }
         const std::optional<QByteArray> content = contentOf(reader.get(), MaxMemberBytes);
         if (!content)
-            return End::Damaged;
+            return faultOf(reader.get());
         allowance.use(content->isEmpty() ? MaxMemberBytes : content->size());
         if (!visitor.take(number, path, *content))
             return End::Stopped;

@@ -17,6 +17,7 @@ enum class End
     Whole,
     Stopped,
     Damaged,
+    Unreadable, // the disk failed
     TooLarge,
     Locked // by a password, all of it or some wanted members; the others were taken
 };

@@ -181,7 +181,14 @@ Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
         refuse(path, ImportRefusal::Unreadable, file.errorString());
         return carryOn(); // it may be readable the next time
     } else {
-        read(path, path, 0, file.readAll(), video, step);
+        const QByteArray bytes = file.readAll();
+        // A disk that fails in the middle gives what it has; that is not the file, and no reason to forget
+        // it.
+        if (file.error() != QFileDevice::NoError) {
+            refuse(path, ImportRefusal::Unreadable, file.errorString());
+            return carryOn();
+        }
+        read(path, path, 0, bytes, video, step);
     }
     return keep(step);
 }
@@ -219,6 +226,10 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
     if (end == ArchiveMembers::End::Damaged && !QFileInfo::exists(path)) {
         refuse(path, ImportRefusal::Gone);
         return carryOn(); // the rest of it is still to come
+    }
+    if (end == ArchiveMembers::End::Unreadable) {
+        refuse(path, ImportRefusal::Unreadable);
+        return carryOn();
     }
     if (end == ArchiveMembers::End::Damaged)
         refuse(path, ImportRefusal::DamagedArchive);

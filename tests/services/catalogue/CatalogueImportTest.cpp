@@ -236,6 +236,31 @@ private Q_SLOTS:
         QCOMPARE(counts.refused, 0);
     }
 
+    void fileThatCannotBeReadToItsEndStaysAsItWas_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("subtitle") << u"Night.Ferry.2020.en.srt"_s;
+        QTest::newRow("archive") << u"Night.Ferry.2020.zip"_s;
+    }
+    void fileThatCannotBeReadToItsEndStaysAsItWas()
+    {
+        QFETCH(const QString, name);
+        m_fixture = std::make_unique<ImportFixture>(m_sandbox, name);
+        const QByteArray subtitle = ImportFixture::cue(u"a"_s);
+        const QString path = name.endsWith(".zip"_L1)
+                                 ? m_fixture->writeArchive(name, {{u"Night.Ferry.2020.en.srt"_s, subtitle}})
+                                 : m_fixture->write(name, subtitle);
+        QCOMPARE(m_fixture->add().added, 1);
+        // Opens like any other file, and fails to be read as one on a broken disk does.
+        QVERIFY(QFile::remove(path) && QFile::link(u"/proc/self/mem"_s, path));
+        for (int i = 0; i < 2; ++i) {
+            const ImportCounts counts = m_fixture->add();
+            QCOMPARE(counts.refused, 1);
+            QVERIFY(counts.firstRefused->why == ImportRefusal::Unreadable);
+            QCOMPARE(m_fixture->search(u"night ferry"_s), QStringList(u"Night.Ferry.2020|eng"_s));
+        }
+    }
+
     void stoppedImportGoesOnWhereItWas()
     {
         for (int i = 0; i < 20; ++i)
