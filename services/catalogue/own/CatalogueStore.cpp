@@ -163,7 +163,12 @@ void keepCopy(SQLite::Database &database, const QString &path, int version)
     SQLite::Statement statement(database, "VACUUM INTO ?");
     statement.bind(1, nameOf(draft));
     statement.exec();
-    QFile::rename(draft, copy);
+    if (QFile::rename(draft, copy))
+        return;
+    QFile::remove(draft);
+    // Somebody else may have been quicker. Without any copy the file stays as old as it is.
+    if (!QFileInfo::exists(copy))
+        throw SQLite::Exception("the copy of the older file cannot be kept", SQLITE_IOERR);
 }
 
 void bringUpToDate(SQLite::Database &database)

@@ -6,6 +6,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <QDateTime>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -73,6 +74,25 @@ private Q_SLOTS:
         QCOMPARE(copy.execAndGet("PRAGMA user_version").getInt(), 1);
         QCOMPARE(copy.execAndGet("SELECT count(*) FROM subtitle").getInt(), 1);
         QCOMPARE(copy.execAndGet("PRAGMA integrity_check").getString(), std::string("ok"));
+    }
+
+    void fileThatCannotBeCopiedIsNotBroughtUpToDate()
+    {
+        makeFirstVersion();
+        const QString copy = m_fixture->path() + u".version-1"_s;
+        QVERIFY(QFile::link(u"no/such/place"_s, copy)); // in the way, and nobody can write through it
+        const auto opened = CatalogueStore::openForWriting(m_fixture->path());
+        QVERIFY(!opened);
+        QVERIFY(opened.error().localizedDescription.contains(u"copy of the older file cannot be kept"_s));
+        {
+            SQLite::Database same(name());
+            QCOMPARE(same.execAndGet("PRAGMA user_version").getInt(), 1);
+        }
+        const QStringList beside =
+            QFileInfo(m_fixture->path()).dir().entryList({u"*.version-1*"_s}, QDir::Files | QDir::System);
+        QCOMPARE(beside, QStringList(QFileInfo(copy).fileName())); // and no draft
+        QVERIFY(QFile::remove(copy));
+        QCOMPARE(m_fixture->add().added, 1);
     }
 
     void damagedFileIsNotBroughtUpToDate()
