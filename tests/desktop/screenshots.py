@@ -128,6 +128,12 @@ class Studio:
         self._type('paper lighthouse')
         self._take_alert('no-network')
 
+    def local_rows(self):
+        self._start(settings={'SubtitleServiceURL': NOWHERE}, environment={'PLOVENDIX_SUBTITLE_API_KEY': 'key'})
+        self._type('harbour lights')
+        self._tree.find('label', 'Offline: showing the local catalogue')
+        self._take('local-rows')
+
     def service_down(self):
         self._start_online(self._serve('down'))
         self._type('paper lighthouse')
@@ -347,7 +353,8 @@ class Studio:
 STATES = (Studio.idle, Studio.dragging, Studio.results, Studio.panel, Studio.sheet, Studio.saved, Studio.nothing_found,
           Studio.alert, Studio.menu, Studio.general, Studio.updates,
           Studio.languages, Studio.about, Studio.donation, Studio.services, Studio.folder_running,
-          Studio.folder_added, Studio.offline_hint, Studio.no_network, Studio.service_down,
+          Studio.folder_added, Studio.offline_hint, Studio.no_network,
+          Studio.local_rows, Studio.service_down,
           Studio.key_refused, Studio.login_refused, Studio.limit_reached, Studio.downloads_left,
           Studio.update_found, Studio.up_to_date, Studio.update_refused, Studio.feedback, Studio.feedback_kept)
 

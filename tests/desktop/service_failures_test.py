@@ -129,6 +129,15 @@ class SearchFailureTest(ServiceTest):
         self.open()
         self.search('harbour lights')
         wait_for(self.rows, 'the catalogue has rows')
+        self.tree.find('label', 'The online service could not be used: showing the local catalogue')
+        self.wait_for_no('alert message')
+
+    def test_the_catalogue_answers_without_a_network(self):
+        self.set(SubtitleServiceURL=NOWHERE)
+        self.open(films=False, key=False, environment={'PLOVENDIX_SUBTITLE_API_KEY': 'a-key'})
+        self.search('harbour lights')
+        wait_for(self.rows, 'the catalogue has rows')
+        self.tree.find('label', 'Offline: showing the local catalogue')
         self.wait_for_no('alert message')
 
     def test_nothing_found_is_no_failure(self):
