@@ -20,7 +20,11 @@ public:
             iconv_close(m_converter);
     }
 
-    bool isValid() const { return m_converter != reinterpret_cast<iconv_t>(-1); }
+    bool isValid() const
+    {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the sign that iconv itself gives for none
+        return m_converter != reinterpret_cast<iconv_t>(-1);
+    }
 
     /// Goes on after every byte that it cannot read.
     LegacyText read(QByteArray bytes)
