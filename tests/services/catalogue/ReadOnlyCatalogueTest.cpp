@@ -95,8 +95,11 @@ private Q_SLOTS:
     void itIsSearchedByARelativeName()
     {
         const QString path = putAway(u"catalogue.sqlite"_s);
+        const QString before = QDir::currentPath(); // a folder that nobody else may enter, perhaps
+        QVERIFY(QDir::setCurrent(m_fixture->folder()));
         const Result<QList<CatalogueEntry>> entries = searchAsNobody(QDir().relativeFilePath(path));
-        QVERIFY(entries);
+        QVERIFY(QDir::setCurrent(before));
+        QVERIFY2(entries, entries ? "" : qPrintable(entries.error().detail));
         QCOMPARE(entries->size(), 1);
     }
 
