@@ -31,7 +31,8 @@ QList<Sign> makeSigns()
         sign(u"mpl"_s, u"^\\[\\d+\\]\\[\\d*\\]."_s),
         sign(u"sub"_s, u"^\\d\\d:\\d\\d:\\d\\d\\.\\d\\d,\\d\\d:\\d\\d:\\d\\d\\.\\d\\d"_s),
         sign(u"smi"_s, u"<SAMI[^>]*>[^\\0]*?<SYNC\\s+Start"_s),
-        sign(u"dfxp"_s, u"<tt(?::\\w+)?[\\s>][^\\0]*?<(?:tt:)?p[\\s>]"_s),
+        // From the first root alone: a text of nothing but roots would be searched to its end from each.
+        sign(u"dfxp"_s, u"\\A(?>[^\\0]*?<tt(?::\\w+)?[\\s>])[^\\0]*?<(?:tt:)?p[\\s>]"_s),
         sign(u"txt"_s, u"^\\d{1,2}:\\d\\d:\\d\\d[:=]."_s),
     };
 }
@@ -47,7 +48,8 @@ bool isPage(const QString &text)
 std::optional<QString> subtitleFormat(const QString &text)
 {
     static const QList<Sign> signs = makeSigns();
-    const QString start = text.left(LookedAt);
+    // Lines may end as on any system.
+    const QString start = text.left(LookedAt).replace(u'\r', u'\n');
     if (isPage(start))
         return std::nullopt;
     for (const Sign &sign : signs) {

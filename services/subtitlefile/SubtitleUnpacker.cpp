@@ -80,7 +80,8 @@ QString baseName(archive_entry *entry)
 /// How likely a file of that name is the subtitle; 0 for what is none.
 int promise(const QString &name)
 {
-    static const QStringList extensions{u"txt"_s, u"smi"_s, u"sub"_s, u"ssa"_s, u"vtt"_s, u"ass"_s, u"srt"_s};
+    static const QStringList extensions{u"xml"_s, u"ttml"_s, u"dfxp"_s, u"tmp"_s, u"mpl"_s, u"txt"_s,
+                                        u"smi"_s, u"sub"_s,  u"ssa"_s,  u"vtt"_s, u"ass"_s, u"srt"_s};
     if (name.startsWith(u'.'))
         return 0;
     return static_cast<int>(extensions.indexOf(name.section(u'.', -1).toLower())) + 1;

@@ -3,6 +3,7 @@
 #include <services/subtitlefile/SubtitleUnpacker.h>
 #include <standin/Packing.h>
 
+#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -33,6 +34,12 @@ private Q_SLOTS:
         row("ass", u"[Script Info]\n[V4+ Styles]\n[Events]\nDialogue: 0,0:00:01.00,0:00:02.00,,,,,,,Text"_s,
             u"ass"_s);
         row("ssa", u"[Script Info]\n[V4 Styles]\n[Events]\nDialogue: Marked=0,0:00:01.00,,Text"_s, u"ssa"_s);
+        row("srt with old line ends", u"1\r00:00:01,000 --> 00:00:02,500\rText\r"_s, u"srt"_s);
+        row("vtt with old line ends", u"WEBVTT\r\r00:01.000 --> 00:02.500\rText\r"_s, u"vtt"_s);
+        row("vtt with line ends of two", u"WEBVTT\r\n\r\n01:00:01.000 --> 01:00:02.500\r\nText\r\n"_s,
+            u"vtt"_s);
+        row("ass with old line ends",
+            u"[Script Info]\r[V4+ Styles]\r[Events]\rDialogue: 0,0:00:01.00,Text\r"_s, u"ass"_s);
         row("frames", u"{1}{1}23.976\n{25}{75}Text|more\n"_s, u"sub"_s);
         row("tenths", u"[10][35]/Text|more\n"_s, u"mpl"_s);
         row("viewer", u"[INFORMATION]\n00:00:01.00,00:00:02.00\nText[br]more\n"_s, u"sub"_s);
@@ -53,6 +60,25 @@ private Q_SLOTS:
         QTEST(subtitleFormat(text).value_or(QString()), "format");
     }
 
+    void searchForASignEndsSoon_data()
+    {
+        QTest::addColumn<QString>("text");
+        constexpr qsizetype Much = 64LL * 1024;
+        QTest::newRow("xml") << u"<tt "_s.repeated(Much) + u"<px"_s;
+        QTest::newRow("sami") << u"<SAMI>"_s.repeated(Much) + u"<SYNCStart"_s;
+        QTest::newRow("styles") << u"[V4+ Styles]\n"_s.repeated(Much) + u"xDialogue:"_s;
+        QTest::newRow("lines") << u"\n"_s.repeated(4 * Much) + u"x1:1:1,1-->1:1:1"_s;
+    }
+    void searchForASignEndsSoon()
+    {
+        QFETCH(const QString, text);
+        QElapsedTimer time;
+        time.start();
+        QVERIFY(!subtitleFormat(text));
+        // As many steps as there are characters take milliseconds; their square takes many seconds.
+        QVERIFY2(time.elapsed() < 2000, qPrintable(QString::number(time.elapsed())));
+    }
+
     void packedFilesAreUnpacked_data()
     {
         QTest::addColumn<QByteArray>("bytes");
@@ -60,6 +86,7 @@ private Q_SLOTS:
         QTest::newRow("gzip") << gzipped(Srt);
         QTest::newRow("zip") << zipped("folder/Film.srt", Srt);
         QTest::newRow("zip with a path out") << zipped("../../Film.SRT", Srt);
+        QTest::newRow("zip with a name of no subtitle's kind") << zipped("Film.mpl", Srt);
         QTest::newRow("utf-8 with a mark") << "\xEF\xBB\xBF" + Srt;
     }
     void packedFilesAreUnpacked()
