@@ -20,6 +20,21 @@ Error refused(const QString &reason)
                 u"The keyring did not take the key, so it is kept only until the program ends."_s),
             reason};
 }
+
+Error stillThere(const QString &reason)
+{
+    return {
+        u"Secrets"_s, 3,
+        Bundle::main().localizedString(
+            u"The keyring is locked and still has the key. Open it and remove the key once more, or it is "
+            u"used again when the program starts."_s),
+        reason};
+}
+
+bool isRefusal(QKeychain::Error error)
+{
+    return error == QKeychain::AccessDenied || error == QKeychain::AccessDeniedByUser;
+}
 } // namespace
 
 KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring)
@@ -56,24 +71,38 @@ void KeychainSecretStore::write(Secret secret, const QString &text, WriteComplet
         writeWithoutKeyring(secret, text, completion);
         return;
     }
-    const auto finished = [weak = std::weak_ptr(m_alive), secret, text,
-                           completion = std::move(completion)](QKeychain::Job *job) {
-        const bool isStored = job->error() == QKeychain::NoError ||
-                              (text.isEmpty() && job->error() == QKeychain::EntryNotFound);
-        if (const auto alive = weak.lock())
-            (*alive)->finishWrite(secret, text, isStored, job->errorString(), completion);
-    };
-    if (text.isEmpty()) {
-        auto *job = new QKeychain::DeletePasswordJob(ServiceName);
-        job->setKey(nameOf(secret));
-        QObject::connect(job, &QKeychain::Job::finished, job, finished);
-        job->start();
-        return;
-    }
+    // Also to remove: of what is locked a keyring says that it was deleted, and has it afterwards, but it
+    // lets nothing in there be overwritten.
     auto *job = new QKeychain::WritePasswordJob(ServiceName);
     job->setKey(nameOf(secret));
     job->setTextData(text);
-    QObject::connect(job, &QKeychain::Job::finished, job, finished);
+    QObject::connect(job, &QKeychain::Job::finished, job,
+                     [weak = std::weak_ptr(m_alive), secret, text,
+                      completion = std::move(completion)](QKeychain::Job *done) {
+                         const auto alive = weak.lock();
+                         if (!alive)
+                             return;
+                         const Answer answer = done->error() == QKeychain::NoError ? Answer::Taken
+                                               : isRefusal(done->error())          ? Answer::Refused
+                                                                                   : Answer::None;
+                         if (answer == Answer::Taken && text.isEmpty())
+                             (*alive)->removeEmptied(secret, completion);
+                         else
+                             (*alive)->finishWrite(secret, text, answer, done->errorString(), completion);
+                     });
+    job->start();
+}
+
+/// An entry that stays in spite of this is empty, and counts as none.
+void KeychainSecretStore::removeEmptied(Secret secret, const WriteCompletion &completion)
+{
+    auto *job = new QKeychain::DeletePasswordJob(ServiceName);
+    job->setKey(nameOf(secret));
+    QObject::connect(job, &QKeychain::Job::finished, job,
+                     [weak = std::weak_ptr(m_alive), secret, completion] {
+                         if (const auto alive = weak.lock())
+                             (*alive)->finishWrite(secret, {}, Answer::Taken, {}, completion);
+                     });
     job->start();
 }
 
@@ -82,17 +111,17 @@ void KeychainSecretStore::writeWithoutKeyring(Secret secret, const QString &text
 {
     MainQueue::shared().async([weak = std::weak_ptr(m_alive), secret, text, completion] {
         if (const auto alive = weak.lock())
-            (*alive)->finishWrite(secret, text, false, u"there is no session bus"_s, completion);
+            (*alive)->finishWrite(secret, text, Answer::None, u"there is no session bus"_s, completion);
     });
 }
 
-void KeychainSecretStore::finishWrite(Secret secret, const QString &text, bool isStored,
+void KeychainSecretStore::finishWrite(Secret secret, const QString &text, Answer answer,
                                       const QString &reason, const WriteCompletion &completion)
 {
-    if (isStored || text.isEmpty()) {
+    if (answer == Answer::Taken || text.isEmpty()) {
         // Removing needs nobody's leave: what the file still has must not come back.
         const Result<void> removed = m_file.store(secret, {});
-        completion(isStored || removed ? removed : Result<void>(refused(reason)));
+        completion(answer == Answer::Refused ? Result<void>(stillThere(reason)) : removed);
         return;
     }
     if (!m_ask) {

@@ -20,12 +20,21 @@ public:
 
     /// The file first, where there is one: it holds what the keyring did not take, and so the later word.
     void read(Secret secret, ReadCompletion completion) override;
-    /// What the keyring takes is removed from the file.
+    /// What the keyring takes is removed from the file. An Error of removing means that the keyring still has
+    /// it.
     void write(Secret secret, const QString &text, WriteCompletion completion) override;
 
 private:
+    enum class Answer
+    {
+        Taken,
+        Refused,
+        None // there may be no keyring at all
+    };
+
+    void removeEmptied(Secret secret, const WriteCompletion &completion);
     void writeWithoutKeyring(Secret secret, const QString &text, const WriteCompletion &completion);
-    void finishWrite(Secret secret, const QString &text, bool isStored, const QString &reason,
+    void finishWrite(Secret secret, const QString &text, Answer answer, const QString &reason,
                      const WriteCompletion &completion);
 
     AskForFile m_ask;

@@ -73,7 +73,15 @@ private Q_SLOTS:
         QCOMPARE(read(store), u"(none)"_s);
     }
 
-    /// The last one: the keyring stays locked, and nobody is there to open it.
+    /// From here on the keyring stays locked, and nobody is there to open it.
+    void removalThatALockedKeyringRefusesIsSaid()
+    {
+        KeychainSecretStore store({}, FileSecretStore(filePath()));
+        QVERIFY(write(store, u"still there"_s));
+        lockKeyring();
+        QVERIFY(!write(store, {}));
+    }
+
     void lockedKeyringIsNoLeaveToUseAFile()
     {
         lockKeyring();

@@ -188,6 +188,7 @@ private Q_SLOTS:
         Caught<void> written;
         store.write(Secret::SubtitleKey, {}, written.completion());
         QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QVERIFY(*written); // where there is no keyring, none has it
         QVERIFY(!file.find(Secret::SubtitleKey));
     }
 
