@@ -59,8 +59,8 @@ bool isLocked(archive *reader)
     return archive_read_has_encrypted_entries(reader) > 0;
 }
 
-/// Reads the entry the reader stands at: its bytes, or nothing when it cannot be read; empty when it is
-/// larger than `limit`.
+/// Reads the entry the reader stands at: its bytes, or nothing when it cannot be read. Of one that is larger
+/// than `limit` no more than shows that.
 std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
 {
     QByteArray content;
@@ -73,7 +73,7 @@ std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
             return std::nullopt;
         content.append(block.constData(), count);
         if (content.size() > limit)
-            return QByteArray();
+            return content.first(limit + 1);
     }
 }
 
@@ -139,7 +139,7 @@ ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor 
         const std::optional<QByteArray> content = contentOf(reader.get(), MaxMemberBytes);
         if (!content)
             return faultOf(reader.get());
-        allowance.use(content->isEmpty() ? MaxMemberBytes : content->size());
+        allowance.use(content->size());
         if (!visitor.take(number, path, *content))
             return End::Stopped;
     }

@@ -26,7 +26,7 @@ struct Visitor
 {
     /// Whether a member is to be read. `number` counts the archive's members from 0.
     std::function<bool(qint64 number, const QString &path)> isWanted;
-    /// Takes a member that was read; false stops.
+    /// Takes a member that was read, cut short after MaxMemberBytes and one more; false stops.
     std::function<bool(qint64 number, const QString &path, const QByteArray &content)> take;
 };
 

@@ -216,7 +216,11 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
     };
     const auto take = [&](qint64 number, const QString &member, const QByteArray &content) {
         SourceStep step{path, stamp, {}, false};
-        read(path + u": "_s + member, namePath(path, member), number, content, std::nullopt, step);
+        const QString source = path + u": "_s + member;
+        if (content.size() > ArchiveMembers::MaxMemberBytes)
+            refuse(source, ImportRefusal::TooLarge);
+        else
+            read(source, namePath(path, member), number, content, std::nullopt, step);
         outcome = keep(step);
         return outcome && *outcome == End::Done;
     };

@@ -110,6 +110,8 @@ private Q_SLOTS:
                                                  {u"Small.2019.srt"_s, ImportFixture::cue(u"a"_s)}});
         const ImportCounts counts = m_fixture->add();
         QCOMPARE(counts.refused, 1);
+        QVERIFY2(counts.problems.first().endsWith(u"Large.2019.srt is too large for a subtitle"_s),
+                 qPrintable(counts.problems.first()));
         QCOMPARE(m_fixture->search(u"small"_s), QStringList(u"Small.2019|und"_s));
     }
 
