@@ -38,6 +38,7 @@ struct HttpClient::Journey
     Clock::Duration end{0};
     std::shared_ptr<HttpExchange> exchange;
     Clock::Timer wait;
+    RateQueue::Turn turn;
 };
 
 HttpClient::HttpClient(Clock &clock, ServiceName service) : m_clock(clock), m_service(service)
@@ -112,11 +113,14 @@ void HttpClient::follow(const std::shared_ptr<Journey> &journey, const QUrl &nex
     qCInfo(log).noquote() << "redirected by" << journey->request.url.host();
     ++journey->redirects;
     journey->request.url = next;
-    const Clock::Duration wait = m_pace ? m_pace() : Clock::Duration::zero();
-    journey->wait = m_clock.after(wait, [this, weak = std::weak_ptr(journey)] {
+    const auto go = [this, weak = std::weak_ptr(journey)] {
         if (const auto held = weak.lock())
             step(held);
-    });
+    };
+    if (m_pace)
+        journey->turn = m_pace->wait(go);
+    else
+        journey->wait = m_clock.after(Clock::Duration::zero(), go);
 }
 
 Result<QUrl> HttpClient::nextStop(const Journey &journey, const HttpAnswer &answer) const

@@ -1,6 +1,7 @@
 #pragma once
 #include "HostRules.h"
 #include "HttpExchange.h"
+#include "RateQueue.h"
 
 #include <QNetworkAccessManager>
 
@@ -17,8 +18,8 @@ public:
     HttpClient(Clock &clock, ServiceName service);
 
     [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
-    /// Says how long a redirect waits before it is followed: to the server it is one more request.
-    void setPace(std::function<Clock::Duration()> pace) { m_pace = std::move(pace); }
+    /// Where a redirect waits before it is followed: to the server it is one more request. Outlives us.
+    void setPace(RateQueue &pace) { m_pace = &pace; }
 
     /// What every request calls us: the program's name and version, digits and dots only.
     static QByteArray userAgent();
@@ -34,5 +35,5 @@ private:
     Clock &m_clock;
     ServiceName m_service;
     QNetworkAccessManager m_network;
-    std::function<Clock::Duration()> m_pace;
+    RateQueue *m_pace = nullptr;
 };

@@ -4,17 +4,19 @@
 
 RateLimiter::RateLimiter(int count, Duration span) : m_count(count), m_span(span) {}
 
-RateLimiter::Duration RateLimiter::reserve(Duration now)
+RateLimiter::Duration RateLimiter::wait(Duration now) const
 {
-    Duration place = std::max(now, m_pausedUntil);
-    if (!m_taken.empty())
-        place = std::max(place, m_taken.back());
+    Duration next = std::max(now, m_pausedUntil);
     if (m_taken.size() == static_cast<std::size_t>(m_count))
-        place = std::max(place, m_taken.front() + m_span);
-    m_taken.push_back(place);
+        next = std::max(next, m_taken.front() + m_span);
+    return next - now;
+}
+
+void RateLimiter::take(Duration now)
+{
+    m_taken.push_back(now);
     if (m_taken.size() > static_cast<std::size_t>(m_count))
         m_taken.pop_front();
-    return place - now;
 }
 
 void RateLimiter::pauseUntil(Duration time)

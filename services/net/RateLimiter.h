@@ -11,8 +11,10 @@ public:
 
     RateLimiter(int count, Duration span);
 
-    /// Takes the next free place and says how long to wait for it from `now`.
-    Duration reserve(Duration now);
+    /// How long from `now` until one more may go.
+    Duration wait(Duration now) const;
+    /// One goes now.
+    void take(Duration now);
     /// Nothing goes before that time: the server asked for a pause.
     void pauseUntil(Duration time);
 
@@ -20,5 +22,5 @@ private:
     int m_count;
     Duration m_span;
     Duration m_pausedUntil{0};
-    std::deque<Duration> m_taken; // the last places given, the oldest first
+    std::deque<Duration> m_taken; // when the last ones went, the oldest first
 };

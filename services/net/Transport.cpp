@@ -18,6 +18,7 @@ struct Transport::Errand
     Completion completion;
     int tries = 0;
     Clock::Timer wait;
+    RateQueue::Turn turn;
     HostQueue::Place place; // from before it leaves until it has ended
     Call call;              // ends before its place is somebody else's
 };
@@ -25,11 +26,11 @@ struct Transport::Errand
 Transport::Transport(Clock &clock, ServiceName service, RateLimiter limiter)
     : m_clock(clock),
       m_service(service),
+      m_rate(clock, std::move(limiter)),
       m_client(clock, service),
-      m_limiter(std::move(limiter)),
       m_jitter([] { return QRandomGenerator::global()->bounded(2.0) - 1.0; })
 {
-    m_client.setPace([this] { return m_limiter.reserve(m_clock.now()); });
+    m_client.setPace(m_rate);
 }
 
 Transport::~Transport() = default;
@@ -55,7 +56,7 @@ void Transport::enqueue(const std::shared_ptr<Errand> &errand)
 /// After the wait at the host: places in the rate are for those who can take them.
 void Transport::waitForTheRate(const std::shared_ptr<Errand> &errand)
 {
-    errand->wait = m_clock.after(m_limiter.reserve(m_clock.now()), [this, weak = std::weak_ptr(errand)] {
+    errand->turn = m_rate.wait([this, weak = std::weak_ptr(errand)] {
         if (const auto held = weak.lock())
             attempt(held);
     });
@@ -82,7 +83,7 @@ void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Resul
     }
     qCInfo(log).noquote() << errand->request.url.host() << "asked again in" << wait->count() << "ms";
     if (outcome && outcome->status == 429)
-        m_limiter.pauseUntil(m_clock.now() + *wait);
+        m_rate.pauseUntil(m_clock.now() + *wait);
     errand->place.reset();
     errand->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(errand)] {
         if (const auto held = weak.lock())

@@ -1,7 +1,7 @@
 #pragma once
 #include "HostQueue.h"
 #include "HttpClient.h"
-#include "RateLimiter.h"
+#include "RateQueue.h"
 
 #include <list>
 
@@ -37,8 +37,8 @@ private:
 
     Clock &m_clock;
     ServiceName m_service;
+    RateQueue m_rate;
     HttpClient m_client;
     HostQueue m_queue{ConnectionsAtAHost};
-    RateLimiter m_limiter;
     std::function<double()> m_jitter;
 };

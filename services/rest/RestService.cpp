@@ -45,7 +45,7 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
     : m_names(std::move(names)),
       m_cache(places.cache, AnswersKeptFor),
       m_transport(clock, ServiceName::Subtitles, RateLimiter(RequestsPerSpan, RateSpan)),
-      m_loginRate(std::make_shared<RateLimiter>(1, LoginSpan)),
+      m_loginRate(std::make_shared<RateQueue>(clock, RateLimiter(1, LoginSpan))),
       m_settings(settings),
       m_session(RestSession::make(m_transport, m_loginRate, settings)),
       m_worker(std::make_unique<WorkerThread>()),

@@ -31,14 +31,13 @@ struct RestSession::Errand
     Clock::Timer refusal;
 };
 
-std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RateLimiter> loginRate,
+std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RateQueue> loginRate,
                                                const RestAccess &access)
 {
     return std::shared_ptr<RestSession>(new RestSession(transport, std::move(loginRate), access));
 }
 
-RestSession::RestSession(Transport &transport, std::shared_ptr<RateLimiter> loginRate,
-                         const RestAccess &access)
+RestSession::RestSession(Transport &transport, std::shared_ptr<RateQueue> loginRate, const RestAccess &access)
     : m_transport(transport), m_access(access), m_base(access.base), m_loginRate(std::move(loginRate))
 {
     for (const QString &secret : {access.apiKey, access.password})
@@ -136,8 +135,7 @@ void RestSession::logIn(const std::shared_ptr<Errand> &errand)
 
 void RestSession::scheduleLogin()
 {
-    Clock &clock = m_transport.clock();
-    m_loginWait = clock.after(m_loginRate->reserve(clock.now()), [this] { sendLogin(); });
+    m_loginTurn = m_loginRate->wait([this] { sendLogin(); });
 }
 
 void RestSession::sendLogin()

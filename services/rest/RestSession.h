@@ -32,7 +32,7 @@ public:
     };
 
     /// `loginRate` is that of all sessions: the service counts logins whoever they are for.
-    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RateLimiter> loginRate,
+    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RateQueue> loginRate,
                                              const RestAccess &access);
     ~RestSession();
 
@@ -50,7 +50,7 @@ public:
 
 private:
     struct Errand;
-    RestSession(Transport &transport, std::shared_ptr<RateLimiter> loginRate, const RestAccess &access);
+    RestSession(Transport &transport, std::shared_ptr<RateQueue> loginRate, const RestAccess &access);
     void begin(const std::shared_ptr<Errand> &errand);
     void transmit(const std::shared_ptr<Errand> &errand);
     void arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
@@ -68,8 +68,8 @@ private:
     RestToken m_token;
     QUrl m_base;                    // the one that the login names
     std::optional<Error> m_refused; // what the credentials got
-    std::shared_ptr<RateLimiter> m_loginRate;
-    Clock::Timer m_loginWait;
+    std::shared_ptr<RateQueue> m_loginRate;
+    RateQueue::Turn m_loginTurn;
     Call m_loginCall;
     Call m_logoutCall;
     Clock::Timer m_logoutLimit;

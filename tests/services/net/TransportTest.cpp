@@ -168,6 +168,41 @@ private Q_SLOTS:
         QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{4000ms, 4000ms}));
     }
 
+    void refusalForSpeedHoldsUpThoseWhoWait()
+    {
+        m_answers = {ServedAnswer{429, {{"Retry-After", "4"}}, {}}, jsonAnswer(200, "{}")};
+        m_clock->setPatience(0ms);
+        for (int i = 0; i < 6; ++i)
+            send(HttpRequest::Method::Get);
+        m_clock->advance(0ms);
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 4, Patience);
+        // All four are answered: only the one that was refused and those without a place wait.
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending().constLast(), Clock::Duration(4s), Patience);
+        m_clock->advance(1000ms);
+        QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{3000ms, 3000ms}));
+        m_clock->advance(3000ms);
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 7, Patience);
+    }
+
+    void whoGivesUpTakesNoPlaceInTheRate()
+    {
+        QList<std::shared_ptr<Caught<HttpAnswer>>> first;
+        for (int i = 0; i < 4; ++i)
+            first += send(HttpRequest::Method::Get);
+        for (const auto &one : first)
+            QTRY_VERIFY_WITH_TIMEOUT(one->came(), Patience);
+        m_clock->setPatience(0ms);
+        for (int i = 0; i < 20; ++i)
+            send(HttpRequest::Method::Get, u"/given-up"_s);
+        m_calls.clear();
+        QCOMPARE(m_clock->pending(), QList<Clock::Duration>());
+        const auto last = send(HttpRequest::Method::Get);
+        QCOMPARE(m_clock->pending(), QList<Clock::Duration>{1000ms});
+        m_clock->advance(1000ms);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*last), Patience);
+        QVERIFY(!m_paths.contains("/given-up"));
+    }
+
     void limitsRunOnlyForWhatHasLeft()
     {
         occupyTheHost();
