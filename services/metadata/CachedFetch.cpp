@@ -24,6 +24,15 @@ QByteArrayList cacheDirectives(const HttpAnswer &answer)
         directives += directive.trimmed();
     return directives;
 }
+
+/// What is kept, if it can still be used: what an older version kept may be read in other ways today.
+std::optional<DiskCache::Entry> keptAnswer(const DiskCache &cache, const CachedFetch::Question &question,
+                                           const QDateTime &date)
+{
+    std::optional<DiskCache::Entry> entry = cache.find(question.key, date);
+    const bool isUsable = entry && (!question.isGood || question.isGood(entry->body));
+    return isUsable ? entry : std::nullopt;
+}
 } // namespace
 
 std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer)
@@ -49,7 +58,7 @@ CachedFetch::Call CachedFetch::fetch(const Question &question, Completion comple
     auto errand = std::make_shared<Errand>(Errand{question, std::move(completion), {}, {}});
     const QDateTime date = m_transport.clock().date();
     inBackground(
-        m_worker, [cache = m_cache, key = question.key, date] { return cache.find(key, date); },
+        m_worker, [cache = m_cache, question, date] { return keptAnswer(cache, question, date); },
         [this, date, weak = std::weak_ptr(errand)](const std::optional<DiskCache::Entry> &known) {
             const auto held = weak.lock();
             if (!held)
@@ -115,8 +124,11 @@ void CachedFetch::store(const std::shared_ptr<Errand> &errand, const HttpAnswer 
             const auto held = weak.lock();
             if (!held)
                 return;
+            // What came is somebody else's, such as a network's that wants a sign-in.
             if (good)
                 held->completion(body);
+            else if (held->known)
+                held->completion(held->known->body);
             else
                 held->completion(
                     serviceError(Kind::BadAnswer, ServiceName::Films, u"an answer of the wrong kind"_s));

@@ -4,8 +4,8 @@
 #include <services/support/WorkerThread.h>
 
 /// Asks, unless the answer is at hand: keeps what came on disk for as long as the server and we allow, asks
-/// whether it has changed afterwards, and makes do with an old one when nobody answers. Main thread only;
-/// files are read and written on the worker.
+/// whether it has changed afterwards, and makes do with an old one when nobody answers, or with nonsense.
+/// Main thread only; files are read and written on the worker.
 class CachedFetch final
 {
 public:

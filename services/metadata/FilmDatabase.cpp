@@ -86,7 +86,8 @@ Result<FindResult> answerFor(const Error &error)
 /// One thing being done for somebody; holds what is under way for it.
 struct FilmDatabase::Task
 {
-    FilmSettings settings; // that it goes by to its end
+    FilmSettings settings; // that it goes by to its end, as by the language
+    QString language;
     CachedFetch::Call call;
 };
 
@@ -122,7 +123,8 @@ void FilmDatabase::setSettings(const FilmSettings &settings)
 
 std::shared_ptr<FilmDatabase::Task> FilmDatabase::newTask()
 {
-    m_tasks.push_back(std::make_shared<Task>(Task{m_settings, {}}));
+    m_tasks.push_back(
+        std::make_shared<Task>(Task{m_settings, filmLanguage(preferredLanguage.value_or(u"en"_s)), {}}));
     return m_tasks.back();
 }
 
@@ -141,12 +143,11 @@ void FilmDatabase::findExternally(const QString &id, ExternalSource, FindComplet
         MainQueue::shared().async([completion = std::move(completion), answer] { completion(answer); });
         return;
     }
-    CachedFetch::Question asked =
-        question(m_settings, u"/find/"_s + imdbId(*number),
-                 {{u"external_source"_s, u"imdb_id"_s},
-                  {u"language"_s, filmLanguage(preferredLanguage.value_or(u"en"_s))}});
-    asked.isGood = isFind;
     const std::shared_ptr<Task> task = newTask();
+    CachedFetch::Question asked =
+        question(task->settings, u"/find/"_s + imdbId(*number),
+                 {{u"external_source"_s, u"imdb_id"_s}, {u"language"_s, task->language}});
+    asked.isGood = isFind;
     task->call = m_fetch.fetch(asked, [this, task = std::weak_ptr(task),
                                        completion = std::move(completion)](const Result<QByteArray> &body) {
         if (const auto held = task.lock())
@@ -171,8 +172,7 @@ void FilmDatabase::askForShow(const std::shared_ptr<Task> &task, qint64 show,
                               const FindCompletion &completion)
 {
     CachedFetch::Question asked =
-        question(task->settings, u"/tv/%1"_s.arg(show),
-                 {{u"language"_s, filmLanguage(preferredLanguage.value_or(u"en"_s))}});
+        question(task->settings, u"/tv/%1"_s.arg(show), {{u"language"_s, task->language}});
     asked.isGood = isShow;
     task->call =
         m_fetch.fetch(asked, [this, weak = std::weak_ptr(task), completion](const Result<QByteArray> &body) {

@@ -9,10 +9,11 @@ namespace
 {
 constexpr int SignInFirst = 511; // said by a network that wants a sign-in
 
-/// `isOwn` tells the database's own refusals from those of whoever else may stand between.
-Kind kindOfStatus(int status, bool isOwn)
+/// Tells the database's own refusals from those of whoever else may stand between: `isOwn` has its code, and
+/// a page is never its answer.
+Kind kindOfStatus(int status, bool isOwn, bool isPage)
 {
-    if (status == 401 || status == 403)
+    if ((status == 401 || status == 403) && !isPage)
         return Kind::KeyRefused;
     if (status == 404 && isOwn)
         return Kind::NotFound;
@@ -31,7 +32,8 @@ Error filmError(const HttpAnswer &answer)
     const std::optional<QJsonObject> object = Json::object(answer.body.left(16LL * 1024));
     const QString message = object ? Json::text(*object, u"status_message"_s) : QString();
     const bool isOwn = object && Json::integer(*object, u"status_code"_s);
-    return serviceError(kindOfStatus(answer.status, isOwn), ServiceName::Films,
+    const bool isPage = answer.body.trimmed().startsWith('<');
+    return serviceError(kindOfStatus(answer.status, isOwn, isPage), ServiceName::Films,
                         u"status %1: %2"_s.arg(answer.status).arg(message));
 }
 

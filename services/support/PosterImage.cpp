@@ -10,6 +10,12 @@ namespace
 constexpr qsizetype MaxBytes = 5'242'880;
 constexpr int MaxSide = 4096;
 
+/// Kinds that are nothing but pixels: a drawing may take any time to draw, and names files to be read for it.
+bool isPhotograph(const QByteArray &format)
+{
+    return format == "jpeg" || format == "jpg" || format == "png" || format == "webp" || format == "gif";
+}
+
 bool isBounded(const QSize &size)
 {
     return size.width() > 0 && size.height() > 0 && size.width() <= MaxSide && size.height() <= MaxSide;
@@ -25,6 +31,8 @@ QImage posterImage(const QByteArray &encoded, const QSize &size, qreal pixelRati
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
+    if (!isPhotograph(reader.format()))
+        return {};
     const QSize whole = reader.size();
     if (!isBounded(whole))
         return {};

@@ -43,6 +43,9 @@ private Q_SLOTS:
         QTest::newRow("nothing") << QByteArray();
         QTest::newRow("text") << QByteArray("<html>not found</html>");
         QTest::newRow("header only") << whole.left(100);
+        QTest::newRow("drawing") << QByteArray(
+            "<svg xmlns='http://www.w3.org/2000/svg' width='10' height='15'>"
+            "<rect width='10' height='15'/></svg>");
         QTest::newRow("too wide") << CatalogueFixture::solidPicture(5000, 10);
         QTest::newRow("too high") << CatalogueFixture::solidPicture(10, 5000);
         QTest::newRow("too large a file")

@@ -165,6 +165,16 @@ private Q_SLOTS:
         QCOMPARE(kindOf(filmError(answer)), Kind::BadAnswer);
     }
 
+    void pageOfSomebodyElseSaysNothingOfTheKey()
+    {
+        HttpAnswer answer;
+        answer.body = "\n<html><title>Please sign in</title></html>";
+        for (const int status : {401, 403}) {
+            answer.status = status;
+            QCOMPARE(kindOf(filmError(answer)), Kind::BadAnswer);
+        }
+    }
+
     void statusSaysTheKind()
     {
         QFETCH(const int, status);

@@ -100,6 +100,32 @@ private Q_SLOTS:
         QVERIFY(**second);
     }
 
+    void oldAnswersHelpWhenSomebodyElseAnswers()
+    {
+        const auto first = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        m_fixture->pass(8 * 24h);
+        m_fixture->standIn.select(u"html@find"_s);
+        const auto second = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QCOMPARE((**second)->movieResults.size(), 1);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
+    }
+
+    void keptAnswerThatCannotBeReadIsNone()
+    {
+        const QDateTime date = m_fixture->clock.date();
+        const QString key = m_fixture->settings.cacheKey(
+            u"/find/tt9000002"_s, {{u"external_source"_s, u"imdb_id"_s}, {u"language"_s, u"en-US"_s}});
+        DiskCache(m_fixture->folder(), 24h).store(key, {"{}", "tag", date, date.addDuration(24h)});
+        const auto found = m_fixture->find(u"tt9000002"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QVERIFY(**found);
+        QCOMPARE((**found)->movieResults.size(), 1);
+        QVERIFY(m_fixture->standIn.main().requests().constFirst().header("If-None-Match").isEmpty());
+    }
+
     void nothingIsKeptLongerThanTheTermsAllow()
     {
         const auto first = m_fixture->posterOf(u"tt9000002"_s);

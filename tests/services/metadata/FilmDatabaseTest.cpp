@@ -147,6 +147,7 @@ private Q_SLOTS:
             m_fixture->settings.base = other.filmURL();
             m_fixture->settings.key = u"quite-another-key"_s;
             m_fixture->films->setSettings(m_fixture->settings);
+            m_fixture->films->preferredLanguage = u"de"_s;
         });
         const auto found = m_fixture->find(u"tt9000011"_s); // an episode: its show is asked for next
         QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
@@ -155,6 +156,7 @@ private Q_SLOTS:
         const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/3/");
         QCOMPARE(requests.size(), 2);
         QCOMPARE(requests[1].header("Authorization"), "Bearer " + key);
+        QCOMPARE(requests[1].target, "/3/tv/12001?language=en-US");
         QCOMPARE(other.main().requests().size(), 0);
     }
 
