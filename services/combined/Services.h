@@ -46,8 +46,8 @@ public:
     ServiceStatus::Missing missing() const { return m_missing; }
     /// Called when that may have changed, before the answer is given.
     void setAnswerObserver(std::function<void()> observer) { m_answerObserver = std::move(observer); }
-    /// Logs out; `done` comes within seconds.
-    void shutDown(std::function<void()> done) { m_rest->shutDown(std::move(done)); }
+    /// Drops every query and logs out; `done` comes within seconds.
+    void shutDown(std::function<void()> done);
 
 private:
     void readSecrets();

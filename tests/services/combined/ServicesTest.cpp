@@ -286,6 +286,34 @@ private Q_SLOTS:
 
     void logOutAtTheEnd()
     {
+        logIn();
+        bool done = false;
+        m_services->shutDown([&] { done = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
+    }
+
+    void logOutWaitsForNobodyWhoAsks()
+    {
+        logIn();
+        m_standIn->select(u"silent"_s);
+        const qsizetype before = m_standIn->requests("/api/v1/subtitles").size();
+        for (int number = 0; number < Transport::ConnectionsAtAHost; ++number)
+            SubtitleService::shared().query(
+                {{Param::text, u"paper %1"_s.arg(number)}, {Param::language, u"eng"_s}},
+                [](const Result<QueryResult> &) {});
+        QTRY_COMPARE_WITH_TIMEOUT(m_standIn->requests("/api/v1/subtitles").size(),
+                                  before + Transport::ConnectionsAtAHost, Patience);
+        bool done = false;
+        m_services->shutDown([&] { done = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
+    }
+
+private:
+    /// As a download does.
+    void logIn()
+    {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         QVERIFY(m_secrets->store(Secret::SubtitlePassword, SubtitleStandIn::Password));
         UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, SubtitleStandIn::UserName);
@@ -297,13 +325,8 @@ private Q_SLOTS:
         SubtitleService::shared().download(result->subtitles->constFirst(), file.completion());
         QTRY_VERIFY_WITH_TIMEOUT(file.came(), Patience);
         QVERIFY(*file);
-        bool done = false;
-        m_services->shutDown([&] { done = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
-        QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
     }
 
-private:
     void start() { start(m_secrets); }
     void start(const std::shared_ptr<SecretStore> &secrets,
                const std::shared_ptr<SubtitleService> &catalogue = std::make_shared<EmptyCatalogue>())
