@@ -18,7 +18,6 @@ namespace
 {
 constexpr int RequestsPerSpan = 4; // the service allows five
 constexpr Clock::Duration RateSpan = 1050ms;
-constexpr Clock::Duration LoginSpan = 1s;
 constexpr std::chrono::hours AnswersKeptFor = 24h;
 constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
 constexpr std::chrono::hours LanguagesKeptFor = 90 * 24h; // an old list is better than none
@@ -45,9 +44,9 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
     : m_names(std::move(names)),
       m_cache(places.cache, AnswersKeptFor),
       m_transport(clock, ServiceName::Subtitles, RateLimiter(RequestsPerSpan, RateSpan)),
-      m_loginRate(std::make_shared<RateQueue>(clock, RateLimiter(1, LoginSpan))),
+      m_logins(std::make_shared<RestLogins>(clock)),
       m_settings(settings),
-      m_session(RestSession::make(m_transport, m_loginRate, settings)),
+      m_session(RestSession::make(m_transport, m_logins, settings)),
       m_worker(std::make_unique<WorkerThread>()),
       m_download({m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
                   DownloadFolder(places.downloads)},
@@ -79,7 +78,7 @@ void RestService::setSettings(const RestSettings &settings)
     m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     if (!isOther)
         return;
-    m_session = RestSession::make(m_transport, m_loginRate, access);
+    m_session = RestSession::make(m_transport, m_logins, access);
     m_download.use(m_session);
     m_languages.use(m_session);
 }

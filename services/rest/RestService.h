@@ -71,7 +71,7 @@ private:
     std::shared_ptr<VideoNames> m_names;
     DiskCache m_cache;
     Transport m_transport;
-    std::shared_ptr<RateQueue> m_loginRate;
+    std::shared_ptr<RestLogins> m_logins;
     RestSettings m_settings;
     std::shared_ptr<RestSession> m_session; // for what is asked next
     std::shared_ptr<RestSession> m_leaving; // logs out

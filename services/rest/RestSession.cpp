@@ -31,14 +31,14 @@ struct RestSession::Errand
     Clock::Timer refusal;
 };
 
-std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RateQueue> loginRate,
+std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RestLogins> logins,
                                                const RestAccess &access)
 {
-    return std::shared_ptr<RestSession>(new RestSession(transport, std::move(loginRate), access));
+    return std::shared_ptr<RestSession>(new RestSession(transport, std::move(logins), access));
 }
 
-RestSession::RestSession(Transport &transport, std::shared_ptr<RateQueue> loginRate, const RestAccess &access)
-    : m_transport(transport), m_access(access), m_base(access.base), m_loginRate(std::move(loginRate))
+RestSession::RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access)
+    : m_transport(transport), m_access(access), m_base(access.base), m_logins(std::move(logins))
 {
     for (const QString &secret : {access.apiKey, access.password})
         hideSecret(secret);
@@ -119,10 +119,10 @@ void RestSession::arrive(const std::shared_ptr<Errand> &errand, const Result<Htt
 
 void RestSession::logIn(const std::shared_ptr<Errand> &errand)
 {
-    if (m_refused) {
-        errand->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(errand), error = *m_refused] {
+    if (const auto refused = m_logins->refusal(m_access)) {
+        errand->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(errand), error = *refused] {
             if (const auto held = weak.lock())
-                held->completion(error);
+                held->session->goOnWithout(held, error);
         });
         return;
     }
@@ -130,35 +130,43 @@ void RestSession::logIn(const std::shared_ptr<Errand> &errand)
     if (m_isLoggingIn)
         return;
     m_isLoggingIn = true;
-    scheduleLogin();
+    m_loginTurn = m_logins->rate().wait([this] { sendLogin(); });
 }
 
-void RestSession::scheduleLogin()
+void RestSession::goOnWithout(const std::shared_ptr<Errand> &errand, const Error &error)
 {
-    m_loginTurn = m_loginRate->wait([this] { sendLogin(); });
+    if (errand->login == Login::Wanted)
+        errand->completion(error);
+    else
+        transmit(errand);
 }
 
 void RestSession::sendLogin()
 {
+    // Another session may have been told meanwhile.
+    if (const auto refused = m_logins->refusal(m_access)) {
+        finishLogin(refused);
+        return;
+    }
     const QJsonObject body{{u"username"_s, m_access.userName}, {u"password"_s, m_access.password}};
     const Request login{
         HttpRequest::Method::Post, u"/login"_s, {}, QJsonDocument(body).toJson(QJsonDocument::Compact)};
-    m_loginCall = m_transport.send(prepared(login, m_access.base), m_access.apiHosts(),
-                                   [this](const Result<HttpAnswer> &outcome) { finishLogin(outcome); });
+    m_loginCall =
+        m_transport.send(prepared(login, m_access.base), m_access.apiHosts(),
+                         [this](const Result<HttpAnswer> &outcome) { finishLogin(takeToken(outcome)); });
 }
 
-void RestSession::finishLogin(const Result<HttpAnswer> &outcome)
+void RestSession::finishLogin(const std::optional<Error> &error)
 {
     const std::shared_ptr<RestSession> self = shared_from_this(); // an answer may let it go
     m_isLoggingIn = false;
-    const std::optional<Error> error = takeToken(outcome);
     const std::vector<std::weak_ptr<Errand>> waiting = std::exchange(m_waiting, {});
     for (const auto &weak : waiting) {
         const auto errand = weak.lock();
         if (!errand)
             continue;
         if (error)
-            errand->completion(*error);
+            goOnWithout(errand, *error);
         else
             transmit(errand);
     }
@@ -171,9 +179,9 @@ std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
     if (outcome->status == 400 || outcome->status == 401) {
         const QString detail =
             u"login, status %1: %2"_s.arg(outcome->status).arg(RestErrors::message(*outcome));
-        // Each try counts down at the service: these credentials are not sent again.
-        m_refused = serviceError(Kind::LoginRefused, ServiceName::Subtitles, detail);
-        return m_refused;
+        const Error refused = serviceError(Kind::LoginRefused, ServiceName::Subtitles, detail);
+        m_logins->noteRefusal(m_access, refused);
+        return refused;
     }
     if (!outcome->isSuccess())
         return RestErrors::error(*outcome);
@@ -185,6 +193,7 @@ std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
     hideSecret(QString::fromLatin1(text));
     m_token = RestToken(text, m_transport.clock());
     m_base = m_access.baseAt(Json::text(*answer, u"base_url"_s));
+    m_quota.takeUser((*answer)[u"user"_s].toObject());
     return std::nullopt;
 }
 

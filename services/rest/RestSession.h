@@ -1,5 +1,5 @@
 #pragma once
-#include "RestAccess.h"
+#include "RestLogins.h"
 #include "RestQuota.h"
 #include "RestToken.h"
 #include "RestURL.h"
@@ -31,15 +31,16 @@ public:
         QByteArray json = {};
     };
 
-    /// `loginRate` is that of all sessions: the service counts logins whoever they are for.
-    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RateQueue> loginRate,
+    /// `logins` are those of all sessions.
+    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RestLogins> logins,
                                              const RestAccess &access);
     ~RestSession();
 
     const RestAccess &access() const { return m_access; }
     bool isLoggedIn() const { return m_token.isValid(m_transport.clock()); }
 
-    /// `Wanted` logs in first where there is an account; without one the request goes as it is.
+    /// `Wanted` logs in first where there is an account; without one the request goes as it is. A login that
+    /// fails ends a request that wants it; any other goes without.
     [[nodiscard]] Call send(const Request &request, Login login, Completion completion);
     /// Tells the service, if logged in, and forgets the token whatever it says.
     void logOut(std::function<void()> done);
@@ -50,14 +51,14 @@ public:
 
 private:
     struct Errand;
-    RestSession(Transport &transport, std::shared_ptr<RateQueue> loginRate, const RestAccess &access);
+    RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access);
     void begin(const std::shared_ptr<Errand> &errand);
     void transmit(const std::shared_ptr<Errand> &errand);
     void arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
     void logIn(const std::shared_ptr<Errand> &errand);
-    void scheduleLogin();
     void sendLogin();
-    void finishLogin(const Result<HttpAnswer> &outcome);
+    void finishLogin(const std::optional<Error> &error);
+    void goOnWithout(const std::shared_ptr<Errand> &errand, const Error &error);
     std::optional<Error> takeToken(const Result<HttpAnswer> &outcome);
     HttpRequest prepared(const Request &request, const QUrl &base) const;
     void forgetLogin();
@@ -66,9 +67,8 @@ private:
     const RestAccess m_access;
     RestQuota m_quota;
     RestToken m_token;
-    QUrl m_base;                    // the one that the login names
-    std::optional<Error> m_refused; // what the credentials got
-    std::shared_ptr<RateQueue> m_loginRate;
+    QUrl m_base; // the one that the login names
+    std::shared_ptr<RestLogins> m_logins;
     RateQueue::Turn m_loginTurn;
     Call m_loginCall;
     Call m_logoutCall;

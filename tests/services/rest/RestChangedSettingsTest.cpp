@@ -174,6 +174,58 @@ private Q_SLOTS:
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().localizedDescription));
     }
 
+    void refusedPasswordIsNotSentAgainLater_data()
+    {
+        using Change = std::function<void(RestSettings &)>;
+        QTest::addColumn<Change>("somethingElse");
+        QTest::newRow("another key") << Change([](RestSettings &settings) { settings.apiKey = u"other"_s; });
+        QTest::newRow("another password")
+            << Change([](RestSettings &settings) { settings.password = u"other"_s; });
+        QTest::newRow("another address")
+            << Change([this](RestSettings &settings) { settings.base = m_other->subtitleURL(); });
+    }
+    void refusedPasswordIsNotSentAgainLater()
+    {
+        QFETCH(const std::function<void(RestSettings &)>, somethingElse);
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        const RestSettings before = m_fixture->settings;
+        somethingElse(m_fixture->settings);
+        m_fixture->service->setSettings(m_fixture->settings);
+        m_fixture->service->setSettings(before);
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(kindOf(*second), Kind::LoginRefused);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
+    }
+
+    void refusedPasswordIsNotSentByWhoWaitedMeanwhile()
+    {
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        m_fixture->settings.apiKey = u"other"_s;
+        m_fixture->service->setSettings(m_fixture->settings);
+        m_fixture->settings.apiKey = SubtitleStandIn::ApiKey;
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::LoginRefused);
+        QCOMPARE(kindOf(*second), Kind::LoginRefused);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
+    }
+
+    void passwordRefusedByOneServiceIsTriedAtAnother()
+    {
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        const auto here = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
+        change();
+        const auto there = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QCOMPARE(m_other->requests("/api/v1/login").size(), 1);
+    }
+
     void otherLikingsKeepTheLogin()
     {
         m_fixture->useAccount();

@@ -286,6 +286,16 @@ private Q_SLOTS:
                  qPrintable((*caught)->error().localizedDescription));
     }
 
+    void limitIsSaidWithWhatTheLoginAllows()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"quota-used"_s);
+        const auto caught = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2((*caught)->error().localizedDescription.contains(u"all 20 downloads"_s),
+                 qPrintable((*caught)->error().localizedDescription));
+    }
+
     void usedUpIsNotAskedAgainBeforeTheReset()
     {
         for (int id = 1; id <= 5; ++id) {

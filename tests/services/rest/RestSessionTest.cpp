@@ -105,6 +105,27 @@ private Q_SLOTS:
         QCOMPARE(logins(), 2);
     }
 
+    void searchGoesOnWithoutTheLoginThatFails_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"down@login", "html@login", "close-before@login"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void searchGoesOnWithoutTheLoginThatFails()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->useAccount();
+        const auto download = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(download->came(), Patience);
+        m_fixture->standIn.select({u"token-gone"_s, behaviour});
+        const auto search = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(search->came(), Patience);
+        QVERIFY2(**search, **search ? "" : qPrintable((*search)->error().detail));
+        QCOMPARE(logins(), 2);
+        QVERIFY(
+            m_fixture->standIn.requests("/api/v1/subtitles").constLast().header("Authorization").isEmpty());
+    }
+
     void lateRefusalOfAnOldTokenLeavesTheNewOneAlone()
     {
         m_fixture->useAccount();
