@@ -81,6 +81,12 @@ QString localRowsNotice(ServiceStatus::Missing missing)
         return String::localize(u"Offline: showing the local catalogue"_s);
     case ServiceStatus::Missing::ByAFailure:
         return String::localize(u"The online service could not be used: showing the local catalogue"_s);
+    case ServiceStatus::Missing::ByTheKey:
+        return String::localize(
+            u"The online service does not accept the key (see the preferences):\nshowing the local catalogue"_s);
+    case ServiceStatus::Missing::ByTheLanguage:
+        return String::localize(
+            u"The online service has no subtitles in this language:\nshowing the local catalogue"_s);
     case ServiceStatus::Missing::Nothing:
         break;
     }

@@ -14,7 +14,9 @@ public:
     {
         Nothing,
         ByBeingOffline,
-        ByAFailure
+        ByAFailure,
+        ByTheKey,     // it is not accepted
+        ByTheLanguage // the network has nothing in it
     };
 
     struct Value

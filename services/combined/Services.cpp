@@ -9,6 +9,21 @@ namespace
 using namespace std::chrono_literals;
 
 constexpr auto Patience = 2s; // a locked keyring asks the person, who may be elsewhere
+
+ServiceStatus::Missing missingBy(const Error &failure)
+{
+    switch (kindOf(failure).value_or(Kind::Unavailable)) {
+    case Kind::Offline:
+        return ServiceStatus::Missing::ByBeingOffline;
+    case Kind::KeyRefused:
+    case Kind::LoginRefused:
+        return ServiceStatus::Missing::ByTheKey;
+    case Kind::UnknownLanguage:
+        return ServiceStatus::Missing::ByTheLanguage;
+    default:
+        return ServiceStatus::Missing::ByAFailure;
+    }
+}
 } // namespace
 
 Services::Services(const Parts &parts)
@@ -63,12 +78,8 @@ void Services::install()
 
 void Services::noteFailures(const QMap<QString, Error> &failures)
 {
-    using Missing = ServiceStatus::Missing;
     const auto failure = failures.constFind(RestRecord::service());
-    if (failure == failures.constEnd())
-        m_missing = Missing::Nothing;
-    else
-        m_missing = kindOf(*failure) == Kind::Offline ? Missing::ByBeingOffline : Missing::ByAFailure;
+    m_missing = failure == failures.constEnd() ? ServiceStatus::Missing::Nothing : missingBy(*failure);
     if (m_answerObserver)
         m_answerObserver();
 }

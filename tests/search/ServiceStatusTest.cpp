@@ -93,6 +93,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::newRow("offline") << static_cast<int>(ServiceStatus::Missing::ByBeingOffline)
                                  << u"Offline: showing the local catalogue"_s;
+        QTest::newRow("key") << static_cast<int>(ServiceStatus::Missing::ByTheKey)
+                             << u"The online service does not accept the key (see the preferences):\n"
+                                "showing the local catalogue"_s;
+        QTest::newRow("language") << static_cast<int>(ServiceStatus::Missing::ByTheLanguage)
+                                  << u"The online service has no subtitles in this language:\n"
+                                     "showing the local catalogue"_s;
         QTest::newRow("failure") << static_cast<int>(ServiceStatus::Missing::ByAFailure)
                                  << u"The online service could not be used: showing the local catalogue"_s;
     }
@@ -106,6 +112,8 @@ private Q_SLOTS:
         m_view->showResults(2);
         QVERIFY(notice->isVisibleTo(m_view->window.get()));
         QTEST(notice->text(), "text");
+        QTRY_VERIFY(notice->height() >= notice->sizeHint().height());
+        QVERIFY(notice->width() >= notice->sizeHint().width());
         QVERIFY(m_view->table()->isVisibleTo(m_view->window.get()));
         // The next answer is whole again.
         say({});

@@ -239,24 +239,33 @@ private Q_SLOTS:
     void localRowsSayWhyThereAreNoOthers_data()
     {
         QTest::addColumn<QString>("address"); // empty for the service that is there
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("language");
         QTest::addColumn<int>("missing");
+        const QString good = SubtitleStandIn::ApiKey;
         using Missing = ServiceStatus::Missing;
-        QTest::newRow("no such host")
-            << u"https://no-such-host.invalid/api/v1"_s << static_cast<int>(Missing::ByBeingOffline);
+        QTest::newRow("no such host") << u"https://no-such-host.invalid/api/v1"_s << good << u"eng"_s
+                                      << static_cast<int>(Missing::ByBeingOffline);
         QTest::newRow("nobody listens")
-            << u"http://127.0.0.1:1/api/v1"_s << static_cast<int>(Missing::ByAFailure);
-        QTest::newRow("all is well") << QString() << static_cast<int>(Missing::Nothing);
+            << u"http://127.0.0.1:1/api/v1"_s << good << u"eng"_s << static_cast<int>(Missing::ByAFailure);
+        QTest::newRow("wrong key") << QString() << u"another-key"_s << u"eng"_s
+                                   << static_cast<int>(Missing::ByTheKey);
+        QTest::newRow("language nobody has there")
+            << QString() << good << u"mlt"_s << static_cast<int>(Missing::ByTheLanguage);
+        QTest::newRow("all is well") << QString() << good << u"eng"_s << static_cast<int>(Missing::Nothing);
     }
     void localRowsSayWhyThereAreNoOthers()
     {
         QFETCH(const QString, address);
+        QFETCH(const QString, key);
+        QFETCH(const QString, language);
         if (!address.isEmpty())
             UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, address);
         start(m_secrets, std::make_shared<SmallCatalogue>());
         int told = 0;
         m_services->setAnswerObserver([&told] { ++told; });
-        m_services->saveSecret(Secret::SubtitleKey, SubtitleStandIn::ApiKey, [](const Result<void> &) {});
-        const Result<QueryResult> found = search();
+        m_services->saveSecret(Secret::SubtitleKey, key, [](const Result<void> &) {});
+        const Result<QueryResult> found = search(language);
         QVERIFY(found);
         QVERIFY(!found->subtitles->isEmpty());
         QTRY_COMPARE_WITH_TIMEOUT(told, 1, Patience);
@@ -336,11 +345,11 @@ private:
         m_services->install();
     }
 
-    Result<QueryResult> search()
+    static Result<QueryResult> search(const QString &language = u"eng"_s)
     {
         auto result = std::make_shared<Result<QueryResult>>(Error{u"test"_s, 1, u"never answered"_s});
         auto came = std::make_shared<std::atomic<bool>>(false);
-        SubtitleService::shared().query({{Param::text, u"paper lighthouse"_s}, {Param::language, u"eng"_s}},
+        SubtitleService::shared().query({{Param::text, u"paper lighthouse"_s}, {Param::language, language}},
                                         [result, came](const Result<QueryResult> &answer) {
                                             *result = answer;
                                             *came = true;
