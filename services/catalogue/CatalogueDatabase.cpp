@@ -2,6 +2,9 @@
 
 #include "CatalogueQueries.h"
 #include "CatalogueSchema.h"
+#include "DamagedFiles.h"
+#include "Hardening.h"
+#include "PatientReading.h"
 #include "ReadableFile.h"
 #include "StoredContent.h"
 
@@ -30,22 +33,11 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
     case SQLITE_IOERR:
     case SQLITE_NOMEM:
         return CatalogueFailure::Unreadable;
+    case SQLITE_INTERRUPT:
+        return CatalogueFailure::TooSlow;
     default:
         return CatalogueFailure::Damaged;
     }
-}
-
-/// Takes away what a made-up file could use against its reader.
-void harden(SQLite::Database &database)
-{
-    sqlite3 *handle = database.getHandle();
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 2 * CatalogueDatabase::MaxSubtitleBytes);
-    database.exec("PRAGMA cell_size_check = ON");
-    database.exec("PRAGMA query_only = ON");
 }
 
 int versionOf(SQLite::Database &database)
@@ -80,16 +72,18 @@ QByteArray packedContent(SQLite::Database &database, qint64 entry)
 }
 } // namespace
 
-CatalogueDatabase::CatalogueDatabase(std::unique_ptr<SQLite::Database> database, const QString &path,
+CatalogueDatabase::CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
+                                     std::unique_ptr<PatientReading> reading, const QString &path,
                                      const CatalogueErrors &errors)
-    : m_database(std::move(database)), m_path(path), m_errors(errors)
+    : m_database(std::move(database)), m_reading(std::move(reading)), m_path(path), m_errors(errors)
 {
 }
 
 CatalogueDatabase::~CatalogueDatabase() = default;
 CatalogueDatabase::CatalogueDatabase(CatalogueDatabase &&) noexcept = default;
 
-Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const CatalogueErrors &errors)
+Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const CatalogueErrors &errors,
+                                                  const ReadPatience &patience)
 {
     const QFileInfo info(path);
     if (!info.exists())
@@ -99,17 +93,18 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
         std::unique_ptr<SQLite::Database> database = readableFile(path, BusyTimeoutMilliseconds);
-        harden(*database);
+        auto reading = std::make_unique<PatientReading>(*database, patience);
         if (!isReadable(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);
-        return CatalogueDatabase(std::move(database), path, errors);
+        demandOwnTables(*database, versionOf(*database));
+        return CatalogueDatabase(std::move(database), std::move(reading), path, errors);
     } catch (const SQLite::Exception &exception) {
         return errors.error(failureOf(exception), path, QString::fromUtf8(exception.what()));
     }
 }
 
-/// Runs one read; what SQLite throws becomes an Error. A file found damaged is looked through once, for the
-/// log.
+/// Runs one read; what SQLite throws becomes an Error. Each damaged file is looked through once, for
+/// the log; a search that was cancelled is not worth a line there.
 template <class Value>
 Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
 {
@@ -118,9 +113,10 @@ Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) con
     } catch (const SQLite::Exception &exception) {
         const CatalogueFailure failure = failureOf(exception);
         QString detail = QString::fromUtf8(exception.what());
-        if (failure == CatalogueFailure::Damaged)
+        if (failure == CatalogueFailure::Damaged && DamagedFiles::isFirstSight(m_path))
             detail += u": "_s + damageReport();
-        qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(detail));
+        if (!m_reading->isCancelled())
+            qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(detail));
         return m_errors.error(failure, m_path, detail);
     }
 }

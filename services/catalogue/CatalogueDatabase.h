@@ -1,6 +1,7 @@
 #pragma once
 #include "CatalogueEntry.h"
 #include "CatalogueErrors.h"
+#include "PatientReading.h"
 
 #include <platform/Result.h>
 #include <QList>
@@ -14,14 +15,15 @@ class Database;
 
 /// One catalogue file, opened for reading only. Used by one thread at a time.
 /// Whatever the file holds, a function gives rows or an Error: a foreign, cut or overwritten file, values of
-/// the wrong type and texts of any length are met with bounds, never trusted.
+/// the wrong type, texts of any length and tables that would take hours are met with bounds, never trusted.
 class CatalogueDatabase final
 {
 public:
     static constexpr qsizetype MaxSubtitleBytes = 8'388'608;
     static constexpr qsizetype MaxPosterBytes = 5'242'880;
 
-    static Result<CatalogueDatabase> open(const QString &path, const CatalogueErrors &errors);
+    static Result<CatalogueDatabase> open(const QString &path, const CatalogueErrors &errors,
+                                          const ReadPatience &patience = {});
     ~CatalogueDatabase();
     CatalogueDatabase(CatalogueDatabase &&) noexcept;
     CatalogueDatabase &operator=(CatalogueDatabase &&) = delete;
@@ -40,14 +42,15 @@ public:
     Result<QByteArray> poster(qint64 film) const;
 
 private:
-    CatalogueDatabase(std::unique_ptr<SQLite::Database> database, const QString &path,
-                      const CatalogueErrors &errors);
+    CatalogueDatabase(std::unique_ptr<SQLite::Database> database, std::unique_ptr<PatientReading> reading,
+                      const QString &path, const CatalogueErrors &errors);
 
     template <class Value>
     Result<Value> guarded(const std::function<Value()> &read) const;
     QString damageReport() const;
 
     std::unique_ptr<SQLite::Database> m_database;
+    std::unique_ptr<PatientReading> m_reading; // lets go of the database before it closes
     QString m_path;
     CatalogueErrors m_errors;
 };

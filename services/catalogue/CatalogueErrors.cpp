@@ -19,6 +19,8 @@ CatalogueErrors::CatalogueErrors()
     m_busy = bundle.localizedString(
         u"Another import is writing to the subtitle catalogue “%@”. Try again when it has ended."_s);
     m_unwritable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be written."_s);
+    m_tooSlow = bundle.localizedString(
+        u"Reading the subtitle catalogue “%@” took too long. Try again, or replace the file."_s);
 }
 
 Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, const QString &detail) const
@@ -43,6 +45,8 @@ Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, cons
             return m_busy;
         case CatalogueFailure::Unwritable:
             return m_unwritable;
+        case CatalogueFailure::TooSlow:
+            return m_tooSlow;
         }
         return {};
     };

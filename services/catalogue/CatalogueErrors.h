@@ -11,7 +11,8 @@ enum class CatalogueFailure
     NoPicture = 6,
     DiskFull = 7,
     Busy = 8,
-    Unwritable = 9
+    Unwritable = 9,
+    TooSlow = 10
 };
 
 /// The sentences for what can go wrong with a catalogue. Made on the main thread, where texts are localised;
@@ -34,4 +35,5 @@ private:
     QString m_diskFull;
     QString m_busy;
     QString m_unwritable;
+    QString m_tooSlow;
 };

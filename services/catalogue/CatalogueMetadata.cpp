@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 
+#include <atomic>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -29,8 +31,16 @@ qreal pixelRatio()
 
 struct CatalogueMetadata::State
 {
-    QList<CataloguePlace> places;
-    CatalogueErrors errors;
+    explicit State(const QList<CataloguePlace> &cataloguePlaces) : places(cataloguePlaces) {}
+
+    const QList<CataloguePlace> places;
+    const CatalogueErrors errors;
+    std::atomic<bool> isEnded = false; // the service is gone
+
+    Result<CatalogueDatabase> open(const QString &path) const
+    {
+        return CatalogueDatabase::open(path, errors, {.isCancelled = [this] { return isEnded.load(); }});
+    }
 
     Result<FindResult> find(const QString &id) const
     {
@@ -41,7 +51,7 @@ struct CatalogueMetadata::State
                 place.presence == CataloguePlace::Presence::Optional && !QFileInfo::exists(place.path);
             if (isAbsent || !number)
                 continue;
-            const Result<CatalogueDatabase> database = CatalogueDatabase::open(place.path, errors);
+            const Result<CatalogueDatabase> database = open(place.path);
             const Result<std::optional<CatalogueFilm>> film =
                 database ? database->filmByImdb(*number)
                          : Result<std::optional<CatalogueFilm>>(database.error());
@@ -68,7 +78,7 @@ struct CatalogueMetadata::State
         if (handle.size() != 2)
             return errors.error(CatalogueFailure::NoPicture, {});
         const QString path = handle.first().toString();
-        const Result<CatalogueDatabase> database = CatalogueDatabase::open(path, errors);
+        const Result<CatalogueDatabase> database = open(path);
         const Result<QByteArray> poster =
             database ? database->poster(handle.last().toLongLong()) : Result<QByteArray>(database.error());
         if (!poster)
@@ -81,11 +91,14 @@ struct CatalogueMetadata::State
 };
 
 CatalogueMetadata::CatalogueMetadata(const QList<CataloguePlace> &places)
-    : m_state(std::make_shared<const State>(State{places, {}}))
+    : m_state(std::make_shared<State>(places))
 {
 }
 
-CatalogueMetadata::~CatalogueMetadata() = default;
+CatalogueMetadata::~CatalogueMetadata()
+{
+    m_state->isEnded = true;
+}
 
 void CatalogueMetadata::findExternally(const QString &id, ExternalSource, FindCompletion completion)
 {

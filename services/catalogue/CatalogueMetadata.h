@@ -19,7 +19,7 @@ public:
                     ImageCompletion completion) override;
 
 private:
-    struct State; // immutable; what the jobs use
-    std::shared_ptr<const State> m_state;
+    struct State; // what the jobs use
+    std::shared_ptr<State> m_state;
     WorkerThread m_worker;
 };

@@ -1,6 +1,7 @@
 #pragma once
 #include "CatalogueErrors.h"
 #include "CatalogueService.h"
+#include "PatientReading.h"
 
 #include <platform/Locale.h>
 
@@ -16,9 +17,10 @@ struct CatalogueRequest
     static CatalogueRequest from(const QList<Arg> &args, const VideoNames &names);
 };
 
-/// Searches all catalogues for one request: the best first, duplicates once. Any thread.
+/// Searches all catalogues for one request: the best first, duplicates once. Patience is for each of them.
+/// Any thread.
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
-                                     const CatalogueRequest &request);
+                                     const CatalogueRequest &request, const ReadPatience &patience = {});
 
 /// Reads the file that a result of `searchCatalogues` stands for, and the name to save it under.
 struct FetchedSubtitle

@@ -31,7 +31,8 @@ struct CatalogueService::State
     {
         if (!outstanding.isOutstanding(number))
             return;
-        const Result<QueryResult> result = searchCatalogues(places, errors, request);
+        const ReadPatience patience{.isCancelled = [&] { return !outstanding.isOutstanding(number); }};
+        const Result<QueryResult> result = searchCatalogues(places, errors, request, patience);
         outstanding.finish(number, [&] { completion(result); });
     }
 

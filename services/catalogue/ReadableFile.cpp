@@ -1,5 +1,7 @@
 #include "ReadableFile.h"
 
+#include "Hardening.h"
+
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
@@ -14,6 +16,7 @@ namespace
 std::unique_ptr<SQLite::Database> opened(const std::string &name, int flags, int busyTimeout)
 {
     auto database = std::make_unique<SQLite::Database>(name, SQLite::OPEN_READONLY | flags, busyTimeout);
+    harden(*database);
     database->execAndGet("PRAGMA schema_version"); // the first thing that reads the file
     return database;
 }

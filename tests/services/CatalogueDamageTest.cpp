@@ -147,10 +147,66 @@ private Q_SLOTS:
         expectFailure(CatalogueFailure::Damaged);
     }
 
-    void viewInPlaceOfATable()
+    void tableOfOtherMakeIsRefusedAtOnce_data()
     {
-        execute("ALTER TABLE title RENAME TO t2; CREATE VIEW title AS SELECT * FROM t2");
-        expectFailure(CatalogueFailure::Damaged);
+        QTest::addColumn<QByteArray>("statements");
+        QTest::newRow("view") << QByteArray("ALTER TABLE title RENAME TO t2; CREATE VIEW title AS"
+                                            " WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i FROM n)"
+                                            " SELECT i AS id, '' AS name FROM n");
+        QTest::newRow("computed column")
+            << QByteArray("ALTER TABLE film ADD COLUMN extra AS (instr(hex(poster), hex(poster)))");
+        QTest::newRow("text index in place of a table") << QByteArray(
+            "DROP TABLE subtitle; CREATE VIRTUAL TABLE subtitle USING fts5(id, film_id, language,"
+            " release, format, downloads, frames_per_second, hearing_impaired,"
+            " foreign_parts_only, machine_translated, digest, content)");
+        QTest::newRow("table in place of the text index")
+            << QByteArray("DROP TABLE title_words; CREATE TABLE title_words(words, rank)");
+        QTest::newRow("text index over another table")
+            << QByteArray("DROP TABLE title_words;"
+                          "CREATE VIRTUAL TABLE title_words USING fts5(name, content='title')");
+        QTest::newRow("computed column behind the text index")
+            << QByteArray("ALTER TABLE title_words_idx ADD COLUMN extra AS (hex(pgno))");
+        QTest::newRow("view behind the text index")
+            << QByteArray("DROP TABLE title_words_docsize;"
+                          "CREATE VIEW title_words_docsize AS SELECT 1 AS id, 2 AS sz");
+        QTest::newRow("no table of contents") << QByteArray("DROP TABLE content");
+    }
+
+    void tableOfOtherMakeIsRefusedAtOnce()
+    {
+        QFETCH(const QByteArray, statements);
+        execute(statements);
+        const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
+        QVERIFY(!database);
+        QCOMPARE(database.error().code, static_cast<int>(CatalogueFailure::Damaged));
+        QVERIFY2(database.error().detail.contains(QStringLiteral("is not one that Plovendix makes")),
+                 qPrintable(database.error().detail));
+    }
+
+    void olderFileIsReadWithoutTheTablesOfLaterOnes()
+    {
+        execute("DROP TABLE content; DROP TABLE source; DROP TABLE origin; PRAGMA user_version = 1");
+        QVERIFY(!failure());
+    }
+
+    void damagedFileIsLookedThroughOnceUntilItChanges()
+    {
+        const auto detail = [this] {
+            const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
+            const auto found = database->entriesForVideo(Size, Hash, QStringLiteral("eng"));
+            return found ? QString() : found.error().detail;
+        };
+        execute("PRAGMA writable_schema = ON; UPDATE sqlite_schema SET rootpage ="
+                " (SELECT rootpage FROM sqlite_schema WHERE name = 'film_imdb') WHERE name = 'subtitle'");
+        const QString first = detail();
+        const QString second = detail();
+        QVERIFY(!second.isEmpty());
+        QVERIFY2(first.startsWith(second + QStringLiteral(": ")), qPrintable(first));
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write(QByteArray(4096, '\0'));
+        file.close();
+        QCOMPARE(detail(), first);
     }
 
     void cutFile()

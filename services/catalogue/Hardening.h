@@ -1,0 +1,16 @@
+#pragma once
+
+namespace SQLite
+{
+class Database;
+}
+
+/// Takes away what a made-up file could use against its reader: what runs by itself (triggers, views,
+/// functions named in its tables) and sizes without measure. Call before anything is read. Throws
+/// SQLite::Exception.
+void harden(SQLite::Database &database);
+
+/// Throws SQLite::Exception unless the tables that searches read are, to the letter, those the program makes.
+/// A column that is computed, or another program's table in place of one of ours, could keep a single step of
+/// a search busy for hours, where no limit of time reaches.
+void demandOwnTables(SQLite::Database &database, int version);

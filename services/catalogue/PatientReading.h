@@ -1,0 +1,36 @@
+#pragma once
+#include <chrono>
+#include <functional>
+
+namespace SQLite
+{
+class Database;
+}
+
+/// How long a catalogue may keep whoever reads it. An honest one answers in milliseconds; the limit leaves
+/// room for a slow disk.
+struct ReadPatience
+{
+    std::chrono::milliseconds longest{15'000}; // from the opening to the last row
+    std::function<bool()> isCancelled = {};    // asked again and again on the reading thread; none: never
+};
+
+/// Stops whatever a connection does, by SQLITE_INTERRUPT, once the reading is cancelled or has taken too
+/// long. One thread; the database outlives it.
+class PatientReading final
+{
+public:
+    PatientReading(SQLite::Database &database, ReadPatience patience);
+    ~PatientReading();
+    PatientReading(const PatientReading &) = delete;
+    PatientReading &operator=(const PatientReading &) = delete;
+
+    bool isCancelled() const;
+
+private:
+    static int isOver(void *reading);
+
+    SQLite::Database &m_database;
+    ReadPatience m_patience;
+    std::chrono::steady_clock::time_point m_end;
+};
