@@ -38,12 +38,13 @@ class HostileCatalogueTest final : public QObject
     /// are not there: more than a search could do in an hour, in a few megabytes.
     void makeEndless() const
     {
-        execute(m_path, "UPDATE film_title SET is_main = 0;"
-                        "WITH RECURSIVE n(i) AS (SELECT 2 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
-                        " INSERT INTO film_title(title_id, film_id, is_main) SELECT i, 1, 1 FROM n;"
-                        "WITH RECURSIVE n(i) AS (SELECT 2 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
-                        " INSERT INTO subtitle(film_id, language, release, format, digest, content)"
-                        " SELECT 1, 'eng', 'Lights.' || i, 'srt', x'', x'' FROM n");
+        execute(m_path,
+                "UPDATE film_title SET is_main = 0;"
+                "WITH RECURSIVE n(i) AS (SELECT 2 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
+                " INSERT INTO film_title(title_id, film_id, is_main) SELECT i, 1, 1 FROM n;"
+                "WITH RECURSIVE n(i) AS (SELECT 2 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
+                " INSERT INTO subtitle(film_id, language, release, format, downloads, digest, content)"
+                " SELECT 1, 'eng', 'Lights.' || i, 'srt', i, x'', x'' FROM n");
     }
 
     std::shared_ptr<CatalogueService> serviceOf(const QString &path) const
