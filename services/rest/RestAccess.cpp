@@ -17,7 +17,7 @@ HostRules RestAccess::apiHosts() const
 {
     if (isOnLoopback())
         return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules(QStringList(ServiceHosts) << base.host());
+    return HostRules(ServiceHosts.contains(base.host()) ? ServiceHosts : QStringList(base.host()));
 }
 
 HostRules RestAccess::linkHosts() const
@@ -32,6 +32,9 @@ QUrl RestAccess::baseAt(const QString &host) const
     QUrl url = base;
     const QUrl named(base.scheme() + "://"_L1 + host);
     if (!named.isValid() || named.host().isEmpty() || !named.path().isEmpty() || !apiHosts().accepts(named))
+        return base;
+    // A bare name says nothing of the port: it may just be ours.
+    if (named.host() == base.host() && named.port() == -1)
         return base;
     url.setHost(named.host());
     url.setPort(named.port());

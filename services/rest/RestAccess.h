@@ -13,12 +13,12 @@ struct RestAccess
     static QUrl standardBase();
     bool hasAccount() const { return !userName.isEmpty() && !password.isEmpty(); }
     bool isOnLoopback() const { return HostRules::isLoopback(base.host()); }
-    /// Where requests with the key may go: the service's own hosts, or this machine for a service that is on
-    /// it.
+    /// Where requests with the key may go: the service's own hosts, or for an address of a person's own that
+    /// host alone; this machine for a service that is on it.
     HostRules apiHosts() const;
     /// Where downloads may come from.
     HostRules linkHosts() const;
-    /// The base for the host that a login names; the usual one for a host that is not the service's.
+    /// The base for the host that a login names; ours for a host that the key may not go to.
     QUrl baseAt(const QString &host) const;
 
     bool operator==(const RestAccess &) const = default;

@@ -195,12 +195,12 @@ void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const Result<Ht
         finish(job, outcome.error());
         return;
     }
-    if (outcome->status == 410 || outcome->status == 404)
+    if (RestErrors::isLinkRefused(*outcome))
         m_links.remove(job->key());
     if (outcome->status == 304 || outcome->status == 204)
         keep(job, {});
     else if (outcome->status != 200)
-        finish(job, RestErrors::error(*outcome));
+        finish(job, RestErrors::linkError(*outcome));
     else
         keep(job, outcome->body);
 }

@@ -44,8 +44,13 @@ Kind kindOfStatus(int status)
     case 400:
     case 404:
     case 406:
+    case 413:
+    case 414: // words of a length that no address has
     case 422:
+    case 431:
         return Kind::Rejected;
+    case 408:
+        return Kind::Timeout;
     case 410:
         return Kind::LinkExpired;
     case 429:
@@ -73,6 +78,19 @@ QString RestErrors::message(const HttpAnswer &answer)
             text = QString::fromUtf8(answer.header(header));
     }
     return plainLine(redacted(text), MaxMessageLength);
+}
+
+Error RestErrors::linkError(const HttpAnswer &answer)
+{
+    if (!isLinkRefused(answer))
+        return error(answer);
+    return serviceError(Kind::LinkExpired, ServiceName::Subtitles,
+                        u"status %1: %2"_s.arg(answer.status).arg(message(answer)));
+}
+
+bool RestErrors::isLinkRefused(const HttpAnswer &answer)
+{
+    return answer.status == 401 || answer.status == 403 || answer.status == 404 || answer.status == 410;
 }
 
 bool RestErrors::isTokenRefused(const HttpAnswer &answer)

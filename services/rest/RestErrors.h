@@ -9,6 +9,9 @@ namespace RestErrors
 bool isTokenRefused(const HttpAnswer &answer);
 /// The Error of any answer but a success. Quotas are RestQuota's to read.
 Error error(const HttpAnswer &answer);
+/// The same for the address of a file, which neither key nor login opens: refused, it is good no more.
+Error linkError(const HttpAnswer &answer);
+bool isLinkRefused(const HttpAnswer &answer);
 /// The server's own words, as one line; empty when it gave none.
 QString message(const HttpAnswer &answer);
 } // namespace RestErrors

@@ -133,6 +133,8 @@ private Q_SLOTS:
         row("subtitle-bomb", Kind::NotASubtitle);
         row("subtitle-9-mib", Kind::BadAnswer);
         row("link-expired", Kind::LinkExpired);
+        row("link-forbidden", Kind::LinkExpired);
+        row("link-gone", Kind::LinkExpired);
         row("link-clear", Kind::BadAnswer);
         row("link-foreign", Kind::BadAnswer);
         row("link-missing", Kind::BadAnswer);
@@ -226,6 +228,25 @@ private Q_SLOTS:
         const auto second = m_fixture->download(RestFixture::subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
+        QCOMPARE(orders(), 2);
+    }
+
+    void refusedLinksAreOrderedAnew_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"link-expired", "link-forbidden", "link-gone"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void refusedLinksAreOrderedAnew()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto first = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QVERIFY(!**first);
+        const auto second = m_fixture->download(RestFixture::subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        // The sentence said so.
         QCOMPARE(orders(), 2);
     }
 

@@ -38,7 +38,11 @@ private Q_SLOTS:
         row(403, "<html><title>403 Forbidden</title></html>", Kind::KeyRefused);
         row(404, "Not found", Kind::Rejected);
         row(406, R"({"message":"Invalid file_id"})", Kind::Rejected);
+        row(408, {}, Kind::Timeout);
         row(410, "Invalid or expired link", Kind::LinkExpired);
+        row(413, {}, Kind::Rejected);
+        row(414, "<html>", Kind::Rejected);
+        row(418, {}, Kind::BadAnswer);
         row(429, {}, Kind::TooManyRequests);
         row(500, {}, Kind::Unavailable);
         row(503, "<html>", Kind::Unavailable);

@@ -242,6 +242,23 @@ private Q_SLOTS:
         QCOMPARE(RestSettings().baseAt(host), QUrl(base));
     }
 
+    void loginLeadsFromAnAddressOfAPersonsOwnToNoOther_data()
+    {
+        QTest::addColumn<QString>("host");
+        for (const char *host : {"subtitles.example", "subtitles.example:8443", "api.opensubtitles.com",
+                                 "vip-api.opensubtitles.com", "127.0.0.1"})
+            QTest::newRow(host) << QString::fromLatin1(host);
+    }
+    void loginLeadsFromAnAddressOfAPersonsOwnToNoOther()
+    {
+        QFETCH(const QString, host);
+        RestAccess access;
+        access.base = QUrl(u"https://subtitles.example:8443/api/v1"_s);
+        QCOMPARE(access.baseAt(host), access.base);
+        QVERIFY(access.apiHosts().accepts(access.base));
+        QVERIFY(!access.apiHosts().accepts(RestAccess::standardBase()));
+    }
+
     void logOutTellsTheService()
     {
         m_fixture->useAccount();

@@ -91,6 +91,8 @@ constexpr Description Known[] = {
     {"subtitle-9-mib", "9 MiB of subtitle"},
     {"link-once", "a link serves one transfer"},
     {"link-expired", "410 on the link"},
+    {"link-forbidden", "403 on the link"},
+    {"link-gone", "404 on the link"},
     {"link-clear", "the link is http on a public host"},
     {"link-foreign", "the link leads to a foreign host"},
     {"link-missing", "no link in the answer"},

@@ -41,7 +41,9 @@ ServedAnswer SubtitleLinks::answer(const ReceivedRequest &request)
     m_used += request.target;
     if (m_behaviours.has("link-expired"_L1) || (used && m_behaviours.has("link-once"_L1)))
         return {410, {{"Content-Type", "text/plain"}}, "Invalid or expired link"};
-    if (!request.path().startsWith("/download/"))
+    if (m_behaviours.has("link-forbidden"_L1))
+        return pageAnswer(403, "Forbidden");
+    if (m_behaviours.has("link-gone"_L1) || !request.path().startsWith("/download/"))
         return pageAnswer(404, "Not found");
     return file(request.path().split('/').last().chopped(4).toLongLong());
 }
