@@ -159,10 +159,16 @@ void PrefsServicesViewController::save(const Field &field)
     field.edit->setModified(false);
     if (field.edit->text() == m_accounts->text(field.item))
         return;
-    m_scene->statusLabel->clear();
+    m_notKept.clear();
+    if (!isTesting())
+        m_answers.clear();
+    showAnswers();
     m_accounts->setText(field.item, field.edit->text(), [weak = weakSelf()](const Result<void> &kept) {
-        if (const auto self = weak.lock(); self && !kept)
-            self->m_scene->statusLabel->setText(kept.error().localizedDescription);
+        const auto self = weak.lock();
+        if (!self || kept)
+            return;
+        self->m_notKept = kept.error().localizedDescription;
+        self->showAnswers();
     });
 }
 
@@ -179,8 +185,14 @@ void PrefsServicesViewController::testConnection(QObject *)
     m_answers.assign(asksFilms ? 2 : 1, std::nullopt);
     showAnswers();
     m_accounts->testSubtitles([weak = weakSelf()](const Result<ServiceAccounts::Connection> &answer) {
-        if (const auto self = weak.lock())
-            self->takeAnswer(SubtitleAnswer, sentenceFor(answer));
+        const auto self = weak.lock();
+        if (!self)
+            return;
+        QString sentence = sentenceFor(answer);
+        if (answer && self->hasHalfAnAccount())
+            sentence +=
+                u' ' + String::localize(u"No login was tried: it takes both user name and password."_s);
+        self->takeAnswer(SubtitleAnswer, sentence);
     });
     if (!asksFilms)
         return;
@@ -188,6 +200,17 @@ void PrefsServicesViewController::testConnection(QObject *)
         if (const auto self = weak.lock())
             self->takeAnswer(FilmAnswer, sentenceFor(answer));
     });
+}
+
+bool PrefsServicesViewController::hasHalfAnAccount() const
+{
+    const bool hasName = !m_scene->userField->text().trimmed().isEmpty();
+    return hasName == m_accounts->text(Item::SubtitlePassword).isEmpty();
+}
+
+bool PrefsServicesViewController::isTesting() const
+{
+    return std::find(m_answers.begin(), m_answers.end(), std::nullopt) != m_answers.end();
 }
 
 void PrefsServicesViewController::takeAnswer(size_t place, const QString &sentence)
@@ -199,12 +222,18 @@ void PrefsServicesViewController::takeAnswer(size_t place, const QString &senten
 void PrefsServicesViewController::showAnswers()
 {
     const QString testing = String::localize(u"Testing…"_s);
-    const auto missing = std::count(m_answers.begin(), m_answers.end(), std::nullopt);
+    const bool isAnswered = std::any_of(m_answers.begin(), m_answers.end(),
+                                        [](const auto &answer) { return answer.has_value(); });
     QStringList lines;
-    for (const auto &answer : m_answers)
-        lines += answer.value_or(testing);
-    m_scene->statusLabel->setText(missing == std::ssize(m_answers) ? testing : lines.join(u'\n'));
-    m_scene->testButton->setEnabled(missing == 0);
+    if (!m_notKept.isEmpty())
+        lines += m_notKept;
+    if (isTesting() && !isAnswered)
+        lines += testing;
+    else
+        std::transform(m_answers.begin(), m_answers.end(), std::back_inserter(lines),
+                       [&testing](const auto &answer) { return answer.value_or(testing); });
+    m_scene->statusLabel->setText(lines.join(u'\n'));
+    m_scene->testButton->setEnabled(!isTesting());
 }
 
 void PrefsServicesViewController::showCatalogue(QObject *)

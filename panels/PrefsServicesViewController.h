@@ -52,12 +52,15 @@ private:
     void showCataloguePlace();
     void makeFolderSection();
     void save(const Field &field);
+    bool isTesting() const;
+    bool hasHalfAnAccount() const;
     void takeAnswer(size_t place, const QString &sentence);
     void showAnswers();
     std::weak_ptr<PrefsServicesViewController> weakSelf();
 
     std::shared_ptr<ServiceAccounts> m_accounts;
     std::vector<Field> m_fields;
+    QString m_notKept;                             // what is wrong with the text that was typed last
     std::vector<std::optional<QString>> m_answers; // of the last test, in the order in which they are shown
     std::unique_ptr<Ui::PrefsServicesViewController> m_scene;
     QPointer<FolderImportSection> m_folders; // the view's

@@ -108,6 +108,33 @@ private Q_SLOTS:
         QCOMPARE(status(), u"Only until the end."_s);
     }
 
+    void whatCouldNotBeKeptIsSaidBesideTheAnswerOfATest()
+    {
+        m_fixture->accounts->kept = refusal(u"Only until the end."_s);
+        open();
+        type(keyField(), u"new"_s);
+        testButton()->click();
+        QCOMPARE(status(), u"Only until the end.\nTesting…"_s);
+        m_fixture->accounts->answerSubtitles(ServiceAccounts::Connection{});
+        QCOMPARE(status(), u"Only until the end.\nThe subtitle service accepts the key."_s);
+        m_fixture->accounts->kept = {};
+        type(keyField(), u"newer"_s);
+        QTest::keyClick(keyField(), Qt::Key_Return);
+        QCOMPARE(status(), QString()); // neither is true of this one
+    }
+
+    void editDuringATestLeavesItsAnswersToCome()
+    {
+        open();
+        testButton()->click();
+        type(keyField(), u"new"_s);
+        QTest::keyClick(keyField(), Qt::Key_Return);
+        QCOMPARE(status(), u"Testing…"_s);
+        QVERIFY(!testButton()->isEnabled());
+        m_fixture->accounts->answerSubtitles(ServiceAccounts::Connection{});
+        QVERIFY(testButton()->isEnabled());
+    }
+
     void environmentCannotBeOverwritten()
     {
         m_fixture->accounts->texts = {{Item::SubtitleKey, u"given"_s}};
@@ -147,6 +174,32 @@ private Q_SLOTS:
         QTEST(status(), "sentence");
         QVERIFY(testButton()->isEnabled());
         QVERIFY(!m_fixture->accounts->answerFilms);
+    }
+
+    void halfAnAccountIsNoLogin_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<bool>("isHalf");
+        QTest::newRow("none") << QString() << QString() << false;
+        QTest::newRow("name alone") << u"reader"_s << QString() << true;
+        QTest::newRow("password alone") << u" "_s << u"word"_s << true;
+    }
+    void halfAnAccountIsNoLogin()
+    {
+        QFETCH(const QString, user);
+        QFETCH(const QString, password);
+        QFETCH(const bool, isHalf);
+        defaults().setObject(u"SubtitleServiceUser"_s, user);
+        m_fixture->accounts->texts = {{Item::SubtitlePassword, password}};
+        open();
+        testButton()->click();
+        m_fixture->accounts->answerSubtitles(ServiceAccounts::Connection{});
+        QVERIFY(status().startsWith(u"The subtitle service accepts the key."_s));
+        QCOMPARE(status().endsWith(u" No login was tried: it takes both user name and password."_s), isHalf);
+        testButton()->click();
+        m_fixture->accounts->answerSubtitles(refusal(u"Not this key."_s));
+        QCOMPARE(status(), u"Not this key."_s);
     }
 
     void refusalIsSaidInItsOwnWords()
