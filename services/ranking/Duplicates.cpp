@@ -1,7 +1,10 @@
 #include "Duplicates.h"
 
-#include <QHash>
+#include <QMultiHash>
+#include <QSet>
 #include <QStringList>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -35,28 +38,42 @@ QString contentKey(const Subtitle &subtitle)
                                             4 * int{subtitle.machineTranslated})};
     return parts.join(Separator);
 }
+/// Kept subtitles, by content, whose like of another service has not been met yet.
+using Waiting = QMultiHash<QString, qsizetype>;
+
+/// The first of another service among those that have that content.
+std::optional<qsizetype> partnerOf(const Subtitle &subtitle, const QString &content, const Waiting &waiting,
+                                   const QList<SubtitlePtr> &kept)
+{
+    std::optional<qsizetype> first;
+    for (auto [it, end] = waiting.equal_range(content); it != end; ++it) {
+        if (kept[*it]->service != subtitle.service && (!first || *it < *first))
+            first = *it;
+    }
+    return first;
+}
 } // namespace
 
 QList<SubtitlePtr> withoutDuplicates(const QList<SubtitlePtr> &subtitles)
 {
     QList<SubtitlePtr> kept;
-    QHash<QString, qsizetype> byFile;
-    QHash<QString, qsizetype> byContent;
+    QSet<QString> files;
+    Waiting waiting;
     for (const SubtitlePtr &subtitle : subtitles) {
-        const bool hasId = !subtitle->fileID.isEmpty();
-        if (hasId && byFile.contains(fileKey(*subtitle)))
+        const QString file = fileKey(*subtitle);
+        if (!subtitle->fileID.isEmpty() && files.contains(file))
             continue;
-        const auto same = byContent.constFind(contentKey(*subtitle));
-        // Within one service, releases of the same name are different files by different people.
-        if (same != byContent.cend() && kept[*same]->service != subtitle->service) {
-            if (subtitle->matchesHash && !kept[*same]->matchesHash)
-                kept[*same] = subtitle;
-        } else {
-            byContent.insert(contentKey(*subtitle), kept.size());
+        files.insert(file);
+        const QString content = contentKey(*subtitle);
+        const std::optional<qsizetype> same = partnerOf(*subtitle, content, waiting, kept);
+        if (!same) {
+            waiting.insert(content, kept.size());
             kept += subtitle;
+            continue;
         }
-        if (hasId)
-            byFile.insert(fileKey(*subtitle), byContent.value(contentKey(*subtitle)));
+        waiting.remove(content, *same);
+        if (subtitle->matchesHash && !kept[*same]->matchesHash)
+            kept[*same] = subtitle;
     }
     return kept;
 }

@@ -120,6 +120,22 @@ private Q_SLOTS:
         QCOMPARE(withoutDuplicates({ours, exact}), QList{exact});
         QCOMPARE(withoutDuplicates({ours, german, marked}), (QList{ours, german, marked}));
     }
+
+    void oneFileHidesOneOfTheOtherServiceAlone()
+    {
+        const auto from = [](const QString &service, const QString &id) {
+            return subtitle(u"Paper.Lighthouse.2019-ABC"_s, [=](Subtitle &s) {
+                s.service = service;
+                s.fileID = id;
+            });
+        };
+        const SubtitlePtr ours = from(u"catalogue"_s, u"1"_s);
+        const SubtitlePtr alsoOurs = from(u"catalogue"_s, u"2"_s);
+        const QList<SubtitlePtr> theirs{from(u"rest"_s, u"1"_s), from(u"rest"_s, u"2"_s),
+                                        from(u"rest"_s, u"3"_s)};
+        QCOMPARE(withoutDuplicates(QList{ours} + theirs), (QList{ours, theirs[1], theirs[2]}));
+        QCOMPARE(withoutDuplicates(QList{ours, alsoOurs} + theirs), (QList{ours, alsoOurs, theirs[2]}));
+    }
 };
 
 QTEST_APPLESS_MAIN(RankingOrderTest)
