@@ -34,10 +34,12 @@ Image iconForFormat(const QString &format)
 }
 } // namespace
 
+/// The table asks when it is reloaded, and from then on shows these very results, whatever a service stores
+/// meanwhile: it must be one and the same list that is counted here and whose rows are shown.
 int MainViewController::numberOfRowsInTableView()
 {
-    const auto found = subtitles.load();
-    return found ? static_cast<int>(found->size()) : 0;
+    m_shownSubtitles = subtitles.load();
+    return m_shownSubtitles ? static_cast<int>(m_shownSubtitles->size()) : 0;
 }
 
 TableCellView *MainViewController::tableViewViewForRow(int row)
@@ -73,11 +75,8 @@ void MainViewController::tableViewSelectionDidChange()
     hideDetailView(true);
 }
 
-/// The table asks for the number of rows now, and shows these very results until it is reloaded again,
-/// whatever a service stores meanwhile.
 void MainViewController::reloadTable()
 {
-    m_shownSubtitles = subtitles.load();
     if (tableView)
         tableView->reloadData();
 }

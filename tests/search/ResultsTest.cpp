@@ -11,7 +11,26 @@
 #include <QAccessible>
 #include <QScrollBar>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+/// Has something happen at the very moment the table asks for the number of rows.
+class InterruptedController final : public MainViewController
+{
+public:
+    std::function<void()> interrupt;
+
+    int numberOfRowsInTableView() override
+    {
+        if (const auto once = std::exchange(interrupt, nullptr))
+            once();
+        return MainViewController::numberOfRowsInTableView();
+    }
+};
+} // namespace
 
 class ResultsTest : public QObject
 {
@@ -41,6 +60,7 @@ private Q_SLOTS:
     void emptyResultsDropTheSelection();
     void reloadKeepsTheSelectedRow();
     void storedListDoesNotChangeTheRowsShown();
+    void listStoredDuringAReloadIsShownWholeOrNotAtAll();
     void selectionOverAnEmptyListIsOnlyPrinted();
     void selectionOverAnAbsentListIsPassedOver();
     void fillingThePanelWithoutASelectionIsOnlyPrinted();
@@ -231,6 +251,24 @@ void ResultsTest::storedListDoesNotChangeTheRowsShown()
         u"Film.5"_s);
     select(4); // fills the panel from the rows shown
     QCOMPARE(label("detailFileLabel"), u"Film.5"_s);
+}
+
+void ResultsTest::listStoredDuringAReloadIsShownWholeOrNotAtAll()
+{
+    const auto controller = ViewController::make<InterruptedController>();
+    m_view->window->setContentViewController(controller);
+    controller->searchForText(u"a"_s, std::nullopt);
+    controller->searchForText(u"b"_s, std::nullopt);
+    m_view->service->finish(0, answerWith(2));
+    controller->interrupt = [this] { m_view->service->finish(1, answerWith(5)); };
+    QStringList rows;
+    MainQueue::shared().async([&] { // before the steps of the second search
+        for (int row = 0; row < m_view->table()->numberOfRows(); ++row)
+            rows += controller->tableViewAccessibleTextForRow(row);
+    });
+    m_view->turn();
+    QCOMPARE(rows, (QStringList{u"Film.1, Film"_s, u"Film.2, Film"_s, u"Film.3, Film"_s, u"Film.4, Film"_s,
+                                u"Film.5, Film"_s}));
 }
 
 void ResultsTest::selectionOverAnEmptyListIsOnlyPrinted()

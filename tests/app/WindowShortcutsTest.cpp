@@ -1,0 +1,189 @@
+#include <app/AppScenes.h>
+#include <app/MainWindowController.h>
+#include <panels/DonateViewController.h>
+#include <panels/FeedbackWindowController.h>
+#include <panels/UpdateWindowController.h>
+#include <platform/Storyboard.h>
+#include <platform/UserDefaults.h>
+#include <platform/Window.h>
+#include <search/MainViewController.h>
+#include <support/Sandbox.h>
+#include <support/scripted/ScriptedServices.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QPlainTextEdit>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// The menu's shortcuts in the windows that come up by themselves or by a menu entry: for updates, for
+/// feedback and for a donation.
+class WindowShortcutsTest final : public QObject
+{
+    Q_OBJECT
+
+    Sandbox m_sandbox;
+    std::shared_ptr<ScriptedSubtitleService> m_service;
+    std::shared_ptr<ScriptedMetadataService> m_metadata;
+    std::unique_ptr<MainWindowController> m_main;
+    std::unique_ptr<UpdateWindowController> m_updates;
+    std::unique_ptr<FeedbackWindowController> m_feedback;
+
+    static void addWindows()
+    {
+        QTest::addColumn<QString>("window");
+        QTest::newRow("updates: checking") << u"checking"_s;
+        QTest::newRow("updates: an offer") << u"offer"_s;
+        QTest::newRow("updates: none") << u"upToDate"_s;
+        QTest::newRow("feedback") << u"feedback"_s;
+    }
+
+    Window *opened(const QString &name)
+    {
+        if (name == u"feedback"_s)
+            m_feedback->showForm({u"Not sent yet."_s, {}, {}, {}});
+        else if (name == u"checking"_s)
+            m_updates->showChecking();
+        else if (name == u"upToDate"_s)
+            m_updates->showUpToDate(u"1.5"_s);
+        else
+            m_updates->showOffer({u"1.6"_s, u"1.5"_s, u"New"_s, QUrl(u"https://get.example/"_s)},
+                                 UpdatePresenting::Arrival::Asked);
+        return inFront();
+    }
+
+    Window *openedDonation() const
+    {
+        m_main->mainViewController()->presentViewControllerAsModalWindow(
+            Storyboard::named(u"Main"_s).instantiate<DonateViewController>(u"DonateViewController"_s));
+        return inFront();
+    }
+
+    /// The window that opened last, once keys go to it.
+    Window *inFront() const
+    {
+        Window *window = Window::openWindows().last();
+        const bool isActive = QTest::qWaitFor([&] { return window->isActiveWindow(); });
+        return isActive && window != m_main->window() ? window : nullptr;
+    }
+
+    static void press(const Window *window, Qt::Key key)
+    {
+        QTest::keyClick(window->windowHandle(), key, Qt::ControlModifier);
+    }
+
+private Q_SLOTS:
+    void initTestCase() { registerScenes(); }
+    void init()
+    {
+        m_service = ScriptedSubtitleService::install();
+        m_metadata = ScriptedMetadataService::install();
+        m_updates = std::make_unique<UpdateWindowController>();
+        m_feedback = std::make_unique<FeedbackWindowController>();
+        m_main = std::make_unique<MainWindowController>();
+        m_main->showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(m_main->window()));
+    }
+    void cleanup()
+    {
+        QApplication::closeAllWindows(); // a prompt outlives the window that it came up in
+        m_main.reset();
+        m_updates.reset();
+        m_feedback.reset();
+    }
+
+    void controlWClosesItAlone_data() { addWindows(); }
+    void controlWClosesItAlone()
+    {
+        QFETCH(const QString, window);
+        Window *shown = opened(window);
+        QVERIFY(shown);
+        press(shown, Qt::Key_W);
+        QCOMPARE(Window::openWindows(), QList<Window *>{m_main->window()});
+    }
+
+    void controlQEndsEverything_data() { addWindows(); }
+    void controlQEndsEverything()
+    {
+        QFETCH(const QString, window);
+        Window *shown = opened(window);
+        QVERIFY(shown);
+        press(shown, Qt::Key_Q);
+        QCOMPARE(Window::openWindows(), QList<Window *>());
+    }
+
+    void controlCommaOpensThePreferences_data() { addWindows(); }
+    void controlCommaOpensThePreferences()
+    {
+        QFETCH(const QString, window);
+        Window *shown = opened(window);
+        QVERIFY(shown);
+        press(shown, Qt::Key_Comma);
+        const Window *preferences = inFront();
+        QVERIFY(preferences);
+        QCOMPARE(preferences->windowTitle(), u"General"_s);
+        QVERIFY(shown->isVisible());
+    }
+
+    void controlOOpensAVideo_data() { addWindows(); }
+    void controlOOpensAVideo()
+    {
+        QFETCH(const QString, window);
+        Window *shown = opened(window);
+        QVERIFY(shown);
+        press(shown, Qt::Key_O);
+        QTRY_VERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
+        QApplication::activeModalWidget()->close();
+    }
+
+    void textOfAReportTakesNoneOfThemAsText()
+    {
+        Window *shown = opened(u"feedback"_s);
+        QVERIFY(shown);
+        const auto *text = shown->findChild<QPlainTextEdit *>();
+        QTRY_VERIFY(text->hasFocus());
+        press(shown, Qt::Key_W);
+        QVERIFY(!shown->isVisible());
+        QCOMPARE(text->toPlainText(), u"Not sent yet."_s);
+    }
+
+    void controlWClosesTheDonationPromptWithoutAnAnswer()
+    {
+        Window *prompt = openedDonation();
+        QVERIFY(prompt);
+        press(prompt, Qt::Key_W);
+        QCOMPARE(Window::openWindows(), QList<Window *>{m_main->window()});
+        QVERIFY(!UserDefaults::standard().object(u"dontAskMeToDonate"_s).isValid());
+        QVERIFY(!UserDefaults::standard().object(u"askMeToDonateLater"_s).isValid());
+        QCOMPARE(m_service->downloadCount(), 0);
+    }
+
+    void controlQEndsFromTheDonationPrompt()
+    {
+        Window *prompt = openedDonation();
+        QVERIFY(prompt);
+        press(prompt, Qt::Key_Q);
+        QCOMPARE(Window::openWindows(), QList<Window *>());
+    }
+
+    /// What would open another window behind the prompt does not.
+    void nothingOpensBehindTheDonationPrompt_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("preferences") << Qt::Key_Comma;
+        QTest::newRow("open video") << Qt::Key_O;
+    }
+    void nothingOpensBehindTheDonationPrompt()
+    {
+        QFETCH(const Qt::Key, key);
+        Window *prompt = openedDonation();
+        QVERIFY(prompt);
+        press(prompt, key);
+        QCOMPARE(Window::openWindows(), (QList<Window *>{m_main->window(), prompt}));
+        QCOMPARE(QApplication::activeModalWidget(), prompt);
+    }
+};
+
+QTEST_MAIN(WindowShortcutsTest)
+#include "WindowShortcutsTest.moc"
