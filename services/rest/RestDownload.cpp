@@ -1,6 +1,7 @@
 #include "RestDownload.h"
 
 #include "RestErrors.h"
+#include "RestFileId.h"
 #include "RestFiles.h"
 
 #include <platform/Bundle.h>
@@ -21,10 +22,19 @@ constexpr Clock::Duration LinkLife = 2h + 50min; // the service promises three h
 constexpr qsizetype MaxFileBytes = 8LL * 1024 * 1024;
 constexpr Clock::Duration TransferLimit = 120s;
 
-QByteArray orderOf(const Subtitle &subtitle)
+QByteArray orderOf(qint64 number)
 {
-    const QJsonObject order{{u"file_id"_s, subtitle.fileID.toLongLong()}, {u"sub_format"_s, u"srt"_s}};
+    const QJsonObject order{{u"file_id"_s, number}, {u"sub_format"_s, u"srt"_s}};
     return QJsonDocument(order).toJson(QJsonDocument::Compact);
+}
+
+/// Its number would be that of some other file at the service that is asked now.
+Error ofAnotherService(const QString &id)
+{
+    Error error = serviceError(Kind::Rejected, ServiceName::Subtitles, u"a file of another service: "_s + id);
+    error.localizedDescription =
+        Bundle::main().localizedString(u"The service this subtitle came from is not in use now."_s);
+    return error;
 }
 
 /// Nobody has given a name or password that could be wrong.
@@ -46,7 +56,7 @@ struct RestDownload::Job
     Transport::Call call;
 
     /// The file's name in the cache and among the links.
-    QString key() const { return RestFiles::keyOf(session->access().base, *subtitle); }
+    const QString &key() const { return subtitle->fileID; }
 };
 
 RestDownload::RestDownload(const Tools &tools, std::shared_ptr<RestSession> session)
@@ -101,6 +111,11 @@ void RestDownload::lookUp(const std::shared_ptr<Job> &job)
 
 void RestDownload::order(const std::shared_ptr<Job> &job)
 {
+    const std::optional<qint64> number = RestFileId::numberAt(job->session->access().base, job->key());
+    if (!number) {
+        finish(job, ofAnotherService(job->key()));
+        return;
+    }
     const Clock &clock = m_tools.transport.clock();
     const Link link = m_links.value(job->key());
     if (clock.now() < link.ends && clock.date() < link.endDate) {
@@ -111,7 +126,7 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
         finish(job, limitReached(*job->session, u"known to be used up"_s));
         return;
     }
-    job->call = job->session->send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*job->subtitle)},
+    job->call = job->session->send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*number)},
                                    RestSession::Login::Wanted,
                                    [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
                                        if (const auto held = weak.lock())

@@ -32,7 +32,8 @@ public:
     /// For the files asked for from now on; what is under way ends in the session it began in.
     void use(std::shared_ptr<RestSession> session);
     void setKeepsOriginalBytes(bool keeps) { m_keepsOriginalBytes = keeps; }
-    /// The answer comes on a later turn of the main thread.
+    /// The answer comes on a later turn of the main thread. A file of another service than the session's is
+    /// not ordered; it is to be had where it was fetched before.
     void fetch(const SubtitlePtr &subtitle, Completion completion);
 
     /// Those of the present session are told to the observer.
@@ -70,5 +71,5 @@ private:
     bool m_keepsOriginalBytes = false;
     std::function<void(const RestQuota &)> m_observer;
     QHash<JobKey, std::shared_ptr<Job>> m_jobs;
-    QHash<QString, Link> m_links; // ordered, not yet fetched to satisfaction; by RestFiles::keyOf
+    QHash<QString, Link> m_links; // ordered, not yet fetched to satisfaction; by the file's id
 };

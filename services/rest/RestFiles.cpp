@@ -1,7 +1,5 @@
 #include "RestFiles.h"
 
-#include "RestURL.h"
-
 #include <platform/Bundle.h>
 #include <services/net/ServiceError.h>
 #include <services/support/DownloadFolder.h>
@@ -41,12 +39,6 @@ Error refusal(SubtitleFile::Failure failure)
     }
 }
 } // namespace
-
-QString RestFiles::keyOf(const QUrl &base, const Subtitle &subtitle)
-{
-    const QUrl file = RestURL::address(base, u"/download"_s, {{u"file_id"_s, subtitle.fileID}});
-    return QString::fromLatin1(file.toEncoded());
-}
 
 std::optional<SubtitleFile> RestFiles::find(const DiskCache &kept, const QString &key,
                                             const QString &language, const QDateTime &date)

@@ -11,8 +11,6 @@ class DownloadFolder;
 /// thread.
 namespace RestFiles
 {
-/// What a subtitle's file is kept under: two services may give two files one id.
-QString keyOf(const QUrl &base, const Subtitle &subtitle);
 /// The file kept under `key`, if it is still there and good. `language` is the subtitle's.
 std::optional<SubtitleFile> find(const DiskCache &kept, const QString &key, const QString &language,
                                  const QDateTime &date);

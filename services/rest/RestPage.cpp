@@ -19,7 +19,7 @@ Error nonsense(const QString &detail)
 }
 } // namespace
 
-Result<RestPage> RestPage::read(const QByteArray &json, const Locale &locale)
+Result<RestPage> RestPage::read(const QByteArray &json, const QUrl &base, const Locale &locale)
 {
     const std::optional<QJsonObject> envelope = Json::object(json);
     if (!envelope)
@@ -37,7 +37,7 @@ Result<RestPage> RestPage::read(const QByteArray &json, const Locale &locale)
                                                 QCryptographicHash::Sha1);
     int readable = 0;
     for (int i = 0; i < page.records; ++i) {
-        const RestRecord record = RestRecord::read(data[i], locale);
+        const RestRecord record = RestRecord::read(data[i], base, locale);
         readable += record.isReadable ? 1 : 0;
         page.subtitles += record.subtitles;
     }

@@ -15,5 +15,5 @@ struct RestPage
 
     /// An Error for what is no search answer, and for one of which not a single record can be read. Any
     /// thread.
-    static Result<RestPage> read(const QByteArray &json, const Locale &locale);
+    static Result<RestPage> read(const QByteArray &json, const QUrl &base, const Locale &locale);
 };

@@ -1,5 +1,6 @@
 #include "RestRecord.h"
 
+#include "RestFileId.h"
 #include "RestLanguages.h"
 
 #include <services/net/Json.h>
@@ -75,7 +76,7 @@ QString fileName(const QJsonObject &file, const QString &release, const Subtitle
         if (!name.isEmpty())
             return name;
     }
-    return subtitle.fileID;
+    return Json::text(file, u"file_id"_s);
 }
 } // namespace
 
@@ -100,7 +101,7 @@ QString RestRecord::service()
     return u"rest"_s;
 }
 
-RestRecord RestRecord::read(const QJsonValue &record, const Locale &locale)
+RestRecord RestRecord::read(const QJsonValue &record, const QUrl &base, const Locale &locale)
 {
     RestRecord result;
     const QJsonValue attributesValue = record[u"attributes"_s];
@@ -117,7 +118,7 @@ RestRecord RestRecord::read(const QJsonValue &record, const Locale &locale)
         if (!id || *id <= 0)
             continue;
         auto subtitle = std::make_shared<Subtitle>(common);
-        subtitle->fileID = QString::number(*id);
+        subtitle->fileID = RestFileId::of(base, *id);
         subtitle->subFileName = fileName(file, release, *subtitle);
         result.subtitles += subtitle;
     }

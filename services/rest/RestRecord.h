@@ -3,6 +3,7 @@
 #include <search/api/Subtitle.h>
 #include <QJsonValue>
 #include <QList>
+#include <QUrl>
 
 /// Reads one record of a search answer, whatever is missing in it.
 struct RestRecord
@@ -12,8 +13,8 @@ struct RestRecord
 
     /// What `Subtitle::service` says of these results.
     static QString service();
-    /// `locale` is the one that languages are named in. Any thread.
-    static RestRecord read(const QJsonValue &record, const Locale &locale);
+    /// `base` is that of the service that answered, `locale` the one that languages are named in. Any thread.
+    static RestRecord read(const QJsonValue &record, const QUrl &base, const Locale &locale);
 };
 
 /// A text of a server as one line that can be shown: no control or direction characters, at most `maxLength`

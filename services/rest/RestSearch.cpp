@@ -16,30 +16,40 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 
 constexpr std::chrono::seconds KeptFor = 24h;
 constexpr std::chrono::seconds NothingKeptFor = 1h;
-
-/// A page as the cache has it, or nothing.
-std::optional<RestPage> cachedPage(const DiskCache &cache, const QString &key, const QDateTime &date,
-                                   const Locale &locale)
-{
-    const std::optional<DiskCache::Entry> entry = cache.find(key, date);
-    if (!entry || !entry->isFresh(date))
-        return std::nullopt;
-    const Result<RestPage> page = RestPage::read(entry->body, locale);
-    return page ? std::optional(*page) : std::nullopt;
-}
-
-/// Reads a page that has just come and keeps it, if it is one.
-Result<RestPage> newPage(const DiskCache &cache, const QString &key, const QDateTime &date,
-                         const Locale &locale, const QByteArray &body)
-{
-    Result<RestPage> page = RestPage::read(body, locale);
-    if (page) {
-        const auto kept = page->records > 0 ? KeptFor : NothingKeptFor;
-        cache.store(key, {body, {}, date, date.addDuration(kept)});
-    }
-    return page;
-}
 } // namespace
+
+/// Where a page is kept, and how it is read. For the worker.
+struct RestSearch::Shelf
+{
+    DiskCache cache;
+    QUrl page;
+    QUrl base;
+    QDateTime date;
+    Locale locale;
+
+    QString key() const { return QString::fromLatin1(page.toEncoded()); }
+
+    /// The page that is kept, or nothing.
+    std::optional<RestPage> find() const
+    {
+        const std::optional<DiskCache::Entry> entry = cache.find(key(), date);
+        if (!entry || !entry->isFresh(date))
+            return std::nullopt;
+        const Result<RestPage> read = RestPage::read(entry->body, base, locale);
+        return read ? std::optional(*read) : std::nullopt;
+    }
+
+    /// Reads a page that has just come and keeps it, if it is one.
+    Result<RestPage> put(const QByteArray &body) const
+    {
+        Result<RestPage> read = RestPage::read(body, base, locale);
+        if (read) {
+            const auto kept = read->records > 0 ? KeptFor : NothingKeptFor;
+            cache.store(key(), {body, {}, date, date.addDuration(kept)});
+        }
+        return read;
+    }
+};
 
 RestSearch::RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
                        Completion completion)
@@ -59,20 +69,17 @@ RestURL::Parameters RestSearch::parameters(int page) const
     return result;
 }
 
-QString RestSearch::cacheKey(int page) const
+RestSearch::Shelf RestSearch::shelf(int page) const
 {
-    const QUrl url = RestURL::address(m_tools.session->access().base, u"/subtitles"_s, parameters(page));
-    return QString::fromLatin1(url.toEncoded());
+    const QUrl &base = m_tools.session->access().base;
+    return {m_tools.cache, RestURL::address(base, u"/subtitles"_s, parameters(page)), base,
+            m_tools.clock.date(), m_locale};
 }
 
 void RestSearch::lookUp(int page)
 {
-    const QDateTime date = m_tools.clock.date();
     inBackground(
-        m_tools.worker,
-        [cache = m_tools.cache, key = cacheKey(page), date, locale = m_locale] {
-            return cachedPage(cache, key, date, locale);
-        },
+        m_tools.worker, [shelf = shelf(page)] { return shelf.find(); },
         [weak = weak_from_this(), page](const std::optional<RestPage> &found) {
             const auto self = weak.lock();
             if (!self)
@@ -105,9 +112,7 @@ void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)
         return;
     }
     inBackground(
-        m_tools.worker,
-        [cache = m_tools.cache, key = cacheKey(page), date = m_tools.clock.date(), locale = m_locale,
-         body = outcome->body] { return newPage(cache, key, date, locale, body); },
+        m_tools.worker, [shelf = shelf(page), body = outcome->body] { return shelf.put(body); },
         [weak = weak_from_this(), page](const Result<RestPage> &read) {
             if (const auto self = weak.lock())
                 self->take(page, read);

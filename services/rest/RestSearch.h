@@ -37,8 +37,9 @@ private:
     bool isLast(int page, const RestPage &read);
     void finish();
     void fail(const Error &error);
+    struct Shelf;
+    Shelf shelf(int page) const;
     RestURL::Parameters parameters(int page) const;
-    QString cacheKey(int page) const;
 
     Tools m_tools;
     const RestQuery m_query;

@@ -78,7 +78,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, changeAt);
         m_fixture->useAccount();
         changeAtFirst(changeAt);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
@@ -92,10 +92,10 @@ private Q_SLOTS:
     void downloadAskedForAfterwardsIsOneOfItsOwn()
     {
         m_fixture->standIn.select(u"silent@download"_s);
-        const auto before = m_fixture->download(RestFixture::subtitle());
+        const auto before = m_fixture->download(m_fixture->subtitle());
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/download").size(), 1, Patience);
         change();
-        const auto after = m_fixture->download(RestFixture::subtitle());
+        const auto after = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), Patience);
         QVERIFY(**after);
         QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
@@ -104,23 +104,59 @@ private Q_SLOTS:
 
     void filesOfTwoServicesWithOneIdAreTwoFiles()
     {
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         change();
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
     }
 
+    void resultOfAnotherServiceIsNotOrderedByItsNumber()
+    {
+        const auto found = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        const SubtitlePtr row = (**found)->subtitles->constFirst();
+        const QUrl address = m_fixture->settings.base;
+        change();
+        const auto elsewhere = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), Patience);
+        QVERIFY(!**elsewhere);
+        QVERIFY2((*elsewhere)->error().localizedDescription.contains(u"not in use now"_s),
+                 qPrintable((*elsewhere)->error().localizedDescription));
+        QCOMPARE(m_other->main().requests().size(), 0);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/download").size(), 0);
+        // Where it came from it is to be had, however that address is written.
+        m_fixture->settings.base = QUrl(address.toString() + u'/');
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto there = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QVERIFY2(**there, **there ? "" : qPrintable((*there)->error().detail));
+    }
+
+    void fileFetchedFromAnotherServiceIsStillToBeHad()
+    {
+        const auto found = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        const SubtitlePtr row = (**found)->subtitles->constFirst();
+        const auto first = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        change();
+        const auto second = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY2(**second, **second ? "" : qPrintable((*second)->error().detail));
+        QCOMPARE(m_other->main().requests().size(), 0);
+    }
+
     void paidLinkOfAnotherServiceIsNotUsed()
     {
         m_fixture->standIn.select(u"subtitle-html"_s);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QVERIFY(!**first);
         change();
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
@@ -164,12 +200,12 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(SubtitleStandIn::UserName, {}); // nobody in particular so far
         m_fixture->standIn.select(u"quota-used"_s);
-        const auto refused = m_fixture->download(RestFixture::subtitle());
+        const auto refused = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(refused->came(), Patience);
         QCOMPARE(kindOf(*refused), Kind::LimitReached);
         m_fixture->standIn.clearBehaviours();
         m_fixture->useAccount();
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().localizedDescription));
     }
@@ -188,13 +224,14 @@ private Q_SLOTS:
     {
         QFETCH(const std::function<void(RestSettings &)>, somethingElse);
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         const RestSettings before = m_fixture->settings;
         somethingElse(m_fixture->settings);
         m_fixture->service->setSettings(m_fixture->settings);
+        m_fixture->settings = before;
         m_fixture->service->setSettings(before);
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(kindOf(*second), Kind::LoginRefused);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
@@ -203,12 +240,12 @@ private Q_SLOTS:
     void refusedPasswordIsNotSentByWhoWaitedMeanwhile()
     {
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         m_fixture->settings.apiKey = u"other"_s;
         m_fixture->service->setSettings(m_fixture->settings);
         m_fixture->settings.apiKey = SubtitleStandIn::ApiKey;
         m_fixture->service->setSettings(m_fixture->settings);
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
         QCOMPARE(kindOf(*first), Kind::LoginRefused);
         QCOMPARE(kindOf(*second), Kind::LoginRefused);
@@ -218,10 +255,10 @@ private Q_SLOTS:
     void passwordRefusedByOneServiceIsTriedAtAnother()
     {
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
-        const auto here = m_fixture->download(RestFixture::subtitle());
+        const auto here = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
         change();
-        const auto there = m_fixture->download(RestFixture::subtitle());
+        const auto there = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
         QCOMPARE(m_other->requests("/api/v1/login").size(), 1);
     }
@@ -229,13 +266,13 @@ private Q_SLOTS:
     void otherLikingsKeepTheLogin()
     {
         m_fixture->useAccount();
-        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        const auto first = m_fixture->download(m_fixture->subtitle(1));
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->settings.keepsOriginalBytes = true;
         m_fixture->settings.preferences.hearingImpaired = Liking::Preferred;
         m_fixture->service->setSettings(m_fixture->settings);
         QCOMPARE(m_fixture->service->quota().remaining, 19);
-        const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        const auto second = m_fixture->download(m_fixture->subtitle(2));
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
     }
@@ -243,7 +280,7 @@ private Q_SLOTS:
     void goodbyeIsSaidThoughTheSettingsChange()
     {
         m_fixture->useAccount();
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });

@@ -30,7 +30,7 @@ private Q_SLOTS:
 
     void fileArrivesUnderAPlainName()
     {
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QVERIFY(!caught->came());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
@@ -46,11 +46,11 @@ private Q_SLOTS:
 
     void choosingAgainCostsNothing()
     {
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QVERIFY(QFile::remove((**first)->toLocalFile())); // as delivery does
         m_fixture->restart();
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
@@ -59,19 +59,19 @@ private Q_SLOTS:
 
     void keptFilesAgeOutAfterAWeek()
     {
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.setDate(m_fixture->clock.date().addDays(8));
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(orders(), 2);
     }
 
     void twoAtOnceAreOneOrderAndTwoFiles()
     {
-        const auto first = m_fixture->download(RestFixture::subtitle());
-        const auto second = m_fixture->download(RestFixture::subtitle());
-        const auto other = m_fixture->download(RestFixture::subtitle(u"9200002"_s));
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        const auto other = m_fixture->download(m_fixture->subtitle(9200002));
         QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && other->came(), Patience);
         QVERIFY((**first)->path() != (**second)->path());
         QCOMPARE(contentOf(*first), contentOf(*second));
@@ -90,7 +90,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
@@ -103,13 +103,13 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"subtitle-1252"_s);
         m_fixture->settings.keepsOriginalBytes = true;
         m_fixture->service->setSettings(m_fixture->settings);
-        const auto original = m_fixture->download(RestFixture::subtitle());
+        const auto original = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(original->came(), Patience);
         QCOMPARE(contentOf(*original), QString::fromUtf8(SubtitleLinks::content(9200001)).toLatin1());
         // The choice is about handing out, not about what is kept.
         m_fixture->settings.keepsOriginalBytes = false;
         m_fixture->service->setSettings(m_fixture->settings);
-        const auto converted = m_fixture->download(RestFixture::subtitle());
+        const auto converted = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(converted->came(), Patience);
         QCOMPARE(contentOf(*converted), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
@@ -157,7 +157,7 @@ private Q_SLOTS:
     {
         QFETCH(const QStringList, behaviours);
         m_fixture->standIn.select(behaviours);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(!**caught);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
@@ -166,7 +166,7 @@ private Q_SLOTS:
         QVERIFY(!(*caught)->error().detail.contains(u"0f0f0f0f"_s));
         // Nothing of it was kept.
         m_fixture->standIn.clearBehaviours();
-        const auto again = m_fixture->download(RestFixture::subtitle());
+        const auto again = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
         QVERIFY2(**again, **again ? "" : qPrintable((*again)->error().detail));
     }
@@ -174,11 +174,11 @@ private Q_SLOTS:
     void brokenTransferIsRepeatedWithoutAnotherOrder()
     {
         m_fixture->standIn.select(u"close-before@link"_s);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QCOMPARE(kindOf(*first), Kind::Unavailable);
         m_fixture->standIn.clearBehaviours();
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(orders(), 1);
@@ -194,11 +194,11 @@ private Q_SLOTS:
     {
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QCOMPARE(kindOf(*first), Kind::NotASubtitle);
         m_fixture->standIn.clearBehaviours();
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
@@ -207,12 +207,12 @@ private Q_SLOTS:
     void serviceThatWantsAnAccountSaysSo()
     {
         m_fixture->standIn.select(u"account-wanted"_s);
-        const auto without = m_fixture->download(RestFixture::subtitle());
+        const auto without = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(without->came(), Patience);
         QCOMPARE(kindOf(*without), Kind::LoginRefused);
         QVERIFY((*without)->error().localizedDescription.contains(u"wants an account"_s));
         m_fixture->useAccount();
-        const auto with = m_fixture->download(RestFixture::subtitle());
+        const auto with = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(with->came(), Patience);
         QVERIFY(**with);
     }
@@ -221,11 +221,11 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select({u"close-once@link"_s, u"link-once"_s});
         // The broken transfer is tried again by itself, in vain: that link is spent.
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QCOMPARE(kindOf(*first), Kind::LinkExpired);
         QCOMPARE(orders(), 1);
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(orders(), 2);
@@ -241,10 +241,10 @@ private Q_SLOTS:
     {
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         QVERIFY(!**first);
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         // The sentence said so.
         QCOMPARE(orders(), 2);
@@ -260,14 +260,14 @@ private Q_SLOTS:
     {
         QFETCH(const bool, asleep);
         m_fixture->standIn.select(u"close-before@link"_s);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->standIn.clearBehaviours();
         if (asleep)
             m_fixture->clock.setDate(m_fixture->clock.date().addDuration(3h));
         else
             m_fixture->clock.advance(3h);
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QCOMPARE(orders(), 2);
     }
@@ -277,8 +277,8 @@ private Q_SLOTS:
         QList<int> told;
         m_fixture->service->setQuotaObserver(
             [&](const RestQuota &quota) { told += quota.remaining.value_or(-1); });
-        for (const QString &id : {u"1"_s, u"2"_s, u"2"_s}) {
-            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+        for (const qint64 id : {1, 2, 2}) {
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
             QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         }
         QCOMPARE(told, (QList<int>{4, 3}));
@@ -300,7 +300,7 @@ private Q_SLOTS:
         if (!behaviour.isEmpty())
             m_fixture->standIn.select(behaviour);
         m_fixture->standIn.select(u"quota-used"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::LimitReached);
         QVERIFY2((*caught)->error().localizedDescription.contains(sentence),
@@ -311,7 +311,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         m_fixture->standIn.select(u"quota-used"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2((*caught)->error().localizedDescription.contains(u"all 20 downloads"_s),
                  qPrintable((*caught)->error().localizedDescription));
@@ -320,26 +320,26 @@ private Q_SLOTS:
     void usedUpIsNotAskedAgainBeforeTheReset()
     {
         for (int id = 1; id <= 5; ++id) {
-            const auto caught = m_fixture->download(RestFixture::subtitle(QString::number(id)));
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
             QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         }
-        const auto sixth = m_fixture->download(RestFixture::subtitle(u"6"_s));
+        const auto sixth = m_fixture->download(m_fixture->subtitle(6));
         QTRY_VERIFY_WITH_TIMEOUT(sixth->came(), Patience);
         QCOMPARE(kindOf(*sixth), Kind::LimitReached);
         QVERIFY((*sixth)->error().localizedDescription.contains(u"all 5 downloads"_s));
         QVERIFY((*sixth)->error().localizedDescription.contains(u"With an account"_s));
         QCOMPARE(orders(), 5);
         // What was fetched before is still to be had.
-        const auto again = m_fixture->download(RestFixture::subtitle(u"3"_s));
+        const auto again = m_fixture->download(m_fixture->subtitle(3));
         QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
         QVERIFY(**again);
         // After the reset, and for another account, it is worth asking.
         m_fixture->clock.setDate(m_fixture->clock.date().addSecs(4 * 3600));
-        const auto seventh = m_fixture->download(RestFixture::subtitle(u"7"_s));
+        const auto seventh = m_fixture->download(m_fixture->subtitle(7));
         QTRY_VERIFY_WITH_TIMEOUT(seventh->came(), Patience);
         QCOMPARE(orders(), 6);
         m_fixture->useAccount();
-        const auto eighth = m_fixture->download(RestFixture::subtitle(u"8"_s));
+        const auto eighth = m_fixture->download(m_fixture->subtitle(8));
         QTRY_VERIFY_WITH_TIMEOUT(eighth->came(), Patience);
         QVERIFY(**eighth);
         QCOMPARE(m_fixture->service->quota().remaining, 19);
@@ -349,7 +349,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         m_fixture->standIn.select(u"silent@download"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
         m_fixture->clock.advance(20s);
@@ -364,7 +364,7 @@ private Q_SLOTS:
     void serviceDyingDuringTheTransferIsSaid()
     {
         m_fixture->standIn.select(u"drip@link"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, Patience);
         m_fixture->standIn.drip();
         m_fixture->standIn.stop();
@@ -374,7 +374,7 @@ private Q_SLOTS:
 
     void cancellingQueriesLeavesDownloadsAlone()
     {
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         m_fixture->service->cancelQueryTask();
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
@@ -383,7 +383,7 @@ private Q_SLOTS:
     void folderThatCannotBeWrittenIsSaid()
     {
         m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(!**caught);
         QVERIFY(!(*caught)->error().localizedDescription.isEmpty());

@@ -1,5 +1,6 @@
 #pragma once
 #include <platform/MainQueue.h>
+#include <services/rest/RestFileId.h>
 #include <services/rest/RestService.h>
 #include <timing/Caught.h>
 #include <timing/ManualClock.h>
@@ -67,11 +68,12 @@ public:
             clock.advance(std::chrono::milliseconds(100));
         return caught.came();
     }
-    static SubtitlePtr subtitle(const QString &fileId = QStringLiteral("9200001"))
+    /// A result of the service that the settings name.
+    SubtitlePtr subtitle(qint64 number = 9200001) const
     {
         auto made = std::make_shared<Subtitle>();
         made->service = RestRecord::service();
-        made->fileID = fileId;
+        made->fileID = RestFileId::of(settings.base, number);
         made->subFileName = QStringLiteral("Paper.Lighthouse.2019");
         made->subFormat = QStringLiteral("srt");
         made->subLanguageID = QStringLiteral("eng");

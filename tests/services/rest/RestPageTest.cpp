@@ -12,7 +12,7 @@ const QByteArray Good = R"({"attributes":{"language":"en","files":[{"file_id":1,
 
 Result<RestPage> read(const QByteArray &json)
 {
-    return RestPage::read(json, Locale(u"en_US"_s));
+    return RestPage::read(json, QUrl(u"https://subtitles.example"_s), Locale(u"en_US"_s));
 }
 } // namespace
 

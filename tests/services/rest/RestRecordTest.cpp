@@ -10,6 +10,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const Locale English(u"en_US"_s);
+const QUrl Base(u"https://subtitles.example/api/v1"_s);
+const QString Order = u"https://subtitles.example/api/v1/download?file_id="_s;
 
 QJsonObject record(const QByteArray &changes = "{}")
 {
@@ -27,7 +29,7 @@ QJsonObject record(const QByteArray &changes = "{}")
 
 SubtitlePtr only(const QByteArray &changes = "{}")
 {
-    const RestRecord read = RestRecord::read(record(changes), English);
+    const RestRecord read = RestRecord::read(record(changes), Base, English);
     return read.subtitles.size() == 1 ? read.subtitles.constFirst() : nullptr;
 }
 } // namespace
@@ -46,7 +48,7 @@ private Q_SLOTS:
         QCOMPARE(subtitle->languageName, u"Portuguese (Brazil)"_s);
         QCOMPARE(subtitle->subFormat, u"srt"_s);
         QCOMPARE(subtitle->imdbID, u"tt9000002"_s);
-        QCOMPARE(subtitle->fileID, u"9200001"_s);
+        QCOMPARE(subtitle->fileID, Order + u"9200001"_s);
         QCOMPARE(subtitle->service, RestRecord::service());
         QCOMPARE(subtitle->title, u"Paper Lighthouse"_s);
         QCOMPARE(subtitle->season, 1);
@@ -73,7 +75,7 @@ private Q_SLOTS:
                 continue;
             const SubtitlePtr subtitle = only("{\"" + key.toLatin1() + "\":" + value + "}");
             QVERIFY2(subtitle, qPrintable(key));
-            QCOMPARE(subtitle->fileID, u"9200001"_s);
+            QCOMPARE(subtitle->fileID, Order + u"9200001"_s);
             QVERIFY(!subtitle->subFileName.isEmpty());
             QVERIFY(!subtitle->detailString().contains(u"-5"_s));
         }
@@ -91,7 +93,7 @@ private Q_SLOTS:
     {
         const SubtitlePtr subtitle = only(
             R"({"files":[{"file_id":"77","file_name":5}],"download_count":"12","feature_details":{"imdb_id":"0123"}})");
-        QCOMPARE(subtitle->fileID, u"77"_s);
+        QCOMPARE(subtitle->fileID, Order + u"77"_s);
         QCOMPARE(subtitle->downloads, 12);
         QCOMPARE(subtitle->imdbID, u"tt0000123"_s);
         QCOMPARE(subtitle->subFileName, u"5"_s);
@@ -99,7 +101,7 @@ private Q_SLOTS:
 
     void bigNumbersSurvive()
     {
-        QCOMPARE(only(R"({"files":[{"file_id":3000000000}]})")->fileID, u"3000000000"_s);
+        QCOMPARE(only(R"({"files":[{"file_id":3000000000}]})")->fileID, Order + u"3000000000"_s);
         QCOMPARE(only(R"({"download_count":3000000000})")->downloads, 3'000'000'000);
     }
 
@@ -123,14 +125,14 @@ private Q_SLOTS:
         const RestRecord read = RestRecord::read(
             record(
                 R"({"files":[{"file_id":1,"file_name":"CD1"},{"file_id":2,"file_name":"CD2"},{"file_id":0},"x",null]})"),
-            English);
+            Base, English);
         QCOMPARE(read.subtitles.size(), 2);
         QCOMPARE(read.subtitles[1]->subFileName, u"CD2"_s);
     }
 
     void recordWithoutFilesIsReadableAndEmpty()
     {
-        const RestRecord read = RestRecord::read(record(R"({"files":[]})"), English);
+        const RestRecord read = RestRecord::read(record(R"({"files":[]})"), Base, English);
         QVERIFY(read.isReadable);
         QVERIFY(read.subtitles.isEmpty());
     }
@@ -146,7 +148,7 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, json);
         const QJsonValue value = QJsonDocument::fromJson("[" + json + "]").array()[0];
-        QVERIFY(!RestRecord::read(value, English).isReadable);
+        QVERIFY(!RestRecord::read(value, Base, English).isReadable);
     }
 
     void namesBecomeOneHarmlessLine_data()

@@ -18,8 +18,8 @@ private Q_SLOTS:
     void downloadLogsInOnce()
     {
         m_fixture->useAccount();
-        for (const QString &id : {u"1"_s, u"2"_s}) {
-            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+        for (const qint64 id : {1, 2}) {
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
             QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
             QVERIFY(**caught);
         }
@@ -41,8 +41,8 @@ private Q_SLOTS:
     void twoDownloadsWaitForOneLogin()
     {
         m_fixture->useAccount();
-        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
-        const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        const auto first = m_fixture->download(m_fixture->subtitle(1));
+        const auto second = m_fixture->download(m_fixture->subtitle(2));
         QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
         QVERIFY(**first && **second);
         QCOMPARE(logins(), 1);
@@ -52,7 +52,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
         for (int i = 0; i < 3; ++i) {
-            const auto caught = m_fixture->download(RestFixture::subtitle());
+            const auto caught = m_fixture->download(m_fixture->subtitle());
             QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
             QCOMPARE(kindOf(*caught), Kind::LoginRefused);
             QVERIFY(!(*caught)->error().detail.contains(u"wrong-word"_s));
@@ -60,7 +60,7 @@ private Q_SLOTS:
         QCOMPARE(logins(), 1);
         // A corrected one is.
         m_fixture->useAccount();
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
         QCOMPARE(logins(), 2);
@@ -69,7 +69,7 @@ private Q_SLOTS:
     void mailAddressIsExplained()
     {
         m_fixture->useAccount(u"me@example.org"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::LoginRefused);
         QVERIFY((*caught)->error().localizedDescription.contains(u"not the e-mail"_s));
@@ -79,11 +79,11 @@ private Q_SLOTS:
     void loginsAreASecondApart()
     {
         m_fixture->useAccount(u"one"_s);
-        const auto first = m_fixture->download(RestFixture::subtitle());
+        const auto first = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         const Clock::Duration start = m_fixture->clock.now();
         m_fixture->useAccount(u"two"_s);
-        const auto second = m_fixture->download(RestFixture::subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(m_fixture->clock.now() - start >= 1s);
     }
@@ -99,7 +99,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->useAccount();
         m_fixture->standIn.select(behaviour);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(logins(), 2);
@@ -115,7 +115,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, behaviour);
         m_fixture->useAccount();
-        const auto download = m_fixture->download(RestFixture::subtitle());
+        const auto download = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(download->came(), Patience);
         m_fixture->standIn.select({u"token-gone"_s, behaviour});
         const auto search = m_fixture->search();
@@ -129,13 +129,13 @@ private Q_SLOTS:
     void lateRefusalOfAnOldTokenLeavesTheNewOneAlone()
     {
         m_fixture->useAccount();
-        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        const auto first = m_fixture->download(m_fixture->subtitle(1));
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         // The refusal of this one takes its time, while another one meets the same and logs in.
         m_fixture->standIn.select({u"token-gone"_s, u"drip@search"_s});
         const auto slow = m_fixture->search();
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/subtitles").size(), 1, Patience);
-        const auto quick = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        const auto quick = m_fixture->download(m_fixture->subtitle(2));
         for (const char *path : {"/api/v1/download", "/api/v1/login", "/api/v1/download"}) {
             const qsizetype before = m_fixture->standIn.requests(path).size();
             // Time stands still while the slow one is on the wire.
@@ -154,10 +154,9 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         m_fixture->standIn.select(u"short-token"_s);
-        for (const auto &[id, pause, expected] :
-             {std::tuple(u"1"_s, 0s, 1), {u"2"_s, 30s, 1}, {u"3"_s, 60s, 2}}) {
+        for (const auto &[id, pause, expected] : {std::tuple(1, 0s, 1), {2, 30s, 1}, {3, 60s, 2}}) {
             m_fixture->clock.advance(pause);
-            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
             QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
             QVERIFY(**caught);
             QCOMPARE(logins(), expected);
@@ -168,7 +167,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         m_fixture->standIn.select(u"token-refused"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QCOMPARE(kindOf(*caught), Kind::LoginRefused);
         QCOMPARE(logins(), 2);
@@ -177,10 +176,10 @@ private Q_SLOTS:
     void oldTokensAreRenewed()
     {
         m_fixture->useAccount();
-        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        const auto first = m_fixture->download(m_fixture->subtitle(1));
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.advance(23h);
-        const auto second = m_fixture->download(RestFixture::subtitle(u"2"_s));
+        const auto second = m_fixture->download(m_fixture->subtitle(2));
         QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
         QVERIFY(**second);
         QCOMPARE(logins(), 2);
@@ -189,11 +188,11 @@ private Q_SLOTS:
     void wrongDateDoesNotLogInAllTheTime()
     {
         m_fixture->useAccount();
-        const auto first = m_fixture->download(RestFixture::subtitle(u"1"_s));
+        const auto first = m_fixture->download(m_fixture->subtitle(1));
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->clock.setDate(m_fixture->clock.date().addYears(5));
-        for (const QString &id : {u"2"_s, u"3"_s, u"4"_s}) {
-            const auto caught = m_fixture->download(RestFixture::subtitle(id));
+        for (const qint64 id : {2, 3, 4}) {
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
             QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         }
         QCOMPARE(logins(), 2);
@@ -203,7 +202,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         m_fixture->standIn.select(u"vip"_s);
-        const auto download = m_fixture->download(RestFixture::subtitle());
+        const auto download = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(download->came(), Patience);
         QVERIFY2(**download, **download ? "" : qPrintable((*download)->error().detail));
         const auto search = m_fixture->search();
@@ -217,7 +216,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         m_fixture->standIn.select(u"vip-elsewhere"_s);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QVERIFY(**caught);
     }
@@ -262,7 +261,7 @@ private Q_SLOTS:
     void logOutTellsTheService()
     {
         m_fixture->useAccount();
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
@@ -283,7 +282,7 @@ private Q_SLOTS:
     void logOutWaitsNotLong()
     {
         m_fixture->useAccount();
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         m_fixture->standIn.select(u"silent@logout"_s);
         m_fixture->clock.setPatience(1s);
@@ -298,7 +297,7 @@ private Q_SLOTS:
     void logOutDoesNotWaitForItsPlaceInTheRate()
     {
         m_fixture->useAccount();
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         m_fixture->clock.setPatience(0ms);
         m_fixture->standIn.select(u"too-fast-date"_s);
@@ -316,11 +315,11 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(u"old"_s, u"old-word"_s);
         m_fixture->standIn.select(u"silent@login"_s);
-        const auto before = m_fixture->download(RestFixture::subtitle());
+        const auto before = m_fixture->download(m_fixture->subtitle());
         QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, Patience);
         m_fixture->standIn.clearBehaviours();
         m_fixture->useAccount();
-        const auto after = m_fixture->download(RestFixture::subtitle());
+        const auto after = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), Patience);
         QVERIFY2(**after, **after ? "" : qPrintable((*after)->error().detail));
         // The first one waits for the login it began with, as long as anybody waits for an answer.
@@ -350,7 +349,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->useAccount();
         m_fixture->standIn.select(behaviour);
-        const auto caught = m_fixture->download(RestFixture::subtitle());
+        const auto caught = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         QCOMPARE(logins(), 1);
@@ -404,7 +403,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select({u"token-gone"_s, u"down-once"_s});
         const auto search = m_fixture->search();
-        const auto download = m_fixture->download(RestFixture::subtitle());
+        const auto download = m_fixture->download(m_fixture->subtitle());
         QTRY_VERIFY_WITH_TIMEOUT(search->came() && download->came(), Patience);
         qInstallMessageHandler(before);
         QVERIFY(!lines.isEmpty());
