@@ -38,6 +38,7 @@ QString contentKey(const Subtitle &subtitle)
                                             4 * int{subtitle.machineTranslated})};
     return parts.join(Separator);
 }
+
 /// Kept subtitles, by content, whose like of another service has not been met yet.
 using Waiting = QMultiHash<QString, qsizetype>;
 

@@ -132,6 +132,14 @@ class SearchFailureTest(ServiceTest):
         self.tree.find('label', 'The online service could not be used: showing the local catalogue')
         self.wait_for_no('alert message')
 
+    def test_the_catalogue_answers_although_the_key_is_not_accepted(self):
+        self.serve('unknown-key')
+        self.open()
+        self.search('harbour lights')
+        wait_for(self.rows, 'the catalogue has rows')
+        self.tree.find('label', lambda name: name.startswith('The online service does not accept the key'))
+        self.wait_for_no('alert message')
+
     def test_the_catalogue_answers_without_a_network(self):
         self.set(SubtitleServiceURL=NOWHERE)
         self.open(films=False, key=False, environment={'PLOVENDIX_SUBTITLE_API_KEY': 'a-key'})

@@ -127,6 +127,15 @@ private Q_SLOTS:
         QVERIFY(!redacted(u"said quite-another-key"_s).contains(u"quite-another"_s));
     }
 
+    void showIsFoundByItsOwnId()
+    {
+        const auto found = m_fixture->find(u"tt9000001"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QCOMPARE((**found)->movieResults.size(), 0);
+        QCOMPARE((**found)->tvResults.size(), 1);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
+    }
+
     void showStandsForItsEpisode()
     {
         const auto found = m_fixture->find(u"tt9000011"_s);
