@@ -27,7 +27,10 @@ ServiceStatus::Missing missingBy(const Error &failure)
 } // namespace
 
 Services::Services(const Parts &parts)
-    : m_parts(parts), m_names(std::make_shared<VideoNames>()), m_alive(std::make_shared<Services *>(this))
+    : m_parts(parts),
+      m_credentials(environmentCredentials()),
+      m_names(std::make_shared<VideoNames>()),
+      m_alive(std::make_shared<Services *>(this))
 {
     UserDefaults &defaults = UserDefaults::standard();
     ServiceDefaults::registerDefaults(defaults);

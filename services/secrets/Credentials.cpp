@@ -7,6 +7,7 @@
 
 #include <QLoggingCategory>
 
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -14,18 +15,18 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.services.secrets", QtInfoMsg)
 
+constexpr std::array AllSecrets{Secret::SubtitleKey, Secret::SubtitlePassword, Secret::MetadataKey};
+
 struct Loading
 {
     Credentials credentials;
-    int missing = 3;
+    std::size_t missing = AllSecrets.size();
     bool hasComplained = false; // what ails one ails them all
     std::function<void(Credentials)> done;
 
     void take(Secret secret, const QString &text)
     {
-        const QString value = Credentials::cleaned(secret, text);
-        hideSecret(value);
-        credentials.at(secret) = value;
+        credentials.take(secret, text);
         if (--missing == 0)
             done(credentials);
     }
@@ -50,11 +51,26 @@ QString Credentials::cleaned(Secret secret, const QString &text)
     return secret == Secret::SubtitlePassword ? text : text.simplified();
 }
 
+void Credentials::take(Secret secret, const QString &text)
+{
+    const QString value = cleaned(secret, text);
+    hideSecret(value);
+    at(secret) = value;
+}
+
+Credentials environmentCredentials()
+{
+    Credentials credentials;
+    for (const Secret secret : AllSecrets)
+        credentials.take(secret, environmentSecret(secret).value_or(QString()));
+    return credentials;
+}
+
 void loadCredentials(SecretStore &store, std::function<void(Credentials)> done)
 {
     auto loading = std::make_shared<Loading>();
     loading->done = std::move(done);
-    for (const Secret secret : {Secret::SubtitleKey, Secret::SubtitlePassword, Secret::MetadataKey}) {
+    for (const Secret secret : AllSecrets) {
         if (const auto given = environmentSecret(secret)) {
             MainQueue::shared().async([=, text = *given] { loading->take(secret, text); });
             continue;

@@ -9,11 +9,16 @@ struct Credentials
     QString metadataKey;
 
     QString &at(Secret secret);
+    /// Uses the text, which appears in no log from then on.
+    void take(Secret secret, const QString &text);
     /// The text as it is used: a line end pasted with a key would end a header. A password is taken as it is.
     static QString cleaned(Secret secret, const QString &text);
 
     bool operator==(const Credentials &) const = default;
 };
+
+/// Those that the environment gives, for which nobody needs to wait.
+Credentials environmentCredentials();
 
 /// Reads them all, each from the environment or else from the store, where what cannot be read counts as
 /// none. Whatever is read appears in no log from then on. `done` comes once, on a later turn of the main

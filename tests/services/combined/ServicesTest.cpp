@@ -208,6 +208,17 @@ private Q_SLOTS:
         QCOMPARE(m_services->rest().settings().apiKey, SubtitleStandIn::ApiKey);
     }
 
+    void environmentNeedsNoKeyring()
+    {
+        qputenv("PLOVENDIX_SUBTITLE_API_KEY", SubtitleStandIn::ApiKey.toUtf8() + '\n');
+        const auto forget = qScopeGuard([] { qunsetenv("PLOVENDIX_SUBTITLE_API_KEY"); });
+        start(std::make_shared<LockedStore>());
+        QVERIFY(m_services->asksTheNetwork());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 3);
+    }
+
     void changedSettingsAreFollowed()
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
