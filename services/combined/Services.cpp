@@ -71,7 +71,11 @@ void Services::install()
     });
     if (!m_areSecretsRead) {
         m_combined->hold();
-        m_patience = m_clock.after(Patience, [this] { releaseQueries(); });
+        m_patience = m_clock.after(Patience, [this] {
+            if (m_observer)
+                m_observer();
+            releaseQueries();
+        });
     }
     SubtitleService::setShared(m_combined);
     MetadataService::setShared(

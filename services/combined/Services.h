@@ -40,7 +40,8 @@ public:
     SecretStore &secrets() { return *m_parts.secrets; }
     /// Whether searches go beyond the catalogues on this machine.
     bool asksTheNetwork() const { return m_rest->hasKey(); }
-    /// Called whenever that, an account or the settings have changed.
+    /// Called whenever that, an account or the settings have changed, and when searches wait no longer to
+    /// learn it.
     void setObserver(std::function<void()> observer) { m_observer = std::move(observer); }
     /// What the last answer with rows lacks because the network failed.
     ServiceStatus::Missing missing() const { return m_missing; }
