@@ -25,8 +25,17 @@ QString versionText()
     return u"Plovendix "_s + version.toString();
 }
 
+/// These need no host to be URLs: nobody means a file by them, as by other names with a colon.
+bool isURLOfOurs(const QByteArray &argument)
+{
+    const QByteArray lower = argument.toLower();
+    return lower.startsWith("plovendix:") || lower.startsWith("file:/");
+}
+
 bool isURL(const QByteArray &argument)
 {
+    if (isURLOfOurs(argument))
+        return true;
     const auto colon = argument.indexOf("://");
     if (colon <= 0)
         return false;

@@ -25,7 +25,12 @@ QString languageName(const QString &code)
 
 QString shortened(const QString &text)
 {
-    return text.size() <= LongestQuotedText ? text : text.first(LongestQuotedText - 1).trimmed() + u'…';
+    if (text.size() <= LongestQuotedText)
+        return text;
+    QString begun = text.first(LongestQuotedText - 1);
+    if (begun.back().isHighSurrogate())
+        begun.chop(1); // half of a character
+    return begun.trimmed() + u'…';
 }
 
 /// Whether the code has no entry of its own in the table, so that English was sent in its place.

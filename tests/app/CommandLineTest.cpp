@@ -20,8 +20,13 @@ private Q_SLOTS:
         QTest::newRow("a name like a scheme")
             << QByteArray("a:b.mkv") << QByteArray("file:///home/u/a:b.mkv");
         QTest::newRow("file URL") << QByteArray("file:///v/A.mkv") << QByteArray("file:///v/A.mkv");
+        QTest::newRow("short file URL") << QByteArray("file:/v/A.mkv") << QByteArray("file:/v/A.mkv");
         QTest::newRow("request") << QByteArray("plovendix://search?fileurl=file:///v/A.mkv&docid=1")
                                  << QByteArray("plovendix://search?fileurl=file:///v/A.mkv&docid=1");
+        QTest::newRow("request without a host") << QByteArray("plovendix:?fileurl=file:///v/A.mkv&docid=1")
+                                                << QByteArray("plovendix:?fileurl=file:///v/A.mkv&docid=1");
+        QTest::newRow("request with a path alone") << QByteArray("Plovendix:search?fileurl=%2Fv%2FA.mkv")
+                                                   << QByteArray("Plovendix:search?fileurl=%2Fv%2FA.mkv");
         QTest::newRow("a single dash") << QByteArray("-") << QByteArray("file:///home/u/-");
     }
     void readsFilesAndURLs()

@@ -75,6 +75,16 @@ private Q_SLOTS:
         QVERIFY(message.headline.contains(u"…"_s));
     }
 
+    void textIsShortenedBetweenCharacters()
+    {
+        // Of two units each, so that one way or the other the limit falls within one.
+        const QString clapper = QString::fromUcs4(U"\U0001F3AC").repeated(100);
+        for (const QString &text : {clapper, u'x' + clapper}) {
+            const QString headline = nothingFound(text, u"en"_s, u"eng"_s).headline;
+            QCOMPARE(QString::fromUtf8(headline.toUtf8()), headline);
+        }
+    }
+
     void searchTextIsNeverAFormat()
     {
         const DropAreaMessage message = nothingFound(u"%2$@ %1$@"_s, u"en"_s, u"eng"_s);
