@@ -1,5 +1,5 @@
 #!/bin/sh
-# Installs the Debian packages of the named sections of debian-packages.txt (build, run, test, ci) that are missing.
+# Installs the Debian packages of the named sections of debian-packages.txt (build, run, …) that are missing.
 # Touches neither network nor privileges when nothing is, so that repeats are quick and work offline.
 # usage: packaging/install-packages.sh SECTION…
 set -eu

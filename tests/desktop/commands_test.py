@@ -77,7 +77,7 @@ class PackagesTest(CommandTest):
         self.assertIn('[nonsense]', done.stderr)
 
     def test_with_everything_there_it_does_nothing(self):
-        done = self.run_command(self.SCRIPT, 'build', 'run', 'test')
+        done = self.run_command(self.SCRIPT, 'build', 'run', 'package', 'test')
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, '', ''))
 
     def test_every_package_is_named_once(self):
