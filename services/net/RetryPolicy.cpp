@@ -11,6 +11,7 @@ constexpr int TooManyRequests = 429;
 constexpr int ServerError = 500;
 constexpr int SignInFirst = 511; // the network's word, not the service's
 constexpr double JitterShare = 0.2;
+constexpr RetryPolicy::Duration ShortestPause = 1s;
 
 /// A date as HTTP writes it: "Sun, 06 Nov 1994 08:49:37 GMT".
 QDateTime httpDate(const QByteArray &text)
@@ -65,6 +66,15 @@ std::optional<RetryPolicy::Duration> RetryPolicy::requestedWait(const HttpAnswer
     return wait && reset ? std::max(*wait, *reset) : wait ? wait : reset;
 }
 
+std::optional<RetryPolicy::Duration> RetryPolicy::pauseAfter(const Result<HttpAnswer> &outcome,
+                                                             const QDateTime &date)
+{
+    if (!outcome || outcome->status != TooManyRequests)
+        return std::nullopt;
+    const Duration pause = std::max(requestedWait(*outcome, date).value_or(ShortestPause), ShortestPause);
+    return pause <= MaxWait ? std::optional(pause) : std::nullopt;
+}
+
 std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRequest &request,
                                                                     const Result<HttpAnswer> &outcome,
                                                                     int tries, double jitter,
@@ -76,9 +86,9 @@ std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRe
     Duration wait(static_cast<Duration::rep>(backOff));
     if (outcome) {
         if (const auto requested = requestedWait(*outcome, date))
-            wait = std::max(*requested, Duration(1s));
+            wait = std::max(*requested, ShortestPause);
         else if (outcome->status == TooManyRequests)
-            wait = std::max(wait, Duration(1s));
+            wait = std::max(wait, ShortestPause);
     }
     if (wait > MaxWait)
         return std::nullopt;

@@ -20,6 +20,10 @@ inline constexpr Duration MaxWait = std::chrono::seconds(15);
 std::optional<Duration> waitBeforeNextTry(const HttpRequest &request, const Result<HttpAnswer> &outcome,
                                           int tries, double jitter, const QDateTime &date);
 
+/// How long nobody should ask after that outcome, if the service refused for speed; nothing for longer than
+/// anybody waits.
+std::optional<Duration> pauseAfter(const Result<HttpAnswer> &outcome, const QDateTime &date);
+
 /// What the answer's Retry-After (seconds or a date) and, on a refusal for speed, RateLimit-Reset ask for.
 std::optional<Duration> requestedWait(const HttpAnswer &answer, const QDateTime &date);
 } // namespace RetryPolicy

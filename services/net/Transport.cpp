@@ -74,6 +74,9 @@ void Transport::attempt(const std::shared_ptr<Errand> &errand)
 
 void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
 {
+    // Others wait as well, whether this one is asked again or not.
+    if (const auto pause = RetryPolicy::pauseAfter(outcome, m_clock.date()))
+        m_rate.pauseUntil(m_clock.now() + *pause);
     const auto wait =
         RetryPolicy::waitBeforeNextTry(errand->request, outcome, errand->tries, m_jitter(), m_clock.date());
     if (!wait) {
@@ -82,8 +85,6 @@ void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Resul
         return;
     }
     qCInfo(log).noquote() << errand->request.url.host() << "asked again in" << wait->count() << "ms";
-    if (outcome && outcome->status == 429)
-        m_rate.pauseUntil(m_clock.now() + *wait);
     errand->place.reset();
     errand->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(errand)] {
         if (const auto held = weak.lock())

@@ -170,7 +170,7 @@ Result<QUrl> RestDownload::linkFrom(RestSession &session, const HttpAnswer &answ
         quota.takeOrder(*object);
         takeQuota(session, quota);
     }
-    if (answer.status == 406 && isQuota)
+    if (answer.status == 406 && isQuota && session.quota().remaining.value_or(0) <= 0)
         return limitReached(session, RestErrors::message(answer));
     if (answer.status == 401 && !session.access().hasAccount())
         return accountWanted(RestErrors::error(answer));

@@ -78,9 +78,10 @@ void RestService::setSettings(const RestSettings &settings)
     m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     if (!isOther)
         return;
-    m_session = RestSession::make(m_transport, m_logins, access);
+    m_former += std::exchange(m_session, RestSession::make(m_transport, m_logins, access));
     m_download.use(m_session);
     m_languages.use(m_session);
+    m_former.removeIf([](const auto &former) { return former.use_count() == 1 && !former->isLoggedIn(); });
 }
 
 void RestService::query(const QList<Arg> &args, QueryCompletion completion)
@@ -201,8 +202,14 @@ void RestService::emptyCache()
 
 void RestService::shutDown(std::function<void()> done)
 {
-    m_leaving = m_session;
-    m_leaving->logOut(std::move(done));
+    m_leaving = std::exchange(m_former, {}) << m_session;
+    const auto missing = std::make_shared<qsizetype>(m_leaving.size());
+    for (const std::shared_ptr<RestSession> &session : std::as_const(m_leaving)) {
+        session->logOut([missing, done] {
+            if (--*missing == 0)
+                done();
+        });
+    }
 }
 
 std::optional<VideoHash> RestService::computeHash(const QUrl &url)

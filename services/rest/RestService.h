@@ -49,7 +49,7 @@ public:
     /// From now on the service's own list of languages counts, which searches keep up to date.
     void followLanguages() { m_languages.follow(); }
     void emptyCache();
-    /// Logs out; `done` comes after three seconds at the latest.
+    /// Logs out wherever we logged in; `done` comes after three seconds at the latest.
     void shutDown(std::function<void()> done);
 
 protected:
@@ -73,8 +73,9 @@ private:
     Transport m_transport;
     std::shared_ptr<RestLogins> m_logins;
     RestSettings m_settings;
-    std::shared_ptr<RestSession> m_session; // for what is asked next
-    std::shared_ptr<RestSession> m_leaving; // logs out
+    std::shared_ptr<RestSession> m_session;        // for what is asked next
+    QList<std::shared_ptr<RestSession>> m_former;  // of other settings; logged in, or something is under way
+    QList<std::shared_ptr<RestSession>> m_leaving; // log out
     std::unique_ptr<WorkerThread> m_worker;
     RestDownload m_download;
     RestLanguageKeeper m_languages;

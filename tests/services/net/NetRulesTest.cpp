@@ -91,6 +91,8 @@ private Q_SLOTS:
         QCOMPARE(EnvironmentProxy::proxyFor(QUrl(u"https://127.0.0.1/"_s)).type(), QNetworkProxy::NoProxy);
         qputenv("no_proxy", "other.example, .opensubtitles.com");
         QCOMPARE(EnvironmentProxy::proxyFor(far).type(), QNetworkProxy::NoProxy);
+        qputenv("no_proxy", "*.opensubtitles.com");
+        QCOMPARE(EnvironmentProxy::proxyFor(far).type(), QNetworkProxy::NoProxy);
         qunsetenv("HTTPS_PROXY");
         qunsetenv("no_proxy");
         qputenv("all_proxy", "socks5://proxy.example");

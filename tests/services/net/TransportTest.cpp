@@ -168,6 +168,26 @@ private Q_SLOTS:
         QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{4000ms, 4000ms}));
     }
 
+    void refusalForSpeedHoldsUpTheNextThoughNobodyTriesAgain_data()
+    {
+        QTest::addColumn<QByteArray>("retryAfter");
+        QTest::addColumn<int>("seconds");
+        QTest::newRow("a moment") << QByteArray("7") << 7;
+        QTest::newRow("without a word") << QByteArray("soon") << 1;
+        QTest::newRow("longer than anybody waits") << QByteArray("3600") << 0;
+    }
+    void refusalForSpeedHoldsUpTheNextThoughNobodyTriesAgain()
+    {
+        QFETCH(const QByteArray, retryAfter);
+        QFETCH(const int, seconds);
+        m_answers = {ServedAnswer{429, {{"Retry-After", retryAfter}}, {}}, jsonAnswer(200, "{}")};
+        const auto order = send(HttpRequest::Method::Post);
+        QTRY_VERIFY_WITH_TIMEOUT(order->came(), Patience);
+        m_clock->setPatience(-1ms);
+        send(HttpRequest::Method::Get);
+        QCOMPARE(m_clock->pending(), QList<Clock::Duration>{std::chrono::seconds(seconds)});
+    }
+
     void refusalForSpeedHoldsUpThoseWhoWait()
     {
         m_answers = {ServedAnswer{429, {{"Retry-After", "4"}}, {}}, jsonAnswer(200, "{}")};

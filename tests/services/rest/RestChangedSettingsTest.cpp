@@ -277,6 +277,21 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
     }
 
+    void goodbyeIsSaidWhereverWeLoggedIn()
+    {
+        m_fixture->useAccount();
+        const auto here = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
+        change();
+        const auto there = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        int done = 0;
+        m_fixture->service->shutDown([&] { ++done; });
+        QTRY_COMPARE_WITH_TIMEOUT(done, 1, Patience);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
+        QCOMPARE(m_other->requests("/api/v1/logout").size(), 1);
+    }
+
     void goodbyeIsSaidThoughTheSettingsChange()
     {
         m_fixture->useAccount();

@@ -139,6 +139,7 @@ private Q_SLOTS:
         row("link-foreign", Kind::BadAnswer);
         row("link-missing", Kind::BadAnswer);
         row("invalid-file", Kind::Rejected);
+        row("invalid-file-counted", Kind::Rejected);
         row("unknown-key", Kind::KeyRefused);
         row("down@download", Kind::Unavailable);
         row("close-before@download", Kind::Unavailable);

@@ -31,6 +31,7 @@ constexpr Description Known[] = {
     {"quota-reset-soon", "the quota is reset in two minutes"},
     {"account-wanted", "downloads are for those with an account"},
     {"invalid-file", "406 without a quota: Invalid file_id"},
+    {"invalid-file-counted", "the same with what is left, which is more than nothing"},
     {"hits-0", "nothing found"},
     {"hits-1", "one record"},
     {"hits-50", "one page"},

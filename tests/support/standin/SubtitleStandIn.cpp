@@ -152,6 +152,8 @@ ServedAnswer SubtitleStandIn::download(const ReceivedRequest &request)
     const qint64 fileId = asked[u"file_id"_s].toInteger();
     if (fileId <= 0 || m_behaviours.has("invalid-file"_L1))
         return jsonAnswer(406, R"({"message":"Invalid file_id","status":406})");
+    if (m_behaviours.has("invalid-file-counted"_L1))
+        return jsonAnswer(406, R"({"message":"Invalid file_id","status":406,"requests":1,"remaining":4})");
     const QByteArray token = SubtitleLogin::tokenOf(request);
     if (token.isEmpty() && m_behaviours.has("account-wanted"_L1))
         return jsonAnswer(401, R"({"message":"Unauthorized","status":401})");
