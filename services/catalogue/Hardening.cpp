@@ -73,15 +73,20 @@ constexpr char DoubtfulIndexTables[] =
 }
 } // namespace
 
-void harden(SQLite::Database &database)
+void distrust(SQLite::Database &database)
 {
     sqlite3 *handle = database.getHandle();
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+}
+
+void harden(SQLite::Database &database)
+{
+    distrust(database);
     for (const Limit &limit : Limits)
-        sqlite3_limit(handle, limit.category, limit.most);
+        sqlite3_limit(database.getHandle(), limit.category, limit.most);
     database.exec("PRAGMA cell_size_check = ON");
     database.exec("PRAGMA query_only = ON");
 }

@@ -5,9 +5,12 @@ namespace SQLite
 class Database;
 }
 
-/// Takes away what a made-up file could use against its reader: what runs by itself (triggers, views,
-/// functions named in its tables) and sizes without measure. Call before anything is read. Throws
-/// SQLite::Exception.
+/// Keeps from running by itself what a made-up file may hold: triggers, views and the functions that its
+/// tables name. Call before anything is read.
+void distrust(SQLite::Database &database);
+
+/// Takes away whatever a made-up file could use against its reader, sizes without measure included. Call
+/// before anything is read. Throws SQLite::Exception.
 void harden(SQLite::Database &database);
 
 /// Throws SQLite::Exception unless the tables that searches read are, to the letter, those the program makes.

@@ -1,6 +1,7 @@
 #include "CatalogueStore.h"
 
 #include <services/catalogue/CatalogueSchema.h>
+#include <services/catalogue/Hardening.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -123,6 +124,7 @@ void make(const QString &path)
 Database opened(const QString &path, const Patience *patience)
 {
     auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE);
+    distrust(*database);
     CatalogueStore::waitForWriters(*database, patience);
     return database;
 }

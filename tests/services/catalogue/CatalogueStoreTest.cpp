@@ -127,6 +127,18 @@ private Q_SLOTS:
         QVERIFY(!CatalogueStore::openForWriting(m_fixture->path()));
     }
 
+    void whatTheFileBringsAlongDoesNotRun()
+    {
+        m_fixture->add();
+        {
+            SQLite::Database database(name(), SQLite::OPEN_READWRITE);
+            database.exec("CREATE TRIGGER odd AFTER INSERT ON subtitle BEGIN DELETE FROM subtitle; END");
+        }
+        m_fixture->write(u"Harbour.Lights.2019.720p.en.srt"_s, ImportFixture::cue(u"b"_s));
+        QCOMPARE(m_fixture->add().added, 1);
+        QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 2);
+    }
+
     void draftsThatNobodyWritesToAreRemoved()
     {
         const auto draft = [&](const QString &suffix, const QDateTime &modified) {
