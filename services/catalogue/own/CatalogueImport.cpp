@@ -1,6 +1,5 @@
 #include "CatalogueImport.h"
 
-#include "ArchiveMembers.h"
 #include "FolderWalk.h"
 
 #include <services/subtitlefile/SubtitleFile.h>
@@ -37,35 +36,6 @@ ImportRefusal refusalOf(SubtitleFile::Failure failure)
         break;
     }
     return ImportRefusal::NoSubtitle;
-}
-
-QString textOf(ImportRefusal why)
-{
-    switch (why) {
-    case ImportRefusal::NoSubtitle:
-        return u"is no subtitle"_s;
-    case ImportRefusal::TooLarge:
-        return u"is too large for a subtitle"_s;
-    case ImportRefusal::NotUnpacked:
-        return u"cannot be unpacked"_s;
-    case ImportRefusal::DamagedArchive:
-        return u"is damaged or not an archive that can be read"_s;
-    case ImportRefusal::LockedArchive:
-        return u"is protected by a password"_s;
-    case ImportRefusal::SwellingArchive:
-        return u"unpacks to more than an archive of its size should"_s;
-    case ImportRefusal::Unreadable:
-        return u"cannot be read"_s;
-    case ImportRefusal::Gone:
-        return u"is not there"_s;
-    case ImportRefusal::EmptiedFolder:
-        return u"holds no subtitle files any more; what came from it stays in the catalogue"_s;
-    case ImportRefusal::ClosedFolder:
-        return u"is a folder that cannot be read"_s;
-    case ImportRefusal::OtherKind:
-        break;
-    }
-    return u"is neither a subtitle nor an archive"_s;
 }
 
 /// The path a subtitle is named by: a member whose own name says nothing is named by its archive.
@@ -162,35 +132,44 @@ Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
     const QFileInfo info(path);
     const SubtitleName name = subtitleName(path);
     const std::optional<QFileInfo> video = m_videos.videoFor(info.path(), name.videoNames);
-    SourceStep step{path, stampOf(info), {}, true};
-    // A video that comes or changes, and another language for files that name none, make it another state.
-    if (video)
-        step.stamp += u'|' + video->fileName() + u':' + stampOf(*video);
-    if (name.language.isEmpty() && !m_language.isEmpty())
-        step.stamp += u'|' + m_language;
+    SourceStep step = stepFor(info, name, video);
     const Result<bool> known = isKnown(path, step.stamp);
     if (!known)
         return known.error();
     if (*known)
         return carryOn();
-
-    QFile file(path);
     if (!info.isFile() || info.size() > ArchiveMembers::MaxMemberBytes) {
         refuse(path, ImportRefusal::TooLarge);
-    } else if (!file.open(QIODevice::ReadOnly)) {
-        refuse(path, ImportRefusal::Unreadable, file.errorString());
-        return carryOn(); // it may be readable the next time
-    } else {
-        const QByteArray bytes = file.readAll();
-        // A disk that fails in the middle gives what it has; that is not the file, and no reason to forget
-        // it.
-        if (file.error() != QFileDevice::NoError) {
-            refuse(path, ImportRefusal::Unreadable, file.errorString());
-            return carryOn();
-        }
-        read(path, path, 0, bytes, video, step);
+        return keep(step);
     }
+    const std::optional<QByteArray> bytes = contentOf(path);
+    if (!bytes)
+        return carryOn();
+    read(path, path, 0, *bytes, video, step);
     return keep(step);
+}
+
+/// A video that comes or changes, and another language for files that name none, make it another state.
+SourceStep CatalogueImport::stepFor(const QFileInfo &file, const SubtitleName &name,
+                                    const std::optional<QFileInfo> &video) const
+{
+    SourceStep step{file.filePath(), stampOf(file), {}, true};
+    if (video)
+        step.stamp += u'|' + video->fileName() + u':' + stampOf(*video);
+    if (name.language.isEmpty() && !m_language.isEmpty())
+        step.stamp += u'|' + m_language;
+    return step;
+}
+
+std::optional<QByteArray> CatalogueImport::contentOf(const QString &path)
+{
+    QFile file(path);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    // A disk that fails in the middle gives what it has; that is not the file, and no reason to forget it.
+    if (file.error() == QFileDevice::NoError)
+        return bytes;
+    refuse(path, ImportRefusal::Unreadable, file.errorString());
+    return std::nullopt;
 }
 
 Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
@@ -227,20 +206,35 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
     const ArchiveMembers::End end = ArchiveMembers::visit(path, {isWanted, take});
     if (!outcome || end == ArchiveMembers::End::Stopped)
         return outcome;
-    if (end == ArchiveMembers::End::Damaged && !QFileInfo::exists(path)) {
-        refuse(path, ImportRefusal::Gone);
-        return carryOn(); // the rest of it is still to come
-    }
-    if (end == ArchiveMembers::End::Unreadable) {
+    return endArchive(path, stamp, end);
+}
+
+/// An archive whose disk failed, or went away, is met again by the next import: the rest of it is still to
+/// come. One that is no good itself is done with until it changes.
+Result<CatalogueImport::End> CatalogueImport::endArchive(const QString &path, const QString &stamp,
+                                                         ArchiveMembers::End end)
+{
+    switch (end) {
+    case ArchiveMembers::End::Unreadable:
         refuse(path, ImportRefusal::Unreadable);
         return carryOn();
-    }
-    if (end == ArchiveMembers::End::Damaged)
+    case ArchiveMembers::End::Damaged:
+        if (!QFileInfo::exists(path)) {
+            refuse(path, ImportRefusal::Gone);
+            return carryOn();
+        }
         refuse(path, ImportRefusal::DamagedArchive);
-    if (end == ArchiveMembers::End::Locked)
+        break;
+    case ArchiveMembers::End::Locked:
         refuse(path, ImportRefusal::LockedArchive);
-    if (end == ArchiveMembers::End::TooLarge)
+        break;
+    case ArchiveMembers::End::TooLarge:
         refuse(path, ImportRefusal::SwellingArchive);
+        break;
+    case ArchiveMembers::End::Whole:
+    case ArchiveMembers::End::Stopped:
+        break;
+    }
     return keep({path, stamp, {}, true});
 }
 

@@ -1,26 +1,12 @@
 #pragma once
+#include "ArchiveMembers.h"
 #include "FolderVideos.h"
+#include "ImportRefusal.h"
 #include "OwnCatalogue.h"
 #include "SubtitleName.h"
 
 #include <QElapsedTimer>
 #include <functional>
-
-/// Why a file was not entered.
-enum class ImportRefusal
-{
-    NoSubtitle,
-    TooLarge,
-    NotUnpacked,
-    DamagedArchive,
-    LockedArchive,   // by a password
-    SwellingArchive, // unpacks to more than an archive of its size should
-    Unreadable,
-    Gone,
-    EmptiedFolder, // nothing is left of what was entered from it
-    ClosedFolder,  // what it holds cannot be seen
-    OtherKind      // neither a subtitle nor an archive
-};
 
 /// How far an import is.
 struct ImportCounts
@@ -70,7 +56,12 @@ private:
     Result<End> passGone(const QString &path);
     Result<End> passClosedFolder(const QString &path);
     Result<End> addFile(const QString &path);
+    SourceStep stepFor(const QFileInfo &file, const SubtitleName &name,
+                       const std::optional<QFileInfo> &video) const;
+    /// Nothing when it is refused, which says nothing about the next time.
+    std::optional<QByteArray> contentOf(const QString &path);
     Result<End> addArchive(const QString &path);
+    Result<End> endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end);
     Result<bool> isKnown(const QString &path, const QString &stamp);
     void read(const QString &source, const QString &path, qint64 member, const QByteArray &bytes,
               const std::optional<QFileInfo> &video, SourceStep &step);
