@@ -308,7 +308,7 @@ private Q_SLOTS:
         QFETCH(const QString, language);
         Bundle::main().setPreferredLocalizations({language});
         m_fixture->open();
-        m_fixture->window->setContentSize({560, 650}); // as the preferences do
+        m_fixture->window->setContentSize({560, 664}); // as the preferences do
         const auto fits = [this] {
             QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
             const QRect place(label()->mapTo(m_fixture->pane->view(), QPoint(0, 0)), label()->size());

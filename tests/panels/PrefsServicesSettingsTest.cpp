@@ -19,6 +19,9 @@ class PrefsServicesSettingsTest final : public QObject
     Q_OBJECT
 
 private:
+    static constexpr int PaneWidth = 560; // as its scene says
+    static constexpr int PaneHeight = 664;
+
     Sandbox m_sandbox;
     std::unique_ptr<ServicesPaneFixture> m_fixture;
     int m_turn = 0;
@@ -107,7 +110,7 @@ private Q_SLOTS:
         open();
         const QString text = child<QPushButton>("catalogueButton")->text();
         QVERIFY(text.contains(u'…') && text.startsWith(u"/data/"_s) && text.endsWith(u"folder"_s));
-        QVERIFY(m_fixture->pane->view()->minimumSizeHint().width() <= 560);
+        QVERIFY(m_fixture->pane->view()->minimumSizeHint().width() <= PaneWidth);
     }
 
     void windowStaysOnTheScreen()
@@ -129,6 +132,33 @@ private Q_SLOTS:
         m_fixture->accounts->place.isOwn = false;
         open();
         QVERIFY(child<QLabel>("catalogueSizeLabel")->text().endsWith(u", comes with the program"_s));
+    }
+
+    void longAnswersFitInEveryLanguage_data() { textsFitInEveryLanguage_data(); }
+    void longAnswersFitInEveryLanguage()
+    {
+        QFETCH(const QString, language);
+        Bundle::main().setPreferredLocalizations({language});
+        m_fixture->accounts->texts = {{Item::MetadataKey, u"films"_s}};
+        open();
+        m_fixture->window->setContentSize({PaneWidth, PaneHeight}); // as the preferences do
+        child<QPushButton>("testButton")->click();
+        const auto answer = [](const QString &key) {
+            return Error{u"test"_s, 1, Bundle::main().localizedString(key)};
+        };
+        m_fixture->accounts->answerSubtitles(
+            answer(u"The subtitle service gave an answer that makes no sense. If you are on a network that "
+                   "asks you to sign in, do that first; otherwise try again later."_s));
+        m_fixture->accounts->answerFilms(
+            answer(u"No private connection to the film database could be made. Check the date of this "
+                   "computer, and whether this network can be trusted."_s));
+        const auto *label = child<QLabel>("statusLabel");
+        QVERIFY(label->text().size() > 100);
+        QVERIFY2(label->height() >= label->heightForWidth(label->width()),
+                 qPrintable(u"%1 of %2"_s.arg(label->height()).arg(label->heightForWidth(label->width()))));
+        const auto *below = child<QWidget>("hearingPopUp");
+        QVERIFY(label->geometry().bottom() < below->geometry().top());
+        QVERIFY(m_fixture->pane->view()->minimumSizeHint().height() <= PaneHeight);
     }
 
     void keysAreToBeHadOnTheWeb()
@@ -184,8 +214,8 @@ private Q_SLOTS:
             const int given = label && label->wordWrap() ? label->height() : widget->width();
             QVERIFY2(needed <= given, qPrintable(widget->objectName()));
         }
-        QVERIFY(m_fixture->pane->view()->minimumSizeHint().width() <= 560);
-        QVERIFY(m_fixture->pane->view()->minimumSizeHint().height() <= 650);
+        QVERIFY(m_fixture->pane->view()->minimumSizeHint().width() <= PaneWidth);
+        QVERIFY(m_fixture->pane->view()->minimumSizeHint().height() <= PaneHeight);
     }
 };
 
