@@ -39,8 +39,8 @@ public:
     virtual QString text(Item item) const = 0;
     /// Whether the environment gives it, which no setting changes.
     virtual bool isFixed(Item item) const = 0;
-    /// Uses and keeps it; an empty text removes it. An Error when it could not be kept: it is then in use all
-    /// the same, until the program ends.
+    /// Uses and keeps it; an empty text removes it. An Error when it could not be kept, or not be removed:
+    /// all the same it counts until the program ends.
     virtual void setText(Item item, const QString &text, std::function<void(Result<void>)> completion) = 0;
 
     /// Whether the subtitle service accepts key and login.

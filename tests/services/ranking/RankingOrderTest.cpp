@@ -58,23 +58,36 @@ private Q_SLOTS:
 
     void preferencesTurnTheOrder_data()
     {
+        QTest::addColumn<int>("mark");
         QTest::addColumn<QString>("liking");
         QTest::addColumn<QStringList>("order");
-        QTest::newRow("preferred") << u"preferred"_s << QStringList{u"marked"_s, u"plain"_s};
-        QTest::newRow("avoided") << u"avoided"_s << QStringList{u"plain"_s, u"marked"_s};
-        // The marked one has more downloads.
-        QTest::newRow("neutral") << u"neutral"_s << QStringList{u"marked"_s, u"plain"_s};
+        const char *marks[] = {"hearing impaired", "foreign parts only", "machine translated"};
+        for (int mark = 0; mark < 3; ++mark) {
+            QTest::addRow("%s, preferred", marks[mark])
+                << mark << u"preferred"_s << QStringList{u"marked"_s, u"plain"_s};
+            QTest::addRow("%s, avoided", marks[mark])
+                << mark << u"avoided"_s << QStringList{u"plain"_s, u"marked"_s};
+            // The marked one has more downloads.
+            QTest::addRow("%s, neutral", marks[mark])
+                << mark << u"neutral"_s << QStringList{u"marked"_s, u"plain"_s};
+        }
     }
     void preferencesTurnTheOrder()
     {
+        QFETCH(const int, mark);
         QFETCH(const QString, liking);
         QFETCH(const QStringList, order);
         RankingPreferences preferences;
-        preferences.hearingImpaired = likingFromText(liking);
+        Liking RankingPreferences::*likings[] = {&RankingPreferences::hearingImpaired,
+                                                 &RankingPreferences::foreignPartsOnly,
+                                                 &RankingPreferences::machineTranslated};
+        bool Subtitle::*marks[] = {&Subtitle::hearingImpaired, &Subtitle::foreignPartsOnly,
+                                   &Subtitle::machineTranslated};
+        preferences.*likings[mark] = likingFromText(liking);
         const QList<SubtitlePtr> given{
             subtitle(u"plain"_s, [&](Subtitle &s) { s.downloads = liking == u"preferred"_s ? 500 : 5; }),
-            subtitle(u"marked"_s, [](Subtitle &s) {
-                s.hearingImpaired = true;
+            subtitle(u"marked"_s, [&](Subtitle &s) {
+                s.*marks[mark] = true;
                 s.downloads = 50;
             })};
         QCOMPARE(names(ranked(given, {}, preferences)), order);
