@@ -77,6 +77,16 @@ private Q_SLOTS:
         QCOMPARE(PendingRequest::shared(), &delegate);
     }
 
+    void nobodyAsksOneThatIsGone()
+    {
+        {
+            const AppDelegate delegate;
+            QCOMPARE(AppDelegate::shared(), &delegate);
+        }
+        QVERIFY(!AppDelegate::shared());
+        QVERIFY(!PendingRequest::shared());
+    }
+
     void obtainsTheUpdaterWhenLaunchHasFinished()
     {
         int obtained = 0;

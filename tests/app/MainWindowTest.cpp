@@ -13,6 +13,7 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QComboBox>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -62,6 +63,13 @@ private Q_SLOTS:
         QVERIFY(m_controller->window()->contentViewController() == m_controller->mainViewController());
         QCOMPARE(Window::openWindows().first(), m_controller->window());
         QCOMPARE(m_controller->window()->contentSize(), QSize(760, 640));
+    }
+
+    void windowComesUpInTheMiddleOfTheScreen()
+    {
+        const Window *window = m_controller->window();
+        const QPoint off = window->geometry().center() - window->screen()->availableGeometry().center();
+        QVERIFY2(off.manhattanLength() <= 2, qPrintable(u"%1, %2"_s.arg(off.x()).arg(off.y())));
     }
 
     void accessoryOfTheWrongClassIsFatal()
