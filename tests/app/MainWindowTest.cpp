@@ -99,6 +99,15 @@ private Q_SLOTS:
         QCOMPARE(popUp->currentIndex(), -1);
     }
 
+    void languagePopUpIsAsWideAsItsName()
+    {
+        const auto *popUp = m_controller->window()->findChild<QComboBox *>(u"languagePopUp"_s);
+        for (const QString &code : {u"th"_s, u"pb"_s, u"de"_s}) { // wider, then narrower again
+            UserDefaults::standard().setObject(u"languageCode"_s, code);
+            QTRY_COMPARE(popUp->width(), popUp->sizeHint().width());
+        }
+    }
+
     void languagePopUpHasTheCataloguesSeparator()
     {
         auto *popUp = m_controller->window()->findChild<QComboBox *>(u"languagePopUp"_s);
