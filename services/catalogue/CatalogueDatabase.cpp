@@ -108,6 +108,7 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
 template <class Value>
 Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
 {
+    m_reading->restart();
     try {
         return read();
     } catch (const SQLite::Exception &exception) {

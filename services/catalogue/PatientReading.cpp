@@ -9,16 +9,20 @@ constexpr int StepsBetweenQuestions = 1000; // of SQLite's machine; well below a
 }
 
 PatientReading::PatientReading(SQLite::Database &database, ReadPatience patience)
-    : m_database(database),
-      m_patience(std::move(patience)),
-      m_end(std::chrono::steady_clock::now() + m_patience.longest)
+    : m_database(database), m_patience(std::move(patience))
 {
+    restart();
     sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isOver, this);
 }
 
 PatientReading::~PatientReading()
 {
     sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr);
+}
+
+void PatientReading::restart()
+{
+    m_end = std::chrono::steady_clock::now() + m_patience.longest;
 }
 
 bool PatientReading::isCancelled() const

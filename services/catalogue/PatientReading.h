@@ -11,7 +11,7 @@ class Database;
 /// room for a slow disk.
 struct ReadPatience
 {
-    std::chrono::milliseconds longest{15'000}; // from the opening to the last row
+    std::chrono::milliseconds longest{15'000}; // of one look into it: its opening, or one search
     std::function<bool()> isCancelled = {};    // asked again and again on the reading thread; none: never
 };
 
@@ -25,6 +25,8 @@ public:
     PatientReading(const PatientReading &) = delete;
     PatientReading &operator=(const PatientReading &) = delete;
 
+    /// Patience begins anew, for the next look.
+    void restart();
     bool isCancelled() const;
 
 private:

@@ -89,6 +89,17 @@ private Q_SLOTS:
         QVERIFY(entries.error().localizedDescription.contains(m_path));
     }
 
+    void nextSearchHasTimeOfItsOwn()
+    {
+        makeEndless();
+        const Result<CatalogueDatabase> database =
+            CatalogueDatabase::open(m_path, m_errors, {.longest = 1500ms});
+        QVERIFY(database);
+        QVERIFY(!database->entriesForVideo(Size, Hash, u"eng"_s));
+        // Looks at all hundred thousand and takes none, a fraction of the time.
+        QVERIFY(database->entriesForVideo(Size, Hash, u"ger"_s));
+    }
+
     void cancelledReadingStopsWithoutALine()
     {
         makeEndless();
