@@ -97,7 +97,8 @@ struct Member
 Reader zipReader(const QByteArray &bytes)
 {
     Reader reader(archive_read_new());
-    archive_read_support_format_zip(reader.get());
+    // By its directory alone: without one, passing over what is not wanted would unpack it.
+    archive_read_support_format_zip_seekable(reader.get());
     if (archive_read_open_memory(reader.get(), bytes.constData(), static_cast<std::size_t>(bytes.size())) !=
         ARCHIVE_OK)
         reader.reset();

@@ -173,6 +173,8 @@ private Q_SLOTS:
             Failure::NoSubtitle);
         row("broken gzip", gzipped(Srt.repeated(20)).left(40), Failure::Damaged);
         row("broken zip", zipped("a.srt", Srt).left(30), Failure::Damaged);
+        const QByteArray whole = zipped("a.srt", Srt);
+        row("zip without its directory", whole.left(whole.indexOf("PK\x01\x02")), Failure::Damaged);
         row("gzip bomb", gzipped(QByteArray(16 * 1024 * 1024, '1')), Failure::TooLarge);
         row("zip of a bomb's ratio", gzipped(Srt + QByteArray(100'000, ' ')), Failure::TooLarge);
         row("too large", Srt + QByteArray(9 * 1024 * 1024, 'x'), Failure::TooLarge);
