@@ -154,6 +154,15 @@ private Q_SLOTS:
         QVERIFY(!indicator->isVisible());
     }
 
+    void indicatorShowsASearchThatBeganBeforeIt()
+    {
+        m_delegate->setExternalRequest(ExternalRequest{QUrl(u"file:///v/A.mkv"_s), {}});
+        MainWindowController later;
+        later.showWindow();
+        QVERIFY(later.mainViewController()->isSearching());
+        QVERIFY(later.window()->findChild<QWidget *>(u"searchIndicator"_s)->isVisible());
+    }
+
     void controlsHaveTheirNames_data()
     {
         QTest::addColumn<QString>("widget");
