@@ -2,6 +2,8 @@
 
 #include <search/PendingRequest.h>
 
+#include <QDropEvent>
+#include <QMimeData>
 #include <QSignalSpy>
 
 #include <limits>
@@ -64,11 +66,13 @@ private Q_SLOTS:
     void fileSearchShowsTheNameAndKeepsFileAndRequest();
     void fileSearchWithoutRequestKeepsTheStoredOne();
     void unhashableFileIsSearchedByItsFullName();
+    void nulInANameIsNoPartOfTheSearch();
     void unhashableFileLeavesStateAndDropsItsRequest();
     void foundFilesShowTheCountAndTheList();
     void emptyFileSearchFallsBackToWordsOfTheName();
     void fallbackRunsWithTheFlagSetBack();
     void viewStaysAsItWasUntilTheFallbackIsAnswered();
+    void dropOnTheResultsIsSearchedForToo();
     void downloadButtonNamesTheDelivery();
     void requesterNameIsNoMnemonic();
     void laterRequestTakesThePlaceOfTheStoredOne();
@@ -142,6 +146,15 @@ void FileSearchTest::unhashableFileIsSearchedByItsFullName()
     QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
 }
 
+void FileSearchTest::nulInANameIsNoPartOfTheSearch()
+{
+    m_view->service->hash.reset();
+    m_view->controller->searchForFile(QUrl(u"file:///videos/Some%00Film.mkv"_s), std::nullopt);
+    m_view->turn();
+    QCOMPARE(m_view->field()->text(), u"SomeFilm.mkv"_s);
+    QVERIFY(m_view->service->queries.last() == textArgs(u"SomeFilm.mkv"_s));
+}
+
 void FileSearchTest::unhashableFileLeavesStateAndDropsItsRequest()
 {
     m_view->service->hash.reset();
@@ -203,6 +216,21 @@ void FileSearchTest::viewStaysAsItWasUntilTheFallbackIsAnswered()
     m_view->turn();
     QVERIFY(!m_view->widget("scrollView")->isVisible());
     QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+}
+
+void FileSearchTest::dropOnTheResultsIsSearchedForToo()
+{
+    m_view->showResults(3);
+    QWidget *rows = m_view->table()->viewport();
+    QMimeData file;
+    file.setUrls({Video});
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(rows, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(rows, &drop);
+    QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
+    QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
 }
 
 void FileSearchTest::downloadButtonNamesTheDelivery()
