@@ -13,6 +13,20 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
 
 constexpr int MaxRedirects = 3;
+constexpr Clock::Duration LongestNap = std::chrono::seconds(30); // that connections survive
+
+std::shared_ptr<QNetworkAccessManager> newNetwork()
+{
+    auto network = std::make_shared<QNetworkAccessManager>();
+    network->setProxyFactory(new EnvironmentProxy);
+    network->setCookieJar(nullptr);
+    return network;
+}
+
+Clock::Duration dateAhead(const Clock &clock)
+{
+    return Clock::Duration(clock.date().toMSecsSinceEpoch()) - clock.now();
+}
 
 bool isRedirect(int status)
 {
@@ -41,10 +55,9 @@ struct HttpClient::Journey
     RateQueue::Turn turn;
 };
 
-HttpClient::HttpClient(Clock &clock, ServiceName service) : m_clock(clock), m_service(service)
+HttpClient::HttpClient(Clock &clock, ServiceName service)
+    : m_clock(clock), m_service(service), m_network(newNetwork()), m_dateAhead(dateAhead(clock))
 {
-    m_network.setProxyFactory(new EnvironmentProxy);
-    m_network.setCookieJar(nullptr);
 }
 
 QByteArray HttpClient::userAgent()
@@ -83,8 +96,18 @@ HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &r
     return journey;
 }
 
+/// The other side has given up such connections without our hearing of it: a question there would wait for
+/// its limit, and an order fail.
+void HttpClient::renewAfterSleep()
+{
+    const Clock::Duration before = std::exchange(m_dateAhead, dateAhead(m_clock));
+    if (m_dateAhead - before > LongestNap)
+        m_network = newNetwork(); // what is under way keeps the one it has
+}
+
 void HttpClient::step(const std::shared_ptr<Journey> &journey)
 {
+    renewAfterSleep();
     journey->request.deadline = std::max(journey->end - m_clock.now(), Clock::Duration(1));
     const std::weak_ptr weak(journey);
     journey->exchange = HttpExchange::begin(m_network, m_clock, m_service, journey->request,

@@ -6,8 +6,8 @@
 #include <QNetworkAccessManager>
 
 /// Asks servers of one service. Goes only where the rules let it, follows a redirect by hand (a GET, at most
-/// three, never to another host) and says "Plovendix v…" everywhere. No retries, no rate of its own. Main
-/// thread only.
+/// three, never to another host) and says "Plovendix v…" everywhere. Keeps connections, but none from before
+/// the machine slept. No retries, no rate of its own. Main thread only.
 class HttpClient final
 {
 public:
@@ -26,6 +26,7 @@ public:
 
 private:
     struct Journey;
+    void renewAfterSleep();
     void step(const std::shared_ptr<Journey> &journey);
     void follow(const std::shared_ptr<Journey> &journey, const QUrl &next);
     void arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome);
@@ -34,6 +35,7 @@ private:
 
     Clock &m_clock;
     ServiceName m_service;
-    QNetworkAccessManager m_network;
+    std::shared_ptr<QNetworkAccessManager> m_network;
+    Clock::Duration m_dateAhead{0}; // of the clock that stands still while the machine sleeps
     RateQueue *m_pace = nullptr;
 };

@@ -58,12 +58,12 @@ Kind kindOfFailure(QNetworkReply::NetworkError error)
 }
 } // namespace
 
-std::shared_ptr<HttpExchange> HttpExchange::begin(QNetworkAccessManager &network, Clock &clock,
-                                                  ServiceName service, const HttpRequest &request,
-                                                  Completion completion)
+std::shared_ptr<HttpExchange> HttpExchange::begin(std::shared_ptr<QNetworkAccessManager> network,
+                                                  Clock &clock, ServiceName service,
+                                                  const HttpRequest &request, Completion completion)
 {
-    auto *exchange = new HttpExchange(clock, service, request, std::move(completion));
-    exchange->send(network);
+    auto *exchange = new HttpExchange(std::move(network), clock, service, request, std::move(completion));
+    exchange->send();
     exchange->watch();
     // It may be let go from inside its own completion.
     return {exchange, [](HttpExchange *done) {
@@ -72,9 +72,13 @@ std::shared_ptr<HttpExchange> HttpExchange::begin(QNetworkAccessManager &network
             }};
 }
 
-HttpExchange::HttpExchange(Clock &clock, ServiceName service, const HttpRequest &request,
-                           Completion completion)
-    : m_clock(clock), m_service(service), m_request(request), m_completion(std::move(completion))
+HttpExchange::HttpExchange(std::shared_ptr<QNetworkAccessManager> network, Clock &clock, ServiceName service,
+                           const HttpRequest &request, Completion completion)
+    : m_clock(clock),
+      m_service(service),
+      m_request(request),
+      m_completion(std::move(completion)),
+      m_network(std::move(network))
 {
 }
 
@@ -83,38 +87,40 @@ HttpExchange::~HttpExchange()
     abandon();
 }
 
-void HttpExchange::send(QNetworkAccessManager &network)
+void HttpExchange::send()
 {
     QNetworkRequest request = networkRequest(m_request);
     switch (m_request.method) {
     case HttpRequest::Method::Get:
-        m_reply = network.get(request);
+        m_reply.reset(m_network->get(request));
         return;
     case HttpRequest::Method::Delete:
-        m_reply = network.deleteResource(request);
+        m_reply.reset(m_network->deleteResource(request));
         return;
     case HttpRequest::Method::Post:
         request.setHeader(QNetworkRequest::ContentLengthHeader, m_request.body.size());
         request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
         auto *upload = new OneTimeUpload(m_request.body, this);
-        m_reply = network.post(request, upload);
+        m_reply.reset(m_network->post(request, upload));
         return;
     }
 }
 
 void HttpExchange::watch()
 {
-    m_reply->setParent(this);
-    connect(m_reply, &QNetworkReply::requestSent, this, [this] { allowSilence(SilenceLimit); });
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { allowSilence(SilenceLimit); });
-    connect(m_reply, &QNetworkReply::readyRead, this, &HttpExchange::take);
-    connect(m_reply, &QNetworkReply::finished, this, &HttpExchange::finish);
+    m_reply->setParent(nullptr);
+    connect(m_reply.get(), &QNetworkReply::requestSent, this, [this] { allowSilence(SilenceLimit); });
+    connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, [this] { allowSilence(SilenceLimit); });
+    connect(m_reply.get(), &QNetworkReply::readyRead, this, &HttpExchange::take);
+    connect(m_reply.get(), &QNetworkReply::finished, this, &HttpExchange::finish);
     allowSilence(ConnectLimit);
     m_deadline = m_clock.after(m_request.deadline, [this] { stop(Ended::TooSlow); });
 }
 
 void HttpExchange::allowSilence(Clock::Duration duration)
 {
+    if (!m_completion)
+        return; // a late word of a reply that has ended
     m_silence = m_clock.after(duration, [this] { stop(Ended::TooSlow); });
 }
 
@@ -152,9 +158,11 @@ void HttpExchange::abandon()
     m_silence.cancel();
     m_deadline.cancel();
     if (m_reply && m_reply->isRunning()) {
-        disconnect(m_reply, nullptr, this, nullptr);
+        disconnect(m_reply.get(), nullptr, this, nullptr);
         m_reply->abort();
     }
+    // Now, not with us: at the program's end nobody deletes us later, and its thread must not outlive it.
+    m_network.reset();
 }
 
 Result<HttpAnswer> HttpExchange::outcome() const

@@ -21,7 +21,7 @@ public:
     using Completion = std::function<void(Result<HttpAnswer>)>;
 
     /// Begins. The completion comes on a later turn, and never once what this gives was let go.
-    static std::shared_ptr<HttpExchange> begin(QNetworkAccessManager &network, Clock &clock,
+    static std::shared_ptr<HttpExchange> begin(std::shared_ptr<QNetworkAccessManager> network, Clock &clock,
                                                ServiceName service, const HttpRequest &request,
                                                Completion completion);
     ~HttpExchange() override;
@@ -34,8 +34,9 @@ private:
         TooLarge
     };
 
-    HttpExchange(Clock &clock, ServiceName service, const HttpRequest &request, Completion completion);
-    void send(QNetworkAccessManager &network);
+    HttpExchange(std::shared_ptr<QNetworkAccessManager> network, Clock &clock, ServiceName service,
+                 const HttpRequest &request, Completion completion);
+    void send();
     void watch();
     void allowSilence(Clock::Duration duration);
     void take();
@@ -49,7 +50,8 @@ private:
     const ServiceName m_service;
     const HttpRequest m_request;
     Completion m_completion;
-    QNetworkReply *m_reply = nullptr;
+    std::shared_ptr<QNetworkAccessManager> m_network; // until this is let go
+    std::unique_ptr<QNetworkReply> m_reply;
     QByteArray m_received;
     Ended m_ended = Ended::Itself;
     Clock::Timer m_silence;

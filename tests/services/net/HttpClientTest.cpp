@@ -276,6 +276,71 @@ private Q_SLOTS:
         QCOMPARE(m_server->requests().constFirst().body, R"({"file_id":1})");
     }
 
+    void connectionsFromBeforeASleepAreNotUsed_data()
+    {
+        QTest::addColumn<HttpRequest::Method>("method");
+        QTest::newRow("a question") << HttpRequest::Method::Get;
+        QTest::newRow("an order") << HttpRequest::Method::Post;
+    }
+    void connectionsFromBeforeASleepAreNotUsed()
+    {
+        QFETCH(const HttpRequest::Method, method);
+        // The network has forgotten the old connection: whatever goes there is heard of no more.
+        m_served = [this, dead = std::optional<quint16>()](const ReceivedRequest &request) mutable {
+            ServedAnswer answer = m_answer;
+            if (dead == request.peerPort)
+                answer.delivery = Delivery::Silent;
+            dead = dead.value_or(request.peerPort);
+            return answer;
+        };
+        get();
+        m_clock->setDate(m_clock->date().addSecs(3600)); // the other clock stood still
+        HttpRequest next = request();
+        next.method = method;
+        start(next);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QVERIFY(**m_caught);
+    }
+
+    void connectionsAreKeptWhileAwake_data()
+    {
+        QTest::addColumn<int>("secondsPast");
+        QTest::addColumn<int>("secondsTheDateIsSet");
+        QTest::newRow("a moment later") << 1 << 0;
+        QTest::newRow("a while later") << 60 << 0;
+        QTest::newRow("with the date put right") << 1 << 5;
+        QTest::newRow("with the date set back") << 1 << -3600;
+    }
+    void connectionsAreKeptWhileAwake()
+    {
+        QFETCH(const int, secondsPast);
+        QFETCH(const int, secondsTheDateIsSet);
+        get();
+        m_clock->advance(std::chrono::seconds(secondsPast));
+        m_clock->setDate(m_clock->date().addSecs(secondsTheDateIsSet));
+        get();
+        QCOMPARE(m_server->requests().constFirst().peerPort, m_server->requests().constLast().peerPort);
+    }
+
+    void whatIsUnderWayIsNotCutByASleep()
+    {
+        m_answer.body = "slow";
+        m_answer.delivery = Delivery::Dripped;
+        QByteArray slow;
+        HttpClient::Call slowCall;
+        slowCall = m_client->send(request(), Here, [&](const Result<HttpAnswer> &outcome) {
+            slow = outcome ? outcome->body : QByteArray("failed");
+            slowCall.reset(); // the last that held on to the old connections
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        m_clock->setDate(m_clock->date().addSecs(3600));
+        m_answer.delivery = Delivery::Whole;
+        get();
+        for (qsizetype i = 0; i < m_answer.body.size(); ++i)
+            m_server->drip();
+        QTRY_COMPARE_WITH_TIMEOUT(slow, "slow", Patience);
+    }
+
     void forbiddenAddressesAreNotAsked()
     {
         start(request(), HostRules({u"127.0.0.1"_s}));

@@ -14,6 +14,7 @@ struct ReceivedRequest
     QHash<QByteArray, QByteArray> headers; // by lower-case name
     QByteArray body;
     quint16 port = 0;
+    quint16 peerPort = 0; // tells connections apart
 
     QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
     QByteArray path() const

@@ -43,6 +43,7 @@ void LoopbackConnection::read()
     m_received += m_socket->readAll();
     ReceivedRequest request;
     while (takeRequest(request)) {
+        request.peerPort = m_socket->peerPort();
         const ServedAnswer answer = m_handler(request);
         deliver(answer, request.method != "HEAD");
         request = {};
