@@ -30,34 +30,37 @@ public:
     LegacyText read(QByteArray bytes)
     {
         LegacyText result;
+        QByteArray utf8;
         char *from = bytes.data();
         auto left = static_cast<std::size_t>(bytes.size());
         while (left > 0) {
-            const bool stopped = !convert(from, left, result.text) && errno != E2BIG;
+            const bool stopped = !convert(from, left, utf8) && errno != E2BIG;
             if (!stopped || left == 0)
                 continue;
             result.hasErrors = true;
-            result.text += QChar::ReplacementCharacter;
+            utf8 += "\xEF\xBF\xBD"; // U+FFFD
             ++from;
             --left;
         }
+        result.text = QString::fromUtf8(utf8);
         return result;
     }
 
 private:
-    bool convert(char *&from, std::size_t &left, QString &text)
+    bool convert(char *&from, std::size_t &left, QByteArray &utf8)
     {
-        constexpr qsizetype BlockBytes = 64LL * 1024;
-        QByteArray block(BlockBytes, Qt::Uninitialized);
-        char *to = block.data();
-        auto room = static_cast<std::size_t>(block.size());
+        char *to = m_block.data();
+        auto room = static_cast<std::size_t>(m_block.size());
         const bool done = iconv(m_converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
         const int reason = errno;
-        text += QString::fromUtf8(block.constData(), block.size() - static_cast<qsizetype>(room));
+        utf8.append(m_block.constData(), m_block.size() - static_cast<qsizetype>(room));
         errno = reason;
         return done;
     }
 
+    static constexpr qsizetype BlockBytes = 64LL * 1024;
+
+    QByteArray m_block{BlockBytes, Qt::Uninitialized};
     iconv_t m_converter;
 };
 } // namespace

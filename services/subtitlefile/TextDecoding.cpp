@@ -13,8 +13,24 @@ namespace
 {
 // Below that the detector guesses worse than the language does.
 constexpr qsizetype DetectorBytes = 256;
+// Longer than subtitles are: of more than that a part tells the set.
+constexpr qsizetype JudgedBytes = 256LL * 1024;
 constexpr int UnreadablePenalty = 1000;
 constexpr int ControlPenalty = 10;
+
+/// What the character set is told by: lines from the first on that is not plain, and whole ones, because
+/// half a character is none.
+QByteArray judgedPart(const QByteArray &bytes)
+{
+    if (bytes.size() <= JudgedBytes)
+        return bytes;
+    const auto telling =
+        std::find_if(bytes.cbegin(), bytes.cend(), [](char c) { return static_cast<quint8>(c) >= 0x80; });
+    const qsizetype first = telling == bytes.cend() ? 0 : telling - bytes.cbegin();
+    const QByteArray part = bytes.mid(bytes.lastIndexOf('\n', first) + 1, JudgedBytes);
+    const qsizetype lineEnd = part.lastIndexOf('\n');
+    return lineEnd < 0 ? part : part.left(lineEnd + 1);
+}
 
 std::optional<DecodedText> byMark(const QByteArray &bytes)
 {
@@ -54,7 +70,7 @@ std::optional<DecodedText> byEscapes(const QByteArray &bytes)
 {
     if (!bytes.contains("\x1B$"))
         return std::nullopt;
-    const QByteArray detected = detectedCharacterSet(bytes);
+    const QByteArray detected = detectedCharacterSet(judgedPart(bytes));
     const QByteArray set = detected.startsWith("iso-2022-") ? detected : QByteArray("iso-2022-jp");
     const std::optional<LegacyText> read = LegacyText::read(bytes, set);
     if (!read || read->hasErrors)
@@ -141,6 +157,24 @@ QByteArrayList candidates(const QByteArray &bytes, const QString &language)
         sets.insert(bytes.size() < DetectorBytes ? sets.size() : 0, detected);
     return sets << "windows-1252";
 }
+
+QByteArray likeliestSet(const QByteArray &bytes, const QString &language)
+{
+    QByteArray best = "iso-8859-1";
+    int bestOddness = std::numeric_limits<int>::max();
+    for (const QByteArray &set : candidates(bytes, language)) {
+        const std::optional<LegacyText> read = LegacyText::read(bytes, set);
+        if (!read)
+            continue;
+        const int odd =
+            read->hasErrors ? std::max(oddness(read->text), UnreadablePenalty) : oddness(read->text);
+        if (odd < bestOddness) {
+            best = set;
+            bestOddness = odd;
+        }
+    }
+    return best;
+}
 } // namespace
 
 DecodedText decodedText(const QByteArray &bytes, const QString &language)
@@ -153,19 +187,8 @@ DecodedText decodedText(const QByteArray &bytes, const QString &language)
         return *utf8;
     if (const auto damaged = asDamagedUtf8(bytes))
         return *damaged;
-    DecodedText best{QString::fromLatin1(bytes), "iso-8859-1"};
-    int bestOddness = std::numeric_limits<int>::max();
-    for (const QByteArray &set : candidates(bytes, language)) {
-        const std::optional<LegacyText> read = LegacyText::read(bytes, set);
-        if (!read)
-            continue;
-        const int odd =
-            read->hasErrors ? std::max(oddness(read->text), UnreadablePenalty) : oddness(read->text);
-        if (odd < bestOddness) {
-            // One of the Vietnamese sets writes letter and tone apart.
-            best = {read->text.normalized(QString::NormalizationForm_C), set};
-            bestOddness = odd;
-        }
-    }
-    return best;
+    const QByteArray set = likeliestSet(judgedPart(bytes), language);
+    const std::optional<LegacyText> read = LegacyText::read(bytes, set);
+    // One of the Vietnamese sets writes letter and tone apart.
+    return {read ? read->text.normalized(QString::NormalizationForm_C) : QString::fromLatin1(bytes), set};
 }

@@ -2,6 +2,8 @@
 #include <services/subtitlefile/LegacyText.h>
 #include <services/subtitlefile/TextDecoding.h>
 
+#include <QElapsedTimer>
+#include <QRandomGenerator>
 #include <QStringEncoder>
 #include <QTest>
 
@@ -143,6 +145,49 @@ private Q_SLOTS:
         QStringEncoder encode(static_cast<QStringConverter::Encoding>(encoding),
                               QStringConverter::Flag::WriteBom);
         QCOMPARE(decodedText(encode(u"Zażółć – 你"_s), u"eng"_s).text, u"Zażółć – 你"_s);
+    }
+
+    void longTextsAreToldByAPart_data()
+    {
+        QTest::addColumn<QByteArray>("set");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<int>("plainLines");
+        QTest::newRow("one byte") << QByteArray("windows-1250") << u"pol"_s << u"Zażółć gęślą jaźń. Świat\n"_s
+                                  << 0;
+        QTest::newRow("one byte, late")
+            << QByteArray("windows-1250") << u"pol"_s << u"Zażółć gęślą jaźń. Świat\n"_s << 60'000;
+        QTest::newRow("two bytes") << QByteArray("gb18030") << u"chi"_s << u"你好，世界。今天天气很好\n"_s
+                                   << 0;
+        QTest::newRow("two bytes, late")
+            << QByteArray("gb18030") << u"chi"_s << u"你好，世界。今天天气很好\n"_s << 60'000;
+    }
+    void longTextsAreToldByAPart()
+    {
+        QFETCH(const QByteArray, set);
+        QFETCH(const QString, language);
+        QFETCH(const QString, line);
+        QFETCH(const int, plainLines);
+        const QString text = u"plain line\n"_s.repeated(plainLines) + line.repeated(20'000);
+        QStringEncoder encode(set.constData());
+        const QByteArray bytes = encode(text);
+        QVERIFY(bytes.size() > 400'000);
+        const DecodedText decoded = decodedText(bytes, language);
+        QCOMPARE(decoded.characterSet, set);
+        QVERIFY(decoded.text == text);
+    }
+
+    void bytesOfNoTextAreReadSoon()
+    {
+        QRandomGenerator random(5);
+        QByteArray bytes(2 * 1024 * 1024, Qt::Uninitialized);
+        for (char &c : bytes)
+            c = static_cast<char>(random.bounded(1, 256));
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(decodedText(bytes, u"vie"_s).text.isEmpty(), false);
+        // Trying every set on all of it takes most of a minute.
+        QVERIFY2(time.elapsed() < 15'000, qPrintable(QString::number(time.elapsed())));
     }
 
     void anyBytesGiveAText()
