@@ -116,6 +116,8 @@ void CompanionSendTest::onlyOptionAloneForcesTheSheet_data()
     row("Option and Shift", Qt::AltModifier | Qt::ShiftModifier, false);
     row("Option and Control", Qt::AltModifier | Qt::ControlModifier, false);
     row("Option and Meta", Qt::AltModifier | Qt::MetaModifier, false);
+    row("Option and a key of the keypad", Qt::AltModifier | Qt::KeypadModifier, true);
+    row("Option in another layout", Qt::AltModifier | Qt::GroupSwitchModifier, true);
 }
 
 void CompanionSendTest::onlyOptionAloneForcesTheSheet()

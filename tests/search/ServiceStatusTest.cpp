@@ -74,6 +74,16 @@ private Q_SLOTS:
         QVERIFY(!hint().contains(offlineHint()));
     }
 
+    void shortHintNeedsNoRoomBelow()
+    {
+        const auto *hint = m_view->child<QLabel>("dropHint");
+        say({false, std::nullopt});
+        m_view->showResults(0);
+        QVERIFY(hint->contentsMargins().bottom() > 0);
+        m_view->controller->cancelQuery(nullptr);
+        QCOMPARE(hint->contentsMargins(), QMargins());
+    }
+
     void longHintStaysInsideTheDropArea()
     {
         say({false, std::nullopt});
