@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -117,6 +118,27 @@ private Q_SLOTS:
         click(*child<QCheckBox>("logCheckbox"));
         click(sendButton());
         QCOMPARE(m_reporter.answers, QStringList{u"send Hello with log"_s});
+    }
+
+    void messagesAreChosenAnewForEachReport()
+    {
+        open();
+        click(*child<QCheckBox>("logCheckbox"));
+        window().close();
+        open();
+        QVERIFY(!child<QCheckBox>("logCheckbox")->isChecked());
+        QCOMPARE(details(), u"version: 1.0\nqt: 6.4"_s);
+    }
+
+    void itComesUpInTheMiddleEachTime()
+    {
+        for (int time = 0; time < 2; ++time) {
+            open();
+            const QPoint off = window().geometry().center() - window().screen()->availableGeometry().center();
+            QVERIFY(off.manhattanLength() <= 2);
+            window().move(window().pos() + QPoint(40, 30));
+            window().close();
+        }
     }
 
     void returnIsALineAndControlReturnSends()

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -86,6 +87,18 @@ private Q_SLOTS:
         QVERIFY(!m_controller->isShown());
         m_controller->dismiss();
         QVERIFY(Window::openWindows().isEmpty());
+    }
+
+    void itComesUpInTheMiddleEachTime()
+    {
+        for (int time = 0; time < 2; ++time) {
+            m_controller->showUpToDate(u"1.5"_s);
+            expose();
+            const QPoint off = window().geometry().center() - window().screen()->availableGeometry().center();
+            QVERIFY(off.manhattanLength() <= 2);
+            window().move(window().pos() + QPoint(40, 30));
+            window().close();
+        }
     }
 
     void aCheckUnderWayTurnsAndCanBeCancelled()
