@@ -262,7 +262,7 @@ void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &
         });
 }
 
-/// Whether a broken order was counted only the service knows; it is asked instead of ordering again.
+/// Whether a broken order was counted only the service knows: it is asked before anybody orders again.
 void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &error)
 {
     const auto kind = kindOf(error);
@@ -272,28 +272,46 @@ void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &err
         finish(job, error);
         return;
     }
+    tell(*job, error);
     job->call =
         job->session->send({HttpRequest::Method::Get, u"/infos/user"_s}, RestSession::Login::IfThereIsOne,
-                           [this, weak = std::weak_ptr(job), error](const Result<HttpAnswer> &outcome) {
-                               const auto held = weak.lock();
-                               if (!held)
-                                   return;
-                               const auto object = outcome ? Json::object(outcome->body) : std::nullopt;
-                               if (object && outcome->isSuccess()) {
-                                   RestQuota quota = held->session->quota();
-                                   quota.takeUser((*object)[u"data"_s].toObject());
-                                   takeQuota(*held->session, quota);
-                               }
-                               finish(held, error);
+                           [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
+                               if (const auto held = weak.lock())
+                                   takeCost(held, outcome);
                            });
+}
+
+void RestDownload::takeCost(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
+{
+    const auto object = outcome ? Json::object(outcome->body) : std::nullopt;
+    if (object && outcome->isSuccess()) {
+        RestQuota quota = job->session->quota();
+        quota.takeUser((*object)[u"data"_s].toObject());
+        takeQuota(*job->session, quota);
+    }
+    const bool isWantedAgain = !job->waiting.isEmpty();
+    if (isWantedAgain)
+        order(job);
+    else
+        forget(*job);
 }
 
 void RestDownload::finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files)
 {
-    m_jobs.remove({job->session.get(), job->subtitle->fileID});
+    forget(*job);
+    tell(*job, files);
+}
+
+void RestDownload::forget(const Job &job)
+{
+    m_jobs.remove({job.session.get(), job.key()});
+}
+
+void RestDownload::tell(Job &job, const Result<QList<QUrl>> &files)
+{
     if (!files)
         qCWarning(log).noquote() << "no download:" << files.error().detail;
-    const QList<Completion> waiting = std::exchange(job->waiting, {});
+    const QList<Completion> waiting = std::exchange(job.waiting, {});
     MainQueue::shared().async([waiting, files] {
         for (qsizetype i = 0; i < waiting.size(); ++i)
             waiting[i](files ? Result<QUrl>((*files)[i]) : Result<QUrl>(files.error()));

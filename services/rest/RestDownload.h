@@ -64,7 +64,10 @@ private:
     void keep(const std::shared_ptr<Job> &job, const QByteArray &bytes);
     void publish(const std::shared_ptr<Job> &job, const SubtitleFile &file);
     void askForQuota(const std::shared_ptr<Job> &job, const Error &error);
+    void takeCost(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files);
+    void forget(const Job &job);
+    void tell(Job &job, const Result<QList<QUrl>> &files);
 
     Tools m_tools;
     std::shared_ptr<RestSession> m_session;

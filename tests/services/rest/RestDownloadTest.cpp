@@ -358,8 +358,31 @@ private Q_SLOTS:
         QCOMPARE(kindOf(*caught), Kind::Timeout);
         QCOMPARE(orders(), 1);
         // What it cost is asked for instead.
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->service->quota().remaining, 19, Patience);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1);
-        QCOMPARE(m_fixture->service->quota().remaining, 19);
+    }
+
+    void timedOutOrderIsSaidAtOnceAndMadeAgainOnlyOnceItsCostIsKnown()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select({u"silent@download"_s, u"stall@user"_s});
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        m_fixture->clock.advance(20s);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::Timeout);
+        // The question for the cost is not answered, either.
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1, Patience);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        m_fixture->standIn.clearBehaviours();
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        QCOMPARE(orders(), 1);
+        m_fixture->clock.advance(20s);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY2(**second, **second ? "" : qPrintable((*second)->error().detail));
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 2);
+        QCOMPARE(orders(), 2);
     }
 
     void serviceDyingDuringTheTransferIsSaid()
