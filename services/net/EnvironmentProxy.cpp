@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+constexpr quint16 PortOfNobody = 0;
 constexpr int DefaultHttpPort = 8080;
 constexpr int DefaultSocksPort = 1080;
 
@@ -35,8 +36,9 @@ bool isExempt(const QString &host)
 QNetworkProxy proxyFromText(const QString &text)
 {
     const QUrl url(text.contains("://"_L1) ? text : "http://"_L1 + text);
+    // Whoever names a proxy does not want to go without: asking one that is not there says so.
     if (!url.isValid() || url.host().isEmpty())
-        return QNetworkProxy::NoProxy;
+        return {QNetworkProxy::HttpProxy, u"127.0.0.1"_s, PortOfNobody};
     const bool socks = url.scheme().startsWith("socks"_L1);
     return {socks ? QNetworkProxy::Socks5Proxy : QNetworkProxy::HttpProxy, url.host(),
             static_cast<quint16>(url.port(socks ? DefaultSocksPort : DefaultHttpPort)), url.userName(),

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <algorithm>
 #include <mutex>
 
 using namespace Qt::StringLiterals;
@@ -16,7 +17,7 @@ const QString Hidden = u"(hidden)"_s;
 std::mutex secretsMutex;
 QStringList &secrets()
 {
-    static QStringList list;
+    static QStringList list; // the longest first: one may begin like another
     return list;
 }
 
@@ -52,8 +53,11 @@ void hideSecret(const QString &secret)
     if (secret.size() < MinSecretLength)
         return;
     const std::scoped_lock lock(secretsMutex);
-    if (!secrets().contains(secret))
-        secrets() += secret;
+    if (secrets().contains(secret))
+        return;
+    const auto shorter = std::find_if(secrets().begin(), secrets().end(),
+                                      [&](const QString &known) { return known.size() < secret.size(); });
+    secrets().insert(shorter, secret);
 }
 
 QString redacted(const QString &text)

@@ -317,6 +317,17 @@ private Q_SLOTS:
         QVERIFY(asked.header("Api-Key").isEmpty());
     }
 
+    void proxyThatCannotBeReadIsSaid()
+    {
+        qputenv("https_proxy", "proxy.example:notaport");
+        HttpRequest far;
+        far.url = QUrl(u"https://api.opensubtitles.com/api/v1/subtitles"_s);
+        start(far, HostRules({u"api.opensubtitles.com"_s}));
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        qunsetenv("https_proxy");
+        QVERIFY2(failureOf(*m_caught) == Kind::Proxy, qPrintable((*m_caught)->error().detail));
+    }
+
     void clearTextWhereTlsIsDueIsInsecure()
     {
         QTcpServer plain;

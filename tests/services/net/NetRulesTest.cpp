@@ -100,6 +100,21 @@ private Q_SLOTS:
         qunsetenv("all_proxy");
     }
 
+    void proxyThatCannotBeReadIsNoReasonToGoWithout_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        for (const char *value : {"proxy.example:notaport", "http://:3128", "http://", "a b"})
+            QTest::newRow(value) << QByteArray(value);
+    }
+    void proxyThatCannotBeReadIsNoReasonToGoWithout()
+    {
+        QFETCH(const QByteArray, value);
+        qputenv("https_proxy", value);
+        const QNetworkProxy proxy = EnvironmentProxy::proxyFor(QUrl(u"https://api.opensubtitles.com/"_s));
+        qunsetenv("https_proxy");
+        QCOMPARE(proxy.type(), QNetworkProxy::HttpProxy);
+    }
+
     void everyKindHasASentence_data()
     {
         QTest::addColumn<int>("service");

@@ -52,6 +52,15 @@ private Q_SLOTS:
         QCOMPARE(redacted(u"abc"_s), u"abc"_s);
     }
 
+    void secretThatBeginsLikeAnotherIsHiddenWhole()
+    {
+        hideSecret(u"corr"_s);
+        hideSecret(u"correct-horse"_s);
+        hideSecret(u"correct"_s);
+        QCOMPARE(redacted(u"sent: correct-horse"_s), u"sent: (hidden)"_s);
+        QCOMPARE(redacted(u"sent: corrupt"_s), u"sent: (hidden)upt"_s);
+    }
+
     void errorsCarryNone()
     {
         hideSecret(u"hush-hush"_s);
