@@ -101,6 +101,13 @@ private Q_SLOTS:
         }
     }
 
+    void itsSizeIsNotAPersonsToChoose()
+    {
+        m_controller->showChecking();
+        expose();
+        QVERIFY(!window().isResizable());
+    }
+
     void aCheckUnderWayTurnsAndCanBeCancelled()
     {
         m_controller->showChecking();
