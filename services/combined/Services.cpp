@@ -134,12 +134,12 @@ void Services::saveSecret(Secret secret, const QString &text, SecretStore::Write
     m_parts.secrets->write(secret, value, std::move(completion));
 }
 
-void Services::shutDown(std::function<void()> done)
+void Services::shutDown(const std::function<void()> &done)
 {
     // The goodbye would wait for a connection behind questions whose answers nobody is there to see.
     if (m_combined)
         m_combined->cancelQueryTask();
-    m_rest->shutDown(std::move(done));
+    m_rest->shutDown(done);
 }
 
 void Services::apply()

@@ -48,7 +48,7 @@ public:
     /// Called when that may have changed, before the answer is given.
     void setAnswerObserver(std::function<void()> observer) { m_answerObserver = std::move(observer); }
     /// Drops every query and logs out; `done` comes within seconds.
-    void shutDown(std::function<void()> done);
+    void shutDown(const std::function<void()> &done);
 
 private:
     void readSecrets();

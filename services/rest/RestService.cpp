@@ -200,7 +200,7 @@ void RestService::emptyCache()
     m_worker->post([cache = m_cache] { cache.clear(); });
 }
 
-void RestService::shutDown(std::function<void()> done)
+void RestService::shutDown(const std::function<void()> &done)
 {
     m_leaving = std::exchange(m_former, {}) << m_session;
     const auto missing = std::make_shared<qsizetype>(m_leaving.size());

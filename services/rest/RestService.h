@@ -50,7 +50,7 @@ public:
     void followLanguages() { m_languages.follow(); }
     void emptyCache();
     /// Logs out wherever we logged in; `done` comes after three seconds at the latest.
-    void shutDown(std::function<void()> done);
+    void shutDown(const std::function<void()> &done);
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &url) override;
