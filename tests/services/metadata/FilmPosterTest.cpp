@@ -86,6 +86,8 @@ private Q_SLOTS:
             pictures += m_fixture->image({QVariantMap{{u"poster"_s, QString::fromLatin1(path)}}});
         // Time stands still while one is on the wire; these seconds are for the rate.
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
+        // The next one waits for the rate once its place in the cache was looked at: it and two limits.
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().size(), 3, Patience);
         m_fixture->clock.advance(2s);
         QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 2, Patience);
         m_fixture->clock.advance(2s);
