@@ -194,8 +194,11 @@ void MainViewController::controlTextDidEndEditing(QObject *)
     const int caret = searchField->cursorPosition();
     const int start = searchField->selectionStart();
     const int length = searchField->selectionLength();
-    onMainQueue(weakSelf(), [=](MainViewController &self) {
+    onMainQueue(weakSelf(), [=, text = searchField->text()](MainViewController &self) {
         if (!self.searchField || !self.searchField->hasFocus())
+            return;
+        // Who types on meanwhile is not set back.
+        if (self.searchField->text() != text)
             return;
         if (start < 0)
             self.searchField->setCursorPosition(caret);

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void returnLeavesCaretAndSelectionAsTheyWere();
     void endOfEditingElsewhereLeavesTheFieldAlone();
     void fieldLeftMeanwhileIsLeftAlone();
+    void wordsTypedMeanwhileStayInOrder();
     void spacesAreAText();
     void fieldHasTheFocusWhenTheWindowAppears();
     void shortcutsGoToTheFieldAndSelectItsText_data();
@@ -169,6 +170,18 @@ void SearchFieldTest::fieldLeftMeanwhileIsLeftAlone()
     m_view->field()->setSelection(5, 5);
     m_view->turn();
     QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+}
+
+void SearchFieldTest::wordsTypedMeanwhileStayInOrder()
+{
+    QLineEdit *field = m_view->field();
+    field->setFocus();
+    QTRY_VERIFY(field->hasFocus());
+    m_view->controller->controlTextDidEndEditing(field);
+    QTest::keyClicks(field, u"l"_s); // before the turn that puts the caret back
+    m_view->turn();
+    QTest::keyClicks(field, u"ater"_s);
+    QCOMPARE(field->text(), u"later"_s);
 }
 
 void SearchFieldTest::spacesAreAText()
