@@ -128,8 +128,13 @@ class Screen:
         return int(match.group(), 16) if match else 0
 
     def activate(self, window):
-        self._run('xdotool', 'windowactivate', str(window))
-        wait_for(lambda: self.active_window() == window, f'window {window:#x} is active')
+        def is_active():
+            if self.active_window() != window:
+                # Again and again: another window that has just come up may take the focus after us.
+                self._run('xdotool', 'windowactivate', str(window))
+            return self.active_window() == window
+
+        wait_for(is_active, f'window {window:#x} is active')
 
     def move_window(self, window, x, y):
         self._run('xdotool', 'windowmove', '--sync', str(window), str(x), str(y))
