@@ -1,27 +1,30 @@
-# Two functions, one for a room and one for its test, so that every target is built the same way.
+# Two functions, one for a room and one for its tests, so that every target is built the same way.
 #
-# plovendix_folder(NAME [PUBLISH path] [UI dir] SOURCES … DEPENDS …)
+# plovendix_folder(NAME [PUBLISH path] [UI dir] [MOC] [WIDGETS] SOURCES … DEPENDS …)
 #   A static library whose public include folder holds only itself: a link in the build tree from
 #   include/NAME/PUBLISH to this source folder. A room that includes a header of a room it does not
-#   depend on stops at the first line.
-# plovendix_test(NAME SOURCES … DEPENDS … [LABELS …])
-#   A Qt Test executable that links its room and nothing above, run on the offscreen platform.
+#   depend on stops at the first line. MOC: some class has Q_OBJECT. WIDGETS: the room uses Qt Widgets.
+# plovendix_tests(NAME [WIDGETS] CLASSES … [SOURCES …] DEPENDS … [LABELS …])
+#   One executable NAME_tests of the room's test classes, each in a source of its name, and for each class a
+#   test of that name in a process of its own. It links its room and nothing above.
 
 add_library(plovendix_options INTERFACE)
 target_compile_features(plovendix_options INTERFACE cxx_std_20)
 target_compile_options(plovendix_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-    -Wold-style-cast -Woverloaded-virtual)
+    -Wold-style-cast -Woverloaded-virtual -pthread) # the thread flag for all, since it decides what a precompiled header fits
 target_compile_definitions(plovendix_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_KEYWORDS)
 if(PLOVENDIX_WERROR)
     target_compile_options(plovendix_options INTERFACE -Werror)
 endif()
-# A third of the usual linker's time, for a test executable each.
 include(CheckLinkerFlag)
-check_linker_flag(CXX -fuse-ld=gold PLOVENDIX_HAS_GOLD)
-if(PLOVENDIX_HAS_GOLD)
-    target_link_options(plovendix_options INTERFACE -fuse-ld=gold)
-endif()
+foreach(linker IN ITEMS mold lld gold)
+    check_linker_flag(CXX -fuse-ld=${linker} PLOVENDIX_HAS_${linker})
+    if(PLOVENDIX_HAS_${linker})
+        target_link_options(plovendix_options INTERFACE -fuse-ld=${linker})
+        break()
+    endif()
+endforeach()
 if(PLOVENDIX_SANITIZE)
     target_compile_options(plovendix_options INTERFACE -fsanitize=${PLOVENDIX_SANITIZE} -fno-omit-frame-pointer
         -fno-sanitize-recover=all -O1
@@ -29,8 +32,35 @@ if(PLOVENDIX_SANITIZE)
     target_link_options(plovendix_options INTERFACE -fsanitize=${PLOVENDIX_SANITIZE})
 endif()
 
+# One header each for rooms with and without widgets and for their tests. Compiling the toolkit's headers took most of the
+# time of a source.
+function(plovendix_precompiled name)
+    add_library(plovendix_precompiled_${name} STATIC ${PROJECT_SOURCE_DIR}/cmake/precompiled/empty.cpp)
+    target_link_libraries(plovendix_precompiled_${name} PRIVATE plovendix_options ${ARGN})
+    target_precompile_headers(plovendix_precompiled_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled/${name}.h)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        # What the compiler cache needs to see the header's contents.
+        target_compile_options(plovendix_precompiled_${name} PRIVATE -fpch-preprocess)
+    endif()
+endfunction()
+plovendix_precompiled(core Qt6::Core)
+plovendix_precompiled(widgets Qt6::Widgets)
+if(PLOVENDIX_TESTS)
+    # The folder of each test, which the library defines as a macro, would be different for each user of the header.
+    set_property(TARGET Qt6::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
+    plovendix_precompiled(core_tests Qt6::Gui Qt6::Network Qt6::Test)
+    plovendix_precompiled(widget_tests Qt6::Widgets Qt6::Network Qt6::Test)
+endif()
+
+function(plovendix_use_precompiled target name)
+    target_precompile_headers(${target} REUSE_FROM plovendix_precompiled_${name})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        target_compile_options(${target} PRIVATE -fpch-preprocess)
+    endif()
+endfunction()
+
 function(plovendix_folder name)
-    cmake_parse_arguments(ARG "" "PUBLISH;UI" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+    cmake_parse_arguments(ARG "MOC;WIDGETS" "PUBLISH;UI" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
     if(NOT ARG_PUBLISH)
         set(ARG_PUBLISH ${name})
     endif()
@@ -42,7 +72,12 @@ function(plovendix_folder name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC ${include_root})
     target_link_libraries(${name} PUBLIC plovendix_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_MOC})
+    if(ARG_WIDGETS)
+        plovendix_use_precompiled(${name} widgets)
+    else()
+        plovendix_use_precompiled(${name} core)
+    endif()
     if(ARG_UI)
         # The scenes' texts go through the same lookup as the code's.
         set_target_properties(${name} PROPERTIES AUTOUIC ON
@@ -65,13 +100,23 @@ endfunction()
 # none of theirs, and it stops at that.
 set(PLOVENDIX_SANITIZING "TSAN_OPTIONS=ignore_noninstrumented_modules=1 die_after_fork=0 suppressions=${PROJECT_SOURCE_DIR}/tests/support/toolkit-threads.supp;ASAN_OPTIONS=intercept_tls_get_addr=0")
 
-function(plovendix_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LABELS" ${ARGN})
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE plovendix_options tests_support ${ARG_DEPENDS} Qt6::Test)
-    set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.*=false;QTEST_DISABLE_STACK_DUMP=1;${PLOVENDIX_SANITIZING}"
-        LABELS "unit;${ARG_LABELS}" TIMEOUT 120)
+function(plovendix_tests room)
+    cmake_parse_arguments(ARG "WIDGETS" "" "CLASSES;SOURCES;DEPENDS;LABELS" ${ARGN})
+    set(program ${room}_tests)
+    list(TRANSFORM ARG_CLASSES APPEND .cpp OUTPUT_VARIABLE class_sources)
+    add_executable(${program} ${class_sources} ${ARG_SOURCES})
+    target_link_libraries(${program} PRIVATE plovendix_options tests_support tests_main ${ARG_DEPENDS} Qt6::Gui Qt6::Network Qt6::Test)
+    set_target_properties(${program} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    if(ARG_WIDGETS)
+        target_link_libraries(${program} PRIVATE Qt6::Widgets)
+        plovendix_use_precompiled(${program} widget_tests)
+    else()
+        plovendix_use_precompiled(${program} core_tests)
+    endif()
+    foreach(class IN LISTS ARG_CLASSES)
+        add_test(NAME ${class} COMMAND ${program} ${class})
+        set_tests_properties(${class} PROPERTIES
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.*=false;QTEST_DISABLE_STACK_DUMP=1;${PLOVENDIX_SANITIZING}"
+            LABELS "unit;${ARG_LABELS}" TIMEOUT 120)
+    endforeach()
 endfunction()

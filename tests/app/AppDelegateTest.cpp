@@ -5,6 +5,7 @@
 #include <platform/ValueTransformer.h>
 #include <platform/Workspace.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -162,5 +163,5 @@ private:
     std::unique_ptr<Sandbox> m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(AppDelegateTest)
+PLOVENDIX_TEST(AppDelegateTest)
 #include "AppDelegateTest.moc"

@@ -2,6 +2,7 @@
 #include <platform/Bundle.h>
 #include <platform/FileManager.h>
 #include <services/catalogue/CatalogueServices.h>
+#include <support/TestMain.h>
 #include <views/DragFilesHereView.h>
 
 #include <QDir>
@@ -205,5 +206,5 @@ void BadFilesTest::catalogueThatIsNoneIsAnError()
     QCOMPARE(m_view->field()->text(), u"harbour"_s);
 }
 
-QTEST_MAIN(BadFilesTest)
+PLOVENDIX_GUI_TEST(BadFilesTest)
 #include "BadFilesTest.moc"

@@ -1,6 +1,7 @@
 #include <app/CommandLine.h>
 #include <platform/FileManager.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -70,5 +71,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+PLOVENDIX_TEST(CommandLineTest)
 #include "CommandLineTest.moc"

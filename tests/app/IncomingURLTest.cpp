@@ -7,6 +7,7 @@
 #include <platform/Window.h>
 #include <search/MainViewController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/scripted/ScriptedServices.h>
 
 #include <QLineEdit>
@@ -264,5 +265,5 @@ private:
     std::unique_ptr<MainWindowController> m_window;
 };
 
-QTEST_MAIN(IncomingURLTest)
+PLOVENDIX_GUI_TEST(IncomingURLTest)
 #include "IncomingURLTest.moc"

@@ -8,6 +8,7 @@
 #include <platform/Workspace.h>
 #include <search/MainViewController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/scripted/ScriptedServices.h>
 
 #include <QFileDialog>
@@ -266,5 +267,5 @@ private:
     std::unique_ptr<MainWindowController> m_window;
 };
 
-QTEST_MAIN(MainMenuTest)
+PLOVENDIX_GUI_TEST(MainMenuTest)
 #include "MainMenuTest.moc"

@@ -8,6 +8,7 @@
 #include <platform/Window.h>
 #include <search/MainViewController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/scripted/ScriptedServices.h>
 
 #include <QAbstractItemView>
@@ -223,5 +224,5 @@ private:
     std::unique_ptr<MainWindowController> m_controller;
 };
 
-QTEST_MAIN(MainWindowTest)
+PLOVENDIX_GUI_TEST(MainWindowTest)
 #include "MainWindowTest.moc"

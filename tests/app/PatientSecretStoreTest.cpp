@@ -1,5 +1,6 @@
 #include <app/PatientSecretStore.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/UnpaintedProgram.h>
 
 #include <QStringList>
@@ -83,5 +84,5 @@ private:
     std::optional<UnpaintedProgram> m_program;
 };
 
-QTEST_MAIN(PatientSecretStoreTest)
+PLOVENDIX_GUI_TEST(PatientSecretStoreTest)
 #include "PatientSecretStoreTest.moc"

@@ -1,5 +1,6 @@
 #include <app/SecretFileQuestion.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QMessageBox>
@@ -112,5 +113,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SecretFileQuestionTest)
+PLOVENDIX_GUI_TEST(SecretFileQuestionTest)
 #include "SecretFileQuestionTest.moc"

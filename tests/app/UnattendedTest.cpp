@@ -1,5 +1,6 @@
 #include <platform/Bundle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -42,5 +43,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UnattendedTest)
+PLOVENDIX_TEST(UnattendedTest)
 #include "UnattendedTest.moc"

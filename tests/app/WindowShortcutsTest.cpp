@@ -8,6 +8,7 @@
 #include <platform/Window.h>
 #include <search/MainViewController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/scripted/ScriptedServices.h>
 
 #include <QApplication>
@@ -185,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WindowShortcutsTest)
+PLOVENDIX_GUI_TEST(WindowShortcutsTest)
 #include "WindowShortcutsTest.moc"

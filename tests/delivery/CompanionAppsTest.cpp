@@ -1,6 +1,7 @@
 #include "FakeWorkspace.h"
 
 #include <delivery/ExternalAppInfo.h>
+#include <support/TestMain.h>
 
 #include <QMetaProperty>
 #include <QTest>
@@ -82,5 +83,5 @@ private Q_SLOTS:
     void appIsMadeOnlyWithItsFields() { QVERIFY(!std::is_default_constructible_v<ExternalAppInfo>); }
 };
 
-QTEST_GUILESS_MAIN(CompanionAppsTest)
+PLOVENDIX_TEST(CompanionAppsTest)
 #include "CompanionAppsTest.moc"

@@ -1,5 +1,7 @@
 #include "DeliveryFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QTest>
 
 #include <cerrno>
@@ -255,5 +257,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CompanionDeliveryTest)
+PLOVENDIX_TEST(CompanionDeliveryTest)
 #include "CompanionDeliveryTest.moc"

@@ -1,6 +1,7 @@
 #include "DeliveryFixture.h"
 
 #include <platform/URLComponents.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CompanionReplyTest)
+PLOVENDIX_TEST(CompanionReplyTest)
 #include "CompanionReplyTest.moc"

@@ -1,4 +1,5 @@
 #include <delivery/FileName.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 #include <QUrl>
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileNameTest)
+PLOVENDIX_TEST(FileNameTest)
 #include "FileNameTest.moc"

@@ -1,5 +1,7 @@
 #include "FakeHost.h"
 
+#include <support/TestMain.h>
+
 #include <QDir>
 #include <QTest>
 
@@ -121,5 +123,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(IncomingRequestItemsTest)
+PLOVENDIX_TEST(IncomingRequestItemsTest)
 #include "IncomingRequestItemsTest.moc"

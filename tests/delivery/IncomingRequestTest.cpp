@@ -1,6 +1,7 @@
 #include "FakeHost.h"
 
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -187,5 +188,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(IncomingRequestTest)
+PLOVENDIX_TEST(IncomingRequestTest)
 #include "IncomingRequestTest.moc"

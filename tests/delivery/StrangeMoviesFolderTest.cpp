@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include <cerrno>
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -104,5 +105,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(StrangeMoviesFolderTest)
+PLOVENDIX_TEST(StrangeMoviesFolderTest)
 #include "StrangeMoviesFolderTest.moc"

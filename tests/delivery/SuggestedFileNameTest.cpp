@@ -1,5 +1,6 @@
 #include <delivery/SuggestedFileName.h>
 #include <platform/FileManager.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -76,5 +77,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SuggestedFileNameTest)
+PLOVENDIX_TEST(SuggestedFileNameTest)
 #include "SuggestedFileNameTest.moc"

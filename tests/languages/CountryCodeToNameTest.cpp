@@ -2,6 +2,7 @@
 
 #include <languages/catalogue/CountryCodeToName.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -98,5 +99,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CountryCodeToNameTest)
+PLOVENDIX_TEST(CountryCodeToNameTest)
 #include "CountryCodeToNameTest.moc"

@@ -3,6 +3,7 @@
 #include <languages/catalogue/LocaleUtilities.h>
 #include <platform/FatalFault.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QSet>
 #include <QTest>
@@ -266,5 +267,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageCatalogueTest)
+PLOVENDIX_TEST(LanguageCatalogueTest)
 #include "LanguageCatalogueTest.moc"

@@ -2,6 +2,7 @@
 #include <platform/Bundle.h>
 #include <platform/Locale.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QTest>
@@ -166,5 +167,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageCodeConversionTest)
+PLOVENDIX_TEST(LanguageCodeConversionTest)
 #include "LanguageCodeConversionTest.moc"

@@ -4,6 +4,7 @@
 #include <platform/Locale.h>
 #include <platform/PropertyList.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QRegularExpression>
 #include <QTest>
@@ -135,5 +136,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageCodeTableTest)
+PLOVENDIX_TEST(LanguageCodeTableTest)
 #include "LanguageCodeTableTest.moc"

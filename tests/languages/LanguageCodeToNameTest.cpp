@@ -2,6 +2,7 @@
 
 #include <languages/catalogue/LanguageCodeToName.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDateTime>
 #include <QTest>
@@ -144,5 +145,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageCodeToNameTest)
+PLOVENDIX_TEST(LanguageCodeToNameTest)
 #include "LanguageCodeToNameTest.moc"

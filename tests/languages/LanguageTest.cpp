@@ -1,4 +1,5 @@
 #include <languages/catalogue/LocaleUtilities.h>
+#include <support/TestMain.h>
 
 #include <QMetaProperty>
 #include <QTest>
@@ -48,5 +49,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LanguageTest)
+PLOVENDIX_TEST(LanguageTest)
 #include "LanguageTest.moc"

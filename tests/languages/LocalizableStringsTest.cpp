@@ -1,6 +1,7 @@
 #include "SourceTexts.h"
 
 #include <platform/PropertyList.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QRegularExpression>
@@ -154,5 +155,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LocalizableStringsTest)
+PLOVENDIX_TEST(LocalizableStringsTest)
 #include "LocalizableStringsTest.moc"

@@ -1,4 +1,5 @@
 #include <languages/MenuForBindings.h>
+#include <support/TestMain.h>
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
@@ -97,5 +98,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(MenuForBindingsTest)
+PLOVENDIX_GUI_TEST(MenuForBindingsTest)
 #include "MenuForBindingsTest.moc"

@@ -9,6 +9,7 @@
 #include <platform/UserDefaults.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -293,5 +294,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PreferencesWindowTest)
+PLOVENDIX_GUI_TEST(PreferencesWindowTest)
 #include "PreferencesWindowTest.moc"

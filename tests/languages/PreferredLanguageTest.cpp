@@ -1,6 +1,7 @@
 #include <languages/catalogue/LanguageCodeConversion.h>
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -77,5 +78,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PreferredLanguageTest)
+PLOVENDIX_TEST(PreferredLanguageTest)
 #include "PreferredLanguageTest.moc"

@@ -7,6 +7,7 @@
 #include <platform/Window.h>
 #include <platform/Workspace.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QLabel>
 #include <QPushButton>
@@ -251,5 +252,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(AboutTest)
+PLOVENDIX_GUI_TEST(AboutTest)
 #include "AboutTest.moc"

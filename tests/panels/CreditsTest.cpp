@@ -6,6 +6,7 @@
 #include <platform/Window.h>
 #include <platform/Workspace.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QScrollBar>
@@ -233,5 +234,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(CreditsTest)
+PLOVENDIX_GUI_TEST(CreditsTest)
 #include "CreditsTest.moc"

@@ -4,6 +4,7 @@
 #include <platform/Bundle.h>
 #include <platform/Storyboard.h>
 #include <search/DownloadFixture.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 
@@ -327,5 +328,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(DonateTest)
+PLOVENDIX_GUI_TEST(DonateTest)
 #include "DonateTest.moc"

@@ -1,6 +1,7 @@
 #include <panels/DonationRule.h>
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -127,5 +128,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DonationRuleTest)
+PLOVENDIX_TEST(DonationRuleTest)
 #include "DonationRuleTest.moc"

@@ -5,6 +5,7 @@
 #include <platform/BusyIndicator.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -297,5 +298,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(FeedbackWindowTest)
+PLOVENDIX_GUI_TEST(FeedbackWindowTest)
 #include "FeedbackWindowTest.moc"

@@ -3,6 +3,7 @@
 #include <panels/FolderImporting.h>
 #include <platform/Bundle.h>
 #include <platform/FileManager.h>
+#include <support/TestMain.h>
 #include <views/StringHelpers.h>
 
 #include <QFileDialog>
@@ -333,5 +334,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PrefsFolderTest)
+PLOVENDIX_GUI_TEST(PrefsFolderTest)
 #include "PrefsFolderTest.moc"

@@ -2,6 +2,7 @@
 
 #include <panels/Links.h>
 #include <platform/Bundle.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -219,5 +220,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PrefsServicesSettingsTest)
+PLOVENDIX_GUI_TEST(PrefsServicesSettingsTest)
 #include "PrefsServicesSettingsTest.moc"

@@ -1,5 +1,7 @@
 #include "ServicesPaneFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -261,5 +263,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PrefsServicesTest)
+PLOVENDIX_GUI_TEST(PrefsServicesTest)
 #include "PrefsServicesTest.moc"

@@ -6,6 +6,7 @@
 #include <platform/UserDefaults.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -250,5 +251,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PrefsUpdatesTest)
+PLOVENDIX_GUI_TEST(PrefsUpdatesTest)
 #include "PrefsUpdatesTest.moc"

@@ -1,5 +1,6 @@
 #include <panels/RtfReader.h>
 #include <panels/RtfTokens.h>
+#include <support/TestMain.h>
 
 #include <QTemporaryDir>
 #include <QFile>
@@ -134,5 +135,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RtfDamageTest)
+PLOVENDIX_TEST(RtfDamageTest)
 #include "RtfDamageTest.moc"

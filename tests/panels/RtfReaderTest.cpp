@@ -1,4 +1,5 @@
 #include <panels/RtfReader.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -163,5 +164,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RtfReaderTest)
+PLOVENDIX_TEST(RtfReaderTest)
 #include "RtfReaderTest.moc"

@@ -4,6 +4,7 @@
 #include <platform/BusyIndicator.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -309,5 +310,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(UpdateWindowTest)
+PLOVENDIX_GUI_TEST(UpdateWindowTest)
 #include "UpdateWindowTest.moc"

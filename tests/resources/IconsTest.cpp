@@ -1,5 +1,6 @@
 #include <platform/Bundle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QImage>
@@ -155,5 +156,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(IconsTest)
+PLOVENDIX_GUI_TEST(IconsTest)
 #include "IconsTest.moc"

@@ -1,5 +1,6 @@
 #include <platform/Bundle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -39,5 +40,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(InformationDictionaryTest)
+PLOVENDIX_TEST(InformationDictionaryTest)
 #include "InformationDictionaryTest.moc"

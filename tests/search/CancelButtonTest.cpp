@@ -1,6 +1,7 @@
 #include "MainViewFixture.h"
 
 #include <platform/Animator.h>
+#include <support/TestMain.h>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -109,5 +110,5 @@ void CancelButtonTest::clickCancelsARunningSearchAndKeepsTheText()
     QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
 }
 
-QTEST_MAIN(CancelButtonTest)
+PLOVENDIX_GUI_TEST(CancelButtonTest)
 #include "CancelButtonTest.moc"

@@ -1,6 +1,7 @@
 #include "DownloadFixture.h"
 
 #include <platform/Animator.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QFileDialog>
@@ -163,5 +164,5 @@ void ClosingTest::downloadThatFailsUnderASheetLeavesTheSheet()
     QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
 }
 
-QTEST_MAIN(ClosingTest)
+PLOVENDIX_GUI_TEST(ClosingTest)
 #include "ClosingTest.moc"

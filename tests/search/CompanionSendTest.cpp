@@ -1,6 +1,7 @@
 #include "DownloadFixture.h"
 
 #include <platform/Label.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QFileDialog>
@@ -177,5 +178,5 @@ void CompanionSendTest::requestForgottenMeanwhileIsNotServed()
     QCOMPARE(sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"Own.Name.srt"_s);
 }
 
-QTEST_MAIN(CompanionSendTest)
+PLOVENDIX_GUI_TEST(CompanionSendTest)
 #include "CompanionSendTest.moc"

@@ -1,6 +1,7 @@
 #include "DownloadFixture.h"
 
 #include <search/DownloadPrompt.h>
+#include <support/TestMain.h>
 
 using namespace Qt::StringLiterals;
 
@@ -125,5 +126,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(DownloadPromptTest)
+PLOVENDIX_GUI_TEST(DownloadPromptTest)
 #include "DownloadPromptTest.moc"

@@ -1,5 +1,7 @@
 #include "DownloadFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QFileDialog>
 #include <QTimer>
 
@@ -165,5 +167,5 @@ void DownloadTest::deliveryReadsSnapshotsWhileSearchesRun()
     QVERIFY(!m_view->controller->isSearching());
 }
 
-QTEST_MAIN(DownloadTest)
+PLOVENDIX_GUI_TEST(DownloadTest)
 #include "DownloadTest.moc"

@@ -1,5 +1,6 @@
 #include <search/DropAreaMessage.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -95,5 +96,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(DropAreaMessageTest)
+PLOVENDIX_TEST(DropAreaMessageTest)
 #include "DropAreaMessageTest.moc"

@@ -1,6 +1,7 @@
 #include "MainViewFixture.h"
 
 #include <search/PendingRequest.h>
+#include <support/TestMain.h>
 
 #include <QDropEvent>
 #include <QMimeData>
@@ -310,5 +311,5 @@ void FileSearchTest::parkedRequestIsServedOnceWhenTheViewLoads()
     QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
 }
 
-QTEST_MAIN(FileSearchTest)
+PLOVENDIX_GUI_TEST(FileSearchTest)
 #include "FileSearchTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/Animator.h>
 #include <platform/ImageView.h>
 #include <platform/Label.h>
+#include <support/TestMain.h>
 
 using namespace Qt::StringLiterals;
 
@@ -217,5 +218,5 @@ void PosterTest::posterFadesInAndOut()
     QVERIFY(poster()->layer()->fadeProgress() < 1.0);
 }
 
-QTEST_MAIN(PosterTest)
+PLOVENDIX_GUI_TEST(PosterTest)
 #include "PosterTest.moc"

@@ -4,6 +4,7 @@
 #include <platform/ImageView.h>
 #include <platform/Label.h>
 #include <search/SubtitleCellView.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -125,5 +126,5 @@ void ResultCellTest::cellFromItsSceneHasAllItsParts()
     QVERIFY(!cell->posterImageView);
 }
 
-QTEST_MAIN(ResultCellTest)
+PLOVENDIX_GUI_TEST(ResultCellTest)
 #include "ResultCellTest.moc"

@@ -7,6 +7,7 @@
 #include <platform/LayoutConstraint.h>
 #include <search/ScrollView.h>
 #include <search/SubtitleCellView.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -346,5 +347,5 @@ void ResultsTest::hundredThousandRowsAreShown()
     QCOMPARE(label("detailFileLabel"), u"Film.100000"_s);
 }
 
-QTEST_MAIN(ResultsTest)
+PLOVENDIX_GUI_TEST(ResultsTest)
 #include "ResultsTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/FileSystemCalls.h>
 #include <platform/Label.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -158,5 +159,5 @@ void SaveFailuresTest::afterAFailureTheSheetCanBeHadAgain()
     QVERIFY(m_view->child<Label>("deliveryLabel")->isVisible());
 }
 
-QTEST_MAIN(SaveFailuresTest)
+PLOVENDIX_GUI_TEST(SaveFailuresTest)
 #include "SaveFailuresTest.moc"

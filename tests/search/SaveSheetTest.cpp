@@ -2,6 +2,7 @@
 
 #include <platform/Label.h>
 #include <platform/SavePanel.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -238,5 +239,5 @@ void SaveSheetTest::whatWasDeliveredIsSaidUntilTheNextStep()
     QVERIFY(m_workspace->shown.isEmpty());
 }
 
-QTEST_MAIN(SaveSheetTest)
+PLOVENDIX_GUI_TEST(SaveSheetTest)
 #include "SaveSheetTest.moc"

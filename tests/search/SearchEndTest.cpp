@@ -1,5 +1,7 @@
 #include "MainViewFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QApplication>
 #include <QLabel>
 #include <QScrollBar>
@@ -283,5 +285,5 @@ void SearchEndTest::escapeCancels()
     QCOMPARE(m_view->table()->numberOfRows(), 0);
 }
 
-QTEST_MAIN(SearchEndTest)
+PLOVENDIX_GUI_TEST(SearchEndTest)
 #include "SearchEndTest.moc"

@@ -1,5 +1,7 @@
 #include "MainViewFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -258,5 +260,5 @@ void SearchFieldTest::controllerOutlivesItsWeakOutlets()
     QCOMPARE(m_view->title(), u"Plovendix"_s);
 }
 
-QTEST_MAIN(SearchFieldTest)
+PLOVENDIX_GUI_TEST(SearchFieldTest)
 #include "SearchFieldTest.moc"

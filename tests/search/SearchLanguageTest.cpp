@@ -1,6 +1,7 @@
 #include "MainViewFixture.h"
 
 #include <platform/Label.h>
+#include <support/TestMain.h>
 
 #include <QLabel>
 
@@ -187,5 +188,5 @@ void SearchLanguageTest::resultsInEnglishForAnUnknownLanguageAreSaidToBe()
     QVERIFY(!notice->isVisible());
 }
 
-QTEST_MAIN(SearchLanguageTest)
+PLOVENDIX_GUI_TEST(SearchLanguageTest)
 #include "SearchLanguageTest.moc"

@@ -1,6 +1,7 @@
 #include <search/api/MetadataService.h>
 #include <search/api/SubtitleService.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/scripted/ScriptedServices.h>
 
 #include <QTest>
@@ -120,5 +121,5 @@ void ServiceInterfacesTest::detailsAreWhatIsKnown()
     QCOMPARE(shown, details);
 }
 
-QTEST_GUILESS_MAIN(ServiceInterfacesTest)
+PLOVENDIX_TEST(ServiceInterfacesTest)
 #include "ServiceInterfacesTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/Label.h>
 #include <search/DropAreaMessage.h>
 #include <search/api/ServiceStatus.h>
+#include <support/TestMain.h>
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -143,5 +144,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ServiceStatusTest)
+PLOVENDIX_GUI_TEST(ServiceStatusTest)
 #include "ServiceStatusTest.moc"

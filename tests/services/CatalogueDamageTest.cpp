@@ -9,6 +9,7 @@
 
 #include <random>
 #include <sqlite3.h>
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 namespace
@@ -293,5 +294,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueDamageTest)
+PLOVENDIX_TEST(CatalogueDamageTest)
 #include "CatalogueDamageTest.moc"

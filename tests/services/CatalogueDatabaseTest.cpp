@@ -1,6 +1,7 @@
 #include "CatalogueFixture.h"
 
 #include <services/catalogue/CatalogueDatabase.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -205,5 +206,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueDatabaseTest)
+PLOVENDIX_TEST(CatalogueDatabaseTest)
 #include "CatalogueDatabaseTest.moc"

@@ -8,6 +8,7 @@
 #include <atomic>
 
 #include <fcntl.h>
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 /// What a download leaves on the disk.
@@ -95,5 +96,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueDownloadTest)
+PLOVENDIX_TEST(CatalogueDownloadTest)
 #include "CatalogueDownloadTest.moc"

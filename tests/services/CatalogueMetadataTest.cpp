@@ -2,6 +2,7 @@
 
 #include <platform/MainQueue.h>
 #include <services/catalogue/CatalogueMetadata.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QTest>
@@ -150,5 +151,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(CatalogueMetadataTest)
+PLOVENDIX_GUI_TEST(CatalogueMetadataTest)
 #include "CatalogueMetadataTest.moc"

@@ -1,6 +1,7 @@
 #include "CatalogueClient.h"
 
 #include <platform/MainQueue.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -131,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueQueryTest)
+PLOVENDIX_TEST(CatalogueQueryTest)
 #include "CatalogueQueryTest.moc"

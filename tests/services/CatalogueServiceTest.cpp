@@ -1,5 +1,7 @@
 #include "CatalogueClient.h"
 
+#include <support/TestMain.h>
+
 #include <QFile>
 #include <QTest>
 
@@ -140,5 +142,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueServiceTest)
+PLOVENDIX_TEST(CatalogueServiceTest)
 #include "CatalogueServiceTest.moc"

@@ -1,5 +1,6 @@
 #include <services/support/DownloadFolder.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -97,5 +98,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DownloadFolderTest)
+PLOVENDIX_TEST(DownloadFolderTest)
 #include "DownloadFolderTest.moc"

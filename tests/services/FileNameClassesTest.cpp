@@ -1,5 +1,7 @@
 #include "NameRows.h"
 
+#include <support/TestMain.h>
+
 using NameRows::None;
 using NameRows::Row;
 
@@ -235,5 +237,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileNameClassesTest)
+PLOVENDIX_TEST(FileNameClassesTest)
 #include "FileNameClassesTest.moc"

@@ -1,5 +1,7 @@
 #include "NameRows.h"
 
+#include <support/TestMain.h>
+
 using NameRows::None;
 using NameRows::Row;
 
@@ -301,5 +303,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileNameFormsTest)
+PLOVENDIX_TEST(FileNameFormsTest)
 #include "FileNameFormsTest.moc"

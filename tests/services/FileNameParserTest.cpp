@@ -1,6 +1,7 @@
 #include <platform/FileManager.h>
 #include <services/video/FileNameParser.h>
 #include <services/video/NameTokens.h>
+#include <support/TestMain.h>
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -183,5 +184,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FileNameParserTest)
+PLOVENDIX_TEST(FileNameParserTest)
 #include "FileNameParserTest.moc"

@@ -1,5 +1,6 @@
 #include <services/catalogue/Hardening.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -110,5 +111,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(HardeningTest)
+PLOVENDIX_TEST(HardeningTest)
 #include "HardeningTest.moc"

@@ -2,6 +2,7 @@
 
 #include <services/catalogue/CatalogueDatabase.h>
 #include <services/catalogue/CatalogueMetadata.h>
+#include <support/TestMain.h>
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -172,5 +173,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(HostileCatalogueTest)
+PLOVENDIX_TEST(HostileCatalogueTest)
 #include "HostileCatalogueTest.moc"

@@ -1,4 +1,5 @@
 #include <services/support/ImdbNumber.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -48,5 +49,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ImdbNumberTest)
+PLOVENDIX_TEST(ImdbNumberTest)
 #include "ImdbNumberTest.moc"

@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <support/TestMain.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -201,5 +202,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(MovieHashTest)
+PLOVENDIX_TEST(MovieHashTest)
 #include "MovieHashTest.moc"

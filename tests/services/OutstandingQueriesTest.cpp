@@ -1,4 +1,5 @@
 #include <services/support/OutstandingQueries.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -72,5 +73,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutstandingQueriesTest)
+PLOVENDIX_TEST(OutstandingQueriesTest)
 #include "OutstandingQueriesTest.moc"

@@ -1,6 +1,7 @@
 #include "CatalogueFixture.h"
 
 #include <services/support/PosterImage.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -68,5 +69,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PosterImageTest)
+PLOVENDIX_GUI_TEST(PosterImageTest)
 #include "PosterImageTest.moc"

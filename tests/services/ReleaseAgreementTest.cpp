@@ -1,4 +1,5 @@
 #include <services/video/ReleaseAgreement.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -47,5 +48,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ReleaseAgreementTest)
+PLOVENDIX_TEST(ReleaseAgreementTest)
 #include "ReleaseAgreementTest.moc"

@@ -1,4 +1,5 @@
 #include <services/support/SafeFileName.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -61,5 +62,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SafeFileNameTest)
+PLOVENDIX_TEST(SafeFileNameTest)
 #include "SafeFileNameTest.moc"

@@ -1,4 +1,5 @@
 #include <services/catalogue/SearchWords.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -53,5 +54,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SearchWordsTest)
+PLOVENDIX_TEST(SearchWordsTest)
 #include "SearchWordsTest.moc"

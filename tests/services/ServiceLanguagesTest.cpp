@@ -1,4 +1,5 @@
 #include <services/support/ServiceLanguages.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -130,5 +131,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ServiceLanguagesTest)
+PLOVENDIX_TEST(ServiceLanguagesTest)
 #include "ServiceLanguagesTest.moc"

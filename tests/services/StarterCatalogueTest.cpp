@@ -5,6 +5,7 @@
 #include <search/api/SubtitleService.h>
 #include <services/catalogue/CatalogueServices.h>
 #include <services/support/ServiceLanguages.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QImage>
@@ -182,5 +183,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(StarterCatalogueTest)
+PLOVENDIX_GUI_TEST(StarterCatalogueTest)
 #include "StarterCatalogueTest.moc"

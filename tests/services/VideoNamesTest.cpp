@@ -1,4 +1,5 @@
 #include <services/video/VideoNames.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -36,5 +37,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(VideoNamesTest)
+PLOVENDIX_TEST(VideoNamesTest)
 #include "VideoNamesTest.moc"

@@ -1,4 +1,5 @@
 #include <services/support/WorkerThread.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QSet>
@@ -120,5 +121,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(WorkerThreadTest)
+PLOVENDIX_TEST(WorkerThreadTest)
 #include "WorkerThreadTest.moc"

@@ -1,3 +1,4 @@
+#include <support/TestMain.h>
 #include <views/ApplicationURLs.h>
 
 #include <QDesktopServices>
@@ -48,5 +49,5 @@ void ApplicationURLsTest::noURLCanBeOpened()
     QDesktopServices::unsetUrlHandler(url.scheme());
 }
 
-QTEST_MAIN(ApplicationURLsTest)
+PLOVENDIX_GUI_TEST(ApplicationURLsTest)
 #include "ApplicationURLsTest.moc"

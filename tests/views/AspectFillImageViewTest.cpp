@@ -1,4 +1,5 @@
 #include <platform/Animator.h>
+#include <support/TestMain.h>
 #include <views/AspectFillImageView.h>
 #include <views/ImageFade.h>
 
@@ -109,5 +110,5 @@ void AspectFillImageViewTest::fadeIsLostWithTheLayer()
     Animator::setReducedMotion(std::nullopt);
 }
 
-QTEST_MAIN(AspectFillImageViewTest)
+PLOVENDIX_GUI_TEST(AspectFillImageViewTest)
 #include "AspectFillImageViewTest.moc"

@@ -1,3 +1,4 @@
+#include <support/TestMain.h>
 #include <views/Corners.h>
 
 #include <QTest>
@@ -74,5 +75,5 @@ void CornersTest::flippingMirrorsTopToBottom()
     QVERIFY(corners.flipped().flipped() == corners);
 }
 
-QTEST_GUILESS_MAIN(CornersTest)
+PLOVENDIX_TEST(CornersTest)
 #include "CornersTest.moc"

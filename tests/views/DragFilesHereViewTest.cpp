@@ -1,6 +1,7 @@
 #include "DropFixture.h"
 
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -221,5 +222,5 @@ void DragFilesHereViewTest::changesAreToldOnce()
     QCOMPARE(told, QStringList({u"over"_s, u"away"_s}));
 }
 
-QTEST_MAIN(DragFilesHereViewTest)
+PLOVENDIX_GUI_TEST(DragFilesHereViewTest)
 #include "DragFilesHereViewTest.moc"

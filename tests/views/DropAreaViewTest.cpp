@@ -1,3 +1,4 @@
+#include <support/TestMain.h>
 #include <views/DropAreaView.h>
 
 #include <QTest>
@@ -48,5 +49,5 @@ void DropAreaViewTest::cornersAreRoundAndTheMiddleIsEmpty()
         QVERIFY(!isInked(image, x, 98));
 }
 
-QTEST_MAIN(DropAreaViewTest)
+PLOVENDIX_GUI_TEST(DropAreaViewTest)
 #include "DropAreaViewTest.moc"

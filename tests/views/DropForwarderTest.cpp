@@ -3,6 +3,7 @@
 #include <support/Sandbox.h>
 
 #include <platform/TableView.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -137,5 +138,5 @@ void DropForwarderTest::targetMayGoFirst()
     QCOMPARE(scene.controller->urls, QList<QUrl>());
 }
 
-QTEST_MAIN(DropForwarderTest)
+PLOVENDIX_GUI_TEST(DropForwarderTest)
 #include "DropForwarderTest.moc"

@@ -1,6 +1,7 @@
 #include "DropFixture.h"
 
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -184,5 +185,5 @@ void DroppedFilesTest::refusedDragsAreRefusedAsEvents()
     QCOMPARE(scene.controller->urls, QList<QUrl>());
 }
 
-QTEST_MAIN(DroppedFilesTest)
+PLOVENDIX_GUI_TEST(DroppedFilesTest)
 #include "DroppedFilesTest.moc"

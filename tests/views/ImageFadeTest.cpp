@@ -1,5 +1,6 @@
 #include <platform/Animator.h>
 #include <platform/ImageView.h>
+#include <support/TestMain.h>
 #include <views/ImageFade.h>
 
 #include <QPointer>
@@ -119,5 +120,5 @@ void ImageFadeTest::viewMayGoDuringTheFade()
     QVERIFY(!fade);
 }
 
-QTEST_MAIN(ImageFadeTest)
+PLOVENDIX_GUI_TEST(ImageFadeTest)
 #include "ImageFadeTest.moc"

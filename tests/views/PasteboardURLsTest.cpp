@@ -1,5 +1,6 @@
 #include "RawPasteboard.h"
 
+#include <support/TestMain.h>
 #include <views/PasteboardURLs.h>
 
 #include <QSysInfo>
@@ -101,5 +102,5 @@ void PasteboardURLsTest::listSetAsURLsIsReadBack()
     QCOMPARE(found->size(), 2);
 }
 
-QTEST_GUILESS_MAIN(PasteboardURLsTest)
+PLOVENDIX_TEST(PasteboardURLsTest)
 #include "PasteboardURLsTest.moc"

@@ -1,4 +1,5 @@
 #include <platform/Window.h>
+#include <support/TestMain.h>
 #include <views/PlatformSpecificController.h>
 
 #include <QApplication>
@@ -187,5 +188,5 @@ void PlatformSpecificControllerTest::completionComesWhileTheWindowIsUp()
     QVERIFY(dismissed);
 }
 
-QTEST_MAIN(PlatformSpecificControllerTest)
+PLOVENDIX_GUI_TEST(PlatformSpecificControllerTest)
 #include "PlatformSpecificControllerTest.moc"

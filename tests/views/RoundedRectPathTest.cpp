@@ -1,3 +1,4 @@
+#include <support/TestMain.h>
 #include <views/RoundedRectPath.h>
 
 #include <QTest>
@@ -142,5 +143,5 @@ void RoundedRectPathTest::bottomEdgeIsClosedByAFillOnly()
     QVERIFY(drawn.contains(QPointF(50, 49)));
 }
 
-QTEST_MAIN(RoundedRectPathTest)
+PLOVENDIX_GUI_TEST(RoundedRectPathTest)
 #include "RoundedRectPathTest.moc"

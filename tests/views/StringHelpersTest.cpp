@@ -1,5 +1,6 @@
 #include <platform/Bundle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <views/StringHelpers.h>
 
 #include <QTest>
@@ -71,5 +72,5 @@ void StringHelpersTest::textsOfScenesGoTheSameWay()
     QCOMPARE(String::localize("Caf\xc3\xa9", nullptr), u"Caf\u00e9"_s);
 }
 
-QTEST_MAIN(StringHelpersTest)
+PLOVENDIX_GUI_TEST(StringHelpersTest)
 #include "StringHelpersTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/Bundle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -294,5 +295,5 @@ void BundleTest::anyThreadMayAsk()
     QCOMPARE(right.load(), 4);
 }
 
-QTEST_GUILESS_MAIN(BundleTest)
+PLOVENDIX_TEST(BundleTest)
 #include "BundleTest.moc"

@@ -6,6 +6,7 @@
 #include <array>
 #include <csignal>
 
+#include <support/TestMain.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -86,5 +87,5 @@ void FatalFaultTest::abortReturnsAfterTheTrap()
     QCOMPARE(dieOf(u"twice"_s).signal, SIGABRT);
 }
 
-QTEST_APPLESS_MAIN(FatalFaultTest)
+PLOVENDIX_PLAIN_TEST(FatalFaultTest)
 #include "FatalFaultTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/Bundle.h>
 #include <platform/FileManager.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -254,5 +255,5 @@ void FileManagerTest::defaultManagerMayBeReplaced()
     QVERIFY(FileManager::defaultManager().fileExists(root));
 }
 
-QTEST_GUILESS_MAIN(FileManagerTest)
+PLOVENDIX_TEST(FileManagerTest)
 #include "FileManagerTest.moc"

@@ -11,6 +11,7 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -165,5 +166,5 @@ void FileMoveKindsTest::sentenceSaysWhatAndWhere()
                                                       m_files.folder + u"/there” because "_s + reason + u'.');
 }
 
-QTEST_GUILESS_MAIN(FileMoveKindsTest)
+PLOVENDIX_TEST(FileMoveKindsTest)
 #include "FileMoveKindsTest.moc"

@@ -11,6 +11,7 @@
 
 #include <cerrno>
 
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -276,5 +277,5 @@ void FileMoveTest::sourceThatCannotBeRemovedUndoesALink()
     QVERIFY(!QFileInfo::exists(m_files.destination));
 }
 
-QTEST_GUILESS_MAIN(FileMoveTest)
+PLOVENDIX_TEST(FileMoveTest)
 #include "FileMoveTest.moc"

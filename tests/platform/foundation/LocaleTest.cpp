@@ -5,6 +5,7 @@
 #include <QSet>
 #include <QTest>
 
+#include <support/TestMain.h>
 #include <unicode/uloc.h>
 
 #include <algorithm>
@@ -300,5 +301,5 @@ void LocaleTest::anyThreadMayAsk()
     QCOMPARE(right.load(), 4);
 }
 
-QTEST_APPLESS_MAIN(LocaleTest)
+PLOVENDIX_PLAIN_TEST(LocaleTest)
 #include "LocaleTest.moc"

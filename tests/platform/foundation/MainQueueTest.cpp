@@ -1,6 +1,7 @@
 #include <platform/FatalFault.h>
 #include <platform/MainQueue.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -263,5 +264,5 @@ void MainQueueTest::blockIsDestroyedBeforeTheNextStarts()
     QVERIFY(wasGone);
 }
 
-QTEST_GUILESS_MAIN(MainQueueTest)
+PLOVENDIX_TEST(MainQueueTest)
 #include "MainQueueTest.moc"

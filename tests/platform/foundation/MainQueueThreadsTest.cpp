@@ -1,4 +1,5 @@
 #include <platform/MainQueue.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 #include <QThread>
@@ -171,5 +172,5 @@ void MainQueueThreadsTest::mainThreadIsKnown()
     QVERIFY(!elsewhere.load());
 }
 
-QTEST_GUILESS_MAIN(MainQueueThreadsTest)
+PLOVENDIX_TEST(MainQueueThreadsTest)
 #include "MainQueueThreadsTest.moc"

@@ -1,5 +1,6 @@
 #include <platform/FileManager.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -107,5 +108,5 @@ void MoviesFolderTest::bytesThatAreNoTextSurvive()
     QCOMPARE(FileManager::fileSystemPath(*FileManager().moviesFolder()), QByteArray("/data/Vid\xe9os"));
 }
 
-QTEST_GUILESS_MAIN(MoviesFolderTest)
+PLOVENDIX_TEST(MoviesFolderTest)
 #include "MoviesFolderTest.moc"

@@ -3,6 +3,7 @@
 #include <support/Sandbox.h>
 
 #include <plist/plist.h>
+#include <support/TestMain.h>
 
 #include <QDateTime>
 #include <QTest>
@@ -276,5 +277,5 @@ void PropertyListTest::everyCutIsSurvived()
         QVERIFY2(!parsePropertyList(content.left(length)), qPrintable(QString::number(length)));
 }
 
-QTEST_GUILESS_MAIN(PropertyListTest)
+PLOVENDIX_TEST(PropertyListTest)
 #include "PropertyListTest.moc"

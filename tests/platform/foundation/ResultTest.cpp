@@ -1,4 +1,5 @@
 #include <platform/Result.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -61,5 +62,5 @@ void ResultTest::successWithoutAValue()
     QCOMPARE(failed.error().code, 1);
 }
 
-QTEST_APPLESS_MAIN(ResultTest)
+PLOVENDIX_PLAIN_TEST(ResultTest)
 #include "ResultTest.moc"

@@ -1,4 +1,5 @@
 #include <platform/SettingsFile.h>
+#include <support/TestMain.h>
 
 #include <QDateTime>
 #include <QTest>
@@ -194,5 +195,5 @@ void SettingsFileTest::sameSpellingIsTheSameSetting()
     QCOMPARE(SettingsFile::spelling(noon), SettingsFile::spelling(noon.toOffsetFromUtc(7200)));
 }
 
-QTEST_APPLESS_MAIN(SettingsFileTest)
+PLOVENDIX_PLAIN_TEST(SettingsFileTest)
 #include "SettingsFileTest.moc"

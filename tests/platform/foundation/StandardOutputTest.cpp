@@ -1,4 +1,5 @@
 #include <platform/StandardOutput.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QStringList>
@@ -131,5 +132,5 @@ void StandardOutputTest::observerSeesEveryLineUntilItIsRemoved()
     QCOMPARE(seen, (QStringList{u"one"_s, u"two lines"_s}));
 }
 
-QTEST_APPLESS_MAIN(StandardOutputTest)
+PLOVENDIX_PLAIN_TEST(StandardOutputTest)
 #include "StandardOutputTest.moc"

@@ -1,4 +1,5 @@
 #include <platform/URLComponents.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -261,5 +262,5 @@ void URLComponentsTest::textThatSpellsNoURL()
     QVERIFY(!parseURLString(text));
 }
 
-QTEST_APPLESS_MAIN(URLComponentsTest)
+PLOVENDIX_PLAIN_TEST(URLComponentsTest)
 #include "URLComponentsTest.moc"

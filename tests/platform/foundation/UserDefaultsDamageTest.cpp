@@ -1,5 +1,6 @@
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -217,5 +218,5 @@ void UserDefaultsDamageTest::noOtherFileIsLeftBehind()
     QCOMPARE(filesBeside(), QStringList{u"Plovendix.conf"_s});
 }
 
-QTEST_GUILESS_MAIN(UserDefaultsDamageTest)
+PLOVENDIX_TEST(UserDefaultsDamageTest)
 #include "UserDefaultsDamageTest.moc"

@@ -1,5 +1,6 @@
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -225,5 +226,5 @@ void UserDefaultsObserversTest::observerMayReplaceTheStandardFile()
     QVERIFY(!standard.object(u"key"_s).isValid());
 }
 
-QTEST_GUILESS_MAIN(UserDefaultsObserversTest)
+PLOVENDIX_TEST(UserDefaultsObserversTest)
 #include "UserDefaultsObserversTest.moc"

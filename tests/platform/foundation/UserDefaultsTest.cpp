@@ -1,5 +1,6 @@
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDateTime>
 #include <QFile>
@@ -223,5 +224,5 @@ void UserDefaultsTest::standardDefaultsMoveToAnotherFile()
     QVERIFY(!standard.object(u"b"_s).isValid());
 }
 
-QTEST_GUILESS_MAIN(UserDefaultsTest)
+PLOVENDIX_TEST(UserDefaultsTest)
 #include "UserDefaultsTest.moc"

@@ -1,5 +1,6 @@
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
@@ -241,5 +242,5 @@ void UserDefaultsWatchingTest::registeredValueWrittenByAnotherIsNoChange()
     QCOMPARE(defaults.object(u"SUScheduledCheckInterval"_s), QVariant(86400LL));
 }
 
-QTEST_GUILESS_MAIN(UserDefaultsWatchingTest)
+PLOVENDIX_TEST(UserDefaultsWatchingTest)
 #include "UserDefaultsWatchingTest.moc"

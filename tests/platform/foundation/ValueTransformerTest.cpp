@@ -1,4 +1,5 @@
 #include <platform/ValueTransformer.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -65,5 +66,5 @@ void ValueTransformerTest::oneWayIsTheDefault()
     QVERIFY(!transformer.reverseTransformedValue(u"px"_s).isValid());
 }
 
-QTEST_APPLESS_MAIN(ValueTransformerTest)
+PLOVENDIX_PLAIN_TEST(ValueTransformerTest)
 #include "ValueTransformerTest.moc"

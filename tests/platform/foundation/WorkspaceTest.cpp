@@ -5,6 +5,7 @@
 #include <support/Sandbox.h>
 
 #include <gio/gio.h>
+#include <support/TestMain.h>
 
 #include <QDBusConnection>
 #include <QDir>
@@ -274,5 +275,5 @@ void WorkspaceTest::sharedWorkspaceMayBeReplaced()
     QVERIFY(!Workspace::sharedWorkspace().openURL(QUrl()));
 }
 
-QTEST_GUILESS_MAIN(WorkspaceTest)
+PLOVENDIX_TEST(WorkspaceTest)
 #include "WorkspaceTest.moc"

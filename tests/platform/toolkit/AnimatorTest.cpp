@@ -3,6 +3,7 @@
 
 #include <platform/Animator.h>
 #include <platform/ImageView.h>
+#include <support/TestMain.h>
 
 #include <QPushButton>
 #include <QTest>
@@ -221,5 +222,5 @@ void AnimatorTest::preferenceCanBeSetForTests()
     QVERIFY(Animator::prefersReducedMotion());
 }
 
-QTEST_MAIN(AnimatorTest)
+PLOVENDIX_GUI_TEST(AnimatorTest)
 #include "AnimatorTest.moc"

@@ -1,6 +1,7 @@
 #include <platform/Appearance.h>
 #include <platform/ChromeColors.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QTest>
@@ -39,5 +40,5 @@ void AppearanceFallbackTest::followsTheThemeWithoutABus()
     QVERIFY(!Appearance::shared().prefersReducedMotion());
 }
 
-QTEST_MAIN(AppearanceFallbackTest)
+PLOVENDIX_GUI_TEST(AppearanceFallbackTest)
 #include "AppearanceFallbackTest.moc"

@@ -6,6 +6,7 @@
 #include <platform/ChromeColors.h>
 #include <platform/ChromeStyle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -218,5 +219,5 @@ void AppearanceTest::textsAreReadable()
     QVERIFY(contrast(colors.accentText, colors.accent) >= 3);
 }
 
-QTEST_MAIN(AppearanceTest)
+PLOVENDIX_GUI_TEST(AppearanceTest)
 #include "AppearanceTest.moc"

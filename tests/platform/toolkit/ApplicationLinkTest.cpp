@@ -1,5 +1,6 @@
 #include "PrivateBus.h"
 
+#include <support/TestMain.h>
 #include <platform/ActivationToken.h>
 #include <platform/ApplicationLink.h>
 #include <support/Sandbox.h>
@@ -17,6 +18,7 @@ const auto Identifier = u"com.quorvane.Plovendix"_s;
 constexpr int ShortPatience = 300; // milliseconds
 constexpr int FarTooLong = 15'000; // also for a second start on a busy machine
 constexpr auto SecondStart = "--second-start";
+const QStringList SecondStartArguments{u"ApplicationLinkTest"_s, QLatin1String(SecondStart)};
 
 /// What a second start of the program does: an exit status for each outcome.
 int startAsSecond(int argc, char **argv)
@@ -128,7 +130,7 @@ private Q_SLOTS:
         std::optional<QString> heard;
         connect(m_link.get(), &ApplicationLink::activated, this, [&heard] { heard = takeActivationToken(); });
         QProcess second;
-        second.start(QCoreApplication::applicationFilePath(), {QLatin1String(SecondStart)});
+        second.start(QCoreApplication::applicationFilePath(), SecondStartArguments);
         QTRY_COMPARE(heard, std::optional(u"token"_s));
         QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
     }
@@ -148,7 +150,7 @@ private Q_SLOTS:
         QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
         listen();
         QProcess second;
-        second.start(QCoreApplication::applicationFilePath(), QStringList{QLatin1String(SecondStart)} + uris);
+        second.start(QCoreApplication::applicationFilePath(), SecondStartArguments + uris);
         QTRY_COMPARE(m_heard, QStringList{heard});
         QTRY_COMPARE(second.state(), QProcess::NotRunning);
         QCOMPARE(second.exitCode(), static_cast<int>(ApplicationLink::Outcome::HandedOver));
@@ -158,7 +160,8 @@ private Q_SLOTS:
     {
         QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
         QProcess second;
-        second.start(QCoreApplication::applicationFilePath(), {QLatin1String(SecondStart), u"file:///a"_s});
+        second.start(QCoreApplication::applicationFilePath(),
+                     SecondStartArguments + QStringList{u"file:///a"_s});
         QVERIFY(second.waitForFinished(FarTooLong)); // nothing is answered meanwhile
         QCOMPARE(second.exitCode(), static_cast<int>(ApplicationLink::Outcome::Alone));
     }
@@ -182,7 +185,7 @@ private Q_SLOTS:
         const auto outcome = m_link->start({}, {});
         QProcess second; // its environment says that there is a bus where there is none
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + m_sandbox.path(u"no-bus"_s).toUtf8());
-        second.start(QCoreApplication::applicationFilePath(), {QLatin1String(SecondStart)});
+        second.start(QCoreApplication::applicationFilePath(), SecondStartArguments);
         const bool finished = second.waitForFinished();
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
         qputenv("XDG_RUNTIME_DIR", runtime);
@@ -228,7 +231,7 @@ private:
     QStringList m_heard;
 };
 
-int main(int argc, char **argv)
+static int runApplicationLinkTest(int argc, char **argv)
 {
     if (argc > 1 && qstrcmp(argv[1], SecondStart) == 0)
         return startAsSecond(argc, argv);
@@ -237,4 +240,5 @@ int main(int argc, char **argv)
     ApplicationLinkTest test;
     return QTest::qExec(&test, argc, argv);
 }
+PLOVENDIX_TEST_FUNCTION(ApplicationLinkTest, runApplicationLinkTest)
 #include "ApplicationLinkTest.moc"

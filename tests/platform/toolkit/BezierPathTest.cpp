@@ -1,6 +1,7 @@
 #include "Painted.h"
 
 #include <platform/BezierPath.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -79,5 +80,5 @@ void BezierPathTest::strokeHasTheLineWidthAndThePenColour()
     QCOMPARE(image.pixelColor(20, 20), QColor(Qt::white));
 }
 
-QTEST_MAIN(BezierPathTest)
+PLOVENDIX_GUI_TEST(BezierPathTest)
 #include "BezierPathTest.moc"

@@ -4,6 +4,7 @@
 #include <platform/Label.h>
 #include <platform/ValueTransformer.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -363,5 +364,5 @@ private:
     std::unique_ptr<BoundModel> m_model;
 };
 
-QTEST_MAIN(BindingsTest)
+PLOVENDIX_GUI_TEST(BindingsTest)
 #include "BindingsTest.moc"

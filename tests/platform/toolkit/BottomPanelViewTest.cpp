@@ -1,6 +1,7 @@
 #include <platform/Animator.h>
 #include <platform/BottomPanelView.h>
 #include <platform/LayoutConstraint.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QLineEdit>
@@ -163,5 +164,5 @@ void BottomPanelViewTest::panelWithoutAHeightTakesItsHint()
     QCOMPARE(panel.geometry().bottom(), 199);
 }
 
-QTEST_MAIN(BottomPanelViewTest)
+PLOVENDIX_GUI_TEST(BottomPanelViewTest)
 #include "BottomPanelViewTest.moc"

@@ -1,5 +1,6 @@
 #include <platform/BusyIndicator.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QTest>
@@ -54,5 +55,5 @@ void BusyIndicatorTest::saysWhatItMeans()
     QCOMPARE(name(), u"Downloading"_s);
 }
 
-QTEST_MAIN(BusyIndicatorTest)
+PLOVENDIX_GUI_TEST(BusyIndicatorTest)
 #include "BusyIndicatorTest.moc"

@@ -1,4 +1,5 @@
 #include <platform/CharacterWidths.h>
+#include <support/TestMain.h>
 
 #include <QFontMetrics>
 #include <QGuiApplication>
@@ -89,5 +90,5 @@ void CharacterWidthsTest::nothingIsSaidOfSpacedLetters()
     QVERIFY(!widths.surelyFits(u"film"_s, font, 10'000));
 }
 
-QTEST_MAIN(CharacterWidthsTest)
+PLOVENDIX_GUI_TEST(CharacterWidthsTest)
 #include "CharacterWidthsTest.moc"

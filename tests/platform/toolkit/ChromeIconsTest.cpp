@@ -2,6 +2,7 @@
 #include <platform/ChromeIcons.h>
 #include <platform/ChromeStyle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QImage>
@@ -96,5 +97,5 @@ private:
     QList<QImage> m_seen;
 };
 
-QTEST_MAIN(ChromeIconsTest)
+PLOVENDIX_GUI_TEST(ChromeIconsTest)
 #include "ChromeIconsTest.moc"

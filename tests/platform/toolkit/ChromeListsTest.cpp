@@ -2,6 +2,7 @@
 #include <platform/ChromePainting.h>
 #include <platform/ChromeStyle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -159,5 +160,5 @@ void ChromeListsTest::separatorsOfAComboBoxStayLow()
     combo.hidePopup();
 }
 
-QTEST_MAIN(ChromeListsTest)
+PLOVENDIX_GUI_TEST(ChromeListsTest)
 #include "ChromeListsTest.moc"

@@ -2,6 +2,7 @@
 #include <platform/ChromeColors.h>
 #include <platform/ChromeStyle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -274,5 +275,5 @@ void ChromeStyleTest::clearSignTakesTheColoursOfTheMoment()
     QVERIFY(dark.lightness() > light.lightness() + 30);
 }
 
-QTEST_MAIN(ChromeStyleTest)
+PLOVENDIX_GUI_TEST(ChromeStyleTest)
 #include "ChromeStyleTest.moc"

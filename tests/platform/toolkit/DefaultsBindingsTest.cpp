@@ -2,6 +2,7 @@
 #include <platform/Label.h>
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -118,5 +119,5 @@ private:
     std::unique_ptr<QComboBox> m_popup;
 };
 
-QTEST_MAIN(DefaultsBindingsTest)
+PLOVENDIX_GUI_TEST(DefaultsBindingsTest)
 #include "DefaultsBindingsTest.moc"

@@ -4,6 +4,7 @@
 #include <platform/EdgeGrip.h>
 #include <platform/TitleBar.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDialog>
 #include <QImage>
@@ -177,5 +178,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_MAIN(DialogFrameTest)
+PLOVENDIX_GUI_TEST(DialogFrameTest)
 #include "DialogFrameTest.moc"

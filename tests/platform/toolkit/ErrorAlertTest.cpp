@@ -6,6 +6,7 @@
 #include <platform/ViewController.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -221,5 +222,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_MAIN(ErrorAlertTest)
+PLOVENDIX_GUI_TEST(ErrorAlertTest)
 #include "ErrorAlertTest.moc"

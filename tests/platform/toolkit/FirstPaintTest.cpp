@@ -1,5 +1,6 @@
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <support/UnpaintedProgram.h>
 
 #include <QTest>
@@ -66,5 +67,5 @@ private:
     std::optional<UnpaintedProgram> m_program;
 };
 
-QTEST_MAIN(FirstPaintTest)
+PLOVENDIX_GUI_TEST(FirstPaintTest)
 #include "FirstPaintTest.moc"

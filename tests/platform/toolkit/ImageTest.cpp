@@ -2,6 +2,7 @@
 
 #include <platform/Bundle.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QBuffer>
 #include <QFile>
@@ -254,5 +255,5 @@ void ImageTest::unknownOrHostileNamesGiveNothing()
     QVERIFY(!Image::named(name));
 }
 
-QTEST_MAIN(ImageTest)
+PLOVENDIX_GUI_TEST(ImageTest)
 #include "ImageTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/Animator.h>
 #include <platform/ImageView.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -179,5 +180,5 @@ void ImageViewTest::imageCostsNoLayout()
     QCOMPARE(view.sizeHint(), hint);
 }
 
-QTEST_MAIN(ImageViewTest)
+PLOVENDIX_GUI_TEST(ImageViewTest)
 #include "ImageViewTest.moc"

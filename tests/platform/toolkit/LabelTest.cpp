@@ -1,6 +1,7 @@
 #include "Painted.h"
 
 #include <platform/Label.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QElapsedTimer>
@@ -243,5 +244,5 @@ void LabelTest::showsWhatItDraws()
     QVERIFY(label.grab().toImage() != empty);
 }
 
-QTEST_MAIN(LabelTest)
+PLOVENDIX_GUI_TEST(LabelTest)
 #include "LabelTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/Animator.h>
 #include <platform/Layer.h>
+#include <support/TestMain.h>
 
 #include <QPointer>
 #include <QTest>
@@ -193,5 +194,5 @@ void LayerFadeTest::layerMayGoDuringAFade()
     QVERIFY(!fade);
 }
 
-QTEST_MAIN(LayerFadeTest)
+PLOVENDIX_GUI_TEST(LayerFadeTest)
 #include "LayerFadeTest.moc"

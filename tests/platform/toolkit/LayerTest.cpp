@@ -1,6 +1,7 @@
 #include "Painted.h"
 
 #include <platform/Layer.h>
+#include <support/TestMain.h>
 
 #include <QSignalSpy>
 #include <QTest>
@@ -135,5 +136,5 @@ void LayerTest::everyChangeAsksForDisplay()
     QCOMPARE(layer.contentsGravity(), ContentsGravity::Center);
 }
 
-QTEST_MAIN(LayerTest)
+PLOVENDIX_GUI_TEST(LayerTest)
 #include "LayerTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/Animator.h>
 #include <platform/LayoutConstraint.h>
+#include <support/TestMain.h>
 
 #include <QPointer>
 #include <QSignalSpy>
@@ -178,5 +179,5 @@ void LayoutConstraintTest::changesAreToldOnce()
     QCOMPARE(targets.count(), 2);
 }
 
-QTEST_MAIN(LayoutConstraintTest)
+PLOVENDIX_GUI_TEST(LayoutConstraintTest)
 #include "LayoutConstraintTest.moc"

@@ -1,6 +1,7 @@
 #include <platform/ViewController.h>
 #include <platform/Window.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QPushButton>
@@ -177,5 +178,5 @@ private:
     std::shared_ptr<Panel> m_panel;
 };
 
-QTEST_MAIN(ModalPresentationTest)
+PLOVENDIX_GUI_TEST(ModalPresentationTest)
 #include "ModalPresentationTest.moc"

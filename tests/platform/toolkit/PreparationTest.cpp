@@ -3,6 +3,7 @@
 #include <support/Sandbox.h>
 
 #include <fontconfig/fontconfig.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QRegularExpression>
@@ -69,5 +70,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(PreparationTest)
+PLOVENDIX_TEST(PreparationTest)
 #include "PreparationTest.moc"

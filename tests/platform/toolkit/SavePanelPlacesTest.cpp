@@ -1,5 +1,7 @@
 #include "SavePanelFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QDialogButtonBox>
 #include <QFileSystemModel>
 #include <QPushButton>
@@ -230,5 +232,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SavePanelPlacesTest)
+PLOVENDIX_GUI_TEST(SavePanelPlacesTest)
 #include "SavePanelPlacesTest.moc"

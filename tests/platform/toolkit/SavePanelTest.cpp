@@ -1,6 +1,8 @@
 #include "GermanTexts.h"
 #include "SavePanelFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QAccessible>
 #include <QComboBox>
 #include <QMessageBox>
@@ -214,5 +216,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(SavePanelTest)
+PLOVENDIX_GUI_TEST(SavePanelTest)
 #include "SavePanelTest.moc"

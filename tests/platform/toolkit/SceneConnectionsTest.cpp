@@ -2,6 +2,7 @@
 #include <platform/TableView.h>
 #include <platform/UserDefaults.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAction>
 #include <QCheckBox>
@@ -269,5 +270,5 @@ private:
     std::unique_ptr<SceneController> m_controller;
 };
 
-QTEST_MAIN(SceneConnectionsTest)
+PLOVENDIX_GUI_TEST(SceneConnectionsTest)
 #include "SceneConnectionsTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/Bindings.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QComboBox>
 #include <QTest>
@@ -142,5 +143,5 @@ private:
     std::unique_ptr<BoundModel> m_model;
 };
 
-QTEST_MAIN(SelectionBindingsTest)
+PLOVENDIX_GUI_TEST(SelectionBindingsTest)
 #include "SelectionBindingsTest.moc"

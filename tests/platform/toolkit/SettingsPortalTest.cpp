@@ -1,6 +1,7 @@
 #include "FakePortal.h"
 
 #include <platform/SettingsPortal.h>
+#include <support/TestMain.h>
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -224,5 +225,5 @@ void SettingsPortalTest::waitsForNobody()
     QVERIFY(changed.wait());
 }
 
-QTEST_MAIN(SettingsPortalTest)
+PLOVENDIX_GUI_TEST(SettingsPortalTest)
 #include "SettingsPortalTest.moc"

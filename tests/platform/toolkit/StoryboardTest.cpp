@@ -2,6 +2,7 @@
 #include <platform/TableCellView.h>
 #include <platform/TitlebarAccessoryViewController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -119,5 +120,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_MAIN(StoryboardTest)
+PLOVENDIX_GUI_TEST(StoryboardTest)
 #include "StoryboardTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/ImageView.h>
 #include <platform/Label.h>
 #include <platform/TableCellView.h>
+#include <support/TestMain.h>
 
 #include <QHBoxLayout>
 #include <QTest>
@@ -183,5 +184,5 @@ void TableCellViewTest::anotherFontIsLaidOutAnew()
     QVERIFY(cell.title->height() > before);
 }
 
-QTEST_MAIN(TableCellViewTest)
+PLOVENDIX_GUI_TEST(TableCellViewTest)
 #include "TableCellViewTest.moc"

@@ -1,5 +1,7 @@
 #include "TableFixture.h"
 
+#include <support/TestMain.h>
+
 class TableViewSelectionTest : public QObject
 {
     Q_OBJECT
@@ -280,5 +282,5 @@ void TableViewSelectionTest::selectionMayBeChangedInTheAnswer()
     QCOMPARE(fixture.selections, QList<int>({1, -1}));
 }
 
-QTEST_MAIN(TableViewSelectionTest)
+PLOVENDIX_GUI_TEST(TableViewSelectionTest)
 #include "TableViewSelectionTest.moc"

@@ -2,6 +2,7 @@
 #include "TableFixture.h"
 
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -260,5 +261,5 @@ void TableViewTest::hundredThousandRowsAreNotTouchedOneByOne()
     QCOMPARE(fixture.table.findChildren<TableCellView *>().size(), 1);
 }
 
-QTEST_MAIN(TableViewTest)
+PLOVENDIX_GUI_TEST(TableViewTest)
 #include "TableViewTest.moc"

@@ -5,6 +5,7 @@
 #include <platform/TitleBar.h>
 #include <platform/TitlebarAccessoryViewController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QApplication>
@@ -351,5 +352,5 @@ void TitleBarTest::spacePressesAFocusedButton()
     QCOMPARE(closed.size(), 1);
 }
 
-QTEST_MAIN(TitleBarTest)
+PLOVENDIX_GUI_TEST(TitleBarTest)
 #include "TitleBarTest.moc"

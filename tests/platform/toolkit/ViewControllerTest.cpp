@@ -1,3 +1,4 @@
+#include <support/TestMain.h>
 #include <platform/MainQueue.h>
 #include <platform/ViewController.h>
 #include <platform/Window.h>
@@ -300,7 +301,7 @@ private:
 
 /// Beside the tests: references that outlive the application are dropped, here and elsewhere, without a
 /// crash.
-int main(int argc, char **argv)
+static int runViewControllerTest(int argc, char **argv)
 {
     static int destroyed = 0;
     int failures = 0;
@@ -324,4 +325,5 @@ int main(int argc, char **argv)
     return failures;
 }
 
+PLOVENDIX_TEST_FUNCTION(ViewControllerTest, runViewControllerTest)
 #include "ViewControllerTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/FrameOverlay.h>
 #include <platform/TitleBar.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 using namespace Qt::StringLiterals;
 
@@ -183,5 +184,5 @@ void WindowContentTest::noFirstResponderTakesItAway()
     QVERIFY(!field->hasFocus());
 }
 
-QTEST_MAIN(WindowContentTest)
+PLOVENDIX_GUI_TEST(WindowContentTest)
 #include "WindowContentTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/Window.h>
 #include <platform/WindowController.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -135,5 +136,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_MAIN(WindowControllerTest)
+PLOVENDIX_GUI_TEST(WindowControllerTest)
 #include "WindowControllerTest.moc"

@@ -1,4 +1,5 @@
 #include <platform/WindowFrame.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -131,5 +132,5 @@ void WindowFrameTest::cursorPointsTheWayOfTheEdges()
     QCOMPARE(WindowFrame::cursorFor(edges), shape);
 }
 
-QTEST_APPLESS_MAIN(WindowFrameTest)
+PLOVENDIX_PLAIN_TEST(WindowFrameTest)
 #include "WindowFrameTest.moc"

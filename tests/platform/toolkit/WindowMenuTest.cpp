@@ -3,6 +3,7 @@
 #include <platform/TitleBar.h>
 #include <platform/WindowMenu.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -78,5 +79,5 @@ void WindowMenuTest::windowMenuOfAMaximisedWindow()
     QVERIFY(!m_window.isMaximized());
 }
 
-QTEST_MAIN(WindowMenuTest)
+PLOVENDIX_GUI_TEST(WindowMenuTest)
 #include "WindowMenuTest.moc"

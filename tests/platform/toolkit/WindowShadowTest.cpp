@@ -2,6 +2,7 @@
 
 #include <platform/EdgeGrip.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QImage>
 
@@ -226,5 +227,5 @@ void WindowShadowTest::fixedSizeWindowHasNoGrip()
     QVERIFY(!window.findChild<EdgeGrip *>()->isVisible());
 }
 
-QTEST_MAIN(WindowShadowTest)
+PLOVENDIX_GUI_TEST(WindowShadowTest)
 #include "WindowShadowTest.moc"

@@ -2,6 +2,7 @@
 
 #include <platform/TitleBar.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QAccessible>
 #include <QAction>
@@ -229,5 +230,5 @@ void WindowTest::modalWindowBlocksTheOther()
     QCOMPARE(QApplication::activeModalWidget(), nullptr);
 }
 
-QTEST_MAIN(WindowTest)
+PLOVENDIX_GUI_TEST(WindowTest)
 #include "WindowTest.moc"

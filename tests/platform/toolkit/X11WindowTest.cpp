@@ -5,6 +5,7 @@
 #include <platform/EdgeGrip.h>
 #include <platform/TitleBar.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -304,5 +305,5 @@ void X11WindowTest::tiledWindowIsSquare()
     QTRY_COMPARE(m_window->shadowMargin(), 28);
 }
 
-QTEST_MAIN(X11WindowTest)
+PLOVENDIX_GUI_TEST(X11WindowTest)
 #include "X11WindowTest.moc"

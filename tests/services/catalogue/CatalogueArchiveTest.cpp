@@ -1,6 +1,7 @@
 #include "ImportFixture.h"
 
 #include <services/catalogue/own/ArchiveMembers.h>
+#include <support/TestMain.h>
 
 #include <QFile>
 #include <QTest>
@@ -164,5 +165,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueArchiveTest)
+PLOVENDIX_TEST(CatalogueArchiveTest)
 #include "CatalogueArchiveTest.moc"

@@ -1,5 +1,7 @@
 #include "ImportFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QProcess>
 #include <QTest>
 
@@ -164,5 +166,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueCommandTest)
+PLOVENDIX_TEST(CatalogueCommandTest)
 #include "CatalogueCommandTest.moc"

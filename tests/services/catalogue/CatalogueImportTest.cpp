@@ -8,6 +8,7 @@
 #include <QTest>
 #include <QUrl>
 
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -281,5 +282,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueImportTest)
+PLOVENDIX_TEST(CatalogueImportTest)
 #include "CatalogueImportTest.moc"

@@ -1,5 +1,6 @@
 #include "ImportFixture.h"
 
+#include <support/TestMain.h>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -111,7 +112,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv)
+static int runCatalogueKillTest(int argc, char **argv)
 {
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -125,4 +126,5 @@ int main(int argc, char **argv)
     CatalogueKillTest test;
     return QTest::qExec(&test, arguments);
 }
+PLOVENDIX_TEST_FUNCTION(CatalogueKillTest, runCatalogueKillTest)
 #include "CatalogueKillTest.moc"

@@ -2,6 +2,7 @@
 
 #include <services/catalogue/CatalogueSchema.h>
 #include <services/catalogue/own/CatalogueStore.h>
+#include <support/TestMain.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -203,5 +204,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CatalogueStoreTest)
+PLOVENDIX_TEST(CatalogueStoreTest)
 #include "CatalogueStoreTest.moc"

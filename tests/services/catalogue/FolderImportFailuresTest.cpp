@@ -1,5 +1,7 @@
 #include "FolderJobFixture.h"
 
+#include <support/TestMain.h>
+
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
@@ -191,5 +193,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FolderImportFailuresTest)
+PLOVENDIX_TEST(FolderImportFailuresTest)
 #include "FolderImportFailuresTest.moc"

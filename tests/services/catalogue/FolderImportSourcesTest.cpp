@@ -1,5 +1,7 @@
 #include "FolderJobFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -157,5 +159,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FolderImportSourcesTest)
+PLOVENDIX_TEST(FolderImportSourcesTest)
 #include "FolderImportSourcesTest.moc"

@@ -3,6 +3,7 @@
 #include <platform/MainQueue.h>
 #include <services/catalogue/folder/FolderImport.h>
 #include <services/catalogue/own/CatalogueReports.h>
+#include <support/TestMain.h>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -254,5 +255,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FolderImportTest)
+PLOVENDIX_TEST(FolderImportTest)
 #include "FolderImportTest.moc"

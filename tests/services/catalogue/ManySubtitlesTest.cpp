@@ -2,6 +2,7 @@
 
 #include <services/catalogue/CatalogueDatabase.h>
 #include <services/catalogue/CatalogueQueries.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -103,5 +104,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ManySubtitlesTest)
+PLOVENDIX_TEST(ManySubtitlesTest)
 #include "ManySubtitlesTest.moc"

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTest>
 
+#include <support/TestMain.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -148,5 +149,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(ReadOnlyCatalogueTest)
+PLOVENDIX_TEST(ReadOnlyCatalogueTest)
 #include "ReadOnlyCatalogueTest.moc"

@@ -1,4 +1,5 @@
 #include <services/catalogue/own/SubtitleName.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -90,5 +91,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SubtitleNameTest)
+PLOVENDIX_TEST(SubtitleNameTest)
 #include "SubtitleNameTest.moc"

@@ -1,5 +1,6 @@
 #include <platform/MainQueue.h>
 #include <services/combined/CombinedMetadataService.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <support/Sandbox.h>
 
@@ -153,5 +154,5 @@ private:
     std::unique_ptr<CombinedMetadataService> m_combined;
 };
 
-QTEST_GUILESS_MAIN(CombinedMetadataServiceTest)
+PLOVENDIX_TEST(CombinedMetadataServiceTest)
 #include "CombinedMetadataServiceTest.moc"

@@ -2,6 +2,7 @@
 #include <services/combined/CombinedSubtitleService.h>
 #include <services/net/ServiceError.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 
 #include <QTest>
@@ -346,5 +347,5 @@ private:
     std::unique_ptr<CombinedSubtitleService> m_combined;
 };
 
-QTEST_GUILESS_MAIN(CombinedSubtitleServiceTest)
+PLOVENDIX_TEST(CombinedSubtitleServiceTest)
 #include "CombinedSubtitleServiceTest.moc"

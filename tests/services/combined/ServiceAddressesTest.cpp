@@ -1,5 +1,6 @@
 #include <services/metadata/FilmSettings.h>
 #include <services/rest/RestAccess.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -79,5 +80,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ServiceAddressesTest)
+PLOVENDIX_TEST(ServiceAddressesTest)
 #include "ServiceAddressesTest.moc"

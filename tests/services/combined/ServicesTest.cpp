@@ -2,6 +2,7 @@
 #include <services/catalogue/CatalogueServices.h>
 #include <services/combined/Services.h>
 #include <services/secrets/FileSecretStore.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <standin/StandIn.h>
 #include <support/Sandbox.h>
@@ -379,5 +380,5 @@ private:
     int m_turn = 0;
 };
 
-QTEST_MAIN(ServicesTest)
+PLOVENDIX_GUI_TEST(ServicesTest)
 #include "ServicesTest.moc"

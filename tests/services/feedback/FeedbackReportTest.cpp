@@ -1,4 +1,5 @@
 #include <services/feedback/FeedbackReport.h>
+#include <support/TestMain.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -56,5 +57,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FeedbackReportTest)
+PLOVENDIX_TEST(FeedbackReportTest)
 #include "FeedbackReportTest.moc"

@@ -3,6 +3,7 @@
 #include <services/feedback/RecentMessages.h>
 #include <standin/LoopbackServer.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <timing/ManualClock.h>
 
@@ -267,5 +268,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FeedbackReporterTest)
+PLOVENDIX_TEST(FeedbackReporterTest)
 #include "FeedbackReporterTest.moc"

@@ -3,6 +3,7 @@
 #include <services/feedback/FeedbackSender.h>
 #include <standin/LoopbackServer.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <timing/ManualClock.h>
 
@@ -153,5 +154,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FeedbackSenderTest)
+PLOVENDIX_TEST(FeedbackSenderTest)
 #include "FeedbackSenderTest.moc"

@@ -1,5 +1,6 @@
 #include <services/feedback/KeptReports.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -99,5 +100,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(KeptReportsTest)
+PLOVENDIX_TEST(KeptReportsTest)
 #include "KeptReportsTest.moc"

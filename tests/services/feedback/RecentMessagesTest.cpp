@@ -1,5 +1,6 @@
 #include <services/feedback/RecentMessages.h>
 #include <services/net/Redactor.h>
+#include <support/TestMain.h>
 
 #include <QLoggingCategory>
 #include <QTest>
@@ -135,5 +136,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RecentMessagesTest)
+PLOVENDIX_TEST(RecentMessagesTest)
 #include "RecentMessagesTest.moc"

@@ -4,6 +4,7 @@
 #include <services/metadata/FilmLanguage.h>
 #include <services/metadata/FilmSettings.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -187,5 +188,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(FilmAnswersTest)
+PLOVENDIX_TEST(FilmAnswersTest)
 #include "FilmAnswersTest.moc"

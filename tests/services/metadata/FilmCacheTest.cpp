@@ -1,5 +1,7 @@
 #include "FilmFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -176,5 +178,5 @@ private:
     std::unique_ptr<FilmFixture> m_fixture;
 };
 
-QTEST_MAIN(FilmCacheTest)
+PLOVENDIX_GUI_TEST(FilmCacheTest)
 #include "FilmCacheTest.moc"

@@ -1,6 +1,7 @@
 #include "FilmFixture.h"
 
 #include <services/net/Redactor.h>
+#include <support/TestMain.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -241,5 +242,5 @@ private:
     std::unique_ptr<FilmFixture> m_fixture;
 };
 
-QTEST_MAIN(FilmDatabaseTest)
+PLOVENDIX_GUI_TEST(FilmDatabaseTest)
 #include "FilmDatabaseTest.moc"

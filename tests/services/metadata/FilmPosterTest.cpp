@@ -1,5 +1,7 @@
 #include "FilmFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -116,5 +118,5 @@ private:
     std::unique_ptr<FilmFixture> m_fixture;
 };
 
-QTEST_MAIN(FilmPosterTest)
+PLOVENDIX_GUI_TEST(FilmPosterTest)
 #include "FilmPosterTest.moc"

@@ -1,5 +1,6 @@
 #include <services/net/HttpClient.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <timing/ManualClock.h>
 
@@ -144,5 +145,5 @@ private:
     }
 };
 
-QTEST_MAIN(CutAnswersTest)
+PLOVENDIX_TEST(CutAnswersTest)
 #include "CutAnswersTest.moc"

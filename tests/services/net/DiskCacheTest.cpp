@@ -1,5 +1,6 @@
 #include <services/net/DiskCache.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QDir>
 #include <QTest>
@@ -146,5 +147,5 @@ private:
     const QDateTime m_now{QDate(2040, 1, 2), QTime(3, 4), Qt::UTC};
 };
 
-QTEST_GUILESS_MAIN(DiskCacheTest)
+PLOVENDIX_TEST(DiskCacheTest)
 #include "DiskCacheTest.moc"

@@ -1,4 +1,5 @@
 #include <services/net/HttpClient.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <standin/Deformation.h>
 #include <standin/LoopbackServer.h>
@@ -130,5 +131,5 @@ private:
     HttpClient::Call m_call;
 };
 
-QTEST_GUILESS_MAIN(KeptConnectionsTest)
+PLOVENDIX_TEST(KeptConnectionsTest)
 #include "KeptConnectionsTest.moc"

@@ -3,6 +3,7 @@
 #include <services/net/RateLimiter.h>
 #include <services/net/ServiceError.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QNetworkProxy>
 #include <QTest>
@@ -182,5 +183,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(NetRulesTest)
+PLOVENDIX_TEST(NetRulesTest)
 #include "NetRulesTest.moc"

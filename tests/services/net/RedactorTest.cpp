@@ -1,5 +1,6 @@
 #include <services/net/Redactor.h>
 #include <services/net/ServiceError.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -71,5 +72,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RedactorTest)
+PLOVENDIX_PLAIN_TEST(RedactorTest)
 #include "RedactorTest.moc"

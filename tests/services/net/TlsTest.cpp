@@ -1,6 +1,7 @@
 #include <services/net/HttpClient.h>
 #include <services/net/Transport.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <timing/ManualClock.h>
 
@@ -119,5 +120,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(TlsTest)
+PLOVENDIX_TEST(TlsTest)
 #include "TlsTest.moc"

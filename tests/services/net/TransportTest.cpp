@@ -1,4 +1,5 @@
 #include <services/net/Transport.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <standin/Deformation.h>
 #include <standin/LoopbackServer.h>
@@ -321,5 +322,5 @@ private:
     QList<Transport::Call> m_calls;
 };
 
-QTEST_GUILESS_MAIN(TransportTest)
+PLOVENDIX_TEST(TransportTest)
 #include "TransportTest.moc"

@@ -1,5 +1,6 @@
 #include <services/ranking/Duplicates.h>
 #include <services/ranking/Ranking.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -151,5 +152,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RankingOrderTest)
+PLOVENDIX_PLAIN_TEST(RankingOrderTest)
 #include "RankingOrderTest.moc"

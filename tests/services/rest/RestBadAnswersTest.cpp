@@ -1,5 +1,7 @@
 #include "RestFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -176,5 +178,5 @@ private:
     std::unique_ptr<RestFixture> m_fixture;
 };
 
-QTEST_GUILESS_MAIN(RestBadAnswersTest)
+PLOVENDIX_TEST(RestBadAnswersTest)
 #include "RestBadAnswersTest.moc"

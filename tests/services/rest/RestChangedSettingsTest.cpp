@@ -1,5 +1,7 @@
 #include "RestFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -332,5 +334,5 @@ private:
     std::unique_ptr<StandIn> m_other;
 };
 
-QTEST_GUILESS_MAIN(RestChangedSettingsTest)
+PLOVENDIX_TEST(RestChangedSettingsTest)
 #include "RestChangedSettingsTest.moc"

@@ -1,5 +1,7 @@
 #include "RestFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -308,5 +310,5 @@ private:
     std::unique_ptr<RestFixture> m_fixture;
 };
 
-QTEST_GUILESS_MAIN(RestDownloadTest)
+PLOVENDIX_TEST(RestDownloadTest)
 #include "RestDownloadTest.moc"

@@ -1,5 +1,6 @@
 #include <services/rest/RestErrors.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -102,5 +103,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(RestErrorsTest)
+PLOVENDIX_TEST(RestErrorsTest)
 #include "RestErrorsTest.moc"

@@ -1,6 +1,7 @@
 #include "RestFixture.h"
 
 #include <services/rest/RestLanguageList.h>
+#include <support/TestMain.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -170,5 +171,5 @@ private:
     }
 };
 
-QTEST_MAIN(RestLanguageListTest)
+PLOVENDIX_TEST(RestLanguageListTest)
 #include "RestLanguageListTest.moc"

@@ -1,4 +1,5 @@
 #include <services/rest/RestLanguages.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -54,5 +55,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RestLanguagesTest)
+PLOVENDIX_PLAIN_TEST(RestLanguagesTest)
 #include "RestLanguagesTest.moc"

@@ -1,6 +1,7 @@
 #include <services/net/ServiceError.h>
 #include <services/rest/RestPage.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -88,5 +89,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(RestPageTest)
+PLOVENDIX_TEST(RestPageTest)
 #include "RestPageTest.moc"

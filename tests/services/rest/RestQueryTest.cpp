@@ -1,6 +1,7 @@
 #include <services/net/ServiceError.h>
 #include <services/rest/RestQuery.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -125,5 +126,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(RestQueryTest)
+PLOVENDIX_TEST(RestQueryTest)
 #include "RestQueryTest.moc"

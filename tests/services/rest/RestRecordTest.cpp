@@ -1,4 +1,5 @@
 #include <services/rest/RestRecord.h>
+#include <support/TestMain.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -178,5 +179,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RestRecordTest)
+PLOVENDIX_TEST(RestRecordTest)
 #include "RestRecordTest.moc"

@@ -1,5 +1,7 @@
 #include "RestFixture.h"
 
+#include <support/TestMain.h>
+
 #include <QTimer>
 
 #include <ctime>
@@ -294,5 +296,5 @@ private:
     std::unique_ptr<RestFixture> m_fixture;
 };
 
-QTEST_GUILESS_MAIN(RestSearchTest)
+PLOVENDIX_TEST(RestSearchTest)
 #include "RestSearchTest.moc"

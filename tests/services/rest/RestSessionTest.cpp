@@ -1,5 +1,7 @@
 #include "RestFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -359,5 +361,5 @@ private:
     std::unique_ptr<RestFixture> m_fixture;
 };
 
-QTEST_GUILESS_MAIN(RestSessionTest)
+PLOVENDIX_TEST(RestSessionTest)
 #include "RestSessionTest.moc"

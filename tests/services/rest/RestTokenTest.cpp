@@ -1,4 +1,5 @@
 #include <services/rest/RestToken.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -84,5 +85,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RestTokenTest)
+PLOVENDIX_PLAIN_TEST(RestTokenTest)
 #include "RestTokenTest.moc"

@@ -1,4 +1,5 @@
 #include <services/rest/RestURL.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -47,5 +48,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(RestURLTest)
+PLOVENDIX_PLAIN_TEST(RestURLTest)
 #include "RestURLTest.moc"

@@ -1,4 +1,5 @@
 #include <standin/StandIn.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 
 #include <QTcpSocket>
@@ -180,5 +181,5 @@ private:
     std::unique_ptr<StandIn> m_standIn;
 };
 
-QTEST_GUILESS_MAIN(StandInTest)
+PLOVENDIX_TEST(StandInTest)
 #include "StandInTest.moc"

@@ -1,5 +1,6 @@
 #include <services/secrets/KeychainSecretStore.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 
 #include <QDBusConnection>
@@ -175,5 +176,5 @@ private:
     QProcess m_keyring;
 };
 
-QTEST_GUILESS_MAIN(KeyringTest)
+PLOVENDIX_TEST(KeyringTest)
 #include "KeyringTest.moc"

@@ -3,6 +3,7 @@
 #include <services/secrets/Credentials.h>
 #include <services/secrets/EnvironmentSecrets.h>
 #include <services/secrets/KeychainSecretStore.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <support/Sandbox.h>
 
@@ -208,5 +209,5 @@ private:
     Sandbox m_sandbox;
 };
 
-QTEST_GUILESS_MAIN(SecretStoresTest)
+PLOVENDIX_TEST(SecretStoresTest)
 #include "SecretStoresTest.moc"

@@ -2,6 +2,7 @@
 #include <services/subtitlefile/SubtitleFormat.h>
 #include <services/subtitlefile/SubtitleUnpacker.h>
 #include <standin/Packing.h>
+#include <support/TestMain.h>
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -199,5 +200,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(SubtitleFileTest)
+PLOVENDIX_PLAIN_TEST(SubtitleFileTest)
 #include "SubtitleFileTest.moc"

@@ -1,6 +1,7 @@
 #include <services/subtitlefile/CharacterSets.h>
 #include <services/subtitlefile/LegacyText.h>
 #include <services/subtitlefile/TextDecoding.h>
+#include <support/TestMain.h>
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -212,5 +213,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TextDecodingTest)
+PLOVENDIX_PLAIN_TEST(TextDecodingTest)
 #include "TextDecodingTest.moc"

@@ -1,4 +1,5 @@
 #include <services/update/AppcastSignature.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -101,5 +102,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(AppcastSignatureTest)
+PLOVENDIX_TEST(AppcastSignatureTest)
 #include "AppcastSignatureTest.moc"

@@ -2,6 +2,7 @@
 #include <services/update/Appcast.h>
 #include <services/update/UpdateErrors.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -147,5 +148,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(AppcastTest)
+PLOVENDIX_TEST(AppcastTest)
 #include "AppcastTest.moc"

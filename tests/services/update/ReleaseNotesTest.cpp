@@ -1,4 +1,5 @@
 #include <services/update/ReleaseNotes.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -54,5 +55,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ReleaseNotesTest)
+PLOVENDIX_TEST(ReleaseNotesTest)
 #include "ReleaseNotesTest.moc"

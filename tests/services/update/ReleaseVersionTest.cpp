@@ -1,4 +1,5 @@
 #include <services/update/ReleaseVersion.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -85,5 +86,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ReleaseVersionTest)
+PLOVENDIX_TEST(ReleaseVersionTest)
 #include "ReleaseVersionTest.moc"

@@ -1,6 +1,7 @@
 #include <services/update/Appcast.h>
 #include <services/update/AppcastSignature.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QFileInfo>
 #include <QProcess>
@@ -102,5 +103,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SignUpdateToolTest)
+PLOVENDIX_TEST(SignUpdateToolTest)
 #include "SignUpdateToolTest.moc"

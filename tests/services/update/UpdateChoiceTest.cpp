@@ -2,6 +2,7 @@
 #include <services/update/UpdateChoice.h>
 #include <services/update/UpdateErrors.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -122,5 +123,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UpdateChoiceTest)
+PLOVENDIX_TEST(UpdateChoiceTest)
 #include "UpdateChoiceTest.moc"

@@ -3,6 +3,7 @@
 #include <standin/LoopbackServer.h>
 #include <standin/Packing.h>
 #include <support/Sandbox.h>
+#include <support/TestMain.h>
 #include <timing/Caught.h>
 #include <timing/ManualClock.h>
 
@@ -217,5 +218,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UpdateFeedTest)
+PLOVENDIX_TEST(UpdateFeedTest)
 #include "UpdateFeedTest.moc"

@@ -1,4 +1,5 @@
 #include <services/update/UpdateSchedule.h>
+#include <support/TestMain.h>
 
 #include <QTest>
 
@@ -58,5 +59,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UpdateScheduleTest)
+PLOVENDIX_TEST(UpdateScheduleTest)
 #include "UpdateScheduleTest.moc"

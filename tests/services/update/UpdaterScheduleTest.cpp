@@ -1,5 +1,7 @@
 #include "UpdaterFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -264,5 +266,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UpdaterScheduleTest)
+PLOVENDIX_TEST(UpdaterScheduleTest)
 #include "UpdaterScheduleTest.moc"

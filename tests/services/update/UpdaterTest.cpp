@@ -1,5 +1,7 @@
 #include "UpdaterFixture.h"
 
+#include <support/TestMain.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -158,5 +160,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UpdaterTest)
+PLOVENDIX_TEST(UpdaterTest)
 #include "UpdaterTest.moc"

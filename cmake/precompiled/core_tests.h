@@ -1,0 +1,5 @@
+#include "core.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>

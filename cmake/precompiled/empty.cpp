@@ -1,0 +1,1 @@
+// A library that makes a precompiled header needs a source.

@@ -1,0 +1,5 @@
+#include "widgets.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
