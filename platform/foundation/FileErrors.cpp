@@ -54,6 +54,22 @@ QString moveSentence(int code)
     }
 }
 
+QString writeSentence(int code)
+{
+    switch (code) {
+    case ENOSPC:
+    case EDQUOT:
+        return u"There is not enough free space."_s;
+    case EACCES:
+    case EPERM:
+        return u"You do not have the permission."_s;
+    case EROFS:
+        return u"The disk can only be read."_s;
+    default:
+        return u"The system reports an error: %1$@."_s;
+    }
+}
+
 Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
 {
     const QString sentence = filled(Bundle::main().localizedString(key), arguments);
@@ -106,6 +122,11 @@ Error removeError(int code, const QByteArray &item)
     return fileError(code, u"“%1$@” could not be removed from “%2$@”: %3$@."_s,
                      {textOfName(lastComponent(item)), textOfName(parentFolder(item)), qt_error_string(code)},
                      u"remove "_s + textOfName(item));
+}
+
+Error writeError(int code, const QByteArray &file)
+{
+    return fileError(code, writeSentence(code), {qt_error_string(code)}, u"write "_s + textOfName(file));
 }
 
 Error notAFileError(const QString &url)

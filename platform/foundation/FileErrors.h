@@ -14,5 +14,7 @@ Error missingFolderError(const QByteArray &source, const QByteArray &destination
 Error folderBetweenDisksError(const QByteArray &source, const QByteArray &destination);
 Error createFolderError(int code, const QByteArray &folder);
 Error removeError(int code, const QByteArray &item);
+/// A file that could not be written: the reason alone, for a sentence that says what it was for.
+Error writeError(int code, const QByteArray &file);
 /// A URL that names no file here.
 Error notAFileError(const QString &url);

@@ -4,9 +4,9 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
-/// The system calls that FileManager goes through, one to one, with names as the file system's bytes. Each
-/// gives a negative errno value where it fails, else 0 or what it counts. Any thread. Tests replace single
-/// calls.
+/// The system calls that files are moved and written by, one to one, with names as the file system's bytes.
+/// Each gives a negative errno value where it fails, else 0 or what it counts. Any thread. Tests replace
+/// single calls.
 class FileSystemCalls
 {
 public:

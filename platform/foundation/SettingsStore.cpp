@@ -1,4 +1,6 @@
 #include "SettingsStore.h"
+#include "DamagedFile.h"
+#include "FileWriting.h"
 #include "SettingsValue.h"
 
 #include <QDir>
@@ -6,7 +8,6 @@
 #include <QFileInfo>
 #include <QLockFile>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
 #include <chrono>
 #include <utility>
@@ -22,7 +23,6 @@ constexpr qint64 MaxBytes = 1024LL * 1024;
 /// An editor that empties the file before it fills it again must not be met half-way.
 constexpr auto SettlingTime = 50ms;
 constexpr auto LockPatience = 200ms;
-constexpr int MaxDamagedFiles = 1000;
 
 void apply(const SettingsFile::Values &changes, SettingsFile::Values &values)
 {
@@ -103,36 +103,24 @@ void SettingsStore::write()
 {
     const QString folder = QFileInfo(m_path).absolutePath();
     QLockFile lock(m_path + u".lock"_s);
-    QSaveFile target(m_path);
     if (QDir().mkpath(folder))
         lock.tryLock(LockPatience);
-    const std::optional<SettingsFile> file = read();
-    if (!file && !setAside())
-        return;
-    // What was known before the file was damaged goes into its successor.
-    const QByteArray bytes = file ? file->bytesWith(m_unwritten) : SettingsFile().bytesWith(m_values);
-    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() || !target.commit()) {
-        qCWarning(log, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(target.errorString()));
+    std::optional<SettingsFile> file = read();
+    if (!file) {
+        if (!setDamagedFileAside(m_path))
+            return;
+        // What was known before the file was damaged goes into its successor, as soon as that can be written.
+        apply(m_values, m_unwritten);
+        file = SettingsFile();
+    }
+    const QByteArray bytes = file->bytesWith(m_unwritten);
+    if (const Result<void> written = writeFile(m_path, bytes); !written) {
+        qCWarning(log, "The settings were not written: %s", qUtf8Printable(written.error().detail));
         return;
     }
     m_unwritten.clear();
     m_values = SettingsFile::parsed(bytes).value_or(SettingsFile()).values();
     watch();
-}
-
-bool SettingsStore::setAside()
-{
-    for (int number = 1; number <= MaxDamagedFiles; ++number) {
-        const QString name = u"%1.damaged-%2"_s.arg(m_path).arg(number);
-        if (QFile::exists(name))
-            continue;
-        if (!QFile::rename(m_path, name))
-            break;
-        qCWarning(log, "%s was damaged and is kept as %s.", qUtf8Printable(m_path), qUtf8Printable(name));
-        return true;
-    }
-    qCWarning(log, "%s is damaged and cannot be set aside.", qUtf8Printable(m_path));
-    return false;
 }
 
 /// Nothing when there is a file that cannot be read as settings; no settings when there is none.
@@ -143,7 +131,10 @@ std::optional<SettingsFile> SettingsStore::read() const
         return SettingsFile();
     if (!file.open(QIODevice::ReadOnly) || file.size() > MaxBytes)
         return {};
-    return SettingsFile::parsed(file.readAll());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return {};
+    return SettingsFile::parsed(bytes);
 }
 
 /// A replaced file is another file to the watcher, and a folder may come or go: watches what is there now.

@@ -27,7 +27,6 @@ public:
 private:
     void takeIn();
     void write();
-    bool setAside();
     std::optional<SettingsFile> read() const;
     void watch();
 

@@ -1,9 +1,9 @@
 #include "KeptReports.h"
 
 #include <platform/Bundle.h>
+#include <platform/FileWriting.h>
 
 #include <QDir>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -11,7 +11,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr qint64 MaxBytes = 1024LL * 1024;
-constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 std::optional<FeedbackReport> reportIn(const QFileInfo &entry)
 {
@@ -21,11 +20,12 @@ std::optional<FeedbackReport> reportIn(const QFileInfo &entry)
     return FeedbackReport::fromJson(file.read(MaxBytes));
 }
 
-Error notKept(const QString &folder, const QString &detail)
+Error notKept(const QString &folder, const Error &reason)
 {
     const QString sentence =
         Bundle::main().localizedString(u"The report could not be kept in “%@” either."_s);
-    return {u"Feedback"_s, 0, QString(sentence).replace("%@"_L1, folder), detail};
+    return {u"Feedback"_s, 0, QString(sentence).replace("%@"_L1, folder) + u' ' + reason.localizedDescription,
+            reason.detail};
 }
 } // namespace
 
@@ -48,17 +48,10 @@ QString KeptReports::freePath(const QDateTime &date) const
 Result<QString> KeptReports::keep(const FeedbackReport &report, const QDateTime &date,
                                   const QString &over) const
 {
-    if (!QDir().mkpath(m_folder))
-        return notKept(m_folder, u"no folder"_s);
+    QDir().mkpath(m_folder);
     const QString path = over.isEmpty() ? freePath(date) : over;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return notKept(m_folder, file.errorString());
-    file.setPermissions(OwnerOnly);
-    file.write(report.toJson());
-    if (!file.commit())
-        return notKept(m_folder, file.errorString());
-    return path;
+    const Result<void> written = writeFile(path, report.toJson(), FileAccess::OwnerOnly);
+    return written ? Result<QString>(path) : notKept(m_folder, written.error());
 }
 
 std::optional<KeptReports::Kept> KeptReports::oldest() const

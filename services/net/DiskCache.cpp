@@ -1,15 +1,19 @@
 #include "DiskCache.h"
 
+#include <platform/FileWriting.h>
+
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
+#include <QLoggingCategory>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
+Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
+
 constexpr quint32 Signature = 0x504c5643; // "PLVC"
 constexpr qint64 MaxFileBytes = 16LL * 1024 * 1024;
 constexpr auto Suffix = ".answer"_L1;
@@ -79,20 +83,18 @@ std::optional<DiskCache::Entry> DiskCache::find(const QString &key, const QDateT
     return entry;
 }
 
-void DiskCache::store(const QString &key, const Entry &entry) const
+bool DiskCache::store(const QString &key, const Entry &entry) const
 {
-    if (!QDir().mkpath(m_folder))
-        return;
     const QByteArray content = packed(entry);
-    QSaveFile file(pathOf(key));
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    QDataStream stream(&file);
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_6_4);
     stream << Signature << checksum(key, content) << content;
-    if (stream.status() == QDataStream::Ok)
-        file.commit();
+    QDir().mkpath(m_folder);
+    const Result<void> written = writeFile(pathOf(key), bytes, FileAccess::OwnerOnly);
+    if (!written)
+        qCWarning(log).noquote() << "an answer was not kept:" << written.error().detail;
+    return written.hasValue();
 }
 
 void DiskCache::remove(const QString &key) const

@@ -25,8 +25,8 @@ public:
     DiskCache(const QString &folder, std::chrono::hours maxAge);
 
     std::optional<Entry> find(const QString &key, const QDateTime &date) const;
-    /// Failing to store is only a miss later.
-    void store(const QString &key, const Entry &entry) const;
+    /// Whether it is kept now. Failing to store is only a miss later, and is logged.
+    bool store(const QString &key, const Entry &entry) const;
     void remove(const QString &key) const;
     /// Removes everything that is too old, then the oldest of what is more than `maxBytes` in all.
     void prune(const QDateTime &date, qint64 maxBytes) const;

@@ -1,10 +1,10 @@
 #include "DownloadFolder.h"
 
 #include <platform/Bundle.h>
+#include <platform/FileWriting.h>
 
 #include <QDateTime>
 #include <QDir>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -36,11 +36,14 @@ Result<QUrl> DownloadFolder::publish(const QString &name, const QByteArray &cont
     QTemporaryDir folder(m_path + u'/' + FolderPrefix + "XXXXXX"_L1);
     if (!folder.isValid())
         return failure(folder.errorString());
-    QSaveFile file(folder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        return failure(file.errorString());
+    const QString path = folder.filePath(name);
+    if (const Result<void> written = writeFile(path, content); !written) {
+        Error error = failure(written.error().detail);
+        error.localizedDescription += u' ' + written.error().localizedDescription;
+        return error;
+    }
     folder.setAutoRemove(false);
-    return QUrl::fromLocalFile(file.fileName());
+    return QUrl::fromLocalFile(path);
 }
 
 void DownloadFolder::clearOlderThan(std::chrono::hours age) const

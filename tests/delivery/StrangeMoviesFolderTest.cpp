@@ -1,6 +1,6 @@
 #include "DeliveryFixture.h"
 
-#include <FaultyCalls.h>
+#include <support/FaultyCalls.h>
 
 #include <QTest>
 

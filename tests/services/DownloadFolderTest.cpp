@@ -1,5 +1,5 @@
 #include <services/support/DownloadFolder.h>
-#include <support/Sandbox.h>
+#include <support/FullDisk.h>
 #include <support/TestMain.h>
 
 #include <QDateTime>
@@ -9,6 +9,7 @@
 
 #include <utime.h>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 class DownloadFolderTest : public QObject
@@ -65,6 +66,25 @@ private Q_SLOTS:
         QVERIFY(!url);
         QCOMPARE(url.error().domain, QStringLiteral("Downloads"));
         QVERIFY(url.error().localizedDescription.contains(file));
+    }
+
+    void fullDiskIsAnErrorWithoutAFile_data() { FullDisk::addRows(); }
+    void fullDiskIsAnErrorWithoutAFile()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const DownloadFolder folder(disk.path(u"downloads"_s));
+        disk.fill();
+        const Result<QUrl> url = folder.publish(u"a.srt"_s, "subtitle");
+        QVERIFY(!url);
+        QVERIFY(url.error().localizedDescription.endsWith(u"There is not enough free space."_s));
+        QCOMPARE(disk.files(), QStringList());
+        QCOMPARE(QDir(disk.path(u"downloads"_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList());
+        disk.makeRoom();
+        const Result<QUrl> again = folder.publish(u"a.srt"_s, "subtitle");
+        QVERIFY(again);
+        QCOMPARE(contentOf(*again), QByteArray("subtitle"));
     }
 
     void oldDownloadsAreClearedAndNothingElse()

@@ -1,7 +1,6 @@
-#include "FaultyCalls.h"
-
 #include <platform/Bundle.h>
 #include <platform/FileManager.h>
+#include <support/FaultyCalls.h>
 #include <support/Sandbox.h>
 #include <support/TestMain.h>
 

@@ -1,7 +1,7 @@
-#include "FaultyCalls.h"
 #include "MoveFixture.h"
 
 #include <platform/FileManager.h>
+#include <support/FaultyCalls.h>
 
 #include <QDateTime>
 #include <QDir>

@@ -1,7 +1,6 @@
 #pragma once
-#include "FaultyCalls.h"
-
 #include <platform/Result.h>
+#include <support/FaultyCalls.h>
 #include <support/Sandbox.h>
 
 #include <QMetaType>

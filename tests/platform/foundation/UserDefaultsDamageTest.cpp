@@ -1,10 +1,11 @@
 #include <platform/UserDefaults.h>
-#include <support/Sandbox.h>
+#include <support/FullDisk.h>
 #include <support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -31,6 +32,11 @@ private Q_SLOTS:
     void removalHoldsWhereNothingCanBeWritten();
     void linkToTheFileStaysALink();
     void noOtherFileIsLeftBehind();
+
+    void fullDiskKeepsTheSettings_data() { FullDisk::addRows(); }
+    void fullDiskKeepsTheSettings();
+    void damageOnAFullDiskLosesNothing_data() { FullDisk::addRows(); }
+    void damageOnAFullDiskLosesNothing();
 
 private:
     void write(const QByteArray &content) const;
@@ -216,6 +222,51 @@ void UserDefaultsDamageTest::noOtherFileIsLeftBehind()
     for (int number = 0; number < 10; ++number)
         defaults.setObject(u"key"_s, number);
     QCOMPARE(filesBeside(), QStringList{u"Plovendix.conf"_s});
+}
+
+void UserDefaultsDamageTest::fullDiskKeepsTheSettings()
+{
+    QFETCH(const QString, failingCall);
+    FullDisk disk(m_sandbox, failingCall);
+    const QString path = disk.path(u"Plovendix.conf"_s);
+    UserDefaults defaults(path);
+    defaults.setObject(u"languageCode"_s, u"de"_s);
+    defaults.setObject(u"other"_s, 1);
+    const QByteArray before = read(path);
+    disk.fill();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The settings were not written: "_s));
+    defaults.setObject(u"languageCode"_s, u"fr"_s);
+    QCOMPARE(read(path), before);
+    QCOMPARE(disk.files(), QStringList{u"Plovendix.conf"_s});
+    QCOMPARE(defaults.languageCode(), u"fr"_s);
+    disk.makeRoom();
+    defaults.synchronize();
+    const UserDefaults again(path);
+    QCOMPARE(again.languageCode(), u"fr"_s);
+    QCOMPARE(again.integer(u"other"_s), 1);
+}
+
+void UserDefaultsDamageTest::damageOnAFullDiskLosesNothing()
+{
+    QFETCH(const QString, failingCall);
+    FullDisk disk(m_sandbox, failingCall);
+    const QString path = disk.path(u"Plovendix.conf"_s);
+    UserDefaults defaults(path);
+    defaults.setObject(u"languageCode"_s, u"de"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("junk") == 4);
+    file.close();
+    disk.fill();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as "_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The settings were not written: "_s));
+    defaults.setObject(u"other"_s, 1);
+    QCOMPARE(read(path + u".damaged-1"_s), QByteArray("junk"));
+    disk.makeRoom();
+    defaults.setObject(u"third"_s, 3);
+    const UserDefaults again(path);
+    QCOMPARE(again.languageCode(), u"de"_s);
+    QCOMPARE(again.integer(u"other"_s), 1);
+    QCOMPARE(again.integer(u"third"_s), 3);
 }
 
 PLOVENDIX_TEST(UserDefaultsDamageTest)

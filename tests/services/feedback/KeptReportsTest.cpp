@@ -1,5 +1,5 @@
 #include <services/feedback/KeptReports.h>
-#include <support/Sandbox.h>
+#include <support/FullDisk.h>
 #include <support/TestMain.h>
 
 #include <QDir>
@@ -97,6 +97,27 @@ private Q_SLOTS:
         const auto path = kept().keep(report(u"One"_s), m_date);
         QVERIFY(!path);
         QVERIFY(path.error().localizedDescription.contains(m_folder));
+    }
+
+    void fullDiskKeepsTheOldReport_data() { FullDisk::addRows(); }
+    void fullDiskKeepsTheOldReport()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        m_folder = disk.path(u"feedback"_s);
+        const auto path = kept().keep(report(u"One"_s), m_date);
+        QVERIFY(path);
+        const QStringList before = disk.files();
+        disk.fill();
+        const auto over = kept().keep(report(u"Better"_s), m_date, *path);
+        QVERIFY(!over);
+        QVERIFY(over.error().localizedDescription.endsWith(u"There is not enough free space."_s));
+        QVERIFY(!kept().keep(report(u"Two"_s), m_date.addSecs(1)));
+        QCOMPARE(disk.files(), before);
+        QCOMPARE(kept().oldest()->report.text, u"One"_s);
+        disk.makeRoom();
+        QVERIFY(kept().keep(report(u"Better"_s), m_date, *path));
+        QCOMPARE(kept().oldest()->report.text, u"Better"_s);
     }
 };
 

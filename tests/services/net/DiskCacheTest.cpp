@@ -1,8 +1,9 @@
 #include <services/net/DiskCache.h>
-#include <support/Sandbox.h>
+#include <support/FullDisk.h>
 #include <support/TestMain.h>
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -112,8 +113,29 @@ private Q_SLOTS:
     {
         const DiskCache none(m_sandbox.path(u"cache-file"_s), 24h);
         m_sandbox.writeFile(u"cache-file"_s, "in the way");
-        none.store(u"key"_s, entry("body"));
+        QVERIFY(!none.store(u"key"_s, entry("body")));
         QVERIFY(!none.find(u"key"_s, m_now));
+    }
+
+    void fullDiskKeepsTheOldAnswer_data() { FullDisk::addRows(); }
+    void fullDiskKeepsTheOldAnswer()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const DiskCache onDisk(disk.path(u"cache"_s), 24h);
+        QVERIFY(onDisk.store(u"key"_s, entry("old")));
+        const QStringList before = disk.files();
+        disk.fill();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^an answer was not kept: "_s));
+        QVERIFY(!onDisk.store(u"key"_s, entry("new")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^an answer was not kept: "_s));
+        QVERIFY(!onDisk.store(u"another"_s, entry("new")));
+        QCOMPARE(disk.files(), before);
+        QVERIFY(onDisk.find(u"key"_s, m_now));
+        QCOMPARE(onDisk.find(u"key"_s, m_now)->body, "old");
+        disk.makeRoom();
+        QVERIFY(onDisk.store(u"key"_s, entry("new")));
+        QCOMPARE(onDisk.find(u"key"_s, m_now)->body, "new");
     }
 
 private:

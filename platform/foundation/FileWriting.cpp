@@ -1,0 +1,105 @@
+#include "FileWriting.h"
+#include "FileErrors.h"
+#include "FilePaths.h"
+#include "FileSystemCalls.h"
+#include "TemporaryFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <atomic>
+#include <cerrno>
+
+#include <fcntl.h>
+
+namespace
+{
+constexpr int MaxLinks = 40;
+constexpr mode_t OwnersMode = 0600;
+constexpr mode_t OrdinaryMode = 0666;
+
+std::atomic<FileSystemCalls *> callsOfTest = nullptr;
+
+FileSystemCalls &callsInUse()
+{
+    static FileSystemCalls own;
+    FileSystemCalls *const given = callsOfTest;
+    return given ? *given : own;
+}
+
+/// Where a symbolic link ends.
+QString followed(const QString &path)
+{
+    QFileInfo end(path);
+    for (int links = 0; end.isSymLink() && links < MaxLinks; ++links)
+        end.setFile(end.symLinkTarget());
+    return end.absoluteFilePath();
+}
+
+/// What keeps the file from being replaced, or 0. A rename would also replace a device, and a file that the
+/// person has made read-only.
+int obstacleAt(const QFileInfo &file)
+{
+    if (file.isSymLink())
+        return -ELOOP;
+    if (!file.exists())
+        return 0;
+    if (file.isDir())
+        return -EISDIR;
+    if (!file.isFile())
+        return -EINVAL;
+    return file.isWritable() ? 0 : -EACCES;
+}
+
+int writeAndClose(FileSystemCalls &calls, int descriptor, const QByteArray &bytes, mode_t mode)
+{
+    int result = writeAll(calls, descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (result == 0 && mode != 0)
+        calls.setMode(descriptor, mode); // file systems of removable disks know no modes
+    if (result == 0)
+        result = flushToDisk(calls, descriptor);
+    const int closed = calls.close(descriptor);
+    return result < 0 ? result : closed;
+}
+
+int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &bytes, FileAccess access)
+{
+    struct stat status = {};
+    const bool isThere = calls.status(path, status) == 0;
+    const bool isNewForAll = access == FileAccess::AsBefore && !isThere;
+    const mode_t modeBefore = access == FileAccess::AsBefore && isThere ? status.st_mode & 0777U : 0;
+    QByteArray temporary;
+    const int descriptor =
+        openTemporary(calls, parentFolder(path), isNewForAll ? OrdinaryMode : OwnersMode, temporary);
+    if (descriptor < 0)
+        return descriptor;
+    int result = writeAndClose(calls, descriptor, bytes, modeBefore);
+    if (result == 0)
+        result = calls.rename(temporary, path);
+    if (result < 0) {
+        calls.unlink(temporary);
+        return result;
+    }
+    // Until the folder is on the disk, a power failure brings back the old file: whole, so this is no
+    // failure.
+    flushFolder(calls, parentFolder(path));
+    return 0;
+}
+} // namespace
+
+Result<void> writeFile(const QString &path, const QByteArray &bytes, FileAccess access)
+{
+    const QString target = followed(path);
+    const QByteArray name = QFile::encodeName(target);
+    int result = obstacleAt(QFileInfo(target));
+    if (result == 0)
+        result = replace(callsInUse(), name, bytes, access);
+    if (result < 0)
+        return writeError(-result, name);
+    return {};
+}
+
+void setCallsOfWriteFile(FileSystemCalls *calls)
+{
+    callsOfTest = calls;
+}

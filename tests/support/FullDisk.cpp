@@ -1,0 +1,125 @@
+#include "FullDisk.h"
+
+#include <platform/FileWriting.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTest>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr auto Filler = ".filler"_L1;
+
+void writeProcessFile(const char *path, const QByteArray &text)
+{
+    QFile file(QString::fromLatin1(path));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(text) != text.size())
+        qWarning("%s could not be written", path);
+}
+
+/// Gives this process mounts that no other process sees; as a person's process that needs a namespace of
+/// users, in which the person stays who they are.
+bool enterMountNamespace()
+{
+    const QByteArray user = QByteArray::number(::geteuid());
+    const QByteArray group = QByteArray::number(::getegid());
+    if (::unshare(CLONE_NEWNS) != 0) {
+        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return false;
+        writeProcessFile("/proc/self/setgroups", "deny");
+        writeProcessFile("/proc/self/uid_map", user + ' ' + user + " 1");
+        writeProcessFile("/proc/self/gid_map", group + ' ' + group + " 1");
+    }
+    return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+bool mountSmallFileSystem(const QString &folder)
+{
+    static const bool hasOwnMounts = enterMountNamespace();
+    return hasOwnMounts &&
+           ::mount("full-disk", QFile::encodeName(folder).constData(), "tmpfs", 0, "size=64k") == 0;
+}
+
+bool canMount()
+{
+    const QTemporaryDir folder;
+    const bool isMounted = mountSmallFileSystem(folder.path());
+    if (isMounted)
+        ::umount2(QFile::encodeName(folder.path()).constData(), MNT_DETACH);
+    return isMounted;
+}
+} // namespace
+
+void FullDisk::addRows()
+{
+    QTest::addColumn<QString>("failingCall");
+    if (canMount())
+        QTest::newRow("a full file system") << QString();
+    for (const char *name : {"open", "write", "flush", "close", "rename"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+FullDisk::FullDisk(const Sandbox &sandbox, const QString &failingCall) : m_failingCall(failingCall)
+{
+    const QString base = sandbox.path(u"full-disk-"_s);
+    for (int number = 1; m_folder.isEmpty() || QFileInfo::exists(m_folder); ++number)
+        m_folder = base + QString::number(number);
+    QDir().mkpath(m_folder);
+    if (m_failingCall.isEmpty() && !mountSmallFileSystem(m_folder))
+        qFatal("No file system could be mounted at %s", qUtf8Printable(m_folder));
+    setCallsOfWriteFile(&m_calls);
+}
+
+FullDisk::~FullDisk()
+{
+    setCallsOfWriteFile(nullptr);
+    if (m_failingCall.isEmpty())
+        ::umount2(QFile::encodeName(m_folder).constData(), MNT_DETACH);
+}
+
+QString FullDisk::path(const QString &relative) const
+{
+    return m_folder + u'/' + relative;
+}
+
+QStringList FullDisk::files() const
+{
+    QStringList names;
+    QDirIterator all(m_folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+    while (all.hasNext())
+        names += QDir(m_folder).relativeFilePath(all.next());
+    names.removeOne(Filler);
+    names.sort();
+    return names;
+}
+
+void FullDisk::fill()
+{
+    m_calls.failingName = m_failingCall;
+    m_calls.failure = ENOSPC;
+    if (!m_failingCall.isEmpty())
+        return;
+    const QByteArray page(4096, 'f');
+    QFile filler(path(Filler));
+    if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        qFatal("The file system could not be filled");
+    while (filler.write(page) > 0) {
+    }
+}
+
+void FullDisk::makeRoom()
+{
+    m_calls.failingName.clear();
+    if (m_failingCall.isEmpty() && !QFile::remove(path(Filler)))
+        qFatal("The filler could not be removed");
+}

@@ -1,0 +1,31 @@
+#pragma once
+#include "FaultyCalls.h"
+#include "Sandbox.h"
+
+/// A folder on a disk that a test fills up. Where the machine lets a test mount one, it is a small file
+/// system that nobody else sees; everywhere, a folder for which one of the calls of writeFile fails with
+/// ENOSPC.
+class FullDisk final
+{
+public:
+    /// Adds the column "failingCall" with a row for each way in which a disk is full. It is empty for the
+    /// file system that is really full.
+    static void addRows();
+
+    FullDisk(const Sandbox &sandbox, const QString &failingCall);
+    ~FullDisk();
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+    QString path(const QString &relative) const;
+    /// Everything in the folder that the test has put there, hidden names and those in folders included.
+    QStringList files() const;
+
+    void fill();
+    void makeRoom();
+
+private:
+    QString m_folder;
+    QString m_failingCall;
+    FaultyCalls m_calls;
+};
