@@ -1,38 +1,68 @@
 #include "FileSecretStore.h"
 
 #include <platform/Bundle.h>
+#include <platform/DamagedFile.h>
+#include <platform/FileWriting.h>
 #include <platform/MainQueue.h>
 #include <services/net/Json.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
+#include <QLoggingCategory>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
+Q_LOGGING_CATEGORY(log, "plovendix.services.secrets", QtInfoMsg)
+
 constexpr qint64 MaxBytes = 64LL * 1024;
 constexpr QFile::Permissions OnlyThePerson = QFile::ReadOwner | QFile::WriteOwner;
 
-QJsonObject content(const QString &path)
+/// Nothing when there is a file that cannot be read as secrets; no secrets when there is none.
+std::optional<QJsonObject> content(const QString &path)
 {
     QFile file(path);
+    if (!file.exists())
+        return QJsonObject();
     if (!file.open(QIODevice::ReadOnly) || file.size() > MaxBytes)
         return {};
-    return Json::object(file.readAll()).value_or(QJsonObject());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return {};
+    return bytes.isEmpty() ? QJsonObject() : Json::object(bytes);
 }
 
-bool save(const QString &path, const QJsonObject &secrets)
+std::optional<QString> secretIn(const QJsonObject &secrets, Secret secret)
+{
+    const QString text = Json::text(secrets, SecretStore::nameOf(secret));
+    return text.isEmpty() ? std::nullopt : std::optional(text);
+}
+
+Error notRead(const QString &path)
+{
+    const QString sentence = Bundle::main().localizedString(u"The keys in “%@” cannot be read."_s);
+    return {u"Secrets"_s, 4, QString(sentence).replace("%@"_L1, path), path + u" is damaged"_s};
+}
+
+Error notStored(const QString &path, const QString &reason, const QString &detail)
+{
+    const QString sentence = Bundle::main().localizedString(u"The key could not be stored in “%@”."_s);
+    return {u"Secrets"_s, 1, (QString(sentence).replace("%@"_L1, path) + u' ' + reason).trimmed(), detail};
+}
+
+Result<void> save(const QString &path, const QJsonObject &secrets)
 {
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    const QByteArray text = QJsonDocument(secrets).toJson();
-    // The permissions are set while the file is still empty.
-    return file.open(QIODevice::WriteOnly) && file.setPermissions(OnlyThePerson) &&
-           file.write(text) == text.size() && file.commit() && QFile::setPermissions(path, OnlyThePerson);
+    const Result<void> written = writeFile(path, QJsonDocument(secrets).toJson(), FileAccess::OwnerOnly);
+    if (!written)
+        return notStored(path, written.error().localizedDescription, written.error().detail);
+    // Not every file system knows permissions.
+    if (!QFile::setPermissions(path, OnlyThePerson))
+        return notStored(path, {}, u"the file cannot be closed to others"_s);
+    return {};
 }
 } // namespace
 
@@ -46,29 +76,34 @@ QString FileSecretStore::standardPath()
 
 std::optional<QString> FileSecretStore::find(Secret secret) const
 {
-    const QString text = Json::text(content(m_path), nameOf(secret));
-    return text.isEmpty() ? std::nullopt : std::optional(text);
+    const std::optional<QJsonObject> secrets = content(m_path);
+    if (!secrets)
+        qCWarning(log, "%s cannot be read as secrets.", qUtf8Printable(m_path));
+    return secretIn(secrets.value_or(QJsonObject()), secret);
 }
 
 Result<void> FileSecretStore::store(Secret secret, const QString &text) const
 {
-    QJsonObject secrets = content(m_path);
+    const std::optional<QJsonObject> known = content(m_path);
+    if (!known && !setDamagedFileAside(m_path))
+        return notStored(m_path, {}, u"the file is damaged"_s);
+    QJsonObject secrets = known.value_or(QJsonObject());
     secrets.remove(nameOf(secret));
     if (!text.isEmpty())
         secrets[nameOf(secret)] = text;
-    const bool nothingLeft = secrets.isEmpty();
-    if (nothingLeft ? !QFile::exists(m_path) || QFile::remove(m_path) : save(m_path, secrets))
+    if (!secrets.isEmpty())
+        return save(m_path, secrets);
+    if (!QFile::exists(m_path) || QFile::remove(m_path))
         return {};
-    return Error{
-        u"Secrets"_s, 1,
-        Bundle::main().localizedString(u"The key could not be stored in “%@”."_s).replace("%@"_L1, m_path),
-        u"the file cannot be written"_s};
+    return notStored(m_path, {}, u"the file cannot be removed"_s);
 }
 
 void FileSecretStore::read(Secret secret, ReadCompletion completion)
 {
-    MainQueue::shared().async(
-        [text = find(secret), completion = std::move(completion)] { completion(text); });
+    const std::optional<QJsonObject> secrets = content(m_path);
+    const Result<std::optional<QString>> answer =
+        secrets ? Result(secretIn(*secrets, secret)) : notRead(m_path);
+    MainQueue::shared().async([answer, completion = std::move(completion)] { completion(answer); });
 }
 
 void FileSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)

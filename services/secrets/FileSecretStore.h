@@ -2,7 +2,8 @@
 #include "SecretStore.h"
 
 /// Keeps secrets in a file that only the person can read (0600), for machines without a keyring. Used only
-/// where the person has agreed. Main thread only.
+/// where the person has agreed. A file that cannot be read as secrets is renamed to "NAME.damaged-N" before
+/// the first write. Main thread only.
 class FileSecretStore final : public SecretStore
 {
 public:
@@ -12,6 +13,7 @@ public:
     void read(Secret secret, ReadCompletion completion) override;
     void write(Secret secret, const QString &text, WriteCompletion completion) override;
 
+    /// Nothing, too, for a file that cannot be read, which is logged; `read` gives an Error for that.
     std::optional<QString> find(Secret secret) const;
     Result<void> store(Secret secret, const QString &text) const;
 

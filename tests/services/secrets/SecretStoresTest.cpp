@@ -5,9 +5,11 @@
 #include <services/secrets/KeychainSecretStore.h>
 #include <support/TestMain.h>
 #include <timing/Caught.h>
-#include <support/Sandbox.h>
+#include <support/FullDisk.h>
 
+#include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -51,7 +53,7 @@ private Q_SLOTS:
         // No keyring can be reached in here, whatever runs on this machine.
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + m_sandbox.path(u"no-bus"_s).toUtf8());
         qunsetenv("PLOVENDIX_SUBTITLE_API_KEY");
-        QFile::remove(filePath());
+        QVERIFY(QDir(m_sandbox.path(u"config"_s)).removeRecursively());
     }
     void cleanup() { MainQueue::shared().clear(); }
 
@@ -115,13 +117,69 @@ private Q_SLOTS:
         QVERIFY(!(QFile::permissions(filePath()) & QFile::ReadOther));
     }
 
-    void damagedFileHasNone()
+    void damagedFileIsKeptAside_data()
     {
-        for (const QByteArray &content :
-             {QByteArray("{"), QByteArray("[]"), QByteArray(), QByteArray(100'000, 'x')}) {
-            m_sandbox.writeFile(u"config/secrets"_s, content);
-            QVERIFY(!FileSecretStore(filePath()).find(Secret::SubtitleKey));
-        }
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("cut off") << QByteArray("{\"SubtitleServiceKey\": \"ke");
+        QTest::newRow("another kind") << QByteArray("[]");
+        QTest::newRow("too large") << QByteArray(100'000, 'x');
+    }
+    void damagedFileIsKeptAside()
+    {
+        QFETCH(const QByteArray, content);
+        m_sandbox.writeFile(u"config/secrets"_s, content);
+        FileSecretStore store(filePath());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read as secrets"_s));
+        QVERIFY(!store.find(Secret::SubtitleKey));
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QVERIFY(!*read);
+        QCOMPARE(contentOf(filePath()), content);
+
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(u"secrets was damaged and is kept as .*1\\.$"_s));
+        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
+        QCOMPARE(contentOf(asidePath()), content);
+        QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
+    }
+
+    /// A file that only a repair can open again is not lost either.
+    void fileThatCannotBeOpenedIsKeptAside()
+    {
+        QVERIFY(QDir().mkpath(filePath() + u"/inner"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as "_s));
+        QVERIFY(FileSecretStore(filePath()).store(Secret::SubtitleKey, u"key"_s));
+        QVERIFY(QFileInfo(asidePath() + u"/inner"_s).isDir());
+        QCOMPARE(FileSecretStore(filePath()).find(Secret::SubtitleKey), u"key"_s);
+    }
+
+    void emptyFileHoldsNoSecrets()
+    {
+        m_sandbox.writeFile(u"config/secrets"_s, {});
+        const FileSecretStore store(filePath());
+        QVERIFY(!store.find(Secret::SubtitleKey));
+        QVERIFY(store.store(Secret::SubtitleKey, u"key"_s));
+        QVERIFY(!QFileInfo::exists(asidePath()));
+    }
+
+    void fullDiskKeepsTheOldSecrets_data() { FullDisk::addRows(); }
+    void fullDiskKeepsTheOldSecrets()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const FileSecretStore store(disk.path(u"secrets"_s));
+        QVERIFY(store.store(Secret::SubtitleKey, u"key"_s));
+        disk.fill();
+        const Result<void> stored = store.store(Secret::SubtitlePassword, u"word"_s);
+        QVERIFY(!stored);
+        QVERIFY(stored.error().localizedDescription.endsWith(u"There is not enough free space."_s));
+        QCOMPARE(disk.files(), QStringList{u"secrets"_s});
+        QCOMPARE(store.find(Secret::SubtitleKey), u"key"_s);
+        disk.makeRoom();
+        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
+        QCOMPARE(store.find(Secret::SubtitleKey), u"key"_s);
+        QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
     }
 
     void withoutAKeyringThePersonIsAsked_data()
@@ -205,6 +263,12 @@ private Q_SLOTS:
 
 private:
     QString filePath() const { return m_sandbox.path(u"config/secrets"_s); }
+    QString asidePath() const { return filePath() + u".damaged-1"_s; }
+    static QByteArray contentOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
+    }
 
     Sandbox m_sandbox;
 };
