@@ -73,6 +73,16 @@ def includes_name_their_room(root):
     yield from _matches(root, _cpp(root), r'#include\s*[<"]\.\./[^>"]*', '{} goes around the room\'s door', prepare=str)
 
 
+def files_are_written_whole(root):
+    """A full disk empties what is written in place, and QSaveFile::commit reports success for an empty file."""
+    paths = _cpp(root, *ROOMS)
+    yield from _matches(root, paths, r'\b(QSaveFile|QTemporaryFile|std::ofstream|std::fopen)\b',
+                        '{} loses files on a full disk; writeFile does not', prepare=code_only)
+    with_files = [path for path in paths if '#include <QFile>' in read(root, path)]
+    yield from _matches(root, with_files, r'\bopen\s*\(\s*QIODevice::(WriteOnly|ReadWrite|Append)\b',
+                        '{} writes in place; writeFile replaces the file whole')
+
+
 def nothing_is_unfinished(root):
     words = '|'.join(('TO' + 'DO', 'FIX' + 'ME', 'X' + 'XX'))
     yield from _matches(root, files(root), rf'\b({words})\b', '{} left behind', prepare=str)
@@ -100,5 +110,5 @@ def layout_is_clang_format(root):
 
 RULES = {rule.__name__: rule for rule in (
     tests_do_not_sleep, connections_are_typed, connections_have_a_context, events_are_not_pumped, files_are_short,
-    only_the_entry_knows_services, includes_name_their_room, nothing_is_unfinished, no_paths_of_one_machine,
-    layout_is_clang_format)}
+    only_the_entry_knows_services, includes_name_their_room, files_are_written_whole, nothing_is_unfinished,
+    no_paths_of_one_machine, layout_is_clang_format)}
