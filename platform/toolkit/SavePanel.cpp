@@ -17,6 +17,8 @@
 
 namespace
 {
+std::function<void()> panelObserver; // set while no other thread runs
+
 const QString LastSaveFolderKey = QStringLiteral("lastSaveFolder");
 
 /// The folder of a place: itself, or the one a file stands in. Nothing when it is gone.
@@ -46,8 +48,18 @@ QString defaultFolder()
 }
 } // namespace
 
-SavePanel::SavePanel() = default;
+SavePanel::SavePanel()
+{
+    if (panelObserver)
+        panelObserver();
+}
+
 SavePanel::~SavePanel() = default;
+
+void SavePanel::setObserver(std::function<void()> observer)
+{
+    panelObserver = std::move(observer);
+}
 
 void SavePanel::beginSheetModalForWindow(Window *window, std::function<void(ModalResponse)> completion)
 {

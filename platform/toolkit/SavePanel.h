@@ -24,6 +24,8 @@ class SavePanel final : public std::enable_shared_from_this<SavePanel>
 public:
     SavePanel();
     ~SavePanel();
+    /// For tests: called for every panel, on the thread that makes it.
+    static void setObserver(std::function<void()> observer);
 
     QString title;
     /// Where it opens: a folder, or a file for its folder. Nothing, or a folder that is gone: the folder used

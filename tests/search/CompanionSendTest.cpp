@@ -1,6 +1,7 @@
 #include "DownloadFixture.h"
 
 #include <platform/Label.h>
+#include <platform/SavePanel.h>
 #include <support/TestMain.h>
 
 #include <QFile>
@@ -18,14 +19,19 @@ private Q_SLOTS:
 
     void requestSendsToTheCompanion();
     void optionAloneForcesTheSheet();
+    void optionWithADoubleClickForcesTheSheet_data();
+    void optionWithADoubleClickForcesTheSheet();
     void optionWithShiftSends();
     void refusedReplyFallsBackToTheSheet();
     void noMoviesFolderFallsBackToTheSheet();
+    void errorsAreInTheirOrder();
     void saveAsAlwaysShowsTheSheet();
     void onlyOptionAloneForcesTheSheet_data();
     void onlyOptionAloneForcesTheSheet();
     void optionCountsWhenTheDownloadStarts();
     void deliveryRunsOnTheServicesThread();
+    void panelIsMadeOnTheServicesThread_data();
+    void panelIsMadeOnTheServicesThread();
     void requestThatCameMeanwhileIsServed();
     void requestForgottenMeanwhileIsNotServed();
 };
@@ -55,6 +61,32 @@ void CompanionSendTest::optionAloneForcesTheSheet()
     finishWith(downloadedFile());
     QVERIFY(sheet());
     QVERIFY(m_workspace->opened.isEmpty());
+}
+
+void CompanionSendTest::optionWithADoubleClickForcesTheSheet_data()
+{
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("forced");
+    QTest::newRow("none") << int(Qt::NoModifier) << false;
+    QTest::newRow("Option") << int(Qt::AltModifier) << true;
+    QTest::newRow("Option and Shift") << int(Qt::AltModifier | Qt::ShiftModifier) << false;
+}
+
+void CompanionSendTest::optionWithADoubleClickForcesTheSheet()
+{
+    QFETCH(int, modifiers);
+    QFETCH(bool, forced);
+    searchVideo(tessaly());
+    m_view->table()->selectRow(0);
+    QWidget *rows = m_view->table()->viewport();
+    const QPoint row = m_view->table()->visualRect(m_view->table()->model()->index(0, 0)).center();
+    const auto held = Qt::KeyboardModifiers::fromInt(modifiers);
+    QTest::mouseClick(rows, Qt::LeftButton, held, row);
+    QTest::mouseDClick(rows, Qt::LeftButton, held, row);
+    QCOMPARE(m_view->service->downloadCount(), 1);
+    finishWith(downloadedFile());
+    QCOMPARE(sheet() != nullptr, forced);
+    QCOMPARE(m_workspace->opened.size(), forced ? 0 : 1);
 }
 
 void CompanionSendTest::optionWithShiftSends()
@@ -91,6 +123,13 @@ void CompanionSendTest::noMoviesFolderFallsBackToTheSheet()
     QVERIFY(shown.isEmpty());
     QVERIFY(sheet());
     QVERIFY(QFile::exists(m_sandbox.path(u"downloads/A.srt"_s)));
+}
+
+void CompanionSendTest::errorsAreInTheirOrder()
+{
+    using Errors = MainViewController::SendSubtitleErrors;
+    QCOMPARE(static_cast<int>(Errors::couldNotFindMoviesFolder), 0);
+    QCOMPARE(static_cast<int>(Errors::plovendixFolderNotPresent), 1);
 }
 
 void CompanionSendTest::saveAsAlwaysShowsTheSheet()
@@ -155,6 +194,34 @@ void CompanionSendTest::deliveryRunsOnTheServicesThread()
     QVERIFY(m_view->controller->isDownloading());
     m_view->turn();
     QVERIFY(!m_view->controller->isDownloading());
+}
+
+void CompanionSendTest::panelIsMadeOnTheServicesThread_data()
+{
+    QTest::addColumn<bool>("toCompanion");
+    QTest::newRow("for a sheet") << false;
+    QTest::newRow("thrown away after a delivery") << true;
+}
+
+void CompanionSendTest::panelIsMadeOnTheServicesThread()
+{
+    QFETCH(bool, toCompanion);
+    searchVideo(toCompanion ? std::optional(tessaly()) : std::nullopt);
+    downloadFirst();
+    QList<std::thread::id> madeOn;
+    qsizetype openedBefore = -1;
+    SavePanel::setObserver([&] {
+        madeOn += std::this_thread::get_id();
+        openedBefore = m_workspace->opened.size();
+    });
+    m_view->service->finishDownload(0, downloadedFile());
+    m_view->turn();
+    SavePanel::setObserver({});
+    QCOMPARE(madeOn.size(), 1);
+    QVERIFY(madeOn.first() != std::this_thread::get_id());
+    QCOMPARE(openedBefore, 0);
+    QCOMPARE(sheet() == nullptr, toCompanion);
+    QCOMPARE(m_workspace->opened.size(), toCompanion ? 1 : 0);
 }
 
 void CompanionSendTest::requestThatCameMeanwhileIsServed()

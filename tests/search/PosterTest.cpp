@@ -56,12 +56,20 @@ private Q_SLOTS:
     void posterFillsItsPlaceWithRoundedCorners();
     void posterForAControllerThatIsGone();
     void errorForAControllerThatIsGoneIsNotPrinted();
-    void posterFadesInAndOut();
+    void posterFadesIn();
+    void posterIsClearedWithAFade();
 
 private:
     ImageView *poster() const { return m_view->child<ImageView>("detailViewImageView"); }
     QString label(const char *name) const { return m_view->child<Label>(name)->text(); }
     void select(int row) const { m_view->table()->selectRow(row); }
+    /// A transition stays on its layer for later changes; this layer shows the image and has none.
+    void useLayerWithoutATransition(const std::optional<Image> &image) const
+    {
+        auto layer = std::make_unique<Layer>();
+        layer->setContents(image);
+        poster()->setLayer(std::move(layer));
+    }
 
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
@@ -202,19 +210,27 @@ void PosterTest::errorForAControllerThatIsGoneIsNotPrinted()
     m_view = std::make_unique<MainViewFixture>();
 }
 
-void PosterTest::posterFadesInAndOut()
+void PosterTest::posterFadesIn()
 {
     Animator::setReducedMotion(false);
-    m_view->showResults(2);
+    m_view->showResults(1);
     select(0);
-    // One that knows of no fade yet; the clearing has left one on the layer before.
-    poster()->setLayer(std::make_unique<Layer>());
+    useLayerWithoutATransition(std::nullopt); // the clearing has left one on the layer before
     m_view->metadata->findCompletions.front()(found(1, 0));
     m_view->metadata->imageCompletions.front()(picture(Qt::red));
     QVERIFY(poster()->layer()->fadeProgress() < 1.0);
     QTRY_COMPARE(poster()->layer()->fadeProgress(), 1.0);
+}
+
+void PosterTest::posterIsClearedWithAFade()
+{
+    Animator::setReducedMotion(false);
+    m_view->showResults(2);
+    select(0);
+    useLayerWithoutATransition(Image(picture(Qt::red))); // the poster's own fade has left one as well
     select(1);
     QVERIFY(!poster()->image());
+    QVERIFY(!poster()->layer()->contents());
     QVERIFY(poster()->layer()->fadeProgress() < 1.0);
 }
 

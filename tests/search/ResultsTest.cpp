@@ -64,6 +64,7 @@ private Q_SLOTS:
     void listStoredDuringAReloadIsShownWholeOrNotAtAll();
     void selectionOverAnEmptyListIsOnlyPrinted();
     void selectionOverAnAbsentListIsPassedOver();
+    void absentListTakesASelectedRowAway();
     void fillingThePanelWithoutASelectionIsOnlyPrinted();
     void panelThatIsShownIsLeftAlone();
     void panelThatIsHiddenIsLeftAlone();
@@ -294,6 +295,25 @@ void ResultsTest::selectionOverAnAbsentListIsPassedOver()
     QVERIFY(label("detailFileLabel") != u"Film.2"_s);
     m_view->controller->downloadSelectedSubtitle();
     QCOMPARE(m_view->service->downloadCount(), 0);
+}
+
+void ResultsTest::absentListTakesASelectedRowAway()
+{
+    m_view->showResults(3);
+    select(1);
+    m_view->controller->searchForText(u"a"_s, std::nullopt);
+    m_view->service->finishLast(QueryResult{});
+    m_sandbox.clearPrintedLines();
+    m_view->controller->updateUIState(false); // a row is selected still, and fills nothing
+    m_view->controller->downloadSelectedSubtitle();
+    QCOMPARE(m_sandbox.printedLines(), QStringList());
+    QCOMPARE(m_view->service->downloadCount(), 0);
+    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+    m_view->turn();
+    QCOMPARE(m_view->table()->numberOfRows(), 0);
+    QCOMPARE(m_view->table()->selectedRow(), -1);
+    QCOMPARE(constraint()->constant(), -168.0);
+    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
 }
 
 void ResultsTest::panelThatIsShownIsLeftAlone()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void storedLanguageIsConvertedAndReadAfresh();
     void languageWithoutEntryIsSearchedInEnglish();
     void languageChangeRepeatsTheFileSearchWithItsRequest();
+    void languageChangeGivesTheRequestToTheRepeatedSearch();
     void languageChangeRepeatsTheTextSearchAndForgetsTheRequest();
     void languageChangeWithNothingToRepeatOnlyPrints();
     void languageChangeDeselectsTheRows();
@@ -71,6 +72,15 @@ void SearchLanguageTest::languageChangeRepeatsTheFileSearchWithItsRequest()
     QCOMPARE(m_view->metadata->preferredLanguage, u"de"_s);
     QCOMPARE(m_view->service->queries.size(), 2);
     QVERIFY(m_view->service->queries.last().last() == (Arg{Param::language, u"ger"_s}));
+    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+}
+
+void SearchLanguageTest::languageChangeGivesTheRequestToTheRepeatedSearch()
+{
+    m_view->controller->searchForFile(Video, Tessaly);
+    m_view->downloadButton()->setText(u"Another"_s); // a search that gets a request names it
+    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+    QCOMPARE(m_view->service->hashed, (QList<QUrl>{Video, Video}));
     QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
 }
 
