@@ -10,23 +10,12 @@
 
 #include <QDir>
 #include <QFile>
-#include <QStringList>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 const QString SupportAddress = u"support@quorvane.example"_s;
-
-/// The localised format with each "%@" replaced in turn; the texts may themselves contain one.
-QString filled(const QString &format, const QStringList &texts)
-{
-    const QStringList parts = format.split(u"%@"_s);
-    QString result = parts.first();
-    for (qsizetype index = 1; index < parts.size(); ++index)
-        result += texts.value(index - 1) + parts.at(index);
-    return result;
-}
 
 Error requestError(const QString &description)
 {
@@ -62,13 +51,13 @@ void IncomingRequestHandler::handle(const std::optional<QString> &text)
     const auto fileText = components.firstValue(u"fileurl"_s);
     if (!fileText) {
         const QString format = String::localize(u"Cannot create URL from %@. Contact %@"_s);
-        return m_host.presentError(requestError(filled(format, {*text, SupportAddress})));
+        return m_host.presentError(requestError(String::fill(format, {*text, SupportAddress})));
     }
     const auto info = requestInfo(components.firstValue(u"docid"_s), components.firstValue(u"sender"_s));
     const QUrl file = fileURL(*fileText);
     if (!file.isValid()) {
         const QString format = String::localize(u"Cannot create URL from %@"_s);
-        return m_host.presentError(requestError(filled(format, {*fileText})));
+        return m_host.presentError(requestError(String::fill(format, {*fileText})));
     }
     deliver({file, info});
 }

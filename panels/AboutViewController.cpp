@@ -22,17 +22,6 @@ bool isText(const QVariant &value)
 {
     return value.typeId() == QMetaType::QString;
 }
-
-/// Puts two texts in the places of "%@", in their order. Either may contain such a mark itself.
-QString filled(const QString &format, const QString &first, const QString &second)
-{
-    const auto firstPlace = format.indexOf("%@"_L1);
-    const auto secondPlace = firstPlace < 0 ? -1 : format.indexOf("%@"_L1, firstPlace + 2);
-    if (secondPlace < 0)
-        return format;
-    return format.left(firstPlace) + first + format.mid(firstPlace + 2, secondPlace - firstPlace - 2) +
-           second + format.mid(secondPlace + 2);
-}
 } // namespace
 
 AboutViewController::AboutViewController()
@@ -55,7 +44,7 @@ QString AboutViewController::appVersion() const
     const QVariant build = information.value(u"CFBundleVersion"_s);
     if (!isText(version) || !isText(build))
         return u"Unknown"_s;
-    return filled(String::localize(u"Version %@ (%@)"_s), version.toString(), build.toString());
+    return String::fill(String::localize(u"Version %@ (%@)"_s), {version.toString(), build.toString()});
 }
 
 void AboutViewController::loadView()

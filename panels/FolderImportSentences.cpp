@@ -13,7 +13,7 @@ namespace
 {
 QString counted(const QString &format, qint64 count)
 {
-    return QString(format).replace("%@"_L1, QLocale().toString(count));
+    return String::fill(format, {QLocale().toString(count)});
 }
 
 QString added(const FolderImportState &state)
@@ -36,8 +36,8 @@ QString knownAndRefused(const FolderImportState &state)
 QString finished(const FolderImportState &state)
 {
     if (state.total == 0)
-        return String::localize(u"There are no subtitle files in “%@”."_s)
-            .replace("%@"_L1, QDir(state.folder).dirName());
+        return String::fill(String::localize(u"There are no subtitle files in “%@”."_s),
+                            {QDir(state.folder).dirName()});
     return u"%1 %2"_s.arg(added(state), knownAndRefused(state)).trimmed();
 }
 } // namespace
@@ -49,10 +49,9 @@ QString FolderImportSentences::whileRunning(const FolderImportState &state)
     if (state.files == 0)
         return counted(String::localize(u"Subtitle files found: %@"_s), state.total);
     const QLocale locale;
-    return String::localize(u"%1$@ of %2$@ files, subtitles added: %3$@"_s)
-        .replace("%1$@"_L1, locale.toString(state.files))
-        .replace("%2$@"_L1, locale.toString(std::max(state.files, state.total)))
-        .replace("%3$@"_L1, locale.toString(state.added));
+    return String::fill(String::localize(u"%1$@ of %2$@ files, subtitles added: %3$@"_s),
+                        {locale.toString(state.files), locale.toString(std::max(state.files, state.total)),
+                         locale.toString(state.added)});
 }
 
 QString FolderImportSentences::atTheEnd(const FolderImportState &state)

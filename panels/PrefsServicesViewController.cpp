@@ -38,10 +38,9 @@ QString downloadsLeft(const ServiceAccounts::Connection &connection)
     const QLocale locale;
     const QString remaining = locale.toString(*connection.remainingDownloads);
     if (!connection.allowedDownloads)
-        return String::localize(u"Downloads left today: %@."_s).replace("%@"_L1, remaining);
-    return String::localize(u"Downloads left today: %1$@ of %2$@."_s)
-        .replace("%1$@"_L1, remaining)
-        .replace("%2$@"_L1, locale.toString(*connection.allowedDownloads));
+        return String::fill(String::localize(u"Downloads left today: %@."_s), {remaining});
+    return String::fill(String::localize(u"Downloads left today: %1$@ of %2$@."_s),
+                        {remaining, locale.toString(*connection.allowedDownloads)});
 }
 
 QString sentenceFor(const Result<ServiceAccounts::Connection> &answer)
@@ -148,7 +147,7 @@ void PrefsServicesViewController::showCataloguePlace()
     button->setToolTip(QFileInfo(catalogue.file).absolutePath());
     QString size = QLocale().formattedDataSize(catalogue.bytes);
     if (!catalogue.isOwn)
-        size = String::localize(u"%@, comes with the program"_s).replace("%@"_L1, size);
+        size = String::fill(String::localize(u"%@, comes with the program"_s), {size});
     m_scene->catalogueSizeLabel->setText(size);
 }
 

@@ -62,14 +62,14 @@ void UpdateViewController::showChecking()
 void UpdateViewController::showUpToDate(const QString &installedVersion)
 {
     enter(State::Done, String::localize(u"You are up to date"_s),
-          String::localize(u"Plovendix %@ is the newest version."_s).replace("%@"_L1, installedVersion));
+          String::fill(String::localize(u"Plovendix %@ is the newest version."_s), {installedVersion}));
 }
 
 void UpdateViewController::showOffer(const UpdateOffer &offer)
 {
-    QString explanation =
-        String::localize(u"Plovendix %1$@ is available; you have %2$@. It is signed by the maker."_s);
-    explanation.replace("%2$@"_L1, offer.installedVersion).replace("%1$@"_L1, offer.version);
+    const QString explanation = String::fill(
+        String::localize(u"Plovendix %1$@ is available; you have %2$@. It is signed by the maker."_s),
+        {offer.version, offer.installedVersion});
     enter(State::Offer, String::localize(u"There is a new version of Plovendix"_s), explanation);
     m_scene->notesView->setPlainText(offer.notes);
     m_scene->notesView->setVisible(!offer.notes.isEmpty());

@@ -42,12 +42,10 @@ bool isUnknown(const QString &preferredCode, const QString &searchedLanguage)
 /// A sentence of its own for each number, because languages join a list in their own ways.
 QString worksWith(const QStringList &names)
 {
-    QString text = names.size() == 1   ? String::localize(u"Works with %1$@"_s)
-                   : names.size() == 2 ? String::localize(u"Works with %1$@ and %2$@"_s)
-                                       : String::localize(u"Works with %1$@, %2$@ and %3$@"_s);
-    for (qsizetype index = 0; index < names.size(); ++index)
-        text.replace(u"%1$@"_s.replace(u'1', QString::number(index + 1)), names[index]);
-    return text;
+    const QString format = names.size() == 1   ? String::localize(u"Works with %1$@"_s)
+                           : names.size() == 2 ? String::localize(u"Works with %1$@ and %2$@"_s)
+                                               : String::localize(u"Works with %1$@, %2$@ and %3$@"_s);
+    return String::fill(format, names);
 }
 } // namespace
 
@@ -64,8 +62,8 @@ DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
 {
     const bool unknown = isUnknown(preferredCode, searchedLanguage);
     const QString searched = unknown || preferredCode.isEmpty() ? u"en"_s : preferredCode;
-    QString headline = String::localize(u"Nothing found for “%1$@” in %2$@"_s);
-    headline.replace("%2$@"_L1, languageName(searched)).replace("%1$@"_L1, shortened(text));
+    const QString headline = String::fill(String::localize(u"Nothing found for “%1$@” in %2$@"_s),
+                                          {shortened(text), languageName(searched)});
     const QString notice = languageNotice(preferredCode, searchedLanguage);
     if (!notice.isEmpty())
         return {headline, notice};
@@ -102,6 +100,7 @@ QString languageNotice(const QString &preferredCode, const QString &searchedLang
 {
     if (!isUnknown(preferredCode, searchedLanguage))
         return {};
-    return String::localize(u"The services do not know the language “%@”; English was searched"_s)
-        .replace("%@"_L1, languageName(preferredCode));
+    return String::fill(
+        String::localize(u"The services do not know the language “%@”; English was searched"_s),
+        {languageName(preferredCode)});
 }

@@ -95,7 +95,7 @@ void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, 
         const Result<bool> sent = sendSubtitleToExternalApp(file, *subtitle);
         if (sent && *sent) {
             onMainQueue(weakSelf(), [name = request->name](MainViewController &self) {
-                self.showDelivered(String::localize(u"Sent to %@"_s).replace("%@"_L1, name), std::nullopt);
+                self.showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
             });
             return;
         }
@@ -143,7 +143,7 @@ void MainViewController::moveToChosenPlace(const QUrl &file, const std::optional
         return;
     }
     const QString name = FileManager::displayName(*destination);
-    showDelivered(String::localize(u"Saved as %@"_s).replace("%@"_L1, name), *destination);
+    showDelivered(String::fill(String::localize(u"Saved as %@"_s), {name}), *destination);
 }
 
 void MainViewController::showDelivered(const QString &text, const std::optional<QUrl> &file)

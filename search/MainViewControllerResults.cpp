@@ -135,6 +135,6 @@ void MainViewController::showRemainingDownloads()
     const std::optional<int> remaining = ServiceStatus::shared().value().remainingDownloads;
     if (remaining)
         m_scene->remainingLabel->setText(
-            String::localize(u"Downloads left: %@"_s).replace("%@"_L1, QLocale().toString(*remaining)));
+            String::fill(String::localize(u"Downloads left: %@"_s), {QLocale().toString(*remaining)}));
     m_scene->remainingLabel->setVisible(remaining.has_value());
 }

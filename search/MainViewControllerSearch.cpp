@@ -230,8 +230,7 @@ void MainViewController::updateDownloadButton()
         return;
     const QString comment = u"Download subtitle file"_s;
     if (const auto info = currentExternalRequestInfo.load()) {
-        QString title = String::localize(u"Send to %@"_s, comment);
-        title.replace("%@"_L1, info->name);
+        QString title = String::fill(String::localize(u"Send to %@"_s, comment), {info->name});
         // The name comes from outside and the button has no mnemonic.
         downloadButton->setText(title.replace(u'&', "&&"_L1));
         return;
@@ -244,7 +243,7 @@ void MainViewController::showResultCount()
     const auto found = subtitles.load();
     const auto count = found ? found->size() : 0;
     setWindowTitle(
-        String::localize(u"Plovendix (%d subtitles found)"_s).replace("%d"_L1, QString::number(count)));
+        String::fill(String::localize(u"Plovendix (%d subtitles found)"_s), {QString::number(count)}));
 }
 
 void MainViewController::setWindowTitle(const QString &title)

@@ -1,5 +1,5 @@
 #include "FileErrors.h"
-#include "Bundle.h"
+#include "LocalizedString.h"
 #include "FilePaths.h"
 
 #include <QStringList>
@@ -10,24 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Puts arguments in the places "%1$@", "%2$@", … in one pass: a file name may contain such a mark itself.
-QString filled(const QString &format, const QStringList &arguments)
-{
-    QString text;
-    for (qsizetype place = 0; place < format.size(); ++place) {
-        const QStringView rest = QStringView(format).mid(place);
-        const bool isMark =
-            rest.size() >= 4 && rest[0] == u'%' && rest[1].isDigit() && rest.mid(2, 2) == u"$@";
-        if (!isMark) {
-            text += rest[0];
-            continue;
-        }
-        text += arguments.value(rest[1].digitValue() - 1);
-        place += 3;
-    }
-    return text;
-}
-
 /// The keys stand whole in this file, because translators search for them.
 QString moveSentence(int code)
 {
@@ -72,7 +54,7 @@ QString writeSentence(int code)
 
 Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
 {
-    const QString sentence = filled(Bundle::main().localizedString(key), arguments);
+    const QString sentence = String::fill(String::localize(key), arguments);
     return Error{u"FileManager"_s, code, sentence, detail + u": "_s + qt_error_string(code)};
 }
 

@@ -2,7 +2,7 @@
 #include "ChromeColors.h"
 
 #include <platform/Appearance.h>
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 
 #include <QPainter>
 #include <QTimerEvent>
@@ -19,7 +19,7 @@ constexpr QSize DefaultSize{20, 20};
 BusyIndicator::BusyIndicator(QWidget *parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAccessibleName(Bundle::main().localizedString(u"Searching"_s));
+    setAccessibleName(String::localize(u"Searching"_s));
     connect(&Appearance::shared(), &Appearance::changed, this, &BusyIndicator::followMotionSetting);
 }
 

@@ -2,7 +2,7 @@
 
 #include "DialogFrame.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/MainQueue.h>
 
 #include <QMessageBox>
@@ -54,7 +54,7 @@ void showErrorAlert(const Error &error, QWidget *window)
     alert->setIcon(QMessageBox::Warning);
     alert->setTextFormat(Qt::PlainText);
     alert->setText(breakable(boundedText(error.localizedDescription)));
-    alert->addButton(Bundle::main().localizedString(QStringLiteral("OK")), QMessageBox::AcceptRole);
+    alert->addButton(String::localize(QStringLiteral("OK")), QMessageBox::AcceptRole);
     alert->setWindowModality(Qt::ApplicationModal);
     DialogFrame::putAround(*alert);
     alert->exec();

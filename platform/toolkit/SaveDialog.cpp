@@ -2,7 +2,7 @@
 
 #include "DialogFrame.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/FatalFault.h>
 
 #include <QDir>
@@ -13,14 +13,10 @@ namespace
 {
 constexpr QSize ContentSize{700, 400}; // the list shows its columns, the window behind stays in sight
 
-QString localized(const QString &key)
-{
-    return Bundle::main().localizedString(key);
-}
 } // namespace
 
 SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &folder, const QString &name)
-    : QFileDialog(window, title.isEmpty() ? localized(QStringLiteral("Save")) : title),
+    : QFileDialog(window, title.isEmpty() ? String::localize(QStringLiteral("Save")) : title),
       // A name has no slash; one that came from elsewhere must not lead out of the folder.
       m_suggestedName(QString(name).replace(u'/', u'_'))
 {
@@ -28,10 +24,10 @@ SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &fol
     setOption(QFileDialog::DontConfirmOverwrite);
     setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
-    setLabelText(QFileDialog::Accept, localized(QStringLiteral("Save")));
-    setLabelText(QFileDialog::Reject, localized(QStringLiteral("Cancel")));
-    setLabelText(QFileDialog::LookIn, localized(QStringLiteral("Look in:")));
-    setLabelText(QFileDialog::FileName, localized(QStringLiteral("File &name:")));
+    setLabelText(QFileDialog::Accept, String::localize(QStringLiteral("Save")));
+    setLabelText(QFileDialog::Reject, String::localize(QStringLiteral("Cancel")));
+    setLabelText(QFileDialog::LookIn, String::localize(QStringLiteral("Look in:")));
+    setLabelText(QFileDialog::FileName, String::localize(QStringLiteral("File &name:")));
     hideTypes();
     DialogFrame::putAround(*this);
     resize(ContentSize.grownBy(contentsMargins()));

@@ -1,7 +1,7 @@
 #include "TitleBarButton.h"
 #include "ChromeColors.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 
 #include <QPainter>
 
@@ -17,15 +17,15 @@ QString nameOf(TitleBarButton::Glyph glyph)
 {
     switch (glyph) {
     case TitleBarButton::Glyph::Minimize:
-        return Bundle::main().localizedString(u"Minimize"_s);
+        return String::localize(u"Minimize"_s);
     case TitleBarButton::Glyph::Maximize:
-        return Bundle::main().localizedString(u"Maximize"_s);
+        return String::localize(u"Maximize"_s);
     case TitleBarButton::Glyph::Restore:
-        return Bundle::main().localizedString(u"Restore"_s);
+        return String::localize(u"Restore"_s);
     case TitleBarButton::Glyph::Close:
         break;
     }
-    return Bundle::main().localizedString(u"Close"_s);
+    return String::localize(u"Close"_s);
 }
 } // namespace
 

@@ -1,6 +1,6 @@
 #include "WindowMenu.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/Window.h>
 
 #include <QMenu>
@@ -10,10 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-QString localized(const QString &key)
-{
-    return Bundle::main().localizedString(key);
-}
 } // namespace
 
 QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition)
@@ -23,16 +19,16 @@ QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition)
     const bool maximized = window.isMaximized();
     const bool zoomable = window.isZoomable();
 
-    menu->addAction(localized(u"Restore"_s), &window, &QWidget::showNormal)->setEnabled(maximized);
-    menu->addAction(localized(u"Move"_s), &window,
+    menu->addAction(String::localize(u"Restore"_s), &window, &QWidget::showNormal)->setEnabled(maximized);
+    menu->addAction(String::localize(u"Move"_s), &window,
                     [&window] {
                         if (window.windowHandle())
                             window.windowHandle()->startSystemMove();
                     })
         ->setEnabled(!maximized);
-    menu->addAction(localized(u"Minimize"_s), &window, &QWidget::showMinimized)
+    menu->addAction(String::localize(u"Minimize"_s), &window, &QWidget::showMinimized)
         ->setEnabled(!window.isStandardButtonHidden(Window::StandardButton::Miniaturize));
-    menu->addAction(localized(u"Maximize"_s), &window, &QWidget::showMaximized)
+    menu->addAction(String::localize(u"Maximize"_s), &window, &QWidget::showMaximized)
         ->setEnabled(zoomable && !maximized);
     menu->addSeparator();
     menu->addAction(window.closeAction());

@@ -5,7 +5,7 @@
 #include "WindowMenu.h"
 #include "WindowSystem.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/ViewController.h>
 
 #include <QAction>
@@ -29,7 +29,7 @@ void Window::Private::build()
     QObject::connect(titleBar, &TitleBar::menuRequested, q,
                      [this](const QPoint &position) { showMenu(position); });
 
-    closeAction = new QAction(Bundle::main().localizedString(u"Close"_s), q);
+    closeAction = new QAction(String::localize(u"Close"_s), q);
     closeAction->setShortcut(Qt::CTRL | Qt::Key_W);
     QObject::connect(closeAction, &QAction::triggered, q, &QWidget::close);
     q->addAction(closeAction);

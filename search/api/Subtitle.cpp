@@ -1,16 +1,13 @@
 #include "Subtitle.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <QLocale>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-QString localized(const char *text)
-{
-    return Bundle::main().localizedString(QString::fromUtf8(text));
-}
-
 QString filmName(const Subtitle &subtitle)
 {
     if (subtitle.title.isEmpty())
@@ -37,16 +34,16 @@ QString Subtitle::detailString() const
     const QLocale locale;
     add(filmName(*this));
     if (matchesHash)
-        add(localized("matches this file"));
+        add(String::localize(u"matches this file"_s));
     if (framesPerSecond && *framesPerSecond > 0)
-        add(localized("%@ fps").replace(QLatin1String("%@"), locale.toString(*framesPerSecond, 'g', 5)));
+        add(String::fill(String::localize(u"%@ fps"_s), {locale.toString(*framesPerSecond, 'g', 5)}));
     if (downloads)
-        add(localized("%@ downloads").replace(QLatin1String("%@"), locale.toString(*downloads)));
+        add(String::fill(String::localize(u"%@ downloads"_s), {locale.toString(*downloads)}));
     if (hearingImpaired)
-        add(localized("hearing impaired"));
+        add(String::localize(u"hearing impaired"_s));
     if (foreignPartsOnly)
-        add(localized("foreign parts only"));
+        add(String::localize(u"foreign parts only"_s));
     if (machineTranslated)
-        add(localized("machine translated"));
+        add(String::localize(u"machine translated"_s));
     return parts.join(QStringLiteral(" · "));
 }

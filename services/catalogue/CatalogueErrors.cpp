@@ -1,25 +1,23 @@
 #include "CatalogueErrors.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 
 using namespace Qt::StringLiterals;
 
 CatalogueErrors::CatalogueErrors()
 {
-    const Bundle &bundle = Bundle::main();
-    m_missing = bundle.localizedString(u"The subtitle catalogue “%@” is missing. Install Plovendix again."_s);
-    m_damaged =
-        bundle.localizedString(u"The subtitle catalogue “%@” is damaged. Replace the file or remove it."_s);
+    m_missing = String::localize(u"The subtitle catalogue “%@” is missing. Install Plovendix again."_s);
+    m_damaged = String::localize(u"The subtitle catalogue “%@” is damaged. Replace the file or remove it."_s);
     m_otherVersion =
-        bundle.localizedString(u"The subtitle catalogue “%@” was made by another version of Plovendix."_s);
-    m_unreadable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be read."_s);
-    m_noLongerThere = bundle.localizedString(u"This subtitle is no longer in the catalogue. Search again."_s);
-    m_noPicture = bundle.localizedString(u"The catalogue has no picture of this film."_s);
-    m_diskFull = bundle.localizedString(u"The disk is full: the subtitle catalogue “%@” cannot grow."_s);
-    m_busy = bundle.localizedString(
+        String::localize(u"The subtitle catalogue “%@” was made by another version of Plovendix."_s);
+    m_unreadable = String::localize(u"The subtitle catalogue “%@” cannot be read."_s);
+    m_noLongerThere = String::localize(u"This subtitle is no longer in the catalogue. Search again."_s);
+    m_noPicture = String::localize(u"The catalogue has no picture of this film."_s);
+    m_diskFull = String::localize(u"The disk is full: the subtitle catalogue “%@” cannot grow."_s);
+    m_busy = String::localize(
         u"Another import is writing to the subtitle catalogue “%@”. Try again when it has ended."_s);
-    m_unwritable = bundle.localizedString(u"The subtitle catalogue “%@” cannot be written."_s);
-    m_tooSlow = bundle.localizedString(
+    m_unwritable = String::localize(u"The subtitle catalogue “%@” cannot be written."_s);
+    m_tooSlow = String::localize(
         u"Reading the subtitle catalogue “%@” took too long. Try again, or replace the file."_s);
 }
 
@@ -50,5 +48,5 @@ Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, cons
         }
         return {};
     };
-    return Error{u"Catalogue"_s, static_cast<int>(failure), sentence().replace("%@"_L1, path), detail};
+    return Error{u"Catalogue"_s, static_cast<int>(failure), String::fill(sentence(), {path}), detail};
 }

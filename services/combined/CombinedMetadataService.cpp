@@ -1,6 +1,6 @@
 #include "CombinedMetadataService.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/MainQueue.h>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +24,7 @@ bool isEmpty(const FindResult &result)
 
 Error noPicture()
 {
-    return {u"Service"_s, 0, Bundle::main().localizedString(u"There is no poster of this film."_s),
+    return {u"Service"_s, 0, String::localize(u"There is no poster of this film."_s),
             u"an item of no source"_s};
 }
 } // namespace

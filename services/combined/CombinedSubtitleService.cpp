@@ -1,6 +1,6 @@
 #include "CombinedSubtitleService.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/FileManager.h>
 #include <platform/MainQueue.h>
 #include <services/video/FileNameParser.h>
@@ -12,8 +12,7 @@ namespace
 {
 Error unknownService(const QString &name)
 {
-    return {u"Service"_s, 0,
-            Bundle::main().localizedString(u"The service this subtitle came from is not in use now."_s),
+    return {u"Service"_s, 0, String::localize(u"The service this subtitle came from is not in use now."_s),
             u"no service named "_s + name};
 }
 

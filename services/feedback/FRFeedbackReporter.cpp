@@ -2,7 +2,7 @@
 
 #include "RecentMessages.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/Locale.h>
 #include <platform/UserDefaults.h>
 
@@ -22,9 +22,8 @@ const QString StandardAddress = u"https://feedback.quorvane.example/plovendix/re
 
 QString hintAbout(const KeptReports::Kept &kept)
 {
-    const QString sentence =
-        Bundle::main().localizedString(u"This report from %@ could not be sent. Send it now?"_s);
-    return QString(sentence).replace("%@"_L1, QLocale().toString(kept.date, QLocale::ShortFormat));
+    const QString sentence = String::localize(u"This report from %@ could not be sent. Send it now?"_s);
+    return String::fill(sentence, {QLocale().toString(kept.date, QLocale::ShortFormat)});
 }
 } // namespace
 
@@ -99,9 +98,8 @@ void FRFeedbackReporter::finish(const Result<void> &outcome)
     }
     qCInfo(log).noquote() << "a report was not sent:" << outcome.error().code << outcome.error().detail;
     const auto path = keep();
-    const QString where =
-        path ? Bundle::main().localizedString(u"The report is kept in “%@”."_s).replace("%@"_L1, *path)
-             : path.error().localizedDescription;
+    const QString where = path ? String::fill(String::localize(u"The report is kept in “%@”."_s), {*path})
+                               : path.error().localizedDescription;
     m_window.showFailure(outcome.error().localizedDescription + u' ' + where);
 }
 

@@ -1,37 +1,32 @@
 #include "FeedbackErrors.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <services/net/Redactor.h>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-QString localized(const QString &key)
-{
-    return Bundle::main().localizedString(key);
-}
-
 QString sentence(FeedbackFault fault)
 {
     switch (fault) {
     case FeedbackFault::ForbiddenAddress:
-        return localized(
+        return String::localize(
             u"The service cannot be asked at the address in the settings: it must begin with https."_s);
     case FeedbackFault::Offline:
-        return localized(u"There is no connection to the maker’s server."_s);
+        return String::localize(u"There is no connection to the maker’s server."_s);
     case FeedbackFault::Timeout:
-        return localized(u"The maker’s server did not answer in time."_s);
+        return String::localize(u"The maker’s server did not answer in time."_s);
     case FeedbackFault::Unavailable:
-        return localized(u"The maker’s server is not available right now."_s);
+        return String::localize(u"The maker’s server is not available right now."_s);
     case FeedbackFault::Insecure:
-        return localized(u"No private connection to the maker’s server could be made."_s);
+        return String::localize(u"No private connection to the maker’s server could be made."_s);
     case FeedbackFault::Proxy:
-        return localized(
+        return String::localize(
             u"The proxy of this network refused the connection. Check the proxy settings of this "
             "computer."_s);
     case FeedbackFault::Refused:
-        return localized(u"The maker’s server did not take the report."_s);
+        return String::localize(u"The maker’s server did not take the report."_s);
     }
     return {};
 }

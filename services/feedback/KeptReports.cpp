@@ -1,7 +1,7 @@
 #include "KeptReports.h"
 
-#include <platform/Bundle.h>
 #include <platform/FileWriting.h>
+#include <platform/LocalizedString.h>
 
 #include <QDir>
 #include <QStandardPaths>
@@ -22,9 +22,8 @@ std::optional<FeedbackReport> reportIn(const QFileInfo &entry)
 
 Error notKept(const QString &folder, const Error &reason)
 {
-    const QString sentence =
-        Bundle::main().localizedString(u"The report could not be kept in “%@” either."_s);
-    return {u"Feedback"_s, 0, QString(sentence).replace("%@"_L1, folder) + u' ' + reason.localizedDescription,
+    const QString sentence = String::localize(u"The report could not be kept in “%@” either."_s);
+    return {u"Feedback"_s, 0, String::fill(sentence, {folder}) + u' ' + reason.localizedDescription,
             reason.detail};
 }
 } // namespace

@@ -3,7 +3,7 @@
 #include "FilmErrors.h"
 #include "FilmLanguage.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <services/support/ImdbNumber.h>
 #include <services/support/PosterImage.h>
 #include <services/net/Redactor.h>
@@ -43,7 +43,7 @@ Error noKey()
 {
     Error error = serviceError(Kind::KeyRefused, ServiceName::Films, u"no key is set"_s);
     error.localizedDescription =
-        Bundle::main().localizedString(u"The film database wants a key. Enter one in the preferences."_s);
+        String::localize(u"The film database wants a key. Enter one in the preferences."_s);
     return error;
 }
 

@@ -1,6 +1,6 @@
 #include "FilmErrors.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <services/net/Json.h>
 
 using namespace Qt::StringLiterals;
@@ -40,7 +40,6 @@ Error filmError(const HttpAnswer &answer)
 Error noPosterError()
 {
     Error error = serviceError(Kind::Rejected, ServiceName::Films, u"no poster"_s);
-    error.localizedDescription =
-        Bundle::main().localizedString(u"The film database has no poster of this film."_s);
+    error.localizedDescription = String::localize(u"The film database has no poster of this film."_s);
     return error;
 }

@@ -3,6 +3,7 @@
 #include "EnvironmentProxy.h"
 
 #include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 
 #include <QLoggingCategory>
 
@@ -37,7 +38,7 @@ bool isRedirect(int status)
 Error HttpClient::forbidden(const QUrl &url) const
 {
     Error error = serviceError(Kind::Insecure, m_service, "not a permitted address: "_L1 + url.host());
-    error.localizedDescription = Bundle::main().localizedString(
+    error.localizedDescription = String::localize(
         u"The service cannot be asked at the address in the settings: it must begin with https."_s);
     return error;
 }

@@ -2,7 +2,7 @@
 
 #include "Redactor.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 
 #include <QLocale>
 
@@ -13,58 +13,55 @@ namespace
 const QString Domain = u"Service"_s;
 constexpr int MaxDetailLength = 500;
 
-QString localized(QLatin1StringView key)
-{
-    return Bundle::main().localizedString(key);
-}
-
 QString subtitleSentence(Kind kind)
 {
     switch (kind) {
     case Kind::Offline:
-        return localized(
-            "There is no connection to the subtitle service. Check your network and search again."_L1);
+        return String::localize(
+            u"There is no connection to the subtitle service. Check your network and search again."_s);
     case Kind::Timeout:
-        return localized("The subtitle service did not answer in time. Try again in a moment."_L1);
+        return String::localize(u"The subtitle service did not answer in time. Try again in a moment."_s);
     case Kind::Unavailable:
-        return localized("The subtitle service is not available right now. Try again in a few minutes."_L1);
+        return String::localize(
+            u"The subtitle service is not available right now. Try again in a few minutes."_s);
     case Kind::BadAnswer:
-        return localized(
-            "The subtitle service gave an answer that makes no sense. If you are on a network that asks "
-            "you to sign in, do that first; otherwise try again later."_L1);
+        return String::localize(
+            u"The subtitle service gave an answer that makes no sense. If you are on a network that asks "
+            "you to sign in, do that first; otherwise try again later."_s);
     case Kind::Insecure:
-        return localized(
-            "No private connection to the subtitle service could be made. Check the date of this "
-            "computer, and whether this network can be trusted."_L1);
+        return String::localize(
+            u"No private connection to the subtitle service could be made. Check the date of this "
+            "computer, and whether this network can be trusted."_s);
     case Kind::Proxy:
-        return localized("The proxy of this network refused the connection. Check the proxy settings of this "
-                         "computer."_L1);
+        return String::localize(
+            u"The proxy of this network refused the connection. Check the proxy settings of this "
+            "computer."_s);
     case Kind::KeyRefused:
-        return localized(
-            "The subtitle service does not accept this API key. Check it in the preferences."_L1);
+        return String::localize(
+            u"The subtitle service does not accept this API key. Check it in the preferences."_s);
     case Kind::LoginRefused:
-        return localized(
-            "User name or password not accepted (use the user name, not the e-mail address). Correct "
-            "them in the preferences."_L1);
+        return String::localize(
+            u"User name or password not accepted (use the user name, not the e-mail address). Correct "
+            "them in the preferences."_s);
     case Kind::LimitReached:
-        return localized("The download limit is reached. Try again tomorrow."_L1);
+        return String::localize(u"The download limit is reached. Try again tomorrow."_s);
     case Kind::TooManyRequests:
-        return localized(
-            "The subtitle service gets too many requests from here. Wait a minute, then try again."_L1);
+        return String::localize(
+            u"The subtitle service gets too many requests from here. Wait a minute, then try again."_s);
     case Kind::Rejected:
     case Kind::NotFound:
-        return localized("The subtitle service does not accept this request. Try other words."_L1);
+        return String::localize(u"The subtitle service does not accept this request. Try other words."_s);
     case Kind::LinkExpired:
-        return localized(
-            "The address of this subtitle has expired. Choose it again; that uses one more of your "
-            "downloads."_L1);
+        return String::localize(
+            u"The address of this subtitle has expired. Choose it again; that uses one more of your "
+            "downloads."_s);
     case Kind::NotASubtitle:
-        return localized("What the service sent is not a subtitle. Choose another one."_L1);
+        return String::localize(u"What the service sent is not a subtitle. Choose another one."_s);
     case Kind::UnknownLanguage:
-        return localized(
-            "The subtitle service has no subtitles in this language. Choose another language."_L1);
+        return String::localize(
+            u"The subtitle service has no subtitles in this language. Choose another language."_s);
     case Kind::NothingToAsk:
-        return localized("Type more of the title: these words are too few to search for."_L1);
+        return String::localize(u"Type more of the title: these words are too few to search for."_s);
     }
     return {};
 }
@@ -73,33 +70,35 @@ QString filmSentence(Kind kind)
 {
     switch (kind) {
     case Kind::Offline:
-        return localized("There is no connection to the film database. Check your network."_L1);
+        return String::localize(u"There is no connection to the film database. Check your network."_s);
     case Kind::Timeout:
-        return localized("The film database did not answer in time. Try again in a moment."_L1);
+        return String::localize(u"The film database did not answer in time. Try again in a moment."_s);
     case Kind::Insecure:
-        return localized(
-            "No private connection to the film database could be made. Check the date of this computer, "
-            "and whether this network can be trusted."_L1);
+        return String::localize(
+            u"No private connection to the film database could be made. Check the date of this computer, "
+            "and whether this network can be trusted."_s);
     case Kind::Proxy:
         return subtitleSentence(kind);
     case Kind::KeyRefused:
     case Kind::LoginRefused:
-        return localized("The film database does not accept this key. Check it in the preferences."_L1);
+        return String::localize(
+            u"The film database does not accept this key. Check it in the preferences."_s);
     case Kind::LimitReached:
     case Kind::TooManyRequests:
-        return localized(
-            "The film database gets too many requests from here. Wait a minute, then try again."_L1);
+        return String::localize(
+            u"The film database gets too many requests from here. Wait a minute, then try again."_s);
     case Kind::Unavailable:
-        return localized("The film database is not available right now. Try again in a few minutes."_L1);
+        return String::localize(
+            u"The film database is not available right now. Try again in a few minutes."_s);
     case Kind::NotFound:
-        return localized("The film database has no poster of this film."_L1);
+        return String::localize(u"The film database has no poster of this film."_s);
     case Kind::BadAnswer:
     case Kind::Rejected:
     case Kind::LinkExpired:
     case Kind::NotASubtitle:
     case Kind::UnknownLanguage:
     case Kind::NothingToAsk:
-        return localized("The film database gave an answer that makes no sense. Try again later."_L1);
+        return String::localize(u"The film database gave an answer that makes no sense. Try again later."_s);
     }
     return {};
 }
@@ -112,9 +111,11 @@ QString timeUntil(const QDateTime &reset, const QDateTime &now)
     // The plain locale counts seconds, too.
     const QString format = locale.timeFormat(QLocale::ShortFormat).remove(u":ss"_s);
     const QString clock = locale.toString(reset.toLocalTime().time(), format);
-    QString wait = minutes < 60 ? localized("%m min"_L1) : localized("%h h %m min"_L1);
-    wait.replace("%h"_L1, QString::number(minutes / 60)).replace("%m"_L1, QString::number(minutes % 60));
-    return localized("%1 (in %2)"_L1).replace("%1"_L1, clock).replace("%2"_L1, wait);
+    const QString rest = QString::number(minutes % 60);
+    const QString wait = minutes < 60 ? String::fill(String::localize(u"%@ min"_s), {rest})
+                                      : String::fill(String::localize(u"%1$@ h %2$@ min"_s),
+                                                     {QString::number(minutes / 60), rest});
+    return String::fill(String::localize(u"%1$@ (in %2$@)"_s), {clock, wait});
 }
 } // namespace
 
@@ -132,14 +133,15 @@ Error limitError(ServiceName service, std::optional<int> allowed, const QDateTim
     const bool dated = reset.isValid() && reset > now;
     QString sentence;
     if (counted)
-        sentence = localized("Daily limit reached: all %@ downloads used."_L1)
-                       .replace("%@"_L1, QLocale().toString(*allowed));
+        sentence = String::fill(String::localize(u"Daily limit reached: all %@ downloads used."_s),
+                                {QLocale().toString(*allowed)});
     else if (dated)
-        sentence = localized("Daily download limit reached."_L1);
+        sentence = String::localize(u"Daily download limit reached."_s);
     if (dated)
-        sentence += u' ' + localized("New downloads from %@."_L1).replace("%@"_L1, timeUntil(reset, now));
+        sentence +=
+            u' ' + String::fill(String::localize(u"New downloads from %@."_s), {timeUntil(reset, now)});
     else if (counted)
-        sentence += u' ' + localized("Try again tomorrow."_L1);
+        sentence += u' ' + String::localize(u"Try again tomorrow."_s);
     if (!sentence.isEmpty())
         error.localizedDescription = sentence;
     return error;

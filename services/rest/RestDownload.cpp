@@ -4,7 +4,7 @@
 #include "RestFileId.h"
 #include "RestFiles.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <services/net/Json.h>
 #include <services/support/Background.h>
 
@@ -33,14 +33,14 @@ Error ofAnotherService(const QString &id)
 {
     Error error = serviceError(Kind::Rejected, ServiceName::Subtitles, u"a file of another service: "_s + id);
     error.localizedDescription =
-        Bundle::main().localizedString(u"The service this subtitle came from is not in use now."_s);
+        String::localize(u"The service this subtitle came from is not in use now."_s);
     return error;
 }
 
 /// Nobody has given a name or password that could be wrong.
 Error accountWanted(Error error)
 {
-    error.localizedDescription = Bundle::main().localizedString(
+    error.localizedDescription = String::localize(
         u"The subtitle service wants an account for downloads. Enter user name and password in the "
         "preferences."_s);
     return error;
@@ -155,8 +155,7 @@ Error RestDownload::limitReached(const RestSession &session, const QString &deta
     Error error = session.quota().error(m_tools.transport.clock().date(), detail);
     if (!session.access().hasAccount())
         error.localizedDescription +=
-            u' ' +
-            Bundle::main().localizedString(u"With an account, entered in the preferences, there are more."_s);
+            u' ' + String::localize(u"With an account, entered in the preferences, there are more."_s);
     return error;
 }
 

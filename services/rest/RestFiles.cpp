@@ -1,6 +1,6 @@
 #include "RestFiles.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <services/net/ServiceError.h>
 #include <services/support/DownloadFolder.h>
 #include <services/support/SafeFileName.h>
@@ -23,14 +23,14 @@ Error refusal(SubtitleFile::Failure failure)
         return serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"a damaged archive"_s);
     case SubtitleFile::Failure::Empty: {
         Error error = serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"an empty file"_s);
-        error.localizedDescription = Bundle::main().localizedString(
-            u"This subtitle is broken at the service: it is empty. Choose another one."_s);
+        error.localizedDescription =
+            String::localize(u"This subtitle is broken at the service: it is empty. Choose another one."_s);
         return error;
     }
     case SubtitleFile::Failure::UnknownArchive: {
         Error error =
             serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"an archive of another kind"_s);
-        error.localizedDescription = Bundle::main().localizedString(
+        error.localizedDescription = String::localize(
             u"This subtitle comes in an archive that cannot be opened here. Choose another one."_s);
         return error;
     }

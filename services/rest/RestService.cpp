@@ -2,7 +2,7 @@
 
 #include "RestErrors.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/FileManager.h>
 #include <services/net/Json.h>
 #include <services/support/Background.h>
@@ -26,8 +26,8 @@ constexpr qint64 MaxCacheBytes = 64LL * 1024 * 1024;
 Error noKey()
 {
     Error error = serviceError(Kind::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
-    error.localizedDescription = Bundle::main().localizedString(
-        u"The subtitle service wants an API key. Enter one in the preferences."_s);
+    error.localizedDescription =
+        String::localize(u"The subtitle service wants an API key. Enter one in the preferences."_s);
     return error;
 }
 } // namespace

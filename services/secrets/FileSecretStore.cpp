@@ -1,8 +1,8 @@
 #include "FileSecretStore.h"
 
-#include <platform/Bundle.h>
 #include <platform/DamagedFile.h>
 #include <platform/FileWriting.h>
+#include <platform/LocalizedString.h>
 #include <platform/MainQueue.h>
 #include <services/net/Json.h>
 
@@ -43,14 +43,14 @@ std::optional<QString> secretIn(const QJsonObject &secrets, Secret secret)
 
 Error notRead(const QString &path)
 {
-    const QString sentence = Bundle::main().localizedString(u"The keys in “%@” cannot be read."_s);
-    return {u"Secrets"_s, 4, QString(sentence).replace("%@"_L1, path), path + u" is damaged"_s};
+    const QString sentence = String::localize(u"The keys in “%@” cannot be read."_s);
+    return {u"Secrets"_s, 4, String::fill(sentence, {path}), path + u" is damaged"_s};
 }
 
 Error notStored(const QString &path, const QString &reason, const QString &detail)
 {
-    const QString sentence = Bundle::main().localizedString(u"The key could not be stored in “%@”."_s);
-    return {u"Secrets"_s, 1, (QString(sentence).replace("%@"_L1, path) + u' ' + reason).trimmed(), detail};
+    const QString sentence = String::localize(u"The key could not be stored in “%@”."_s);
+    return {u"Secrets"_s, 1, (String::fill(sentence, {path}) + u' ' + reason).trimmed(), detail};
 }
 
 Result<void> save(const QString &path, const QJsonObject &secrets)

@@ -1,6 +1,6 @@
 #include "KeychainSecretStore.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 #include <platform/MainQueue.h>
 
 #include <qt6keychain/keychain.h>
@@ -15,17 +15,17 @@ const QString ServiceName = u"com.quorvane.Plovendix"_s;
 
 Error refused(const QString &reason)
 {
-    return {u"Secrets"_s, 2,
-            Bundle::main().localizedString(
-                u"The keyring did not take the key, so it is kept only until the program ends."_s),
-            reason};
+    return {
+        u"Secrets"_s, 2,
+        String::localize(u"The keyring did not take the key, so it is kept only until the program ends."_s),
+        reason};
 }
 
 Error stillThere(const QString &reason)
 {
     return {
         u"Secrets"_s, 3,
-        Bundle::main().localizedString(
+        String::localize(
             u"The keyring is locked and still has the key. Open it and remove the key once more, or it is "
             u"used again when the program starts."_s),
         reason};

@@ -1,7 +1,7 @@
 #include "DownloadFolder.h"
 
-#include <platform/Bundle.h>
 #include <platform/FileWriting.h>
+#include <platform/LocalizedString.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -16,8 +16,7 @@ constexpr auto FolderPrefix = "get-"_L1;
 } // namespace
 
 DownloadFolder::DownloadFolder(const QString &path)
-    : m_path(path),
-      m_failureFormat(Bundle::main().localizedString(u"The subtitle could not be stored in “%@”."_s))
+    : m_path(path), m_failureFormat(String::localize(u"The subtitle could not be stored in “%@”."_s))
 {
 }
 
@@ -29,7 +28,7 @@ QString DownloadFolder::standardPath()
 Result<QUrl> DownloadFolder::publish(const QString &name, const QByteArray &content) const
 {
     const auto failure = [this](const QString &detail) {
-        return Error{u"Downloads"_s, 1, QString(m_failureFormat).replace("%@"_L1, m_path), detail};
+        return Error{u"Downloads"_s, 1, String::fill(m_failureFormat, {m_path}), detail};
     };
     if (!QDir().mkpath(m_path))
         return failure(u"mkpath"_s);

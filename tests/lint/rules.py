@@ -96,6 +96,15 @@ def no_paths_of_one_machine(root):
                         '{} exists on one machine', prepare=str)
 
 
+def texts_have_one_way(root):
+    """Bundle::localizedString is the lookup below String::localize, and String::fill alone knows the placeholders."""
+    own = tuple(os.path.join('platform', 'foundation', name) for name in ('Bundle', 'LocalizedString'))
+    paths = [path for path in _cpp(root, *ROOMS) if not path.startswith(own)]
+    yield from _matches(root, paths, r'\b(localizedString|QString (localized|filled))\s*\(',
+                        '{} is another way than String::localize and String::fill')
+    yield from _matches(root, paths, r'"%(\d\$)?[@d]"', '{} is looked for, which String::fill does', prepare=str)
+
+
 def layout_is_clang_format(root):
     paths = _cpp(root)
     if not paths:
@@ -111,4 +120,4 @@ def layout_is_clang_format(root):
 RULES = {rule.__name__: rule for rule in (
     tests_do_not_sleep, connections_are_typed, connections_have_a_context, events_are_not_pumped, files_are_short,
     only_the_entry_knows_services, includes_name_their_room, files_are_written_whole, nothing_is_unfinished,
-    no_paths_of_one_machine, layout_is_clang_format)}
+    no_paths_of_one_machine, texts_have_one_way, layout_is_clang_format)}

@@ -41,6 +41,11 @@ CASES = (
     ('no_paths_of_one_machine', 'packaging/a.sh', 'cd /ro' + 'ot/project', 1),
     ('no_paths_of_one_machine', 'tests/a.cpp', 'QFile file("/tm' + 'p/left");', 1),
     ('no_paths_of_one_machine', 'packaging/a.sh', 'mktemp -d "${TMPDIR:-/tmp}/a"; url=https://a.example/work/1', 0),
+    ('texts_have_one_way', 'app/A.cpp', 'bundle.localizedString(u"Save"_s);', 1),
+    ('texts_have_one_way', 'app/A.cpp', 'QString filled(const QString &format, const QString &text);', 1),
+    ('texts_have_one_way', 'app/A.cpp', 'String::localize(u"Sent to %@"_s).replace("%@"_L1, name);', 1),
+    ('texts_have_one_way', 'app/A.cpp', 'title.replace(u"%1$@"_s, name).replace("%d"_L1, count);', 2),
+    ('texts_have_one_way', 'app/A.cpp', 'String::fill(String::localize(u"Sent to %@"_s), {name});', 0),
     ('layout_is_clang_format', 'app/A.cpp', 'int  a( ) ;\n', 1),
     ('layout_is_clang_format', 'app/A.cpp', 'int a();\n', 0),
 )

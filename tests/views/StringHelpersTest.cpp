@@ -1,5 +1,3 @@
-#include <platform/Bundle.h>
-#include <support/Sandbox.h>
 #include <support/TestMain.h>
 #include <views/StringHelpers.h>
 
@@ -14,12 +12,6 @@ class StringHelpersTest : public QObject
 private Q_SLOTS:
     void charactersAreRemovedByScalar_data();
     void charactersAreRemovedByScalar();
-    void aKeyWithoutATextIsItsOwnText();
-    void aKeyWithATextGivesIt();
-    void textsOfScenesGoTheSameWay();
-
-private:
-    Sandbox m_sandbox;
 };
 
 void StringHelpersTest::charactersAreRemovedByScalar_data()
@@ -45,31 +37,6 @@ void StringHelpersTest::charactersAreRemovedByScalar()
     QFETCH(QSet<char32_t>, characters);
     QFETCH(QString, kept);
     QCOMPARE(String::removingCharacters(text, characters), kept);
-}
-
-void StringHelpersTest::aKeyWithoutATextIsItsOwnText()
-{
-    Bundle::setMainFolder(m_sandbox.path(u"empty"_s));
-    QCOMPARE(String::localize(u"No such text"_s, u"for translators"_s), u"No such text"_s);
-    QCOMPARE(String::localize(QString()), QString());
-}
-
-void StringHelpersTest::aKeyWithATextGivesIt()
-{
-    m_sandbox.writeFile(u"bundle/de.lproj/Localizable.strings"_s,
-                        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
-                        "<key>Cancel</key><string>Abbrechen</string></dict></plist>");
-    Bundle::setMainFolder(m_sandbox.path(u"bundle"_s));
-    Bundle::main().setPreferredLocalizations({u"de"_s});
-    QCOMPARE(String::localize(u"Cancel"_s), u"Abbrechen"_s);
-    QCOMPARE(String::localize(u"OK"_s), u"OK"_s);
-}
-
-void StringHelpersTest::textsOfScenesGoTheSameWay()
-{
-    aKeyWithATextGivesIt();
-    QCOMPARE(String::localize("Cancel", "of a button"), u"Abbrechen"_s);
-    QCOMPARE(String::localize("Caf\xc3\xa9", nullptr), u"Caf\u00e9"_s);
 }
 
 PLOVENDIX_GUI_TEST(StringHelpersTest)

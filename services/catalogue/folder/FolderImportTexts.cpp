@@ -1,6 +1,6 @@
 #include "FolderImportTexts.h"
 
-#include <platform/Bundle.h>
+#include <platform/LocalizedString.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,35 +25,34 @@ QString pathBelow(const QString &folder, const QString &path)
 
 FolderImportTexts::FolderImportTexts()
 {
-    const Bundle &bundle = Bundle::main();
-    m_gone = bundle.localizedString(
-        u"The folder “%@” is no longer there. What was added before is in the catalogue."_s);
-    m_emptied = bundle.localizedString(
+    m_gone =
+        String::localize(u"The folder “%@” is no longer there. What was added before is in the catalogue."_s);
+    m_emptied = String::localize(
         u"There are no subtitle files in the folder “%@” any more. What was added before is in the catalogue."_s);
-    m_unreadable = bundle.localizedString(u"You are not allowed to read the folder “%@”."_s);
-    m_noSubtitle = bundle.localizedString(u"“%@” is no subtitle."_s);
-    m_tooLarge = bundle.localizedString(u"“%@” is too large for a subtitle."_s);
-    m_notUnpacked = bundle.localizedString(u"“%@” cannot be unpacked."_s);
-    m_damagedArchive = bundle.localizedString(u"“%@” is damaged or of an unknown kind."_s);
-    m_lockedArchive = bundle.localizedString(u"“%@” is protected by a password."_s);
-    m_swellingArchive = bundle.localizedString(u"“%@” unpacks to far more than its size."_s);
-    m_unreadableFile = bundle.localizedString(u"“%@” cannot be opened."_s);
-    m_goneFile = bundle.localizedString(u"“%@” is no longer there."_s);
+    m_unreadable = String::localize(u"You are not allowed to read the folder “%@”."_s);
+    m_noSubtitle = String::localize(u"“%@” is no subtitle."_s);
+    m_tooLarge = String::localize(u"“%@” is too large for a subtitle."_s);
+    m_notUnpacked = String::localize(u"“%@” cannot be unpacked."_s);
+    m_damagedArchive = String::localize(u"“%@” is damaged or of an unknown kind."_s);
+    m_lockedArchive = String::localize(u"“%@” is protected by a password."_s);
+    m_swellingArchive = String::localize(u"“%@” unpacks to far more than its size."_s);
+    m_unreadableFile = String::localize(u"“%@” cannot be opened."_s);
+    m_goneFile = String::localize(u"“%@” is no longer there."_s);
 }
 
 QString FolderImportTexts::folderIsGone(const QString &folder) const
 {
-    return QString(m_gone).replace("%@"_L1, folder.simplified());
+    return String::fill(m_gone, {folder.simplified()});
 }
 
 QString FolderImportTexts::folderIsEmptied(const QString &folder) const
 {
-    return QString(m_emptied).replace("%@"_L1, folder.simplified());
+    return String::fill(m_emptied, {folder.simplified()});
 }
 
 QString FolderImportTexts::folderIsUnreadable(const QString &folder) const
 {
-    return QString(m_unreadable).replace("%@"_L1, folder.simplified());
+    return String::fill(m_unreadable, {folder.simplified()});
 }
 
 QString FolderImportTexts::catalogueFailed(const QString &catalogue, const Error &error) const
@@ -63,7 +62,7 @@ QString FolderImportTexts::catalogueFailed(const QString &catalogue, const Error
 
 QString FolderImportTexts::refusal(const ImportCounts::Refused &refused, const QString &folder) const
 {
-    return QString(formatOf(refused.why)).replace("%@"_L1, shortened(pathBelow(folder, refused.path)));
+    return String::fill(formatOf(refused.why), {shortened(pathBelow(folder, refused.path))});
 }
 
 const QString &FolderImportTexts::formatOf(ImportRefusal why) const
