@@ -1,5 +1,7 @@
 #include "Redactor.h"
 
+#include <platform/TerminalText.h>
+
 #include <QRegularExpression>
 #include <QStringList>
 #include <QUrl>
@@ -70,5 +72,5 @@ QString redacted(const QString &text)
                 clean.replace(spelling, Hidden);
         }
     }
-    return withoutPatterns(clean);
+    return terminalText(withoutPatterns(clean));
 }

@@ -1,5 +1,6 @@
 #include "FolderImportJob.h"
 
+#include <platform/TerminalText.h>
 #include <services/catalogue/own/FolderWalk.h>
 
 #include <QDir>
@@ -89,7 +90,7 @@ void FolderImportJob::readFiles()
     const Result<CatalogueImport::End> end = import.add(m_state.folder);
     take(import.counts());
     for (const QString &problem : import.counts().problems)
-        qCInfo(folderLog, "%s", qUtf8Printable(problem.simplified()));
+        qCInfo(folderLog, "%s", qUtf8Printable(terminalText(problem)));
     if (!end) {
         qCWarning(folderLog, "%s", qUtf8Printable(end.error().localizedDescription));
         fail(m_texts.catalogueFailed(m_catalogue, end.error()));

@@ -4,6 +4,7 @@
 #include "CatalogueReports.h"
 #include "ImportProgress.h"
 
+#include <platform/TerminalText.h>
 #include <services/catalogue/CatalogueSearch.h>
 #include <services/ranking/Ranking.h>
 #include <services/video/MovieHash.h>
@@ -19,11 +20,17 @@ namespace
 {
 using namespace CatalogueCommands;
 
+/// Names come from archives and other people's files.
+std::string shown(const QString &text)
+{
+    return terminalText(text).toStdString();
+}
+
 int failed(const Error &error)
 {
-    std::cerr << "plovendix-catalogue: " << error.localizedDescription.toStdString();
+    std::cerr << "plovendix-catalogue: " << shown(error.localizedDescription);
     if (!error.detail.isEmpty())
-        std::cerr << " (" << error.detail.toStdString() << ')';
+        std::cerr << " (" << shown(error.detail) << ')';
     std::cerr << '\n';
     return Failure;
 }
@@ -32,7 +39,7 @@ void printRow(const QStringList &columns)
 {
     QStringList plain;
     for (const QString &column : columns)
-        plain += column.simplified(); // a tab or line break in a name would make two columns of one
+        plain += terminalText(column).simplified(); // a tab in a name would make two columns of one
     std::cout << plain.join(u'\t').toStdString() << '\n';
 }
 
@@ -107,7 +114,7 @@ int CatalogueCommands::remove(const CatalogueOptions &options, const QStringList
         const bool isDone = removeAll(catalogue.value(), absolute, removed, error);
         if (error)
             return failed(*error);
-        std::cout << removed << " removed: " << absolute.toStdString() << '\n';
+        std::cout << removed << " removed: " << shown(absolute) << '\n';
         if (!isDone)
             return Interrupted;
     }
@@ -151,10 +158,10 @@ int CatalogueCommands::stats(const CatalogueOptions &options)
     const Result<CatalogueReports::Figures> figures = CatalogueReports::figures(options.path);
     if (!figures)
         return failed(figures.error());
-    std::cout << "catalogue\t" << options.path.toStdString() << "\nbytes\t" << figures->bytes
-              << "\nsubtitles\t" << figures->subtitles << "\nfilms\t" << figures->films << "\ntitles\t"
-              << figures->titles << "\nvideos\t" << figures->videos << "\nsources\t" << figures->sources
-              << "\nunfinished\t" << figures->unfinishedSources << '\n';
+    std::cout << "catalogue\t" << shown(options.path) << "\nbytes\t" << figures->bytes << "\nsubtitles\t"
+              << figures->subtitles << "\nfilms\t" << figures->films << "\ntitles\t" << figures->titles
+              << "\nvideos\t" << figures->videos << "\nsources\t" << figures->sources << "\nunfinished\t"
+              << figures->unfinishedSources << '\n';
     for (const auto &[language, count] : figures->languages)
         printRow({u"language"_s, language, QString::number(count)});
     for (const auto &[format, count] : figures->formats)

@@ -1,5 +1,6 @@
 #include "CatalogueCommands.h"
 
+#include <platform/TerminalText.h>
 #include <services/catalogue/CatalogueServices.h>
 #include <services/support/ServiceLanguages.h>
 
@@ -39,7 +40,8 @@ Ctrl+C stops an import; the same command goes on from there.
 
 int misuse(const QString &fault)
 {
-    std::cerr << "plovendix-catalogue: " << fault.toStdString() << "\nTry 'plovendix-catalogue --help'.\n";
+    std::cerr << "plovendix-catalogue: " << terminalText(fault).toStdString()
+              << "\nTry 'plovendix-catalogue --help'.\n";
     return CatalogueCommands::Misuse;
 }
 

@@ -1,5 +1,7 @@
 #include "ImportProgress.h"
 
+#include <platform/TerminalText.h>
+
 #include <csignal>
 #include <iostream>
 #include <unistd.h>
@@ -56,7 +58,7 @@ void ImportProgress::end(const ImportCounts &counts)
     if (m_isTerminal && m_lastShown > 0)
         std::cerr << "\r\x1b[K";
     for (const QString &problem : counts.problems)
-        std::cerr << problem.toStdString() << '\n';
+        std::cerr << terminalText(problem).toStdString() << '\n';
     if (counts.refused > counts.problems.size())
         std::cerr << "and " << counts.refused - counts.problems.size() << " more that were refused\n";
     if (counts.unlabelled > 0)

@@ -59,6 +59,29 @@ private Q_SLOTS:
         QCOMPARE(run({u"vacuum"_s}).status, 0);
     }
 
+    /// File names may hold anything but a slash.
+    void namesReachTheTerminalAsPlainText()
+    {
+        const QString sequence = u"\u001b]0;mine\u0007\u009b2J\u202e"_s;
+        m_fixture->write(u"Night"_s + sequence + u".Ferry.2020.en.srt"_s, ImportFixture::cue(u"c"_s));
+        m_fixture->write(u"refused"_s + sequence + u".srt"_s, "no subtitle");
+        const Outcome added = run({u"add"_s, m_fixture->folder()});
+        const Outcome listed = run({u"list"_s});
+        const Outcome found = run({u"search"_s, u"ferry"_s});
+        const Outcome missing = run({u"add"_s, u"gone"_s + sequence});
+        QVERIFY(added.errors.contains(u"/refused]0;mine2J.srt is no subtitle\n"_s));
+        QVERIFY(listed.output.contains(u"/Night]0;mine2J.Ferry.2020.en.srt\n"_s));
+        QVERIFY(found.output.contains(u"Ferry.2020"_s));
+        QVERIFY(missing.errors.contains(u"gone]0;mine2J is not there"_s));
+        const QString everything = added.output + added.errors + listed.output + listed.errors +
+                                   found.output + found.errors + missing.output + missing.errors;
+        for (const QChar c : everything) {
+            const bool isLayout = c == u'\n' || c == u'\t';
+            QVERIFY(isLayout ||
+                    (c.category() != QChar::Other_Control && c.category() != QChar::Other_Format));
+        }
+    }
+
     void searchRanksTheVideosOwnReleaseFirst()
     {
         run({u"add"_s, m_fixture->folder()});

@@ -15,6 +15,14 @@ class FilmAnswersTest final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void messagesOfTheDatabaseStartNoEscapeSequence()
+    {
+        HttpAnswer answer;
+        answer.status = 500;
+        answer.body = "{\"status_code\":11,\"status_message\":\"Internal\\u001b]0;x\\u0007\\u009b2J error\"}";
+        QCOMPARE(filmError(answer).detail, u"status 500: Internal]0;x2J error"_s);
+    }
+
     void languagesAreTags_data()
     {
         QTest::addColumn<QString>("code");

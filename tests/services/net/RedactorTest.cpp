@@ -33,6 +33,13 @@ private Q_SLOTS:
         QVERIFY(redacted(text).contains(u"(hidden)"_s));
     }
 
+    /// A server chooses what its messages hold, and a person reads the log in a terminal.
+    void messagesStartNoEscapeSequence()
+    {
+        QCOMPARE(redacted(u"status 500: \u001b]0;x\u0007\u009b2J\u202egone\r\nagain"_s),
+                 u"status 500: ]0;x2Jgone  again"_s);
+    }
+
     void theRestStays()
     {
         const QString text = u"api.opensubtitles.com answered 503 to /api/v1/subtitles?languages=en"_s;
