@@ -89,6 +89,7 @@ void serve(ApplicationLink &link, AppDelegate &delegate, MainWindowController &m
 
 int runProgram(int argc, char **argv, const ProgramParts &parts)
 {
+    ignoreBrokenPipes();
     if (asksForText(argumentsOf(argc, argv))) {
         const QCoreApplication application(argc, argv);
         printText(*parseCommandLine(argumentsOf(argc, argv), {}).print);

@@ -1,28 +1,41 @@
 #include "StandardOutput.h"
+#include "OutputQueue.h"
+#include "TerminalText.h"
 
-#include <cstdio>
+#include <csignal>
+#include <cstdlib>
 #include <mutex>
 #include <utility>
+
+#include <unistd.h>
 
 namespace
 {
 std::mutex outputMutex;
 std::function<void(const QString &)> lineObserver;
+
+OutputQueue &output()
+{
+    static OutputQueue *const queue = [] {
+        std::atexit([] { output().drain(); });
+        return new OutputQueue(STDOUT_FILENO);
+    }();
+    return *queue;
+}
 } // namespace
 
 void printLine(const QString &line)
 {
-    QString text = line;
-    for (QChar &character : text) {
-        if (character == u'\n' || character == u'\r')
-            character = u' ';
-    }
-    const QByteArray bytes = text.toUtf8() + '\n';
+    const QString text = terminalText(line);
+    output().write(text.toUtf8() + '\n');
     const std::scoped_lock lock(outputMutex);
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
-    std::fflush(stdout);
     if (lineObserver)
         lineObserver(text);
+}
+
+void ignoreBrokenPipes()
+{
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 void setPrintedLineObserver(std::function<void(const QString &)> observer)
