@@ -77,27 +77,43 @@ std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
     }
 }
 
-/// What the members may still unpack to.
+/// What the members may still unpack to. Those that are passed over count as well, because a solid archive
+/// unpacks them on the way to the next.
 class Allowance
 {
 public:
     explicit Allowance(qint64 archiveBytes)
-        : m_bytes(std::max(archiveBytes * ArchiveMembers::MaxRatio, ArchiveMembers::AlwaysAllowedBytes))
+        : m_bytes(std::max(archiveBytes * ArchiveMembers::MaxRatio, ArchiveMembers::AlwaysAllowedBytes)),
+          m_left(m_bytes)
     {
     }
 
-    bool covers(archive *reader, archive_entry *entry) const
+    /// Whether all that the packed tar was unpacked to so far is within it.
+    bool covers(archive *reader) const { return archive_filter_bytes(reader, 0) <= m_bytes; }
+    bool take(qint64 bytes)
     {
-        // Passing over a member of a packed tar unpacks it as well.
-        const qint64 size = archive_entry_size_is_set(entry) ? archive_entry_size(entry) : 0;
-        return size <= m_bytes && archive_filter_bytes(reader, 0) <= m_bytes && m_used <= m_bytes;
+        m_left = bytes < 0 ? -1 : m_left - std::min(bytes, m_left + 1);
+        return m_left >= 0;
     }
-    void use(qint64 bytes) { m_used += bytes; }
 
 private:
     qint64 m_bytes;
-    qint64 m_used = 0;
+    qint64 m_left;
 };
+
+/// Unpacks the rest of an entry whose size is not stated, as the reader would on the way to the next one, but
+/// within the allowance.
+bool passRest(archive *reader, Allowance &allowance)
+{
+    QByteArray block(static_cast<qsizetype>(BlockBytes), Qt::Uninitialized);
+    while (true) {
+        const la_ssize_t count = archive_read_data(reader, block.data(), BlockBytes);
+        if (count <= 0)
+            return true; // at its end, or for the next header to tell what is wrong
+        if (!allowance.take(count))
+            return false;
+    }
+}
 } // namespace
 
 bool ArchiveMembers::isArchiveName(const QString &name)
@@ -127,19 +143,30 @@ ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor 
             return end;
         if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
             return isLocked(reader.get()) ? End::Locked : faultOf(reader.get());
-        if (!allowance.covers(reader.get(), entry))
+        const bool isStated = archive_entry_size_is_set(entry) != 0;
+        const qint64 stated = isStated ? archive_entry_size(entry) : 0;
+        if (!allowance.take(stated) || !allowance.covers(reader.get()))
             return End::TooLarge;
         const QString path = pathOf(entry);
-        if (archive_entry_filetype(entry) != AE_IFREG || !visitor.isWanted(number, path))
+        if (archive_entry_filetype(entry) != AE_IFREG || !visitor.isWanted(number, path)) {
+            if (!isStated && !passRest(reader.get(), allowance))
+                return End::TooLarge;
+            if (!visitor.passOver())
+                return End::Stopped;
             continue;
+        }
         if (archive_entry_is_data_encrypted(entry)) {
             end = End::Locked;
+            if (!visitor.passOver())
+                return End::Stopped;
             continue;
         }
         const std::optional<QByteArray> content = contentOf(reader.get(), MaxMemberBytes);
         if (!content)
             return faultOf(reader.get());
-        allowance.use(content->size());
+        const bool isCovered = allowance.take(std::max<qint64>(0, content->size() - stated));
+        if (!isCovered || (!isStated && !passRest(reader.get(), allowance)))
+            return End::TooLarge;
         if (!visitor.take(number, path, *content))
             return End::Stopped;
     }

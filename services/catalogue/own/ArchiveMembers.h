@@ -8,7 +8,8 @@
 namespace ArchiveMembers
 {
 inline constexpr qint64 MaxMemberBytes = 8LL * 1024 * 1024;
-/// All members together may be that many times as large as the archive, and always this much.
+/// All members together, read or passed over, may be that many times as large as the archive, and always
+/// this much.
 inline constexpr qint64 MaxRatio = 100;
 inline constexpr qint64 AlwaysAllowedBytes = 64LL * 1024 * 1024;
 
@@ -28,6 +29,8 @@ struct Visitor
     std::function<bool(qint64 number, const QString &path)> isWanted;
     /// Takes a member that was read, cut short after MaxMemberBytes and one more; false stops.
     std::function<bool(qint64 number, const QString &path, const QByteArray &content)> take;
+    /// Asked after each member that was not read; false stops.
+    std::function<bool()> passOver;
 };
 
 bool isArchiveName(const QString &name);

@@ -203,7 +203,11 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
         outcome = keep(step);
         return outcome && *outcome == End::Done;
     };
-    const ArchiveMembers::End end = ArchiveMembers::visit(path, {isWanted, take});
+    const auto passOver = [&] {
+        outcome = carryOn();
+        return *outcome == End::Done;
+    };
+    const ArchiveMembers::End end = ArchiveMembers::visit(path, {isWanted, take, passOver});
     if (!outcome || end == ArchiveMembers::End::Stopped)
         return outcome;
     return endArchive(path, stamp, end);

@@ -42,6 +42,15 @@ class CatalogueArchiveTest : public QObject
         QVERIFY(file.seek(0) && file.write(bytes) == bytes.size());
     }
 
+    /// Leaves a zip's members without the list of them, as a broken transfer does.
+    static void withoutDirectory(const QString &path)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const qsizetype directory = file.readAll().indexOf("PK\1\2");
+        QVERIFY(directory > 0 && file.resize(directory));
+    }
+
 private Q_SLOTS:
     void init()
     {
@@ -103,6 +112,55 @@ private Q_SLOTS:
         QCOMPARE(counts.refused, 1);
         QVERIFY(counts.problems.first().contains(u"bomb.tar.gz unpacks to more"_s));
         QCOMPARE(m_fixture->search(u"behind"_s), QStringList());
+    }
+
+    /// Each is allowed, but all of them have to be unpacked on the way to the last one.
+    void membersThatArePassedOverCountAsWell_data()
+    {
+        QTest::addColumn<QString>("extension");
+        for (const char *extension : {".7z", ".tar.gz", ".zip"})
+            QTest::newRow(extension) << QString::fromLatin1(extension);
+    }
+    void membersThatArePassedOverCountAsWell()
+    {
+        QFETCH(QString, extension);
+        ImportFixture::Members members;
+        for (int i = 0; i < 5; ++i)
+            members += {u"zeros%1.bin"_s.arg(i), QByteArray(15 * 1024 * 1024, '\0')};
+        members += {u"Behind.2019.srt"_s, ImportFixture::cue(u"a"_s)};
+        m_fixture->writeArchive(u"bomb"_s + extension, members);
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.refused, 1);
+        QVERIFY2(counts.problems.first().contains(u"unpacks to more"_s), qPrintable(counts.problems.first()));
+        QCOMPARE(m_fixture->search(u"behind"_s), QStringList());
+    }
+
+    void memberOfUnstatedSizeIsBoundedWhereItIsPassedOver()
+    {
+        const QString path = m_fixture->writeArchive(u"bomb.zip"_s,
+                                                     {{u"zeros.bin"_s, QByteArray(80 * 1024 * 1024, '\0')},
+                                                      {u"Behind.2019.srt"_s, ImportFixture::cue(u"a"_s)}},
+                                                     {}, ImportFixture::Sizes::Unstated);
+        withoutDirectory(path);
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(m_fixture->search(u"behind"_s), QStringList());
+        QVERIFY2(counts.problems.first().contains(u"unpacks to more"_s), qPrintable(counts.problems.first()));
+    }
+
+    void stopIsAskedForAtMembersThatArePassedOver()
+    {
+        ImportFixture::Members members;
+        for (int i = 0; i < 20; ++i)
+            members += {u"notes%1.md"_s.arg(i), "x"};
+        m_fixture->writeArchive(u"notes.zip"_s, members);
+        Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_fixture->path());
+        QVERIFY(catalogue);
+        int asked = 0;
+        CatalogueImport import(catalogue.value(), {}, [&](const ImportCounts &) { return ++asked < 5; });
+        const Result<CatalogueImport::End> end = import.add(m_fixture->folder());
+        QVERIFY(end && *end == CatalogueImport::End::Stopped);
+        QCOMPARE(asked, 5);
+        QCOMPARE(m_fixture->add().known, 0); // it was not gone through
     }
 
     void memberThatIsTooLargeIsRefusedAlone()

@@ -44,7 +44,7 @@ QString ImportFixture::write(const QString &relative, const QByteArray &content)
 }
 
 QString ImportFixture::writeArchive(const QString &relative, const Members &members,
-                                    const QByteArray &password) const
+                                    const QByteArray &password, Sizes sizes) const
 {
     const QString path = m_folder + u'/' + relative;
     archive *writer = archive_write_new();
@@ -58,7 +58,8 @@ QString ImportFixture::writeArchive(const QString &relative, const Members &memb
     for (const auto &[name, content] : members) {
         archive_entry *entry = archive_entry_new();
         archive_entry_set_pathname(entry, qUtf8Printable(name));
-        archive_entry_set_size(entry, content.size());
+        if (sizes == Sizes::Stated)
+            archive_entry_set_size(entry, content.size());
         archive_entry_set_filetype(entry, AE_IFREG);
         archive_entry_set_perm(entry, 0644);
         archive_write_header(writer, entry);

@@ -17,10 +17,16 @@ public:
     /// A whole subtitle whose one line says `line`.
     static QByteArray cue(const QString &line);
     QString write(const QString &relative, const QByteArray &content) const;
+    /// What the headers of an archive's members say about their sizes.
+    enum class Sizes
+    {
+        Stated,
+        Unstated // in a zip alone; they follow the members then
+    };
     /// An archive of a kind that libarchive knows by its extension (".zip", ".tar.gz" …). Only a zip can be
     /// locked by a password.
-    QString writeArchive(const QString &relative, const Members &members,
-                         const QByteArray &password = {}) const;
+    QString writeArchive(const QString &relative, const Members &members, const QByteArray &password = {},
+                         Sizes sizes = Sizes::Stated) const;
 
     /// Opens the catalogue, adds the path (the whole folder when none is given) and gives what happened.
     ImportCounts add(const QString &path = {}, const QString &language = {}) const;
