@@ -19,7 +19,9 @@ using SubtitleUnpacker::Unpacked;
 
 constexpr qsizetype BlockBytes = 64LL * 1024;
 constexpr int MaxEntries = 1000;
-constexpr std::size_t MaxTries = 16; // of entries that turn out to be no subtitle
+// Of entries that turn out to be no subtitle: so many, and so much of them.
+constexpr std::size_t MaxTries = 16;
+constexpr qsizetype MaxTriedBytes = 2 * SubtitleUnpacker::MaxBytes;
 
 struct ArchiveCloser
 {
@@ -163,10 +165,14 @@ Unpacked unzip(const QByteArray &bytes, const SubtitleUnpacker::Check &isGood)
         return {{}, {}, failureWithoutMembers(bytes)};
     members.resize(std::min(members.size(), MaxTries));
     std::optional<Unpacked> likeliest;
+    qsizetype tried = 0;
     for (const Member &member : members) {
+        if (tried > MaxTriedBytes)
+            break;
         Unpacked found = extracted(bytes, member);
         if (found.failure == Failure::None && isGood(found.content))
             return found;
+        tried += found.failure == Failure::TooLarge ? limitFor(bytes) : found.content.size();
         // Of all that can be wrong, a password is what explains the most.
         if (!likeliest || (found.failure == Failure::Locked && likeliest->failure != Failure::Locked))
             likeliest = std::move(found);

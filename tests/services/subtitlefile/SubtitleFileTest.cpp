@@ -172,6 +172,10 @@ private Q_SLOTS:
         row("zip of many notices",
             zipped(QList<std::pair<QByteArray, QByteArray>>(500, {"a.srt", "Nothing but an advertisement."})),
             Failure::NoSubtitle);
+        row("zip of large notices",
+            zipped(QList<std::pair<QByteArray, QByteArray>>(12, {"a.srt", QByteArray(7 * 1024 * 1024, ' ')})
+                   << std::pair<QByteArray, QByteArray>("b.srt", Srt)),
+            Failure::NoSubtitle);
         row("broken gzip", gzipped(Srt.repeated(20)).left(40), Failure::Damaged);
         row("broken zip", zipped("a.srt", Srt).left(30), Failure::Damaged);
         const QByteArray whole = zipped("a.srt", Srt);
