@@ -56,6 +56,41 @@ std::optional<DecodedText> byMark(const QByteArray &bytes)
     return std::nullopt;
 }
 
+/// The share of plain characters below which a text of wide ones is none: a cue's times alone have more.
+constexpr qsizetype FewestPlain = 20; // one in so many
+
+bool looksWide(const QString &text)
+{
+    const qsizetype plain =
+        std::count_if(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
+    return plain > 0 && plain * FewestPlain >= text.size() && !text.contains(QChar(0));
+}
+
+/// UTF-16 and UTF-32 without a mark: digits, spaces and line ends have zeros in them, on one side, and read
+/// from the other side they are no plain characters. A last character that was cut is left out.
+std::optional<DecodedText> asWide(const QByteArray &bytes)
+{
+    struct Width
+    {
+        QStringConverter::Encoding encoding;
+        qsizetype unit;
+        const char *name;
+    };
+    constexpr Width Widths[] = {{QStringConverter::Utf32LE, 4, "utf-32le"},
+                                {QStringConverter::Utf32BE, 4, "utf-32be"},
+                                {QStringConverter::Utf16LE, 2, "utf-16le"},
+                                {QStringConverter::Utf16BE, 2, "utf-16be"}};
+    if (!bytes.contains('\0'))
+        return std::nullopt;
+    for (const Width &width : Widths) {
+        QStringDecoder decode(width.encoding, QStringConverter::Flag::Stateless);
+        QString text = decode(QByteArrayView(bytes).first(bytes.size() - bytes.size() % width.unit));
+        if (looksWide(text))
+            return DecodedText{std::move(text), width.name};
+    }
+    return std::nullopt;
+}
+
 std::optional<DecodedText> asUtf8(const QByteArray &bytes)
 {
     QStringDecoder decode(QStringConverter::Utf8);
@@ -181,6 +216,8 @@ DecodedText decodedText(const QByteArray &bytes, const QString &language)
 {
     if (const auto marked = byMark(bytes))
         return *marked;
+    if (const auto wide = asWide(bytes))
+        return *wide;
     if (const auto escaped = byEscapes(bytes))
         return *escaped;
     if (const auto utf8 = asUtf8(bytes))

@@ -148,6 +148,40 @@ private Q_SLOTS:
         QCOMPARE(decodedText(encode(u"Zażółć – 你"_s), u"eng"_s).text, u"Zażółć – 你"_s);
     }
 
+    void wideTextsNeedNoMark_data()
+    {
+        QTest::addColumn<int>("encoding");
+        QTest::addColumn<QString>("line");
+        for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE,
+                                    QStringConverter::Utf32LE, QStringConverter::Utf32BE}) {
+            for (const char *line : {"Plain words", "Zażółć gęślą", "你好，世界。", "🎬 😀"})
+                QTest::addRow("%s %s", QStringConverter::nameForEncoding(encoding), line)
+                    << static_cast<int>(encoding) << QString::fromUtf8(line);
+        }
+    }
+    void wideTextsNeedNoMark()
+    {
+        QFETCH(const int, encoding);
+        QFETCH(const QString, line);
+        const QString text = u"1\r\n00:00:01,000 --> 00:00:02,000\r\n"_s + line + u"\r\n\r\n"_s;
+        QStringEncoder encode(static_cast<QStringConverter::Encoding>(encoding));
+        QByteArray bytes = encode(text);
+        QVERIFY(!bytes.startsWith("\xff") && !bytes.startsWith("\xfe"));
+        QCOMPARE(decodedText(bytes, u"eng"_s).text, text);
+        QCOMPARE(decodedText(bytes + bytes, u"eng"_s).text, text + text);
+        bytes.chop(1); // a file that was cut
+        QCOMPARE(decodedText(bytes, u"eng"_s).text, text.chopped(1));
+    }
+
+    void zerosInOtherTextsAreKept()
+    {
+        const QString text = u"Zażółć gęślą jaźń, 1\n"_s;
+        const QString read = decodedText(text.toUtf8() + QByteArray(3, '\0'), u"pol"_s).text;
+        QVERIFY(read.startsWith(text));
+        QCOMPARE(read.count(QChar(0)), 3);
+        QVERIFY(decodedText(QByteArray(64, '\0'), u"eng"_s).text.contains(QChar(0)));
+    }
+
     void longTextsAreToldByAPart_data()
     {
         QTest::addColumn<QByteArray>("set");
