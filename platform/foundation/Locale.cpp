@@ -154,6 +154,11 @@ QStringList listOf(const char *const *codes)
 
 Locale Locale::current()
 {
+    for (const QString &language : environmentLanguages()) {
+        Locale locale(language);
+        if (locale.hasNamesOfItsOwn())
+            return locale;
+    }
     return Locale(environmentLocaleName());
 }
 
@@ -162,6 +167,11 @@ Locale::Locale(const QString &identifier)
       m_icuIdentifier(languageCode() ? icuIdentifier(identifier) : QByteArray(English)),
       m_displayIdentifier(hasDisplayData(m_icuIdentifier) ? m_icuIdentifier : QByteArray(English))
 {
+}
+
+bool Locale::hasNamesOfItsOwn() const
+{
+    return languageCode() && m_displayIdentifier == m_icuIdentifier;
 }
 
 QString Locale::identifier() const

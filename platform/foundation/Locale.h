@@ -10,7 +10,8 @@
 class Locale final
 {
 public:
-    /// The person's locale, read anew from LC_ALL, LC_MESSAGES and LANG (an empty variable counts as unset).
+    /// The person's locale, read anew from the environment: the first language of LANGUAGE that has names
+    /// here, else LC_ALL, LC_MESSAGES or LANG. An empty variable counts as unset; C ignores LANGUAGE.
     static Locale current();
     explicit Locale(const QString &identifier);
 
@@ -29,6 +30,8 @@ public:
     static QStringList isoRegionCodes();
 
 private:
+    bool hasNamesOfItsOwn() const;
+
     QString m_identifier;
     QByteArray m_icuIdentifier;     // for collation; that of English where there is no language
     QByteArray m_displayIdentifier; // for names; that of English where ICU has none

@@ -21,6 +21,8 @@ private Q_SLOTS:
     void currentLocaleFollowsTheVariablesInOrder_data();
     void currentLocaleFollowsTheVariablesInOrder();
     void currentLocaleIsReadAnew();
+    void languageComesBeforeTheLocale_data();
+    void languageComesBeforeTheLocale();
     void languageCodeOfAnIdentifier_data();
     void languageCodeOfAnIdentifier();
 
@@ -72,15 +74,45 @@ void LocaleTest::currentLocaleFollowsTheVariablesInOrder()
     const ScopedVariable first("LC_ALL", all);
     const ScopedVariable second("LC_MESSAGES", messages);
     const ScopedVariable third("LANG", lang);
+    const ScopedVariable none("LANGUAGE", "");
     QCOMPARE(Locale::current().languageCode().value_or(QString()), language);
 }
 
 void LocaleTest::currentLocaleIsReadAnew()
 {
+    const ScopedVariable none("LANGUAGE", "");
     const ScopedVariable german("LC_ALL", "de_DE.UTF-8");
     QCOMPARE(Locale::current().localizedStringForLanguageCode(u"fr"_s), u"Französisch"_s);
     const ScopedVariable french("LC_ALL", "fr_FR.UTF-8");
     QCOMPARE(Locale::current().localizedStringForLanguageCode(u"fr"_s), u"français"_s);
+}
+
+void LocaleTest::languageComesBeforeTheLocale_data()
+{
+    QTest::addColumn<QByteArray>("language");
+    QTest::addColumn<QByteArray>("locale");
+    QTest::addColumn<QString>("french");
+    QTest::newRow("one") << QByteArray("de") << QByteArray("en_US.UTF-8") << u"Französisch"_s;
+    QTest::newRow("the first") << QByteArray("es:de") << QByteArray("en_US.UTF-8") << u"francés"_s;
+    QTest::newRow("the first with names")
+        << QByteArray("xx:12:de_AT") << QByteArray("en_US.UTF-8") << u"Französisch"_s;
+    QTest::newRow("English") << QByteArray("en") << QByteArray("de_DE.UTF-8") << u"French"_s;
+    QTest::newRow("none with names") << QByteArray("xx") << QByteArray("de_DE.UTF-8") << u"Französisch"_s;
+    QTest::newRow("C in the list") << QByteArray("C") << QByteArray("de_DE.UTF-8") << u"Französisch"_s;
+    QTest::newRow("empty") << QByteArray("") << QByteArray("de_DE.UTF-8") << u"Französisch"_s;
+    QTest::newRow("C ignores it") << QByteArray("de") << QByteArray("C") << u"French"_s;
+    QTest::newRow("C with a character set does not")
+        << QByteArray("de") << QByteArray("C.UTF-8") << u"Französisch"_s;
+}
+
+void LocaleTest::languageComesBeforeTheLocale()
+{
+    QFETCH(QByteArray, language);
+    QFETCH(QByteArray, locale);
+    QFETCH(QString, french);
+    const ScopedVariable first("LANGUAGE", language);
+    const ScopedVariable second("LC_ALL", locale);
+    QCOMPARE(Locale::current().localizedStringForLanguageCode(u"fr"_s), french);
 }
 
 void LocaleTest::languageCodeOfAnIdentifier_data()
