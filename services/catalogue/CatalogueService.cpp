@@ -2,10 +2,8 @@
 
 #include "CatalogueSearch.h"
 
-#include <platform/FileManager.h>
 #include <platform/MainQueue.h>
 #include <services/video/FileNameParser.h>
-#include <services/video/MovieHash.h>
 
 using namespace Qt::StringLiterals;
 
@@ -93,10 +91,7 @@ void CatalogueService::download(const SubtitlePtr &subtitle, DownloadCompletion 
 
 std::optional<VideoHash> CatalogueService::computeHash(const QUrl &url)
 {
-    const std::optional<VideoHash> hash = movieHash(url);
-    if (hash)
-        m_state->names.remember(*hash, FileManager::displayName(url));
-    return hash;
+    return m_state->names.hash(url);
 }
 
 VideoFileComponents CatalogueService::componentsOf(const QUrl &url)

@@ -1,10 +1,8 @@
 #include "CombinedSubtitleService.h"
 
 #include <platform/LocalizedString.h>
-#include <platform/FileManager.h>
 #include <platform/MainQueue.h>
 #include <services/video/FileNameParser.h>
-#include <services/video/MovieHash.h>
 
 using namespace Qt::StringLiterals;
 
@@ -149,10 +147,7 @@ void CombinedSubtitleService::download(const SubtitlePtr &subtitle, DownloadComp
 
 std::optional<VideoHash> CombinedSubtitleService::computeHash(const QUrl &url)
 {
-    const std::optional<VideoHash> hash = movieHash(url);
-    if (hash)
-        m_names->remember(*hash, FileManager::displayName(url));
-    return hash;
+    return m_names->hash(url);
 }
 
 VideoFileComponents CombinedSubtitleService::componentsOf(const QUrl &url)

@@ -3,11 +3,9 @@
 #include "RestErrors.h"
 
 #include <platform/LocalizedString.h>
-#include <platform/FileManager.h>
 #include <services/net/Json.h>
 #include <services/support/Background.h>
 #include <services/video/FileNameParser.h>
-#include <services/video/MovieHash.h>
 
 #include <QStandardPaths>
 
@@ -214,10 +212,7 @@ void RestService::shutDown(const std::function<void()> &done)
 
 std::optional<VideoHash> RestService::computeHash(const QUrl &url)
 {
-    const std::optional<VideoHash> hash = movieHash(url);
-    if (hash && m_names)
-        m_names->remember(*hash, FileManager::displayName(url));
-    return hash;
+    return m_names ? m_names->hash(url) : movieHashWithin(VideoNames::HashPatience, url);
 }
 
 VideoFileComponents RestService::componentsOf(const QUrl &url)

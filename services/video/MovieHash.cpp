@@ -1,12 +1,13 @@
 #include "MovieHash.h"
 
-#include "RegularFile.h"
-
 #include <platform/FileManager.h>
 
 #include <QtEndian>
 
 #include <array>
+#include <future>
+#include <system_error>
+#include <thread>
 
 namespace
 {
@@ -52,4 +53,24 @@ std::optional<VideoHash> movieHash(const QUrl &url)
         return std::nullopt;
     const std::unique_ptr<VideoContent> file = openRegularFile(path);
     return file ? movieHash(*file) : std::nullopt;
+}
+
+std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds patience, const QUrl &url,
+                                         const VideoOpener &open)
+{
+    const QByteArray path = FileManager::fileSystemPath(url);
+    if (path.isEmpty())
+        return std::nullopt;
+    std::packaged_task<std::optional<VideoHash>()> task([path, open] {
+        const std::unique_ptr<VideoContent> file = open(path);
+        return file ? movieHash(*file) : std::nullopt;
+    });
+    std::future<std::optional<VideoHash>> answer = task.get_future();
+    // Joining would wait for the disk after all. The task holds everything that the thread uses.
+    try {
+        std::thread(std::move(task)).detach();
+    } catch (const std::system_error &) {
+        return std::nullopt; // no more threads
+    }
+    return answer.wait_for(patience) == std::future_status::ready ? answer.get() : std::nullopt;
 }

@@ -1,10 +1,21 @@
 #include "VideoNames.h"
 
+#include <platform/FileManager.h>
+
 #include <algorithm>
 
 namespace
 {
 constexpr std::size_t MaxEntries = 256;
+}
+
+std::optional<VideoHash> VideoNames::hash(const QUrl &url, std::chrono::milliseconds patience,
+                                          const VideoOpener &open)
+{
+    const std::optional<VideoHash> hash = movieHashWithin(patience, url, open);
+    if (hash)
+        remember(*hash, FileManager::displayName(url));
+    return hash;
 }
 
 void VideoNames::remember(const VideoHash &video, const QString &name)

@@ -1,4 +1,6 @@
 #pragma once
+#include "MovieHash.h"
+
 #include <search/api/Query.h>
 #include <deque>
 #include <mutex>
@@ -8,6 +10,12 @@
 class VideoNames final
 {
 public:
+    /// How long the window may stand still for a video on a slow disk.
+    static constexpr std::chrono::seconds HashPatience{2};
+
+    /// The hash of a video, whose name is remembered; nothing when there is none in time.
+    std::optional<VideoHash> hash(const QUrl &url, std::chrono::milliseconds patience = HashPatience,
+                                  const VideoOpener &open = openRegularFile);
     void remember(const VideoHash &video, const QString &name);
     /// The last name remembered for this content; empty when there is none.
     QString nameOf(const VideoHash &video) const;
