@@ -1,5 +1,6 @@
 #pragma once
 #include <platform/TitlebarAccessoryViewController.h>
+#include <views/PlatformSpecificController.h>
 #include <memory>
 
 class AboutWindowController;
@@ -11,7 +12,7 @@ class MainMenuViewController;
 }
 
 /// The title bar's leading end: the button with the main menu, whose shortcuts work in every window.
-class MainMenuViewController final : public TitlebarAccessoryViewController
+class MainMenuViewController final : public PlatformController<TitlebarAccessoryViewController>
 {
     Q_OBJECT
 

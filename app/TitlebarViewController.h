@@ -1,6 +1,7 @@
 #pragma once
 #include <languages/catalogue/Language.h>
 #include <platform/TitlebarAccessoryViewController.h>
+#include <views/PlatformSpecificController.h>
 #include <QList>
 #include <memory>
 
@@ -11,7 +12,7 @@ class TitlebarViewController;
 }
 
 /// The title bar's trailing end: which language is searched in, and whether a search runs. Main thread only.
-class TitlebarViewController final : public TitlebarAccessoryViewController
+class TitlebarViewController final : public PlatformController<TitlebarAccessoryViewController>
 {
     Q_OBJECT
     Q_PROPERTY(bool isSearching READ isSearching NOTIFY isSearchingChanged)

@@ -43,6 +43,7 @@ class MainViewController : public PlatformController<ViewController>,
     Q_PROPERTY(bool isSearching READ isSearching WRITE setIsSearching NOTIFY isSearchingChanged)
     Q_PROPERTY(bool isDownloading READ isDownloading WRITE setIsDownloading NOTIFY isDownloadingChanged)
     Q_PROPERTY(QList<ExternalAppInfo> quorvaneAppsArray READ quorvaneAppsArray)
+    Q_PROPERTY(QList<Language> languagesArray READ languagesArray CONSTANT)
 
 public:
     using SendSubtitleErrors = ::SendSubtitleErrors;
