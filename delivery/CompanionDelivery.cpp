@@ -56,9 +56,7 @@ Result<bool> CompanionDelivery::send(const QUrl &file, const Subtitle &subtitle,
 
     const QByteArray path = FileManager::fileSystemPath(*folder) + '/' + name;
     const QUrl destination = FileManager::urlFromFileSystemPath(path);
-    // Usually nothing is there; a file that cannot go makes the move fail.
-    static_cast<void>(m_files.removeItem(destination));
-    if (const auto moved = m_files.moveItem(file, destination); !moved)
+    if (const auto moved = m_files.moveItemReplacing(file, destination); !moved)
         return moved.error();
 
     const auto reply = replyURL(path, request);

@@ -22,8 +22,8 @@ class CompanionDelivery final
 public:
     CompanionDelivery(FileManager &files, Workspace &workspace) : m_files(files), m_workspace(workspace) {}
 
-    /// Moves `file` into the folder "Plovendix" of the person's Movies folder and opens the reply URL.
-    /// Returns whether the platform took the URL; an Error (domain "SendSubtitleErrors", code the case's
+    /// Moves `file` into the folder "Plovendix" of the person's Movies folder, in place of an older one,
+    /// and opens the reply URL. Returns whether the platform took the URL; an Error (domain "SendSubtitleErrors", code the case's
     /// position) when there is no such folder, or the move's own. A file whose name is none inside a folder
     /// ("..") is refused with an Error of the domain "CompanionDelivery" before anything is touched.
     Result<bool> send(const QUrl &file, const Subtitle &subtitle,

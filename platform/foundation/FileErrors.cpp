@@ -10,6 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+const QString ErrorDomain = u"FileManager"_s;
+
 /// The keys stand whole in this file, because translators search for them.
 QString moveSentence(int code)
 {
@@ -55,7 +57,7 @@ QString writeSentence(int code)
 Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
 {
     const QString sentence = String::fill(String::localize(key), arguments);
-    return Error{u"FileManager"_s, code, sentence, detail + u": "_s + qt_error_string(code)};
+    return Error{ErrorDomain, code, sentence, detail + u": "_s + qt_error_string(code)};
 }
 
 Error moveErrorSaying(const QString &key, int code, const QByteArray &source, const QByteArray &destination)
@@ -99,11 +101,9 @@ Error createFolderError(int code, const QByteArray &folder)
         u"create "_s + textOfName(folder));
 }
 
-Error removeError(int code, const QByteArray &item)
+bool isFileError(const Error &error, int code)
 {
-    return fileError(code, u"“%1$@” could not be removed from “%2$@”: %3$@."_s,
-                     {textOfName(lastComponent(item)), textOfName(parentFolder(item)), qt_error_string(code)},
-                     u"remove "_s + textOfName(item));
+    return error.domain == ErrorDomain && error.code == code;
 }
 
 Error writeError(int code, const QByteArray &file)

@@ -13,8 +13,8 @@ Error missingFolderError(const QByteArray &source, const QByteArray &destination
 /// A folder refused because it would have to be copied to another file system.
 Error folderBetweenDisksError(const QByteArray &source, const QByteArray &destination);
 Error createFolderError(int code, const QByteArray &folder);
-Error removeError(int code, const QByteArray &item);
 /// A file that could not be written: the reason alone, for a sentence that says what it was for.
 Error writeError(int code, const QByteArray &file);
+bool isFileError(const Error &error, int code);
 /// A URL that names no file here.
 Error notAFileError(const QString &url);

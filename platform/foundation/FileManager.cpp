@@ -5,6 +5,8 @@
 #include "FileSystemCalls.h"
 #include "MoviesFolder.h"
 
+#include <QSysInfo>
+
 #include <cerrno>
 #include <mutex>
 #include <utility>
@@ -21,21 +23,22 @@ std::shared_ptr<FileManager> &installedManager()
     return manager;
 }
 
-int removeTree(FileSystemCalls &calls, const QByteArray &path)
+Result<void> move(FileSystemCalls &calls, const QUrl &source, const QUrl &destination,
+                  FileMove::Existing existing)
 {
-    struct stat status = {};
-    if (const int found = calls.status(path, status); found < 0)
-        return found;
-    if (!S_ISDIR(status.st_mode))
-        return calls.unlink(path);
-    QList<QByteArray> names;
-    if (const int listed = calls.listFolder(path, names); listed < 0)
-        return listed;
-    for (const QByteArray &name : std::as_const(names)) {
-        if (const int removed = removeTree(calls, path + '/' + name); removed < 0)
-            return removed;
-    }
-    return calls.removeFolder(path);
+    const QByteArray from = FileManager::fileSystemPath(source);
+    const QByteArray to = FileManager::fileSystemPath(destination);
+    if (from.isEmpty())
+        return notAFileError(source.toString());
+    if (to.isEmpty())
+        return notAFileError(destination.toString());
+    return FileMove(calls, from, to, existing).run();
+}
+
+bool isThisComputer(const QString &host)
+{
+    return host.isEmpty() || host == u"localhost" ||
+           host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
 }
 } // namespace
 
@@ -57,13 +60,12 @@ void FileManager::setDefaultManager(std::shared_ptr<FileManager> manager)
 
 Result<void> FileManager::moveItem(const QUrl &source, const QUrl &destination)
 {
-    const QByteArray from = fileSystemPath(source);
-    const QByteArray to = fileSystemPath(destination);
-    if (from.isEmpty())
-        return notAFileError(source.toString());
-    if (to.isEmpty())
-        return notAFileError(destination.toString());
-    return FileMove(*m_calls, from, to).run();
+    return move(*m_calls, source, destination, FileMove::Existing::Refused);
+}
+
+Result<void> FileManager::moveItemReplacing(const QUrl &source, const QUrl &destination)
+{
+    return move(*m_calls, source, destination, FileMove::Existing::Replaced);
 }
 
 Result<void> FileManager::createDirectory(const QUrl &folder)
@@ -73,16 +75,6 @@ Result<void> FileManager::createDirectory(const QUrl &folder)
         return notAFileError(folder.toString());
     if (const int made = m_calls->makeFolder(path); made < 0)
         return createFolderError(-made, path);
-    return {};
-}
-
-Result<void> FileManager::removeItem(const QUrl &item)
-{
-    const QByteArray path = fileSystemPath(item);
-    if (path.isEmpty())
-        return notAFileError(item.toString());
-    if (const int removed = removeTree(*m_calls, path); removed < 0)
-        return removeError(-removed, path);
     return {};
 }
 
@@ -101,8 +93,7 @@ std::optional<QUrl> FileManager::moviesFolder() const
 
 QByteArray FileManager::fileSystemPath(const QUrl &url)
 {
-    const QString host = url.host();
-    if (url.scheme() != u"file" || (!host.isEmpty() && host != u"localhost"))
+    if (url.scheme() != u"file" || !isThisComputer(url.host()))
         return {};
     const QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
     // A NUL would end the name early, at another file.
@@ -123,4 +114,17 @@ QUrl FileManager::urlFromFileSystemPath(const QByteArray &path)
 QString FileManager::displayName(const QUrl &url)
 {
     return textOfName(lastComponent(fileSystemPath(url)));
+}
+
+QString FileManager::displayPath(const QUrl &url)
+{
+    const QByteArray path = fileSystemPath(url);
+    const QByteArray home = withoutTrailingSlashes(qgetenv("HOME"));
+    const bool isBelowHome = home.size() > 1 && (path == home || path.startsWith(home + '/'));
+    return textOfName(isBelowHome ? '~' + path.mid(home.size()) : path);
+}
+
+bool FileManager::isDestinationTaken(const Error &error)
+{
+    return isFileError(error, EEXIST) || isFileError(error, ENOTEMPTY);
 }

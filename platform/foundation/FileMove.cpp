@@ -2,9 +2,10 @@
 #include "FileErrors.h"
 #include "FilePaths.h"
 #include "FileSystemCalls.h"
+#include "PartFile.h"
+#include "FileFlushing.h"
 
 #include <QLoggingCategory>
-#include <QRandomGenerator>
 
 #include <array>
 #include <cerrno>
@@ -17,7 +18,6 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
 constexpr std::size_t BufferBytes = 262'144;
-constexpr int TemporaryNameAttempts = 20;
 
 /// What file systems and kernels answer that do not know a way of working.
 bool isUnsupported(int result)
@@ -31,8 +31,9 @@ bool cannotLink(int result)
 }
 } // namespace
 
-FileMove::FileMove(FileSystemCalls &calls, const QByteArray &source, const QByteArray &destination)
-    : m_calls(calls), m_source(source), m_destination(destination)
+FileMove::FileMove(FileSystemCalls &calls, const QByteArray &source, const QByteArray &destination,
+                   Existing existing)
+    : m_calls(calls), m_source(source), m_destination(destination), m_existing(existing)
 {
 }
 
@@ -41,6 +42,7 @@ Result<void> FileMove::run()
     struct stat status = {};
     if (const int found = m_calls.status(m_source, status); found < 0)
         return failure(-found);
+    PartFile::removeLeftovers(m_calls, parentFolder(m_destination));
     const int moved =
         S_ISDIR(status.st_mode) ? publishFolder(m_source, m_destination) : publish(m_source, m_destination);
     if (moved == -EXDEV)
@@ -52,26 +54,30 @@ Result<void> FileMove::run()
 
 int FileMove::publish(const QByteArray &from, const QByteArray &to)
 {
+    if (m_existing == Existing::Replaced)
+        return publishInPlaceOf(from, to);
     const int renamed = m_calls.renameWithoutReplacing(from, to);
     if (!isUnsupported(renamed))
         return renamed;
     const int linked = m_calls.link(from, to);
     if (linked == 0)
         return dropFirstName(from, to);
-    return cannotLink(linked) ? publishOverOwnFile(from, to) : linked;
+    return cannotLink(linked) ? renameWhereNothingIs(from, to) : linked;
+}
+
+int FileMove::publishInPlaceOf(const QByteArray &from, const QByteArray &to)
+{
+    const int renamed = m_calls.rename(from, to);
+    if (renamed != -EISDIR)
+        return renamed;
+    const int trashed = m_calls.moveToTrash(to);
+    return trashed < 0 ? trashed : m_calls.rename(from, to);
 }
 
 int FileMove::publishFolder(const QByteArray &from, const QByteArray &to)
 {
     const int renamed = m_calls.renameWithoutReplacing(from, to);
-    if (!isUnsupported(renamed))
-        return renamed;
-    // A plain rename never replaces a file or a filled folder by a folder; an empty one is looked for first.
-    struct stat status = {};
-    const int found = m_calls.status(to, status);
-    if (found == -ENOENT)
-        return m_calls.rename(from, to);
-    return found < 0 ? found : -EEXIST;
+    return isUnsupported(renamed) ? renameWhereNothingIs(from, to) : renamed;
 }
 
 /// Ends a move by a second link. Both names are the same file, so that going back loses nothing.
@@ -83,58 +89,42 @@ int FileMove::dropFirstName(const QByteArray &first, const QByteArray &second)
     return removed;
 }
 
-int FileMove::publishOverOwnFile(const QByteArray &from, const QByteArray &to)
+/// For file systems without a way to refuse: what another program puts there between the two calls is
+/// replaced. Taking the name by an empty file first would leave that file behind when the process dies.
+int FileMove::renameWhereNothingIs(const QByteArray &from, const QByteArray &to)
 {
-    const int descriptor = m_calls.open(to, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
-    if (descriptor < 0)
-        return descriptor;
-    m_calls.close(descriptor);
-    const int renamed = m_calls.rename(from, to);
-    if (renamed < 0)
-        m_calls.unlink(to);
-    return renamed;
+    struct stat status = {};
+    const int found = m_calls.status(to, status);
+    if (found == -ENOENT)
+        return m_calls.rename(from, to);
+    return found < 0 ? found : -EEXIST;
 }
 
 Result<void> FileMove::copyAcross(const struct stat &status)
 {
     if (!S_ISREG(status.st_mode))
         return folderBetweenDisksError(m_source, m_destination);
-    QByteArray temporary;
-    const int target = makeTemporary(temporary);
-    if (target < 0)
-        return failure(-target);
-    int result = copyInto(target, status);
-    const int closed = m_calls.close(target);
+    PartFile part(m_calls);
+    int result = part.make(parentFolder(m_destination), 0600);
     if (result == 0)
-        result = closed;
+        result = copyInto(part.descriptor(), status);
     if (result == 0)
-        result = publish(temporary, m_destination);
-    if (result < 0) {
-        m_calls.unlink(temporary);
+        result = part.finishWriting();
+    if (result == 0)
+        result = publish(part.path(), m_destination);
+    if (result < 0)
         return failure(-result);
-    }
-    result = flushFolder(parentFolder(m_destination));
+    part.release();
+    result = flushFolder(m_calls, parentFolder(m_destination));
     if (result < 0) {
-        m_calls.unlink(m_destination);
+        if (m_existing == Existing::Refused)
+            m_calls.unlink(m_destination);
         return failure(-result);
     }
     if (const int removed = m_calls.unlink(m_source); removed < 0)
         qCWarning(log, "%s was copied but could not be removed: %s", m_source.constData(),
                   qUtf8Printable(qt_error_string(-removed)));
     return {};
-}
-
-int FileMove::makeTemporary(QByteArray &name)
-{
-    const QByteArray folder = parentFolder(m_destination);
-    for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
-        const QByteArray random = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
-        name = (folder == "/" ? QByteArray() : folder) + "/.plovendix-" + random + ".part";
-        const int descriptor = m_calls.open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
-        if (descriptor != -EEXIST)
-            return descriptor;
-    }
-    return -EEXIST;
 }
 
 int FileMove::copyInto(int target, const struct stat &status)
@@ -149,8 +139,7 @@ int FileMove::copyInto(int target, const struct stat &status)
     // File systems of removable disks know neither; the content is what counts.
     m_calls.setMode(target, status.st_mode & 0777);
     m_calls.setTimes(target, status);
-    const int flushed = m_calls.flush(target);
-    return isUnsupported(flushed) ? 0 : flushed;
+    return flushToDisk(m_calls, target);
 }
 
 int FileMove::copyBytes(int from, int to)
@@ -162,26 +151,10 @@ int FileMove::copyBytes(int from, int to)
             continue;
         if (size <= 0)
             return static_cast<int>(size);
-        for (ssize_t done = 0; done < size;) {
-            const ssize_t written =
-                m_calls.write(to, buffer.data() + done, static_cast<std::size_t>(size - done));
-            if (written < 0 && written != -EINTR)
-                return static_cast<int>(written);
-            done += std::max<ssize_t>(written, 0);
-        }
+        const int written = writeAll(m_calls, to, buffer.data(), static_cast<std::size_t>(size));
+        if (written < 0)
+            return written;
     }
-}
-
-int FileMove::flushFolder(const QByteArray &folder)
-{
-    const int descriptor = m_calls.open(folder, O_RDONLY | O_DIRECTORY, 0);
-    // A folder that may be written but not read cannot be flushed by us; the file itself is on the disk
-    // already.
-    if (descriptor < 0)
-        return 0;
-    const int flushed = m_calls.flush(descriptor);
-    m_calls.close(descriptor);
-    return isUnsupported(flushed) ? 0 : flushed;
 }
 
 Error FileMove::failure(int code)

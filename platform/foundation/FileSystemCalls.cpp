@@ -1,4 +1,7 @@
 #include "FileSystemCalls.h"
+#include "GObjectPointer.h"
+
+#include <gio/gio.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -6,6 +9,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace
@@ -14,6 +18,17 @@ template <class T>
 T resultOf(T result)
 {
     return result < 0 ? static_cast<T>(-errno) : result;
+}
+
+int codeOf(const GErrorPointer &error)
+{
+    if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_NOT_SUPPORTED))
+        return EOPNOTSUPP;
+    if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_PERMISSION_DENIED))
+        return EACCES;
+    if (g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_NO_SPACE))
+        return ENOSPC;
+    return EIO;
 }
 
 struct CloseFolder
@@ -57,9 +72,13 @@ int FileSystemCalls::makeFolder(const QByteArray &path)
     return resultOf(::mkdir(path.constData(), 0777));
 }
 
-int FileSystemCalls::removeFolder(const QByteArray &path)
+int FileSystemCalls::moveToTrash(const QByteArray &path)
 {
-    return resultOf(::rmdir(path.constData()));
+    const GObjectPointer<GFile> file(g_file_new_for_path(path.constData()));
+    GError *rawError = nullptr;
+    const bool trashed = g_file_trash(file.get(), nullptr, &rawError);
+    const GErrorPointer error(rawError);
+    return trashed ? 0 : -codeOf(error);
 }
 
 int FileSystemCalls::listFolder(const QByteArray &path, QList<QByteArray> &names)
@@ -85,6 +104,11 @@ int FileSystemCalls::status(const QByteArray &path, struct stat &status)
 int FileSystemCalls::statusOfTarget(const QByteArray &path, struct stat &status)
 {
     return resultOf(::stat(path.constData(), &status));
+}
+
+int FileSystemCalls::statusOfOpen(int descriptor, struct stat &status)
+{
+    return resultOf(::fstat(descriptor, &status));
 }
 
 int FileSystemCalls::open(const QByteArray &path, int flags, mode_t mode)
@@ -120,6 +144,16 @@ int FileSystemCalls::setTimes(int descriptor, const struct stat &status)
 int FileSystemCalls::flush(int descriptor)
 {
     return resultOf(::fsync(descriptor));
+}
+
+int FileSystemCalls::duplicate(int descriptor)
+{
+    return resultOf(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+}
+
+int FileSystemCalls::lock(int descriptor)
+{
+    return resultOf(::flock(descriptor, LOCK_EX | LOCK_NB));
 }
 
 int FileSystemCalls::close(int descriptor)

@@ -19,8 +19,10 @@ public:
     virtual int link(const QByteArray &from, const QByteArray &to);
     virtual int unlink(const QByteArray &path);
 
+    /// Into the desktop's trash, from where a person can take it back.
+    virtual int moveToTrash(const QByteArray &path);
+
     virtual int makeFolder(const QByteArray &path);
-    virtual int removeFolder(const QByteArray &path);
     /// The names in a folder, without "." and "..".
     virtual int listFolder(const QByteArray &path, QList<QByteArray> &names);
 
@@ -28,6 +30,7 @@ public:
     virtual int status(const QByteArray &path, struct stat &status);
     /// Of what a symbolic link leads to.
     virtual int statusOfTarget(const QByteArray &path, struct stat &status);
+    virtual int statusOfOpen(int descriptor, struct stat &status);
 
     /// A descriptor.
     virtual int open(const QByteArray &path, int flags, mode_t mode);
@@ -36,5 +39,9 @@ public:
     virtual int setMode(int descriptor, mode_t mode);
     virtual int setTimes(int descriptor, const struct stat &status);
     virtual int flush(int descriptor);
+    /// A second descriptor of the same open file; a lock lasts until both are closed.
+    virtual int duplicate(int descriptor);
+    /// Locks the open file for its process alone, without waiting: EWOULDBLOCK when it is locked elsewhere.
+    virtual int lock(int descriptor);
     virtual int close(int descriptor);
 };

@@ -1,16 +1,15 @@
 #include "FileWriting.h"
 #include "FileErrors.h"
+#include "FileFlushing.h"
 #include "FilePaths.h"
 #include "FileSystemCalls.h"
-#include "TemporaryFile.h"
+#include "PartFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <atomic>
 #include <cerrno>
-
-#include <fcntl.h>
 
 namespace
 {
@@ -51,14 +50,15 @@ int obstacleAt(const QFileInfo &file)
     return file.isWritable() ? 0 : -EACCES;
 }
 
-int writeAndClose(FileSystemCalls &calls, int descriptor, const QByteArray &bytes, mode_t mode)
+int fill(FileSystemCalls &calls, PartFile &part, const QByteArray &bytes, mode_t mode)
 {
+    const int descriptor = part.descriptor();
     int result = writeAll(calls, descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (result == 0 && mode != 0)
         calls.setMode(descriptor, mode); // file systems of removable disks know no modes
     if (result == 0)
         result = flushToDisk(calls, descriptor);
-    const int closed = calls.close(descriptor);
+    const int closed = part.finishWriting();
     return result < 0 ? result : closed;
 }
 
@@ -68,18 +68,16 @@ int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &by
     const bool isThere = calls.status(path, status) == 0;
     const bool isNewForAll = access == FileAccess::AsBefore && !isThere;
     const mode_t modeBefore = access == FileAccess::AsBefore && isThere ? status.st_mode & 0777U : 0;
-    QByteArray temporary;
-    const int descriptor =
-        openTemporary(calls, parentFolder(path), isNewForAll ? OrdinaryMode : OwnersMode, temporary);
-    if (descriptor < 0)
-        return descriptor;
-    int result = writeAndClose(calls, descriptor, bytes, modeBefore);
+    PartFile::removeLeftovers(calls, parentFolder(path));
+    PartFile part(calls);
+    int result = part.make(parentFolder(path), isNewForAll ? OrdinaryMode : OwnersMode);
     if (result == 0)
-        result = calls.rename(temporary, path);
-    if (result < 0) {
-        calls.unlink(temporary);
+        result = fill(calls, part, bytes, modeBefore);
+    if (result == 0)
+        result = calls.rename(part.path(), path);
+    if (result < 0)
         return result;
-    }
+    part.release();
     // Until the folder is on the disk, a power failure brings back the old file: whole, so this is no
     // failure.
     flushFolder(calls, parentFolder(path));

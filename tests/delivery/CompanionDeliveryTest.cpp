@@ -1,7 +1,9 @@
 #include "DeliveryFixture.h"
 
+#include <support/Sandbox.h>
 #include <support/TestMain.h>
 
+#include <QFile>
 #include <QTest>
 
 #include <cerrno>
@@ -36,10 +38,10 @@ private Q_SLOTS:
         DeliveryFixture fixture;
         const QUrl file = fixture.writeFile("downloads/A.srt", "1\n");
         QVERIFY(fixture.send(file, u"en"_s, u"srt"_s));
-        QCOMPARE(fixture.files.calls, u"movies exists create exists remove move"_s.split(u' '));
+        QCOMPARE(fixture.files.calls, u"movies exists create exists replace"_s.split(u' '));
         fixture.files.calls.clear();
         QVERIFY(fixture.send(fixture.writeFile("downloads/B.srt", "2\n"), u"en"_s, u"srt"_s));
-        QCOMPARE(fixture.files.calls, u"movies exists exists remove move"_s.split(u' '));
+        QCOMPARE(fixture.files.calls, u"movies exists exists replace"_s.split(u' '));
     }
 
     void nameIsMadeOfDownloadLanguageAndFormat_data()
@@ -202,27 +204,29 @@ private Q_SLOTS:
         QVERIFY(!fixture.workspace.opened.first().toEncoded().contains("Movies//"));
     }
 
-    void failureToRemoveIsIgnored()
-    {
-        DeliveryFixture fixture;
-        fixture.files.removeError = Error{u"FileManager"_s, EACCES, u"No permission"_s};
-        const auto sent = fixture.send(fixture.writeFile("downloads/A.srt", "1\n"), u"en"_s, u"srt"_s);
-        QVERIFY(sent);
-        QVERIFY(*sent);
-        QCOMPARE(fixture.contentOf("Movies/Plovendix/A.en.srt"), QByteArray("1\n"));
-    }
-
-    void olderFileThatStaysMakesTheMoveFail()
+    void olderFileStaysWhereTheNewOneCannotCome()
     {
         DeliveryFixture fixture;
         QVERIFY(fixture.makeFolder("Movies/Plovendix"));
         fixture.writeFile("Movies/Plovendix/A.en.srt", "old");
-        fixture.files.removeError = Error{u"FileManager"_s, EACCES, u"No permission"_s};
-        const auto sent = fixture.send(fixture.writeFile("downloads/A.srt", "new"), u"en"_s, u"srt"_s);
+        const auto sent = fixture.send(FileManager::urlFromFileSystemPath(fixture.path("downloads/A.srt")),
+                                       u"en"_s, u"srt"_s);
         QVERIFY(!sent);
-        QCOMPARE(sent.error().code, EEXIST);
         QCOMPARE(fixture.contentOf("Movies/Plovendix/A.en.srt"), QByteArray("old"));
-        QCOMPARE(fixture.contentOf("downloads/A.srt"), QByteArray("new"));
+    }
+
+    void folderOfTheNameGoesToTheTrash()
+    {
+        DeliveryFixture fixture;
+        QVERIFY(fixture.makeFolder("Movies/Plovendix/A.en.srt"));
+        fixture.writeFile("Movies/Plovendix/A.en.srt/kept.txt", "precious");
+        const auto sent = fixture.send(fixture.writeFile("downloads/A.srt", "new"), u"en"_s, u"srt"_s);
+        QVERIFY(sent);
+        QVERIFY(*sent);
+        QCOMPARE(fixture.contentOf("Movies/Plovendix/A.en.srt"), QByteArray("new"));
+        QFile kept(m_sandbox.path(u"xdg_data_home/Trash/files/A.en.srt/kept.txt"_s));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), QByteArray("precious"));
     }
 
     void failureToMoveIsPassedOnAndNobodyTold()
@@ -255,6 +259,9 @@ private Q_SLOTS:
         QVERIFY(sent);
         QCOMPARE(fixture.contentOf("Movies/Plovendix/A.en.srt"), QByteArray("1\n"));
     }
+
+private:
+    Sandbox m_sandbox;
 };
 
 PLOVENDIX_TEST(CompanionDeliveryTest)

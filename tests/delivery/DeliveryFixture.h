@@ -16,24 +16,18 @@ public:
 
     std::optional<QUrl> movies;
     std::optional<Error> createError;
-    std::optional<Error> removeError;
     std::optional<Error> moveError;
     mutable QStringList calls;
 
-    Result<void> moveItem(const QUrl &source, const QUrl &destination) override
+    Result<void> moveItemReplacing(const QUrl &source, const QUrl &destination) override
     {
-        calls += QStringLiteral("move");
-        return moveError ? Result<void>(*moveError) : FileManager::moveItem(source, destination);
+        calls += QStringLiteral("replace");
+        return moveError ? Result<void>(*moveError) : FileManager::moveItemReplacing(source, destination);
     }
     Result<void> createDirectory(const QUrl &folder) override
     {
         calls += QStringLiteral("create");
         return createError ? Result<void>(*createError) : FileManager::createDirectory(folder);
-    }
-    Result<void> removeItem(const QUrl &item) override
-    {
-        calls += QStringLiteral("remove");
-        return removeError ? Result<void>(*removeError) : FileManager::removeItem(item);
     }
     bool fileExists(const QUrl &item) const override
     {

@@ -66,7 +66,7 @@ private Q_SLOTS:
         DeliveryFixture fixture;
         QVERIFY(fixture.makeFolder("Movies/Plovendix"));
         const auto calls = std::make_shared<FaultyCalls>();
-        calls->failingName = u"renameWithoutReplacing"_s;
+        calls->failingName = u"rename"_s;
         calls->failure = EROFS;
         const auto sent = send(fixture, calls);
         QVERIFY(!sent);

@@ -46,16 +46,16 @@ int FaultyCalls::unlink(const QByteArray &path)
     return fault ? fault : FileSystemCalls::unlink(path);
 }
 
+int FaultyCalls::moveToTrash(const QByteArray &path)
+{
+    const int fault = faultOf("moveToTrash");
+    return fault ? fault : FileSystemCalls::moveToTrash(path);
+}
+
 int FaultyCalls::makeFolder(const QByteArray &path)
 {
     const int fault = faultOf("makeFolder");
     return fault ? fault : FileSystemCalls::makeFolder(path);
-}
-
-int FaultyCalls::removeFolder(const QByteArray &path)
-{
-    const int fault = faultOf("removeFolder");
-    return fault ? fault : FileSystemCalls::removeFolder(path);
 }
 
 int FaultyCalls::listFolder(const QByteArray &path, QList<QByteArray> &names)
@@ -74,6 +74,12 @@ int FaultyCalls::statusOfTarget(const QByteArray &path, struct stat &status)
 {
     const int fault = faultOf("statusOfTarget");
     return fault ? fault : FileSystemCalls::statusOfTarget(path, status);
+}
+
+int FaultyCalls::statusOfOpen(int descriptor, struct stat &status)
+{
+    const int fault = faultOf("statusOfOpen");
+    return fault ? fault : FileSystemCalls::statusOfOpen(descriptor, status);
 }
 
 int FaultyCalls::open(const QByteArray &path, int flags, mode_t mode)
@@ -118,6 +124,21 @@ int FaultyCalls::flush(int descriptor)
 {
     const int fault = faultOf("flush");
     return fault ? fault : FileSystemCalls::flush(descriptor);
+}
+
+int FaultyCalls::duplicate(int descriptor)
+{
+    if (const int fault = faultOf("duplicate"))
+        return fault;
+    const int second = FileSystemCalls::duplicate(descriptor);
+    openDescriptors += second >= 0 ? 1 : 0;
+    return second;
+}
+
+int FaultyCalls::lock(int descriptor)
+{
+    const int fault = faultOf("lock");
+    return fault ? fault : FileSystemCalls::lock(descriptor);
 }
 
 /// A close that fails has closed all the same.

@@ -29,17 +29,20 @@ public:
     int rename(const QByteArray &from, const QByteArray &to) override;
     int link(const QByteArray &from, const QByteArray &to) override;
     int unlink(const QByteArray &path) override;
+    int moveToTrash(const QByteArray &path) override;
     int makeFolder(const QByteArray &path) override;
-    int removeFolder(const QByteArray &path) override;
     int listFolder(const QByteArray &path, QList<QByteArray> &names) override;
     int status(const QByteArray &path, struct stat &status) override;
     int statusOfTarget(const QByteArray &path, struct stat &status) override;
+    int statusOfOpen(int descriptor, struct stat &status) override;
     int open(const QByteArray &path, int flags, mode_t mode) override;
     ssize_t read(int descriptor, char *bytes, std::size_t size) override;
     ssize_t write(int descriptor, const char *bytes, std::size_t size) override;
     int setMode(int descriptor, mode_t mode) override;
     int setTimes(int descriptor, const struct stat &status) override;
     int flush(int descriptor) override;
+    int duplicate(int descriptor) override;
+    int lock(int descriptor) override;
     int close(int descriptor) override;
 
 private:

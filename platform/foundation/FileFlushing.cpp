@@ -1,28 +1,9 @@
-#include "TemporaryFile.h"
+#include "FileFlushing.h"
 #include "FileSystemCalls.h"
-
-#include <QRandomGenerator>
 
 #include <cerrno>
 
 #include <fcntl.h>
-
-namespace
-{
-constexpr int NameAttempts = 20;
-} // namespace
-
-int openTemporary(FileSystemCalls &calls, const QByteArray &folder, mode_t mode, QByteArray &name)
-{
-    for (int attempt = 0; attempt < NameAttempts; ++attempt) {
-        const QByteArray random = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
-        name = (folder == "/" ? QByteArray() : folder) + "/.plovendix-" + random + ".part";
-        const int descriptor = calls.open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
-        if (descriptor != -EEXIST)
-            return descriptor;
-    }
-    return -EEXIST;
-}
 
 int writeAll(FileSystemCalls &calls, int descriptor, const char *bytes, std::size_t size)
 {

@@ -1,0 +1,101 @@
+#include "PartFile.h"
+#include "FileSystemCalls.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr char Prefix[] = ".plovendix-";
+constexpr char Suffix[] = ".part";
+constexpr int NameAttempts = 20;
+
+QByteArray randomName()
+{
+    return Prefix + QByteArray::number(QRandomGenerator::system()->generate64(), 36) + Suffix;
+}
+
+/// Whether the open file is one of this person's that no living process holds locked.
+bool isLeftover(FileSystemCalls &calls, int descriptor)
+{
+    struct stat status = {};
+    return calls.statusOfOpen(descriptor, status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_uid == ::geteuid() && calls.lock(descriptor) == 0;
+}
+} // namespace
+
+PartFile::~PartFile()
+{
+    if (!m_path.isEmpty())
+        m_calls.unlink(m_path);
+    close(m_descriptor);
+    close(m_lock);
+}
+
+int PartFile::make(const QByteArray &folder, mode_t mode)
+{
+    for (int attempt = 0; attempt < NameAttempts; ++attempt) {
+        const int opened = open((folder == "/" ? QByteArray() : folder) + '/' + randomName(), mode);
+        if (opened != -EEXIST)
+            return opened;
+    }
+    return -EEXIST;
+}
+
+/// Answers EEXIST also when another process has taken the new file for a leftover, between its making and its
+/// locking.
+int PartFile::open(const QByteArray &path, mode_t mode)
+{
+    m_descriptor = m_calls.open(path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+    if (m_descriptor < 0)
+        return m_descriptor;
+    m_path = path;
+    m_lock = m_calls.duplicate(m_descriptor);
+    if (m_lock < 0)
+        return m_lock;
+    // A file system without locks has no leftovers removed either.
+    const bool isLockedElsewhere = m_calls.lock(m_descriptor) == -EWOULDBLOCK;
+    struct stat status = {};
+    const bool isRemoved = m_calls.statusOfOpen(m_descriptor, status) == 0 && status.st_nlink == 0;
+    if (!isLockedElsewhere && !isRemoved)
+        return 0;
+    m_calls.unlink(std::exchange(m_path, {}));
+    close(m_descriptor);
+    close(m_lock);
+    return -EEXIST;
+}
+
+int PartFile::finishWriting()
+{
+    return m_calls.close(std::exchange(m_descriptor, -1));
+}
+
+void PartFile::close(int &descriptor)
+{
+    if (descriptor >= 0)
+        m_calls.close(descriptor);
+    descriptor = -1;
+}
+
+void PartFile::removeLeftovers(FileSystemCalls &calls, const QByteArray &folder)
+{
+    QList<QByteArray> names;
+    if (calls.listFolder(folder, names) < 0)
+        return;
+    for (const QByteArray &name : std::as_const(names)) {
+        if (!name.startsWith(Prefix) || !name.endsWith(Suffix))
+            continue;
+        const QByteArray path = folder + '/' + name;
+        const int descriptor = calls.open(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK, 0);
+        if (descriptor < 0)
+            continue;
+        if (isLeftover(calls, descriptor))
+            calls.unlink(path);
+        calls.close(descriptor);
+    }
+}
