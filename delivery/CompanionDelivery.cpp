@@ -1,6 +1,7 @@
 #include "CompanionDelivery.h"
 
 #include "FileName.h"
+#include "ReplyScheme.h"
 
 #include <platform/FileManager.h>
 #include <platform/URLComponents.h>
@@ -16,6 +17,11 @@ const QString ReplyHost = u"plovendix-file"_s;
 Error couldNotFindMoviesFolder()
 {
     return {u"SendSubtitleErrors"_s, static_cast<int>(SendSubtitleErrors::couldNotFindMoviesFolder), {}};
+}
+
+Error refusal(const QString &detail)
+{
+    return {u"CompanionDelivery"_s, 0, {}, detail};
 }
 
 /// Named after the downloaded file, not after the video: the companion application knows its own document.
@@ -49,7 +55,9 @@ Result<bool> CompanionDelivery::send(const QUrl &file, const Subtitle &subtitle,
 {
     const QByteArray name = deliveredName(file, subtitle);
     if (!FileName::isPlain(name))
-        return Error{u"CompanionDelivery"_s, 0, {}, u"Not a file name: "_s + QString::fromUtf8(name)};
+        return refusal(u"Not a file name: "_s + QString::fromUtf8(name));
+    if (request && !mayBeRepliedTo(request->urlScheme, m_workspace))
+        return refusal(u"Not a companion's scheme: "_s + request->urlScheme);
     const auto folder = targetFolder();
     if (!folder)
         return folder.error();

@@ -14,6 +14,8 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
+constexpr char OwnVariables[] = "PLOVENDIX_";
+
 using Application = GObjectPointer<GAppInfo>;
 
 /// The desktop's answer for one kind of file; "/" as in "inode/directory".
@@ -35,12 +37,23 @@ Application handlerForUri(const QByteArray &uri)
     return Application(g_app_info_get_default_for_uri_scheme(lower.get()));
 }
 
+/// Among them are keys and passwords, which are nobody else's.
+void removeOwnVariables(GAppLaunchContext *context)
+{
+    const GTextList names(g_listenv());
+    for (char **name = names.get(); name && *name; ++name) {
+        if (g_str_has_prefix(*name, OwnVariables))
+            g_app_launch_context_unsetenv(context, *name);
+    }
+}
+
 bool launch(GAppInfo *application, const QByteArray &uri)
 {
     const GObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
     // These were given to us for our own start and are used up.
     g_app_launch_context_unsetenv(context.get(), "DESKTOP_STARTUP_ID");
     g_app_launch_context_unsetenv(context.get(), "XDG_ACTIVATION_TOKEN");
+    removeOwnVariables(context.get());
     QByteArray argument = uri;
     GList uris = {argument.data(), nullptr, nullptr};
     GError *rawError = nullptr;
@@ -50,6 +63,7 @@ bool launch(GAppInfo *application, const QByteArray &uri)
         qCWarning(log, "%s did not start: %s", g_app_info_get_name(application), error->message);
     return launched;
 }
+
 bool isInApplications(const char *dataFolder, const QByteArray &name)
 {
     return QFileInfo::exists(QFile::decodeName(QByteArray(dataFolder) + "/applications/" + name));
@@ -73,6 +87,16 @@ bool openWithDefaultHandler(const QByteArray &uri)
 {
     const Application handler = handlerForUri(uri);
     return handler && launch(handler.get(), uri);
+}
+
+bool isFileSystemScheme(const QString &scheme)
+{
+    const gchar *const *known = g_vfs_get_supported_uri_schemes(g_vfs_get_default());
+    for (; known && *known; ++known) {
+        if (scheme.compare(QLatin1String(*known), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
 }
 
 bool openFolder(const QByteArray &folderUri)

@@ -37,6 +37,11 @@ bool Workspace::openURL(const QUrl &url)
     return url.isValid() && !url.isRelative() && openWithDefaultHandler(url.toEncoded());
 }
 
+bool Workspace::opensItself(const QString &scheme)
+{
+    return isFileSystemScheme(scheme);
+}
+
 bool Workspace::showInFileBrowser(const QUrl &file)
 {
     const QByteArray path = FileManager::fileSystemPath(file);

@@ -15,6 +15,8 @@ public:
 
     /// True only when a handler for the URL exists and took it.
     virtual bool openURL(const QUrl &url);
+    /// Whether the desktop opens such URLs as places of its own, whatever is installed for their scheme.
+    virtual bool opensItself(const QString &scheme);
     /// Shows the item in the desktop's file browser; false when there is none.
     virtual bool showInFileBrowser(const QUrl &file);
     /// The desktop entry of an installed application, by its identifier ("com.quorvane.Tessaly"), or nothing.

@@ -83,7 +83,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("scheme");
         for (const QString &scheme :
-             {u"tessaly"_s, u"verbrook3"_s, u"glimmet"_s, u"x-player+1.0"_s, u"https"_s})
+             {u"tessaly"_s, u"verbrook3"_s, u"glimmet"_s, u"x-player+1.0"_s, u"httpsplayer"_s})
             QTest::newRow(qPrintable(scheme)) << scheme;
     }
     void strangersSchemeIsUsedAsItIs()
@@ -118,6 +118,27 @@ private Q_SLOTS:
         // The file has moved all the same.
         QCOMPARE(fixture.contentOf("Movies/Plovendix/A.en.srt"), QByteArray("1\n"));
         QCOMPARE(fixture.contentOf("downloads/A.srt"), std::nullopt);
+    }
+
+    void schemesThatAreNoCompanionsAreRefusedUntouched_data()
+    {
+        QTest::addColumn<QString>("scheme");
+        for (const char *scheme : {"http", "https", "HTTPS", "ftp", "file", "smb", "sftp", "javascript",
+                                   "data", "mailto", "plovendix", "Plovendix", "recent"})
+            QTest::newRow(scheme) << QString::fromLatin1(scheme);
+    }
+    void schemesThatAreNoCompanionsAreRefusedUntouched()
+    {
+        QFETCH(QString, scheme);
+        DeliveryFixture fixture;
+        fixture.workspace.ownSchemes = QStringList{u"recent"_s};
+        fixture.request->urlScheme = scheme;
+        const auto sent = fixture.send(fixture.writeFile("downloads/A.srt", "1\n"), u"en"_s, u"srt"_s);
+        QCOMPARE(fixture.workspace.opened, QList<QUrl>());
+        QVERIFY(!sent);
+        QCOMPARE(sent.error().domain, u"CompanionDelivery"_s);
+        QCOMPARE(fixture.files.calls, QStringList());
+        QCOMPARE(fixture.contentOf("downloads/A.srt"), QByteArray("1\n"));
     }
 
     void replyThatNobodyTakesIsFalse()

@@ -9,8 +9,10 @@ class FakeWorkspace final : public Workspace
 public:
     QStringList installed;
     bool takesURLs = true;
+    QStringList ownSchemes;
     QList<QUrl> opened;
 
+    bool opensItself(const QString &scheme) override { return ownSchemes.contains(scheme); }
     bool openURL(const QUrl &url) override
     {
         opened += url;

@@ -17,6 +17,7 @@ struct OpenedURLs final : Workspace
         openedOn = std::this_thread::get_id();
         return accepts;
     }
+    bool opensItself(const QString &) override { return false; }
     bool showInFileBrowser(const QUrl &file) override
     {
         shown += file;

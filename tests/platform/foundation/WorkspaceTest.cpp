@@ -52,6 +52,8 @@ private Q_SLOTS:
     void urlThatIsNoneIsNotOpened();
     void anyThreadMayOpen();
     void handlerDoesNotGetOurStartUpToken();
+    void handlerDoesNotGetOurSecrets();
+    void placesAreOpenedByTheDesktopItself();
 
     void installedApplicationIsFound_data();
     void installedApplicationIsFound();
@@ -100,6 +102,12 @@ void WorkspaceTest::initTestCase()
     const QString program = m_sandbox.writeFile(u"bin/handler"_s, script);
     QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     installHandler(u"com.quorvane.Tessaly"_s, program, u"x-scheme-handler/tessaly3;"_s);
+    const QString revealing = m_sandbox.writeFile(
+        u"bin/revealing"_s, "#!/bin/sh\nenv > \"" + m_sandbox.path(u"half"_s).toUtf8() + "\"\nmv \"" +
+                                m_sandbox.path(u"half"_s).toUtf8() + "\" \"" +
+                                m_sandbox.path(u"received"_s).toUtf8() + "\"\n");
+    QVERIFY(QFile::setPermissions(revealing, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    installHandler(u"example.Revealing"_s, revealing, u"x-scheme-handler/surroundings;"_s);
     installHandler(u"example.Folders"_s, program, u"inode/directory;"_s);
     installHandler(u"example.Gone"_s, m_sandbox.path(u"bin/gone"_s), u"x-scheme-handler/glimmet;"_s);
     for (const auto &name :
@@ -111,6 +119,7 @@ void WorkspaceTest::initTestCase()
     m_sandbox.writeFile(
         u"xdg_data_home/applications/mimeinfo.cache"_s,
         "[MIME Cache]\nx-scheme-handler/tessaly3=com.quorvane.Tessaly.desktop;\n"
+        "x-scheme-handler/surroundings=example.Revealing.desktop;\n"
         "inode/directory=example.Folders.desktop;\nx-scheme-handler/glimmet=example.Gone.desktop;\n");
 }
 
@@ -188,6 +197,28 @@ void WorkspaceTest::handlerDoesNotGetOurStartUpToken()
     const ScopedVariable activation("XDG_ACTIVATION_TOKEN", "ours too");
     QVERIFY(Workspace::sharedWorkspace().openURL(QUrl(u"tessaly3://token"_s)));
     QTRY_COMPARE(received(), u"tessaly3://token"_s);
+}
+
+void WorkspaceTest::handlerDoesNotGetOurSecrets()
+{
+    const ScopedVariable key("PLOVENDIX_SUBTITLE_API_KEY", "secret key");
+    const ScopedVariable password("PLOVENDIX_SUBTITLE_PASSWORD", "secret password");
+    const ScopedVariable films("PLOVENDIX_METADATA_API_KEY", "secret film key");
+    const ScopedVariable other("OF_THE_PERSON", "stays");
+    QVERIFY(Workspace::sharedWorkspace().openURL(QUrl(u"surroundings://show"_s)));
+    QTRY_VERIFY(!received().isEmpty());
+    QVERIFY2(!received().contains(u"secret"_s) && !received().contains(u"PLOVENDIX_"_s),
+             qPrintable(received()));
+    QVERIFY2(received().contains(u"OF_THE_PERSON=stays"_s), qPrintable(received()));
+    QCOMPARE(qgetenv("PLOVENDIX_SUBTITLE_API_KEY"), QByteArray("secret key"));
+}
+
+void WorkspaceTest::placesAreOpenedByTheDesktopItself()
+{
+    QVERIFY(Workspace::sharedWorkspace().opensItself(u"file"_s));
+    QVERIFY(Workspace::sharedWorkspace().opensItself(u"FILE"_s));
+    QVERIFY(!Workspace::sharedWorkspace().opensItself(u"tessaly3"_s));
+    QVERIFY(!Workspace::sharedWorkspace().opensItself(QString()));
 }
 
 void WorkspaceTest::installedApplicationIsFound_data()
