@@ -10,6 +10,7 @@
 #include <platform/UserDefaults.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -24,9 +25,10 @@ const QString LastSaveFolderKey = QStringLiteral("lastSaveFolder");
 /// The folder of a place: itself, or the one a file stands in. Nothing when it is gone.
 std::optional<QString> folderOf(const QUrl &place)
 {
-    if (!place.isLocalFile())
+    const QByteArray path = FileManager::fileSystemPath(place);
+    if (path.isEmpty())
         return std::nullopt;
-    const QFileInfo info(place.toLocalFile());
+    const QFileInfo info(QFile::decodeName(path));
     if (info.isDir())
         return info.absoluteFilePath();
     // A video that was moved away meanwhile still means its folder.

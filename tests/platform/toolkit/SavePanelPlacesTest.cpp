@@ -6,6 +6,7 @@
 #include <QFileSystemModel>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSysInfo>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -125,6 +126,20 @@ private Q_SLOTS:
         QFileDialog *dialog = show();
         QTest::keyClick(nameField(*dialog), Qt::Key_Return);
         QCOMPARE(m_panel->URL()->toLocalFile(), m_folder + u'/' + expected + u"/Movie.en.srt"_s);
+    }
+
+    void fileURLMayNameThisComputer()
+    {
+        makeFolder(u"movies"_s);
+        for (const QString &host : {u"localhost"_s, QSysInfo::machineHostName()}) {
+            QUrl place = QUrl::fromLocalFile(m_folder + u"/movies/Movie.mkv"_s);
+            place.setHost(host);
+            QVERIFY(place.isValid());
+            m_panel->directoryURL = place;
+            QFileDialog *dialog = show();
+            QCOMPARE(dialog->directory().absolutePath(), m_folder + u"/movies"_s);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        }
     }
 
     void otherURLsThanFilesMeanTheDefaultFolder()
