@@ -50,8 +50,8 @@ std::optional<QUrl> replyURL(const QByteArray &path, const std::optional<Externa
 }
 } // namespace
 
-Result<bool> CompanionDelivery::send(const QUrl &file, const Subtitle &subtitle,
-                                     const std::optional<ExternalRequestInfo> &request) const
+Result<CompanionFile> CompanionDelivery::send(const QUrl &file, const Subtitle &subtitle,
+                                              const std::optional<ExternalRequestInfo> &request) const
 {
     const QByteArray name = deliveredName(file, subtitle);
     if (!FileName::isPlain(name))
@@ -68,7 +68,7 @@ Result<bool> CompanionDelivery::send(const QUrl &file, const Subtitle &subtitle,
         return moved.error();
 
     const auto reply = replyURL(path, request);
-    return reply && m_workspace.openURL(*reply);
+    return CompanionFile{destination, reply && m_workspace.openURL(*reply)};
 }
 
 Result<QUrl> CompanionDelivery::targetFolder() const

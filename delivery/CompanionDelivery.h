@@ -14,6 +14,13 @@ enum class SendSubtitleErrors
     plovendixFolderNotPresent
 };
 
+/// A subtitle that lies where the companion application can fetch it.
+struct CompanionFile
+{
+    QUrl url;
+    bool isReplyTaken = false; // whether the platform took the reply URL
+};
+
 /// Hands a downloaded subtitle to the companion application that asked for it.
 /// No widgets; any thread. The file is moved, never copied: after success it is gone from where the service
 /// put it.
@@ -22,12 +29,13 @@ class CompanionDelivery final
 public:
     CompanionDelivery(FileManager &files, Workspace &workspace) : m_files(files), m_workspace(workspace) {}
 
-    /// Moves `file` into the folder "Plovendix" of the person's Movies folder, in place of an older one,
-    /// and opens the reply URL. Returns whether the platform took the URL; an Error (domain "SendSubtitleErrors", code the case's
-    /// position) when there is no such folder, or the move's own. A file whose name is none inside a folder
-    /// ("..") is refused with an Error of the domain "CompanionDelivery" before anything is touched.
-    Result<bool> send(const QUrl &file, const Subtitle &subtitle,
-                      const std::optional<ExternalRequestInfo> &request) const;
+    /// Moves `file` into the folder "Plovendix" of the person's Movies folder, in place of an older one, and
+    /// opens the reply URL. An Error (domain "SendSubtitleErrors", code the case's position) when there is no
+    /// such folder, or the move's own. Before anything is touched, an Error of the domain "CompanionDelivery"
+    /// refuses a file whose name is none inside a folder ("..") and a requester whose scheme is no
+    /// companion's.
+    Result<CompanionFile> send(const QUrl &file, const Subtitle &subtitle,
+                               const std::optional<ExternalRequestInfo> &request) const;
 
 private:
     Result<QUrl> targetFolder() const;

@@ -148,9 +148,14 @@ private:
     void startDownload(SaveChoice choice);
     void finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel);
     void deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel);
-    Result<bool> sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle);
-    void moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination);
+    Result<bool> sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle,
+                                           const ExternalRequestInfo &request);
+    void beginSheet(const std::shared_ptr<SavePanel> &panel, const QUrl &file);
+    void moveToChosenPlace(const QUrl &file, const std::shared_ptr<SavePanel> &panel);
+    void askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel, const QUrl &taken);
     void showDelivered(const QString &text, const std::optional<QUrl> &file);
+    void showWhereItLies(const QUrl &file);
+    void showDeliveryText(const QString &text, const std::optional<QUrl> &file);
     void hideDelivered();
     void presentErrorOnWindow(const Error &error);
     std::weak_ptr<MainViewController> weakSelf();

@@ -90,9 +90,10 @@ void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, 
                                                    bool forceSavePanel)
 {
     const auto panel = std::make_shared<SavePanel>();
+    // Loaded once: a search that begins meanwhile on the main thread may change it.
     const auto request = currentExternalRequestInfo.load();
     if (request && !forceSavePanel) {
-        const Result<bool> sent = sendSubtitleToExternalApp(file, *subtitle);
+        const Result<bool> sent = sendSubtitleToExternalApp(file, *subtitle, *request);
         if (sent && *sent) {
             onMainQueue(weakSelf(), [name = request->name](MainViewController &self) {
                 self.showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
@@ -106,17 +107,23 @@ void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, 
     });
 }
 
-Result<bool> MainViewController::sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle)
+Result<bool> MainViewController::sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle,
+                                                           const ExternalRequestInfo &request)
 {
     const CompanionDelivery delivery(FileManager::defaultManager(), Workspace::sharedWorkspace());
-    return delivery.send(file, subtitle, currentExternalRequestInfo.value());
+    const Result<CompanionFile> sent = delivery.send(file, subtitle, request);
+    if (!sent)
+        return sent.error();
+    if (!sent->isReplyTaken)
+        onMainQueue(weakSelf(),
+                    [delivered = sent->url](MainViewController &self) { self.showWhereItLies(delivered); });
+    return sent->isReplyTaken;
 }
 
 void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &panel,
                                           const std::optional<QString> &suggestedName, const QUrl &file)
 {
-    Window *host = window();
-    if (!host)
+    if (!window())
         return;
     panel->title = String::localize(u"Save"_s);
     if (const auto url = currentFileURL.load())
@@ -124,36 +131,67 @@ void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &pane
     panel->nameFieldStringValue = suggestedName.value_or(FileManager::displayName(file));
     panel->extensionHidden = false;
     panel->canSelectHiddenExtension = true;
+    beginSheet(panel, file);
+}
+
+void MainViewController::beginSheet(const std::shared_ptr<SavePanel> &panel, const QUrl &file)
+{
     panel->beginSheetModalForWindow(
-        host, [weak = weakSelf(), panel = std::weak_ptr(panel), file](ModalResponse response) {
+        window(), [weak = weakSelf(), panel = std::weak_ptr(panel), file](ModalResponse response) {
             const auto self = weak.lock();
             const auto answered = panel.lock();
             if (self && answered && response == ModalResponse::OK)
-                self->moveToChosenPlace(file, answered->URL());
+                self->moveToChosenPlace(file, answered);
         });
 }
 
-void MainViewController::moveToChosenPlace(const QUrl &file, const std::optional<QUrl> &destination)
+void MainViewController::moveToChosenPlace(const QUrl &file, const std::shared_ptr<SavePanel> &panel)
 {
+    const std::optional<QUrl> destination = panel->URL();
     if (!destination)
         fatalFault(u"The save sheet was accepted without a place"_s);
     const Result<void> moved = FileManager::defaultManager().moveItem(file, *destination);
     if (!moved) {
         presentErrorOnWindow(moved.error());
+        if (FileManager::isDestinationTaken(moved.error()))
+            askForAnotherName(file, panel, *destination);
         return;
     }
     const QString name = FileManager::displayName(*destination);
     showDelivered(String::fill(String::localize(u"Saved as %@"_s), {name}), *destination);
 }
 
+/// The same sheet once more, as the person left it.
+void MainViewController::askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel,
+                                           const QUrl &taken)
+{
+    if (!window()) // closed while the alert was up
+        return;
+    panel->directoryURL = taken.adjusted(QUrl::RemoveFilename);
+    panel->nameFieldStringValue = FileManager::displayName(taken);
+    beginSheet(panel, file);
+}
+
 void MainViewController::showDelivered(const QString &text, const std::optional<QUrl> &file)
+{
+    showDeliveryText(text, file);
+    if (DownloadPrompt *prompt = DownloadPrompt::shared())
+        prompt->noteDelivery();
+}
+
+/// The companion application's folder has the file, but nobody took the reply.
+void MainViewController::showWhereItLies(const QUrl &file)
+{
+    const QString folder = FileManager::displayPath(file.adjusted(QUrl::RemoveFilename));
+    showDeliveryText(String::fill(String::localize(u"The file is in “%@”."_s), {folder}), file);
+}
+
+void MainViewController::showDeliveryText(const QString &text, const std::optional<QUrl> &file)
 {
     m_deliveredFile = file;
     m_scene->deliveryLabel->setText(text);
     m_scene->deliveryLabel->show();
     m_scene->showInFolderButton->setVisible(file.has_value());
-    if (DownloadPrompt *prompt = DownloadPrompt::shared())
-        prompt->noteDelivery();
 }
 
 /// What was delivered before says nothing about what is searched for or downloaded now.

@@ -60,5 +60,6 @@ Result<bool> DeliveryFixture::send(const QUrl &file, const QString &language, co
     Subtitle subtitle;
     subtitle.subLanguageID = language;
     subtitle.subFormat = format;
-    return CompanionDelivery(files, workspace).send(file, subtitle, request);
+    const Result<CompanionFile> sent = CompanionDelivery(files, workspace).send(file, subtitle, request);
+    return sent ? Result<bool>(sent->isReplyTaken) : Result<bool>(sent.error());
 }

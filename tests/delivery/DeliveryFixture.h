@@ -56,6 +56,7 @@ struct DeliveryFixture
     QList<QByteArray> namesIn(const QByteArray &relative) const;
     bool makeFolder(const QByteArray &relative) const;
 
+    /// Whether the platform took the reply.
     Result<bool> send(const QUrl &file, const QString &language, const QString &format);
 
     QTemporaryDir home;

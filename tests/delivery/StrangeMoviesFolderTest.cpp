@@ -25,7 +25,9 @@ private:
         Subtitle subtitle;
         subtitle.subLanguageID = u"en"_s;
         subtitle.subFormat = u"srt"_s;
-        return CompanionDelivery(files, fixture.workspace).send(download, subtitle, fixture.request);
+        const Result<CompanionFile> sent =
+            CompanionDelivery(files, fixture.workspace).send(download, subtitle, fixture.request);
+        return sent ? Result<bool>(sent->isReplyTaken) : Result<bool>(sent.error());
     }
 
     static void checkNobodyWasTold(const DeliveryFixture &fixture)

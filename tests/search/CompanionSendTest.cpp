@@ -7,6 +7,9 @@
 #include <QFile>
 #include <QFileDialog>
 
+#include <atomic>
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 class CompanionSendTest : public QObject, private DownloadFixture
@@ -23,6 +26,8 @@ private Q_SLOTS:
     void optionWithADoubleClickForcesTheSheet();
     void optionWithShiftSends();
     void refusedReplyFallsBackToTheSheet();
+    void refusedReplySaysWhereTheFileLies();
+    void schemeOfTheWebIsNotRepliedTo();
     void noMoviesFolderFallsBackToTheSheet();
     void errorsAreInTheirOrder();
     void saveAsAlwaysShowsTheSheet();
@@ -34,6 +39,7 @@ private Q_SLOTS:
     void panelIsMadeOnTheServicesThread();
     void requestThatCameMeanwhileIsServed();
     void requestForgottenMeanwhileIsNotServed();
+    void requestForgottenDuringTheDeliveryIsServedWhole();
 };
 
 void CompanionSendTest::requestSendsToTheCompanion()
@@ -112,6 +118,32 @@ void CompanionSendTest::refusedReplyFallsBackToTheSheet()
     const QString shown = alertDuring([this] { answerSheet(true); });
     QVERIFY(!shown.isEmpty());
     QVERIFY(QFile::exists(m_sandbox.path(u"Movies/Plovendix/A.pob.srt"_s)));
+}
+
+void CompanionSendTest::refusedReplySaysWhereTheFileLies()
+{
+    m_workspace->accepts = false;
+    searchVideo(tessaly());
+    downloadFirst();
+    finishWith(downloadedFile());
+    answerSheet(false);
+    auto *label = m_view->child<Label>("deliveryLabel");
+    QVERIFY(label->isVisible());
+    QCOMPARE(label->text(), u"The file is in “%1”."_s.arg(m_sandbox.path(u"Movies/Plovendix"_s)));
+    QTest::mouseClick(m_view->widget("showInFolderButton"), Qt::LeftButton);
+    QCOMPARE(m_workspace->shown,
+             QList<QUrl>{QUrl::fromLocalFile(m_sandbox.path(u"Movies/Plovendix/A.pob.srt"_s))});
+}
+
+void CompanionSendTest::schemeOfTheWebIsNotRepliedTo()
+{
+    searchVideo(ExternalRequestInfo{u"https"_s, u"42"_s, u"Unknown"_s});
+    downloadFirst();
+    finishWith(downloadedFile());
+    QVERIFY(m_workspace->opened.isEmpty());
+    QVERIFY(sheet());
+    answerSheet(true);
+    QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
 }
 
 void CompanionSendTest::noMoviesFolderFallsBackToTheSheet()
@@ -243,6 +275,44 @@ void CompanionSendTest::requestForgottenMeanwhileIsNotServed()
     QVERIFY(m_workspace->opened.isEmpty());
     QVERIFY(sheet());
     QCOMPARE(sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"Own.Name.srt"_s);
+}
+
+/// The main thread takes up and forgets the request all the time, while downloads are delivered on a thread
+/// of the service's.
+void CompanionSendTest::requestForgottenDuringTheDeliveryIsServedWhole()
+{
+    struct InstantMoves final : FileManager
+    {
+        std::optional<QUrl> moviesFolder() const override { return QUrl(u"file:///movies"_s); }
+        bool fileExists(const QUrl &) const override { return true; }
+        Result<void> moveItemReplacing(const QUrl &, const QUrl &) override { return {}; }
+    };
+    FileManager::setDefaultManager(std::make_shared<InstantMoves>());
+    searchVideo(tessaly());
+    m_view->table()->selectRow(0);
+    m_view->controller->download(nullptr);
+    const auto answer = m_view->service->takeDownloadCompletion(0);
+    constexpr int Replies = 5'000;
+    std::atomic<bool> isOver = false;
+    std::thread service([&] {
+        while (m_workspace->opened.size() < Replies)
+            answer(QUrl(u"file:///downloads/A.srt"_s));
+        isOver = true;
+    });
+    // Holds up deliveries where they ask for the file manager.
+    std::thread another([&] {
+        while (!isOver)
+            FileManager::defaultManager();
+    });
+    while (!isOver) {
+        m_view->controller->searchForFile(m_video, tessaly());
+        m_view->controller->cancelQuery(nullptr);
+    }
+    service.join();
+    another.join();
+    MainQueue::shared().clear();
+    for (const QUrl &reply : std::as_const(m_workspace->opened))
+        QCOMPARE(reply.scheme(), u"tessaly3"_s);
 }
 
 PLOVENDIX_GUI_TEST(CompanionSendTest)

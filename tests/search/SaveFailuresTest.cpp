@@ -53,9 +53,16 @@ private Q_SLOTS:
     void folderThatIsGoneIsAnError();
     void folderOfTheNameIsKept();
     void errorOfAMoveIsTheFileManagersOwn();
-    void afterAFailureTheSheetCanBeHadAgain();
+    void afterATakenNameTheSheetComesBackAsItWas();
+    void takenNamesMayComeInARow();
+    void afterATakenNameTheSheetMayBeCancelled();
+    void windowThatClosesWithTheAlertGetsNoSheet();
+    void afterAnotherFailureTheSheetStaysAway();
 
 private:
+    QLineEdit *name() const { return sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s); }
+    /// Without the list of completions, which would take the Return that follows.
+    void enter(const QString &text) const { name()->setText(text); }
     QString saveAndReadTheAlert()
     {
         return alertDuring([this] { answerSheet(true); });
@@ -143,20 +150,86 @@ void SaveFailuresTest::errorOfAMoveIsTheFileManagersOwn()
     QVERIFY(m_sandbox.printedLines().filter(u"Not today"_s).isEmpty());
 }
 
-void SaveFailuresTest::afterAFailureTheSheetCanBeHadAgain()
+void SaveFailuresTest::afterATakenNameTheSheetComesBackAsItWas()
+{
+    m_sandbox.writeFile(u"videos/sub folder/My name.srt"_s, "mine");
+    searchVideo();
+    downloadFirst();
+    const QUrl file = downloadedFile();
+    finishWith(file);
+    sheet()->setDirectory(m_sandbox.path(u"videos/sub folder"_s));
+    enter(u"My name.srt"_s);
+    const QString shown = saveAndReadTheAlert();
+    QVERIFY2(shown.contains(u"already exists"_s), qUtf8Printable(u"shown: "_s + shown));
+    QVERIFY(sheet());
+    QCOMPARE(name()->text(), u"My name.srt"_s);
+    QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"videos/sub folder"_s));
+    QVERIFY(QFile::exists(file.toLocalFile()));
+    enter(u"My other name.srt"_s);
+    QVERIFY(saveAndReadTheAlert().isEmpty());
+    QVERIFY(!sheet());
+    QVERIFY(QFile::exists(m_sandbox.path(u"videos/sub folder/My other name.srt"_s)));
+    QCOMPARE(m_view->child<Label>("deliveryLabel")->text(), u"Saved as My other name.srt"_s);
+    QVERIFY(!QFile::exists(file.toLocalFile()));
+}
+
+void SaveFailuresTest::takenNamesMayComeInARow()
 {
     m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
     searchVideo();
     downloadFirst();
     finishWith(downloadedFile());
-    QVERIFY(!saveAndReadTheAlert().isEmpty());
-    QVERIFY(!sheet());
+    for (int times = 0; times < 3; ++times) {
+        QVERIFY(!saveAndReadTheAlert().isEmpty());
+        QVERIFY(sheet());
+        QCOMPARE(name()->text(), u"a.b.pob.srt"_s);
+    }
     QVERIFY(QFile::remove(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
-    downloadFirst();
-    finishWith(downloadedFile(u"again.srt"_s));
     QVERIFY(saveAndReadTheAlert().isEmpty());
     QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
-    QVERIFY(m_view->child<Label>("deliveryLabel")->isVisible());
+}
+
+void SaveFailuresTest::afterATakenNameTheSheetMayBeCancelled()
+{
+    m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+    searchVideo();
+    downloadFirst();
+    const QUrl file = downloadedFile();
+    finishWith(file);
+    QVERIFY(!saveAndReadTheAlert().isEmpty());
+    answerSheet(false);
+    QVERIFY(!sheet());
+    QVERIFY(QFile::exists(file.toLocalFile()));
+    QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+}
+
+void SaveFailuresTest::windowThatClosesWithTheAlertGetsNoSheet()
+{
+    m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+    searchVideo();
+    downloadFirst();
+    finishWith(downloadedFile());
+    const bool came = whileAlertIsUp([this] { answerSheet(true); },
+                                     [this] {
+                                         m_view->window->setContentViewController({});
+                                         dismissAlert();
+                                     });
+    QVERIFY(came);
+    m_view->turn();
+    QVERIFY(!sheet());
+}
+
+void SaveFailuresTest::afterAnotherFailureTheSheetStaysAway()
+{
+    const auto disk = std::make_shared<VideoDisk>();
+    disk->writeFailure = ENOSPC;
+    FileManager::setDefaultManager(std::make_shared<FileManager>(disk));
+    searchVideo();
+    downloadFirst();
+    finishWith(downloadedFile());
+    QVERIFY(!saveAndReadTheAlert().isEmpty());
+    m_view->turn();
+    QVERIFY(!sheet());
 }
 
 PLOVENDIX_GUI_TEST(SaveFailuresTest)
