@@ -85,6 +85,7 @@ public:
     Q_INVOKABLE void textFieldActionWithTextField(QObject *sender);
     Q_INVOKABLE void controlTextDidEndEditing(QObject *sender);
     Q_INVOKABLE void download(QObject *sender);
+    Q_INVOKABLE void cancelDownload(QObject *sender);
     Q_INVOKABLE void focusSearchField(QObject *sender);
     Q_INVOKABLE void showInFolder(QObject *sender);
 

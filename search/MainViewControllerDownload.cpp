@@ -72,6 +72,12 @@ void MainViewController::startDownload(SaveChoice choice)
         });
 }
 
+void MainViewController::cancelDownload(QObject *)
+{
+    SubtitleService::shared().cancelDownloads();
+    setIsDownloading(false);
+}
+
 /// On the thread the service answers on, like the delivery to a companion application.
 void MainViewController::finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle,
                                         bool forceSavePanel)

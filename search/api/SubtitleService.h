@@ -26,6 +26,9 @@ public:
     virtual void cancelQueryTask() = 0;
     /// Fetches a result's file to the local disk: a URL that the caller may move away.
     virtual void download(const SubtitlePtr &subtitle, DownloadCompletion completion) = 0;
+    /// Drops every outstanding download; a dropped one is not answered any more. An answer that has begun on
+    /// another thread goes on.
+    virtual void cancelDownloads() = 0;
 
     /// The hash of a local video file; nothing when it cannot be read or hashed. A short read on the calling
     /// thread that never blocks on a pipe or device.

@@ -24,6 +24,7 @@ struct CatalogueService::State
     const DownloadFolder downloads;
     VideoNames names;
     OutstandingQueries outstanding;
+    OutstandingQueries outstandingDownloads;
 
     void search(quint64 number, const CatalogueRequest &request, const QueryCompletion &completion)
     {
@@ -32,6 +33,18 @@ struct CatalogueService::State
         const ReadPatience patience{.isCancelled = [&] { return !outstanding.isOutstanding(number); }};
         const Result<QueryResult> result = searchCatalogues(places, errors, request, patience);
         outstanding.finish(number, [&] { completion(result); });
+    }
+
+    void deliver(quint64 number, const Subtitle &subtitle, const DownloadCompletion &completion)
+    {
+        if (!outstandingDownloads.isOutstanding(number))
+            return;
+        const Result<QUrl> file = fetch(subtitle);
+        bool isWanted = false;
+        outstandingDownloads.finish(number, [&] { isWanted = true; });
+        // A cancel does not wait for what the completion does with the file.
+        if (isWanted)
+            completion(file);
     }
 
     Result<QUrl> fetch(const Subtitle &subtitle) const
@@ -85,8 +98,15 @@ void CatalogueService::cancelQueryTask()
 
 void CatalogueService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
-    postAfterReturn(
-        [subtitle, completion = std::move(completion)](State &state) { completion(state.fetch(*subtitle)); });
+    const quint64 number = m_state->outstandingDownloads.begin();
+    postAfterReturn([number, subtitle, completion = std::move(completion)](State &state) {
+        state.deliver(number, *subtitle, completion);
+    });
+}
+
+void CatalogueService::cancelDownloads()
+{
+    m_state->outstandingDownloads.cancelAll();
 }
 
 std::optional<VideoHash> CatalogueService::computeHash(const QUrl &url)

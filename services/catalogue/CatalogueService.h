@@ -38,6 +38,7 @@ public:
     void cancelQueryTask() override;
     /// Writes a copy of the catalogue's file into a folder of its own.
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+    void cancelDownloads() override;
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &url) override;

@@ -145,6 +145,12 @@ void CombinedSubtitleService::download(const SubtitlePtr &subtitle, DownloadComp
         [completion = std::move(completion), name = subtitle->service] { completion(unknownService(name)); });
 }
 
+void CombinedSubtitleService::cancelDownloads()
+{
+    for (const Source &source : m_sources)
+        source.service->cancelDownloads();
+}
+
 std::optional<VideoHash> CombinedSubtitleService::computeHash(const QUrl &url)
 {
     return m_names->hash(url);

@@ -40,6 +40,7 @@ public:
     void query(const QList<Arg> &args, QueryCompletion completion) override;
     void cancelQueryTask() override;
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+    void cancelDownloads() override;
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &url) override;

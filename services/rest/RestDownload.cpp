@@ -3,12 +3,12 @@
 #include "RestErrors.h"
 #include "RestFileId.h"
 #include "RestFiles.h"
+#include "RestOrder.h"
 
 #include <platform/LocalizedString.h>
 #include <services/net/Json.h>
 #include <services/support/Background.h>
 
-#include <QJsonDocument>
 #include <QLoggingCategory>
 
 using namespace Qt::StringLiterals;
@@ -22,27 +22,12 @@ constexpr Clock::Duration LinkLife = 2h + 50min; // the service promises three h
 constexpr qsizetype MaxFileBytes = 8LL * 1024 * 1024;
 constexpr Clock::Duration TransferLimit = 120s;
 
-QByteArray orderOf(qint64 number)
-{
-    const QJsonObject order{{u"file_id"_s, number}, {u"sub_format"_s, u"srt"_s}};
-    return QJsonDocument(order).toJson(QJsonDocument::Compact);
-}
-
 /// Its number would be that of some other file at the service that is asked now.
 Error ofAnotherService(const QString &id)
 {
     Error error = serviceError(Kind::Rejected, ServiceName::Subtitles, u"a file of another service: "_s + id);
     error.localizedDescription =
         String::localize(u"The service this subtitle came from is not in use now."_s);
-    return error;
-}
-
-/// Nobody has given a name or password that could be wrong.
-Error accountWanted(Error error)
-{
-    error.localizedDescription = String::localize(
-        u"The subtitle service wants an account for downloads. Enter user name and password in the "
-        "preferences."_s);
     return error;
 }
 } // namespace
@@ -54,6 +39,7 @@ struct RestDownload::Job
     SubtitlePtr subtitle;
     QList<Completion> waiting;
     Transport::Call call;
+    bool isBeingPaid = false; // from the order until its link or its cost is known
 
     /// The file's name in the cache and among the links.
     const QString &key() const { return subtitle->fileID; }
@@ -84,10 +70,20 @@ void RestDownload::fetch(const SubtitlePtr &subtitle, Completion completion)
     std::shared_ptr<Job> &job = m_jobs[{m_session.get(), subtitle->fileID}];
     const bool isUnderWay = job != nullptr;
     if (!isUnderWay)
-        job = std::make_shared<Job>(Job{m_session, subtitle, {}, {}});
+        job = std::make_shared<Job>(Job{m_session, subtitle, {}, {}, false});
     job->waiting += std::move(completion);
     if (!isUnderWay)
         lookUp(job);
+}
+
+void RestDownload::cancelAll()
+{
+    const QList<std::shared_ptr<Job>> jobs = m_jobs.values();
+    for (const std::shared_ptr<Job> &job : jobs) {
+        job->waiting.clear();
+        if (!job->isBeingPaid)
+            forget(*job);
+    }
 }
 
 void RestDownload::lookUp(const std::shared_ptr<Job> &job)
@@ -123,11 +119,11 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
         return;
     }
     if (job->session->quota().isUsedUp(clock.date())) {
-        finish(job, limitReached(*job->session, u"known to be used up"_s));
+        finish(job, RestOrder::limitReached(*job->session, clock.date(), u"known to be used up"_s));
         return;
     }
-    job->call = job->session->send({HttpRequest::Method::Post, u"/download"_s, {}, orderOf(*number)},
-                                   RestSession::Login::Wanted,
+    job->isBeingPaid = true;
+    job->call = job->session->send(RestOrder::request(*number), RestSession::Login::Wanted,
                                    [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
                                        if (const auto held = weak.lock())
                                            takeOrder(held, outcome);
@@ -140,53 +136,21 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
         askForQuota(job, outcome.error());
         return;
     }
-    const Result<QUrl> link = linkFrom(*job->session, *outcome);
+    if (const auto quota = RestOrder::quotaAfter(job->session->quota(), *outcome))
+        takeQuota(*job->session, *quota);
+    const Clock &clock = m_tools.transport.clock();
+    const Result<QUrl> link = RestOrder::linkFrom(*job->session, *outcome, clock.date());
     if (!link) {
         finish(job, link.error());
         return;
     }
-    const Clock &clock = m_tools.transport.clock();
     m_links[job->key()] = {*link, clock.now() + LinkLife, clock.date().addDuration(LinkLife)};
-    transfer(job, *link);
-}
-
-Error RestDownload::limitReached(const RestSession &session, const QString &detail) const
-{
-    Error error = session.quota().error(m_tools.transport.clock().date(), detail);
-    if (!session.access().hasAccount())
-        error.localizedDescription +=
-            u' ' + String::localize(u"With an account, entered in the preferences, there are more."_s);
-    return error;
-}
-
-/// The link that an order's answer gives, once it is known to lead where it may.
-Result<QUrl> RestDownload::linkFrom(RestSession &session, const HttpAnswer &answer)
-{
-    const std::optional<QJsonObject> object = Json::object(answer.body);
-    const bool isQuota = object && object->contains(u"remaining"_s);
-    if (isQuota) {
-        RestQuota quota = session.quota();
-        quota.takeOrder(*object);
-        takeQuota(session, quota);
-    }
-    if (answer.status == 406 && isQuota && session.quota().remaining.value_or(0) <= 0)
-        return limitReached(session, RestErrors::message(answer));
-    if (answer.status == 401 && !session.access().hasAccount())
-        return accountWanted(RestErrors::error(answer));
-    if (!answer.isSuccess())
-        return RestErrors::error(answer);
-    const auto nonsense = [](const QString &detail) {
-        return serviceError(Kind::BadAnswer, ServiceName::Subtitles, detail);
-    };
-    if (!object)
-        return nonsense(u"the answer to an order is no JSON object"_s);
-    const QString text = Json::text(*object, u"link"_s);
-    const QUrl link(text, QUrl::StrictMode);
-    if (text.isEmpty() || !link.isValid())
-        return nonsense(u"an order without a link"_s);
-    if (!session.access().linkHosts().accepts(link))
-        return nonsense(u"a link to a place that is not the service's: "_s + link.host());
-    return link;
+    job->isBeingPaid = false;
+    const bool isWanted = !job->waiting.isEmpty();
+    if (isWanted)
+        transfer(job, *link);
+    else
+        forget(*job);
 }
 
 void RestDownload::transfer(const std::shared_ptr<Job> &job, const QUrl &link)

@@ -35,6 +35,9 @@ public:
     /// The answer comes on a later turn of the main thread. A file of another service than the session's is
     /// not ordered; it is to be had where it was fetched before.
     void fetch(const SubtitlePtr &subtitle, Completion completion);
+    /// Ends what is under way, except an order that may have been counted already: its link is kept for the
+    /// next time. A completion that is on its way through the main queue still comes.
+    void cancelAll();
 
     /// Those of the present session are told to the observer.
     void takeQuota(RestSession &session, const RestQuota &quota);
@@ -57,8 +60,6 @@ private:
     void lookUp(const std::shared_ptr<Job> &job);
     void order(const std::shared_ptr<Job> &job);
     void takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
-    Error limitReached(const RestSession &session, const QString &detail) const;
-    Result<QUrl> linkFrom(RestSession &session, const HttpAnswer &answer);
     void transfer(const std::shared_ptr<Job> &job, const QUrl &link);
     void takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void keep(const std::shared_ptr<Job> &job, const QByteArray &bytes);

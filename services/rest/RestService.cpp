@@ -136,11 +136,23 @@ void RestService::cancelQueryTask()
 
 void RestService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
-    if (hasKey()) {
-        m_download.fetch(subtitle, std::move(completion));
-        return;
-    }
-    MainQueue::shared().async([completion = std::move(completion)] { completion(noKey()); });
+    const quint64 number = ++m_lastDownload;
+    const auto answer = [weak = std::weak_ptr(m_alive), number,
+                         completion = std::move(completion)](const Result<QUrl> &file) {
+        const auto self = weak.lock();
+        if (self && (*self)->m_downloadsCancelledUpTo < number)
+            completion(file);
+    };
+    if (hasKey())
+        m_download.fetch(subtitle, answer);
+    else
+        MainQueue::shared().async([answer] { answer(noKey()); });
+}
+
+void RestService::cancelDownloads()
+{
+    m_downloadsCancelledUpTo = m_lastDownload;
+    m_download.cancelAll();
 }
 
 void RestService::testConnection(std::function<void(Result<RestReport>)> completion)

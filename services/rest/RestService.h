@@ -40,6 +40,7 @@ public:
     void query(const QList<Arg> &args, QueryCompletion completion) override;
     void cancelQueryTask() override;
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+    void cancelDownloads() override;
 
     /// Whether key and, if there is one, login are accepted, and the downloads left.
     void testConnection(std::function<void(Result<RestReport>)> completion);
@@ -82,6 +83,8 @@ private:
     QHash<quint64, Query> m_queries; // not yet answered
     quint64 m_lastQuery = 0;
     quint64 m_cancelledUpTo = 0;
+    quint64 m_lastDownload = 0;
+    quint64 m_downloadsCancelledUpTo = 0;
     RestSession::Call m_test;
     std::shared_ptr<RestService *> m_alive; // tells blocks on the main queue whether we still are
 };

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void failureShowsTheServicesOwnErrorThenClearsTheFlag();
     void failureWithoutAWindowOnlyClearsTheFlag();
     void secondDownloadMayStartWhileOneRuns();
+    void cancelledDownloadIsNotDelivered();
+    void cancelButtonIsThereWhileADownloadRuns();
     void completionAfterTheControllerHasGone();
     void deliveryReadsSnapshotsWhileSearchesRun();
 };
@@ -128,6 +130,40 @@ void DownloadTest::secondDownloadMayStartWhileOneRuns()
     QVERIFY(!m_view->controller->isDownloading()); // whichever ends first clears it
     m_view->service->finishDownload(1, refusal());
     QCOMPARE(alertDuring([this] { m_view->turn(); }), refusal().localizedDescription);
+}
+
+void DownloadTest::cancelledDownloadIsNotDelivered()
+{
+    searchVideo(tessaly());
+    downloadFirst();
+    QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton);
+    QCOMPARE(m_view->service->downloadCancellations, 1);
+    QVERIFY(!m_view->controller->isDownloading());
+    QVERIFY(m_view->downloadButton()->isEnabled());
+    const QString shown = alertDuring([this] { finishWith(downloadedFile()); });
+    QVERIFY(shown.isEmpty());
+    QVERIFY(!sheet());
+    QVERIFY(m_workspace->opened.isEmpty());
+    // What was found stays, and can be downloaded again.
+    downloadFirst();
+    QVERIFY(m_view->controller->isDownloading());
+    QCOMPARE(m_view->service->downloadCount(), 2);
+    finishWith(downloadedFile());
+    QCOMPARE(m_workspace->opened.size(), 1);
+}
+
+void DownloadTest::cancelButtonIsThereWhileADownloadRuns()
+{
+    searchVideo();
+    m_view->table()->selectRow(0);
+    QWidget *button = m_view->widget("cancelDownloadButton");
+    QVERIFY(button);
+    QVERIFY(!button->isVisible());
+    downloadFirst();
+    QVERIFY(button->isVisible());
+    QCOMPARE(button->accessibleName(), u"Cancel download"_s);
+    finishWith(downloadedFile());
+    QVERIFY(!button->isVisible());
 }
 
 void DownloadTest::completionAfterTheControllerHasGone()

@@ -26,6 +26,7 @@ struct LookingService final : SubtitleService
     }
     void cancelQueryTask() override {}
     void download(const SubtitlePtr &, DownloadCompletion) override {}
+    void cancelDownloads() override {}
 
     MainViewController *controller = nullptr;
     QPushButton *button = nullptr;

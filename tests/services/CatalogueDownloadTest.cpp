@@ -50,6 +50,19 @@ private Q_SLOTS:
         QTRY_COMPARE(answers.load(), 1);
     }
 
+    void cancelledDownloadIsNotAnswered()
+    {
+        const auto catalogue = m_home.service();
+        const SubtitlePtr found = firstOf(*catalogue, videoQuery(Hash, Size));
+        QVERIFY(found);
+        std::atomic<int> answers = 0;
+        catalogue->download(found, [&](const Result<QUrl> &) { ++answers; });
+        catalogue->cancelDownloads();
+        // The worker takes one job after the other.
+        QVERIFY(fetch(*catalogue, found));
+        QCOMPARE(answers.load(), 0);
+    }
+
     void downloadOfWhatIsNoLongerThereIsAnError_data()
     {
         QTest::addColumn<QString>("fileID");

@@ -24,6 +24,7 @@ public:
     void query(const QList<Arg> &args, QueryCompletion completion) override;
     void cancelQueryTask() override;
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+    void cancelDownloads() override { m_held.clear(); }
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &url) override;

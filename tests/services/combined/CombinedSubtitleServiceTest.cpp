@@ -29,11 +29,13 @@ public:
         downloads += subtitle;
         completion(QUrl(u"file:///downloaded"_s));
     }
+    void cancelDownloads() override { ++downloadCancels; }
 
     QList<QList<Arg>> queries;
     QList<QueryCompletion> waiting;
     QList<SubtitlePtr> downloads;
     int cancels = 0;
+    int downloadCancels = 0;
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
@@ -240,6 +242,7 @@ private Q_SLOTS:
             void query(const QList<Arg> &, QueryCompletion completion) override { completion(QueryResult()); }
             void cancelQueryTask() override {}
             void download(const SubtitlePtr &, DownloadCompletion) override {}
+            void cancelDownloads() override {}
 
         protected:
             std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
@@ -280,6 +283,14 @@ private Q_SLOTS:
         m_catalogue->waiting[0](rows({}));
         m_rest->waiting[0](rows({}));
         QCOMPARE(m_answers.load(), 0);
+    }
+
+    void cancelledDownloadsAreCancelledEverywhere()
+    {
+        m_combined->cancelDownloads();
+        QCOMPARE(m_catalogue->downloadCancels, 1);
+        QCOMPARE(m_rest->downloadCancels, 1);
+        QCOMPARE(m_catalogue->cancels, 0);
     }
 
     void downloadsGoToTheirService()

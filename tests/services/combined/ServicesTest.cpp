@@ -27,6 +27,7 @@ public:
     }
     void cancelQueryTask() override {}
     void download(const SubtitlePtr &, DownloadCompletion) override {}
+    void cancelDownloads() override {}
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
@@ -48,6 +49,7 @@ public:
     }
     void cancelQueryTask() override {}
     void download(const SubtitlePtr &, DownloadCompletion) override {}
+    void cancelDownloads() override {}
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }

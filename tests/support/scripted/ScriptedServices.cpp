@@ -40,6 +40,13 @@ void ScriptedSubtitleService::download(const SubtitlePtr &subtitle, DownloadComp
     m_downloads.push_back({subtitle, std::move(completion)});
 }
 
+void ScriptedSubtitleService::cancelDownloads()
+{
+    ++downloadCancellations;
+    for (Download &download : m_downloads)
+        download.completion = [](const Result<QUrl> &) {};
+}
+
 std::optional<VideoHash> ScriptedSubtitleService::computeHash(const QUrl &url)
 {
     hashed += url;

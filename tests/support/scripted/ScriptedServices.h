@@ -26,6 +26,7 @@ public:
 
     QList<QList<Arg>> queries; // in the order asked, cancelled ones included
     int cancellations = 0;
+    int downloadCancellations = 0;
     QList<QUrl> hashed;
     std::optional<VideoHash> hash = VideoHash{QStringLiteral("0123456789abcdef"), 1'234'567};
     QString searchString = QStringLiteral("words from name");
@@ -47,6 +48,7 @@ public:
     void query(const QList<Arg> &args, QueryCompletion completion) override;
     void cancelQueryTask() override;
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
+    void cancelDownloads() override;
 
 protected:
     std::optional<VideoHash> computeHash(const QUrl &url) override;
