@@ -99,7 +99,7 @@ void RestDownload::lookUp(const std::shared_ptr<Job> &job)
             if (!held)
                 return;
             if (file)
-                publish(held, *file);
+                publish(held, *file, LinkUse::Spent);
             else
                 order(held);
         });
@@ -190,38 +190,41 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
         [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle,
          date = m_tools.transport.clock().date(),
          bytes] { return RestFiles::take(kept, key, subtitle->subLanguageID, date, bytes); },
-        [this, weak = std::weak_ptr(job)](const Result<SubtitleFile> &file) {
+        [this, weak = std::weak_ptr(job)](const Result<RestFiles::TakenFile> &taken) {
             const auto held = weak.lock();
             if (!held)
                 return;
             // Something else may have come in its place, from a network's sign-in page to a service out of
             // order: the link is still paid for.
-            if (!file) {
-                finish(held, file.error());
+            if (!taken) {
+                finish(held, taken.error());
                 return;
             }
-            m_links.remove(held->key());
-            publish(held, *file);
+            publish(held, taken->file, taken->isKept ? LinkUse::Spent : LinkUse::StillWanted);
         });
 }
 
-/// A file of its own for everyone who waits: each may move theirs away.
-void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file)
+/// A file of its own for everyone who waits: each may move theirs away. A link that is paid for is kept until
+/// the files are there, and while it is the only way to have the content again.
+void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link)
 {
     const QByteArray content = m_keepsOriginalBytes ? file.original : file.utf8;
     inBackground(
         m_tools.worker,
         [downloads = m_tools.downloads, name = RestFiles::nameOf(*job->subtitle, file), content,
          count = job->waiting.size()] { return RestFiles::publish(downloads, name, content, count); },
-        [this, weak = std::weak_ptr(job), file](const Result<QList<QUrl>> &files) {
+        [this, weak = std::weak_ptr(job), file, link](const Result<QList<QUrl>> &files) {
             const auto held = weak.lock();
             if (!held)
                 return;
             const bool someoneCame = files && files->size() < held->waiting.size();
-            if (someoneCame)
-                publish(held, file);
-            else
-                finish(held, files);
+            if (someoneCame) {
+                publish(held, file, link);
+                return;
+            }
+            if (files && link == LinkUse::Spent)
+                m_links.remove(held->key());
+            finish(held, files);
         });
 }
 

@@ -50,6 +50,12 @@ private:
     struct Job;
     /// Who asks for which file.
     using JobKey = std::pair<const RestSession *, QString>;
+    /// What a link is good for once its file is published.
+    enum class LinkUse
+    {
+        Spent,
+        StillWanted
+    };
     struct Link
     {
         QUrl url;
@@ -63,7 +69,7 @@ private:
     void transfer(const std::shared_ptr<Job> &job, const QUrl &link);
     void takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void keep(const std::shared_ptr<Job> &job, const QByteArray &bytes);
-    void publish(const std::shared_ptr<Job> &job, const SubtitleFile &file);
+    void publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link);
     void askForQuota(const std::shared_ptr<Job> &job, const Error &error);
     void takeCost(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files);

@@ -52,16 +52,18 @@ std::optional<SubtitleFile> RestFiles::find(const DiskCache &kept, const QString
     return file;
 }
 
-Result<SubtitleFile> RestFiles::take(const DiskCache &kept, const QString &key, const QString &language,
-                                     const QDateTime &date, const QByteArray &bytes)
+Result<RestFiles::TakenFile> RestFiles::take(const DiskCache &kept, const QString &key,
+                                             const QString &language, const QDateTime &date,
+                                             const QByteArray &bytes)
 {
     SubtitleFile file = SubtitleFile::read(bytes, language);
     if (file.failure != SubtitleFile::Failure::None)
         return refusal(file.failure);
     if (file.original.size() < FewestBytes)
         return refusal(SubtitleFile::Failure::NoSubtitle);
-    kept.store(key, {file.original, {}, date, date.addDuration(std::chrono::seconds(KeptFor))});
-    return file;
+    const bool isKept =
+        kept.store(key, {file.original, {}, date, date.addDuration(std::chrono::seconds(KeptFor))});
+    return TakenFile{std::move(file), isKept};
 }
 
 QString RestFiles::nameOf(const Subtitle &subtitle, const SubtitleFile &file)

@@ -294,6 +294,31 @@ private Q_SLOTS:
         QVERIFY(**caught);
     }
 
+    void linkIsKeptUntilTheFileIsPublished()
+    {
+        const QString inTheWay = m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QVERIFY(!**first);
+        QVERIFY(QFile::remove(inTheWay));
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void linkIsKeptWhileTheFileIsNotInTheCache()
+    {
+        m_sandbox.writeFile(u"rest/downloads/kept"_s, "in the way of the cache");
+        for (int times = 0; times < 2; ++times) {
+            const auto caught = m_fixture->download(m_fixture->subtitle());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
+        }
+        QCOMPARE(orders(), 1);
+        QCOMPARE(m_fixture->standIn.links().requests().size(), 2);
+    }
+
     void folderThatCannotBeWrittenIsSaid()
     {
         m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
