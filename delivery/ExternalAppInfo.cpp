@@ -6,6 +6,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+const QString OwnCompanionScheme = u"plovendix-mpv"_s;
+const QString OwnCompanionName = u"mpv"_s;
+} // namespace
+
 const QList<ExternalAppInfo> &knownCompanionApps()
 {
     static const QList<ExternalAppInfo> apps = {
@@ -28,6 +34,8 @@ QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace)
 
 QString companionAppName(const QString &sender)
 {
+    if (sender == OwnCompanionScheme)
+        return OwnCompanionName;
     const QList<ExternalAppInfo> &apps = knownCompanionApps();
     const auto app = std::find_if(apps.begin(), apps.end(), [&sender](const ExternalAppInfo &known) {
         return known.urlScheme == sender;

@@ -28,5 +28,6 @@ public:
 const QList<ExternalAppInfo> &knownCompanionApps();
 /// The known companion applications that are installed, in the table's order; asked anew on every call.
 QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace);
-/// The display name of the application that sends exactly this "sender"; "Unknown" for a stranger.
+/// The display name of the application that sends exactly this "sender": a known companion, or the one that
+/// comes with this program (companions/mpv). "Unknown" for a stranger.
 QString companionAppName(const QString &sender);

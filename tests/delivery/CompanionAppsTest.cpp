@@ -59,6 +59,7 @@ private Q_SLOTS:
         QTest::newRow("Verbrook") << u"verbrook3"_s << u"Verbrook"_s;
         QTest::newRow("Tessaly") << u"tessaly3"_s << u"Tessaly"_s;
         QTest::newRow("Glimmet") << u"glimmet"_s << u"Glimmet"_s;
+        QTest::newRow("the one that comes along") << u"plovendix-mpv"_s << u"mpv"_s;
         QTest::newRow("without its number") << u"tessaly"_s << u"Unknown"_s;
         QTest::newRow("with a number") << u"glimmet3"_s << u"Unknown"_s;
         QTest::newRow("other case") << u"Tessaly3"_s << u"Unknown"_s;

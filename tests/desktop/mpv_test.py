@@ -69,7 +69,7 @@ class MpvTest(InstalledTest):
         row = self.tree.find_all('list item')[0]
         self.click(row)
         wait_for(lambda: row.has('selected'), 'the row is selected')
-        self.click(self.tree.find('push button', 'Send to Unknown'))
+        self.click(self.tree.find('push button', 'Send to mpv'))
         track, = wait_for(lambda: self.external_subtitles(player), 'the subtitle is added')
         folder = os.path.join(self.videos, 'Plovendix')
         self.assertEqual(track['external-filename'], os.path.join(folder, os.listdir(folder)[0]))

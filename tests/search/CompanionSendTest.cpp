@@ -1,5 +1,6 @@
 #include "DownloadFixture.h"
 
+#include <delivery/IncomingRequestHandler.h>
 #include <platform/Label.h>
 #include <platform/SavePanel.h>
 #include <support/TestMain.h>
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void refusedReplyFallsBackToTheSheet();
     void refusedReplySaysWhereTheFileLies();
     void schemeOfTheWebIsNotRepliedTo();
+    void companionThatComesAlongIsNamed();
     void noMoviesFolderFallsBackToTheSheet();
     void errorsAreInTheirOrder();
     void saveAsAlwaysShowsTheSheet();
@@ -144,6 +146,25 @@ void CompanionSendTest::schemeOfTheWebIsNotRepliedTo()
     QVERIFY(sheet());
     answerSheet(true);
     QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
+}
+
+void CompanionSendTest::companionThatComesAlongIsNamed()
+{
+    struct Host final : IncomingRequestHost
+    {
+        explicit Host(FileSearching &content) : m_content(content) {}
+        bool bringFirstWindowForward() override { return true; }
+        FileSearching *firstWindowContent() override { return &m_content; }
+        void park(const ExternalRequest &) override {}
+        void presentError(const Error &) override {}
+
+    private:
+        FileSearching &m_content;
+    };
+    Host host(*m_view->controller);
+    IncomingRequestHandler(host).handle(u"plovendix://search?fileurl="_s + m_video.toString() +
+                                        u"&docid=1-2&sender=plovendix-mpv"_s);
+    QCOMPARE(m_view->downloadButton()->text(), u"Send to mpv"_s);
 }
 
 void CompanionSendTest::noMoviesFolderFallsBackToTheSheet()
