@@ -30,8 +30,8 @@ public:
     /// another thread goes on.
     virtual void cancelDownloads() = 0;
 
-    /// The hash of a local video file; nothing when it cannot be read or hashed. A short read on the calling
-    /// thread that never blocks on a pipe or device.
+    /// The hash of a local video file; nothing when it cannot be read or hashed. The calling thread waits for
+    /// a short read, at most two seconds on a disk and never on a pipe or device.
     static std::optional<VideoHash> hashFor(const QUrl &url);
 
 protected:
