@@ -147,6 +147,16 @@ private Q_SLOTS:
         QVERIFY2(counts.problems.first().contains(u"unpacks to more"_s), qPrintable(counts.problems.first()));
     }
 
+    void membersOfUnstatedSizesAreEntered()
+    {
+        ImportFixture::Members members{{u"zeros.bin"_s, QByteArray(1024 * 1024, '\0')}};
+        members += manyMembers(3);
+        withoutDirectory(m_fixture->writeArchive(u"cut.zip"_s, members, {}, ImportFixture::Sizes::Unstated));
+        const ImportCounts counts = m_fixture->add();
+        QCOMPARE(counts.added, 3);
+        QVERIFY2(counts.problems.first().contains(u"is damaged"_s), qPrintable(counts.problems.first()));
+    }
+
     void stopIsAskedForAtMembersThatArePassedOver()
     {
         ImportFixture::Members members;
