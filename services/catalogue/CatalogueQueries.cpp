@@ -173,13 +173,14 @@ std::string tablesInOrder(const QString &language, const TitleQuery &facts)
 SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
                                    const TitleQuery &facts)
 {
-    SQLite::Statement statement(database, std::string(EntryColumns) + MainTitleOfFound + MainTitle + " END" +
-                                              tablesInOrder(language, facts) +
-                                              (language.isEmpty() ? "" : " AND s.language = ?2") +
-                                              " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
-                                              " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
-                                              " ORDER BY (?6 IS NOT NULL AND f.year IS ?6) DESC,"
-                                              " s.downloads DESC, s.id LIMIT ?3");
+    std::string text = EntryColumns;
+    text.append(MainTitleOfFound).append(MainTitle).append(" END").append(tablesInOrder(language, facts));
+    if (!language.isEmpty())
+        text += " AND s.language = ?2";
+    text += " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
+            " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
+            " ORDER BY (?6 IS NOT NULL AND f.year IS ?6) DESC, s.downloads DESC, s.id LIMIT ?3";
+    SQLite::Statement statement(database, text);
     if (!language.isEmpty())
         statement.bind(2, language.toStdString());
     statement.bind(3, CatalogueQueries::MaxEntries);
