@@ -2,8 +2,8 @@
 #include "FaultyCalls.h"
 #include "Sandbox.h"
 
-/// A folder on a disk that a test fills up. Where the machine lets a test mount one, it is a small file
-/// system that nobody else sees; everywhere, a folder for which one of the calls of writeFile fails with
+/// A folder on a disk that a test fills up. Where the test may mount one, as root, it is a small file system
+/// that no other process sees; everywhere, a folder for which one of the calls of writeFile fails with
 /// ENOSPC.
 class FullDisk final
 {
