@@ -6,7 +6,6 @@
 
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>
@@ -133,10 +132,9 @@ private Q_SLOTS:
         auto service = serviceOf(m_path);
         service->query(textQuery(u"harbour lights"_s), [](const Result<QueryResult> &) {});
         QTRY_VERIFY(isBeingRead());
-        QElapsedTimer time;
-        time.start();
+        QTest::failOnWarning(QRegularExpression(u"."_s)); // a search that takes its whole time leaves a line
         service.reset();
-        QVERIFY(std::chrono::milliseconds(time.elapsed()) < ReadPatience().longest / 3);
+        QTRY_VERIFY(!isBeingRead());
     }
 
     void cancelledSearchMakesRoomForTheNext()
@@ -147,11 +145,9 @@ private Q_SLOTS:
         QTRY_VERIFY(isBeingRead());
         QVERIFY(QFile::remove(m_path));
         init();
-        QElapsedTimer time;
-        time.start();
+        QTest::failOnWarning(QRegularExpression(u"."_s)); // a search that takes its whole time leaves a line
         service->cancelQueryTask();
         QCOMPARE(ask(*service, textQuery(u"harbour lights"_s)), QStringList(u"Lights.exact"_s));
-        QVERIFY(std::chrono::milliseconds(time.elapsed()) < ReadPatience().longest / 3);
     }
 
     void filmsWithoutEndAreGivenUpWhenTheServiceGoes()

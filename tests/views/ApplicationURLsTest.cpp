@@ -1,22 +1,35 @@
+#include <platform/Workspace.h>
 #include <support/TestMain.h>
 #include <views/ApplicationURLs.h>
 
-#include <QDesktopServices>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-/// Hears of every URL that the program opens through Qt.
-class OpenedURLs final : public QObject
+namespace
 {
-    Q_OBJECT
+/// Takes everything and keeps what it was asked, in place of the desktop.
+struct AskedWorkspace final : Workspace
+{
+    bool openURL(const QUrl &url) override
+    {
+        asked += url;
+        return true;
+    }
+    bool showInFileBrowser(const QUrl &file) override
+    {
+        asked += file;
+        return true;
+    }
+    std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString &identifier) override
+    {
+        asked += QUrl(identifier);
+        return identifier;
+    }
 
-public Q_SLOTS:
-    void open(const QUrl &url) { opened += url; }
-
-public:
-    QList<QUrl> opened;
+    QList<QUrl> asked;
 };
+} // namespace
 
 class ApplicationURLsTest : public QObject
 {
@@ -40,13 +53,14 @@ void ApplicationURLsTest::noURLCanBeOpened_data()
 void ApplicationURLsTest::noURLCanBeOpened()
 {
     QFETCH(QUrl, url);
-    OpenedURLs seen;
-    if (!url.isEmpty())
-        QDesktopServices::setUrlHandler(url.scheme(), &seen, "open");
-    QCOMPARE(ApplicationURLs::canOpenURL(url), false);
-    QCOMPARE(ApplicationURLs::openURL(url), false);
-    QCOMPARE(seen.opened, QList<QUrl>());
-    QDesktopServices::unsetUrlHandler(url.scheme());
+    const auto workspace = std::make_shared<AskedWorkspace>();
+    Workspace::setSharedWorkspace(workspace);
+    const bool can = ApplicationURLs::canOpenURL(url);
+    const bool opened = ApplicationURLs::openURL(url);
+    Workspace::setSharedWorkspace({});
+    QCOMPARE(can, false);
+    QCOMPARE(opened, false);
+    QCOMPARE(workspace->asked, QList<QUrl>()); // the program has no other way to the desktop
 }
 
 PLOVENDIX_GUI_TEST(ApplicationURLsTest)

@@ -64,7 +64,6 @@ class PlatformSpecificControllerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyControllerOfTheProgramHasTheOperations();
     void viewIsLoadedOnceItWasUsed();
     void errorMessageIsPresentedBeforeTheCompletion_data();
     void errorMessageIsPresentedBeforeTheCompletion();
@@ -75,12 +74,6 @@ private Q_SLOTS:
     void presentationCompletesAtOnce();
     void completionComesWhileTheWindowIsUp();
 };
-
-void PlatformSpecificControllerTest::everyControllerOfTheProgramHasTheOperations()
-{
-    const std::shared_ptr<ViewController> controller = ViewController::make<PlatformController<>>();
-    QVERIFY(dynamic_cast<PlatformSpecificController *>(controller.get()));
-}
 
 void PlatformSpecificControllerTest::viewIsLoadedOnceItWasUsed()
 {

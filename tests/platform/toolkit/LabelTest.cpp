@@ -4,7 +4,6 @@
 #include <support/TestMain.h>
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;

@@ -3,7 +3,6 @@
 #include <platform/SettingsPortal.h>
 #include <support/TestMain.h>
 
-#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 

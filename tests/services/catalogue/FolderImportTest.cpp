@@ -9,7 +9,6 @@
 
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -228,20 +227,17 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->faults(), QStringList());
     }
 
-    void endOfTheProgramWaitsOnlyShortly()
+    void endOfTheProgramStopsAnImportThatWaits()
     {
         writeEpisodes(1);
         m_fixture->add();
         writeEpisodes(MoreThanABatch, 1);
         const auto writer = otherWriter();
-        makeImport();
+        makeImport({0ms, 1h, 1h}); // whichever of them counted, this test would not end
         m_import->start(m_fixture->folder());
         QTRY_VERIFY(m_import->state().files > 200);
         m_states.clear();
-        QElapsedTimer timer;
-        timer.start();
         m_import.reset();
-        QVERIFY2(timer.elapsed() < 4000, qPrintable(QString::number(timer.elapsed())));
         MainQueue::shared().runUntilIdle();
         QVERIFY(m_states.isEmpty());
     }

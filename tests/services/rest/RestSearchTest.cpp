@@ -2,24 +2,7 @@
 
 #include <support/TestMain.h>
 
-#include <QTimer>
-
-#include <ctime>
-#include <utility>
-
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
-namespace
-{
-/// What the calling thread has worked so far.
-qint64 workedMicroseconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return time.tv_sec * 1'000'000 + time.tv_nsec / 1000;
-}
-} // namespace
 
 class RestSearchTest final : public QObject
 {
@@ -267,28 +250,6 @@ private Q_SLOTS:
         m_fixture->service.reset();
         MainQueue::shared().runUntilIdle();
         QVERIFY(!caught->came());
-    }
-
-    void mainThreadIsNeverHeldUp()
-    {
-        m_fixture->standIn.select(u"hits-1502"_s);
-        // Time the thread worked, not the clock's: other programs must not count.
-        qint64 last = 0;
-        qint64 longest = 0;
-        QTimer pulse;
-        connect(&pulse, &QTimer::timeout, &pulse, [&] {
-            const qint64 now = workedMicroseconds();
-            longest = std::max(longest, now - std::exchange(last, now));
-        });
-        const auto caught = m_fixture->search();
-        last = workedMicroseconds();
-        pulse.start(0);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        qInfo("longest stall of the main thread: %.1f ms", static_cast<double>(longest) / 1000);
-        QCOMPARE((**caught)->subtitles->size(), 500);
-        // Reading and ranking there would take longer. The stand-in, which writes the records, lives there as
-        // well.
-        QVERIFY(longest < 200'000);
     }
 
 private:
