@@ -66,6 +66,21 @@ private Q_SLOTS:
         QCOMPARE(m_controller->window()->contentSize(), QSize(760, 640));
     }
 
+    void accessoryIsPutAtTheTrailingEnd()
+    {
+        Storyboard::registerController(u"Main"_s, u"TitlebarViewController"_s, [] {
+            const auto accessory = ViewController::make<TitlebarAccessoryViewController>();
+            accessory->setLayoutAttribute(LayoutAttribute::Leading);
+            return accessory;
+        });
+        MainWindowController other;
+        const Window *window = other.window();
+        registerScenes();
+        QCOMPARE(static_cast<int>(other.titlebarViewController->layoutAttribute()), 6);
+        const QWidget *view = other.titlebarViewController->view();
+        QVERIFY(view->mapTo(window, view->rect().center()).x() > window->width() / 2);
+    }
+
     void windowComesUpInTheMiddleOfTheScreen()
     {
         const Window *window = m_controller->window();
