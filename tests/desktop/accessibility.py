@@ -2,6 +2,7 @@
 
 Spoken directly rather than through the usual client library, which remembers answers and waits for programs that ended.
 """
+import environment  # noqa: F401  before the libraries that read the variables
 from gi.repository import Gio, GLib
 
 from waiting import wait_for

@@ -7,6 +7,7 @@ import subprocess
 import sys
 import tempfile
 
+import environment
 from accessibility import Bus
 from processes import Process
 from screen import Screen
@@ -31,7 +32,6 @@ BUS_CONFIGURATION = '''<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
 </busconfig>
 '''
 ACCESSIBILITY_BUS = '/usr/libexec/at-spi-bus-launcher'
-INHERITED = ('PATH', 'LD_LIBRARY_PATH', 'TSAN_OPTIONS', 'ASAN_OPTIONS', 'UBSAN_OPTIONS', 'LLVM_PROFILE_FILE')
 
 
 class Desktop:
@@ -65,7 +65,7 @@ class Desktop:
     def _start(self):
         runtime = os.path.join(self.folder, 'runtime')
         os.mkdir(runtime, 0o700)
-        self.environment = {name: os.environ[name] for name in INHERITED if name in os.environ}
+        self.environment = {**environment.inherited(), **environment.own_folders(self.folder)}
         self.environment.update(XDG_RUNTIME_DIR=runtime, LANG='C', XDG_SESSION_TYPE='x11', FONTCONFIG_FILE=FONTS,
                                 HOME=self.folder)
         self._start_server()
@@ -115,8 +115,8 @@ class Desktop:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def start(self, arguments, name, **options):
-        environment = options.pop('environment', self.environment)
-        self._processes.append(Process(arguments, environment, self.folder, name, **options))
+        variables = options.pop('environment', self.environment)
+        self._processes.append(Process(arguments, variables, self.folder, name, **options))
         return self._processes[-1]
 
     def _ask(self, *words):

@@ -44,7 +44,7 @@ class FolderTest(ProgramTest):
 
     def run_command(self, *words):
         done = subprocess.run([os.path.join(BUILD, 'plovendix-catalogue'), *words],
-                              env={**os.environ, **self.home}, capture_output=True, text=True, check=False, timeout=60)
+                              env=self.home, capture_output=True, text=True, check=False, timeout=60)
         self.assertEqual(done.returncode, 0, done.stderr)
         return done.stdout
 

@@ -6,6 +6,7 @@ import signal
 import subprocess
 import urllib.parse
 
+import environment  # noqa: F401  before the libraries that read the variables
 from gi.repository import Gio, GLib
 
 from program_test import BUILD, ProgramTest

@@ -5,6 +5,8 @@ import subprocess
 import tempfile
 import unittest
 
+import environment
+
 BUILD = os.environ['PLOVENDIX_BUILD']
 SHARE = 'usr/share'
 IDENTIFIER = 'com.quorvane.Plovendix'
@@ -73,7 +75,7 @@ class PackageTest(UnpackedTest):
 
     def test_the_program_runs_and_finds_its_resources_where_it_was_unpacked(self):
         with tempfile.TemporaryDirectory() as home:
-            said = output_of(self.unpacked('usr/bin/plovendix'), '--version', env={**os.environ, 'HOME': home})
+            said = output_of(self.unpacked('usr/bin/plovendix'), '--version', env={**environment.inherited(), 'HOME': home})
         # The number comes from the resources; a package's may have more digits.
         self.assertRegex(said, r'^Plovendix \d+\.\d+\n$')
         self.assertTrue(self.field('Version').startswith(said.split()[1]))

@@ -6,6 +6,7 @@ import subprocess
 import sys
 import unittest
 
+import environment  # noqa: F401  before the libraries that read the variables
 from gi.repository import Gio, GLib
 
 from desktop import HERE

@@ -1,7 +1,10 @@
 #include "TestMain.h"
 
+#include "PrivateEnvironment.h"
+
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string_view>
 
 namespace
@@ -30,6 +33,9 @@ int main(int argc, char **argv)
             std::fprintf(stderr, "  %s\n", name.data());
         return 2;
     }
+    std::optional<PrivateEnvironment> environment;
+    if (!PrivateEnvironment::isInherited())
+        environment.emplace();
     argv[1] = argv[0]; // Qt Test sees its own arguments alone.
     return found->second(argc - 1, argv + 1);
 }
