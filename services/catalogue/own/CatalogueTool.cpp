@@ -64,9 +64,8 @@ int run(const CatalogueOptions &options, const QString &command, const QStringLi
         return CatalogueCommands::stats(options);
     return CatalogueCommands::vacuum(options);
 }
-} // namespace
 
-int main(int argc, char **argv)
+int runTool(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
@@ -101,4 +100,14 @@ int main(int argc, char **argv)
     if (words.isEmpty() || !commands.contains(words.first()))
         return misuse(words.isEmpty() ? u"a command is missing"_s : u"unknown command "_s + words.first());
     return run(options, words.first(), words.mid(1));
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const int status = runTool(argc, argv);
+    if (std::cout.flush())
+        return status;
+    std::cerr << "plovendix-catalogue: the output could not be written\n";
+    return CatalogueCommands::Failure;
 }

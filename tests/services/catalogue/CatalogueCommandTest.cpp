@@ -130,6 +130,20 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_fixture->path()));
     }
 
+    void outputThatCannotBeWrittenIsAFailure()
+    {
+        run({u"add"_s, m_fixture->folder()});
+        for (const QStringList &arguments : {QStringList{u"list"_s}, QStringList{u"--help"_s}}) {
+            QProcess process;
+            process.setStandardOutputFile(u"/dev/full"_s);
+            process.start(QStringLiteral(PLOVENDIX_CATALOGUE),
+                          QStringList{u"-c"_s, m_fixture->path()} + arguments);
+            QVERIFY(process.waitForFinished());
+            QCOMPARE(process.exitCode(), 1);
+            QVERIFY(process.readAllStandardError().contains("could not be written"));
+        }
+    }
+
     void helpNamesEveryCommand()
     {
         const Outcome outcome = run({u"--help"_s});
