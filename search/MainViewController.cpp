@@ -66,7 +66,7 @@ void MainViewController::viewDidLoad()
     // now.
     tableView->setDataSource(this);
     tableView->setDelegate(this);
-    dragFilesHereView->takeDropsOf(*tableView); // while results show, the list takes drops as well
+    dragFilesHereView->outlineToo(*tableView); // which shows in its place while there are results
     cancelSearchButton->hide();
     showDropPrompt();
     connect(&ServiceStatus::shared(), &ServiceStatus::changed, this,
@@ -86,6 +86,13 @@ void MainViewController::viewDidLoad()
         searchForFile(request->url, request->requestInfo);
         pending->setExternalRequest(std::nullopt);
     }
+}
+
+void MainViewController::viewWillAppear()
+{
+    PlatformController::viewWillAppear();
+    if (Window *host = window())
+        dragFilesHereView->takeDropsOf(*host);
 }
 
 void MainViewController::viewDidAppear()

@@ -91,6 +91,7 @@ public:
 
     void loadView() override;
     void viewDidLoad() override;
+    void viewWillAppear() override;
     void viewDidAppear() override;
 
     int numberOfRowsInTableView() override;

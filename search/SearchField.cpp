@@ -1,5 +1,10 @@
 #include "SearchField.h"
 
+#include <views/DragFilesHereView.h>
+#include <views/PasteboardURLs.h>
+
+#include <QDragEnterEvent>
+
 namespace
 {
 constexpr int MagnifierWidth = 28;
@@ -11,4 +16,12 @@ SearchField::SearchField(QWidget *parent) : QLineEdit(parent)
 {
     setTextMargins(MagnifierWidth, 0, CancelButtonWidth, 0);
     setMaxLength(LongestText);
+}
+
+void SearchField::dragEnterEvent(QDragEnterEvent *event)
+{
+    // File managers offer the address of a file as a text too.
+    if (offersFile(event->mimeData(), DragFilesHereView::fileURLType()))
+        return event->ignore();
+    QLineEdit::dragEnterEvent(event);
 }

@@ -1,11 +1,15 @@
 #pragma once
 #include <QLineEdit>
 
-/// The search text's field, with room at both ends for the buttons that its scene lays over it.
+/// The search text's field, with room at both ends for the buttons that its scene lays over it. It takes a
+/// dragged text; a dragged file is left to the window, which searches for it. Main thread only.
 class SearchField final : public QLineEdit
 {
     Q_OBJECT
 
 public:
     explicit SearchField(QWidget *parent = nullptr);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
 };

@@ -12,6 +12,9 @@
 #include <QMimeData>
 #include <QPainter>
 
+#include <algorithm>
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -72,16 +75,20 @@ void DragFilesHereView::draggingExited()
 
 bool DragFilesHereView::prepareForDragOperation(const QMimeData *draggingPasteboard) const
 {
-    return draggingPasteboard && draggingPasteboard->formats().contains(fileURLType());
+    return draggingPasteboard && draggingPasteboard->formats().contains(fileURLType()) &&
+           offersFile(draggingPasteboard, fileURLType());
 }
 
 bool DragFilesHereView::performDragOperation(const QMimeData *draggingPasteboard)
 {
     setReceivingDrag(false);
     const auto urls = readURLs(draggingPasteboard, fileURLType());
-    if (!urls || urls->isEmpty())
+    if (!urls)
         return false;
-    const QUrl url = urls->first();
+    const auto file = std::find_if(urls->begin(), urls->end(), std::mem_fn(&QUrl::isLocalFile));
+    if (file == urls->end())
+        return false;
+    const QUrl url = *file;
     printLine(url.toString(QUrl::FullyEncoded));
     const auto *shownIn = qobject_cast<Window *>(window());
     const auto controller = shownIn ? shownIn->contentViewController() : nullptr;
@@ -90,9 +97,18 @@ bool DragFilesHereView::performDragOperation(const QMimeData *draggingPasteboard
     return true;
 }
 
-void DragFilesHereView::takeDropsOf(QWidget &other)
+void DragFilesHereView::takeDropsOf(Window &window)
 {
-    new DropForwarder(*this, other); // a child of `other`
+    if (DropForwarder::existsBetween(*this, window))
+        return;
+    new DropForwarder(*this, window); // a child of the window
+    setAcceptDrops(false);            // the window takes what is dropped here too
+}
+
+void DragFilesHereView::outlineToo(QWidget &cover)
+{
+    auto *outline = new DropOutline(&cover);
+    connect(this, &DragFilesHereView::isReceivingDragChanged, outline, &DropOutline::setShown);
 }
 
 bool DragFilesHereView::event(QEvent *event)
@@ -106,18 +122,21 @@ bool DragFilesHereView::event(QEvent *event)
 
 void DragFilesHereView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (draggingEntered(event->mimeData()) == DragOperation::None)
-        return event->ignore();
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    draggingEntered(event->mimeData());
+    answer(*event);
 }
 
 void DragFilesHereView::dragMoveEvent(QDragMoveEvent *event)
 {
-    if (!isReceivingDrag)
-        return event->ignore();
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    answer(*event);
+}
+
+/// Accepted without an action, a drag is refused. The toolkit passes an ignored one on to the views behind,
+/// and then tells this one nothing of where the drag leaves.
+void DragFilesHereView::answer(QDragMoveEvent &event) const
+{
+    event.setDropAction(isReceivingDrag ? Qt::CopyAction : Qt::IgnoreAction);
+    event.setAccepted(isReceivingDrag || event.type() == QEvent::DragEnter);
 }
 
 void DragFilesHereView::dragLeaveEvent(QDragLeaveEvent *)

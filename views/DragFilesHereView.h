@@ -2,7 +2,9 @@
 #include <QStringList>
 #include <QWidget>
 
+class QDragMoveEvent;
 class QMimeData;
+class Window;
 
 /// What a drag target answers; the numbers are the platform's.
 enum class DragOperation
@@ -16,8 +18,8 @@ enum class DragOperation
 /// only.
 ///
 /// The pasteboard's file-URL type is "text/uri-list", the one type in which files travel between programs
-/// here. A drag is judged by its types alone; whatever the first URL then names, a folder or a web page, is
-/// handed on as it is, and the search judges it.
+/// here. Links to pages travel in it too, so a drag is acceptable when its list holds a file URL. The first
+/// file is handed on as it is, a folder as well, and the search judges it.
 class DragFilesHereView : public QWidget
 {
     Q_OBJECT
@@ -49,8 +51,10 @@ public:
     /// Whether the drop was taken, also when nobody was there to search for it.
     bool performDragOperation(const QMimeData *draggingPasteboard);
 
-    /// Lets `other` (the list, while it covers this view) take drops as well, with its own outline.
-    void takeDropsOf(QWidget &other);
+    /// Hands the drops on the whole window to this view.
+    void takeDropsOf(Window &window);
+    /// Outlines `cover` (the list, which shows in place of this view) like this view.
+    void outlineToo(QWidget &cover);
 
 Q_SIGNALS:
     void isReceivingDragChanged(bool receiving);
@@ -66,6 +70,7 @@ protected:
 private:
     friend class DropForwarder;
     void setReceivingDrag(bool receiving);
+    void answer(QDragMoveEvent &event) const;
 
     QStringList m_registeredTypes;
     int m_registrationCount = 0;

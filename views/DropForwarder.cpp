@@ -1,53 +1,71 @@
 #include "DropForwarder.h"
 #include "DragFilesHereView.h"
-#include "DropOutline.h"
 
-#include <QAbstractScrollArea>
-#include <QEvent>
+#include <platform/Window.h>
 
-namespace
+#include <QDragMoveEvent>
+
+#include <algorithm>
+#include <utility>
+
+DropForwarder::DropForwarder(DragFilesHereView &target, Window &window)
+    : QObject(&window), m_target(&target), m_window(window)
 {
-QWidget &surfaceOf(QWidget &view)
-{
-    const auto *area = qobject_cast<QAbstractScrollArea *>(&view);
-    return area ? *area->viewport() : view;
+    window.setAcceptDrops(true);
+    window.installEventFilter(this);
 }
 
-bool isDrag(QEvent::Type type)
+bool DropForwarder::existsBetween(const DragFilesHereView &target, const Window &window)
 {
-    return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::DragLeave ||
-           type == QEvent::Drop;
-}
-} // namespace
-
-DropForwarder::DropForwarder(DragFilesHereView &target, QWidget &from)
-    : QObject(&from),
-      m_target(&target),
-      m_from(from),
-      m_surface(surfaceOf(from)),
-      m_outline(new DropOutline(&from))
-{
-    m_surface.setAcceptDrops(true);
-    m_surface.installEventFilter(this);
+    const auto forwarders = window.findChildren<DropForwarder *>(QString(), Qt::FindDirectChildrenOnly);
+    return std::any_of(forwarders.begin(), forwarders.end(),
+                       [&target](const DropForwarder *forwarder) { return forwarder->m_target == &target; });
 }
 
 bool DropForwarder::eventFilter(QObject *watched, QEvent *event)
 {
-    if (!isDrag(event->type()) || !m_target)
+    if (!m_target)
         return QObject::eventFilter(watched, event);
-    // Handed over directly: sent through the application it would come back to the view under the pointer.
-    m_target->event(event);
-    showOutline(m_target && m_target->isReceivingDrag);
-    return true;
+    switch (event->type()) {
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        moveTo(*static_cast<QDragMoveEvent *>(event));
+        return true;
+    case QEvent::DragLeave:
+        // Between two views of the window the toolkit lets a drag leave and enter again at once.
+        m_isLeaving = true;
+        QMetaObject::invokeMethod(this, &DropForwarder::leave, Qt::QueuedConnection);
+        return true;
+    case QEvent::Drop:
+        m_isOver = m_isLeaving = false;
+        // Handed over directly: sent through the application it would come back to the view under the
+        // pointer.
+        m_target->event(event);
+        return true;
+    default:
+        return QObject::eventFilter(watched, event);
+    }
 }
 
-void DropForwarder::showOutline(bool shown)
+void DropForwarder::moveTo(QDragMoveEvent &event)
 {
-    if (shown) {
-        // Beside the scroll bar, but not below what lies over the view's insets.
-        const QRect place = &m_surface == &m_from ? m_from.rect() : m_surface.geometry();
-        m_outline->setGeometry(0, place.y(), m_from.width(), place.height());
-        m_outline->raise();
+    const int margin = m_window.shadowMargin();
+    const QRect frame = m_window.rect().marginsRemoved({margin, margin, margin, margin});
+    m_isLeaving = !frame.contains(event.position().toPoint());
+    if (m_isLeaving) {
+        leave();
+    } else if (!m_isOver) {
+        m_isOver = true;
+        m_target->draggingEntered(event.mimeData());
     }
-    m_outline->setVisible(shown);
+    m_target->answer(event);
+}
+
+void DropForwarder::leave()
+{
+    if (!m_isLeaving || !m_target)
+        return;
+    m_isLeaving = false;
+    if (std::exchange(m_isOver, false))
+        m_target->draggingExited();
 }

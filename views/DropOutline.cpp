@@ -2,6 +2,7 @@
 
 #include <platform/BezierPath.h>
 
+#include <QAbstractScrollArea>
 #include <QPainter>
 
 namespace
@@ -25,6 +26,18 @@ DropOutline::DropOutline(QWidget *parent) : QWidget(parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     hide();
+}
+
+void DropOutline::setShown(bool shown)
+{
+    if (shown) {
+        // Beside the scroll bar, but not below what lies over the view's insets.
+        const auto *area = qobject_cast<QAbstractScrollArea *>(parentWidget());
+        const QRect place = area ? area->viewport()->geometry() : parentWidget()->rect();
+        setGeometry(0, place.y(), parentWidget()->width(), place.height());
+        raise();
+    }
+    setVisible(shown);
 }
 
 void DropOutline::paintEvent(QPaintEvent *)

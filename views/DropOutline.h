@@ -12,6 +12,9 @@ class DropOutline final : public QWidget
 public:
     explicit DropOutline(QWidget *parent);
 
+    /// Shows it around what of the parent can be seen: of a scroll area beside its insets.
+    void setShown(bool shown);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 };

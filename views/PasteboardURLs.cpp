@@ -3,6 +3,9 @@
 #include <QMimeData>
 #include <QSysInfo>
 
+#include <algorithm>
+#include <functional>
+
 namespace
 {
 bool isThisMachine(const QString &host)
@@ -18,9 +21,10 @@ QUrl withoutOwnHost(QUrl url)
         url.setHost(QString());
     return url;
 }
-} // namespace
 
-std::optional<QList<QUrl>> readURLs(const QMimeData *pasteboard, const QString &type)
+/// One for each line that is no comment, or nothing where there is no content; what is no URL is an invalid
+/// one.
+std::optional<QList<QUrl>> readLines(const QMimeData *pasteboard, const QString &type)
 {
     QByteArray content = pasteboard ? pasteboard->data(type) : QByteArray();
     content.replace('\0', ""); // some programs end the list with one
@@ -33,9 +37,22 @@ std::optional<QList<QUrl>> readURLs(const QMimeData *pasteboard, const QString &
         if (text.isEmpty() || text.startsWith('#'))
             continue;
         const QUrl url = QUrl::fromEncoded(text, QUrl::TolerantMode);
-        if (!url.isValid() || url.scheme().isEmpty())
-            return std::nullopt;
-        urls.append(withoutOwnHost(url));
+        urls += url.isValid() && !url.scheme().isEmpty() ? withoutOwnHost(url) : QUrl();
     }
     return urls;
+}
+} // namespace
+
+std::optional<QList<QUrl>> readURLs(const QMimeData *pasteboard, const QString &type)
+{
+    auto urls = readLines(pasteboard, type);
+    if (urls && urls->contains(QUrl()))
+        return std::nullopt;
+    return urls;
+}
+
+bool offersFile(const QMimeData *pasteboard, const QString &type)
+{
+    const auto urls = readLines(pasteboard, type).value_or(QList<QUrl>());
+    return std::any_of(urls.begin(), urls.end(), std::mem_fn(&QUrl::isLocalFile));
 }

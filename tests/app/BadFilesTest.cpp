@@ -41,6 +41,8 @@ private Q_SLOTS:
 
     void whatHasNoHashIsSearchedByItsName_data();
     void whatHasNoHashIsSearchedByItsName();
+    void whatIsNoFileIsSearchedByItsName_data();
+    void whatIsNoFileIsSearchedByItsName();
     void unreadableFileIsSearchedByItsName();
     void fileThatVanishesIsSearchedByItsName();
     void hugeSparseFileIsHashedAtOnce();
@@ -116,11 +118,7 @@ void BadFilesTest::whatHasNoHashIsSearchedByItsName_data()
     row("written from right to left", "\xe2\x80\xaevkm.txt", u"\u202Evkm.txt"_s);
     row("signs that URLs escape", "50% #1?&x=y.mkv", u"50% #1?&x=y.mkv"_s);
     QTest::newRow("NUL") << QUrl(u"file:///videos/a%00b.mkv"_s) << u"ab.mkv"_s;
-    QTest::newRow("web page") << QUrl(u"https://films.example/some/Film%202019.mkv?x=y/z.mkv#top"_s)
-                              << u"Film 2019.mkv"_s;
     QTest::newRow("another machine") << QUrl(u"file://elsewhere/videos/Film.mkv"_s) << u"Film.mkv"_s;
-    QTest::newRow("network folder") << QUrl(u"smb://server/share/Film.mkv"_s) << u"Film.mkv"_s;
-    QTest::newRow("no path") << QUrl(u"mailto:someone@films.example"_s) << u"someone@films.example"_s;
 }
 
 void BadFilesTest::whatHasNoHashIsSearchedByItsName()
@@ -131,6 +129,29 @@ void BadFilesTest::whatHasNoHashIsSearchedByItsName()
     drop(url);
     QCOMPARE(m_view->field()->text(), name);
     QCOMPARE(m_sandbox.printedLines(), QStringList({url.toString(QUrl::FullyEncoded), NoHash}));
+    waitForTitle();
+    QCOMPARE(m_view->field()->text(), name);
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void BadFilesTest::whatIsNoFileIsSearchedByItsName_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("web page") << QUrl(u"https://films.example/some/Film%202019.mkv?x=y/z.mkv#top"_s)
+                              << u"Film 2019.mkv"_s;
+    QTest::newRow("network folder") << QUrl(u"smb://server/share/Film.mkv"_s) << u"Film.mkv"_s;
+    QTest::newRow("no path") << QUrl(u"mailto:someone@films.example"_s) << u"someone@films.example"_s;
+}
+
+/// None of them is taken as a drop, but a player may ask for any.
+void BadFilesTest::whatIsNoFileIsSearchedByItsName()
+{
+    QFETCH(QUrl, url);
+    QFETCH(QString, name);
+    m_view->controller->searchForFile(url, std::nullopt);
+    QCOMPARE(m_view->field()->text(), name);
+    QCOMPARE(m_sandbox.printedLines(), QStringList(NoHash));
     waitForTitle();
     QCOMPARE(m_view->field()->text(), name);
     QVERIFY(!QApplication::activeModalWidget());

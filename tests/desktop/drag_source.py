@@ -1,6 +1,6 @@
 """A window of another toolkit that offers what is given as a drag: drag_source.py TYPE DATA X Y
 
-TYPE is a MIME type such as text/uri-list. Prints "ready", and for every drag "begin" and at its end "taken" or "refused".
+TYPE is a MIME type such as text/uri-list, under which data is offered as a text too, as file managers do. Prints "ready", and for every drag "begin" and at its end "taken" or "refused".
 """
 import sys
 
@@ -25,7 +25,7 @@ class DragSource:
         self._window.set_default_size(WIDTH, HEIGHT)
         self._window.add(Gtk.Label(label='drag me'))
         self._window.move(x, y)
-        targets = [Gtk.TargetEntry.new(mime_type, 0, 0)]
+        targets = [Gtk.TargetEntry.new(name, 0, 0) for name in dict.fromkeys((mime_type, 'text/plain'))]
         self._window.add_events(Gdk.EventMask.BUTTON_PRESS_MASK)
         self._window.drag_source_set(Gdk.ModifierType.BUTTON1_MASK, targets, Gdk.DragAction.COPY)
         self._window.connect('drag-begin', lambda *_: self._begin())

@@ -16,12 +16,17 @@ class DropTest(ProgramTest):
         # Out of the way of the program's window, which stands in the middle.
         x, y, width, height = self.frame()
         self.inside = (x + width // 2, y + height // 2)
+        self.title_bar = (x + width // 2, y + 18)
+        self.header = (x + 6, y + 60)
+        self.panel = (x + width // 2, y + height - 60)
         self.outside = (60, 900)
-        self.edge = (x + width // 2, y + height - OUTLINE_PIXELS // 2)
-        self.beside_the_edge = (x + width // 2, y + height - 30)
+        # On the left, where neither the search field nor the panel covers the outline.
+        self.edge = (x + OUTLINE_PIXELS // 2, y + height // 3)
+        self.beside_the_edge = (x + 3 * OUTLINE_PIXELS, y + height // 3)
 
-    def carry_inside(self, *names, mime_type='text/uri-list', data=None):
-        """Carries these videos, or some other data, from another program's window onto the drop area."""
+    def carry_inside(self, *names, mime_type='text/uri-list', data=None, point=None):
+        """Carries these videos, or some other data, from another program's window onto the drop area or a point."""
+        point = point or self.inside
         if data is None:
             data = ''.join(pathlib.Path(self.video(name)).as_uri() + '\r\n' for name in names)
         self.source, grip = self.desktop.drag_source(mime_type, data)
@@ -29,12 +34,12 @@ class DropTest(ProgramTest):
         # A test that fails must not leave the button down for the next one.
         self.addCleanup(self.screen.button_up)
         entered = self.program.lines().count(ENTERED)
-        self.desktop.carry(self.source, grip, self.inside)
-        self.screen.hover(self.inside, lambda: self.program.lines().count(ENTERED) > entered, 'the program sees the drag')
+        self.desktop.carry(self.source, grip, point)
+        self.screen.hover(point, lambda: self.program.lines().count(ENTERED) > entered, 'the program sees the drag')
 
-    def drop_inside(self, *names):
-        self.carry_inside(*names)
-        self.screen.hover(self.inside, self.is_outlined, 'the outline shows')
+    def drop_inside(self, *names, point=None):
+        self.carry_inside(*names, point=point)
+        self.screen.hover(point or self.inside, self.is_outlined, 'the outline shows')
         self.screen.button_up()
 
     def is_outlined(self):
@@ -52,6 +57,17 @@ class DropTest(ProgramTest):
         self.screen.button_up()
         self.source.wait_for_line('refused')
         self.assertEqual(self.screen.title(self.window), 'Plovendix')
+
+    def test_the_shadow_is_outside(self):
+        x, y, _, height = self.frame()
+        shadow = (x - self.margin()[0] // 2, y + height // 2)
+        self.carry_inside('Harbour.mkv')
+        self.screen.hover(self.inside, self.is_outlined, 'the outline shows')
+        self.screen.glide(self.inside, shadow)
+        self.screen.hover(shadow, lambda: not self.is_outlined(), 'the outline is gone')
+        self.assertEqual(self.program.lines().count(ENTERED), 2)
+        self.screen.button_up()
+        self.source.wait_for_line('refused')
 
     def test_a_drop_searches_for_the_file(self):
         self.drop_inside('Harbour.mkv')
@@ -72,6 +88,38 @@ class DropTest(ProgramTest):
         self.screen.button_up()
         self.source.wait_for_line('refused')
         self.assertEqual(self.screen.title(self.window), 'Plovendix')
+
+    def test_a_link_is_refused_without_an_outline(self):
+        self.carry_inside(data='https://plovendix.example/film.mkv\r\n')
+        self.assertFalse(self.is_outlined())
+        self.screen.button_up()
+        self.source.wait_for_line('refused')
+        self.assertEqual(self.screen.title(self.window), 'Plovendix')
+
+    def test_a_refused_drag_prints_where_it_enters_and_where_it_leaves(self):
+        self.carry_inside(mime_type='text/plain', data='words')
+        for times in (1, 2):
+            self.screen.glide(self.inside, self.outside)
+            self.screen.hover(self.outside, lambda: self.program.lines().count(ENTERED) >= 2 * times, 'it leaves')
+            self.assertEqual(self.program.lines().count(ENTERED), 2 * times)
+            self.screen.glide(self.outside, self.inside)
+            self.screen.hover(self.inside, lambda: self.program.lines().count(ENTERED) > 2 * times, 'it enters')
+        self.screen.button_up()
+
+    def test_a_file_is_searched_for_wherever_on_the_window_it_is_dropped(self):
+        places = (('Title', self.title_bar), ('Field', self.field().centre), ('Header', self.header))
+        for name, point in places:
+            with self.subTest(place=name):
+                self.drop_on(point, name)
+        self.select(1)
+        self.drop_on(self.panel, 'Panel')
+
+    def drop_on(self, point, name):
+        self.drop_inside(f'{name}.mkv', point=point)
+        self.source.wait_for_line('taken')
+        wait_for(lambda: self.row(1).name == f'Result.1.{name}, Scripted film', f'the file on the {name} is searched for')
+        self.assertEqual(self.field().text, f'{name}.mkv')
+        self.source.stop()
 
     def test_a_second_drop_while_results_show_searches_again(self):
         self.search('harbour 6')

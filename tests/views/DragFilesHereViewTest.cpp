@@ -1,4 +1,4 @@
-#include "DropFixture.h"
+#include <support/DropFixture.h>
 
 #include <support/Sandbox.h>
 #include <support/TestMain.h>
@@ -56,8 +56,9 @@ private Q_SLOTS:
     void viewFromASceneRegistersOnce();
     void subviewsTakeNoDragsTwoLevelsDeep();
     void awakesBeforeItFirstShows();
-    void acceptanceLooksAtTheTypesAlone_data();
-    void acceptanceLooksAtTheTypesAlone();
+    void acceptanceLooksForAFileAmongTheTypes_data();
+    void acceptanceLooksForAFileAmongTheTypes();
+    void linkIsRefusedWithoutAnOutline();
     void enteringAcceptsFilesAndOutlines();
     void plainTextIsRefusedWithoutAnOutline();
     void refusedDragEndsAnOutline();
@@ -124,7 +125,7 @@ void DragFilesHereViewTest::awakesBeforeItFirstShows()
     QVERIFY(child.acceptDrops());
 }
 
-void DragFilesHereViewTest::acceptanceLooksAtTheTypesAlone_data()
+void DragFilesHereViewTest::acceptanceLooksForAFileAmongTheTypes_data()
 {
     QTest::addColumn<QStringList>("types");
     QTest::addColumn<bool>("acceptable");
@@ -135,13 +136,13 @@ void DragFilesHereViewTest::acceptanceLooksAtTheTypesAlone_data()
     QTest::newRow("nearly") << QStringList{u"text/uri-list2"_s, u"TEXT/URI-LIST"_s} << false;
 }
 
-void DragFilesHereViewTest::acceptanceLooksAtTheTypesAlone()
+void DragFilesHereViewTest::acceptanceLooksForAFileAmongTheTypes()
 {
     QFETCH(QStringList, types);
     QFETCH(bool, acceptable);
     QMimeData pasteboard;
     for (const QString &type : types)
-        pasteboard.setData(type, "x"); // not even a URL
+        pasteboard.setData(type, "file:///films/\r\n"); // neither a video nor one file alone is asked for
     DragFilesHereView view;
     QCOMPARE(view.prepareForDragOperation(&pasteboard), acceptable);
     QCOMPARE(view.draggingEntered(&pasteboard), acceptable ? DragOperation::Copy : DragOperation::None);
@@ -169,6 +170,17 @@ void DragFilesHereViewTest::plainTextIsRefusedWithoutAnOutline()
     QVERIFY(!view.isReceivingDrag);
     QVERIFY(!isOutlined(view));
     QCOMPARE(view.prepareForDragOperation(plainText()), false);
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
+}
+
+void DragFilesHereViewTest::linkIsRefusedWithoutAnOutline()
+{
+    DragFilesHereView view(QRect(0, 0, 100, 80));
+    const auto link = pasteboardWith({u"https://plovendix.example/film.mkv"_s});
+    QCOMPARE(view.draggingEntered(link.get()), DragOperation::None);
+    QVERIFY(!isOutlined(view));
+    QCOMPARE(view.prepareForDragOperation(link.get()), false);
+    QCOMPARE(view.performDragOperation(link.get()), false);
     QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
 }
 

@@ -1,10 +1,11 @@
-#include "DropFixture.h"
+#include <support/DropFixture.h>
 
 #include <support/Sandbox.h>
 
 #include <platform/TableView.h>
 #include <support/TestMain.h>
 
+#include <QPushButton>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +22,8 @@ struct Scene
         list = new TableView(controller->view());
         list->setGeometry(0, 0, 300, 300);
         list->setContentInsets({0, 80, 0, 60});
-        target->takeDropsOf(*list);
+        target->takeDropsOf(window);
+        target->outlineToo(*list);
         window.show();
         target->hide();
     }
@@ -44,7 +46,11 @@ private Q_SLOTS:
     void listIsOutlinedWhileADragIsOverIt();
     void outlineLiesOverWhatCameLater();
     void refusedDragGivesNoOutline();
-    void aPlainWidgetCanBeCoveredToo();
+    void plainViewIsOutlinedToo();
+    void dropAnywhereOnTheWindowIsSearchedFor();
+    void refusedDragPrintsOnceAtEachEnd();
+    void windowIsOnePlace();
+    void windowIsTakenOnce();
     void targetMayGoFirst();
 
 private:
@@ -54,7 +60,6 @@ private:
 void DropForwarderTest::dropOnTheListIsSearchedFor()
 {
     Scene scene;
-    QVERIFY(scene.list->viewport()->acceptDrops());
     const auto files = pasteboardWith({u"file:///a.mkv"_s, u"file:///b.mkv"_s});
     Dragging dragging(*scene.list->viewport(), *files);
     m_sandbox.clearPrintedLines();
@@ -112,19 +117,77 @@ void DropForwarderTest::refusedDragGivesNoOutline()
     QCOMPARE(scene.controller->urls, QList<QUrl>());
 }
 
-void DropForwarderTest::aPlainWidgetCanBeCoveredToo()
+void DropForwarderTest::plainViewIsOutlinedToo()
 {
     Scene scene;
     QWidget panel(scene.controller->view());
     panel.resize(100, 50);
-    scene.target->takeDropsOf(panel);
+    panel.show();
+    scene.target->outlineToo(panel);
     const auto files = pasteboardWith({u"file:///a.mkv"_s});
     Dragging dragging(panel, *files);
     QVERIFY(dragging.enter());
     QCOMPARE(panel.grab().toImage().pixelColor(0, 49),
              panel.palette().color(QPalette::Active, QPalette::Highlight));
-    QVERIFY(dragging.drop());
-    QCOMPARE(scene.controller->urls.size(), 1);
+}
+
+void DropForwarderTest::dropAnywhereOnTheWindowIsSearchedFor()
+{
+    Scene scene;
+    QWidget header(scene.controller->view());
+    auto *button = new QPushButton(&header);
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    for (QWidget *place : {static_cast<QWidget *>(&scene.window), &header, static_cast<QWidget *>(button),
+                           static_cast<QWidget *>(scene.target)}) {
+        scene.controller->urls.clear();
+        Dragging dragging(*place, *files);
+        QVERIFY(dragging.enter());
+        QVERIFY(dragging.move());
+        QVERIFY(dragging.drop());
+        QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+    }
+}
+
+void DropForwarderTest::refusedDragPrintsOnceAtEachEnd()
+{
+    Scene scene;
+    scene.target->show();
+    for (QWidget *place : {static_cast<QWidget *>(&scene.window), static_cast<QWidget *>(scene.target)}) {
+        m_sandbox.clearPrintedLines();
+        Dragging dragging(*place, *plainText());
+        QVERIFY(!dragging.enter());
+        QVERIFY(!dragging.move());
+        QCOMPARE(m_sandbox.printedLines(), QStringList(1, u"draggingEntered"_s));
+        dragging.leave();
+        QCOMPARE(m_sandbox.printedLines(), QStringList(2, u"draggingEntered"_s));
+    }
+}
+
+void DropForwarderTest::windowIsOnePlace()
+{
+    Scene scene;
+    const auto files = pasteboardWith({u"file:///a.mkv"_s});
+    QDragEnterEvent enter({200, 200}, Qt::CopyAction, files.get(), Qt::LeftButton, Qt::NoModifier);
+    m_sandbox.clearPrintedLines();
+    QCoreApplication::sendEvent(&scene.window, &enter);
+    // As the toolkit does it where one view borders on another.
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(&scene.window, &leave);
+    QCoreApplication::sendEvent(&scene.window, &enter);
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(scene.target->isReceivingDrag);
+    QCOMPARE(m_sandbox.printedLines(), QStringList(1, u"draggingEntered"_s));
+    QCoreApplication::sendEvent(&scene.window, &leave);
+    QTRY_VERIFY(!scene.target->isReceivingDrag);
+    QCOMPARE(m_sandbox.printedLines(), QStringList(2, u"draggingEntered"_s));
+}
+
+void DropForwarderTest::windowIsTakenOnce()
+{
+    Scene scene;
+    const qsizetype before = scene.window.children().size();
+    scene.target->takeDropsOf(scene.window);
+    QCOMPARE(scene.window.children().size(), before);
 }
 
 void DropForwarderTest::targetMayGoFirst()

@@ -1,4 +1,4 @@
-#include "DropFixture.h"
+#include <support/DropFixture.h>
 
 #include <support/Sandbox.h>
 #include <support/TestMain.h>
@@ -40,11 +40,16 @@ private Q_SLOTS:
     void firstOfThreeFilesIsSearchedFor();
     void whatIsDroppedIsJudgedByTheSearch_data();
     void whatIsDroppedIsJudgedByTheSearch();
+    void firstFileAmongLinksIsSearchedFor();
+    void whatIsNoFileIsRefused_data();
+    void whatIsNoFileIsRefused();
     void unreadablePasteboardIsRefused_data();
     void unreadablePasteboardIsRefused();
     void dragsArriveAsEvents();
     void dragIsACopyWhateverIsHeld();
     void refusedDragsAreRefusedAsEvents();
+    void refusedDragPrintsWhereItEntersAndWhereItLeaves_data();
+    void refusedDragPrintsWhereItEntersAndWhereItLeaves();
 
 private:
     Sandbox m_sandbox;
@@ -99,13 +104,11 @@ void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch_data()
     QTest::addColumn<QString>("url");
     QTest::newRow("a folder") << u"file:///films/"_s;
     QTest::newRow("no video") << u"file:///notes.txt"_s;
-    QTest::newRow("a web page") << u"https://plovendix.example/film"_s;
-    QTest::newRow("a file elsewhere") << u"smb://server/film.mkv"_s;
+    QTest::newRow("a file elsewhere") << u"file://server/film.mkv"_s;
     QTest::newRow("a name of two lines") << u"file:///two%0Alines.mkv"_s;
     QTest::newRow("a name that is no text") << u"file:///caf%E9.mkv"_s;
     QTest::newRow("a name from right to left") << u"file:///%E2%80%AEvkm.txt"_s;
     QTest::newRow("a name that ends early") << u"file:///a%00b.mkv"_s;
-    QTest::newRow("mail") << u"mailto:someone@plovendix.example"_s;
 }
 
 void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch()
@@ -115,6 +118,38 @@ void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch()
     QCOMPARE(scene.view->performDragOperation(pasteboardWith({url}).get()), true);
     QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(url)});
     QCOMPARE(m_sandbox.printedLines(), QStringList{url}); // one line, whatever the name
+}
+
+void DroppedFilesTest::firstFileAmongLinksIsSearchedFor()
+{
+    Scene scene;
+    const auto mixed =
+        pasteboardWith({u"https://plovendix.example/film"_s, u"file:///b.mkv"_s, u"file:///a.mkv"_s});
+    QCOMPARE(scene.view->performDragOperation(mixed.get()), true);
+    QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///b.mkv"_s)});
+}
+
+void DroppedFilesTest::whatIsNoFileIsRefused_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::newRow("a web page") << u"https://plovendix.example/film.mkv"_s;
+    QTest::newRow("a share") << u"smb://server/film.mkv"_s;
+    QTest::newRow("mail") << u"mailto:someone@plovendix.example"_s;
+}
+
+void DroppedFilesTest::whatIsNoFileIsRefused()
+{
+    QFETCH(QString, url);
+    Scene scene;
+    const auto link = pasteboardWith({url});
+    Dragging dragging(*scene.view, *link);
+    QVERIFY(!dragging.enter());
+    QVERIFY(!scene.view->isReceivingDrag);
+    QVERIFY(!dragging.move());
+    QVERIFY(!dragging.drop());
+    QCOMPARE(scene.view->performDragOperation(link.get()), false);
+    QCOMPARE(scene.controller->urls, QList<QUrl>());
+    QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
 }
 
 void DroppedFilesTest::unreadablePasteboardIsRefused_data()
@@ -177,12 +212,36 @@ void DroppedFilesTest::refusedDragsAreRefusedAsEvents()
     QVERIFY(!text.enter());
     QVERIFY(!text.move());
     QVERIFY(!text.drop());
-    const auto empty = pasteboardWith({u"# no files"_s});
-    Dragging unreadable(*scene.view, *empty);
-    QVERIFY(unreadable.enter()); // its type is right
+    const auto broken = pasteboardWith({u"file:///a.mkv"_s, u"not a URL"_s});
+    Dragging unreadable(*scene.view, *broken);
+    QVERIFY(unreadable.enter()); // it has a file
     QVERIFY(!unreadable.drop());
     QVERIFY(!scene.view->isReceivingDrag);
     QCOMPARE(scene.controller->urls, QList<QUrl>());
+}
+
+void DroppedFilesTest::refusedDragPrintsWhereItEntersAndWhereItLeaves_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("text") << u"text/plain"_s << "just a text"_ba;
+    QTest::newRow("link") << u"text/uri-list"_s << "https://plovendix.example/film"_ba;
+}
+
+void DroppedFilesTest::refusedDragPrintsWhereItEntersAndWhereItLeaves()
+{
+    QFETCH(QString, type);
+    QFETCH(QByteArray, content);
+    Scene scene;
+    const RawPasteboard refused(type, content);
+    Dragging dragging(*scene.view, refused);
+    for (int times = 1; times <= 2; ++times) {
+        QVERIFY(!dragging.enter());
+        QVERIFY(!dragging.move());
+        dragging.leave();
+        QVERIFY(!scene.view->isReceivingDrag);
+        QCOMPARE(m_sandbox.printedLines(), QStringList(2 * times, u"draggingEntered"_s));
+    }
 }
 
 PLOVENDIX_GUI_TEST(DroppedFilesTest)

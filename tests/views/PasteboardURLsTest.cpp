@@ -1,4 +1,4 @@
-#include "RawPasteboard.h"
+#include <support/RawPasteboard.h>
 
 #include <support/TestMain.h>
 #include <views/PasteboardURLs.h>
@@ -28,6 +28,8 @@ private Q_SLOTS:
     void linesAreURLs();
     void whatIsNoListGivesNothing_data();
     void whatIsNoListGivesNothing();
+    void oneFileURLMakesAFile_data();
+    void oneFileURLMakesAFile();
     void noPasteboardGivesNothing();
     void listSetAsURLsIsReadBack();
 };
@@ -82,8 +84,32 @@ void PasteboardURLsTest::whatIsNoListGivesNothing()
     QVERIFY(!read(content));
 }
 
+void PasteboardURLsTest::oneFileURLMakesAFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isFile");
+    QTest::newRow("file") << "file:///films/a%20film.mkv\r\n"_ba << true;
+    QTest::newRow("upper case") << "FILE:///films/a.mkv"_ba << true;
+    QTest::newRow("file after a link") << "https://plovendix.example/film\r\nfile:///a.mkv"_ba << true;
+    QTest::newRow("file beside what is no URL") << "no URL\r\nfile:///a.mkv"_ba << true;
+    QTest::newRow("link") << "https://plovendix.example/film.mkv"_ba << false;
+    QTest::newRow("share") << "smb://server/film.mkv"_ba << false;
+    QTest::newRow("file in a comment") << "# file:///a.mkv\r\nhttps://plovendix.example/"_ba << false;
+    QTest::newRow("path") << "/films/a.mkv"_ba << false;
+    QTest::newRow("nothing") << QByteArray() << false;
+}
+
+void PasteboardURLsTest::oneFileURLMakesAFile()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isFile);
+    const RawPasteboard pasteboard(ListType, content);
+    QCOMPARE(offersFile(&pasteboard, ListType), isFile);
+}
+
 void PasteboardURLsTest::noPasteboardGivesNothing()
 {
+    QVERIFY(!offersFile(nullptr, ListType));
     QVERIFY(!readURLs(nullptr, ListType));
     QMimeData text;
     text.setText(u"file:///a.mkv"_s);

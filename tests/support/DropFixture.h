@@ -34,7 +34,8 @@ inline QMimeData *plainText()
     return &text;
 }
 
-/// Drags over a widget as the window system does it. The answers say whether the widget accepted.
+/// Drags over a widget as the window system does it. The answers say whether the drag was taken: it was
+/// accepted, and for a copy or a move.
 class Dragging final
 {
 public:
@@ -53,31 +54,35 @@ public:
 
     bool enter()
     {
-        QDragEnterEvent event({5, 5}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
+        QDragEnterEvent event(m_widget.rect().center(), Qt::CopyAction | Qt::MoveAction, &m_pasteboard,
+                              Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
         action = event.dropAction();
         m_isOver = event.isAccepted();
-        return event.isAccepted();
+        return m_isOver && action != Qt::IgnoreAction;
     }
     bool move()
     {
-        QDragMoveEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
+        QDragMoveEvent event(m_widget.rect().center(), Qt::CopyAction | Qt::MoveAction, &m_pasteboard,
+                             Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
         action = event.dropAction();
-        return event.isAccepted();
+        return event.isAccepted() && action != Qt::IgnoreAction;
     }
     void leave()
     {
         m_isOver = false;
         QDragLeaveEvent event;
         QCoreApplication::sendEvent(&m_widget, &event);
+        QCoreApplication::sendPostedEvents(); // that no other view of the window is entered
     }
     bool drop()
     {
         m_isOver = false;
-        QDropEvent event({6, 6}, Qt::CopyAction | Qt::MoveAction, &m_pasteboard, Qt::LeftButton, m_held);
+        QDropEvent event(m_widget.rect().center(), Qt::CopyAction | Qt::MoveAction, &m_pasteboard,
+                         Qt::LeftButton, m_held);
         event.ignore();
         QCoreApplication::sendEvent(&m_widget, &event);
         action = event.dropAction();
