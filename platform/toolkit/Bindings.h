@@ -27,7 +27,8 @@ struct BindingOptions
 ///
 /// Value: the checked state of a button, the text of a field or label; a date as the region writes it.
 /// SelectedTag and SelectedObject: the item of a combo box whose data equals the value (the text "86400"
-/// selects the item with the tag 86400); a value that no item carries selects nothing. Title: the text of a
+/// selects the item with the tag 86400); a value that no item carries selects nothing, and an item that the
+/// person chooses is stored also when it shows already. Title: the text of a
 /// button or label. Texts are shown as they are, never as markup or with mnemonics.
 void bind(QWidget &control, Binding binding, QObject &source, const QString &property,
           const BindingOptions &options = {});

@@ -26,7 +26,7 @@ ControlBinding::ControlBinding(QWidget &control, Binding binding, std::unique_pt
     connect(m_source.get(), &BindingSource::valueChanged, this, &ControlBinding::showValue);
     connect(m_source.get(), &BindingSource::gone, this, &ControlBinding::end);
     connect(&m_target, &BindingTarget::edited, this, &ControlBinding::takeEdit);
-    if (binding == Binding::SelectedTag || binding == Binding::SelectedObject)
+    if (isChoice())
         followItems(control);
     showValue();
 }
@@ -69,10 +69,15 @@ void ControlBinding::takeEdit()
     const QPointer<ControlBinding> self(this);
     // What cannot be turned back is not stored, and the control shows what holds.
     const bool canStore = value.isValid() && (!known || known->allowsReverseTransformation());
-    if (canStore && !BindingTarget::isSameValue(value, m_source->value()))
+    if (canStore && (isChoice() || !BindingTarget::isSameValue(value, m_source->value())))
         m_source->setValue(value);
     if (self)
         showValue();
+}
+
+bool ControlBinding::isChoice() const
+{
+    return m_binding == Binding::SelectedTag || m_binding == Binding::SelectedObject;
 }
 
 void ControlBinding::end()

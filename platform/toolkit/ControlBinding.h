@@ -24,6 +24,9 @@ private:
     void showValue();
     void takeEdit();
     void end();
+    /// Whether a person chooses one of several items, which is stored also when it is the one that shows: a
+    /// default becomes a setting then. A field whose edit ends unchanged stores nothing.
+    bool isChoice() const;
     void followItems(QWidget &control);
     std::shared_ptr<const ValueTransformer> transformer() const;
 

@@ -108,15 +108,31 @@ void connectBinding(QWidget &control, Binding binding, const QString &text, QObj
         bind(control, binding, controller, source, options);
 }
 
+qlonglong tagFrom(const QString &text, const QComboBox &comboBox)
+{
+    bool isInteger = false;
+    const qlonglong tag = text.toLongLong(&isInteger);
+    if (!isInteger)
+        fatalFault(QStringLiteral("The tag \"%1\" of the %2 is no integer").arg(text, describe(comboBox)));
+    return tag;
+}
+
+/// A scene cannot give a pop-up's items what they stand for: it holds texts, in their order.
+void representByItems(QComboBox &comboBox)
+{
+    const QStringList tags = comboBox.property("itemTags").toStringList();
+    for (int index = 0; index < tags.size() && index < comboBox.count(); ++index)
+        comboBox.setItemData(index, tagFrom(tags[index], comboBox));
+    const QStringList objects = comboBox.property("itemObjects").toStringList();
+    for (int index = 0; index < objects.size() && index < comboBox.count(); ++index)
+        comboBox.setItemData(index, objects[index]);
+}
+
 void connectObject(QObject &object, QObject &controller)
 {
     const auto named = [&object](const char *property) { return object.property(property).toString(); };
-    // A scene of strings alone cannot give a pop-up's items their tags.
-    if (auto *comboBox = qobject_cast<QComboBox *>(&object)) {
-        const QStringList tags = object.property("itemTags").toStringList();
-        for (int index = 0; index < tags.size() && index < comboBox->count(); ++index)
-            comboBox->setItemData(index, tags[index]);
-    }
+    if (auto *comboBox = qobject_cast<QComboBox *>(&object))
+        representByItems(*comboBox);
     if (const QString selector = named("action"); !selector.isEmpty())
         connectAction(object, selector, controller);
     if (const QString selector = named("doubleAction"); !selector.isEmpty())

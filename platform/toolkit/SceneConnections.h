@@ -8,10 +8,11 @@ class QWidget;
 /// item of
 ///   a combo box is chosen; `doubleAction`: the selector sent on a double click (or Return) in a table. The
 ///   controller answers "download:" by an invokable method download(QObject *sender). An `action` of a
-///   QAction is sent when it is triggered; `endEditingAction`: the selector sent when an edit of a field
-///   ends, by Return or by going elsewhere.
-/// - `itemTags`: the tags of a combo box's items, in their order.
+///   QAction is sent when it is triggered;
+///   `endEditingAction`: the selector sent when an edit of a field ends, by Return or by going elsewhere.
+/// - `itemTags`, `itemObjects`: what a combo box's items stand for, in their order: integers, or texts.
 /// - `bindValue`, `bindSelectedTag`, `bindSelectedObject`, `bindEnabled`, `bindHidden`, `bindTitle`:
 ///   "[!]SOURCE[|Transformer]", where SOURCE is a property of the controller or "defaults.KEY".
-/// A selector or property that the controller does not have is a fatal fault. Main thread.
+/// A selector or property that the controller does not have is a fatal fault, and so is a tag that is no
+/// integer. Main thread.
 void connectScene(QWidget &root, QObject &controller);

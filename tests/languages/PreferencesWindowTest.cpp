@@ -225,6 +225,20 @@ private Q_SLOTS:
         QCOMPARE(popUp()->currentData().toString(), code);
     }
 
+    void choosingTheLanguageThatShowsStoresIt()
+    {
+        UserDefaults::standard().registerDefaults({{u"languageCode"_s, u"de"_s}});
+        open();
+        QCOMPARE(popUp()->currentText(), u"German"_s);
+        popUp()->setFocus();
+        QTest::keyClick(popUp(), Qt::Key_Space); // opens the list
+        QTRY_VERIFY(popUp()->view()->isVisible());
+        QTest::keyClick(popUp()->view(), Qt::Key_Return);
+        UserDefaults::standard().synchronize();
+        const UserDefaults restarted(UserDefaults::standard().path()); // with nothing registered
+        QTRY_COMPARE(restarted.string(u"languageCode"_s), u"de"_s);
+    }
+
     void theSeparatorCannotBeChosen()
     {
         open();

@@ -137,8 +137,14 @@ private Q_SLOTS:
         while (interval()->currentText() != title && interval()->currentIndex() > 0)
             QTest::keyClick(interval(), Qt::Key_Up);
         QCOMPARE(interval()->currentText(), title);
-        QCOMPARE(defaults().integer(IntervalKey), seconds);
+        QCOMPARE(defaults().object(IntervalKey), QVariant(qlonglong{seconds})); // an integer, no text
         QCOMPARE(interval()->count(), 4);
+        defaults().synchronize();
+        QFile file(defaults().path());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = file.readAll().split('\n');
+        QVERIFY2(lines.contains("SUScheduledCheckInterval=" + QByteArray::number(seconds)),
+                 lines.join('|').constData());
     }
 
     void anIntervalThatNoItemCarriesSelectsNothing()

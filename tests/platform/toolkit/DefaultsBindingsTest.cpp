@@ -60,6 +60,20 @@ private Q_SLOTS:
         QCOMPARE(defaults().object(u"SUScheduledCheckInterval"_s), QVariant(u"86400"_s));
     }
 
+    void choosingTheRegisteredValueStoresItAndTellsNobody()
+    {
+        defaults().registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
+        bindToDefaults(*m_popup, Binding::SelectedTag, u"SUScheduledCheckInterval"_s);
+        int told = 0;
+        const auto observation =
+            defaults().observe(u"SUScheduledCheckInterval"_s, [&told](const QVariant &) { ++told; });
+        Q_EMIT m_popup->activated(m_popup->currentIndex());
+        defaults().synchronize();
+        const UserDefaults restarted(defaults().path()); // with nothing registered
+        QCOMPARE(restarted.object(u"SUScheduledCheckInterval"_s), QVariant(86400LL));
+        QCOMPARE(told, 0); // the value is what it was
+    }
+
     void choiceIsStoredAndReadBackAfterARestart()
     {
         bindToDefaults(*m_popup, Binding::SelectedTag, u"SUScheduledCheckInterval"_s);

@@ -175,7 +175,7 @@ private Q_SLOTS:
         checkBox->setProperty("bindValue", u"!defaults.some.key"_s);
         auto *popup = named<QComboBox>(*m_root, u"popup"_s);
         popup->addItems({u"German"_s, u"French"_s});
-        popup->setProperty("itemTags", QStringList({u"de"_s, u"fr"_s}));
+        popup->setProperty("itemObjects", QStringList({u"de"_s, u"fr"_s}));
         popup->setProperty("bindSelectedObject", u"defaults.languageCode"_s);
         UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
         connectScene(*m_root, *m_controller);
@@ -202,6 +202,16 @@ private Q_SLOTS:
         UserDefaults::standard().setObject(u"interval"_s, 86400);
         connectScene(*m_root, *m_controller);
         QCOMPARE(popup->currentText(), u"Daily"_s);
+        QCOMPARE(popup->currentData(), QVariant(86400LL));
+    }
+
+    void tagThatIsNoIntegerIsAFatalFault()
+    {
+        auto *popup = named<QComboBox>(*m_root, u"popup"_s);
+        popup->addItem(u"Daily"_s);
+        popup->setProperty("itemTags", QStringList(u"daily"_s));
+        const FatalFaultTrap trap;
+        QVERIFY_EXCEPTION_THROWN(connectScene(*m_root, *m_controller), FatalFaultCaught);
     }
 
     void sceneThatNamesNothingConnectsNothing()
