@@ -113,5 +113,7 @@ void AboutViewController::visitQuorvaneWebsite(QObject *)
 
 void AboutViewController::rateInAppStore(QObject *)
 {
-    Links::open(Links::AppStorePage);
+    // Few desktops have a store that takes the link.
+    if (!Links::open(Links::AppStorePage))
+        Links::open(Links::Website);
 }

@@ -236,12 +236,15 @@ private Q_SLOTS:
         QCOMPARE(QUrl(Links::AppStorePage).scheme(), u"macappstore"_s);
     }
 
-    void linkThatNobodyTakesIsLeftAtThat()
+    void storeButtonOpensTheWebsiteWhereNothingTakesItsLink()
     {
         open();
         m_workspace->refusedSchemes = {u"macappstore"_s};
         click("rateAppButton");
-        QCOMPARE(m_workspace->opened, QList<QUrl>{QUrl(Links::AppStorePage)});
+        QCOMPARE(m_workspace->opened, (QList<QUrl>{QUrl(Links::AppStorePage), QUrl(Links::Website)}));
+        m_workspace->refusedSchemes = {u"macappstore"_s, u"https"_s};
+        click("rateAppButton"); // left at that
+        QCOMPARE(m_workspace->opened.size(), 4);
     }
 
     void anAddressThatIsNoURLIsFatal()
