@@ -7,6 +7,7 @@
 #include <support/TestMain.h>
 
 #include <QApplication>
+#include <QLabel>
 
 using namespace Qt::StringLiterals;
 
@@ -223,6 +224,31 @@ private Q_SLOTS:
         QCOMPARE(downloads(), 0);
         QVERIFY(!isStored(DeclinedKey));
         QVERIFY(!isStored(LaterKey));
+    }
+
+    void theTextSaysWhatAnswersAndClosingDo_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const QString &language : {u"en"_s, u"de"_s, u"es"_s, u"fr"_s, u"ja"_s, u"pt-BR"_s})
+            QTest::addRow("%s", qPrintable(language)) << language;
+    }
+    void theTextSaysWhatAnswersAndClosingDo()
+    {
+        QFETCH(QString, language);
+        Bundle::main().setPreferredLocalizations({language});
+        present();
+        const auto *text = promptWindow()->findChild<QLabel *>(u"explanationLabel"_s);
+        if (language == u"en")
+            QCOMPARE(text->text(),
+                     u"A small donation helps to keep it going. Each answer starts your download; "
+                     "closing this window cancels it."_s);
+        // All of it fits above the buttons.
+        const auto *button = promptWindow()->findChild<QPushButton *>(u"maybeLaterButton"_s);
+        QTRY_VERIFY2(
+            text->height() >= text->heightForWidth(text->width()),
+            qPrintable(u"%1, not %2"_s.arg(text->height()).arg(text->heightForWidth(text->width()))));
+        const int end = text->mapTo(promptWindow(), QPoint(0, text->height())).y();
+        QVERIFY(end <= button->mapTo(promptWindow(), QPoint()).y());
     }
 
     void theButtonsSayWhatTheyDo()
