@@ -24,8 +24,8 @@ void TitlebarViewController::follow(const std::shared_ptr<MainViewController> &c
     if (!controller)
         return;
     m_languages = controller->languagesArray();
-    setSearching(controller->isSearching());
-    connect(controller.get(), &MainViewController::isSearchingChanged, this,
+    setSearching(controller->isQuerying());
+    connect(controller.get(), &MainViewController::isQueryingChanged, this,
             &TitlebarViewController::setSearching);
 }
 

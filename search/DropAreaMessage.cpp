@@ -70,6 +70,12 @@ DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
     return {headline, String::localize(u"Try fewer words or another language"_s)};
 }
 
+DropAreaMessage wordsSearch(const QString &words)
+{
+    return {String::fill(String::localize(u"Searching for “%@”…"_s), {shortened(words)}),
+            String::localize(u"Nothing is known for this very file, so its name is searched for"_s)};
+}
+
 QString offlineHint()
 {
     return String::localize(

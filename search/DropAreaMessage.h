@@ -18,6 +18,8 @@ DropAreaMessage dropPrompt(const QStringList &companions = {});
 /// settings, `searchedLanguage` the three-letter code that was sent.
 DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
                              const QString &searchedLanguage);
+/// What is said while a file that no hash has found is searched for by the words of its name.
+DropAreaMessage wordsSearch(const QString &words);
 /// What a search misses that goes no further than this machine, and how that is changed.
 QString offlineHint();
 /// That the rows are those of this machine alone, and why; empty when they are not.

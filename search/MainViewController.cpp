@@ -2,6 +2,7 @@
 
 #include "MainViewController.h"
 #include "PendingRequest.h"
+#include "SearchField.h"
 
 #include <languages/catalogue/LocaleUtilities.h>
 #include <platform/BottomPanelView.h>
@@ -107,6 +108,29 @@ void MainViewController::focusSearchField(QObject *)
         return;
     host->makeFirstResponder(searchField);
     searchField->selectAll(); // what is typed next takes the place of the old text
+}
+
+void MainViewController::controlTextDidEndEditing(QObject *)
+{
+    // Where editing ended by Return, the field still has the focus and keeps its caret or selection.
+    if (!searchField || !searchField->hasFocus())
+        return;
+    const int caret = searchField->cursorPosition();
+    const int start = searchField->selectionStart();
+    const int length = searchField->selectionLength();
+    onMainQueue(weakSelf(), [=, text = searchField->text()](MainViewController &self) {
+        if (!self.searchField || !self.searchField->hasFocus())
+            return;
+        // Who types on meanwhile is not set back.
+        if (self.searchField->text() != text)
+            return;
+        if (start < 0)
+            self.searchField->setCursorPosition(caret);
+        else if (caret == start)
+            self.searchField->setSelection(start + length, -length);
+        else
+            self.searchField->setSelection(start, length);
+    });
 }
 
 std::weak_ptr<MainViewController> MainViewController::weakSelf()

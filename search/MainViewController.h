@@ -5,11 +5,13 @@
 #include <languages/catalogue/Language.h>
 #include <platform/TableView.h>
 #include <platform/UserDefaults.h>
+#include <search/DropAreaMessage.h>
 #include <search/Snapshot.h>
 #include <search/api/MetadataService.h>
 #include <search/api/SubtitleService.h>
 #include <views/DroppedFileReceiver.h>
 #include <views/PlatformSpecificController.h>
+#include <QSet>
 
 class DragFilesHereView;
 class ImageView;
@@ -41,6 +43,7 @@ class MainViewController : public PlatformController<ViewController>,
 {
     Q_OBJECT
     Q_PROPERTY(bool isSearching READ isSearching WRITE setIsSearching NOTIFY isSearchingChanged)
+    Q_PROPERTY(bool isQuerying READ isQuerying NOTIFY isQueryingChanged)
     Q_PROPERTY(bool isDownloading READ isDownloading WRITE setIsDownloading NOTIFY isDownloadingChanged)
     Q_PROPERTY(QList<ExternalAppInfo> quorvaneAppsArray READ quorvaneAppsArray)
     Q_PROPERTY(QList<Language> languagesArray READ languagesArray CONSTANT)
@@ -53,6 +56,9 @@ public:
 
     bool isSearching() const { return m_isSearching; }
     void setIsSearching(bool searching);
+    /// Whether any query is unanswered. `isSearching` is false already while the words of a file's name are
+    /// searched for after its hash has found nothing.
+    bool isQuerying() const { return !m_openQueries.isEmpty(); }
     bool isDownloading() const { return m_isDownloading; }
     void setIsDownloading(bool downloading);
     /// The installed companion applications, looked up on every call.
@@ -101,6 +107,7 @@ public:
 
 Q_SIGNALS:
     void isSearchingChanged(bool searching);
+    void isQueryingChanged(bool querying);
     void isDownloadingChanged(bool downloading);
 
 private:
@@ -118,16 +125,26 @@ private:
         QString sentCode;
     };
 
+    /// What the window says of an answer: in the drop area, and in the line above the rows.
+    struct AnswerMessage
+    {
+        DropAreaMessage dropArea;
+        bool hintIsLong = false;
+        QString aboveRows = {};
+    };
+
     // The search (MainViewControllerSearch.cpp).
     static SearchLanguage searchLanguage();
     void beginQuery(const QList<Arg> &args, std::function<void(MainViewController &)> resultsStep);
-    void finishQuery(const Result<QueryResult> &result,
+    void finishQuery(int query, const Result<QueryResult> &result,
                      std::function<void(MainViewController &)> resultsStep);
+    void endQuery(int query);
     void scheduleCancelButtonReveal();
     void revealCancelButton();
     void showFileResults(const QUrl &url, const SearchLanguage &language);
     void showTextResults(const QString &text, const SearchLanguage &language);
     void storeRequestInfo(const std::optional<ExternalRequestInfo> &requestInfo);
+    void setCurrentFileURL(const std::optional<QUrl> &url);
     void forgetFileAndRequest();
     void showResultCount();
     void setWindowTitle(const QString &title);
@@ -137,7 +154,11 @@ private:
     void reloadTable();
     void showDropPrompt();
     void showNothingFound(const QString &text, const SearchLanguage &language);
+    void showFileNotFound(const QUrl &url, const SearchLanguage &language);
     void showLanguageNotice(const SearchLanguage &language);
+    void showWordsSearch(const QString &words);
+    void showMessage(const AnswerMessage &message);
+    void showSaveTarget();
     void showRemainingDownloads();
     void showDetailView(bool animated);
     void hideDetailView(bool animated);
@@ -189,6 +210,9 @@ private:
     Snapshot<ExternalRequestInfo> currentExternalRequestInfo;
 
     std::unique_ptr<Ui::MainViewController> m_scene;
+    QSet<int> m_openQueries; // the numbers of those that are neither answered nor cancelled
+    int m_lastQuery = 0;
+    AnswerMessage m_answer;                               // of the last answer; a search that fails leaves it
     std::shared_ptr<const SubtitleList> m_shownSubtitles; // the rows of the table as of its last reload
     std::optional<QUrl> m_deliveredFile;                  // what "Show in folder" shows
 };

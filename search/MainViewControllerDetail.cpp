@@ -4,11 +4,14 @@
 #include "ScrollView.h"
 
 #include <platform/Animator.h>
+#include <platform/FileManager.h>
 #include <platform/ImageView.h>
+#include <platform/Label.h>
 #include <platform/LayoutConstraint.h>
 #include <platform/MainQueue.h>
 #include <platform/StandardOutput.h>
 #include <views/ImageFade.h>
+#include <views/StringHelpers.h>
 
 namespace
 {
@@ -118,4 +121,14 @@ void MainViewController::hideDetailView(bool animated)
         Animator::setConstant(*detailViewBottomConstraint, PanelHidden, PanelDuration);
     else
         detailViewBottomConstraint->setConstant(PanelHidden);
+}
+
+/// The file of the search, which the save sheet begins from also after words were typed in the meantime.
+void MainViewController::showSaveTarget()
+{
+    const auto url = currentFileURL.value();
+    if (url)
+        m_scene->saveTargetLabel->setText(
+            String::fill(String::localize(u"Saves beside “%@”"_s), {FileManager::displayName(*url)}));
+    m_scene->saveTargetLabel->setVisible(url.has_value());
 }

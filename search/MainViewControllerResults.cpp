@@ -5,6 +5,7 @@
 #include "SubtitleCellView.h"
 
 #include <platform/FatalFault.h>
+#include <platform/FileManager.h>
 #include <platform/ImageView.h>
 #include <search/api/ServiceStatus.h>
 #include <views/DragFilesHereView.h>
@@ -102,11 +103,8 @@ void MainViewController::showDropPrompt()
     const QList<ExternalAppInfo> apps = quorvaneAppsArray();
     for (const ExternalAppInfo &app : apps)
         companions += app.name;
-    const DropAreaMessage message = dropPrompt(companions);
-    m_scene->dropHeadline->setText(message.headline);
-    m_scene->dropHint->setText(message.hint);
-    m_scene->dropHint->setContentsMargins({});
-    m_scene->languageNotice->hide();
+    m_answer = {.dropArea = dropPrompt(companions)};
+    showMessage(m_answer);
 }
 
 void MainViewController::showNothingFound(const QString &text, const SearchLanguage &language)
@@ -116,9 +114,33 @@ void MainViewController::showNothingFound(const QString &text, const SearchLangu
         !ServiceStatus::shared().value().asksTheNetwork && !std::exchange(m_hasToldOfKeys, true);
     if (tellsOfKeys)
         message.hint += u'\n' + offlineHint();
-    m_scene->dropHint->setContentsMargins(0, 0, 0, tellsOfKeys ? RoomBelowLongHint : 0);
-    m_scene->dropHeadline->setText(message.headline);
-    m_scene->dropHint->setText(message.hint);
+    m_answer = {.dropArea = message, .hintIsLong = tellsOfKeys};
+    showMessage(m_answer);
+}
+
+/// What stays if the search for the words of the file's name fails. The list may show still, without rows.
+void MainViewController::showFileNotFound(const QUrl &url, const SearchLanguage &language)
+{
+    const DropAreaMessage message =
+        nothingFound(FileManager::displayName(url), language.preferredCode, language.sentCode);
+    m_answer = {.dropArea = message, .aboveRows = message.headline};
+    showMessage(m_answer);
+}
+
+/// Until the answer comes, or the last one again.
+void MainViewController::showWordsSearch(const QString &words)
+{
+    const DropAreaMessage message = wordsSearch(words);
+    showMessage({.dropArea = message, .aboveRows = message.headline});
+}
+
+void MainViewController::showMessage(const AnswerMessage &message)
+{
+    m_scene->dropHint->setContentsMargins(0, 0, 0, message.hintIsLong ? RoomBelowLongHint : 0);
+    m_scene->dropHeadline->setText(message.dropArea.headline);
+    m_scene->dropHint->setText(message.dropArea.hint);
+    m_scene->languageNotice->setText(message.aboveRows);
+    m_scene->languageNotice->setVisible(!message.aboveRows.isEmpty());
 }
 
 void MainViewController::showLanguageNotice(const SearchLanguage &language)
@@ -126,8 +148,8 @@ void MainViewController::showLanguageNotice(const SearchLanguage &language)
     QStringList notices{languageNotice(language.preferredCode, language.sentCode),
                         localRowsNotice(ServiceStatus::shared().value().missing)};
     notices.removeAll(QString());
-    m_scene->languageNotice->setText(notices.join(u'\n'));
-    m_scene->languageNotice->setVisible(!notices.isEmpty());
+    m_answer.aboveRows = notices.join(u'\n');
+    showMessage(m_answer);
 }
 
 void MainViewController::showRemainingDownloads()

@@ -55,7 +55,7 @@ void MainViewController::searchForFile(const QUrl &url, const std::optional<Exte
         {Param::language, language.sentCode},
     };
     setIsSearching(true);
-    currentFileURL.store(url);
+    setCurrentFileURL(url);
     storeRequestInfo(requestInfo);
     beginQuery(args, [url, language](MainViewController &self) { self.showFileResults(url, language); });
 }
@@ -73,29 +73,35 @@ void MainViewController::searchForText(const QString &text,
 void MainViewController::beginQuery(const QList<Arg> &args,
                                     std::function<void(MainViewController &)> resultsStep)
 {
-    showDropPrompt();
     hideDelivered();
     scheduleCancelButtonReveal();
-    SubtitleService::shared().query(args,
-                                    [weak = weakSelf(), step = std::move(resultsStep)](const auto &result) {
-                                        if (const auto self = weak.lock())
-                                            self->finishQuery(result, step);
-                                    });
+    const int query = ++m_lastQuery;
+    m_openQueries.insert(query);
+    Q_EMIT isQueryingChanged(true);
+    SubtitleService::shared().query(
+        args, [weak = weakSelf(), query, step = std::move(resultsStep)](const auto &result) {
+            if (const auto self = weak.lock())
+                self->finishQuery(query, result, step);
+        });
 }
 
 /// On whatever thread the service answers on: what was found is stored here, what is seen changes on the main
 /// queue.
-void MainViewController::finishQuery(const Result<QueryResult> &result,
+void MainViewController::finishQuery(int query, const Result<QueryResult> &result,
                                      std::function<void(MainViewController &)> resultsStep)
 {
     const auto weak = weakSelf();
     if (result) {
         subtitles.store(result->subtitles);
-        onMainQueue(weak, std::move(resultsStep));
+        onMainQueue(weak, [query, step = std::move(resultsStep)](MainViewController &self) {
+            step(self); // which may ask the next query
+            self.endQuery(query);
+        });
     } else {
         const QString description = result.error().localizedDescription;
         printLine(u"Error: "_s + description);
-        onMainQueue(weak, [description](MainViewController &self) {
+        onMainQueue(weak, [query, description](MainViewController &self) {
+            self.endQuery(query);
             self.presentError(Error{QString(), SearchErrorCode, description});
         });
     }
@@ -105,6 +111,15 @@ void MainViewController::finishQuery(const Result<QueryResult> &result,
         self.setIsSearching(false);
         self.revealCancelButton();
     });
+}
+
+void MainViewController::endQuery(int query)
+{
+    m_openQueries.remove(query);
+    if (isQuerying())
+        return;
+    showMessage(m_answer);
+    Q_EMIT isQueryingChanged(false);
 }
 
 void MainViewController::scheduleCancelButtonReveal()
@@ -135,6 +150,8 @@ void MainViewController::showFileResults(const QUrl &url, const SearchLanguage &
     const QString words = VideoFileUtilities::componentsFrom(url).searchString;
     if (searchField)
         searchField->setText(words);
+    showFileNotFound(url, language);
+    showWordsSearch(words);
     searchForText(searchField ? searchField->text() : words, std::nullopt);
 }
 
@@ -178,35 +195,14 @@ void MainViewController::cancelQuery(QObject *)
         Animator::setHidden(*cancelSearchButton, true);
     forgetFileAndRequest();
     subtitles.store(SubtitleList());
+    m_openQueries.clear();
+    Q_EMIT isQueryingChanged(false);
     showDropPrompt();
     hideDelivered();
     reloadTable();
     updateUIState(true);
     setWindowTitle(u"Plovendix"_s);
     focusSearchField(nullptr);
-}
-
-void MainViewController::controlTextDidEndEditing(QObject *)
-{
-    // Where editing ended by Return, the field still has the focus and keeps its caret or selection.
-    if (!searchField || !searchField->hasFocus())
-        return;
-    const int caret = searchField->cursorPosition();
-    const int start = searchField->selectionStart();
-    const int length = searchField->selectionLength();
-    onMainQueue(weakSelf(), [=, text = searchField->text()](MainViewController &self) {
-        if (!self.searchField || !self.searchField->hasFocus())
-            return;
-        // Who types on meanwhile is not set back.
-        if (self.searchField->text() != text)
-            return;
-        if (start < 0)
-            self.searchField->setCursorPosition(caret);
-        else if (caret == start)
-            self.searchField->setSelection(start + length, -length);
-        else
-            self.searchField->setSelection(start, length);
-    });
 }
 
 void MainViewController::storeRequestInfo(const std::optional<ExternalRequestInfo> &requestInfo)
@@ -217,9 +213,15 @@ void MainViewController::storeRequestInfo(const std::optional<ExternalRequestInf
     updateDownloadButton();
 }
 
+void MainViewController::setCurrentFileURL(const std::optional<QUrl> &url)
+{
+    currentFileURL.store(url);
+    showSaveTarget();
+}
+
 void MainViewController::forgetFileAndRequest()
 {
-    currentFileURL.clear();
+    setCurrentFileURL(std::nullopt);
     currentExternalRequestInfo.clear();
     updateDownloadButton();
 }

@@ -170,6 +170,19 @@ private Q_SLOTS:
         QVERIFY(!indicator->isVisible());
     }
 
+    void indicatorStaysDuringTheWordsSearch()
+    {
+        const auto *indicator = m_controller->window()->findChild<QWidget *>(u"searchIndicator"_s);
+        m_service->queries.clear();
+        m_controller->mainViewController()->searchForFile(QUrl(u"file:///v/A.mkv"_s), std::nullopt);
+        m_service->finishLast(answerWith(0));
+        QTRY_COMPARE(m_service->queries.size(), 2);
+        QTRY_VERIFY(!m_controller->mainViewController()->isSearching());
+        QVERIFY(indicator->isVisible());
+        m_service->finishLast(answerWith(1));
+        QTRY_VERIFY(!indicator->isVisible());
+    }
+
     void indicatorShowsASearchThatBeganBeforeIt()
     {
         m_delegate->setExternalRequest(ExternalRequest{QUrl(u"file:///v/A.mkv"_s), {}});

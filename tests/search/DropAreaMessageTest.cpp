@@ -63,6 +63,13 @@ private Q_SLOTS:
         QVERIFY(languageNotice(u"en"_s, u"eng"_s).isEmpty());
     }
 
+    void wordsSearchNamesTheWords()
+    {
+        QCOMPARE(wordsSearch(u"some film"_s).headline, u"Searching for “some film”…"_s);
+        QVERIFY(wordsSearch(u"some film"_s).hint.contains(u"name"_s));
+        QVERIFY(wordsSearch(QString(1000, u'x')).headline.size() < 120);
+    }
+
     void offlineHintSaysWhereKeysAre()
     {
         QVERIFY(offlineHint().contains(u"offline catalogue"_s));

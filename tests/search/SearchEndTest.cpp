@@ -52,7 +52,6 @@ private Q_SLOTS:
     void resultsAreStoredBeforeTheMainQueueRuns();
     void absentListCountsAsZero();
     void emptyTextSearchShowsTheDropTarget();
-    void nextStepTakesTheMessageBack();
     void textSearchScrollsToTheTop();
     void failureIsPrintedAndShownThenTheSearchEnds();
     void failureIsPresentedAsAnErrorOfTheProgramsOwn();
@@ -106,19 +105,6 @@ void SearchEndTest::emptyTextSearchShowsTheDropTarget()
     const auto *headline = m_view->child<QLabel>("dropHeadline");
     QCOMPARE(headline->text(), u"Nothing found for “nobody's film” in English"_s);
     QCOMPARE(m_view->service->queries.size(), 2);
-}
-
-void SearchEndTest::nextStepTakesTheMessageBack()
-{
-    const auto *headline = m_view->child<QLabel>("dropHeadline");
-    m_view->showResults(0);
-    QVERIFY(headline->text().startsWith(u"Nothing found"_s));
-    m_view->controller->searchForText(u"another"_s, std::nullopt);
-    QCOMPARE(headline->text(), u"Drop a video here"_s);
-    m_view->showResults(0);
-    m_view->controller->cancelQuery(nullptr);
-    QCOMPARE(headline->text(), u"Drop a video here"_s);
-    QCOMPARE(m_view->child<QLabel>("dropHint")->text(), u"or type a title above"_s);
 }
 
 void SearchEndTest::textSearchScrollsToTheTop()
