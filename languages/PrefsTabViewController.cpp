@@ -2,6 +2,7 @@
 
 #include "PrefsTabViewController.h"
 
+#include <platform/SceneConnections.h>
 #include <platform/Window.h>
 
 #include <QButtonGroup>
@@ -43,6 +44,7 @@ void PrefsTabViewController::loadView()
         if (checked)
             showPane(index);
     });
+    connectScene(*root, *this);
     setView(std::move(root));
 }
 
@@ -114,4 +116,10 @@ void PrefsTabViewController::viewDidAppear()
     // The arrow keys choose a pane at once.
     if (Window *host = window())
         host->makeFirstResponder(m_tabs->button(m_shown));
+}
+
+void PrefsTabViewController::cancel(QObject *)
+{
+    if (Window *host = window())
+        host->close();
 }

@@ -32,6 +32,9 @@ public:
     void viewWillAppear() override;
     void viewDidAppear() override;
 
+    /// Closes the window.
+    Q_INVOKABLE void cancel(QObject *sender);
+
 private:
     void addTab(int index);
     void adoptPane(int index);

@@ -68,6 +68,7 @@ void MainViewController::viewDidLoad()
     tableView->setDataSource(this);
     tableView->setDelegate(this);
     dragFilesHereView->outlineToo(*tableView); // which shows in its place while there are results
+    connect(m_scene->searchField, &SearchField::leftDownwards, this, &MainViewController::enterList);
     cancelSearchButton->hide();
     showDropPrompt();
     connect(&ServiceStatus::shared(), &ServiceStatus::changed, this,

@@ -152,6 +152,7 @@ private:
 
     // The list and the panel (MainViewControllerResults.cpp, MainViewControllerDetail.cpp).
     void reloadTable();
+    void enterList();
     void showDropPrompt();
     void showNothingFound(const QString &text, const SearchLanguage &language);
     void showFileNotFound(const QUrl &url, const SearchLanguage &language);

@@ -7,6 +7,7 @@
 #include <platform/FatalFault.h>
 #include <platform/FileManager.h>
 #include <platform/ImageView.h>
+#include <platform/Window.h>
 #include <search/api/ServiceStatus.h>
 #include <views/DragFilesHereView.h>
 
@@ -80,6 +81,17 @@ void MainViewController::reloadTable()
 {
     if (tableView)
         tableView->reloadData();
+}
+
+/// As a step with the arrow keys does: the first one selects.
+void MainViewController::enterList()
+{
+    Window *host = window();
+    if (!host || !tableView || !tableView->isVisible() || tableView->numberOfRows() == 0)
+        return;
+    host->makeFirstResponder(tableView);
+    if (tableView->numberOfSelectedRows() == 0)
+        tableView->selectRow(0);
 }
 
 void MainViewController::updateUIState(bool animated)

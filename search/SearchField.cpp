@@ -4,6 +4,7 @@
 #include <views/PasteboardURLs.h>
 
 #include <QDragEnterEvent>
+#include <QKeyEvent>
 
 namespace
 {
@@ -16,6 +17,15 @@ SearchField::SearchField(QWidget *parent) : QLineEdit(parent)
 {
     setTextMargins(MagnifierWidth, 0, CancelButtonWidth, 0);
     setMaxLength(LongestText);
+}
+
+void SearchField::keyPressEvent(QKeyEvent *event)
+{
+    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (event->key() != Qt::Key_Down || !isPlain)
+        return QLineEdit::keyPressEvent(event);
+    event->accept();
+    Q_EMIT leftDownwards();
 }
 
 void SearchField::dragEnterEvent(QDragEnterEvent *event)

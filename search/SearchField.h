@@ -10,6 +10,11 @@ class SearchField final : public QLineEdit
 public:
     explicit SearchField(QWidget *parent = nullptr);
 
+Q_SIGNALS:
+    /// The Down key was pressed: the person wants to go on below the field.
+    void leftDownwards();
+
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
 };

@@ -1,12 +1,14 @@
 #include "SceneConnections.h"
 
 #include "Bindings.h"
+#include "ListEscape.h"
 #include "TableView.h"
 
 #include <platform/FatalFault.h>
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMetaMethod>
@@ -60,6 +62,16 @@ auto invoker(const QMetaMethod &method, QObject &controller, QObject &sender)
     };
 }
 
+/// Whether Escape has closed what popped up: the list of a pop-up goes before its window answers.
+bool hasClosedPopUp(const QAction &action)
+{
+    QWidget *popUp = QApplication::activePopupWidget();
+    if (!popUp || action.shortcut() != QKeySequence(Qt::Key_Escape))
+        return false;
+    popUp->hide();
+    return true;
+}
+
 void connectAction(QObject &sender, const QString &selector, QObject &controller)
 {
     const auto invoke = invoker(methodFor(selector, controller, sender), controller, sender);
@@ -70,7 +82,10 @@ void connectAction(QObject &sender, const QString &selector, QObject &controller
     else if (auto *comboBox = qobject_cast<QComboBox *>(&sender))
         QObject::connect(comboBox, &QComboBox::activated, &controller, invoke);
     else if (auto *action = qobject_cast<QAction *>(&sender))
-        QObject::connect(action, &QAction::triggered, &controller, invoke);
+        QObject::connect(action, &QAction::triggered, &controller, [invoke, action] {
+            if (!hasClosedPopUp(*action))
+                invoke();
+        });
     else
         fatalFault(QStringLiteral("The %1 has no action for \"%2\"").arg(describe(sender), selector));
 }
@@ -131,8 +146,10 @@ void representByItems(QComboBox &comboBox)
 void connectObject(QObject &object, QObject &controller)
 {
     const auto named = [&object](const char *property) { return object.property(property).toString(); };
-    if (auto *comboBox = qobject_cast<QComboBox *>(&object))
+    if (auto *comboBox = qobject_cast<QComboBox *>(&object)) {
         representByItems(*comboBox);
+        new ListEscape(*comboBox); // a child of it
+    }
     if (const QString selector = named("action"); !selector.isEmpty())
         connectAction(object, selector, controller);
     if (const QString selector = named("doubleAction"); !selector.isEmpty())

@@ -8,7 +8,7 @@ class QWidget;
 /// item of
 ///   a combo box is chosen; `doubleAction`: the selector sent on a double click (or Return) in a table. The
 ///   controller answers "download:" by an invokable method download(QObject *sender). An `action` of a
-///   QAction is sent when it is triggered;
+///   QAction is sent when it is triggered, by Escape only where no list or menu is open to be closed first;
 ///   `endEditingAction`: the selector sent when an edit of a field ends, by Return or by going elsewhere.
 /// - `itemTags`, `itemObjects`: what a combo box's items stand for, in their order: integers, or texts.
 /// - `bindValue`, `bindSelectedTag`, `bindSelectedObject`, `bindEnabled`, `bindHidden`, `bindTitle`:

@@ -239,6 +239,26 @@ private Q_SLOTS:
         QTRY_COMPARE(restarted.string(u"languageCode"_s), u"de"_s);
     }
 
+    void escapeClosesTheWindow()
+    {
+        open({u"PrefsGeneralViewController"_s, u"OtherPane"_s});
+        QTRY_COMPARE(QApplication::activeWindow(), window());
+        popUp()->showPopup();
+        QTRY_VERIFY(popUp()->view()->isVisible());
+        QTest::keyClick(window()->windowHandle(), Qt::Key_Escape); // the list alone
+        QTRY_VERIFY(!popUp()->view()->isVisible());
+        QVERIFY(window()->isVisible());
+        window()->activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), window()->windowHandle());
+        QTest::keyClick(window()->windowHandle(), Qt::Key_Escape);
+        QVERIFY(!window()->isVisible());
+        m_preferences->showWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), window()->windowHandle());
+        QTest::mouseClick(tabs().last(), Qt::LeftButton);
+        QTest::keyClick(window()->windowHandle(), Qt::Key_Escape);
+        QVERIFY(!window()->isVisible());
+    }
+
     void theSeparatorCannotBeChosen()
     {
         open();

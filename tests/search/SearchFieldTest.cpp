@@ -39,6 +39,9 @@ private Q_SLOTS:
     void shortcutsGoToTheFieldAndSelectItsText_data();
     void shortcutsGoToTheFieldAndSelectItsText();
     void cancelLeavesTheKeptTextSelected();
+    void downEntersTheList();
+    void downGoesBackToTheRowThatIsSelected();
+    void downWithoutResultsStaysInTheField();
     void controllerOutlivesItsWeakOutlets();
 
 private:
@@ -230,6 +233,42 @@ void SearchFieldTest::cancelLeavesTheKeptTextSelected()
     m_view->controller->cancelQuery(nullptr);
     QVERIFY(m_view->field()->hasFocus());
     QCOMPARE(m_view->field()->selectedText(), u"typed"_s);
+}
+
+void SearchFieldTest::downEntersTheList()
+{
+    m_view->showResults(3);
+    m_view->field()->setFocus();
+    QTRY_VERIFY(m_view->field()->hasFocus());
+    m_view->press(Qt::Key_Down);
+    QVERIFY(m_view->table()->hasFocus());
+    QCOMPARE(m_view->table()->selectedRow(), 0);
+    m_view->press(Qt::Key_Down);
+    QCOMPARE(m_view->table()->selectedRow(), 1);
+}
+
+void SearchFieldTest::downGoesBackToTheRowThatIsSelected()
+{
+    m_view->showResults(3);
+    m_view->table()->selectRow(2);
+    m_view->field()->setFocus();
+    QTRY_VERIFY(m_view->field()->hasFocus());
+    m_view->press(Qt::Key_Down, Qt::ControlModifier); // no plain step
+    QVERIFY(m_view->field()->hasFocus());
+    m_view->press(Qt::Key_Down, Qt::KeypadModifier);
+    QVERIFY(m_view->table()->hasFocus());
+    QCOMPARE(m_view->table()->selectedRow(), 2);
+}
+
+void SearchFieldTest::downWithoutResultsStaysInTheField()
+{
+    m_view->field()->setFocus();
+    QTRY_VERIFY(m_view->field()->hasFocus());
+    m_view->press(Qt::Key_Down);
+    QVERIFY(m_view->field()->hasFocus());
+    m_view->showResults(0);
+    m_view->press(Qt::Key_Down);
+    QVERIFY(m_view->field()->hasFocus());
 }
 
 /// Everything that names a search goes on without the views that only show it.

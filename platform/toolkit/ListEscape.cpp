@@ -1,0 +1,19 @@
+#include "ListEscape.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QKeyEvent>
+
+ListEscape::ListEscape(QComboBox &comboBox) : QObject(&comboBox)
+{
+    comboBox.view()->installEventFilter(this);
+}
+
+bool ListEscape::eventFilter(QObject *watched, QEvent *event)
+{
+    // An accepted override means that the key comes as a key, which the list takes.
+    if (event->type() != QEvent::ShortcutOverride || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Escape)
+        return QObject::eventFilter(watched, event);
+    event->accept();
+    return true;
+}
