@@ -31,6 +31,17 @@ def tests_do_not_sleep(root):
                         r'\bsleep\s*\(', '{} pauses instead of waiting for a fact', prepare=str)
 
 
+def tests_do_not_time(root):
+    """A limit of time fails on a busy machine or passes a break; one test draws its moments from a clock."""
+    draws_moments = os.path.join('tests', 'services', 'catalogue', 'CatalogueKillTest.cpp')
+    paths = [path for path in _cpp(root, 'tests') if path.endswith('Test.cpp') and path != draws_moments]
+    yield from _matches(root, paths, r'\b(QElapsedTimer\b|clock_gettime\s*\(|(steady|system)_clock::now\s*\()',
+                        '{} judges by the clock instead of by a fact')
+    scripts = [path for path in files(root, ('tests',), '.py') if path.endswith('_test.py')]
+    yield from _matches(root, [path for path in scripts if not path.startswith(os.path.join('tests', 'lint'))],
+                        r'\b(monotonic|perf_counter)\s*\(', '{} judges by the clock instead of by a fact', prepare=str)
+
+
 def connections_are_typed(root):
     # The session bus knows its receivers by name alone, so whoever listens to it has no typed way.
     typed = [path for path in _cpp(root) if '#include <QDBusConnection>' not in read(root, path)]
@@ -118,6 +129,6 @@ def layout_is_clang_format(root):
 
 
 RULES = {rule.__name__: rule for rule in (
-    tests_do_not_sleep, connections_are_typed, connections_have_a_context, events_are_not_pumped, files_are_short,
-    only_the_entry_knows_services, includes_name_their_room, files_are_written_whole, nothing_is_unfinished,
+    tests_do_not_sleep, tests_do_not_time, connections_are_typed, connections_have_a_context, events_are_not_pumped,
+    files_are_short, only_the_entry_knows_services, includes_name_their_room, files_are_written_whole, nothing_is_unfinished,
     no_paths_of_one_machine, texts_have_one_way, layout_is_clang_format)}
