@@ -2,6 +2,7 @@
 #include <services/update/ReleaseVersion.h>
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QFile>
 #include <QUrl>
 #include <QXmlStreamWriter>
@@ -20,9 +21,11 @@ constexpr auto Usage =
     "Usage: plovendix-sign-update new-key KEYFILE\n"
     "       plovendix-sign-update public-key KEYFILE\n"
     "       plovendix-sign-update item KEYFILE VERSION LINK [NOTESFILE]\n"
+    "       plovendix-sign-update feed KEYFILE [ITEMFILE...]\n"
     "\n"
     "new-key makes a key pair, writes its secret half to KEYFILE and prints the public half,\n"
-    "which goes into Info.plist as SUPublicEDKey. item prints the signed entry of a feed.\n";
+    "which goes into Info.plist as SUPublicEDKey. item prints the signed entry of a feed; feed\n"
+    "prints a feed of such entries, dated now and signed as a whole.\n";
 
 int complain(const QString &message)
 {
@@ -65,20 +68,47 @@ int makeKey(const QString &path)
     return 0;
 }
 
-QByteArray written(const AppcastItem &item)
+QString base64(const QByteArray &signature)
 {
-    QByteArray text;
-    QXmlStreamWriter xml(&text);
-    xml.setAutoFormatting(true);
-    xml.writeNamespace(Appcast::Namespace, u"update"_s);
+    return QString::fromLatin1(signature.toBase64());
+}
+
+void write(QXmlStreamWriter &xml, const AppcastItem &item)
+{
     xml.writeStartElement(u"item"_s);
     xml.writeTextElement(u"title"_s, u"Plovendix "_s + item.version);
     xml.writeTextElement(u"link"_s, item.link);
     xml.writeTextElement(u"description"_s, item.notes);
     xml.writeTextElement(Appcast::Namespace, u"version"_s, item.version);
-    xml.writeTextElement(Appcast::Namespace, u"signature"_s, QString::fromLatin1(item.signature.toBase64()));
+    xml.writeTextElement(Appcast::Namespace, u"signature"_s, base64(item.signature));
     xml.writeEndElement();
+}
+
+/// What `body` writes, as a text in which our namespace has its prefix.
+template <class Body>
+QByteArray written(Body body)
+{
+    QByteArray text;
+    QXmlStreamWriter xml(&text);
+    xml.setAutoFormatting(true);
+    xml.writeNamespace(Appcast::Namespace, u"update"_s);
+    body(xml);
     return text.trimmed() + '\n';
+}
+
+QByteArray written(const AppcastFeed &feed)
+{
+    return written([&feed](QXmlStreamWriter &xml) {
+        xml.writeStartElement(u"rss"_s);
+        xml.writeAttribute(u"version"_s, u"2.0"_s);
+        xml.writeStartElement(u"channel"_s);
+        xml.writeTextElement(u"title"_s, u"Plovendix"_s);
+        xml.writeTextElement(Appcast::Namespace, u"date"_s, feed.date);
+        xml.writeTextElement(Appcast::Namespace, u"signature"_s, base64(feed.signature));
+        for (const AppcastItem &item : feed.items)
+            write(xml, item);
+        xml.writeEndDocument();
+    });
 }
 
 int makeItem(const QByteArray &secretKey, const QStringList &words)
@@ -97,7 +127,28 @@ int makeItem(const QByteArray &secretKey, const QStringList &words)
         item.notes = QString::fromUtf8(*notes).replace(u"\r\n"_s, u"\n"_s).trimmed();
     }
     item.signature = AppcastSignature::sign(Identifier, item, secretKey);
-    print(written(item));
+    print(written([&item](QXmlStreamWriter &xml) { write(xml, item); }));
+    return 0;
+}
+
+/// Only of items that the same key has signed.
+int makeFeed(const QByteArray &secretKey, const QStringList &paths)
+{
+    AppcastFeed feed{{}, QDateTime::currentDateTimeUtc().toString(Qt::ISODate), {}};
+    for (const QString &path : paths) {
+        const auto content = contentOf(path);
+        const auto read =
+            Appcast::parse("<rss><channel>" + content.value_or(QByteArray()) + "</channel></rss>");
+        if (!content || !read || read->items.isEmpty())
+            return complain(u"\"%1\" holds no item"_s.arg(path));
+        feed.items += read->items;
+    }
+    for (const AppcastItem &item : std::as_const(feed.items)) {
+        if (!AppcastSignature::isValid(Identifier, item, publicHalf(secretKey)))
+            return complain(u"version %1 is not signed with this key"_s.arg(item.version));
+    }
+    feed.signature = AppcastSignature::sign(Identifier, feed, secretKey);
+    print(written(feed));
     return 0;
 }
 } // namespace
@@ -110,7 +161,8 @@ int main(int argc, char **argv)
     if (order == "new-key"_L1 && words.size() == 2)
         return makeKey(words.at(1));
     const bool isItem = order == "item"_L1 && (words.size() == 4 || words.size() == 5);
-    if (!isItem && !(order == "public-key"_L1 && words.size() == 2)) {
+    const bool isFeed = order == "feed"_L1 && words.size() >= 2;
+    if (!isItem && !isFeed && !(order == "public-key"_L1 && words.size() == 2)) {
         std::fputs(Usage, stderr);
         return UsageError;
     }
@@ -119,6 +171,8 @@ int main(int argc, char **argv)
         return complain(u"\"%1\" holds no key"_s.arg(words.at(1)));
     if (isItem)
         return makeItem(secretKey, words.mid(2));
+    if (isFeed)
+        return makeFeed(secretKey, words.mid(2));
     print(publicHalf(secretKey).toBase64() + '\n');
     return 0;
 }

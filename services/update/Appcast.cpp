@@ -23,22 +23,19 @@ class Reader final
 public:
     explicit Reader(const QByteArray &feed) : m_xml(feed) {}
 
-    Result<QList<AppcastItem>> read()
+    Result<AppcastFeed> read()
     {
         if (!enter(u"rss") || !enter(u"channel"))
             return fault();
         while (m_xml.readNextStartElement()) {
-            if (m_xml.name() == u"item" && m_items.size() < MaxItems)
-                readItem();
-            else
-                m_xml.skipCurrentElement();
+            readChannelElement();
         }
         // An end that is missing further out would go unnoticed: a feed cut short is none.
         while (!m_xml.atEnd())
             m_xml.readNext();
         if (m_xml.hasError())
             return fault();
-        return m_items;
+        return m_feed;
     }
 
 private:
@@ -74,6 +71,19 @@ private:
         return false;
     }
 
+    void readChannelElement()
+    {
+        const bool ours = m_xml.namespaceUri() == Appcast::Namespace;
+        if (m_xml.name() == u"item" && m_feed.items.size() < MaxItems)
+            readItem();
+        else if (ours && m_xml.name() == u"date")
+            m_feed.date = text();
+        else if (ours && m_xml.name() == u"signature")
+            m_feed.signature = QByteArray::fromBase64(text().toLatin1());
+        else
+            m_xml.skipCurrentElement();
+    }
+
     void readItem()
     {
         AppcastItem item;
@@ -91,7 +101,7 @@ private:
                 m_xml.skipCurrentElement();
         }
         if (!item.version.isEmpty())
-            m_items += item;
+            m_feed.items += item;
     }
 
     /// The text of the current element itself, without the layout around it.
@@ -107,12 +117,12 @@ private:
     }
 
     QXmlStreamReader m_xml;
-    QList<AppcastItem> m_items;
+    AppcastFeed m_feed;
     std::optional<UpdateFault> m_fault;
 };
 } // namespace
 
-Result<QList<AppcastItem>> Appcast::parse(const QByteArray &feed)
+Result<AppcastFeed> Appcast::parse(const QByteArray &feed)
 {
     if (feed.size() > MaxBytes)
         return updateError(UpdateFault::TooLarge, u"%1 bytes"_s.arg(feed.size()));

@@ -22,6 +22,7 @@ const QString AutomaticKey = u"SUEnableAutomaticChecks"_s;
 const QString IntervalKey = u"SUScheduledCheckInterval"_s;
 const QString LastCheckKey = u"SULastCheckTime"_s;
 const QString SkippedKey = u"SUSkippedVersion"_s;
+const QString FeedDateKey = u"SULastFeedDate"_s;
 /// A reserved host, until the maker has a real one.
 const QString StandardFeed = u"https://updates.quorvane.example/plovendix/appcast.xml"_s;
 
@@ -109,15 +110,19 @@ void SUUpdater::begin()
     m_timer.cancel();
     m_offer.reset();
     m_check = m_feed.fetch(settings().string(FeedKey).value_or(QString()),
-                           [this](const Result<QList<AppcastItem>> &outcome) { finish(outcome); });
+                           [this](const Result<AppcastFeed> &outcome) { finish(outcome); });
 }
 
-void SUUpdater::finish(const Result<QList<AppcastItem>> &outcome)
+void SUUpdater::finish(const Result<AppcastFeed> &outcome)
 {
     m_check.reset();
     if (!outcome)
         return fail(outcome.error());
-    const auto choice = chooseUpdate(*outcome, m_installed);
+    const auto date = checkedDate(*outcome, m_installed, settings().object(FeedDateKey).toDateTime());
+    if (!date)
+        return fail(date.error());
+    settings().setObject(FeedDateKey, *date);
+    const auto choice = chooseUpdate(outcome->items, m_installed);
     if (!choice)
         return fail(choice.error());
     settings().setObject(LastCheckKey, m_clock.date());

@@ -12,7 +12,8 @@
 /// version that the person has not skipped. Main thread only.
 ///
 /// Settings: "UpdateFeedURL"; "SUEnableAutomaticChecks", on unless set; "SUScheduledCheckInterval" in
-/// seconds; "SULastCheckTime", written when a check was completed, whatever it found; "SUSkippedVersion".
+/// seconds; "SULastCheckTime", written when a check was completed, whatever it found; "SUSkippedVersion";
+/// "SULastFeedDate", the date of the newest feed seen.
 class SUUpdater final : public UpdateChecking, private UpdatePresenting::Answering
 {
 public:
@@ -33,7 +34,7 @@ private:
     void schedule();
     void wake();
     void begin();
-    void finish(const Result<QList<AppcastItem>> &outcome);
+    void finish(const Result<AppcastFeed> &outcome);
     void fail(const Error &error);
     void present(const std::optional<AppcastItem> &found);
     void putOff(Clock::Duration pause);

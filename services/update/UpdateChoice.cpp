@@ -39,15 +39,33 @@ std::optional<UpdateFault> whatIsWrongWith(const AppcastItem &item, const Instal
                         !link.host().isEmpty() && link.userInfo().isEmpty();
     return secure ? std::nullopt : std::optional(UpdateFault::LinkNotSecure);
 }
+
+bool knowsItself(const InstalledProgram &installed)
+{
+    return ReleaseVersion::parse(installed.version) && !installed.identifier.isEmpty() &&
+           installed.publicKey.size() == AppcastSignature::KeyBytes;
+}
 } // namespace
+
+Result<QDateTime> checkedDate(const AppcastFeed &feed, const InstalledProgram &installed,
+                              const QDateTime &newestSeen)
+{
+    if (!knowsItself(installed))
+        return updateError(UpdateFault::DamagedCopy, installed.version);
+    const QDateTime date = QDateTime::fromString(feed.date, Qt::ISODate);
+    if (!date.isValid() || !AppcastSignature::isValid(installed.identifier, feed, installed.publicKey))
+        return updateError(UpdateFault::FeedNotSigned, feed.date);
+    if (newestSeen.isValid() && date < newestSeen)
+        return updateError(UpdateFault::FeedOutdated, feed.date);
+    return date;
+}
 
 Result<std::optional<AppcastItem>> chooseUpdate(const QList<AppcastItem> &items,
                                                 const InstalledProgram &installed)
 {
-    const auto version = ReleaseVersion::parse(installed.version);
-    if (!version || installed.identifier.isEmpty() ||
-        installed.publicKey.size() != AppcastSignature::KeyBytes)
+    if (!knowsItself(installed))
         return updateError(UpdateFault::DamagedCopy, installed.version);
+    const auto version = ReleaseVersion::parse(installed.version);
     std::optional<Error> refusal;
     for (const Candidate &candidate : newerThan(*version, items)) {
         const auto wrong = whatIsWrongWith(candidate.item, installed);

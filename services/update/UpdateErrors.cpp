@@ -57,6 +57,13 @@ QString sentence(UpdateFault fault)
     case UpdateFault::LinkNotSecure:
         return String::localize(
             u"A new version is announced, but at an address that is not secure. It is not offered here."_s);
+    case UpdateFault::FeedNotSigned:
+        return String::localize(
+            u"The list of versions is not signed by the maker of Plovendix. It was not used. Try again later."_s);
+    case UpdateFault::FeedOutdated:
+        return String::localize(u"The list of versions is older than one that this computer has seen before. "
+                                u"It was not used. Try "
+                                "again later."_s);
     case UpdateFault::DamagedCopy:
         return String::localize(u"This copy of Plovendix is damaged and cannot check for updates. Install it "
                                 "again."_s);

@@ -17,8 +17,10 @@ enum class UpdateFault
     Declarations, // a document type declaration, which has no place in the list
     NotSigned,    // a newer version without the maker's signature
     LinkNotSecure,
-    DamagedCopy, // this program does not know its own version or whom to take updates from
-    NoHandler,   // nothing opens the address; it has to be told instead
+    FeedNotSigned, // the list as a whole lacks the maker's signature over its date
+    FeedOutdated,  // an older list than one that was seen
+    DamagedCopy,   // this program does not know its own version or whom to take updates from
+    NoHandler,     // nothing opens the address; it has to be told instead
 };
 
 /// An Error with a sentence for the person. `detail` is cleaned of secrets.

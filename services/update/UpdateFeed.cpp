@@ -11,7 +11,7 @@ namespace
 {
 constexpr auto Deadline = 30s;
 
-Result<QList<AppcastItem>> read(const HttpAnswer &answer)
+Result<AppcastFeed> read(const HttpAnswer &answer)
 {
     if (answer.isSuccess())
         return Appcast::parse(answer.body);

@@ -8,7 +8,7 @@
 class UpdateFeed final
 {
 public:
-    using Completion = std::function<void(const Result<QList<AppcastItem>> &)>;
+    using Completion = std::function<void(const Result<AppcastFeed> &)>;
 
     explicit UpdateFeed(Clock &clock);
 

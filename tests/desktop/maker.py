@@ -7,7 +7,6 @@ import shutil
 import subprocess
 import threading
 
-FEED = '<rss version="2.0" xmlns:update="https://www.quorvane.example/xml/updates/1"><channel>{}</channel></rss>'
 NOTES = '''<p>Searching is quicker, and more of what you drop is understood.</p>
 <ul><li>Subtitles in Icelandic and Welsh</li><li>Names of series with the year in brackets</li>
 <li>The list keeps its selection when a search is repeated</li></ul>'''
@@ -26,7 +25,7 @@ class Maker:
         self._key = os.path.join(self._folder, 'key')
         self._server = None
         self.program = os.path.join(self._folder, 'plovendix')
-        self.feed = FEED.format('')
+        self.feed = ''
         self.status = 200
         self.asked = []
         self.reports = []
@@ -34,6 +33,7 @@ class Maker:
     def __enter__(self):
         os.makedirs(self._folder, exist_ok=True)
         self._copy_program(self._sign('new-key', self._key).strip())
+        self.feed = self._sign('feed', self._key)
         self._server = http.server.ThreadingHTTPServer(('127.0.0.1', 0), self._handler())
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
         return self
@@ -103,5 +103,8 @@ class Maker:
         notes = os.path.join(self._folder, 'notes')
         with open(notes, 'w', encoding='utf-8') as file:
             file.write(NOTES)
-        item = self._sign('item', self._key, version, link, notes)
-        self.feed = FEED.format(item if signed else item.replace('signature>', 'no-signature>'))
+        item = os.path.join(self._folder, 'item')
+        with open(item, 'w', encoding='utf-8') as file:
+            file.write(self._sign('item', self._key, version, link, notes))
+        feed = self._sign('feed', self._key, item)
+        self.feed = feed if signed else feed.replace('signature>', 'no-signature>')

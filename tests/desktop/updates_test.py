@@ -81,7 +81,7 @@ class UpdatesTest(MakerTest):
         self.start()
         self.choose('Check for Updates…')
         self.wait_for_window('Software Update')
-        self.said('A new version is announced, but it is not signed')
+        self.said('The list of versions is not signed')
         self.wait_for_no('push button', 'Get the Update')
 
     def test_a_failure_can_be_read_and_tried_again(self):

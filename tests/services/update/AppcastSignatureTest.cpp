@@ -30,7 +30,29 @@ private Q_SLOTS:
         QCOMPARE(AppcastSignature::signedBytes(Program, signedItem()),
                  "plovendix-update-1\n22:com.quorvane.Plovendix,3:1.1,23:https://get.example/1.1,7:New: "
                  "\xc3\xa9,");
-        QCOMPARE(AppcastSignature::signedBytes({}, {}), "plovendix-update-1\n0:,0:,0:,0:,");
+        QCOMPARE(AppcastSignature::signedBytes({}, AppcastItem()), "plovendix-update-1\n0:,0:,0:,0:,");
+    }
+
+    void signedBytesOfAFeedAreAsDocumented()
+    {
+        AppcastFeed feed{{signedItem()}, u"2030-03-01T12:00:00Z"_s, {}};
+        feed.items[0].signature = "\1\2\3";
+        QCOMPARE(AppcastSignature::signedBytes(Program, feed),
+                 "plovendix-feed-1\n22:com.quorvane.Plovendix,20:2030-03-01T12:00:00Z,4:AQID,");
+    }
+
+    void dateAndItemsOfAFeedBelongTogether()
+    {
+        AppcastFeed feed{{signedItem()}, u"2030-03-01T12:00:00Z"_s, {}};
+        feed.signature = AppcastSignature::sign(Program, feed, m_pair.secretKey);
+        QVERIFY(AppcastSignature::isValid(Program, feed, m_pair.publicKey));
+        AppcastFeed redated = feed;
+        redated.date = u"2030-03-02T12:00:00Z"_s;
+        QVERIFY(!AppcastSignature::isValid(Program, redated, m_pair.publicKey));
+        AppcastFeed shortened = feed;
+        shortened.items.clear();
+        QVERIFY(!AppcastSignature::isValid(Program, shortened, m_pair.publicKey));
+        QVERIFY(!AppcastSignature::isValid(u"com.quorvane.Tessaly"_s, feed, m_pair.publicKey));
     }
 
     void whatTheMakerSignedIsValid()

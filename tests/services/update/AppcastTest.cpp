@@ -33,12 +33,17 @@ private:
 private Q_SLOTS:
     void itemsAreReadInTheirOrder()
     {
-        const auto items = Appcast::parse(
-            feedOf("<item><title>X</title><u:version> 1.1 </u:version><link>\n https://a.example/1 </link>"
-                   "<description><![CDATA[<p>Grüße & mehr</p>]]></description>"
-                   "<u:signature>AAEC\n</u:signature></item>"
-                   "<item><u:version>1.2</u:version></item>"));
-        QVERIFY(items);
+        const auto feed =
+            Appcast::parse(feedOf("<u:date> 2030-03-01T12:00:00Z "
+                                  "</u:date><u:signature>AwQF</u:signature><item><title>X</title><u:version> "
+                                  "1.1 </u:version><link>\n https://a.example/1 </link>"
+                                  "<description><![CDATA[<p>Grüße & mehr</p>]]></description>"
+                                  "<u:signature>AAEC\n</u:signature></item>"
+                                  "<item><u:version>1.2</u:version></item>"));
+        QVERIFY(feed);
+        QCOMPARE(feed->date, u"2030-03-01T12:00:00Z"_s);
+        QCOMPARE(feed->signature, QByteArray("\3\4\5"));
+        const QList<AppcastItem> *items = &feed->items;
         QCOMPARE(items->size(), 2);
         const AppcastItem &first = items->constFirst();
         QCOMPARE(first.version, u"1.1"_s);
@@ -51,38 +56,41 @@ private Q_SLOTS:
 
     void onlyOurNamespaceCounts()
     {
-        const auto items = Appcast::parse(
+        const auto feed = Appcast::parse(
             feedOf("<item><version>1.1</version></item>"
                    "<item xmlns:v=\"https://other.example/\"><v:version>1.2</v:version></item>"
                    "<item><u:version>1.3</u:version><u:link>https://no.example/</u:link></item>"));
-        QVERIFY(items);
-        QCOMPARE(items->size(), 1);
-        QCOMPARE(items->constFirst().version, u"1.3"_s);
-        QCOMPARE(items->constFirst().link, QString());
+        QVERIFY(feed);
+        QCOMPARE(feed->items.size(), 1);
+        QCOMPARE(feed->items.constFirst().version, u"1.3"_s);
+        QCOMPARE(feed->items.constFirst().link, QString());
     }
 
-    void anEmptyFeedHasNoItems() { QVERIFY(Appcast::parse(feedOf(""))->isEmpty()); }
+    void anEmptyFeedHasNoItems() { QVERIFY(Appcast::parse(feedOf(""))->items.isEmpty()); }
 
     void whatIsNestedIsNotRead()
     {
-        const auto items = Appcast::parse(
+        const auto feed = Appcast::parse(
             feedOf("<x><item><u:version>6</u:version></item></x>"
                    "<item><x><u:version>7</u:version></x><u:version>1<b>2</b></u:version></item>"));
-        QCOMPARE(items->size(), 1);
-        QCOMPARE(items->constFirst().version, u"1"_s);
+        QCOMPARE(feed->items.size(), 1);
+        QCOMPARE(feed->items.constFirst().version, u"1"_s);
     }
 
     void deepNestingIsHarmless()
     {
         const QByteArray deep = repeated("<a>", 100'000) + repeated("</a>", 100'000);
-        QCOMPARE(Appcast::parse(feedOf(deep + "<item><u:version>1" + "</u:version></item>"))->size(), 1);
-        QCOMPARE(Appcast::parse(feedOf("<item><u:version>1" + deep + "</u:version></item>"))->size(), 1);
+        QCOMPARE(Appcast::parse(feedOf(deep + "<item><u:version>1" + "</u:version></item>"))->items.size(),
+                 1);
+        QCOMPARE(Appcast::parse(feedOf("<item><u:version>1" + deep + "</u:version></item>"))->items.size(),
+                 1);
     }
 
     void itemsBeyondMeasureAreLeftOut()
     {
-        QCOMPARE(Appcast::parse(feedOf(repeated("<item><u:version>1</u:version></item>", 2000)))->size(),
-                 500);
+        QCOMPARE(
+            Appcast::parse(feedOf(repeated("<item><u:version>1</u:version></item>", 2000)))->items.size(),
+            500);
     }
 
     void whatIsNoFeedIsRefused_data()

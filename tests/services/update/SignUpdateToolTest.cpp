@@ -3,6 +3,7 @@
 #include <support/Sandbox.h>
 #include <support/TestMain.h>
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
@@ -64,7 +65,7 @@ private Q_SLOTS:
         QCOMPARE(made.exitCode, 0);
         const auto items = Appcast::parse("<rss><channel>" + made.output + "</channel></rss>");
         QVERIFY(items);
-        const AppcastItem &item = items->constFirst();
+        const AppcastItem &item = items->items.constFirst();
         QCOMPARE(item.version, u"1.1"_s);
         QCOMPARE(item.link, u"https://get.example/?a=1&b=2"_s);
         QCOMPARE(item.notes, u"<p>One & \"two\"</p>\n  Grüße"_s);
@@ -75,7 +76,44 @@ private Q_SLOTS:
     {
         const Run made = run({u"item"_s, m_key, u"1.1"_s, u"https://get.example/"_s});
         const auto items = Appcast::parse("<rss><channel>" + made.output + "</channel></rss>");
-        QVERIFY(AppcastSignature::isValid(u"com.quorvane.Plovendix"_s, items->constFirst(), m_publicKey));
+        QVERIFY(
+            AppcastSignature::isValid(u"com.quorvane.Plovendix"_s, items->items.constFirst(), m_publicKey));
+    }
+
+    void itSignsAFeedOfItsItemsAndTheDate()
+    {
+        const Run one = run({u"item"_s, m_key, u"1.1"_s, u"https://get.example/1.1"_s});
+        const Run other = run({u"item"_s, m_key, u"1.2"_s, u"https://get.example/1.2"_s});
+        const QString first = m_sandbox.writeFile(u"one"_s, one.output);
+        const QString second = m_sandbox.writeFile(u"other"_s, other.output);
+        const Run made = run({u"feed"_s, m_key, second, first});
+        QCOMPARE(made.complaint, "");
+        auto feed = Appcast::parse(made.output);
+        QVERIFY(feed);
+        QCOMPARE(feed->items.size(), 2);
+        QCOMPARE(feed->items.constFirst().version, u"1.2"_s);
+        const QString program = u"com.quorvane.Plovendix"_s;
+        QVERIFY(AppcastSignature::isValid(program, feed->items.constLast(), m_publicKey));
+        QVERIFY(AppcastSignature::isValid(program, *feed, m_publicKey));
+        QVERIFY(QDateTime::fromString(feed->date, Qt::ISODate).isValid());
+        QVERIFY(feed->date.endsWith(u'Z'));
+        AppcastFeed shorter = *feed;
+        shorter.items.removeFirst();
+        QVERIFY(!AppcastSignature::isValid(program, shorter, m_publicKey));
+        QVERIFY(
+            AppcastSignature::isValid(program, *Appcast::parse(run({u"feed"_s, m_key}).output), m_publicKey));
+    }
+
+    void itSignsNoFeedOfAnothersItems()
+    {
+        const QString otherKey = m_sandbox.path(u"other-key"_s);
+        QCOMPARE(run({u"new-key"_s, otherKey}).exitCode, 0);
+        const QString item = m_sandbox.writeFile(
+            u"item"_s, run({u"item"_s, otherKey, u"1.1"_s, u"https://get.example/"_s}).output);
+        const Run made = run({u"feed"_s, m_key, item});
+        QCOMPARE(made.exitCode, 1);
+        QVERIFY(made.output.isEmpty());
+        QCOMPARE(run({u"feed"_s, m_key, m_key}).exitCode, 1); // no item at all
     }
 
     void mistakesAreToldAndNothingIsPrinted_data()

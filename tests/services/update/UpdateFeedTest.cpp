@@ -29,12 +29,12 @@ private:
     std::unique_ptr<LoopbackServer> m_server;
     std::unique_ptr<UpdateFeed> m_feed;
     ServedAnswer m_answer;
-    std::unique_ptr<Caught<QList<AppcastItem>>> m_caught;
+    std::unique_ptr<Caught<AppcastFeed>> m_caught;
     HttpClient::Call m_call;
 
     void start(const QString &address)
     {
-        m_caught = std::make_unique<Caught<QList<AppcastItem>>>();
+        m_caught = std::make_unique<Caught<AppcastFeed>>();
         m_call = m_feed->fetch(address, m_caught->completion());
         QVERIFY(!m_caught->came());
     }
@@ -69,7 +69,7 @@ private Q_SLOTS:
     {
         fetch();
         QVERIFY(**m_caught);
-        QCOMPARE((***m_caught).constFirst().version, u"1.1"_s);
+        QCOMPARE((***m_caught).items.constFirst().version, u"1.1"_s);
         const ReceivedRequest request = m_server->requests().constFirst();
         QCOMPARE(request.method + ' ' + request.target, "GET /appcast.xml");
         QCOMPARE(request.header("User-Agent"), "Plovendix v1.0.0");

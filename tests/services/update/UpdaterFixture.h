@@ -78,6 +78,7 @@ struct UpdaterFixture
     std::unique_ptr<SUUpdater> updater;
     ServedAnswer answer;
     int files = 0;
+    QString feedDate = QStringLiteral("2030-03-01T12:00:00Z");
 
     static UserDefaults &defaults() { return UserDefaults::standard(); }
 
@@ -93,6 +94,7 @@ struct UpdaterFixture
         server = std::make_unique<LoopbackServer>([this](const ReceivedRequest &) { return answer; });
         defaults().setObject(QStringLiteral("UpdateFeedURL"), server->url(QStringLiteral("/f")).toString());
         window = std::make_unique<NotingWindow>();
+        feedDate = QStringLiteral("2030-03-01T12:00:00Z");
         offerVersions({});
     }
     void clear()
@@ -107,6 +109,7 @@ struct UpdaterFixture
 
     void offerVersions(const QStringList &versions, bool areSigned = true)
     {
+        AppcastFeed feed{{}, feedDate, {}};
         QByteArray items;
         for (const QString &version : versions) {
             AppcastItem item{version,
@@ -115,14 +118,17 @@ struct UpdaterFixture
                              {}};
             if (areSigned)
                 item.signature = AppcastSignature::sign(installed.identifier, item, pair.secretKey);
+            feed.items += item;
             items += "<item><u:version>" + version.toUtf8() + "</u:version><link>" + item.link.toUtf8() +
                      "</link><description>" + item.notes.toHtmlEscaped().toUtf8() +
                      "</description><u:signature>" + item.signature.toBase64() + "</u:signature></item>";
         }
+        feed.signature = AppcastSignature::sign(installed.identifier, feed, pair.secretKey);
         answer = {200,
                   {},
-                  "<rss xmlns:u=\"https://www.quorvane.example/xml/updates/1\"><channel>" + items +
-                      "</channel></rss>"};
+                  "<rss xmlns:u=\"https://www.quorvane.example/xml/updates/1\"><channel><u:date>" +
+                      feed.date.toUtf8() + "</u:date><u:signature>" + feed.signature.toBase64() +
+                      "</u:signature>" + items + "</channel></rss>"};
     }
     void switchAutomatic(bool on) { defaults().setObject(QStringLiteral("SUEnableAutomaticChecks"), on); }
     QDateTime lastCheck() const { return defaults().object(QStringLiteral("SULastCheckTime")).toDateTime(); }

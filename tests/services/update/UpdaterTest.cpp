@@ -76,6 +76,33 @@ private Q_SLOTS:
         QVERIFY(!m.lastCheck().isValid());
     }
 
+    void anOlderFeedThanOneThatWasSeenIsRefused()
+    {
+        m.offerVersions({u"1.6"_s});
+        check();
+        QCOMPARE(lastState(), u"offer 1.6"_s);
+        m.feedDate = u"2030-02-28T12:00:00Z"_s;
+        m.offerVersions({u"1.5"_s});
+        check(4);
+        QVERIFY2(lastState().startsWith(u"failure The list of versions is older"_s), qPrintable(lastState()));
+        // The program remembers it, too.
+        m.start();
+        check(6);
+        QVERIFY2(lastState().startsWith(u"failure The list of versions is older"_s), qPrintable(lastState()));
+        m.feedDate = u"2030-03-01T12:00:01Z"_s;
+        m.offerVersions({u"1.7"_s});
+        check(8);
+        QCOMPARE(lastState(), u"offer 1.7"_s);
+    }
+
+    void aNewDateOnAnOldFeedIsRefused()
+    {
+        m.answer.body.replace("2030-03-01", "2030-03-02");
+        check();
+        QVERIFY2(lastState().startsWith(u"failure The list of versions is not signed"_s),
+                 qPrintable(lastState()));
+    }
+
     void anUnsignedVersionIsAFailure()
     {
         m.offerVersions({u"1.6"_s}, false);
