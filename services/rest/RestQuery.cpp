@@ -48,6 +48,33 @@ QString withoutFolders(const QString &name)
     return name.section(u'/', -1);
 }
 
+/// Three and more single letters in a row were an acronym in the name of the file; two may be words.
+QString withDottedAcronyms(const QString &title)
+{
+    static const QRegularExpression letters(u"(?<![\\p{L}\\p{N}])(?:\\p{L} ){2,}\\p{L}(?![\\p{L}\\p{N}])"_s);
+    QString result = title;
+    for (auto matches = letters.globalMatch(title); matches.hasNext();) {
+        const QString spaced = matches.next().captured();
+        result.replace(spaced, QString(spaced).replace(u' ', u'.') + u'.');
+    }
+    return result;
+}
+
+/// The title as a person writes it: the parser makes words of it, and takes out the year that tells two shows
+/// of one name apart.
+QString showTitle(const VideoFileComponents &parts, const QString &text)
+{
+    static const QRegularExpression acronym(
+        u"(?<![\\p{L}\\p{N}])(?:\\p{L}\\.){2,}(?:\\p{L}(?![\\p{L}\\p{N}]))?"_s);
+    QString title = parts.title.simplified();
+    for (auto matches = acronym.globalMatch(text); matches.hasNext();) {
+        const QString dotted = matches.next().captured();
+        title.replace(QString(dotted).replace(u'.', u' ').trimmed(), dotted, Qt::CaseInsensitive);
+    }
+    title = withDottedAcronyms(title);
+    return parts.year ? title + u' ' + QString::number(*parts.year) : title;
+}
+
 void addWords(RestQuery &query, const QString &text)
 {
     const VideoFileComponents parts = parseVideoName(text);
@@ -55,7 +82,7 @@ void addWords(RestQuery &query, const QString &text)
         query.parameters[u"query"_s] = text;
         return;
     }
-    query.parameters[u"query"_s] = parts.title;
+    query.parameters[u"query"_s] = showTitle(parts, text);
     query.parameters[u"season_number"_s] = QString::number(*parts.season);
     query.parameters[u"episode_number"_s] = QString::number(*parts.episode);
 }

@@ -16,8 +16,9 @@ struct RestQuery
     QString videoName; // for ranking; may be empty
 
     /// A hash is sent with the language and, beside it, the name that `nameOf` remembers for it; words are
-    /// sent as words, but a season and an episode in them as what they are. An Error for a language the
-    /// service does not know, a hash that is none, and no words.
+    /// sent as words, but a season and an episode in them as what they are; the year of a show and the dots
+    /// of an acronym stay with its title. An Error for a language the service does not know, a hash that is
+    /// none, and no words.
     static Result<RestQuery> from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated,
                                   const RestLanguageList &known = {});
 };

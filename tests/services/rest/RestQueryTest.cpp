@@ -69,6 +69,16 @@ private Q_SLOTS:
             u"Paper Lighthouse S01E02"_s);
         row("episode_number=0&languages=en&query=paper+lighthouse&season_number=0",
             u"Paper Lighthouse S00E00"_s);
+        row("episode_number=2&languages=en&query=doctor+who+2005&season_number=1",
+            u"Doctor Who 2005 S01E02"_s);
+        row("episode_number=2&languages=en&query=doctor+who+2005&season_number=1",
+            u"Doctor Who (2005) S01E02"_s);
+        row("episode_number=6&languages=en&query=s.h.i.e.l.d.&season_number=2", u"S.H.I.E.L.D. S02E06"_s);
+        row("episode_number=6&languages=en&query=agents+of+s.h.i.e.l.d.&season_number=2",
+            u"Agents.of.S.H.I.E.L.D.S02E06"_s);
+        row("episode_number=6&languages=en&query=agents+of+s.h.i.e.l.d.&season_number=2",
+            u"Agents of S H I E L D S02E06"_s);
+        row("episode_number=1&languages=en&query=l.a.+law&season_number=1", u"L.A. Law S01E01"_s);
         row("languages=en&query=24", u"24"_s);
         row("languages=en&query=1917", u"1917"_s);
         row("languages=en&query=s01e02", u"S01E02"_s);
