@@ -39,6 +39,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
         std::optional<QString> language;
         FindCompletion completion;
         std::optional<Error> failure;
+        quint64 lookup = 0;
     };
     struct Picture
     {
@@ -48,9 +49,11 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
         std::optional<QString> language;
         ImageCompletion completion;
         std::optional<Error> failure;
+        quint64 lookup = 0;
     };
 
     QList<Source> sources;
+    quint64 lookup = 0; // the latest
 
     /// The first source from `start` on that is to be asked; the number of sources when there is none.
     qsizetype next(qsizetype start) const
@@ -73,7 +76,8 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
         sources[index].service->preferredLanguage = task->language;
         sources[index].service->findExternally(
             task->id, task->source, [weak = weak_from_this(), index, task](const Result<FindResult> &answer) {
-                if (const auto self = weak.lock())
+                const auto self = weak.lock();
+                if (self && task->lookup == self->lookup)
                     self->takeFind(index, task, answer);
             });
     }
@@ -99,7 +103,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             item, task->kind, task->size,
             [weak = weak_from_this(), index, task](const Result<QImage> &image) {
                 const auto self = weak.lock();
-                if (!self)
+                if (!self || task->lookup != self->lookup)
                     return;
                 if (image)
                     task->completion(image);
@@ -122,7 +126,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             task->id, ExternalSource::imdb,
             [weak = weak_from_this(), index, task](const Result<FindResult> &found) {
                 const auto self = weak.lock();
-                if (!self)
+                if (!self || task->lookup != self->lookup)
                     return;
                 const QList<TmdbItem> items =
                     found ? found->movieResults + found->tvResults : QList<TmdbItem>();
@@ -145,8 +149,9 @@ CombinedMetadataService::~CombinedMetadataService() = default;
 void CombinedMetadataService::findExternally(const QString &id, ExternalSource source,
                                              FindCompletion completion)
 {
-    m_chain->find(0, std::make_shared<Chain::Find>(
-                         Chain::Find{id, source, preferredLanguage, std::move(completion), std::nullopt}));
+    m_chain->find(
+        0, std::make_shared<Chain::Find>(Chain::Find{id, source, preferredLanguage, std::move(completion),
+                                                     std::nullopt, ++m_chain->lookup}));
 }
 
 void CombinedMetadataService::fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
@@ -158,7 +163,8 @@ void CombinedMetadataService::fetchImage(const TmdbItem &item, ImageKind kind, c
         MainQueue::shared().async([completion = std::move(completion)] { completion(noPicture()); });
         return;
     }
-    const auto task = std::make_shared<Chain::Picture>(Chain::Picture{
-        handle.value(IdKey).toString(), kind, size, preferredLanguage, std::move(completion), std::nullopt});
+    const auto task = std::make_shared<Chain::Picture>(
+        Chain::Picture{handle.value(IdKey).toString(), kind, size, preferredLanguage, std::move(completion),
+                       std::nullopt, m_chain->lookup});
     m_chain->fetch(index, {handle.value(HandleKey)}, task);
 }

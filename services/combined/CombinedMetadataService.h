@@ -1,7 +1,8 @@
 #pragma once
 #include <search/api/MetadataService.h>
 
-/// Several sources of films and posters, asked one after another until one has it. Main thread only.
+/// Several sources of films and posters, asked one after another until one has it. A lookup (a film and its
+/// picture) that has not ended when the next one begins is dropped and never answered. Main thread only.
 class CombinedMetadataService final : public MetadataService
 {
 public:

@@ -121,6 +121,13 @@ void FilmDatabase::setSettings(const FilmSettings &settings)
     hideSecret(settings.key);
 }
 
+void FilmDatabase::dropLookup()
+{
+    m_tasks.clear();
+    m_waitingPictures.clear();
+    m_picturesUnderWay = 0;
+}
+
 std::shared_ptr<FilmDatabase::Task> FilmDatabase::newTask()
 {
     m_tasks.push_back(
@@ -135,6 +142,7 @@ void FilmDatabase::end(const std::shared_ptr<Task> &task)
 
 void FilmDatabase::findExternally(const QString &id, ExternalSource, FindCompletion completion)
 {
+    dropLookup();
     const std::optional<qint64> number = imdbNumber(id);
     if (!number || !hasKey()) {
         // What is no film's id leads to nothing, as an unknown one does.

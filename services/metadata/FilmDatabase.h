@@ -8,8 +8,9 @@
 
 #include <deque>
 
-/// The film database on the network, with its answers kept on disk. Lives on the main thread, where
-/// completions arrive.
+/// The film database on the network, with its answers kept on disk. One lookup (a film and its picture) at a
+/// time: the next one ends it without an answer, so that it waits for nothing that is no longer wanted. Lives
+/// on the main thread, where completions arrive.
 class FilmDatabase final : public MetadataService
 {
 public:
@@ -42,6 +43,7 @@ private:
         ImageCompletion completion;
     };
 
+    void dropLookup();
     std::shared_ptr<Task> newTask();
     void end(const std::shared_ptr<Task> &task);
     void takeFind(const std::shared_ptr<Task> &task, const Result<QByteArray> &body,

@@ -97,6 +97,23 @@ private Q_SLOTS:
 
     void nobodysFilmIsAnEmptyAnswer() { QCOMPARE(picturesOf(u"tt9"_s), u"not found"_s); }
 
+    void nextLookupDropsTheOneBefore()
+    {
+        Caught<FindResult> first;
+        Caught<FindResult> second;
+        m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, first.completion());
+        m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, second.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
+        QVERIFY(!first.came());
+        Caught<QImage> picture;
+        m_combined->fetchImage((*second)->movieResults[0], ImageKind::Poster, {10, 15}, picture.completion());
+        Caught<FindResult> third;
+        m_combined->findExternally(u"tt1"_s, ExternalSource::imdb, third.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(third.came(), Patience);
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(!picture.came());
+    }
+
     void languageIsHandedOn()
     {
         m_combined->preferredLanguage = u"de"_s;

@@ -102,6 +102,22 @@ private Q_SLOTS:
         }
     }
 
+    void posterThatIsNoLongerWantedIsNotWaitedFor()
+    {
+        m_fixture->standIn.select(u"silent@image"_s);
+        const auto first = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
+        const auto alsoFirst = m_fixture->image({QVariantMap{{u"poster"_s, u"/b.jpg"_s}}});
+        const auto waiting = m_fixture->image({QVariantMap{{u"poster"_s, u"/c.jpg"_s}}});
+        m_fixture->standIn.clearBehaviours();
+        const auto second = m_fixture->posterOf(u"tt9000002"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QVERIFY(!first->came());
+        QVERIFY(!alsoFirst->came());
+        QVERIFY(!waiting->came());
+    }
+
     void serviceDyingDuringAPosterIsSaid()
     {
         m_fixture->standIn.select(u"drip@image"_s);
