@@ -22,6 +22,7 @@ struct HttpRequest
     QByteArray body;
     qsizetype maxBytes = 4LL * 1024 * 1024; // of the answer, unpacked
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
+    bool isAwaited = true; // by a person, who is told why it takes its time
 
     void setHeader(const QByteArray &name, const QByteArray &value);
 };

@@ -17,6 +17,7 @@ public:
     void take(Duration now);
     /// Nothing goes before that time: the server asked for a pause.
     void pauseUntil(Duration time);
+    Duration pausedUntil() const { return m_pausedUntil; }
 
 private:
     int m_count;

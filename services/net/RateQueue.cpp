@@ -1,5 +1,6 @@
 #include "RateQueue.h"
 
+#include <algorithm>
 #include <deque>
 #include <utility>
 
@@ -15,6 +16,7 @@ struct RateQueue::Line : std::enable_shared_from_this<Line>
 
     void plan();
     void letGo();
+    void callAll();
     void forgetThoseWhoLeft();
 };
 
@@ -52,6 +54,15 @@ void RateQueue::Line::letGo()
         plan();
 }
 
+void RateQueue::Line::callAll()
+{
+    next.cancel();
+    for (const std::weak_ptr<Ticket> &ticket : std::exchange(waiting, {})) {
+        if (const std::shared_ptr<Ticket> held = ticket.lock())
+            std::exchange(held->go, nullptr)();
+    }
+}
+
 void RateQueue::Line::forgetThoseWhoLeft()
 {
     std::erase_if(waiting, [](const std::weak_ptr<Ticket> &ticket) { return ticket.expired(); });
@@ -78,4 +89,14 @@ RateQueue::Turn RateQueue::wait(std::function<void()> go)
 void RateQueue::pauseUntil(Clock::Duration time)
 {
     m_line->limiter.pauseUntil(time);
+}
+
+Clock::Duration RateQueue::pauseLeft() const
+{
+    return std::max(m_line->limiter.pausedUntil() - m_line->clock.now(), Clock::Duration::zero());
+}
+
+void RateQueue::callAll()
+{
+    m_line->callAll();
 }

@@ -19,6 +19,10 @@ public:
     /// Calls `go` once, on a later turn of the main thread.
     [[nodiscard]] Turn wait(std::function<void()> go);
     void pauseUntil(Clock::Duration time);
+    /// How much is left of the longest pause asked for; zero without one.
+    Clock::Duration pauseLeft() const;
+    /// Ends every wait at once: those who wait learn that it is in vain. Takes no places.
+    void callAll();
 
 private:
     struct Ticket;

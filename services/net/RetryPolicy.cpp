@@ -2,6 +2,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -9,9 +11,11 @@ namespace
 {
 constexpr int TooManyRequests = 429;
 constexpr int ServerError = 500;
+constexpr int ServiceUnavailable = 503;
 constexpr int SignInFirst = 511; // the network's word, not the service's
 constexpr double JitterShare = 0.2;
 constexpr RetryPolicy::Duration ShortestPause = 1s;
+constexpr RetryPolicy::Duration LongestPause = 24h;
 
 /// A date as HTTP writes it: "Sun, 06 Nov 1994 08:49:37 GMT".
 QDateTime httpDate(const QByteArray &text)
@@ -69,10 +73,14 @@ std::optional<RetryPolicy::Duration> RetryPolicy::requestedWait(const HttpAnswer
 std::optional<RetryPolicy::Duration> RetryPolicy::pauseAfter(const Result<HttpAnswer> &outcome,
                                                              const QDateTime &date)
 {
-    if (!outcome || outcome->status != TooManyRequests)
+    const bool isTooFast = outcome && outcome->status == TooManyRequests;
+    const bool isDown = outcome && outcome->status == ServiceUnavailable;
+    if (!isTooFast && !isDown)
         return std::nullopt;
-    const Duration pause = std::max(requestedWait(*outcome, date).value_or(ShortestPause), ShortestPause);
-    return pause <= MaxWait ? std::optional(pause) : std::nullopt;
+    const Duration requested = requestedWait(*outcome, date).value_or(ShortestPause);
+    if (isDown && requested <= MaxWait)
+        return std::nullopt; // others may be answered
+    return std::clamp<Duration>(requested, ShortestPause, LongestPause);
 }
 
 std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRequest &request,

@@ -12,7 +12,7 @@ namespace RetryPolicy
 using Duration = std::chrono::milliseconds;
 
 inline constexpr int MaxTries = 3;
-/// A server that asks for more is not waited for: the person is told instead.
+/// A server that asks for more is not waited for: the person is told when it may be asked again.
 inline constexpr Duration MaxWait = std::chrono::seconds(15);
 
 /// How long to wait before the try after `tries` of them, the last of which gave `outcome`; nothing to leave
@@ -20,8 +20,8 @@ inline constexpr Duration MaxWait = std::chrono::seconds(15);
 std::optional<Duration> waitBeforeNextTry(const HttpRequest &request, const Result<HttpAnswer> &outcome,
                                           int tries, double jitter, const QDateTime &date);
 
-/// How long nobody should ask after that outcome, if the service refused for speed; nothing for longer than
-/// anybody waits.
+/// How long no request should go out after that outcome: the service refused for speed, or is down and named
+/// a time that is longer than MaxWait. At most a day.
 std::optional<Duration> pauseAfter(const Result<HttpAnswer> &outcome, const QDateTime &date);
 
 /// What the answer's Retry-After (seconds or a date) and, on a refusal for speed, RateLimit-Reset ask for.

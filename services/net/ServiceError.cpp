@@ -117,6 +117,18 @@ QString timeUntil(const QDateTime &reset, const QDateTime &now)
                                                      {QString::number(minutes / 60), rest});
     return String::fill(String::localize(u"%1$@ (in %2$@)"_s), {clock, wait});
 }
+
+QString pauseSentence(bool isTooFast, bool isSubtitles)
+{
+    if (isTooFast && isSubtitles)
+        return String::localize(
+            u"The subtitle service gets too many requests from here. Try again from %@."_s);
+    if (isTooFast)
+        return String::localize(u"The film database gets too many requests from here. Try again from %@."_s);
+    if (isSubtitles)
+        return String::localize(u"The subtitle service is not available right now. Try again from %@."_s);
+    return String::localize(u"The film database is not available right now. Try again from %@."_s);
+}
 } // namespace
 
 Error serviceError(Kind kind, ServiceName service, const QString &detail)
@@ -144,6 +156,15 @@ Error limitError(ServiceName service, std::optional<int> allowed, const QDateTim
         sentence += u' ' + String::localize(u"Try again tomorrow."_s);
     if (!sentence.isEmpty())
         error.localizedDescription = sentence;
+    return error;
+}
+
+Error pauseError(Kind kind, ServiceName service, const QDateTime &end, const QDateTime &now)
+{
+    Error error = serviceError(kind, service, u"asked to wait until "_s + end.toString(Qt::ISODate));
+    error.localizedDescription =
+        String::fill(pauseSentence(kind == Kind::TooManyRequests, service == ServiceName::Subtitles),
+                     {timeUntil(end, now)});
     return error;
 }
 

@@ -37,5 +37,9 @@ Error serviceError(Kind kind, ServiceName service, const QString &detail);
 Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
                  const QDateTime &now, const QString &detail);
 
+/// The service wants to be left alone: says until when, in local time. `kind` is TooManyRequests or
+/// Unavailable.
+Error pauseError(Kind kind, ServiceName service, const QDateTime &end, const QDateTime &now);
+
 /// The kind of an Error made by the functions above; nothing for any other Error.
 std::optional<Kind> kindOf(const Error &error);

@@ -8,7 +8,35 @@
 namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
-}
+
+constexpr int TooManyRequests = 429;
+} // namespace
+
+/// The requests that wait for the end of a pause, and who wants to know of them.
+struct Transport::Pause
+{
+    int waiting = 0;
+    PauseObserver observer;
+};
+
+/// Says that a request waits for the end of a pause, for as long as it is held.
+struct Transport::PausedMark
+{
+    std::shared_ptr<Pause> pause;
+
+    PausedMark(std::shared_ptr<Pause> itsPause, Clock::Duration length) : pause(std::move(itsPause))
+    {
+        if (++pause->waiting == 1 && pause->observer)
+            pause->observer(length);
+    }
+    PausedMark(const PausedMark &) = delete;
+    PausedMark &operator=(const PausedMark &) = delete;
+    ~PausedMark()
+    {
+        if (--pause->waiting == 0 && pause->observer)
+            pause->observer(std::nullopt);
+    }
+};
 
 /// A request until its last answer.
 struct Transport::Errand
@@ -21,6 +49,7 @@ struct Transport::Errand
     RateQueue::Turn turn;
     HostQueue::Place place; // from before it leaves until it has ended
     Call call;              // ends before its place is somebody else's
+    std::shared_ptr<PausedMark> paused;
 };
 
 Transport::Transport(Clock &clock, ServiceName service, RateLimiter limiter)
@@ -28,12 +57,18 @@ Transport::Transport(Clock &clock, ServiceName service, RateLimiter limiter)
       m_service(service),
       m_rate(clock, std::move(limiter)),
       m_client(clock, service),
-      m_jitter([] { return QRandomGenerator::global()->bounded(2.0) - 1.0; })
+      m_jitter([] { return QRandomGenerator::global()->bounded(2.0) - 1.0; }),
+      m_pause(std::make_shared<Pause>())
 {
     m_client.setPace(m_rate);
 }
 
 Transport::~Transport() = default;
+
+void Transport::setPauseObserver(PauseObserver observer)
+{
+    m_pause->observer = std::move(observer);
+}
 
 Transport::Call Transport::send(const HttpRequest &request, const HostRules &rules, Completion completion)
 {
@@ -56,14 +91,51 @@ void Transport::enqueue(const std::shared_ptr<Errand> &errand)
 /// After the wait at the host: places in the rate are for those who can take them.
 void Transport::waitForTheRate(const std::shared_ptr<Errand> &errand)
 {
+    if (const auto refusal = longPause()) {
+        fail(errand, *refusal);
+        return;
+    }
+    markAsPaused(errand, m_rate.pauseLeft());
     errand->turn = m_rate.wait([this, weak = std::weak_ptr(errand)] {
         if (const auto held = weak.lock())
             attempt(held);
     });
 }
 
+void Transport::markAsPaused(const std::shared_ptr<Errand> &errand, Clock::Duration length)
+{
+    if (length > Clock::Duration::zero() && errand->request.isAwaited && !errand->paused)
+        errand->paused = std::make_shared<PausedMark>(m_pause, length);
+}
+
+/// On a later turn: the caller does not hold the call before this one returns.
+void Transport::fail(const std::shared_ptr<Errand> &errand, const Error &error)
+{
+    errand->place.reset();
+    errand->paused.reset();
+    errand->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(errand), error] {
+        if (const auto held = weak.lock())
+            held->completion(error);
+    });
+}
+
+/// Why nothing may be asked for longer than anybody waits.
+std::optional<Error> Transport::longPause() const
+{
+    const Clock::Duration left = m_rate.pauseLeft();
+    if (left <= RetryPolicy::MaxWait)
+        return std::nullopt;
+    const QDateTime date = m_clock.date();
+    return pauseError(m_pauseKind, m_service, date.addDuration(left), date);
+}
+
 void Transport::attempt(const std::shared_ptr<Errand> &errand)
 {
+    if (const auto refusal = longPause()) {
+        fail(errand, *refusal);
+        return;
+    }
+    errand->paused.reset();
     ++errand->tries;
     errand->call = m_client.send(errand->request, errand->rules,
                                  [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
@@ -75,8 +147,16 @@ void Transport::attempt(const std::shared_ptr<Errand> &errand)
 void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
 {
     // Others wait as well, whether this one is asked again or not.
-    if (const auto pause = RetryPolicy::pauseAfter(outcome, m_clock.date()))
+    const auto pause = RetryPolicy::pauseAfter(outcome, m_clock.date());
+    if (pause) {
+        m_pauseKind = outcome->status == TooManyRequests ? Kind::TooManyRequests : Kind::Unavailable;
         m_rate.pauseUntil(m_clock.now() + *pause);
+    }
+    if (const auto refusal = pause ? longPause() : std::nullopt) {
+        fail(errand, *refusal);
+        m_rate.callAll();
+        return;
+    }
     const auto wait =
         RetryPolicy::waitBeforeNextTry(errand->request, outcome, errand->tries, m_jitter(), m_clock.date());
     if (!wait) {
@@ -84,6 +164,8 @@ void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Resul
         errand->completion(outcome);
         return;
     }
+    if (pause)
+        markAsPaused(errand, *wait);
     qCInfo(log).noquote() << errand->request.url.host() << "asked again in" << wait->count() << "ms";
     errand->place.reset();
     errand->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(errand)] {

@@ -7,7 +7,8 @@
 
 /// The one way to a service's servers: every request waits until fewer than ConnectionsAtAHost are under way
 /// at its host, then for its place in the rate, and a question that failed for a passing reason is asked
-/// again. No limit of time runs before a request leaves. Main thread only.
+/// again. No limit of time runs before a request leaves. A server that wants a longer pause than anybody
+/// waits for is not asked before its end: requests fail with the time. Main thread only.
 class Transport final
 {
 public:
@@ -23,6 +24,11 @@ public:
 
     [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
 
+    /// Called with the length of a pause when a request begins to wait for its end because the server gets
+    /// too many, and with nothing once none waits any more. Set it before the first request.
+    using PauseObserver = std::function<void(std::optional<Clock::Duration>)>;
+    void setPauseObserver(PauseObserver observer);
+
     Clock &clock() { return m_clock; }
     ServiceName service() const { return m_service; }
     /// Between -1 and 1, spreads the retries of many machines; replaced by tests.
@@ -30,9 +36,14 @@ public:
 
 private:
     struct Errand;
+    struct Pause;
+    struct PausedMark;
     void enqueue(const std::shared_ptr<Errand> &errand);
     void waitForTheRate(const std::shared_ptr<Errand> &errand);
     void attempt(const std::shared_ptr<Errand> &errand);
+    void fail(const std::shared_ptr<Errand> &errand, const Error &error);
+    std::optional<Error> longPause() const;
+    void markAsPaused(const std::shared_ptr<Errand> &errand, Clock::Duration length);
     void finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
 
     Clock &m_clock;
@@ -41,4 +52,6 @@ private:
     HttpClient m_client;
     HostQueue m_queue{ConnectionsAtAHost};
     std::function<double()> m_jitter;
+    Kind m_pauseKind = Kind::TooManyRequests; // why the server asked for the last pause
+    std::shared_ptr<Pause> m_pause;
 };

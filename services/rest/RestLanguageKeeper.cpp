@@ -78,9 +78,9 @@ void RestLanguageKeeper::takeKept(const std::optional<DiskCache::Entry> &kept)
 void RestLanguageKeeper::ask()
 {
     m_isSettled = true;
-    m_call =
-        m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s}, RestSession::Login::IfThereIsOne,
-                        [this](const Result<HttpAnswer> &outcome) { takeAnswer(outcome); });
+    m_call = m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s, {}, {}, false},
+                             RestSession::Login::IfThereIsOne,
+                             [this](const Result<HttpAnswer> &outcome) { takeAnswer(outcome); });
 }
 
 /// A failure is no news for anybody: the list that there was is as good as before.

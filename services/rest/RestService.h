@@ -47,6 +47,12 @@ public:
     const RestQuota &quota() const { return m_session->quota(); }
     /// Called on the main thread whenever the service has said something new about the downloads left.
     void setQuotaObserver(std::function<void(const RestQuota &)> observer);
+    /// Called on the main thread with the length of a pause that requests wait for because the service gets
+    /// too many, and with nothing once none waits any more.
+    void setPauseObserver(Transport::PauseObserver observer)
+    {
+        m_transport.setPauseObserver(std::move(observer));
+    }
     /// From now on the service's own list of languages counts, which searches keep up to date.
     void followLanguages() { m_languages.follow(); }
     void emptyCache();

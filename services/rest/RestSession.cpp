@@ -76,6 +76,7 @@ HttpRequest RestSession::prepared(const Request &request, const QUrl &base) cons
     HttpRequest result;
     result.method = request.method;
     result.url = RestURL::address(base, request.path, request.parameters);
+    result.isAwaited = request.isAwaited;
     result.setHeader("Api-Key", m_access.apiKey.toUtf8());
     result.setHeader("Accept", "*/*");
     if (!request.json.isEmpty()) {

@@ -29,6 +29,7 @@ public:
         QString path;
         RestURL::Parameters parameters = {};
         QByteArray json = {};
+        bool isAwaited = true; // by a person
     };
 
     /// `logins` are those of all sessions.
