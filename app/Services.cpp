@@ -101,8 +101,9 @@ void ProgramServices::logOut()
 
 void ProgramServices::showStatus()
 {
-    ServiceStatus::shared().setValue(
-        {m_services.asksTheNetwork(), m_services.rest().quota().remaining, m_services.missing()});
+    ServiceStatus::shared().setValue({m_services.asksTheNetwork(), m_services.rest().quota().remaining,
+                                      m_services.missing(), m_services.missingReason(), m_services.leftOut(),
+                                      m_services.pause()});
 }
 } // namespace
 

@@ -4,6 +4,8 @@
 #include <platform/Locale.h>
 #include <views/StringHelpers.h>
 
+#include <QLocale>
+
 namespace
 {
 using namespace Qt::StringLiterals;
@@ -83,9 +85,9 @@ QString offlineHint()
         u"for the online service (Services)."_s);
 }
 
-QString localRowsNotice(ServiceStatus::Missing missing)
+QString localRowsNotice(const ServiceStatus::Value &status)
 {
-    switch (missing) {
+    switch (status.missing) {
     case ServiceStatus::Missing::ByBeingOffline:
         return String::localize(u"Offline: showing the local catalogue"_s);
     case ServiceStatus::Missing::ByAFailure:
@@ -96,10 +98,27 @@ QString localRowsNotice(ServiceStatus::Missing missing)
     case ServiceStatus::Missing::ByTheLanguage:
         return String::localize(
             u"The online service has no subtitles in this language:\nshowing the local catalogue"_s);
+    case ServiceStatus::Missing::ByAPause:
+        return status.reason + u'\n' + String::localize(u"Showing the local catalogue"_s);
     case ServiceStatus::Missing::Nothing:
         break;
     }
     return {};
+}
+
+QString leftOutNotice(qint64 shown, qint64 leftOut)
+{
+    if (leftOut <= 0)
+        return {};
+    const QLocale locale;
+    return String::fill(String::localize(u"Showing %1$@ of %2$@ results; more words find the others"_s),
+                        {locale.toString(shown), locale.toString(shown + leftOut)});
+}
+
+QString pauseNotice(std::chrono::seconds pause)
+{
+    return String::fill(String::localize(u"Too many requests, trying again in %@ s"_s),
+                        {QLocale().toString(qint64{pause.count()})});
 }
 
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage)

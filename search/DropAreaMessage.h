@@ -23,6 +23,10 @@ DropAreaMessage wordsSearch(const QString &words);
 /// What a search misses that goes no further than this machine, and how that is changed.
 QString offlineHint();
 /// That the rows are those of this machine alone, and why; empty when they are not.
-QString localRowsNotice(ServiceStatus::Missing missing);
+QString localRowsNotice(const ServiceStatus::Value &status);
+/// Said above rows that are not all there are; empty where they are.
+QString leftOutNotice(qint64 shown, qint64 leftOut);
+/// Said while a search waits because the service gets too many requests.
+QString pauseNotice(std::chrono::seconds pause);
 /// That the services do not know the preferred language and English was searched instead; empty when they do.
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage);

@@ -73,6 +73,7 @@ void MainViewController::viewDidLoad()
     showDropPrompt();
     connect(&ServiceStatus::shared(), &ServiceStatus::changed, this,
             &MainViewController::showRemainingDownloads);
+    connect(&ServiceStatus::shared(), &ServiceStatus::changed, this, &MainViewController::showPause);
     showRemainingDownloads();
     updateUIState(false);
     // The property of that name, which has a value ("en") also where nothing is stored any more.

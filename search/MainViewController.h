@@ -160,6 +160,7 @@ private:
     void showWordsSearch(const QString &words);
     void showMessage(const AnswerMessage &message);
     void showSaveTarget();
+    void showPause();
     void showRemainingDownloads();
     void showDetailView(bool animated);
     void hideDetailView(bool animated);

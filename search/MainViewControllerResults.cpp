@@ -158,10 +158,22 @@ void MainViewController::showMessage(const AnswerMessage &message)
 void MainViewController::showLanguageNotice(const SearchLanguage &language)
 {
     QStringList notices{languageNotice(language.preferredCode, language.sentCode),
-                        localRowsNotice(ServiceStatus::shared().value().missing)};
+                        localRowsNotice(ServiceStatus::shared().value()),
+                        leftOutNotice(m_shownSubtitles ? m_shownSubtitles->size() : 0,
+                                      ServiceStatus::shared().value().leftOut)};
     notices.removeAll(QString());
     m_answer.aboveRows = notices.join(u'\n');
     showMessage(m_answer);
+}
+
+void MainViewController::showPause()
+{
+    const auto pause = ServiceStatus::shared().value().pause;
+    const QString text = pause ? pauseNotice(*pause) : QString();
+    m_scene->pauseHint->setText(text);
+    m_scene->pauseHint->setVisible(pause.has_value());
+    m_scene->pauseNotice->setText(text);
+    m_scene->pauseNotice->setVisible(pause.has_value());
 }
 
 void MainViewController::showRemainingDownloads()

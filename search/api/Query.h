@@ -28,6 +28,7 @@ struct Arg
 struct QueryResult
 {
     std::optional<QList<SubtitlePtr>> subtitles;
+    qint64 leftOut = 0; // how many more there are than the list has
 };
 
 /// What identifies a video file's content: the size in bytes and the hash over its first and last 64 KiB.

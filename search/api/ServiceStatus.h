@@ -1,5 +1,6 @@
 #pragma once
 #include <QObject>
+#include <chrono>
 #include <optional>
 
 /// What the services say of themselves beside their answers, for whoever shows it. Filled by the process
@@ -15,8 +16,9 @@ public:
         Nothing,
         ByBeingOffline,
         ByAFailure,
-        ByTheKey,     // it is not accepted
-        ByTheLanguage // the network has nothing in it
+        ByTheKey,      // it is not accepted
+        ByTheLanguage, // the network has nothing in it
+        ByAPause       // the service gets too many requests
     };
 
     struct Value
@@ -25,8 +27,14 @@ public:
         bool asksTheNetwork = true;
         /// How many downloads the network still grants today, once it has said so.
         std::optional<int> remainingDownloads;
-        /// Said of the last answer that had rows, before anybody is given it.
+        /// What the last answer lacks, said before the answer is given.
         Missing missing = Missing::Nothing;
+        /// Why it lacks that, as a sentence, for a pause.
+        QString reason = {};
+        /// How many more rows there are than that answer has.
+        qint64 leftOut = 0;
+        /// For how long a search waits, while it does, because the service gets too many requests.
+        std::optional<std::chrono::seconds> pause = {};
 
         bool operator==(const Value &) const = default;
     };

@@ -1,7 +1,5 @@
 #include "CombinedQuery.h"
 
-#include <services/ranking/Duplicates.h>
-
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -11,9 +9,9 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services", QtInfoMsg)
 }
 
-CombinedQuery::CombinedQuery(qsizetype sources, const QString &videoName,
+CombinedQuery::CombinedQuery(qsizetype sources, Asked asked, const QString &videoName,
                              const RankingPreferences &preferences)
-    : m_answers(sources), m_videoName(videoName), m_preferences(preferences)
+    : m_answers(sources), m_asked(asked), m_videoName(videoName), m_preferences(preferences)
 {
 }
 
@@ -26,14 +24,18 @@ bool CombinedQuery::take(qsizetype source, const Result<QueryResult> &answer)
     return std::all_of(m_answers.cbegin(), m_answers.cend(), [](const auto &one) { return one.has_value(); });
 }
 
-Result<QueryResult> CombinedQuery::outcome() const
+Result<QueryResult> CombinedQuery::outcome(const std::stop_token &stop) const
 {
     const std::scoped_lock lock(m_mutex);
     QList<SubtitlePtr> rows;
+    qint64 leftOut = 0;
     std::optional<Error> failure;
     for (const std::optional<Result<QueryResult>> &answer : m_answers) {
-        if (!answer || answer->hasValue()) {
-            rows += answer ? answer->value().subtitles.value_or(QList<SubtitlePtr>()) : QList<SubtitlePtr>();
+        if (!answer)
+            continue;
+        if (answer->hasValue()) {
+            rows += answer->value().subtitles.value_or(QList<SubtitlePtr>());
+            leftOut += answer->value().leftOut;
             continue;
         }
         qCWarning(log).noquote() << "a service failed:" << answer->error().localizedDescription
@@ -41,9 +43,12 @@ Result<QueryResult> CombinedQuery::outcome() const
         if (!failure)
             failure = answer->error();
     }
-    if (rows.isEmpty() && failure)
+    const bool hasFirstAnswer = !m_answers.isEmpty() && m_answers.first() && m_answers.first()->hasValue();
+    const bool mayGoOnToWords = m_asked == Asked::ByHash && hasFirstAnswer;
+    if (rows.isEmpty() && failure && !mayGoOnToWords)
         return *failure;
-    return QueryResult{ranked(withoutDuplicates(rows), m_videoName, m_preferences)};
+    const BestRows best = BestRows::of(rows, m_videoName, m_preferences, stop);
+    return QueryResult{best.subtitles, leftOut + best.leftOut};
 }
 
 std::optional<Error> CombinedQuery::failureOf(qsizetype source) const

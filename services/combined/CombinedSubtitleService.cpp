@@ -2,6 +2,7 @@
 
 #include <platform/LocalizedString.h>
 #include <platform/MainQueue.h>
+#include <services/net/ServiceError.h>
 #include <services/video/FileNameParser.h>
 
 using namespace Qt::StringLiterals;
@@ -31,14 +32,32 @@ QStringList namesOf(const QList<CombinedSubtitleService::Source> &sources)
     return names;
 }
 
-QMap<QString, Error> failuresIn(const CombinedQuery &query, const QStringList &sources)
+CombinedSubtitleService::Failures failuresIn(const CombinedQuery &query, const QStringList &sources)
 {
-    QMap<QString, Error> failures;
+    CombinedSubtitleService::Failures failures;
     for (qsizetype i = 0; i < sources.size(); ++i) {
         if (const std::optional<Error> failure = query.failureOf(i))
             failures.insert(sources[i], *failure);
     }
     return failures;
+}
+
+CombinedQuery::Asked waysOf(const QList<Arg> &args)
+{
+    return valueOf(args, Param::movieHash).isEmpty() ? CombinedQuery::Asked::ByWords
+                                                     : CombinedQuery::Asked::ByHash;
+}
+
+/// Those of the failures that the next query would meet again, and would have to wait for.
+CombinedSubtitleService::Failures outOfReach(const CombinedSubtitleService::Failures &failures)
+{
+    CombinedSubtitleService::Failures kept;
+    for (auto it = failures.cbegin(); it != failures.cend(); ++it) {
+        const std::optional<Kind> kind = kindOf(*it);
+        if (kind == Kind::Timeout || kind == Kind::KeyRefused)
+            kept.insert(it.key(), *it);
+    }
+    return kept;
 }
 } // namespace
 
@@ -55,6 +74,7 @@ CombinedSubtitleService::CombinedSubtitleService(const QList<Source> &sources,
 
 CombinedSubtitleService::~CombinedSubtitleService()
 {
+    m_stop.request_stop();
     m_outstanding->cancelAll();
 }
 
@@ -97,37 +117,57 @@ void CombinedSubtitleService::release()
 void CombinedSubtitleService::start(quint64 number, const QList<Arg> &args, QueryCompletion completion)
 {
     const QList<Source> asked = askedSources();
-    const auto combined = std::make_shared<CombinedQuery>(asked.size(), videoName(args), m_preferences());
-    const auto finish = [number, combined, names = namesOf(asked), completion = std::move(completion),
-                         observer = m_failuresObserver, outstanding = m_outstanding,
-                         weak = std::weak_ptr(m_worker)] {
-        if (const auto worker = weak.lock()) {
-            worker->post([=] {
-                if (!outstanding->isOutstanding(number))
-                    return;
-                const Result<QueryResult> outcome = combined->outcome();
-                outstanding->finish(number, [&] {
-                    if (observer && outcome)
-                        MainQueue::shared().async(
-                            [observer, failures = failuresIn(*combined, names)] { observer(failures); });
-                    completion(outcome);
-                });
+    const CombinedQuery::Asked ways = waysOf(args);
+    const auto combined =
+        std::make_shared<CombinedQuery>(asked.size(), ways, videoName(args), m_preferences());
+    const auto give = [ways, completion = std::move(completion), observer = m_gapsObserver,
+                       memory = m_outOfReach](const Result<QueryResult> &outcome, const Failures &failures) {
+        const bool leadsToWords =
+            outcome && ways == CombinedQuery::Asked::ByHash && outcome->subtitles->isEmpty();
+        if (outcome)
+            MainQueue::shared().async([=, gaps = Gaps{failures, outcome->leftOut}] {
+                *memory = leadsToWords ? outOfReach(gaps.failures) : Failures();
+                if (observer)
+                    observer(gaps);
             });
-        }
+        completion(outcome);
+        // Behind what the completion has queued: a query that comes later asks every source again.
+        if (leadsToWords)
+            MainQueue::shared().async([memory] { memory->clear(); });
+    };
+    const auto finish = [number, combined, give, names = namesOf(asked), outstanding = m_outstanding,
+                         stop = m_stop.get_token(), weak = std::weak_ptr(m_worker)] {
+        const auto worker = weak.lock();
+        if (!worker)
+            return;
+        worker->post([=] {
+            if (!outstanding->isOutstanding(number))
+                return;
+            const Result<QueryResult> outcome = combined->outcome(stop);
+            outstanding->finish(number, [&] { give(outcome, failuresIn(*combined, names)); });
+        });
     };
     if (asked.isEmpty())
         MainQueue::shared().async(finish);
+    const Failures known = ways == CombinedQuery::Asked::ByWords ? *m_outOfReach : Failures();
     for (qsizetype i = 0; i < asked.size(); ++i) {
-        asked[i].service->query(args, [i, combined, finish](const Result<QueryResult> &answer) {
+        const auto take = [i, combined, finish](const Result<QueryResult> &answer) {
             if (combined->take(i, answer))
                 finish();
-        });
+        };
+        if (const auto failure = known.constFind(asked[i].name); failure != known.constEnd())
+            take(*failure);
+        else
+            asked[i].service->query(args, take);
     }
 }
 
 void CombinedSubtitleService::cancelQueryTask()
 {
     m_held.clear();
+    m_outOfReach->clear();
+    m_stop.request_stop();
+    m_stop = std::stop_source();
     m_outstanding->cancelAll();
     for (const Source &source : m_sources)
         source.service->cancelQueryTask();

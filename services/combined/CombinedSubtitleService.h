@@ -8,9 +8,10 @@
 #include <QMap>
 
 /// Several subtitle services as one: asks them side by side and gives one answer, never before the call has
-/// returned, none once cancelled. Falls back on nothing: a query stays what it is. Functions are called on
-/// the main thread; completions of queries arrive on a thread of its own, those of downloads wherever the
-/// service gives them.
+/// returned, none once cancelled. Falls back on nothing: a query stays what it is. A query by words that
+/// follows at once on a query by hash does not ask a source again that has just timed out or refused the key.
+/// Functions are called on the main thread; completions of queries arrive on a thread of its own, those of
+/// downloads wherever the service gives them.
 class CombinedSubtitleService final : public SubtitleService
 {
 public:
@@ -27,11 +28,16 @@ public:
                             std::function<RankingPreferences()> preferences);
     ~CombinedSubtitleService() override;
 
-    /// Of an answer with rows, the sources by name that failed and have no part in it; mostly none.
-    using FailuresObserver = std::function<void(const QMap<QString, Error> &)>;
-    /// Told on the main queue before the answer itself is given, so that whoever goes there with the answer
-    /// finds it told. Set it before the first query.
-    void setFailuresObserver(FailuresObserver observer) { m_failuresObserver = std::move(observer); }
+    using Failures = QMap<QString, Error>; // by source
+    /// What an answer that is no failure lacks.
+    struct Gaps
+    {
+        Failures failures;  // of the sources that have no part in it; mostly none
+        qint64 leftOut = 0; // rows beyond those given
+    };
+    using GapsObserver = std::function<void(const Gaps &)>;
+    /// Called on the main queue before the completion. Set it before the first query.
+    void setGapsObserver(GapsObserver observer) { m_gapsObserver = std::move(observer); }
 
     /// Keeps queries back until `release`: for the time in which nobody knows yet who is to be asked.
     void hold() { m_isHeld = true; }
@@ -56,7 +62,10 @@ private:
     std::function<RankingPreferences()> m_preferences;
     std::shared_ptr<OutstandingQueries> m_outstanding;
     std::shared_ptr<WorkerThread> m_worker;
-    FailuresObserver m_failuresObserver;
+    GapsObserver m_gapsObserver;
+    const std::shared_ptr<Failures> m_outOfReach =
+        std::make_shared<Failures>(); // for the query by words that follows at once; main thread
+    std::stop_source m_stop;          // ends the work for outstanding queries
     bool m_isHeld = false;
     std::vector<std::function<void()>> m_held;
 };

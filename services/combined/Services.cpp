@@ -4,6 +4,8 @@
 #include <services/net/Redactor.h>
 #include <services/secrets/EnvironmentSecrets.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 using namespace std::chrono_literals;
@@ -20,6 +22,8 @@ ServiceStatus::Missing missingBy(const Error &failure)
         return ServiceStatus::Missing::ByTheKey;
     case Kind::UnknownLanguage:
         return ServiceStatus::Missing::ByTheLanguage;
+    case Kind::TooManyRequests:
+        return ServiceStatus::Missing::ByAPause;
     default:
         return ServiceStatus::Missing::ByAFailure;
     }
@@ -48,6 +52,7 @@ Services::Services(const Parts &parts)
 
 Services::~Services()
 {
+    m_rest->setPauseObserver({});
     // They go by our clock and must not outlive the application object.
     if (!m_isInstalled)
         return;
@@ -65,9 +70,14 @@ void Services::install()
         QList<CombinedSubtitleService::Source>{{m_parts.catalogueName, m_parts.catalogue, {}},
                                                {RestRecord::service(), m_rest, hasKey}},
         m_names, preferences);
-    m_combined->setFailuresObserver([weak = std::weak_ptr(m_alive)](const QMap<QString, Error> &failures) {
+    m_combined->setGapsObserver([weak = std::weak_ptr(m_alive)](const CombinedSubtitleService::Gaps &gaps) {
         if (const auto alive = weak.lock())
-            (*alive)->noteFailures(failures);
+            (*alive)->noteGaps(gaps);
+    });
+    m_rest->setPauseObserver([this](std::optional<Clock::Duration> pause) {
+        m_pause = pause ? std::optional(std::chrono::ceil<std::chrono::seconds>(*pause)) : std::nullopt;
+        if (m_answerObserver)
+            m_answerObserver();
     });
     if (!m_areSecretsRead) {
         m_combined->hold();
@@ -78,15 +88,20 @@ void Services::install()
         });
     }
     SubtitleService::setShared(m_combined);
-    MetadataService::setShared(
-        std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{
-            {m_parts.catalogueMetadata, {}}, {m_films, [films = m_films] { return films->hasKey(); }}}));
+    const auto metadata = std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{
+        {m_parts.catalogueMetadata, {}}, {m_films, [films = m_films] { return films->hasKey(); }}});
+    // The window says so only when the setting changes.
+    metadata->preferredLanguage = UserDefaults::standard().string(u"languageCode"_s);
+    MetadataService::setShared(metadata);
 }
 
-void Services::noteFailures(const QMap<QString, Error> &failures)
+void Services::noteGaps(const CombinedSubtitleService::Gaps &gaps)
 {
-    const auto failure = failures.constFind(RestRecord::service());
-    m_missing = failure == failures.constEnd() ? ServiceStatus::Missing::Nothing : missingBy(*failure);
+    const auto failure = gaps.failures.constFind(RestRecord::service());
+    m_missing = failure == gaps.failures.constEnd() ? ServiceStatus::Missing::Nothing : missingBy(*failure);
+    m_missingReason =
+        m_missing == ServiceStatus::Missing::ByAPause ? failure->localizedDescription : QString();
+    m_leftOut = gaps.leftOut;
     if (m_answerObserver)
         m_answerObserver();
 }

@@ -43,9 +43,15 @@ public:
     /// Called whenever that, an account or the settings have changed, and when searches wait no longer to
     /// learn it.
     void setObserver(std::function<void()> observer) { m_observer = std::move(observer); }
-    /// What the last answer with rows lacks because the network failed.
+    /// What the last answer lacks because the network failed.
     ServiceStatus::Missing missing() const { return m_missing; }
-    /// Called when that may have changed, before the answer is given.
+    /// The same as a sentence, where the service named the time of a pause.
+    QString missingReason() const { return m_missingReason; }
+    /// How many rows there are beyond those of the last answer.
+    qint64 leftOut() const { return m_leftOut; }
+    /// How long a search waits, while it does, because the service gets too many requests.
+    std::optional<std::chrono::seconds> pause() const { return m_pause; }
+    /// Called when these may have changed, before the answer is given.
     void setAnswerObserver(std::function<void()> observer) { m_answerObserver = std::move(observer); }
     /// Drops every query and logs out; `done` comes within seconds.
     void shutDown(const std::function<void()> &done);
@@ -54,7 +60,7 @@ private:
     void readSecrets();
     void takeCredentials(Credentials credentials);
     void releaseQueries();
-    void noteFailures(const QMap<QString, Error> &failures);
+    void noteGaps(const CombinedSubtitleService::Gaps &gaps);
     void apply();
 
     Parts m_parts;
@@ -70,6 +76,9 @@ private:
     std::vector<UserDefaults::Observation> m_observations;
     std::function<void()> m_observer;
     ServiceStatus::Missing m_missing = ServiceStatus::Missing::Nothing;
+    QString m_missingReason;
+    qint64 m_leftOut = 0;
+    std::optional<std::chrono::seconds> m_pause;
     std::function<void()> m_answerObserver;
     bool m_isInstalled = false;
     std::shared_ptr<Services *> m_alive;

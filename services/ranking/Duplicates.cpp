@@ -1,6 +1,7 @@
 #include "Duplicates.h"
 
-#include <QMultiHash>
+#include <QHash>
+#include <QQueue>
 #include <QSet>
 #include <QStringList>
 
@@ -39,40 +40,57 @@ QString contentKey(const Subtitle &subtitle)
     return parts.join(Separator);
 }
 
-/// Kept subtitles, by content, whose like of another service has not been met yet.
-using Waiting = QMultiHash<QString, qsizetype>;
-
-/// The first of another service among those that have that content.
-std::optional<qsizetype> partnerOf(const Subtitle &subtitle, const QString &content, const Waiting &waiting,
-                                   const QList<SubtitlePtr> &kept)
+/// One service's kept subtitles of one content whose like of another service has not been met yet.
+struct Waiting
 {
-    std::optional<qsizetype> first;
-    for (auto [it, end] = waiting.equal_range(content); it != end; ++it) {
-        if (kept[*it]->service != subtitle.service && (!first || *it < *first))
-            first = *it;
+    QString service;
+    QQueue<qsizetype> places; // in the list that is kept
+};
+
+/// The place of the first one of another service, which then waits no longer.
+std::optional<qsizetype> takePartner(const Subtitle &subtitle, QList<Waiting> &sameContent)
+{
+    Waiting *first = nullptr;
+    for (Waiting &waiting : sameContent) {
+        const bool isCandidate = waiting.service != subtitle.service && !waiting.places.isEmpty();
+        if (isCandidate && (!first || waiting.places.head() < first->places.head()))
+            first = &waiting;
     }
-    return first;
+    return first ? std::optional(first->places.dequeue()) : std::nullopt;
+}
+
+void addWaiting(const QString &service, qsizetype place, QList<Waiting> &sameContent)
+{
+    for (Waiting &waiting : sameContent) {
+        if (waiting.service == service) {
+            waiting.places.enqueue(place);
+            return;
+        }
+    }
+    sameContent += Waiting{service, {}};
+    sameContent.last().places.enqueue(place);
 }
 } // namespace
 
-QList<SubtitlePtr> withoutDuplicates(const QList<SubtitlePtr> &subtitles)
+QList<SubtitlePtr> withoutDuplicates(const QList<SubtitlePtr> &subtitles, const std::stop_token &stop)
 {
     QList<SubtitlePtr> kept;
     QSet<QString> files;
-    Waiting waiting;
+    QHash<QString, QList<Waiting>> waiting; // by content
     for (const SubtitlePtr &subtitle : subtitles) {
+        if (stop.stop_requested())
+            return {};
         const QString file = fileKey(*subtitle);
         if (!subtitle->fileID.isEmpty() && files.contains(file))
             continue;
         files.insert(file);
-        const QString content = contentKey(*subtitle);
-        const std::optional<qsizetype> same = partnerOf(*subtitle, content, waiting, kept);
+        QList<Waiting> &sameContent = waiting[contentKey(*subtitle)];
+        const std::optional<qsizetype> same = takePartner(*subtitle, sameContent);
         if (!same) {
-            waiting.insert(content, kept.size());
+            addWaiting(subtitle->service, kept.size(), sameContent);
             kept += subtitle;
             continue;
         }
-        waiting.remove(content, *same);
         if (subtitle->matchesHash && !kept[*same]->matchesHash)
             kept[*same] = subtitle;
     }

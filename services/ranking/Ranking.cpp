@@ -1,5 +1,7 @@
 #include "Ranking.h"
 
+#include "Duplicates.h"
+
 #include <services/video/ReleaseAgreement.h>
 
 #include <QRegularExpression>
@@ -63,13 +65,16 @@ Liking likingFromText(const QString &text)
 }
 
 QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &videoName,
-                          const RankingPreferences &preferences)
+                          const RankingPreferences &preferences, const std::stop_token &stop)
 {
     const std::optional<double> frameRate = frameRateIn(videoName);
     std::vector<std::pair<Rank, SubtitlePtr>> rows;
     rows.reserve(static_cast<std::size_t>(subtitles.size()));
-    for (const SubtitlePtr &subtitle : subtitles)
+    for (const SubtitlePtr &subtitle : subtitles) {
+        if (stop.stop_requested())
+            return {};
         rows.emplace_back(rankOf(*subtitle, videoName, frameRate, preferences), subtitle);
+    }
     std::stable_sort(rows.begin(), rows.end(),
                      [](const auto &one, const auto &other) { return one.first > other.first; });
     QList<SubtitlePtr> result;
@@ -77,4 +82,11 @@ QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &vi
     for (const auto &[rank, subtitle] : rows)
         result += subtitle;
     return result;
+}
+
+BestRows BestRows::of(const QList<SubtitlePtr> &found, const QString &videoName,
+                      const RankingPreferences &preferences, const std::stop_token &stop)
+{
+    const QList<SubtitlePtr> all = ranked(withoutDuplicates(found, stop), videoName, preferences, stop);
+    return {all.first(std::min(all.size(), MaxRows)), std::max<qint64>(0, all.size() - MaxRows)};
 }

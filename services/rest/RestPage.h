@@ -3,6 +3,8 @@
 
 #include <platform/Result.h>
 
+#include <stop_token>
+
 /// One page of a search answer.
 struct RestPage
 {
@@ -13,7 +15,8 @@ struct RestPage
     int totalPages = 0;
     qint64 totalCount = 0;
 
-    /// An Error for what is no search answer, and for one of which not a single record can be read. Any
-    /// thread.
-    static Result<RestPage> read(const QByteArray &json, const QUrl &base, const Locale &locale);
+    /// An Error for what is no search answer, and for one of which not a single record can be read. Ends
+    /// early once it is asked to stop, and what it gives then is of no use. Any thread.
+    static Result<RestPage> read(const QByteArray &json, const QUrl &base, const Locale &locale,
+                                 const std::stop_token &stop = {});
 };

@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// What the main view shows of what the services say of themselves.
 class ServiceStatusTest final : public QObject
@@ -110,6 +111,8 @@ private Q_SLOTS:
         QTest::newRow("language") << static_cast<int>(ServiceStatus::Missing::ByTheLanguage)
                                   << u"The online service has no subtitles in this language:\n"
                                      "showing the local catalogue"_s;
+        QTest::newRow("pause") << static_cast<int>(ServiceStatus::Missing::ByAPause)
+                               << u"Wait until 14:05.\nShowing the local catalogue"_s;
         QTest::newRow("failure") << static_cast<int>(ServiceStatus::Missing::ByAFailure)
                                  << u"The online service could not be used: showing the local catalogue"_s;
     }
@@ -119,7 +122,7 @@ private Q_SLOTS:
         const auto *notice = m_view->child<Label>("languageNotice");
         m_view->showResults(2);
         QVERIFY(!notice->isVisibleTo(m_view->window.get()));
-        say({true, std::nullopt, static_cast<ServiceStatus::Missing>(missing)});
+        say({true, std::nullopt, static_cast<ServiceStatus::Missing>(missing), u"Wait until 14:05."_s});
         m_view->showResults(2);
         QVERIFY(notice->isVisibleTo(m_view->window.get()));
         QTEST(notice->text(), "text");
@@ -129,6 +132,40 @@ private Q_SLOTS:
         // The next answer is whole again.
         say({});
         m_view->showResults(2);
+        QVERIFY(!notice->isVisibleTo(m_view->window.get()));
+    }
+
+    void rowsLeftOutAreSaid()
+    {
+        const auto *notice = m_view->child<Label>("languageNotice");
+        ServiceStatus::Value status;
+        status.leftOut = 1000;
+        say(status);
+        m_view->showResults(2);
+        QVERIFY(notice->isVisibleTo(m_view->window.get()));
+        QCOMPARE(notice->text(), u"Showing 2 of 1,002 results; more words find the others"_s);
+        say({});
+        m_view->showResults(2);
+        QVERIFY(!notice->isVisibleTo(m_view->window.get()));
+    }
+
+    void pauseIsSaidWhileASearchWaits()
+    {
+        const auto *hint = m_view->child<QLabel>("pauseHint");
+        const auto *notice = m_view->child<Label>("pauseNotice");
+        ServiceStatus::Value waits;
+        waits.pause = 3s;
+        say(waits);
+        QVERIFY(hint->isVisibleTo(m_view->window.get()));
+        QCOMPARE(hint->text(), u"Too many requests, trying again in 3 s"_s);
+        say({});
+        QVERIFY(!hint->isVisibleTo(m_view->window.get()));
+        m_view->showResults(2);
+        QVERIFY(!notice->isVisibleTo(m_view->window.get()));
+        say(waits);
+        QVERIFY(notice->isVisibleTo(m_view->window.get()));
+        QCOMPARE(notice->text(), u"Too many requests, trying again in 3 s"_s);
+        say({});
         QVERIFY(!notice->isVisibleTo(m_view->window.get()));
     }
 

@@ -335,6 +335,47 @@ private Q_SLOTS:
         QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
     }
 
+    void filmsAreAskedForInTheStoredLanguageFromTheStart()
+    {
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        QVERIFY(m_secrets->store(Secret::MetadataKey, QString::fromLatin1(FilmStandIn::Token)));
+        start();
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->films().hasKey(), Patience);
+        Caught<FindResult> found;
+        MetadataService::shared().findExternally(u"tt9000002"_s, ExternalSource::imdb, found.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(found.came(), Patience);
+        QCOMPARE(m_standIn->main().requests().constLast().query(), "external_source=imdb_id&language=de");
+    }
+
+    void pauseIsKnownWhileASearchWaits()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        m_standIn->select(u"too-fast"_s);
+        start();
+        QList<qint64> pauses;
+        m_services->setAnswerObserver(
+            [&] { pauses += m_services->pause() ? m_services->pause()->count() : 0; });
+        const auto result = search();
+        QVERIFY(!result);
+        QCOMPARE(kindOf(result.error()), Kind::TooManyRequests);
+        pauses.removeAll(0);
+        QCOMPARE(pauses, (QList<qint64>{1, 1})); // after the first try and the second
+        QVERIFY(!m_services->pause());
+    }
+
+    void longPauseIsTheReasonForLocalRows()
+    {
+        QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
+        m_standIn->select(u"too-fast-hour"_s);
+        start(m_secrets, std::make_shared<SmallCatalogue>());
+        const auto result = search();
+        QVERIFY(result);
+        QCOMPARE(result->subtitles->size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->missing(), ServiceStatus::Missing::ByAPause, Patience);
+        QVERIFY2(m_services->missingReason().contains(u"Try again from "_s),
+                 qPrintable(m_services->missingReason()));
+    }
+
 private:
     /// As a download does.
     void logIn()

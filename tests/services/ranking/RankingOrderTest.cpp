@@ -135,6 +135,42 @@ private Q_SLOTS:
         QCOMPARE(withoutDuplicates({ours, german, marked}), (QList{ours, german, marked}));
     }
 
+    void rowsOfOneNameAreGoneThroughOnce()
+    {
+        // So many that comparing each with each would outlast the limit of a test.
+        constexpr int Count = 150'000;
+        QList<SubtitlePtr> given;
+        for (int i = 0; i < Count; ++i)
+            given +=
+                subtitle(u"Paper.Lighthouse.2019-ABC"_s, [i](Subtitle &s) { s.fileID = QString::number(i); });
+        given += subtitle(u"Paper.Lighthouse.2019-ABC"_s, [](Subtitle &s) { s.service = u"catalogue"_s; });
+        QCOMPARE(withoutDuplicates(given).size(), Count);
+    }
+
+    void searchGivesTheBestTwoThousand()
+    {
+        QList<SubtitlePtr> given;
+        for (int i = 0; i < 2345; ++i)
+            given += subtitle(QString::number(i), [i](Subtitle &s) { s.downloads = i; });
+        given += given.constFirst();
+        const BestRows best = BestRows::of(given, {}, {});
+        QCOMPARE(best.subtitles.size(), 2000);
+        QCOMPARE(best.subtitles.constFirst()->subFileName, u"2344"_s);
+        QCOMPARE(best.leftOut, 346);
+        QCOMPARE(BestRows::of(given.first(2000), {}, {}).leftOut, 0);
+    }
+
+    void stopEndsTheWork()
+    {
+        std::stop_source stop;
+        const QList<SubtitlePtr> given{subtitle(u"a"_s), subtitle(u"b"_s)};
+        QCOMPARE(withoutDuplicates(given, stop.get_token()).size(), 2);
+        QCOMPARE(ranked(given, {}, {}, stop.get_token()).size(), 2);
+        stop.request_stop();
+        QVERIFY(withoutDuplicates(given, stop.get_token()).isEmpty());
+        QVERIFY(ranked(given, {}, {}, stop.get_token()).isEmpty());
+    }
+
     void oneFileHidesOneOfTheOtherServiceAlone()
     {
         const auto from = [](const QString &service, const QString &id) {
