@@ -2,13 +2,11 @@
 
 #include "HostRules.h"
 
-#include <QNetworkProxy>
-
 using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr quint16 PortOfNobody = 0;
+constexpr quint16 UnusedPort = 0;
 constexpr int DefaultHttpPort = 8080;
 constexpr int DefaultSocksPort = 1080;
 
@@ -33,30 +31,30 @@ bool isExempt(const QString &host)
     return false;
 }
 
-QNetworkProxy proxyFromText(const QString &text)
+} // namespace
+
+QNetworkProxy EnvironmentProxy::refusingProxy()
+{
+    return {QNetworkProxy::HttpProxy, u"127.0.0.1"_s, UnusedPort};
+}
+
+QNetworkProxy EnvironmentProxy::proxyFromText(const QString &text)
 {
     const QUrl url(text.contains("://"_L1) ? text : "http://"_L1 + text);
-    // Whoever names a proxy does not want to go without: asking one that is not there says so.
     if (!url.isValid() || url.host().isEmpty())
-        return {QNetworkProxy::HttpProxy, u"127.0.0.1"_s, PortOfNobody};
+        return refusingProxy();
     const bool socks = url.scheme().startsWith("socks"_L1);
     return {socks ? QNetworkProxy::Socks5Proxy : QNetworkProxy::HttpProxy, url.host(),
             static_cast<quint16>(url.port(socks ? DefaultSocksPort : DefaultHttpPort)), url.userName(),
             url.password()};
 }
-} // namespace
 
-QList<QNetworkProxy> EnvironmentProxy::queryProxy(const QNetworkProxyQuery &query)
-{
-    return {proxyFor(query.url())};
-}
-
-QNetworkProxy EnvironmentProxy::proxyFor(const QUrl &url)
+std::optional<QNetworkProxy> EnvironmentProxy::proxyFor(const QUrl &url)
 {
     if (HostRules::isLoopback(url.host()) || isExempt(url.host()))
-        return QNetworkProxy::NoProxy;
+        return QNetworkProxy(QNetworkProxy::NoProxy);
     QString text = environment(url.scheme().toLatin1() + "_proxy");
     if (text.isEmpty())
         text = environment("all_proxy");
-    return text.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxyFromText(text);
+    return text.isEmpty() ? std::nullopt : std::optional(proxyFromText(text));
 }

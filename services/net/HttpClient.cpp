@@ -16,14 +16,6 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
 constexpr int MaxRedirects = 3;
 constexpr Clock::Duration LongestNap = std::chrono::seconds(30); // that connections survive
 
-std::shared_ptr<QNetworkAccessManager> newNetwork()
-{
-    auto network = std::make_shared<QNetworkAccessManager>();
-    network->setProxyFactory(new EnvironmentProxy);
-    network->setCookieJar(nullptr);
-    return network;
-}
-
 Clock::Duration dateAhead(const Clock &clock)
 {
     return Clock::Duration(clock.date().toMSecsSinceEpoch()) - clock.now();
@@ -33,7 +25,33 @@ bool isRedirect(int status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
+QString originOf(const QUrl &url)
+{
+    return url.adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toString();
+}
 } // namespace
+
+/// The toolkit wants to know a proxy at once: each is learnt before a request needs it.
+class HttpClient::LearntProxies final : public QNetworkProxyFactory
+{
+public:
+    explicit LearntProxies(std::shared_ptr<ProxyTable> table) : m_table(std::move(table)) {}
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
+    {
+        return {m_table->value(originOf(query.url()), EnvironmentProxy::refusingProxy())};
+    }
+
+private:
+    const std::shared_ptr<ProxyTable> m_table;
+};
+
+std::shared_ptr<QNetworkAccessManager> HttpClient::newNetwork() const
+{
+    auto network = std::make_shared<QNetworkAccessManager>();
+    network->setProxyFactory(new LearntProxies(m_proxies));
+    network->setCookieJar(nullptr);
+    return network;
+}
 
 Error HttpClient::forbidden(const QUrl &url) const
 {
@@ -51,13 +69,18 @@ struct HttpClient::Journey
     Completion completion;
     int redirects = 0;
     Clock::Duration end{0};
+    std::shared_ptr<ProxyLookup> proxy;
     std::shared_ptr<HttpExchange> exchange;
     Clock::Timer wait;
     RateQueue::Turn turn;
 };
 
-HttpClient::HttpClient(Clock &clock, ServiceName service)
-    : m_clock(clock), m_service(service), m_network(newNetwork()), m_dateAhead(dateAhead(clock))
+HttpClient::HttpClient(Clock &clock, ServiceName service, _GProxyResolver *resolver)
+    : m_clock(clock),
+      m_service(service),
+      m_resolver(resolver),
+      m_network(newNetwork()),
+      m_dateAhead(dateAhead(clock))
 {
 }
 
@@ -109,6 +132,23 @@ void HttpClient::renewAfterSleep()
 void HttpClient::step(const std::shared_ptr<Journey> &journey)
 {
     renewAfterSleep();
+    const QUrl &url = journey->request.url;
+    if (const auto known = EnvironmentProxy::proxyFor(url)) {
+        begin(journey, *known);
+        return;
+    }
+    journey->proxy = ProxyLookup::start(
+        m_clock, url,
+        [this, weak = std::weak_ptr(journey)](const QNetworkProxy &proxy) {
+            if (const auto held = weak.lock())
+                begin(held, proxy);
+        },
+        m_resolver);
+}
+
+void HttpClient::begin(const std::shared_ptr<Journey> &journey, const QNetworkProxy &proxy)
+{
+    m_proxies->insert(originOf(journey->request.url), proxy);
     journey->request.deadline = std::max(journey->end - m_clock.now(), Clock::Duration(1));
     const std::weak_ptr weak(journey);
     journey->exchange = HttpExchange::begin(m_network, m_clock, m_service, journey->request,

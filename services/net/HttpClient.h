@@ -1,13 +1,15 @@
 #pragma once
 #include "HostRules.h"
 #include "HttpExchange.h"
+#include "ProxyLookup.h"
 #include "RateQueue.h"
 
 #include <QNetworkAccessManager>
 
 /// Asks servers of one service. Goes only where the rules let it, follows a redirect by hand (a GET, at most
-/// three, never to another host) and says "Plovendix v…" everywhere. Keeps connections, but none from before
-/// the machine slept. No retries, no rate of its own. Main thread only.
+/// three, never to another host), through the proxy that the environment or the desktop names, and says
+/// "Plovendix v…" everywhere. Keeps connections, but none from before the machine slept. No retries, no rate
+/// of its own. Main thread only.
 class HttpClient final
 {
 public:
@@ -15,7 +17,8 @@ public:
     /// Holding it keeps the request going; letting it go drops the request without a word.
     using Call = std::shared_ptr<void>;
 
-    HttpClient(Clock &clock, ServiceName service);
+    /// `resolver` is the desktop's unless another is given; it outlives us.
+    HttpClient(Clock &clock, ServiceName service, _GProxyResolver *resolver = nullptr);
 
     [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
     /// Where a redirect waits before it is followed: to the server it is one more request. Outlives us.
@@ -26,8 +29,12 @@ public:
 
 private:
     struct Journey;
+    class LearntProxies;
+    using ProxyTable = QHash<QString, QNetworkProxy>; // by origin
+    std::shared_ptr<QNetworkAccessManager> newNetwork() const;
     void renewAfterSleep();
     void step(const std::shared_ptr<Journey> &journey);
+    void begin(const std::shared_ptr<Journey> &journey, const QNetworkProxy &proxy);
     void follow(const std::shared_ptr<Journey> &journey, const QUrl &next);
     void arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome);
     Error forbidden(const QUrl &url) const;
@@ -35,6 +42,8 @@ private:
 
     Clock &m_clock;
     ServiceName m_service;
+    _GProxyResolver *m_resolver;
+    const std::shared_ptr<ProxyTable> m_proxies = std::make_shared<ProxyTable>();
     std::shared_ptr<QNetworkAccessManager> m_network;
     Clock::Duration m_dateAhead{0}; // of the clock that stands still while the machine sleeps
     RateQueue *m_pace = nullptr;

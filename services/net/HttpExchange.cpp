@@ -1,6 +1,5 @@
 #include "HttpExchange.h"
 
-#include "EnvironmentProxy.h"
 #include "OneTimeUpload.h"
 
 #include <QLoggingCategory>
@@ -183,8 +182,10 @@ Result<HttpAnswer> HttpExchange::outcome() const
     if (error == QNetworkReply::NoError || statusSaysIt)
         return read;
     // Qt has no error of its own for a proxy that says no.
-    const bool byProxy = error == QNetworkReply::UnknownNetworkError &&
-                         EnvironmentProxy::proxyFor(m_request.url).type() != QNetworkProxy::NoProxy;
+    const bool byProxy =
+        error == QNetworkReply::UnknownNetworkError &&
+        m_network->proxyFactory()->queryProxy(QNetworkProxyQuery(m_request.url)).value(0).type() !=
+            QNetworkProxy::NoProxy;
     return failure(byProxy ? Kind::Proxy : kindOfFailure(error), m_reply->errorString());
 }
 
