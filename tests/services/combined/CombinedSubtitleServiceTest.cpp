@@ -1,3 +1,5 @@
+#include "ScriptedSources.h"
+
 #include <platform/MainQueue.h>
 #include <services/combined/CombinedSubtitleService.h>
 #include <services/net/ServiceError.h>
@@ -11,73 +13,6 @@
 #include <thread>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-/// A service that answers when the test says.
-class ScriptedService final : public SubtitleService
-{
-public:
-    void query(const QList<Arg> &args, QueryCompletion completion) override
-    {
-        queries += args;
-        waiting += std::move(completion);
-    }
-    void cancelQueryTask() override { ++cancels; }
-    void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override
-    {
-        downloads += subtitle;
-        completion(QUrl(u"file:///downloaded"_s));
-    }
-    void cancelDownloads() override { ++downloadCancels; }
-
-    QList<QList<Arg>> queries;
-    QList<QueryCompletion> waiting;
-    QList<SubtitlePtr> downloads;
-    int cancels = 0;
-    int downloadCancels = 0;
-
-protected:
-    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
-    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
-};
-
-SubtitlePtr subtitle(const QString &service, const QString &name, bool matches = false)
-{
-    auto made = std::make_shared<Subtitle>();
-    made->service = service;
-    made->subFileName = name;
-    made->fileID = name;
-    made->subFormat = u"srt"_s;
-    made->matchesHash = matches;
-    return made;
-}
-
-QueryResult rows(const QList<SubtitlePtr> &subtitles)
-{
-    return {subtitles};
-}
-
-Error failure(Kind kind)
-{
-    return serviceError(kind, ServiceName::Subtitles, {});
-}
-
-/// So many rows, or a failure of the kind that stands below zero.
-Result<QueryResult> made(int what, const QString &service)
-{
-    if (what < 0)
-        return failure(static_cast<Kind>(-what));
-    QList<SubtitlePtr> list;
-    for (int i = 0; i < what; ++i)
-        list += subtitle(service, service + QString::number(i));
-    return rows(list);
-}
-
-const QList<Arg> Words{{Param::text, u"paper lighthouse"_s}, {Param::language, u"eng"_s}};
-const QList<Arg> Hash{
-    {Param::byteSize, u"5"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}, {Param::language, u"eng"_s}};
-} // namespace
 
 class CombinedSubtitleServiceTest final : public QObject
 {
@@ -185,83 +120,6 @@ private Q_SLOTS:
             QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
         else
             QCOMPARE(names().size(), outcome);
-    }
-
-    void hashThatTheCatalogueAnsweredIsNoFailure_data()
-    {
-        QTest::addColumn<int>("catalogue"); // rows, or a failure as a negative kind
-        QTest::addColumn<int>("rest");
-        QTest::addColumn<int>("outcome");
-        const int offline = -static_cast<int>(Kind::Offline);
-        const int bad = -static_cast<int>(Kind::BadAnswer);
-        QTest::newRow("nothing and a failure") << 0 << offline << 0;
-        QTest::newRow("rows and a failure") << 2 << offline << 2;
-        QTest::newRow("a failure and nothing") << bad << 0 << bad;
-        QTest::newRow("two failures") << bad << offline << bad;
-    }
-    void hashThatTheCatalogueAnsweredIsNoFailure()
-    {
-        QFETCH(const int, catalogue);
-        QFETCH(const int, rest);
-        QFETCH(const int, outcome);
-        m_combined->query(Hash, answer());
-        m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
-        m_rest->waiting[0](made(rest, u"rest"_s));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
-        QCOMPARE(m_last->hasValue(), outcome >= 0);
-        if (outcome < 0)
-            QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
-        else
-            QCOMPARE(names().size(), outcome);
-    }
-
-    void wordsThatFollowAtOnceDoNotAskWhatIsOutOfReach_data()
-    {
-        QTest::addColumn<int>("failure");
-        QTest::addColumn<bool>("isAskedAgain");
-        QTest::newRow("time out") << static_cast<int>(Kind::Timeout) << false;
-        QTest::newRow("key refused") << static_cast<int>(Kind::KeyRefused) << false;
-        QTest::newRow("offline") << static_cast<int>(Kind::Offline) << true;
-        QTest::newRow("language") << static_cast<int>(Kind::UnknownLanguage) << true;
-    }
-    void wordsThatFollowAtOnceDoNotAskWhatIsOutOfReach()
-    {
-        QFETCH(const int, failure);
-        QFETCH(const bool, isAskedAgain);
-        QList<int> told;
-        m_combined->setGapsObserver([&told](const CombinedSubtitleService::Gaps &gaps) {
-            for (const Error &error : gaps.failures)
-                told += error.code;
-        });
-        const auto goOn = [this] { m_combined->query(Words, answer()); };
-        m_combined->query(Hash, [&](const Result<QueryResult> &) { MainQueue::shared().async(goOn); });
-        m_rest->waiting[0](::failure(static_cast<Kind>(failure)));
-        m_catalogue->waiting[0](rows({}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_catalogue->waiting.size(), 2, Patience);
-        QCOMPARE(m_rest->waiting.size(), isAskedAgain ? 2 : 1);
-        if (isAskedAgain)
-            m_rest->waiting[1](::failure(static_cast<Kind>(failure)));
-        m_catalogue->waiting[1](rows({subtitle(u"catalogue"_s, u"a"_s)}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
-        QCOMPARE(names(), QStringList{u"a"_s});
-        MainQueue::shared().runUntilIdle();
-        QCOMPARE(told, (QList{failure, failure})); // with the rows as well
-        query();
-        QCOMPARE(m_rest->waiting.size(), isAskedAgain ? 3 : 2);
-    }
-
-    void wordsThatFollowACancelAskAgain()
-    {
-        m_combined->query(Hash, [this](const Result<QueryResult> &) {
-            MainQueue::shared().async([this] {
-                m_combined->cancelQueryTask();
-                query();
-            });
-        });
-        m_rest->waiting[0](failure(Kind::Timeout));
-        m_catalogue->waiting[0](rows({}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_catalogue->waiting.size(), 2, Patience);
-        QCOMPARE(m_rest->waiting.size(), 2);
     }
 
     void gapsAreToldBeforeTheAnswer()

@@ -1,3 +1,5 @@
+#include "ServiceDoubles.h"
+
 #include <platform/MainQueue.h>
 #include <services/catalogue/CatalogueServices.h>
 #include <services/combined/Services.h>
@@ -13,73 +15,6 @@
 #include <atomic>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-/// A catalogue with nothing in it.
-class EmptyCatalogue final : public SubtitleService
-{
-public:
-    void query(const QList<Arg> &, QueryCompletion completion) override
-    {
-        MainQueue::shared().async(
-            [completion = std::move(completion)] { completion(QueryResult{QList<SubtitlePtr>()}); });
-    }
-    void cancelQueryTask() override {}
-    void download(const SubtitlePtr &, DownloadCompletion) override {}
-    void cancelDownloads() override {}
-
-protected:
-    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
-    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
-};
-
-/// One with a subtitle for every question.
-class SmallCatalogue final : public SubtitleService
-{
-public:
-    void query(const QList<Arg> &, QueryCompletion completion) override
-    {
-        auto found = std::make_shared<Subtitle>();
-        found->service = u"catalogue"_s;
-        found->fileID = found->subFileName = u"Local"_s;
-        MainQueue::shared().async([completion = std::move(completion), found] {
-            completion(QueryResult{QList<SubtitlePtr>{found}});
-        });
-    }
-    void cancelQueryTask() override {}
-    void download(const SubtitlePtr &, DownloadCompletion) override {}
-    void cancelDownloads() override {}
-
-protected:
-    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
-    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
-};
-
-class EmptyMetadata final : public MetadataService
-{
-public:
-    void findExternally(const QString &, ExternalSource, FindCompletion completion) override
-    {
-        MainQueue::shared().async([completion = std::move(completion)] { completion(FindResult()); });
-    }
-    void fetchImage(const TmdbItem &, ImageKind, const QSize &, ImageCompletion) override {}
-};
-
-/// A keyring whose question nobody answers, and which takes nothing.
-class LockedStore final : public SecretStore
-{
-public:
-    int reads = 0;
-    void read(Secret, ReadCompletion) override { ++reads; }
-    void write(Secret, const QString &, WriteCompletion completion) override
-    {
-        MainQueue::shared().async([completion = std::move(completion)] {
-            completion(Error{u"test"_s, 1, u"locked"_s});
-        });
-    }
-};
-} // namespace
 
 /// Everything together, on the machine's own clock, against the stand-in.
 class ServicesTest final : public QObject

@@ -3,6 +3,7 @@
 #include <support/TestMain.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 class RestSearchTest final : public QObject
 {
