@@ -88,7 +88,7 @@ bool DragFilesHereView::performDragOperation(const QMimeData *draggingPasteboard
     const auto file = std::find_if(urls->begin(), urls->end(), std::mem_fn(&QUrl::isLocalFile));
     if (file == urls->end())
         return false;
-    const QUrl url = *file;
+    const QUrl &url = *file;
     printLine(url.toString(QUrl::FullyEncoded));
     const auto *shownIn = qobject_cast<Window *>(window());
     const auto controller = shownIn ? shownIn->contentViewController() : nullptr;
