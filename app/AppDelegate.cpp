@@ -1,19 +1,19 @@
 #include "AppDelegate.h"
 
-#include <delivery/FileSearching.h>
-#include <languages/catalogue/LanguageCodeToName.h>
-#include <platform/Bundle.h>
-#include <platform/ErrorAlert.h>
-#include <platform/FatalFault.h>
-#include <platform/Locale.h>
-#include <platform/StandardOutput.h>
-#include <platform/URLComponents.h>
-#include <platform/URLEventCentre.h>
-#include <platform/UserDefaults.h>
-#include <platform/ValueTransformer.h>
-#include <platform/ViewController.h>
-#include <platform/Window.h>
-#include <platform/Workspace.h>
+#include <base/Bundle.h>
+#include <base/FatalFault.h>
+#include <base/Locale.h>
+#include <base/StandardOutput.h>
+#include <base/URLComponents.h>
+#include <base/UserDefaults.h>
+#include <base/ValueTransformer.h>
+#include <base/Workspace.h>
+#include <features/delivery/FileSearching.h>
+#include <model/LanguageCodeToName.h>
+#include <ui/system/URLEventCentre.h>
+#include <ui/window/ErrorAlert.h>
+#include <ui/window/ViewController.h>
+#include <ui/window/Window.h>
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
-#include <delivery/IncomingRequestHandler.h>
-#include <panels/FeedbackReporting.h>
-#include <search/PendingRequest.h>
+#include <features/delivery/IncomingRequestHandler.h>
+#include <features/feedback/FeedbackReporting.h>
+#include <features/search/PendingRequest.h>
 
 #include <QMap>
 #include <QString>

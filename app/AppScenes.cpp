@@ -3,16 +3,22 @@
 #include "MainMenuViewController.h"
 #include "TitlebarViewController.h"
 
-#include <languages/PreferencesScenes.h>
-#include <panels/PanelScenes.h>
-#include <platform/Storyboard.h>
-#include <search/SearchScenes.h>
+#include <features/about/AboutWindowController.h>
+#include <features/donation/DonationPrompt.h>
+#include <features/feedback/FeedbackWindowController.h>
+#include <features/preferences/PreferencesScenes.h>
+#include <features/search/SearchScenes.h>
+#include <features/updates/UpdateWindowController.h>
+#include <ui/scenes/Storyboard.h>
 
 void registerScenes()
 {
     registerSearchScenes();
     registerPreferencesScenes();
-    registerPanelScenes();
+    registerAboutScene();
+    registerDonationScene();
+    registerFeedbackScene();
+    registerUpdateScene();
     const auto main = QStringLiteral("Main");
     Storyboard::registerController(main, QStringLiteral("TitlebarViewController"),
                                    [] { return ViewController::make<TitlebarViewController>(); });

@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 
-#include <platform/Bundle.h>
-#include <platform/FileManager.h>
+#include <base/Bundle.h>
+#include <base/FileManager.h>
 
 namespace
 {

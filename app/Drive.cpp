@@ -2,11 +2,11 @@
 
 #include "MainWindowController.h"
 
-#include <platform/ImageView.h>
-#include <platform/StandardOutput.h>
-#include <platform/TableView.h>
-#include <platform/Window.h>
-#include <search/DownloadPrompt.h>
+#include <base/StandardOutput.h>
+#include <features/search/DownloadPrompt.h>
+#include <ui/scenes/TableView.h>
+#include <ui/views/ImageView.h>
+#include <ui/window/Window.h>
 
 #include <QApplication>
 #include <QFileDialog>

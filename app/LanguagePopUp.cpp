@@ -1,6 +1,6 @@
 #include "LanguagePopUp.h"
 
-#include <languages/MenuForBindings.h>
+#include <features/preferences/MenuForBindings.h>
 
 #include <QAbstractItemView>
 #include <QScrollBar>

@@ -1,5 +1,5 @@
 #pragma once
-#include <languages/catalogue/Language.h>
+#include <model/Language.h>
 #include <QComboBox>
 #include <QList>
 

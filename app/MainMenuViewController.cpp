@@ -3,14 +3,14 @@
 #include "AppDelegate.h"
 #include "MainMenuViewController.h"
 
-#include <languages/PrefsWindowController.h>
-#include <panels/AboutWindowController.h>
-#include <panels/Links.h>
-#include <panels/UpdateChecking.h>
-#include <platform/DialogFrame.h>
-#include <platform/SceneConnections.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
+#include <base/Links.h>
+#include <features/about/AboutWindowController.h>
+#include <features/preferences/PrefsWindowController.h>
+#include <features/search/MainViewController.h>
+#include <features/updates/UpdateChecking.h>
+#include <ui/scenes/SceneConnections.h>
+#include <ui/window/DialogFrame.h>
+#include <ui/window/Window.h>
 
 #include <QApplication>
 #include <QFileDialog>

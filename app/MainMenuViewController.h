@@ -1,6 +1,6 @@
 #pragma once
-#include <platform/TitlebarAccessoryViewController.h>
-#include <views/PlatformSpecificController.h>
+#include <ui/window/PlatformSpecificController.h>
+#include <ui/window/TitlebarAccessoryViewController.h>
 #include <memory>
 
 class AboutWindowController;

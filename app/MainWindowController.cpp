@@ -3,9 +3,9 @@
 #include "MainMenuViewController.h"
 #include "TitlebarViewController.h"
 
-#include <platform/Storyboard.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
+#include <features/search/MainViewController.h>
+#include <ui/scenes/Storyboard.h>
+#include <ui/window/Window.h>
 
 namespace
 {

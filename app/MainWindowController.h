@@ -1,5 +1,5 @@
 #pragma once
-#include <platform/WindowController.h>
+#include <ui/window/WindowController.h>
 #include <memory>
 
 class MainMenuViewController;

@@ -1,12 +1,12 @@
 #include "MakerServices.h"
 
-#include <panels/FeedbackWindowController.h>
-#include <panels/UpdateWindowController.h>
-#include <platform/Bundle.h>
-#include <services/feedback/FRFeedbackReporter.h>
-#include <services/feedback/RecentMessages.h>
-#include <services/net/SystemClock.h>
-#include <services/update/SUUpdater.h>
+#include <base/Bundle.h>
+#include <features/feedback/FRFeedbackReporter.h>
+#include <features/feedback/FeedbackWindowController.h>
+#include <features/feedback/RecentMessages.h>
+#include <features/updates/SUUpdater.h>
+#include <features/updates/UpdateWindowController.h>
+#include <net/SystemClock.h>
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #include "PatientSecretStore.h"
 
-#include <platform/FirstPaint.h>
+#include <ui/window/FirstPaint.h>
 
 #include <utility>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include <services/secrets/SecretStore.h>
+#include <net/secrets/SecretStore.h>
 #include <memory>
 
 /// Reads secrets from another store, but only once the program's window has been painted: reaching a keyring

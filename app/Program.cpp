@@ -5,17 +5,17 @@
 #include "CommandLine.h"
 #include "MainWindowController.h"
 
-#include <panels/DonationPrompt.h>
-#include <platform/ActivationToken.h>
-#include <platform/Appearance.h>
-#include <platform/ApplicationLink.h>
-#include <platform/FirstPaint.h>
-#include <platform/Image.h>
-#include <platform/MainQueue.h>
-#include <platform/Preparation.h>
-#include <platform/StandardOutput.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
+#include <base/MainQueue.h>
+#include <base/StandardOutput.h>
+#include <features/donation/DonationPrompt.h>
+#include <features/search/MainViewController.h>
+#include <ui/style/Appearance.h>
+#include <ui/style/Preparation.h>
+#include <ui/system/ActivationToken.h>
+#include <ui/system/ApplicationLink.h>
+#include <ui/views/Image.h>
+#include <ui/window/FirstPaint.h>
+#include <ui/window/Window.h>
 
 #include <QApplication>
 #include <QDir>

@@ -1,5 +1,5 @@
 #pragma once
-#include <app/AppDelegate.h>
+#include "AppDelegate.h"
 
 #include <QString>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "ProgramAccounts.h"
 
-#include <services/catalogue/CatalogueServices.h>
-#include <services/secrets/EnvironmentSecrets.h>
+#include <net/secrets/EnvironmentSecrets.h>
+#include <sources/catalogue/CatalogueServices.h>
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 #pragma once
-#include <panels/ServiceAccounts.h>
-#include <services/combined/Services.h>
+#include <features/preferences/ServiceAccounts.h>
+#include <sources/combined/Services.h>
 
 /// The accounts of the program's services for the Services pane. Main thread only; goes before the services.
 class ProgramAccounts final : public ServiceAccounts

@@ -1,7 +1,7 @@
 #include "SecretFileQuestion.h"
 
-#include <platform/DialogFrame.h>
-#include <views/StringHelpers.h>
+#include <base/StringHelpers.h>
+#include <ui/window/DialogFrame.h>
 
 #include <QApplication>
 #include <QMessageBox>

@@ -4,15 +4,15 @@
 #include "ProgramAccounts.h"
 #include "SecretFileQuestion.h"
 
-#include <panels/FolderImporting.h>
-#include <platform/Bundle.h>
-#include <platform/SessionBus.h>
-#include <search/api/ServiceStatus.h>
-#include <services/catalogue/CatalogueService.h>
-#include <services/catalogue/CatalogueServices.h>
-#include <services/catalogue/folder/FolderImport.h>
-#include <services/combined/Services.h>
-#include <services/secrets/KeychainSecretStore.h>
+#include <base/Bundle.h>
+#include <model/FolderImporting.h>
+#include <model/ServiceStatus.h>
+#include <net/secrets/KeychainSecretStore.h>
+#include <sources/catalogue/CatalogueService.h>
+#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/import/FolderImport.h>
+#include <sources/combined/Services.h>
+#include <ui/system/SessionBus.h>
 
 #include <QEventLoop>
 #include <QTimer>

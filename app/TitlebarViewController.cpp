@@ -2,8 +2,8 @@
 
 #include "TitlebarViewController.h"
 
-#include <platform/SceneConnections.h>
-#include <search/MainViewController.h>
+#include <features/search/MainViewController.h>
+#include <ui/scenes/SceneConnections.h>
 
 TitlebarViewController::TitlebarViewController() = default;
 TitlebarViewController::~TitlebarViewController() = default;

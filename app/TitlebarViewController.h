@@ -1,7 +1,7 @@
 #pragma once
-#include <languages/catalogue/Language.h>
-#include <platform/TitlebarAccessoryViewController.h>
-#include <views/PlatformSpecificController.h>
+#include <model/Language.h>
+#include <ui/window/PlatformSpecificController.h>
+#include <ui/window/TitlebarAccessoryViewController.h>
 #include <QList>
 #include <memory>
 

@@ -1,9 +1,9 @@
 #include "Output.h"
 #include "SqlRecorder.h"
 
-#include <services/catalogue/CatalogueSchema.h>
-#include <services/catalogue/SearchWords.h>
-#include <services/catalogue/own/OwnCatalogue.h>
+#include <sources/catalogue/CatalogueSchema.h>
+#include <sources/catalogue/SearchWords.h>
+#include <sources/catalogue/import/OwnCatalogue.h>
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -2,7 +2,7 @@
 #include "Output.h"
 #include "SqlRecorder.h"
 
-#include <services/catalogue/CatalogueDatabase.h>
+#include <sources/catalogue/CatalogueDatabase.h>
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #include "LargeCatalogue.h"
 
-#include <services/catalogue/CatalogueWriter.h>
+#include <sources/catalogue/CatalogueWriter.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "Pairs.h"
 #include "movie_hash_floor.h"
 
-#include <services/video/MovieHash.h>
+#include <media/MovieHash.h>
 
 #include <QFile>
 #include <QList>

@@ -1,4 +1,4 @@
-#include <services/video/FileNameParser.h>
+#include <media/names/FileNameParser.h>
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 #include "PlainList.h"
 
-#include <platform/Image.h>
+#include <ui/views/Image.h>
 
 #include <QAbstractListModel>
 #include <QPainter>

@@ -1,5 +1,5 @@
 #pragma once
-#include <search/api/Subtitle.h>
+#include <model/Subtitle.h>
 #include <QListView>
 #include <memory>
 

@@ -3,8 +3,8 @@
 #include "PlainList.h"
 #include "ResultsWindow.h"
 
-#include <platform/TableView.h>
-#include <platform/Window.h>
+#include <ui/scenes/TableView.h>
+#include <ui/window/Window.h>
 
 #include <QApplication>
 #include <QScrollBar>

@@ -1,13 +1,13 @@
 #include "ResultsWindow.h"
 
-#include <platform/Appearance.h>
-#include <platform/Bundle.h>
-#include <platform/MainQueue.h>
-#include <platform/TableView.h>
-#include <platform/ViewController.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
-#include <search/SearchScenes.h>
+#include <base/Bundle.h>
+#include <base/MainQueue.h>
+#include <features/search/MainViewController.h>
+#include <features/search/SearchScenes.h>
+#include <ui/scenes/TableView.h>
+#include <ui/style/Appearance.h>
+#include <ui/window/ViewController.h>
+#include <ui/window/Window.h>
 
 namespace
 {

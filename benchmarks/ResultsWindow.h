@@ -1,6 +1,6 @@
 #pragma once
-#include <search/api/Subtitle.h>
-#include <support/scripted/ScriptedServices.h>
+#include <model/Subtitle.h>
+#include <tests/support/scripted/ScriptedServices.h>
 #include <QList>
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "Output.h"
 #include "ResultsWindow.h"
 
-#include <platform/TableView.h>
-#include <search/MainViewController.h>
+#include <features/search/MainViewController.h>
+#include <ui/scenes/TableView.h>
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,12 +1,13 @@
-# Two functions, one for a room and one for its tests, so that every target is built the same way.
+# Two functions, one for a room and one for its tests, so that every target is built the same way. Both take their names
+# from the folder that calls them: ui/window makes the target ui_window, tests/ui/window the program ui_window_tests.
 #
-# plovendix_folder(NAME [PUBLISH path] [UI dir] [MOC] [WIDGETS] SOURCES … DEPENDS …)
-#   A static library whose public include folder holds only itself: a link in the build tree from
-#   include/NAME/PUBLISH to this source folder. A room that includes a header of a room it does not
-#   depend on stops at the first line. MOC: some class has Q_OBJECT. WIDGETS: the room uses Qt Widgets.
-# plovendix_tests(NAME [WIDGETS] CLASSES … [SOURCES …] DEPENDS … [LABELS …])
-#   One executable NAME_tests of the room's test classes, each in a source of its name, and for each class a
-#   test of that name in a process of its own. It links its room and nothing above.
+# plovendix_folder([UI] [MOC] [WIDGETS] SOURCES … DEPENDS … [PRIVATE_DEPENDS …])
+#   A static library whose public include folder holds links to the folder's own headers and to nothing else, so that
+#   they are included as <ui/window/Window.h>. A room that includes a header of a room it does not depend on stops at
+#   the first line. UI: it uses scenes of the storyboards. MOC: some class has Q_OBJECT. WIDGETS: it uses Qt Widgets.
+# plovendix_tests([WIDGETS] CLASSES … [SOURCES …] DEPENDS … [LABELS …])
+#   One program of the room's test classes, each in a source of its name, and for each class a test of that name in a
+#   process of its own. It links its room and nothing above.
 
 add_library(plovendix_options INTERFACE)
 target_compile_features(plovendix_options INTERFACE cxx_std_20)
@@ -59,15 +60,20 @@ function(plovendix_use_precompiled target name)
     endif()
 endfunction()
 
-function(plovendix_folder name)
-    cmake_parse_arguments(ARG "MOC;WIDGETS" "PUBLISH;UI" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
-    if(NOT ARG_PUBLISH)
-        set(ARG_PUBLISH ${name})
-    endif()
+set(PLOVENDIX_STORYBOARDS ${PROJECT_SOURCE_DIR}/resources/Main.storyboard
+    ${PROJECT_SOURCE_DIR}/resources/Preferences.storyboard)
+
+function(plovendix_folder)
+    cmake_parse_arguments(ARG "UI;MOC;WIDGETS" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+    file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REPLACE / _ name ${folder})
     set(include_root ${CMAKE_BINARY_DIR}/include/${name})
-    get_filename_component(link_parent ${include_root}/${ARG_PUBLISH} DIRECTORY)
-    file(MAKE_DIRECTORY ${link_parent})
-    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${include_root}/${ARG_PUBLISH} SYMBOLIC)
+    file(MAKE_DIRECTORY ${include_root}/${folder})
+    file(GLOB headers CONFIGURE_DEPENDS *.h)
+    foreach(header IN LISTS headers)
+        get_filename_component(leaf ${header} NAME)
+        file(CREATE_LINK ${header} ${include_root}/${folder}/${leaf} SYMBOLIC)
+    endforeach()
 
     add_library(${name} STATIC ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC ${include_root})
@@ -81,15 +87,17 @@ function(plovendix_folder name)
     if(ARG_UI)
         # The scenes' texts go through the same lookup as the code's.
         set_target_properties(${name} PROPERTIES AUTOUIC ON
-            AUTOUIC_SEARCH_PATHS "${ARG_UI}"
-            AUTOUIC_OPTIONS "-a;-tr;String::localize;-include;views/StringHelpers.h")
+            AUTOUIC_SEARCH_PATHS "${PLOVENDIX_STORYBOARDS}"
+            AUTOUIC_OPTIONS "-a;-tr;String::localize;-include;base/StringHelpers.h")
         # Ninja looks at a scene's header before it is written anew, and would build its controller a run too late.
-        file(GLOB scenes CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*.storyboard/*.ui)
-        foreach(scene IN LISTS scenes)
-            get_filename_component(controller ${scene} NAME_WE)
-            set(sources ${ARG_SOURCES})
-            list(FILTER sources INCLUDE REGEX "^${controller}[A-Za-z]*\\.cpp$")
-            set_source_files_properties(${sources} PROPERTIES OBJECT_DEPENDS ${scene})
+        foreach(storyboard IN LISTS PLOVENDIX_STORYBOARDS)
+            file(GLOB scenes CONFIGURE_DEPENDS ${storyboard}/*.ui)
+            foreach(scene IN LISTS scenes)
+                get_filename_component(controller ${scene} NAME_WE)
+                set(sources ${ARG_SOURCES})
+                list(FILTER sources INCLUDE REGEX "^${controller}[A-Za-z]*\\.cpp$")
+                set_source_files_properties(${sources} PROPERTIES OBJECT_DEPENDS ${scene})
+            endforeach()
         endforeach()
     endif()
 endfunction()
@@ -100,12 +108,14 @@ endfunction()
 # none of theirs, and it stops at that.
 set(PLOVENDIX_SANITIZING "TSAN_OPTIONS=ignore_noninstrumented_modules=1 die_after_fork=0 suppressions=${PROJECT_SOURCE_DIR}/tests/support/toolkit-threads.supp;ASAN_OPTIONS=intercept_tls_get_addr=0")
 
-function(plovendix_tests room)
+function(plovendix_tests)
+    file(RELATIVE_PATH room ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REPLACE / _ room ${room})
     cmake_parse_arguments(ARG "WIDGETS" "" "CLASSES;SOURCES;DEPENDS;LABELS" ${ARGN})
     set(program ${room}_tests)
     list(TRANSFORM ARG_CLASSES APPEND .cpp OUTPUT_VARIABLE class_sources)
     add_executable(${program} ${class_sources} ${ARG_SOURCES})
-    target_link_libraries(${program} PRIVATE plovendix_options tests_support tests_main ${ARG_DEPENDS} Qt6::Gui Qt6::Network Qt6::Test)
+    target_link_libraries(${program} PRIVATE plovendix_options tests_headers tests_support tests_main ${ARG_DEPENDS} Qt6::Gui Qt6::Network Qt6::Test)
     set_target_properties(${program} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     if(ARG_WIDGETS)
         target_link_libraries(${program} PRIVATE Qt6::Widgets)

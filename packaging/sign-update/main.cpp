@@ -1,5 +1,5 @@
-#include <services/update/AppcastSignature.h>
-#include <services/update/ReleaseVersion.h>
+#include <features/updates/AppcastSignature.h>
+#include <features/updates/ReleaseVersion.h>
 
 #include <QCoreApplication>
 #include <QDateTime>

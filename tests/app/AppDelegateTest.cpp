@@ -1,11 +1,11 @@
 #include <app/AppDelegate.h>
-#include <platform/Bundle.h>
-#include <platform/URLEventCentre.h>
-#include <platform/UserDefaults.h>
-#include <platform/ValueTransformer.h>
-#include <platform/Workspace.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
+#include <base/Bundle.h>
+#include <base/UserDefaults.h>
+#include <base/ValueTransformer.h>
+#include <base/Workspace.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <ui/system/URLEventCentre.h>
 
 #include <QTest>
 

@@ -1,9 +1,9 @@
-#include <MainViewFixture.h>
-#include <platform/Bundle.h>
-#include <platform/FileManager.h>
-#include <services/catalogue/CatalogueServices.h>
-#include <support/TestMain.h>
-#include <views/DragFilesHereView.h>
+#include <tests/features/search/MainViewFixture.h>
+#include <base/Bundle.h>
+#include <base/FileManager.h>
+#include <features/search/DragFilesHereView.h>
+#include <sources/catalogue/CatalogueServices.h>
+#include <tests/support/TestMain.h>
 
 #include <QDir>
 #include <QFile>

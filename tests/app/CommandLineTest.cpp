@@ -1,7 +1,7 @@
 #include <app/CommandLine.h>
-#include <platform/FileManager.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
+#include <base/FileManager.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
 
 #include <QTest>
 

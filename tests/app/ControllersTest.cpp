@@ -1,11 +1,11 @@
 #include <app/AppScenes.h>
-#include <languages/PrefsWindowController.h>
-#include <platform/Storyboard.h>
-#include <platform/Window.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
-#include <support/scripted/ScriptedServices.h>
-#include <views/PlatformSpecificController.h>
+#include <features/preferences/PrefsWindowController.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/scripted/ScriptedServices.h>
+#include <ui/scenes/Storyboard.h>
+#include <ui/window/PlatformSpecificController.h>
+#include <ui/window/Window.h>
 
 #include <QMessageBox>
 #include <QTest>

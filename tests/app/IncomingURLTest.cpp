@@ -1,14 +1,14 @@
 #include <app/AppDelegate.h>
 #include <app/AppScenes.h>
 #include <app/MainWindowController.h>
-#include <platform/MainQueue.h>
-#include <platform/Storyboard.h>
-#include <platform/URLEventCentre.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
-#include <support/scripted/ScriptedServices.h>
+#include <base/MainQueue.h>
+#include <features/search/MainViewController.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/scripted/ScriptedServices.h>
+#include <ui/scenes/Storyboard.h>
+#include <ui/system/URLEventCentre.h>
+#include <ui/window/Window.h>
 
 #include <QLineEdit>
 #include <QMessageBox>

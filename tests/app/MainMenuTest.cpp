@@ -1,15 +1,15 @@
 #include <app/AppDelegate.h>
 #include <app/AppScenes.h>
 #include <app/MainWindowController.h>
-#include <panels/FeedbackReporting.h>
-#include <panels/UpdateChecking.h>
-#include <platform/URLEventCentre.h>
-#include <platform/Window.h>
-#include <platform/Workspace.h>
-#include <search/MainViewController.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
-#include <support/scripted/ScriptedServices.h>
+#include <base/Workspace.h>
+#include <features/feedback/FeedbackReporting.h>
+#include <features/search/MainViewController.h>
+#include <features/updates/UpdateChecking.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/scripted/ScriptedServices.h>
+#include <ui/system/URLEventCentre.h>
+#include <ui/window/Window.h>
 
 #include <QFileDialog>
 #include <QMenu>

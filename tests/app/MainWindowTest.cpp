@@ -1,15 +1,15 @@
 #include <app/AppDelegate.h>
 #include <app/AppScenes.h>
 #include <app/MainWindowController.h>
-#include <languages/MenuForBindings.h>
-#include <platform/Storyboard.h>
-#include <platform/TitlebarAccessoryViewController.h>
-#include <platform/UserDefaults.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
-#include <support/scripted/ScriptedServices.h>
+#include <base/UserDefaults.h>
+#include <features/preferences/MenuForBindings.h>
+#include <features/search/MainViewController.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/scripted/ScriptedServices.h>
+#include <ui/scenes/Storyboard.h>
+#include <ui/window/TitlebarAccessoryViewController.h>
+#include <ui/window/Window.h>
 
 #include <QAbstractItemView>
 #include <QAccessible>

@@ -1,7 +1,7 @@
 #include <app/PatientSecretStore.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
-#include <support/UnpaintedProgram.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/UnpaintedProgram.h>
 
 #include <QStringList>
 #include <QTest>

@@ -1,6 +1,6 @@
 #include <app/SecretFileQuestion.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
 
 #include <QApplication>
 #include <QMessageBox>

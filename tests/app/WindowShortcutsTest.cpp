@@ -1,15 +1,15 @@
 #include <app/AppScenes.h>
 #include <app/MainWindowController.h>
-#include <panels/DonateViewController.h>
-#include <panels/FeedbackWindowController.h>
-#include <panels/UpdateWindowController.h>
-#include <platform/Storyboard.h>
-#include <platform/UserDefaults.h>
-#include <platform/Window.h>
-#include <search/MainViewController.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
-#include <support/scripted/ScriptedServices.h>
+#include <base/UserDefaults.h>
+#include <features/donation/DonateViewController.h>
+#include <features/feedback/FeedbackWindowController.h>
+#include <features/search/MainViewController.h>
+#include <features/updates/UpdateWindowController.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/scripted/ScriptedServices.h>
+#include <ui/scenes/Storyboard.h>
+#include <ui/window/Window.h>
 
 #include <QApplication>
 #include <QFileDialog>

@@ -33,7 +33,7 @@ def tests_do_not_sleep(root):
 
 def tests_do_not_time(root):
     """A limit of time fails on a busy machine or passes a break; one test draws its moments from a clock."""
-    draws_moments = os.path.join('tests', 'services', 'catalogue', 'CatalogueKillTest.cpp')
+    draws_moments = os.path.join('tests', 'sources', 'catalogue', 'import', 'CatalogueKillTest.cpp')
     paths = [path for path in _cpp(root, 'tests') if path.endswith('Test.cpp') and path != draws_moments]
     yield from _matches(root, paths, r'\b(QElapsedTimer\b|clock_gettime\s*\(|(steady|system)_clock::now\s*\()',
                         '{} judges by the clock instead of by a fact')
@@ -72,11 +72,11 @@ def files_are_short(root):
             yield path, count, f'{count} lines, more than {MAX_LINES}'
 
 
-def only_the_entry_knows_services(root):
+def only_the_entry_knows_sources(root):
     allowed = tuple(folder + os.sep for folder in (
-        'app', 'services', 'benchmarks', 'fuzz', *(os.path.join('tests', name) for name in ('app', 'services', 'desktop'))))
+        'app', 'sources', 'benchmarks', 'fuzz', *(os.path.join('tests', name) for name in ('app', 'sources', 'desktop'))))
     paths = [path for path in _cpp(root) if not path.startswith(allowed)]
-    yield from _matches(root, paths, r'#include\s*[<"](\.\./)*services/[^>"]*', '{} chooses an implementation',
+    yield from _matches(root, paths, r'#include\s*[<"](\.\./)*sources/[^>"]*', '{} chooses an implementation',
                         prepare=str)
 
 
@@ -109,7 +109,7 @@ def no_paths_of_one_machine(root):
 
 def texts_have_one_way(root):
     """Bundle::localizedString is the lookup below String::localize, and String::fill alone knows the placeholders."""
-    own = tuple(os.path.join('platform', 'foundation', name) for name in ('Bundle', 'LocalizedString'))
+    own = tuple(os.path.join('base', name) for name in ('Bundle', 'LocalizedString'))
     paths = [path for path in _cpp(root, *ROOMS) if not path.startswith(own)]
     yield from _matches(root, paths, r'\b(localizedString|QString (localized|filled))\s*\(',
                         '{} is another way than String::localize and String::fill')
@@ -130,5 +130,5 @@ def layout_is_clang_format(root):
 
 RULES = {rule.__name__: rule for rule in (
     tests_do_not_sleep, tests_do_not_time, connections_are_typed, connections_have_a_context, events_are_not_pumped,
-    files_are_short, only_the_entry_knows_services, includes_name_their_room, files_are_written_whole, nothing_is_unfinished,
+    files_are_short, only_the_entry_knows_sources, includes_name_their_room, files_are_written_whole, nothing_is_unfinished,
     no_paths_of_one_machine, texts_have_one_way, layout_is_clang_format)}

@@ -2,7 +2,7 @@
 import os
 import re
 
-ROOMS = ('app', 'panels', 'languages', 'search', 'delivery', 'views', 'platform', 'services', 'resources')
+ROOMS = ('app', 'features', 'sources', 'ui', 'media', 'net', 'model', 'base', 'resources')
 CPP = ('.cpp', '.h')
 NOT_OURS = ('build', '.git', '.cache', '__pycache__')
 

@@ -1,6 +1,6 @@
-#include <platform/Bundle.h>
-#include <support/Sandbox.h>
-#include <support/TestMain.h>
+#include <base/Bundle.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
 
 #include <QTest>
 

@@ -1,10 +1,10 @@
 #pragma once
 #include "RawPasteboard.h"
 
-#include <platform/ViewController.h>
-#include <platform/Window.h>
-#include <views/DragFilesHereView.h>
-#include <views/DroppedFileReceiver.h>
+#include <features/search/DragFilesHereView.h>
+#include <features/search/DroppedFileReceiver.h>
+#include <ui/window/ViewController.h>
+#include <ui/window/Window.h>
 
 #include <QApplication>
 #include <QDragEnterEvent>

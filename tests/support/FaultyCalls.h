@@ -1,5 +1,5 @@
 #pragma once
-#include <platform/FileSystemCalls.h>
+#include <base/FileSystemCalls.h>
 
 #include <QString>
 #include <QStringList>

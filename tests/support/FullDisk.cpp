@@ -1,6 +1,6 @@
 #include "FullDisk.h"
 
-#include <platform/FileWriting.h>
+#include <base/FileWriting.h>
 
 #include <QDir>
 #include <QDirIterator>

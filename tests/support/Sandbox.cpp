@@ -1,9 +1,9 @@
 #include "Sandbox.h"
 
-#include <platform/Bundle.h>
-#include <platform/FatalFault.h>
-#include <platform/StandardOutput.h>
-#include <platform/UserDefaults.h>
+#include <base/Bundle.h>
+#include <base/FatalFault.h>
+#include <base/StandardOutput.h>
+#include <base/UserDefaults.h>
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
-#include <platform/FirstPaint.h>
-#include <platform/MainQueue.h>
+#include <base/MainQueue.h>
+#include <ui/window/FirstPaint.h>
 
 /// A program that has painted no window yet, with a main queue whose clock the test drives. Both are as they
 /// were when it goes.

@@ -1,7 +1,7 @@
 #include "KeywordServices.h"
 
-#include <platform/FileManager.h>
-#include <platform/MainQueue.h>
+#include <base/FileManager.h>
+#include <base/MainQueue.h>
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
-#include <search/api/MetadataService.h>
-#include <search/api/SubtitleService.h>
+#include <model/MetadataService.h>
+#include <model/SubtitleService.h>
 #include <QStringList>
 #include <map>
 

@@ -1,0 +1,57 @@
+#include "DownloadFolder.h"
+
+#include "FileWriting.h"
+#include "LocalizedString.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr auto FolderPrefix = "get-"_L1;
+} // namespace
+
+DownloadFolder::DownloadFolder(const QString &path)
+    : m_path(path), m_failureFormat(String::localize(u"The subtitle could not be stored in “%@”."_s))
+{
+}
+
+QString DownloadFolder::standardPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/Plovendix/downloads"_L1;
+}
+
+Result<QUrl> DownloadFolder::publish(const QString &name, const QByteArray &content) const
+{
+    const auto failure = [this](const QString &detail) {
+        return Error{u"Downloads"_s, 1, String::fill(m_failureFormat, {m_path}), detail};
+    };
+    if (!QDir().mkpath(m_path))
+        return failure(u"mkpath"_s);
+    QTemporaryDir folder(m_path + u'/' + FolderPrefix + "XXXXXX"_L1);
+    if (!folder.isValid())
+        return failure(folder.errorString());
+    const QString path = folder.filePath(name);
+    if (const Result<void> written = writeFile(path, content); !written) {
+        Error error = failure(written.error().detail);
+        error.localizedDescription += u' ' + written.error().localizedDescription;
+        return error;
+    }
+    folder.setAutoRemove(false);
+    return QUrl::fromLocalFile(path);
+}
+
+void DownloadFolder::clearOlderThan(std::chrono::hours age) const
+{
+    const QDateTime limit = QDateTime::currentDateTimeUtc().addDuration(-age);
+    const auto kinds = QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot | QDir::Hidden;
+    const QFileInfoList folders = QDir(m_path).entryInfoList({FolderPrefix + u'*'}, kinds);
+    for (const QFileInfo &folder : folders) {
+        if (folder.lastModified() < limit)
+            QDir(folder.filePath()).removeRecursively();
+    }
+}

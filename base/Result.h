@@ -1,0 +1,43 @@
+#pragma once
+#include "Error.h"
+#include <utility>
+#include <variant>
+
+/// Either a value or the Error that kept it from coming about. Reading the side that is not there is a
+/// programming fault (std::bad_variant_access).
+template <class Value>
+class [[nodiscard]] Result final
+{
+public:
+    Result(Value value) : m_content(std::in_place_index<0>, std::move(value)) {}
+    Result(Error error) : m_content(std::in_place_index<1>, std::move(error)) {}
+
+    bool hasValue() const { return m_content.index() == 0; }
+    explicit operator bool() const { return hasValue(); }
+
+    const Value &value() const & { return std::get<0>(m_content); }
+    Value &value() & { return std::get<0>(m_content); }
+    Value &&value() && { return std::get<0>(std::move(m_content)); }
+    const Value &operator*() const & { return value(); }
+    const Value *operator->() const { return &value(); }
+    const Error &error() const { return std::get<1>(m_content); }
+
+private:
+    std::variant<Value, Error> m_content;
+};
+
+/// Success without a value, or an Error.
+template <>
+class [[nodiscard]] Result<void> final
+{
+public:
+    Result() = default;
+    Result(Error error) : m_content(std::move(error)) {}
+
+    bool hasValue() const { return m_content.index() == 0; }
+    explicit operator bool() const { return hasValue(); }
+    const Error &error() const { return std::get<1>(m_content); }
+
+private:
+    std::variant<std::monostate, Error> m_content;
+};

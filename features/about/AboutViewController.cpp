@@ -1,0 +1,119 @@
+#include "ui_AboutViewController.h"
+
+#include "AboutViewController.h"
+#include "AttributedText.h"
+#include <base/Links.h>
+#include "RtfReader.h"
+
+#include <base/Bundle.h>
+#include <base/FatalFault.h>
+#include <base/StandardOutput.h>
+#include <base/Workspace.h>
+#include <ui/scenes/SceneConnections.h>
+#include <ui/window/Window.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr double CreditsMargin = 10; // points
+
+bool isText(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QString;
+}
+} // namespace
+
+AboutViewController::AboutViewController()
+{
+    const auto information = Bundle::main().infoDictionary();
+    if (!information)
+        fatalFault(u"The main bundle has no information dictionary"_s);
+    m_appName = information->value(u"CFBundleName"_s);
+    m_appCopyright = information->value(u"NSHumanReadableCopyright"_s);
+    m_visitWebSiteButtonTitle = String::localize(u"Visit the Quorvane Website"_s);
+    m_rateAppButtonTitle = String::localize(u"Quorvane in the App Store"_s);
+}
+
+AboutViewController::~AboutViewController() = default;
+
+QString AboutViewController::appVersion() const
+{
+    const auto information = Bundle::main().infoDictionary().value_or(QVariantMap());
+    const QVariant version = information.value(u"CFBundleShortVersionString"_s);
+    const QVariant build = information.value(u"CFBundleVersion"_s);
+    if (!isText(version) || !isText(build))
+        return u"Unknown"_s;
+    return String::fill(String::localize(u"Version %@ (%@)"_s), {version.toString(), build.toString()});
+}
+
+void AboutViewController::loadView()
+{
+    auto root = std::make_unique<QWidget>();
+    m_scene = std::make_unique<Ui::AboutViewController>();
+    m_scene->setupUi(root.get());
+    creditsTextView = m_scene->creditsTextView;
+    creditsTextView->viewport()->setAutoFillBackground(false);
+    creditsTextView->document()->setDocumentMargin(CreditsMargin);
+    m_scene->iconView->setImage(Image::named(u"com.quorvane.Plovendix"_s));
+    connect(creditsTextView, &QTextBrowser::anchorClicked, this,
+            [](const QUrl &link) { Workspace::sharedWorkspace().openURL(link); });
+    connectScene(*root, *this);
+    setView(std::move(root));
+}
+
+void AboutViewController::viewWillAppear()
+{
+    PlatformController::viewWillAppear();
+    Window *about = window();
+    if (!about)
+        return;
+    styleWindow(*about);
+    showCredits();
+}
+
+void AboutViewController::viewDidAppear()
+{
+    PlatformController::viewDidAppear();
+    // The keys scroll the credits at once.
+    if (Window *about = window())
+        about->makeFirstResponder(creditsTextView);
+}
+
+void AboutViewController::styleWindow(Window &about)
+{
+    about.setFullSizeContentView(true);
+    about.setTitlebarAppearsTransparent(true);
+    about.setTitleVisibility(Window::TitleVisibility::Hidden);
+    about.setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
+    about.setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    about.center();
+}
+
+void AboutViewController::showCredits()
+{
+    const auto path = Bundle::main().pathForResource(u"Credits"_s, u"rtf"_s);
+    if (!path)
+        return;
+    Result<AttributedText> credits = readRtfFile(*path);
+    if (!credits) {
+        printLine(u"Couldn't set the credits"_s);
+        return;
+    }
+    credits.value().setForegroundColor(std::nullopt);
+    credits->writeTo(*creditsTextView->document(), creditsTextView->font());
+    // Filling it has taken the view's cursor to the end, and the view would follow when it is shown.
+    creditsTextView->moveCursor(QTextCursor::Start);
+}
+
+void AboutViewController::visitQuorvaneWebsite(QObject *)
+{
+    Links::open(Links::Website);
+}
+
+void AboutViewController::rateInAppStore(QObject *)
+{
+    // Few desktops have a store that takes the link.
+    if (!Links::open(Links::AppStorePage))
+        Links::open(Links::Website);
+}

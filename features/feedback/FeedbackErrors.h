@@ -1,0 +1,17 @@
+#pragma once
+#include <base/Error.h>
+
+/// Why a report was not sent.
+enum class FeedbackFault
+{
+    ForbiddenAddress = 1, // in the settings
+    Offline,
+    Timeout,
+    Unavailable,
+    Insecure,
+    Proxy,
+    Refused // the server does not take it
+};
+
+/// An Error with a sentence for the person.
+Error feedbackError(FeedbackFault fault, const QString &detail);

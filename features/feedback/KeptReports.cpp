@@ -1,0 +1,70 @@
+#include "KeptReports.h"
+
+#include <base/FileWriting.h>
+#include <base/LocalizedString.h>
+
+#include <QDir>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qint64 MaxBytes = 1024LL * 1024;
+
+std::optional<FeedbackReport> reportIn(const QFileInfo &entry)
+{
+    QFile file(entry.filePath());
+    if (entry.isSymLink() || entry.size() > MaxBytes || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return FeedbackReport::fromJson(file.read(MaxBytes));
+}
+
+Error notKept(const QString &folder, const Error &reason)
+{
+    const QString sentence = String::localize(u"The report could not be kept in “%@” either."_s);
+    return {u"Feedback"_s, 0, String::fill(sentence, {folder}) + u' ' + reason.localizedDescription,
+            reason.detail};
+}
+} // namespace
+
+KeptReports::KeptReports(const QString &folder) : m_folder(folder) {}
+
+QString KeptReports::standardFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Plovendix/feedback"_s;
+}
+
+QString KeptReports::freePath(const QDateTime &date) const
+{
+    const QString stem = m_folder + u"/report-"_s + date.toUTC().toString(u"yyyyMMdd-HHmmss"_s);
+    QString path = stem + u".json"_s;
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path = u"%1-%2.json"_s.arg(stem).arg(number);
+    return path;
+}
+
+Result<QString> KeptReports::keep(const FeedbackReport &report, const QDateTime &date,
+                                  const QString &over) const
+{
+    QDir().mkpath(m_folder);
+    const QString path = over.isEmpty() ? freePath(date) : over;
+    const Result<void> written = writeFile(path, report.toJson(), FileAccess::OwnerOnly);
+    return written ? Result<QString>(path) : notKept(m_folder, written.error());
+}
+
+std::optional<KeptReports::Kept> KeptReports::oldest() const
+{
+    const auto entries =
+        QDir(m_folder).entryInfoList({u"report-*.json"_s}, QDir::Files | QDir::NoSymLinks, QDir::Name);
+    for (const QFileInfo &entry : entries) {
+        if (const auto report = reportIn(entry))
+            return Kept{entry.filePath(), *report, entry.lastModified()};
+    }
+    return std::nullopt;
+}
+
+void KeptReports::remove(const QString &path) const
+{
+    QFile::remove(path);
+}

@@ -1,0 +1,92 @@
+#include "FolderImportSection.h"
+
+#include "FolderDialog.h"
+#include "FolderImportSentences.h"
+#include <ui/controls/ProgressLine.h>
+
+#include <ui/style/BusyIndicator.h>
+
+#include <QLabel>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int Steps = 1000; // of the line; there may be more files than it can count
+
+/// One button takes the place of another; the keyboard stays there, also while a dialogue is in front.
+void exchange(QPushButton &from, QPushButton &to)
+{
+    const bool hadFocus = from.window()->focusWidget() == &from;
+    to.show();
+    from.hide();
+    if (hadFocus)
+        to.setFocus(Qt::OtherFocusReason);
+}
+} // namespace
+
+FolderImportSection::FolderImportSection(const Parts &parts, QWidget &view)
+    : QObject(&view), m_parts(parts), m_importing(FolderImporting::shared())
+{
+    m_parts.progressLine->setRange(0, Steps);
+    m_parts.addButton->setEnabled(m_importing != nullptr);
+    if (m_importing)
+        connect(m_importing.get(), &FolderImporting::changed, this, &FolderImportSection::show);
+    show();
+}
+
+void FolderImportSection::askAndStart()
+{
+    if (!m_importing)
+        return;
+    askForFolder(*m_parts.addButton->window(),
+                 [importing = m_importing](const QString &folder) { importing->start(folder); });
+}
+
+void FolderImportSection::cancel()
+{
+    if (m_importing)
+        m_importing->stop();
+}
+
+void FolderImportSection::show()
+{
+    const FolderImportState state = m_importing ? m_importing->state() : FolderImportState();
+    showControls(state);
+    if (state.isRunning())
+        return showProgress(state);
+    m_parts.statusLabel->setText(FolderImportSentences::atTheEnd(state));
+    m_parts.statusLabel->setToolTip({});
+    if (state.phase != FolderImportState::Phase::Idle)
+        Q_EMIT catalogueChanged();
+}
+
+void FolderImportSection::showControls(const FolderImportState &state)
+{
+    if (state.isRunning() && m_parts.cancelButton->isHidden())
+        exchange(*m_parts.addButton, *m_parts.cancelButton);
+    else if (!state.isRunning() && m_parts.addButton->isHidden())
+        exchange(*m_parts.cancelButton, *m_parts.addButton);
+    m_parts.busyIndicator->setVisible(state.isRunning() && state.files == 0);
+    m_parts.progressLine->setVisible(state.isRunning() && state.files > 0);
+}
+
+void FolderImportSection::showProgress(const FolderImportState &state)
+{
+    // There may be more of them by now than were counted.
+    const double part = state.total > 0 ? double(state.files) / double(state.total) : 0;
+    m_parts.progressLine->setValue(qBound(0, qRound(part * Steps), Steps));
+    m_parts.statusLabel->setText(progressText(state));
+    m_parts.statusLabel->setToolTip(state.current);
+}
+
+QString FolderImportSection::progressText(const FolderImportState &state) const
+{
+    const QString sentence = FolderImportSentences::whileRunning(state);
+    if (state.current.isEmpty() || state.phase == FolderImportState::Phase::Stopping)
+        return sentence;
+    const QLabel &label = *m_parts.statusLabel;
+    return sentence + u'\n' +
+           label.fontMetrics().elidedText(state.current, Qt::ElideMiddle, label.minimumWidth());
+}

@@ -1,0 +1,64 @@
+#include "PrefsWindowController.h"
+
+#include "PrefsTabViewController.h"
+
+#include <ui/scenes/Storyboard.h>
+#include <ui/window/Window.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString StoryboardName = u"Preferences"_s;
+const QStringList PaneOrder = {u"PrefsGeneralViewController"_s, u"PrefsServicesViewController"_s,
+                               u"PrefsUpdatesViewController"_s};
+} // namespace
+
+PrefsWindowController::PrefsWindowController() : PrefsWindowController(availablePanes()) {}
+
+PrefsWindowController::PrefsWindowController(const QStringList &paneIdentifiers)
+    : m_identifiers(paneIdentifiers)
+{
+    const Storyboard storyboard = Storyboard::named(StoryboardName);
+    QList<std::shared_ptr<ViewController>> panes;
+    for (const QString &identifier : paneIdentifiers)
+        panes += storyboard.instantiateController(identifier);
+    m_tabs = ViewController::make<PrefsTabViewController>(panes);
+    setContentViewController(m_tabs);
+}
+
+PrefsWindowController::~PrefsWindowController() = default;
+
+QStringList PrefsWindowController::availablePanes()
+{
+    QStringList registered = Storyboard::named(StoryboardName).controllerIdentifiers();
+    QStringList panes;
+    for (const QString &identifier : PaneOrder) {
+        if (registered.removeOne(identifier))
+            panes += identifier;
+    }
+    return panes + registered;
+}
+
+void PrefsWindowController::showPane(const QString &identifier)
+{
+    m_tabs->showPane(static_cast<int>(m_identifiers.indexOf(identifier)));
+}
+
+void PrefsWindowController::loadWindow()
+{
+    auto window = std::make_unique<Window>();
+    window->setObjectName(u"PreferencesWindow"_s);
+    window->setResizable(false);
+    window->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
+    window->setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    setWindow(std::move(window));
+}
+
+void PrefsWindowController::windowDidLoad()
+{
+    WindowController::windowDidLoad();
+    m_tabs->fitWindow();
+    if (Window *preferences = window())
+        preferences->center();
+}

@@ -1,0 +1,47 @@
+#include "DropOutline.h"
+
+#include <ui/views/BezierPath.h>
+
+#include <QAbstractScrollArea>
+#include <QPainter>
+
+namespace
+{
+constexpr qreal OutlinePoints = 4;
+} // namespace
+
+void drawDropOutline(QPainter &painter, const QRect &bounds, const QPalette &palette)
+{
+    // A view cannot draw beyond its edge: the stroke along it moves in by half its width, so that all of it
+    // shows.
+    constexpr qreal half = OutlinePoints / 2;
+    BezierPath path = BezierPath::rect(QRectF(bounds).adjusted(half, half, -half, -half));
+    path.setLineWidth(OutlinePoints);
+    painter.setPen(palette.color(QPalette::Active, QPalette::Highlight));
+    path.stroke(painter, bounds.height());
+}
+
+DropOutline::DropOutline(QWidget *parent) : QWidget(parent)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    hide();
+}
+
+void DropOutline::setShown(bool shown)
+{
+    if (shown) {
+        // Beside the scroll bar, but not below what lies over the view's insets.
+        const auto *area = qobject_cast<QAbstractScrollArea *>(parentWidget());
+        const QRect place = area ? area->viewport()->geometry() : parentWidget()->rect();
+        setGeometry(0, place.y(), parentWidget()->width(), place.height());
+        raise();
+    }
+    setVisible(shown);
+}
+
+void DropOutline::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    drawDropOutline(painter, rect(), palette());
+}

@@ -1,0 +1,134 @@
+#include "ui_MainViewController.h"
+
+#include "MainViewController.h"
+#include "ScrollView.h"
+
+#include <base/FileManager.h>
+#include <base/MainQueue.h>
+#include <base/StandardOutput.h>
+#include <base/StringHelpers.h>
+#include <ui/controls/Label.h>
+#include <ui/views/Animator.h>
+#include <ui/views/ImageFade.h>
+#include <ui/views/ImageView.h>
+#include <ui/views/LayoutConstraint.h>
+
+namespace
+{
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+constexpr qreal PanelShown = 0;
+constexpr qreal PanelHidden = -168;
+constexpr QMargins InsetsWithPanel(0, 80, 0, 168); // left, top, right, bottom
+constexpr QMargins InsetsWithoutPanel(0, 80, 0, 0);
+constexpr auto PanelDuration = 250ms;
+constexpr qreal PosterCornerRadius = 6;
+constexpr QSize PosterSize(154, 154);
+
+void printError(const Error &error)
+{
+    printLine(u"Error: "_s + error.localizedDescription);
+}
+} // namespace
+
+void MainViewController::updateDetailView()
+{
+    const int row = tableView ? tableView->selectedRow() : -1;
+    if (row < 0) {
+        printLine(u"No subtitles available"_s);
+        return;
+    }
+    const auto found = subtitles.load();
+    if (!found || !m_shownSubtitles)
+        return;
+    if (found->isEmpty()) { // stored by a search that has ended, while the table still shows the rows before
+                            // it
+        printLine(u"This doesn't work"_s);
+        return;
+    }
+    const SubtitlePtr subtitle = m_shownSubtitles->at(row);
+    detailFileLabel->setText(subtitle->subFileName);
+    detailTitleLabel->setText(subtitle->detailString());
+    detailLanguageLabel->setText(subtitle->languageName);
+
+    detailViewImageView->setWantsLayer(true);
+    detailViewImageView->setCanDrawSubviewsIntoLayer(true);
+    if (Layer *layer = detailViewImageView->layer()) {
+        layer->setCornerRadius(PosterCornerRadius);
+        layer->setMasksToBounds(true);
+    }
+    Animator::setImage(*detailViewImageView, std::nullopt);
+    if (subtitle->imdbID)
+        loadPoster(*subtitle->imdbID);
+    else
+        printLine(u"No poster image found"_s);
+}
+
+/// Nobody checks that the selection is still the one the lookup began for: what arrives last is shown.
+void MainViewController::loadPoster(const QString &imdbID)
+{
+    MetadataService::shared().findExternally(imdbID, ExternalSource::imdb,
+                                             [weak = weakSelf()](const Result<FindResult> &found) {
+                                                 const auto self = weak.lock();
+                                                 if (!self)
+                                                     return;
+                                                 if (!found)
+                                                     return printError(found.error());
+                                                 self->fetchPoster(*found);
+                                             });
+}
+
+void MainViewController::fetchPoster(const FindResult &found)
+{
+    const QList<TmdbItem> &items = found.movieResults.isEmpty() ? found.tvResults : found.movieResults;
+    if (items.isEmpty())
+        return;
+    MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, PosterSize,
+                                         [weak = weakSelf()](const Result<QImage> &image) {
+                                             const auto self = weak.lock();
+                                             if (!self)
+                                                 return;
+                                             if (!image)
+                                                 return printError(image.error());
+                                             setImageWithFade(*self->detailViewImageView, Image(*image));
+                                         });
+}
+
+void MainViewController::showDetailView(bool animated)
+{
+    if (detailViewBottomConstraint->constant() == PanelShown)
+        return;
+    scrollView->setContentInsets(InsetsWithPanel);
+    if (!animated) {
+        detailViewBottomConstraint->setConstant(PanelShown);
+        return;
+    }
+    Animator::setConstant(*detailViewBottomConstraint, PanelShown, PanelDuration, [weak = weakSelf()] {
+        onMainQueue(weak, [](MainViewController &self) {
+            if (self.tableView && self.tableView->selectedRow() >= 0)
+                self.tableView->scrollRowToVisible(self.tableView->selectedRow());
+        });
+    });
+}
+
+void MainViewController::hideDetailView(bool animated)
+{
+    if (detailViewBottomConstraint->constant() == PanelHidden)
+        return;
+    scrollView->setContentInsets(InsetsWithoutPanel);
+    if (animated)
+        Animator::setConstant(*detailViewBottomConstraint, PanelHidden, PanelDuration);
+    else
+        detailViewBottomConstraint->setConstant(PanelHidden);
+}
+
+/// The file of the search, which the save sheet begins from also after words were typed in the meantime.
+void MainViewController::showSaveTarget()
+{
+    const auto url = currentFileURL.value();
+    if (url)
+        m_scene->saveTargetLabel->setText(
+            String::fill(String::localize(u"Saves beside “%@”"_s), {FileManager::displayName(*url)}));
+    m_scene->saveTargetLabel->setVisible(url.has_value());
+}

@@ -1,0 +1,221 @@
+#include "ui_MainViewController.h"
+
+#include "DownloadPrompt.h"
+#include "MainViewController.h"
+
+#include <base/FatalFault.h>
+#include <base/FileManager.h>
+#include <base/StringHelpers.h>
+#include <base/Workspace.h>
+#include <features/delivery/SuggestedFileName.h>
+#include <ui/dialogs/SavePanel.h>
+#include <ui/window/ErrorAlert.h>
+#include <ui/window/Window.h>
+
+#include <QGuiApplication>
+
+namespace
+{
+using namespace Qt::StringLiterals;
+
+/// Alt (the Option key of this platform) and no other modifier: Shift, Control and Meta count, the keypad
+/// does not.
+bool isOptionAloneHeld()
+{
+    const Qt::KeyboardModifiers held = QGuiApplication::keyboardModifiers();
+    return (held & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier)) == Qt::AltModifier;
+}
+} // namespace
+
+void MainViewController::download(QObject *)
+{
+    // Not in front of nothing, and not where the modifier that is held now would be lost on the way.
+    DownloadPrompt *prompt = DownloadPrompt::shared();
+    const bool mayPrompt = prompt && rowToDownload() && !isOptionAloneHeld();
+    if (!mayPrompt || !prompt->presentBeforeDownload(*this))
+        downloadSelectedSubtitle();
+}
+
+void MainViewController::downloadSelectedSubtitle()
+{
+    startDownload(SaveChoice::AsRequested);
+}
+
+void MainViewController::saveSelectedSubtitleAs()
+{
+    startDownload(SaveChoice::AlwaysSheet);
+}
+
+std::optional<int> MainViewController::rowToDownload() const
+{
+    const int row = tableView ? tableView->selectedRow() : -1;
+    return row >= 0 && subtitles.load() && m_shownSubtitles ? std::optional(row) : std::nullopt;
+}
+
+void MainViewController::startDownload(SaveChoice choice)
+{
+    const auto row = rowToDownload();
+    if (!row)
+        return;
+    // The row is one of the table's, so it picks from what the table shows, not from what has been stored
+    // since.
+    if (*row >= m_shownSubtitles->size())
+        fatalFault(u"The selected row %1 lies beyond the results"_s.arg(*row));
+    const SubtitlePtr subtitle = m_shownSubtitles->at(*row);
+    const bool forceSavePanel = choice == SaveChoice::AlwaysSheet || isOptionAloneHeld();
+    hideDelivered();
+    setIsDownloading(true);
+    SubtitleService::shared().download(
+        subtitle, [weak = weakSelf(), subtitle, forceSavePanel](const Result<QUrl> &result) {
+            if (const auto self = weak.lock())
+                self->finishDownload(result, subtitle, forceSavePanel);
+        });
+}
+
+void MainViewController::cancelDownload(QObject *)
+{
+    SubtitleService::shared().cancelDownloads();
+    setIsDownloading(false);
+}
+
+/// On the thread the service answers on, like the delivery to a companion application.
+void MainViewController::finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle,
+                                        bool forceSavePanel)
+{
+    const auto weak = weakSelf();
+    if (result) {
+        deliverDownloadedSubtitle(subtitle, *result, forceSavePanel);
+    } else {
+        onMainQueue(weak,
+                    [error = result.error()](MainViewController &self) { self.presentErrorOnWindow(error); });
+    }
+    onMainQueue(weak, [](MainViewController &self) { self.setIsDownloading(false); });
+}
+
+void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file,
+                                                   bool forceSavePanel)
+{
+    const auto panel = std::make_shared<SavePanel>();
+    // Loaded once: a search that begins meanwhile on the main thread may change it.
+    const auto request = currentExternalRequestInfo.load();
+    if (request && !forceSavePanel) {
+        const Result<bool> sent = sendSubtitleToExternalApp(file, *subtitle, *request);
+        if (sent && *sent) {
+            onMainQueue(weakSelf(), [name = request->name](MainViewController &self) {
+                self.showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
+            });
+            return;
+        }
+    }
+    const auto suggestedName = suggestedFileName(currentFileURL.value(), *subtitle);
+    onMainQueue(weakSelf(), [panel, suggestedName, file](MainViewController &self) {
+        self.presentSavePanel(panel, suggestedName, file);
+    });
+}
+
+Result<bool> MainViewController::sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle,
+                                                           const ExternalRequestInfo &request)
+{
+    const CompanionDelivery delivery(FileManager::defaultManager(), Workspace::sharedWorkspace());
+    const Result<CompanionFile> sent = delivery.send(file, subtitle, request);
+    if (!sent)
+        return sent.error();
+    if (!sent->isReplyTaken)
+        onMainQueue(weakSelf(),
+                    [delivered = sent->url](MainViewController &self) { self.showWhereItLies(delivered); });
+    return sent->isReplyTaken;
+}
+
+void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &panel,
+                                          const std::optional<QString> &suggestedName, const QUrl &file)
+{
+    if (!window())
+        return;
+    panel->title = String::localize(u"Save"_s);
+    if (const auto url = currentFileURL.load())
+        panel->directoryURL = *url;
+    panel->nameFieldStringValue = suggestedName.value_or(FileManager::displayName(file));
+    panel->extensionHidden = false;
+    panel->canSelectHiddenExtension = true;
+    beginSheet(panel, file);
+}
+
+void MainViewController::beginSheet(const std::shared_ptr<SavePanel> &panel, const QUrl &file)
+{
+    panel->beginSheetModalForWindow(
+        window(), [weak = weakSelf(), panel = std::weak_ptr(panel), file](ModalResponse response) {
+            const auto self = weak.lock();
+            const auto answered = panel.lock();
+            if (self && answered && response == ModalResponse::OK)
+                self->moveToChosenPlace(file, answered);
+        });
+}
+
+void MainViewController::moveToChosenPlace(const QUrl &file, const std::shared_ptr<SavePanel> &panel)
+{
+    const std::optional<QUrl> destination = panel->URL();
+    if (!destination)
+        fatalFault(u"The save sheet was accepted without a place"_s);
+    const Result<void> moved = FileManager::defaultManager().moveItem(file, *destination);
+    if (!moved) {
+        presentErrorOnWindow(moved.error());
+        if (FileManager::isDestinationTaken(moved.error()))
+            askForAnotherName(file, panel, *destination);
+        return;
+    }
+    const QString name = FileManager::displayName(*destination);
+    showDelivered(String::fill(String::localize(u"Saved as %@"_s), {name}), *destination);
+}
+
+/// The same sheet once more, as the person left it.
+void MainViewController::askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel,
+                                           const QUrl &taken)
+{
+    if (!window()) // closed while the alert was up
+        return;
+    panel->directoryURL = taken.adjusted(QUrl::RemoveFilename);
+    panel->nameFieldStringValue = FileManager::displayName(taken);
+    beginSheet(panel, file);
+}
+
+void MainViewController::showDelivered(const QString &text, const std::optional<QUrl> &file)
+{
+    showDeliveryText(text, file);
+    if (DownloadPrompt *prompt = DownloadPrompt::shared())
+        prompt->noteDelivery();
+}
+
+/// The companion application's folder has the file, but nobody took the reply.
+void MainViewController::showWhereItLies(const QUrl &file)
+{
+    const QString folder = FileManager::displayPath(file.adjusted(QUrl::RemoveFilename));
+    showDeliveryText(String::fill(String::localize(u"The file is in “%@”."_s), {folder}), file);
+}
+
+void MainViewController::showDeliveryText(const QString &text, const std::optional<QUrl> &file)
+{
+    m_deliveredFile = file;
+    m_scene->deliveryLabel->setText(text);
+    m_scene->deliveryLabel->show();
+    m_scene->showInFolderButton->setVisible(file.has_value());
+}
+
+/// What was delivered before says nothing about what is searched for or downloaded now.
+void MainViewController::hideDelivered()
+{
+    m_deliveredFile.reset();
+    m_scene->deliveryLabel->hide();
+    m_scene->showInFolderButton->hide();
+}
+
+void MainViewController::showInFolder(QObject *)
+{
+    if (m_deliveredFile)
+        Workspace::sharedWorkspace().showInFileBrowser(*m_deliveredFile);
+}
+
+void MainViewController::presentErrorOnWindow(const Error &error)
+{
+    if (Window *host = window())
+        showErrorAlert(error, host);
+}

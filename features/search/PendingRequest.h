@@ -1,0 +1,18 @@
+#pragma once
+#include <features/delivery/ExternalRequest.h>
+#include <optional>
+
+/// Holds at most one request of a companion application until the main view has loaded: the application
+/// delegate, as this room sees it. Main thread only.
+class PendingRequest
+{
+public:
+    virtual ~PendingRequest() = default;
+
+    virtual std::optional<ExternalRequest> externalRequest() const = 0;
+    virtual void setExternalRequest(const std::optional<ExternalRequest> &request) = 0;
+
+    /// The application's holder, or nothing when there is none.
+    static PendingRequest *shared();
+    static void setShared(PendingRequest *holder);
+};

@@ -1,0 +1,24 @@
+#pragma once
+#include "LocaleSource.h"
+#include <base/ValueTransformer.h>
+#include <QMetaType>
+
+/// Shows a country code as the country's name in the person's locale, and turns a name back into its code.
+/// The locale is asked anew for every lookup.
+class CountryCodeToName final : public ValueTransformer
+{
+public:
+    explicit CountryCodeToName(const LocaleSource &source = LocaleSource::system()) : m_source(source) {}
+
+    static QMetaType transformedValueClass() { return QMetaType::fromType<QString>(); }
+    bool allowsReverseTransformation() const override { return true; }
+
+    /// The name of the code in any case, "Unknown" for a code without one and for a value that is no text.
+    QVariant transformedValue(const QVariant &value) const override;
+    /// The code as the locale data lists it; "US" for a name that no country bears and for a value that is no
+    /// text.
+    QVariant reverseTransformedValue(const QVariant &value) const override;
+
+private:
+    const LocaleSource &m_source; // outlives us
+};

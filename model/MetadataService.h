@@ -1,0 +1,57 @@
+#pragma once
+#include <base/Result.h>
+#include <QImage>
+#include <QList>
+#include <QSize>
+#include <QVariant>
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// Sources of external identifiers.
+enum class ExternalSource
+{
+    imdb = 0
+};
+
+/// One film or show as the metadata service knows it; opaque to everyone else.
+struct TmdbItem
+{
+    QVariant handle;
+};
+
+struct FindResult
+{
+    QList<TmdbItem> movieResults;
+    QList<TmdbItem> personResults;
+    QList<TmdbItem> tvResults;
+};
+
+enum class ImageKind
+{
+    Poster
+};
+
+/// Finds films and their pictures. Called on the main thread, and completions arrive there, after the call
+/// has returned.
+class MetadataService
+{
+public:
+    using FindCompletion = std::function<void(Result<FindResult>)>;
+    using ImageCompletion = std::function<void(Result<QImage>)>;
+
+    virtual ~MetadataService();
+
+    /// The one client, as installed by the process entry; a fatal fault before that.
+    static MetadataService &shared();
+    static void setShared(std::shared_ptr<MetadataService> service);
+
+    /// The language of titles and images, as the two-letter code stored in the settings; nothing leaves it to
+    /// the service.
+    std::optional<QString> preferredLanguage;
+
+    virtual void findExternally(const QString &id, ExternalSource source, FindCompletion completion) = 0;
+    /// `size` in points; the picture's device pixel ratio says how many pixels a point has.
+    virtual void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
+                            ImageCompletion completion) = 0;
+};

@@ -1,0 +1,48 @@
+#pragma once
+#include <base/Result.h>
+#include "Query.h"
+#include <QUrl>
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// Finds and fetches subtitles. Called on the main thread; completions arrive on any thread.
+class SubtitleService
+{
+public:
+    using QueryCompletion = std::function<void(Result<QueryResult>)>;
+    using DownloadCompletion = std::function<void(Result<QUrl>)>;
+
+    virtual ~SubtitleService();
+
+    /// The one client, as installed by the process entry; a fatal fault before that.
+    static SubtitleService &shared();
+    static void setShared(std::shared_ptr<SubtitleService> service);
+
+    /// Asks for subtitles. One completion a query, never before this call has returned, none once it was
+    /// cancelled.
+    virtual void query(const QList<Arg> &args, QueryCompletion completion) = 0;
+    /// Drops every outstanding query; a dropped query is never answered.
+    virtual void cancelQueryTask() = 0;
+    /// Fetches a result's file to the local disk: a URL that the caller may move away.
+    virtual void download(const SubtitlePtr &subtitle, DownloadCompletion completion) = 0;
+    /// Drops every outstanding download; a dropped one is not answered any more. An answer that has begun on
+    /// another thread goes on.
+    virtual void cancelDownloads() = 0;
+
+    /// The hash of a local video file; nothing when it cannot be read or hashed. The calling thread waits for
+    /// a short read, at most two seconds on a disk and never on a pipe or device.
+    static std::optional<VideoHash> hashFor(const QUrl &url);
+
+protected:
+    /// What stands behind `hashFor` and `VideoFileUtilities::componentsFrom` of the shared client.
+    virtual std::optional<VideoHash> computeHash(const QUrl &url) = 0;
+    virtual VideoFileComponents componentsOf(const QUrl &url) = 0;
+    friend struct VideoFileUtilities;
+};
+
+struct VideoFileUtilities
+{
+    /// What the name of a video file says; the file itself is not looked at.
+    static VideoFileComponents componentsFrom(const QUrl &url);
+};

@@ -1,0 +1,204 @@
+#include "HttpClient.h"
+
+#include "EnvironmentProxy.h"
+
+#include <base/Bundle.h>
+#include <base/LocalizedString.h>
+
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
+
+constexpr int MaxRedirects = 3;
+constexpr Clock::Duration LongestNap = std::chrono::seconds(30); // that connections survive
+
+Clock::Duration dateAhead(const Clock &clock)
+{
+    return Clock::Duration(clock.date().toMSecsSinceEpoch()) - clock.now();
+}
+
+bool isRedirect(int status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+QString originOf(const QUrl &url)
+{
+    return url.adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toString();
+}
+} // namespace
+
+/// The toolkit wants to know a proxy at once: each is learnt before a request needs it.
+class HttpClient::LearntProxies final : public QNetworkProxyFactory
+{
+public:
+    explicit LearntProxies(std::shared_ptr<ProxyTable> table) : m_table(std::move(table)) {}
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
+    {
+        return {m_table->value(originOf(query.url()), EnvironmentProxy::refusingProxy())};
+    }
+
+private:
+    const std::shared_ptr<ProxyTable> m_table;
+};
+
+std::shared_ptr<QNetworkAccessManager> HttpClient::newNetwork() const
+{
+    auto network = std::make_shared<QNetworkAccessManager>();
+    network->setProxyFactory(new LearntProxies(m_proxies));
+    network->setCookieJar(nullptr);
+    return network;
+}
+
+Error HttpClient::forbidden(const QUrl &url) const
+{
+    Error error = serviceError(Kind::Insecure, m_service, "not a permitted address: "_L1 + url.host());
+    error.localizedDescription = String::localize(
+        u"The service cannot be asked at the address in the settings: it must begin with https."_s);
+    return error;
+}
+
+/// A request and the redirects it met.
+struct HttpClient::Journey
+{
+    HttpRequest request;
+    HostRules rules;
+    Completion completion;
+    int redirects = 0;
+    Clock::Duration end{0};
+    std::shared_ptr<ProxyLookup> proxy;
+    std::shared_ptr<HttpExchange> exchange;
+    Clock::Timer wait;
+    RateQueue::Turn turn;
+};
+
+HttpClient::HttpClient(Clock &clock, ServiceName service, _GProxyResolver *resolver)
+    : m_clock(clock),
+      m_service(service),
+      m_resolver(resolver),
+      m_network(newNetwork()),
+      m_dateAhead(dateAhead(clock))
+{
+}
+
+QByteArray HttpClient::userAgent()
+{
+    const QString version =
+        Bundle::main().objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s).toString();
+    QByteArray plain;
+    for (const QChar c : version) {
+        if ((c >= u'0' && c <= u'9') || c == u'.')
+            plain += static_cast<char>(c.unicode());
+    }
+    QByteArrayList numbers = plain.split('.');
+    numbers.removeAll(QByteArray());
+    while (numbers.size() < 3)
+        numbers += "0";
+    return "Plovendix v" + numbers.join('.');
+}
+
+HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &rules, Completion completion)
+{
+    auto journey = std::make_shared<Journey>();
+    journey->request = request;
+    journey->request.setHeader("User-Agent", userAgent());
+    journey->rules = rules;
+    journey->completion = std::move(completion);
+    journey->end = m_clock.now() + request.deadline;
+    if (rules.accepts(request.url)) {
+        step(journey);
+        return journey;
+    }
+    const Error refused = forbidden(request.url);
+    journey->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(journey), refused] {
+        if (const auto held = weak.lock())
+            held->completion(refused);
+    });
+    return journey;
+}
+
+/// The other side has given up such connections without our hearing of it: a question there would wait for
+/// its limit, and an order fail.
+void HttpClient::renewAfterSleep()
+{
+    const Clock::Duration before = std::exchange(m_dateAhead, dateAhead(m_clock));
+    if (m_dateAhead - before > LongestNap)
+        m_network = newNetwork(); // what is under way keeps the one it has
+}
+
+void HttpClient::step(const std::shared_ptr<Journey> &journey)
+{
+    renewAfterSleep();
+    const QUrl &url = journey->request.url;
+    if (const auto known = EnvironmentProxy::proxyFor(url)) {
+        begin(journey, *known);
+        return;
+    }
+    journey->proxy = ProxyLookup::start(
+        m_clock, url,
+        [this, weak = std::weak_ptr(journey)](const QNetworkProxy &proxy) {
+            if (const auto held = weak.lock())
+                begin(held, proxy);
+        },
+        m_resolver);
+}
+
+void HttpClient::begin(const std::shared_ptr<Journey> &journey, const QNetworkProxy &proxy)
+{
+    m_proxies->insert(originOf(journey->request.url), proxy);
+    journey->request.deadline = std::max(journey->end - m_clock.now(), Clock::Duration(1));
+    const std::weak_ptr weak(journey);
+    journey->exchange = HttpExchange::begin(m_network, m_clock, m_service, journey->request,
+                                            [this, weak](const Result<HttpAnswer> &outcome) {
+                                                if (const auto held = weak.lock())
+                                                    arrive(held, outcome);
+                                            });
+}
+
+void HttpClient::arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome)
+{
+    if (!outcome || !isRedirect(outcome->status) || journey->request.method != HttpRequest::Method::Get) {
+        journey->completion(outcome);
+        return;
+    }
+    const Result<QUrl> next = nextStop(*journey, *outcome);
+    if (!next) {
+        journey->completion(next.error());
+        return;
+    }
+    follow(journey, *next);
+}
+
+void HttpClient::follow(const std::shared_ptr<Journey> &journey, const QUrl &next)
+{
+    qCInfo(log).noquote() << "redirected by" << journey->request.url.host();
+    ++journey->redirects;
+    journey->request.url = next;
+    const auto go = [this, weak = std::weak_ptr(journey)] {
+        if (const auto held = weak.lock())
+            step(held);
+    };
+    if (m_pace)
+        journey->turn = m_pace->wait(go);
+    else
+        journey->wait = m_clock.after(Clock::Duration::zero(), go);
+}
+
+Result<QUrl> HttpClient::nextStop(const Journey &journey, const HttpAnswer &answer) const
+{
+    const QByteArray location = answer.header("Location");
+    const QUrl next = journey.request.url.resolved(QUrl::fromEncoded(location, QUrl::StrictMode));
+    const auto refuse = [this](QLatin1StringView why) {
+        return serviceError(Kind::BadAnswer, m_service, why);
+    };
+    if (location.isEmpty() || !next.isValid())
+        return refuse("a redirect to nowhere"_L1);
+    if (journey.redirects >= MaxRedirects)
+        return refuse("too many redirects"_L1);
+    if (!HostRules::sameOrigin(journey.request.url, next) || !journey.rules.accepts(next))
+        return refuse("a redirect to another host"_L1);
+    return next;
+}

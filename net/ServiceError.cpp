@@ -1,0 +1,176 @@
+#include "ServiceError.h"
+
+#include "Redactor.h"
+
+#include <base/LocalizedString.h>
+
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const QString Domain = u"Service"_s;
+constexpr int MaxDetailLength = 500;
+
+QString subtitleSentence(Kind kind)
+{
+    switch (kind) {
+    case Kind::Offline:
+        return String::localize(
+            u"There is no connection to the subtitle service. Check your network and search again."_s);
+    case Kind::Timeout:
+        return String::localize(u"The subtitle service did not answer in time. Try again in a moment."_s);
+    case Kind::Unavailable:
+        return String::localize(
+            u"The subtitle service is not available right now. Try again in a few minutes."_s);
+    case Kind::BadAnswer:
+        return String::localize(
+            u"The subtitle service gave an answer that makes no sense. If you are on a network that asks "
+            "you to sign in, do that first; otherwise try again later."_s);
+    case Kind::Insecure:
+        return String::localize(
+            u"No private connection to the subtitle service could be made. Check the date of this "
+            "computer, and whether this network can be trusted."_s);
+    case Kind::Proxy:
+        return String::localize(
+            u"The proxy of this network refused the connection. Check the proxy settings of this "
+            "computer."_s);
+    case Kind::KeyRefused:
+        return String::localize(
+            u"The subtitle service does not accept this API key. Check it in the preferences."_s);
+    case Kind::LoginRefused:
+        return String::localize(
+            u"User name or password not accepted (use the user name, not the e-mail address). Correct "
+            "them in the preferences."_s);
+    case Kind::LimitReached:
+        return String::localize(u"The download limit is reached. Try again tomorrow."_s);
+    case Kind::TooManyRequests:
+        return String::localize(
+            u"The subtitle service gets too many requests from here. Wait a minute, then try again."_s);
+    case Kind::Rejected:
+    case Kind::NotFound:
+        return String::localize(u"The subtitle service does not accept this request. Try other words."_s);
+    case Kind::LinkExpired:
+        return String::localize(
+            u"The address of this subtitle has expired. Choose it again; that uses one more of your "
+            "downloads."_s);
+    case Kind::NotASubtitle:
+        return String::localize(u"What the service sent is not a subtitle. Choose another one."_s);
+    case Kind::UnknownLanguage:
+        return String::localize(
+            u"The subtitle service has no subtitles in this language. Choose another language."_s);
+    case Kind::NothingToAsk:
+        return String::localize(u"Type more of the title: these words are too few to search for."_s);
+    }
+    return {};
+}
+
+QString filmSentence(Kind kind)
+{
+    switch (kind) {
+    case Kind::Offline:
+        return String::localize(u"There is no connection to the film database. Check your network."_s);
+    case Kind::Timeout:
+        return String::localize(u"The film database did not answer in time. Try again in a moment."_s);
+    case Kind::Insecure:
+        return String::localize(
+            u"No private connection to the film database could be made. Check the date of this computer, "
+            "and whether this network can be trusted."_s);
+    case Kind::Proxy:
+        return subtitleSentence(kind);
+    case Kind::KeyRefused:
+    case Kind::LoginRefused:
+        return String::localize(
+            u"The film database does not accept this key. Check it in the preferences."_s);
+    case Kind::LimitReached:
+    case Kind::TooManyRequests:
+        return String::localize(
+            u"The film database gets too many requests from here. Wait a minute, then try again."_s);
+    case Kind::Unavailable:
+        return String::localize(
+            u"The film database is not available right now. Try again in a few minutes."_s);
+    case Kind::NotFound:
+        return String::localize(u"The film database has no poster of this film."_s);
+    case Kind::BadAnswer:
+    case Kind::Rejected:
+    case Kind::LinkExpired:
+    case Kind::NotASubtitle:
+    case Kind::UnknownLanguage:
+    case Kind::NothingToAsk:
+        return String::localize(u"The film database gave an answer that makes no sense. Try again later."_s);
+    }
+    return {};
+}
+
+/// "01:00 (in 3 h 12 min)".
+QString timeUntil(const QDateTime &reset, const QDateTime &now)
+{
+    const qint64 minutes = std::max<qint64>(1, (now.secsTo(reset) + 59) / 60);
+    const QLocale locale;
+    // The plain locale counts seconds, too.
+    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(u":ss"_s);
+    const QString clock = locale.toString(reset.toLocalTime().time(), format);
+    const QString rest = QString::number(minutes % 60);
+    const QString wait = minutes < 60 ? String::fill(String::localize(u"%@ min"_s), {rest})
+                                      : String::fill(String::localize(u"%1$@ h %2$@ min"_s),
+                                                     {QString::number(minutes / 60), rest});
+    return String::fill(String::localize(u"%1$@ (in %2$@)"_s), {clock, wait});
+}
+
+QString pauseSentence(bool isTooFast, bool isSubtitles)
+{
+    if (isTooFast && isSubtitles)
+        return String::localize(
+            u"The subtitle service gets too many requests from here. Try again from %@."_s);
+    if (isTooFast)
+        return String::localize(u"The film database gets too many requests from here. Try again from %@."_s);
+    if (isSubtitles)
+        return String::localize(u"The subtitle service is not available right now. Try again from %@."_s);
+    return String::localize(u"The film database is not available right now. Try again from %@."_s);
+}
+} // namespace
+
+Error serviceError(Kind kind, ServiceName service, const QString &detail)
+{
+    const QString sentence = service == ServiceName::Subtitles ? subtitleSentence(kind) : filmSentence(kind);
+    return {Domain, static_cast<int>(kind), sentence, redacted(detail).left(MaxDetailLength)};
+}
+
+Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
+                 const QDateTime &now, const QString &detail)
+{
+    Error error = serviceError(Kind::LimitReached, service, detail);
+    const bool counted = allowed && *allowed > 0;
+    const bool dated = reset.isValid() && reset > now;
+    QString sentence;
+    if (counted)
+        sentence = String::fill(String::localize(u"Daily limit reached: all %@ downloads used."_s),
+                                {QLocale().toString(*allowed)});
+    else if (dated)
+        sentence = String::localize(u"Daily download limit reached."_s);
+    if (dated)
+        sentence +=
+            u' ' + String::fill(String::localize(u"New downloads from %@."_s), {timeUntil(reset, now)});
+    else if (counted)
+        sentence += u' ' + String::localize(u"Try again tomorrow."_s);
+    if (!sentence.isEmpty())
+        error.localizedDescription = sentence;
+    return error;
+}
+
+Error pauseError(Kind kind, ServiceName service, const QDateTime &end, const QDateTime &now)
+{
+    Error error = serviceError(kind, service, u"asked to wait until "_s + end.toString(Qt::ISODate));
+    error.localizedDescription =
+        String::fill(pauseSentence(kind == Kind::TooManyRequests, service == ServiceName::Subtitles),
+                     {timeUntil(end, now)});
+    return error;
+}
+
+std::optional<Kind> kindOf(const Error &error)
+{
+    if (error.domain != Domain)
+        return std::nullopt;
+    return static_cast<Kind>(error.code);
+}

@@ -1,0 +1,39 @@
+#pragma once
+#include <base/Error.h>
+
+enum class CatalogueFailure
+{
+    Missing = 1,
+    Damaged = 2,
+    OtherVersion = 3,
+    Unreadable = 4,
+    NoLongerThere = 5,
+    NoPicture = 6,
+    DiskFull = 7,
+    Busy = 8,
+    Unwritable = 9,
+    TooSlow = 10
+};
+
+/// The sentences for what can go wrong with a catalogue. Made on the main thread, where texts are localised;
+/// a plain value that any thread may use afterwards.
+class CatalogueErrors final
+{
+public:
+    CatalogueErrors();
+
+    /// Domain "Catalogue", code the failure. `path` names the file concerned; `detail` is for the log.
+    Error error(CatalogueFailure failure, const QString &path, const QString &detail = {}) const;
+
+private:
+    QString m_missing;
+    QString m_damaged;
+    QString m_otherVersion;
+    QString m_unreadable;
+    QString m_noLongerThere;
+    QString m_noPicture;
+    QString m_diskFull;
+    QString m_busy;
+    QString m_unwritable;
+    QString m_tooSlow;
+};

@@ -1,0 +1,117 @@
+#include "CatalogueMetadata.h"
+
+#include "CatalogueDatabase.h"
+
+#include <base/MainQueue.h>
+#include <media/PosterImage.h>
+#include <model/ImdbNumber.h>
+
+#include <QFileInfo>
+#include <QGuiApplication>
+
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A film as an item's opaque handle: "catalogue path", row.
+QVariant handleOf(const QString &path, qint64 film)
+{
+    return QVariantList{path, film};
+}
+
+qreal pixelRatio()
+{
+    // qGuiApp is null in tools and tests without windows.
+    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    return application ? application->devicePixelRatio() : 1.0;
+}
+} // namespace
+
+struct CatalogueMetadata::State
+{
+    explicit State(const QList<CataloguePlace> &cataloguePlaces) : places(cataloguePlaces) {}
+
+    const QList<CataloguePlace> places;
+    const CatalogueErrors errors;
+    std::atomic<bool> isEnded = false; // the service is gone
+
+    Result<CatalogueDatabase> open(const QString &path) const
+    {
+        return CatalogueDatabase::open(path, errors, {.isCancelled = [this] { return isEnded.load(); }});
+    }
+
+    Result<FindResult> find(const QString &id) const
+    {
+        const std::optional<qint64> number = imdbNumber(id);
+        std::optional<Error> failure;
+        for (const CataloguePlace &place : places) {
+            const bool isAbsent =
+                place.presence == CataloguePlace::Presence::Optional && !QFileInfo::exists(place.path);
+            if (isAbsent || !number)
+                continue;
+            const Result<CatalogueDatabase> database = open(place.path);
+            const Result<std::optional<CatalogueFilm>> film =
+                database ? database->filmByImdb(*number)
+                         : Result<std::optional<CatalogueFilm>>(database.error());
+            if (!film)
+                failure = failure ? failure : film.error();
+            else if (*film)
+                return found(place.path, **film);
+        }
+        if (failure)
+            return *failure;
+        return FindResult();
+    }
+
+    static FindResult found(const QString &path, const CatalogueFilm &film)
+    {
+        FindResult result;
+        (film.isSeries ? result.tvResults : result.movieResults) += TmdbItem{handleOf(path, film.id)};
+        return result;
+    }
+
+    Result<QImage> image(const TmdbItem &item, const QSize &size, qreal ratio) const
+    {
+        const QVariantList handle = item.handle.toList();
+        if (handle.size() != 2)
+            return errors.error(CatalogueFailure::NoPicture, {});
+        const QString path = handle.first().toString();
+        const Result<CatalogueDatabase> database = open(path);
+        const Result<QByteArray> poster =
+            database ? database->poster(handle.last().toLongLong()) : Result<QByteArray>(database.error());
+        if (!poster)
+            return poster.error();
+        const QImage image = posterImage(*poster, size, ratio);
+        if (image.isNull())
+            return errors.error(CatalogueFailure::NoPicture, path);
+        return image;
+    }
+};
+
+CatalogueMetadata::CatalogueMetadata(const QList<CataloguePlace> &places)
+    : m_state(std::make_shared<State>(places))
+{
+}
+
+CatalogueMetadata::~CatalogueMetadata()
+{
+    m_state->isEnded = true;
+}
+
+void CatalogueMetadata::findExternally(const QString &id, ExternalSource, FindCompletion completion)
+{
+    m_worker.post([state = m_state, id, completion = std::move(completion)] {
+        MainQueue::shared().async([completion, result = state->find(id)] { completion(result); });
+    });
+}
+
+void CatalogueMetadata::fetchImage(const TmdbItem &item, ImageKind, const QSize &size,
+                                   ImageCompletion completion)
+{
+    m_worker.post([state = m_state, item, size, ratio = pixelRatio(), completion = std::move(completion)] {
+        MainQueue::shared().async(
+            [completion, result = state->image(item, size, ratio)] { completion(result); });
+    });
+}

@@ -1,0 +1,289 @@
+#include "CatalogueQueries.h"
+
+#include "PreparedStatements.h"
+#include "TitleQuery.h"
+
+#include <base/SafeFileName.h>
+#include <model/ImdbNumber.h>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QSet>
+
+#include <algorithm>
+#include <tuple>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int MaxTitles = 200;
+constexpr int MaxHalfTitles = 100; // where half of the words will do; the later ones have the frequent words
+constexpr int MaxUnranked = 300;
+constexpr qsizetype MaxTextLength = 300; // of a name that is shown
+
+/// The columns every entry is read from, in the order `entryFrom` expects them.
+constexpr char EntryColumns[] =
+    "SELECT s.id, s.release, s.language, s.format, s.downloads, s.frames_per_second, s.hearing_impaired,"
+    " s.foreign_parts_only, s.machine_translated, s.digest, f.year, f.season, f.episode, f.imdb, ";
+constexpr char MainTitle[] =
+    "(SELECT t.name FROM film_title ft JOIN title t ON t.id = ft.title_id WHERE ft.film_id = f.id"
+    " ORDER BY ft.is_main DESC LIMIT 1)";
+/// The same where the film was found by a title, ?1, which most often is the main one.
+constexpr char MainTitleOfFound[] = "CASE WHEN x.is_main THEN (SELECT name FROM title WHERE id = ?1) ELSE ";
+
+QString text(const SQLite::Column &column)
+{
+    // Line breaks would tear a row apart on screen.
+    return QString::fromUtf8(column.getText(), std::min(column.getBytes(), 4096))
+        .simplified()
+        .left(MaxTextLength);
+}
+
+template <class Number>
+std::optional<Number> number(const SQLite::Column &column, Number low, Number high)
+{
+    if (!column.isInteger() && !column.isFloat())
+        return std::nullopt;
+    const double value = column.getDouble();
+    if (!(value >= static_cast<double>(low) && value <= static_cast<double>(high)))
+        return std::nullopt;
+    return static_cast<Number>(value);
+}
+
+CatalogueEntry entryFrom(SQLite::Statement &row)
+{
+    CatalogueEntry entry;
+    entry.id = row.getColumn(0).getInt64();
+    Subtitle &subtitle = entry.subtitle;
+    subtitle.subFileName = text(row.getColumn(1));
+    subtitle.subLanguageID = text(row.getColumn(2));
+    subtitle.subFormat = safeExtension(text(row.getColumn(3)));
+    subtitle.downloads = number<qint64>(row.getColumn(4), 0, 1'000'000'000'000);
+    subtitle.framesPerSecond = number<double>(row.getColumn(5), 1, 1000);
+    subtitle.hearingImpaired = row.getColumn(6).getInt() != 0;
+    subtitle.foreignPartsOnly = row.getColumn(7).getInt() != 0;
+    subtitle.machineTranslated = row.getColumn(8).getInt() != 0;
+    const SQLite::Column digest = row.getColumn(9);
+    entry.digest = QByteArray(static_cast<const char *>(digest.getBlob()), std::min(digest.getBytes(), 64));
+    subtitle.year = number(row.getColumn(10), 1, 9999);
+    subtitle.season = number(row.getColumn(11), 0, 99999);
+    subtitle.episode = number(row.getColumn(12), 0, 99999);
+    if (const auto imdb = number<qint64>(row.getColumn(13), 1, 999'999'999))
+        subtitle.imdbID = imdbId(*imdb);
+    subtitle.title = text(row.getColumn(14));
+    return entry;
+}
+
+struct AnsweringTitle
+{
+    qint64 id = 0;
+    TitleAnswer answer;
+    qsizetype length = 0;
+};
+
+struct MatchingTitle
+{
+    qint64 id = 0;
+    QString name;
+};
+
+QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const char *query,
+                                    const QString &expression, int limit)
+{
+    auto statement = statements.use(query);
+    statement->bind(1, expression.toStdString());
+    statement->bind(2, limit);
+    QList<MatchingTitle> titles;
+    while (statement->executeStep())
+        titles += {statement->getColumn(0).getInt64(), text(statement->getColumn(1))};
+    return titles;
+}
+
+constexpr char SomeTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                              " WHERE title_words MATCH ? LIMIT ?";
+constexpr char BestTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
+                              " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?";
+
+/// All titles that match, where these are few. The index's own ranking would count every title that has one
+/// of the words, "the" among them, before it gave the first: so of many titles with several words those are
+/// taken that have the words side by side as they were typed, and then the first ones.
+QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const TitleQuery::Reading &reading,
+                                    WordMatch match)
+{
+    const QString expression = matchExpression(reading, match);
+    QList<MatchingTitle> titles = matchingTitles(statements, SomeTitles, expression, MaxUnranked);
+    if (titles.size() < MaxUnranked)
+        return titles;
+    if (reading.words.size() == 1)
+        return matchingTitles(statements, BestTitles, expression, MaxTitles);
+    return matchingTitles(statements, SomeTitles, phraseExpression(reading, match), MaxTitles) + titles;
+}
+
+void collectTitles(PreparedStatements &statements, const TitleQuery::Reading &reading, WordMatch match,
+                   QList<AnsweringTitle> &titles, QSet<qint64> &seen)
+{
+    for (const MatchingTitle &title : matchingTitles(statements, reading, match)) {
+        if (seen.contains(title.id))
+            continue;
+        seen += title.id;
+        if (const auto answer = titleAnswer(reading, title.name))
+            titles += {title.id, *answer, title.name.size()};
+    }
+}
+
+/// The titles that answer one reading, the closest first, of equals those that have more of the words, then
+/// the shorter. Whole words are looked for on their own: among all the titles in which a word begins, the one
+/// that is just this word could be too far down to be read.
+QList<AnsweringTitle> titlesFor(PreparedStatements &statements, const TitleQuery::Reading &reading)
+{
+    QList<AnsweringTitle> titles;
+    QSet<qint64> seen;
+    collectTitles(statements, reading, WordMatch::Whole, titles, seen);
+    if (titles.size() < MaxTitles)
+        collectTitles(statements, reading, WordMatch::Begun, titles, seen);
+    std::stable_sort(titles.begin(), titles.end(), [](const AnsweringTitle &a, const AnsweringTitle &b) {
+        return std::tuple(-a.answer.closeness, -a.answer.letters, a.length) <
+               std::tuple(-b.answer.closeness, -b.answer.letters, b.length);
+    });
+    const bool isHalf = reading.demand == TitleQuery::Reading::Demand::HalfOfThem;
+    return titles.mid(0, isHalf ? MaxHalfTitles : MaxTitles);
+}
+
+void bindFact(SQLite::Statement &statement, int index, const std::optional<int> &fact)
+{
+    if (fact)
+        statement.bind(index, *fact);
+}
+
+/// Every page that is read costs: of films without a subtitle in the language only the index by film and
+/// language is looked at, and of the many episodes of a series only those that are wanted.
+std::string tablesInOrder(const QString &language, const TitleQuery &facts)
+{
+    if (language.isEmpty() || facts.season || facts.episode)
+        return " FROM film_title x CROSS JOIN film f ON f.id = x.film_id"
+               " CROSS JOIN subtitle s ON s.film_id = f.id WHERE x.title_id = ?1";
+    return " FROM film_title x CROSS JOIN subtitle s ON s.film_id = x.film_id"
+           " CROSS JOIN film f ON f.id = s.film_id WHERE x.title_id = ?1";
+}
+
+/// What the text says of year, season and episode is asked for here too: a long series has more subtitles
+/// than are read, and those that are wanted must be among them. A language is asked for by itself, so that
+/// the index by film and language leads to it.
+SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
+                                   const TitleQuery &facts)
+{
+    std::string text = EntryColumns;
+    text.append(MainTitleOfFound).append(MainTitle).append(" END").append(tablesInOrder(language, facts));
+    if (!language.isEmpty())
+        text += " AND s.language = ?2";
+    text += " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
+            " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
+            " ORDER BY (?6 IS NOT NULL AND f.year IS ?6) DESC, s.downloads DESC, s.id LIMIT ?3";
+    SQLite::Statement statement(database, text);
+    if (!language.isEmpty())
+        statement.bind(2, language.toStdString());
+    statement.bind(3, CatalogueQueries::MaxEntries);
+    bindFact(statement, 4, facts.season);
+    bindFact(statement, 5, facts.episode);
+    bindFact(statement, 6, facts.year);
+    return statement;
+}
+
+QList<CatalogueEntry> entriesOfTitle(SQLite::Statement &statement, qint64 title)
+{
+    statement.reset();
+    statement.bind(1, static_cast<int64_t>(title));
+    QList<CatalogueEntry> entries;
+    while (statement.executeStep())
+        entries += entryFrom(statement);
+    return entries;
+}
+
+QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<AnsweringTitle> &titles,
+                                      const QString &language, const TitleQuery &facts)
+{
+    SQLite::Statement statement = entriesStatement(database, language, facts);
+    QList<CatalogueEntry> entries;
+    QSet<qint64> seen; // a film with several titles is met several times, by its closest first
+    for (const AnsweringTitle &title : titles) {
+        for (CatalogueEntry entry : entriesOfTitle(statement, title.id)) {
+            if (seen.contains(entry.id))
+                continue;
+            seen += entry.id;
+            entry.closeness = title.answer.closeness;
+            entries += entry;
+        }
+        if (entries.size() >= CatalogueQueries::MaxEntries)
+            break;
+    }
+    return entries;
+}
+
+/// Keeps the entries of which the fact is true, if it is true of any; where no entry agrees, the text named
+/// it wrongly.
+void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted,
+                std::optional<int> Subtitle::*fact)
+{
+    const auto disagrees = [&](const CatalogueEntry &entry) { return entry.subtitle.*fact != wanted; };
+    if (wanted && !std::all_of(entries.begin(), entries.end(), disagrees))
+        entries.removeIf(disagrees);
+}
+
+/// An episode that was asked for by number and is not there must not be answered with another one.
+void demandEpisode(QList<CatalogueEntry> &entries, const TitleQuery &query)
+{
+    entries.removeIf([&](const CatalogueEntry &entry) {
+        const Subtitle &subtitle = entry.subtitle;
+        return (query.season && subtitle.season && subtitle.season != query.season) ||
+               (query.episode && subtitle.episode && subtitle.episode != query.episode);
+    });
+}
+} // namespace
+
+QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qint64 size, const QString &hash,
+                                                 const QString &language)
+{
+    SQLite::Statement statement(database,
+                                std::string(EntryColumns) + MainTitle +
+                                    ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2)"
+                                    " AS is_exact"
+                                    " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
+                                    " (SELECT m.film_id FROM video v JOIN subtitle m ON m.id = v.subtitle_id"
+                                    "  WHERE v.hash = ?1 AND v.size = ?2)"
+                                    " AND (?3 = '' OR s.language = ?3)"
+                                    " ORDER BY is_exact DESC, s.downloads DESC, s.id LIMIT ?4");
+    statement.bind(1, hash.toStdString());
+    statement.bind(2, static_cast<int64_t>(size));
+    statement.bind(3, language.toStdString());
+    statement.bind(4, MaxEntries);
+    QList<CatalogueEntry> entries;
+    while (statement.executeStep()) {
+        CatalogueEntry entry = entryFrom(statement);
+        entry.subtitle.matchesHash = statement.getColumn(15).getInt() != 0;
+        entries += entry;
+    }
+    return entries;
+}
+
+QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, const QString &text,
+                                                const QString &language)
+{
+    // Alone, each statement would lock the file and see whether it has changed; and what an import writes
+    // meanwhile is seen by all of them or by none.
+    const SQLite::Transaction snapshot(database);
+    PreparedStatements statements(database);
+    const TitleQuery query = titleQuery(text);
+    for (const TitleQuery::Reading &reading : query.readings) {
+        const QList<AnsweringTitle> titles = titlesFor(statements, reading);
+        if (titles.isEmpty())
+            continue;
+        const TitleQuery facts = reading.checksFacts ? query : TitleQuery();
+        QList<CatalogueEntry> entries = entriesOfTitles(database, titles, language, facts);
+        demandEpisode(entries, facts);
+        preferFact(entries, facts.year, &Subtitle::year);
+        if (!entries.isEmpty())
+            return entries.mid(0, MaxEntries);
+    }
+    return {};
+}

@@ -1,0 +1,120 @@
+#include "CatalogueService.h"
+
+#include "CatalogueSearch.h"
+
+#include <base/MainQueue.h>
+#include <media/names/FileNameParser.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr std::chrono::hours DownloadsKeptFor{7 * 24};
+}
+
+struct CatalogueService::State
+{
+    State(const QList<CataloguePlace> &cataloguePlaces, const DownloadFolder &downloadFolder)
+        : places(cataloguePlaces), downloads(downloadFolder)
+    {
+    }
+
+    const QList<CataloguePlace> places;
+    const CatalogueErrors errors;
+    const DownloadFolder downloads;
+    VideoNames names;
+    OutstandingQueries outstanding;
+    OutstandingQueries outstandingDownloads;
+
+    void search(quint64 number, const CatalogueRequest &request, const QueryCompletion &completion)
+    {
+        if (!outstanding.isOutstanding(number))
+            return;
+        const ReadPatience patience{.isCancelled = [&] { return !outstanding.isOutstanding(number); }};
+        const Result<QueryResult> result = searchCatalogues(places, errors, request, patience);
+        outstanding.finish(number, [&] { completion(result); });
+    }
+
+    void deliver(quint64 number, const Subtitle &subtitle, const DownloadCompletion &completion)
+    {
+        if (!outstandingDownloads.isOutstanding(number))
+            return;
+        const Result<QUrl> file = fetch(subtitle);
+        bool isWanted = false;
+        outstandingDownloads.finish(number, [&] { isWanted = true; });
+        // A cancel does not wait for what the completion does with the file.
+        if (isWanted)
+            completion(file);
+    }
+
+    Result<QUrl> fetch(const Subtitle &subtitle) const
+    {
+        const Result<FetchedSubtitle> fetched = fetchFromCatalogue(places, errors, subtitle);
+        if (!fetched)
+            return fetched.error();
+        return downloads.publish(fetched->fileName, fetched->content);
+    }
+};
+
+QString CatalogueService::name()
+{
+    return u"catalogue"_s;
+}
+
+CatalogueService::CatalogueService(const QList<CataloguePlace> &places, const DownloadFolder &downloads)
+    : m_state(std::make_shared<State>(places, downloads)), m_worker(std::make_shared<WorkerThread>())
+{
+    m_worker->post([state = m_state] { state->downloads.clearOlderThan(DownloadsKeptFor); });
+}
+
+CatalogueService::~CatalogueService()
+{
+    m_state->outstanding.cancelAll();
+}
+
+/// Hands the job to the worker on a later turn of the main thread: a completion must not come before the call
+/// that asked for it has returned, and the worker could be that quick.
+void CatalogueService::postAfterReturn(std::function<void(State &)> job)
+{
+    MainQueue::shared().async([state = m_state, weak = std::weak_ptr(m_worker), job = std::move(job)] {
+        if (const auto worker = weak.lock())
+            worker->post([state, job] { job(*state); });
+    });
+}
+
+void CatalogueService::query(const QList<Arg> &args, QueryCompletion completion)
+{
+    const quint64 number = m_state->outstanding.begin();
+    const CatalogueRequest request = CatalogueRequest::from(args, m_state->names);
+    postAfterReturn([number, request, completion = std::move(completion)](State &state) {
+        state.search(number, request, completion);
+    });
+}
+
+void CatalogueService::cancelQueryTask()
+{
+    m_state->outstanding.cancelAll();
+}
+
+void CatalogueService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
+{
+    const quint64 number = m_state->outstandingDownloads.begin();
+    postAfterReturn([number, subtitle, completion = std::move(completion)](State &state) {
+        state.deliver(number, *subtitle, completion);
+    });
+}
+
+void CatalogueService::cancelDownloads()
+{
+    m_state->outstandingDownloads.cancelAll();
+}
+
+std::optional<VideoHash> CatalogueService::computeHash(const QUrl &url)
+{
+    return m_state->names.hash(url);
+}
+
+VideoFileComponents CatalogueService::componentsOf(const QUrl &url)
+{
+    return videoFileComponents(url);
+}

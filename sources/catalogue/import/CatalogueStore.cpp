@@ -1,0 +1,255 @@
+#include "CatalogueStore.h"
+
+#include <sources/catalogue/CatalogueSchema.h>
+#include <sources/catalogue/Hardening.h>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+using Database = std::unique_ptr<SQLite::Database>;
+using CatalogueStore::Patience;
+
+constexpr int PauseMilliseconds = 20;
+constexpr int StepsBetweenQuestions = 10'000; // of SQLite's machine, some milliseconds at the most
+
+const Patience &patienceAt(const void *place)
+{
+    return *static_cast<const Patience *>(place);
+}
+
+int isWorthWaiting(void *patience, int tries)
+{
+    const std::chrono::milliseconds waited(tries * PauseMilliseconds);
+    if (patienceAt(patience).isStopped || waited >= patienceAt(patience).longest)
+        return 0;
+    sqlite3_sleep(PauseMilliseconds);
+    return 1;
+}
+
+/// SQLite hands its callbacks a pointer that could be written through; these only read.
+void *forSqlite(const Patience *patience)
+{
+    return const_cast<Patience *>(patience); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+}
+
+int isStopped(void *patience)
+{
+    return patienceAt(patience).isStopped ? 1 : 0;
+}
+
+/// Lets the checks of an older file be stopped, but not what is written afterwards: that is kept.
+class StoppableOpening final
+{
+public:
+    StoppableOpening(SQLite::Database &database, const Patience *patience) : m_database(database)
+    {
+        if (patience)
+            sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isStopped,
+                                     forSqlite(patience));
+    }
+    ~StoppableOpening() { sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr); }
+    StoppableOpening(const StoppableOpening &) = delete;
+    StoppableOpening &operator=(const StoppableOpening &) = delete;
+
+private:
+    SQLite::Database &m_database;
+};
+
+std::string nameOf(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
+QString draftOf(const QString &path)
+{
+    return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
+}
+
+/// A kill while a file was made leaves its draft; one that nobody has written to for so long is nobody's.
+void removeOldDrafts(const QString &path)
+{
+    constexpr qint64 AbandonedAfterSeconds = 3600;
+    const QFileInfo file(path);
+    const QDateTime limit = QDateTime::currentDateTime().addSecs(-AbandonedAfterSeconds);
+    for (const QFileInfo &draft : file.dir().entryInfoList({u"*.draft*"_s}, QDir::Files)) {
+        if (draft.fileName().startsWith(file.fileName() + u'.') && draft.lastModified() < limit)
+            QFile::remove(draft.filePath());
+    }
+}
+
+void setVersion(SQLite::Database &database)
+{
+    database.exec("PRAGMA application_id = " + std::to_string(CatalogueSchema::ApplicationId));
+    database.exec("PRAGMA user_version = " + std::to_string(CatalogueSchema::Version));
+}
+
+int pragma(SQLite::Database &database, const char *text)
+{
+    return database.execAndGet(text).getInt();
+}
+
+/// The file comes into being whole, so that no reader meets half of one; of two processes one comes first.
+void make(const QString &path)
+{
+    const QString draft = draftOf(path);
+    QFile::remove(draft);
+    {
+        SQLite::Database database(nameOf(draft), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        database.exec("PRAGMA journal_mode = WAL");
+        SQLite::Transaction transaction(database);
+        database.exec(CatalogueSchema::Statements);
+        database.exec(CatalogueSchema::GrowthStatements);
+        setVersion(database);
+        transaction.commit();
+    }
+    std::error_code failure; // another process was first, or the open that follows says what is wrong
+    std::filesystem::create_hard_link(nameOf(draft), nameOf(path), failure);
+    if (failure && !QFileInfo::exists(path))
+        QFile::rename(draft, path); // a file system without links
+    QFile::remove(draft);
+}
+
+Database opened(const QString &path, const Patience *patience)
+{
+    auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE);
+    distrust(*database);
+    CatalogueStore::waitForWriters(*database, patience);
+    return database;
+}
+
+CatalogueFailure failureOf(const SQLite::Exception &exception)
+{
+    switch (exception.getErrorCode()) {
+    case SQLITE_FULL:
+        return CatalogueFailure::DiskFull;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return CatalogueFailure::Busy;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR: // a table is missing
+        return CatalogueFailure::Damaged;
+    default:
+        return CatalogueFailure::Unwritable;
+    }
+}
+
+/// A commit is on the disk before the next begins; the log does not stay large after a large import.
+void prepare(SQLite::Database &database)
+{
+    database.exec("PRAGMA journal_mode = WAL");
+    database.exec("PRAGMA synchronous = FULL");
+    database.exec("PRAGMA journal_size_limit = 67108864");
+    database.exec("PRAGMA cache_size = -65536");
+}
+
+void keepCopy(SQLite::Database &database, const QString &path, int version)
+{
+    const QString copy = u"%1.version-%2"_s.arg(path).arg(version);
+    if (QFileInfo::exists(copy))
+        return;
+    const QString draft = draftOf(copy);
+    QFile::remove(draft);
+    SQLite::Statement statement(database, "VACUUM INTO ?");
+    statement.bind(1, nameOf(draft));
+    statement.exec();
+    if (QFile::rename(draft, copy))
+        return;
+    QFile::remove(draft);
+    // Somebody else may have been quicker. Without any copy the file stays as old as it is.
+    if (!QFileInfo::exists(copy))
+        throw SQLite::Exception("the copy of the older file cannot be kept", SQLITE_IOERR);
+}
+
+void bringUpToDate(SQLite::Database &database)
+{
+    database.exec("BEGIN IMMEDIATE");
+    try {
+        if (pragma(database, "PRAGMA user_version") < CatalogueSchema::Version) { // nobody else was quicker
+            database.exec(CatalogueSchema::GrowthStatements);
+            setVersion(database);
+        }
+        database.exec("COMMIT");
+    } catch (const SQLite::Exception &) {
+        database.exec("ROLLBACK");
+        throw;
+    }
+}
+} // namespace
+
+Error CatalogueStore::error(const QString &path, const QString &what, CatalogueFailure failure)
+{
+    return Error{u"Catalogue"_s, static_cast<int>(failure), u"%1: %2"_s.arg(path, what)};
+}
+
+Error CatalogueStore::error(const QString &path, const SQLite::Exception &exception)
+{
+    return error(path, QString::fromUtf8(exception.what()), failureOf(exception));
+}
+
+void CatalogueStore::waitForWriters(SQLite::Database &database, const Patience *patience)
+{
+    if (patience)
+        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, forSqlite(patience));
+    else
+        database.setBusyTimeout(BusyTimeoutMilliseconds);
+}
+
+Result<QStringList> CatalogueStore::faults(SQLite::Database &database)
+{
+    try {
+        QStringList found;
+        SQLite::Statement check(database, "PRAGMA integrity_check(20)");
+        while (check.executeStep()) {
+            if (const QString line = QString::fromUtf8(check.getColumn(0).getText()); line != "ok"_L1)
+                found += line;
+        }
+        database.exec("INSERT INTO title_words(title_words) VALUES('integrity-check')");
+        return found;
+    } catch (const SQLite::Exception &exception) {
+        return QStringList{QString::fromUtf8(exception.what())};
+    }
+}
+
+Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path,
+                                                                         const Patience *patience)
+{
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+        return error(path, u"is not a file"_s);
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+        return error(path, u"its folder cannot be made"_s);
+    removeOldDrafts(path);
+    try {
+        if (!QFileInfo::exists(path))
+            make(path);
+        Database database = opened(path, patience);
+        const StoppableOpening stoppable(*database, patience);
+        if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
+            return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
+        const int version = pragma(*database, "PRAGMA user_version");
+        if (version < CatalogueSchema::OldestReadable || version > CatalogueSchema::Version)
+            return error(path, u"was made by another version of Plovendix"_s, CatalogueFailure::OtherVersion);
+        prepare(*database);
+        if (version < CatalogueSchema::Version) {
+            if (const Result<QStringList> found = faults(*database); !found->isEmpty())
+                return error(path, u"is damaged: "_s + found->first(), CatalogueFailure::Damaged);
+            keepCopy(*database, path, version);
+            bringUpToDate(*database);
+        }
+        return database;
+    } catch (const SQLite::Exception &exception) {
+        return error(path, exception);
+    }
+}

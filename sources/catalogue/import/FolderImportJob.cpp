@@ -1,0 +1,122 @@
+#include "FolderImportJob.h"
+
+#include <base/TerminalText.h>
+#include "FolderWalk.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(folderLog, "plovendix.services.catalogue.folder")
+
+bool isEmptied(const ImportCounts &counts)
+{
+    return counts.firstRefused && counts.firstRefused->why == ImportRefusal::EmptiedFolder;
+}
+} // namespace
+
+FolderImportJob::FolderImportJob(const QString &catalogue, const QString &folder,
+                                 std::chrono::milliseconds patience)
+    : m_catalogue(catalogue)
+{
+    m_patience.longest = patience;
+    m_state.phase = Phase::Counting;
+    m_state.folder = QDir::cleanPath(folder);
+}
+
+FolderImportState FolderImportJob::run(const Tell &tell)
+{
+    m_tell = tell;
+    enter(Phase::Counting);
+    if (findFolder())
+        countFiles();
+    // Where nothing is found, a catalogue knows whether something was.
+    const bool hasWork = m_state.total > 0 || QFileInfo::exists(m_catalogue);
+    if (m_state.phase == Phase::Counting && hasWork && !isStopped())
+        readFiles();
+    if (m_state.phase != Phase::Failed)
+        m_state.phase = isStopped() ? Phase::Stopped : Phase::Finished;
+    return m_state;
+}
+
+void FolderImportJob::enter(Phase phase)
+{
+    m_state.phase = phase;
+    m_tell(m_state);
+}
+
+/// A folder that cannot be listed would look like an empty one.
+bool FolderImportJob::findFolder()
+{
+    std::error_code failure;
+    const std::filesystem::directory_iterator entries(QFile::encodeName(m_state.folder).toStdString(),
+                                                      failure);
+    if (!failure)
+        return true;
+    const bool isGone =
+        failure == std::errc::no_such_file_or_directory || failure == std::errc::not_a_directory;
+    fail(isGone ? m_texts.folderIsGone(m_state.folder) : m_texts.folderIsUnreadable(m_state.folder));
+    return false;
+}
+
+/// Sees what CatalogueImport will see.
+void FolderImportJob::countFiles()
+{
+    FolderWalk walk(m_state.folder);
+    while (walk.hasNext() && !isStopped()) {
+        if (walk.next() != FolderWalk::Found::Other)
+            ++m_state.total;
+        m_tell(m_state);
+    }
+}
+
+void FolderImportJob::readFiles()
+{
+    enter(Phase::Reading);
+    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_catalogue, &m_patience);
+    if (!catalogue)
+        return fail(m_texts.catalogueFailed(m_catalogue, catalogue.error()));
+    CatalogueImport import(catalogue.value(), {}, [this](const ImportCounts &counts) {
+        take(counts);
+        m_tell(m_state);
+        return !isStopped();
+    });
+    const Result<CatalogueImport::End> end = import.add(m_state.folder);
+    take(import.counts());
+    for (const QString &problem : import.counts().problems)
+        qCInfo(folderLog, "%s", qUtf8Printable(terminalText(problem)));
+    if (!end) {
+        qCWarning(folderLog, "%s", qUtf8Printable(end.error().localizedDescription));
+        fail(m_texts.catalogueFailed(m_catalogue, end.error()));
+    } else if (isEmptied(import.counts())) {
+        fail(m_texts.folderIsEmptied(m_state.folder));
+    } else if (!isStopped()) {
+        findFolder(); // it may have gone meanwhile, with what is in it
+    }
+}
+
+void FolderImportJob::take(const ImportCounts &counts)
+{
+    m_state.files = counts.files;
+    m_state.added = counts.added;
+    m_state.known = counts.known;
+    m_state.refused = counts.refused;
+    m_state.current = pathBelow(m_state.folder, counts.current);
+    if (counts.firstRefused && m_state.firstRefusal.isEmpty())
+        m_state.firstRefusal = m_texts.refusal(*counts.firstRefused, m_state.folder);
+}
+
+/// What fails once somebody has stopped it fails because of that.
+void FolderImportJob::fail(const QString &sentence)
+{
+    if (isStopped())
+        return;
+    m_state.phase = Phase::Failed;
+    m_state.failure = sentence;
+}

@@ -1,0 +1,40 @@
+#pragma once
+#include "FolderImportTexts.h"
+
+#include <model/FolderImporting.h>
+#include "CatalogueStore.h"
+
+#include <functional>
+
+/// One import of a folder: counts what there is, then enters it. Made on the main thread and run once on
+/// another; any thread may stop it.
+class FolderImportJob final
+{
+public:
+    using Tell = std::function<void(const FolderImportState &)>;
+
+    /// `patience` is how long another writer of the catalogue is waited for.
+    FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds patience);
+
+    /// Tells how far it is after every file, on this thread, and gives how it ended. The catalogue is closed
+    /// by then.
+    FolderImportState run(const Tell &tell);
+    void stop() { m_patience.isStopped = true; }
+
+private:
+    using Phase = FolderImportState::Phase;
+
+    void enter(Phase phase);
+    bool findFolder();
+    void countFiles();
+    void readFiles();
+    void take(const ImportCounts &counts);
+    void fail(const QString &sentence);
+    bool isStopped() const { return m_patience.isStopped; }
+
+    const QString m_catalogue;
+    const FolderImportTexts m_texts;
+    CatalogueStore::Patience m_patience;
+    Tell m_tell;
+    FolderImportState m_state;
+};

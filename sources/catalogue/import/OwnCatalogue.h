@@ -1,0 +1,90 @@
+#pragma once
+#include <base/Result.h>
+#include <sources/catalogue/CatalogueWriter.h>
+#include <sources/catalogue/StoredContent.h>
+#include <QList>
+#include <memory>
+
+class CatalogueRows;
+namespace CatalogueStore
+{
+struct Patience;
+}
+
+/// A subtitle read from a source and ready to be entered.
+struct ReadSubtitle
+{
+    qint64 member = 0; // its number within an archive, from 0; a plain file is its own member 0
+    FilmRecord film;
+    SubtitleRecord record; // without its content
+    StoredContent content;
+};
+
+/// What one batch enters of a source.
+struct SourceStep
+{
+    QString path;
+    QString stamp; // says which state of the file this is
+    QList<ReadSubtitle> subtitles;
+    bool isWhole = true; // nothing of the source is still to come
+};
+
+/// The person's own catalogue, opened to grow and shrink. Every function is one transaction: after a kill the
+/// file holds what the last finished one left, and doing the same again changes nothing that is there. Errors
+/// have the domain "Catalogue" and are for the terminal, with a CatalogueFailure as code. One thread.
+class OwnCatalogue final
+{
+public:
+    enum class SourceState
+    {
+        Unknown, // or changed since
+        Begun,
+        Whole
+    };
+    struct Entered
+    {
+        qint64 added = 0;
+        qint64 duplicates =
+            0; // the same subtitle came from elsewhere before, or this member is there already
+    };
+
+    /// `patience`, if any, outlives the catalogue.
+    static Result<OwnCatalogue> open(const QString &path, const CatalogueStore::Patience *patience = nullptr);
+    ~OwnCatalogue();
+    OwnCatalogue(OwnCatalogue &&) noexcept;
+    OwnCatalogue &operator=(OwnCatalogue &&) = delete;
+
+    Result<SourceState> stateOf(const QString &path, const QString &stamp);
+    Result<bool> hasMember(const QString &path, qint64 member);
+    /// Whether the file of that path, or one below the folder, is a source.
+    Result<bool> knowsBelow(const QString &path);
+    /// What an earlier state of a source left is taken out first.
+    Result<Entered> enter(const QList<SourceStep> &steps);
+
+    /// Takes out at most `maxSources` sources: the file of that path and those below the folder. Gives how
+    /// many; fewer than asked for means that none is left.
+    Result<qint64> removeBelow(const QString &path, qint64 maxSources);
+    /// Checks the file and gives the room of what was removed back to the disk. A damaged file stays as it
+    /// is.
+    Result<void> vacuum();
+    /// Writes the log back into the file, as far as readers allow.
+    void settle();
+
+private:
+    OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
+                 const CatalogueStore::Patience *patience);
+    template <class Value, class Work>
+    Result<Value> inTransaction(const Work &work);
+    void enterStep(const SourceStep &step, Entered &counts);
+    void enterSubtitle(qint64 source, const ReadSubtitle &subtitle, Entered &counts);
+    qint64 sourceRow(const SourceStep &step);
+    QList<qint64> sourcesBelow(const QString &path, qint64 maxSources);
+    void forgetOrigins(qint64 source);
+    void execute(const char *text, qint64 first, qint64 second);
+
+    std::unique_ptr<SQLite::Database> m_database;
+    std::unique_ptr<CatalogueRows> m_rows; // these two let go of the database before it closes
+    std::unique_ptr<class PreparedStatements> m_statements;
+    QString m_path;
+    const CatalogueStore::Patience *m_patience = nullptr;
+};

@@ -1,0 +1,167 @@
+#include "Services.h"
+
+#include <base/MainQueue.h>
+#include <net/Redactor.h>
+#include <net/secrets/EnvironmentSecrets.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+using namespace std::chrono_literals;
+
+constexpr auto Patience = 2s; // a locked keyring asks the person, who may be elsewhere
+
+ServiceStatus::Missing missingBy(const Error &failure)
+{
+    switch (kindOf(failure).value_or(Kind::Unavailable)) {
+    case Kind::Offline:
+        return ServiceStatus::Missing::ByBeingOffline;
+    case Kind::KeyRefused:
+    case Kind::LoginRefused:
+        return ServiceStatus::Missing::ByTheKey;
+    case Kind::UnknownLanguage:
+        return ServiceStatus::Missing::ByTheLanguage;
+    case Kind::TooManyRequests:
+        return ServiceStatus::Missing::ByAPause;
+    default:
+        return ServiceStatus::Missing::ByAFailure;
+    }
+}
+} // namespace
+
+Services::Services(const Parts &parts)
+    : m_parts(parts),
+      m_credentials(environmentCredentials()),
+      m_names(std::make_shared<VideoNames>()),
+      m_alive(std::make_shared<Services *>(this))
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    ServiceDefaults::registerDefaults(defaults);
+    m_rest = std::make_shared<RestService>(m_clock, ServiceDefaults::restSettings(defaults, m_credentials),
+                                           m_names);
+    m_films = std::make_shared<FilmDatabase>(m_clock, ServiceDefaults::filmSettings(defaults, m_credentials));
+    for (const QString &key : ServiceDefaults::keys())
+        m_observations.push_back(defaults.observe(key, [this](const QVariant &) { apply(); }));
+    // Later: reaching a keyring takes time that the window's first appearance should not wait for.
+    MainQueue::shared().async([weak = std::weak_ptr(m_alive)] {
+        if (const auto alive = weak.lock())
+            (*alive)->readSecrets();
+    });
+}
+
+Services::~Services()
+{
+    m_rest->setPauseObserver({});
+    // They go by our clock and must not outlive the application object.
+    if (!m_isInstalled)
+        return;
+    SubtitleService::setShared({});
+    MetadataService::setShared({});
+}
+
+void Services::install()
+{
+    m_isInstalled = true;
+    m_rest->followLanguages();
+    const auto hasKey = [rest = m_rest] { return rest->hasKey(); };
+    const auto preferences = [rest = m_rest] { return rest->settings().preferences; };
+    m_combined = std::make_shared<CombinedSubtitleService>(
+        QList<CombinedSubtitleService::Source>{{m_parts.catalogueName, m_parts.catalogue, {}},
+                                               {RestRecord::service(), m_rest, hasKey}},
+        m_names, preferences);
+    m_combined->setGapsObserver([weak = std::weak_ptr(m_alive)](const CombinedSubtitleService::Gaps &gaps) {
+        if (const auto alive = weak.lock())
+            (*alive)->noteGaps(gaps);
+    });
+    m_rest->setPauseObserver([this](std::optional<Clock::Duration> pause) {
+        m_pause = pause ? std::optional(std::chrono::ceil<std::chrono::seconds>(*pause)) : std::nullopt;
+        if (m_answerObserver)
+            m_answerObserver();
+    });
+    if (!m_areSecretsRead) {
+        m_combined->hold();
+        m_patience = m_clock.after(Patience, [this] {
+            if (m_observer)
+                m_observer();
+            releaseQueries();
+        });
+    }
+    SubtitleService::setShared(m_combined);
+    const auto metadata = std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{
+        {m_parts.catalogueMetadata, {}}, {m_films, [films = m_films] { return films->hasKey(); }}});
+    // The window says so only when the setting changes.
+    metadata->preferredLanguage = UserDefaults::standard().string(u"languageCode"_s);
+    MetadataService::setShared(metadata);
+}
+
+void Services::noteGaps(const CombinedSubtitleService::Gaps &gaps)
+{
+    const auto failure = gaps.failures.constFind(RestRecord::service());
+    m_missing = failure == gaps.failures.constEnd() ? ServiceStatus::Missing::Nothing : missingBy(*failure);
+    m_missingReason =
+        m_missing == ServiceStatus::Missing::ByAPause ? failure->localizedDescription : QString();
+    m_leftOut = gaps.leftOut;
+    if (m_answerObserver)
+        m_answerObserver();
+}
+
+void Services::releaseQueries()
+{
+    m_patience.cancel();
+    if (m_combined)
+        m_combined->release();
+}
+
+void Services::reloadSecrets()
+{
+    m_saved.clear();
+    readSecrets();
+}
+
+void Services::readSecrets()
+{
+    loadCredentials(*m_parts.secrets, [weak = std::weak_ptr(m_alive)](const Credentials &credentials) {
+        if (const auto alive = weak.lock())
+            (*alive)->takeCredentials(credentials);
+    });
+}
+
+void Services::takeCredentials(Credentials credentials)
+{
+    for (auto it = m_saved.cbegin(); it != m_saved.cend(); ++it)
+        credentials.at(it.key()) = it.value();
+    m_credentials = credentials;
+    m_areSecretsRead = true;
+    apply();
+    releaseQueries();
+}
+
+void Services::saveSecret(Secret secret, const QString &text, SecretStore::WriteCompletion completion)
+{
+    const QString value = Credentials::cleaned(secret, text);
+    hideSecret(value);
+    if (!environmentSecret(secret)) {
+        m_saved[secret] = value;
+        m_credentials.at(secret) = value;
+        apply();
+    }
+    m_parts.secrets->write(secret, value, std::move(completion));
+}
+
+void Services::shutDown(const std::function<void()> &done)
+{
+    // The goodbye would wait for a connection behind questions whose answers nobody is there to see.
+    if (m_combined)
+        m_combined->cancelQueryTask();
+    m_rest->shutDown(done);
+}
+
+void Services::apply()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    m_rest->setSettings(ServiceDefaults::restSettings(defaults, m_credentials));
+    m_films->setSettings(ServiceDefaults::filmSettings(defaults, m_credentials));
+    if (m_observer)
+        m_observer();
+}

@@ -1,0 +1,136 @@
+#include "CachedFetch.h"
+
+#include "FilmErrors.h"
+
+#include <base/Background.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+struct CachedFetch::Errand
+{
+    Question question;
+    Completion completion;
+    std::optional<DiskCache::Entry> known;
+    Transport::Call call;
+};
+
+namespace
+{
+QByteArrayList cacheDirectives(const HttpAnswer &answer)
+{
+    QByteArrayList directives;
+    for (const QByteArray &directive : answer.header("Cache-Control").toLower().split(','))
+        directives += directive.trimmed();
+    return directives;
+}
+
+/// What is kept, if it can still be used: what an older version kept may be read in other ways today.
+std::optional<DiskCache::Entry> keptAnswer(const DiskCache &cache, const CachedFetch::Question &question,
+                                           const QDateTime &date)
+{
+    std::optional<DiskCache::Entry> entry = cache.find(question.key, date);
+    const bool isUsable = entry && (!question.isGood || question.isGood(entry->body));
+    return isUsable ? entry : std::nullopt;
+}
+} // namespace
+
+std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer)
+{
+    for (const QByteArray &text : cacheDirectives(answer)) {
+        if (text == "no-store" || text == "no-cache")
+            return 0s;
+        bool isNumber = false;
+        const qlonglong age = text.startsWith("max-age=") ? text.mid(8).toLongLong(&isNumber) : 0;
+        if (isNumber && age >= 0)
+            return std::chrono::seconds(std::min(age, qlonglong{366} * 86'400));
+    }
+    return std::nullopt;
+}
+
+CachedFetch::CachedFetch(Transport &transport, WorkerThread &worker, const DiskCache &cache)
+    : m_transport(transport), m_worker(worker), m_cache(cache)
+{
+}
+
+CachedFetch::Call CachedFetch::fetch(const Question &question, Completion completion)
+{
+    auto errand = std::make_shared<Errand>(Errand{question, std::move(completion), {}, {}});
+    const QDateTime date = m_transport.clock().date();
+    inBackground(
+        m_worker, [cache = m_cache, question, date] { return keptAnswer(cache, question, date); },
+        [this, date, weak = std::weak_ptr(errand)](const std::optional<DiskCache::Entry> &known) {
+            const auto held = weak.lock();
+            if (!held)
+                return;
+            held->known = known;
+            if (known && known->isFresh(date))
+                held->completion(known->body);
+            else
+                ask(held);
+        });
+    return errand;
+}
+
+void CachedFetch::ask(const std::shared_ptr<Errand> &errand)
+{
+    HttpRequest request = errand->question.request;
+    if (errand->known && !errand->known->etag.isEmpty())
+        request.setHeader("If-None-Match", errand->known->etag);
+    errand->call = m_transport.send(request, errand->question.rules,
+                                    [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
+                                        if (const auto held = weak.lock())
+                                            arrive(held, outcome);
+                                    });
+}
+
+void CachedFetch::arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+{
+    const bool isUnchanged = outcome && outcome->status == 304 && errand->known;
+    if (isUnchanged || (outcome && outcome->status == 200)) {
+        store(errand, *outcome);
+        return;
+    }
+    const bool nobodyAnswered = !outcome || outcome->status >= 500;
+    if (errand->known && nobodyAnswered)
+        errand->completion(errand->known->body);
+    else
+        errand->completion(outcome ? filmError(*outcome) : outcome.error());
+}
+
+void CachedFetch::store(const std::shared_ptr<Errand> &errand, const HttpAnswer &answer)
+{
+    const Question &question = errand->question;
+    DiskCache::Entry entry = errand->known.value_or(DiskCache::Entry());
+    if (answer.status == 200)
+        entry.body = answer.body;
+    if (const QByteArray etag = answer.header("ETag"); answer.status == 200 || !etag.isEmpty())
+        entry.etag = etag;
+    entry.stored = m_transport.clock().date();
+    entry.expires =
+        entry.stored.addDuration(std::min(maxAgeOf(answer).value_or(question.life), question.longestLife));
+    const bool mayBeKept = !cacheDirectives(answer).contains("no-store");
+    inBackground(
+        m_worker,
+        [cache = m_cache, key = question.key, entry, isGood = question.isGood, mayBeKept] {
+            const bool good = !isGood || isGood(entry.body);
+            if (!mayBeKept)
+                cache.remove(key);
+            else if (good)
+                cache.store(key, entry);
+            return good;
+        },
+        [weak = std::weak_ptr(errand), body = entry.body](bool good) {
+            const auto held = weak.lock();
+            if (!held)
+                return;
+            // What came is somebody else's, such as a network's that wants a sign-in.
+            if (good)
+                held->completion(body);
+            else if (held->known)
+                held->completion(held->known->body);
+            else
+                held->completion(
+                    serviceError(Kind::BadAnswer, ServiceName::Films, u"an answer of the wrong kind"_s));
+        });
+}

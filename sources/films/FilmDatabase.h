@@ -1,0 +1,69 @@
+#pragma once
+#include "CachedFetch.h"
+#include "FilmAnswers.h"
+#include "FilmImages.h"
+#include "FilmSettings.h"
+
+#include <model/MetadataService.h>
+
+#include <deque>
+
+/// The film database on the network, with its answers kept on disk. One lookup (a film and its picture) at a
+/// time: the next one ends it without an answer, so that it waits for nothing that is no longer wanted. Lives
+/// on the main thread, where completions arrive.
+class FilmDatabase final : public MetadataService
+{
+public:
+    /// `pixelRatio` says how many pixels a point has where pictures are shown.
+    FilmDatabase(Clock &clock, const FilmSettings &settings,
+                 const QString &cacheFolder = standardCacheFolder(), std::function<qreal()> pixelRatio = {});
+    ~FilmDatabase() override;
+    static QString standardCacheFolder();
+
+    /// For what is asked from now on: a question under way ends by the settings it began with.
+    void setSettings(const FilmSettings &settings);
+    bool hasKey() const { return !m_settings.key.isEmpty(); }
+
+    /// A film nobody knows is an answer with empty lists. The show stands for its episode.
+    void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
+    void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
+                    ImageCompletion completion) override;
+    /// Whether the key is accepted, asked anew each time.
+    void testKey(std::function<void(Result<void>)> completion);
+    void emptyCache();
+
+private:
+    struct Task;
+    struct Picture
+    {
+        QString path;
+        QSize size;
+        qreal ratio = 1;
+        FilmSettings settings;
+        ImageCompletion completion;
+    };
+
+    void dropLookup();
+    std::shared_ptr<Task> newTask();
+    void end(const std::shared_ptr<Task> &task);
+    void takeFind(const std::shared_ptr<Task> &task, const Result<QByteArray> &body,
+                  const FindCompletion &completion);
+    void askForShow(const std::shared_ptr<Task> &task, qint64 show, const FindCompletion &completion);
+    void startPictures();
+    void askForConfiguration(const Picture &picture);
+    void fetchPicture(const std::shared_ptr<Task> &task, const Picture &picture, const FilmImages &images);
+    void decode(const std::shared_ptr<Task> &task, const Picture &picture, const QByteArray &bytes);
+    void finishPicture(const std::shared_ptr<Task> &task, const Picture &picture,
+                       const Result<QImage> &image);
+
+    FilmSettings m_settings;
+    DiskCache m_cache;
+    Transport m_transport;
+    std::unique_ptr<WorkerThread> m_worker;
+    CachedFetch m_fetch;
+    std::function<qreal()> m_pixelRatio;
+    std::vector<std::shared_ptr<Task>> m_tasks; // under way
+    Transport::Call m_test;
+    std::deque<Picture> m_waitingPictures;
+    int m_picturesUnderWay = 0;
+};

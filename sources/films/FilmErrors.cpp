@@ -1,0 +1,45 @@
+#include "FilmErrors.h"
+
+#include <base/LocalizedString.h>
+#include <net/Json.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr int SignInFirst = 511; // said by a network that wants a sign-in
+
+/// Tells the database's own refusals from those of whoever else may stand between: `isOwn` has its code, and
+/// a page is never its answer.
+Kind kindOfStatus(int status, bool isOwn, bool isPage)
+{
+    if ((status == 401 || status == 403) && !isPage)
+        return Kind::KeyRefused;
+    if (status == 404 && isOwn)
+        return Kind::NotFound;
+    if (status == SignInFirst)
+        return Kind::BadAnswer;
+    if (status == 407)
+        return Kind::Proxy;
+    if (status == 429)
+        return Kind::TooManyRequests;
+    return status >= 500 ? Kind::Unavailable : Kind::BadAnswer;
+}
+} // namespace
+
+Error filmError(const HttpAnswer &answer)
+{
+    const std::optional<QJsonObject> object = Json::object(answer.body.left(16LL * 1024));
+    const QString message = object ? Json::text(*object, u"status_message"_s) : QString();
+    const bool isOwn = object && Json::integer(*object, u"status_code"_s);
+    const bool isPage = answer.body.trimmed().startsWith('<');
+    return serviceError(kindOfStatus(answer.status, isOwn, isPage), ServiceName::Films,
+                        u"status %1: %2"_s.arg(answer.status).arg(message));
+}
+
+Error noPosterError()
+{
+    Error error = serviceError(Kind::Rejected, ServiceName::Films, u"no poster"_s);
+    error.localizedDescription = String::localize(u"The film database has no poster of this film."_s);
+    return error;
+}

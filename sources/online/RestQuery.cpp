@@ -1,0 +1,120 @@
+#include "RestQuery.h"
+
+#include <media/names/FileNameParser.h>
+#include <net/ServiceError.h>
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+// The service refuses shorter ones, and the hash with them.
+constexpr qsizetype ShortestQuery = 3;
+
+Error refusal(Kind kind, const QString &detail)
+{
+    return serviceError(kind, ServiceName::Subtitles, detail);
+}
+
+QString valueOf(const QList<Arg> &args, Param param)
+{
+    for (const Arg &arg : args) {
+        if (arg.param == param)
+            return arg.value;
+    }
+    return {};
+}
+
+/// Nothing where no language was asked for, which means all of them.
+Result<QString> languages(const QList<Arg> &args, const RestLanguageList &known)
+{
+    QStringList codes;
+    for (const Arg &arg : args) {
+        if (arg.param != Param::language || arg.value.trimmed().isEmpty())
+            continue;
+        const QString code = known.codeFor(arg.value);
+        if (code.isEmpty())
+            return refusal(Kind::UnknownLanguage, u"no code for "_s + arg.value.left(20));
+        codes += code;
+    }
+    codes.removeDuplicates();
+    codes.sort();
+    return codes.join(u',');
+}
+
+QString withoutFolders(const QString &name)
+{
+    return name.section(u'/', -1);
+}
+
+/// Three and more single letters in a row were an acronym in the name of the file; two may be words.
+QString withDottedAcronyms(const QString &title)
+{
+    static const QRegularExpression letters(u"(?<![\\p{L}\\p{N}])(?:\\p{L} ){2,}\\p{L}(?![\\p{L}\\p{N}])"_s);
+    QString result = title;
+    for (auto matches = letters.globalMatch(title); matches.hasNext();) {
+        const QString spaced = matches.next().captured();
+        result.replace(spaced, QString(spaced).replace(u' ', u'.') + u'.');
+    }
+    return result;
+}
+
+/// The title as a person writes it: the parser makes words of it, and takes out the year that tells two shows
+/// of one name apart.
+QString showTitle(const VideoFileComponents &parts, const QString &text)
+{
+    static const QRegularExpression acronym(
+        u"(?<![\\p{L}\\p{N}])(?:\\p{L}\\.){2,}(?:\\p{L}(?![\\p{L}\\p{N}]))?"_s);
+    QString title = parts.title.simplified();
+    for (auto matches = acronym.globalMatch(text); matches.hasNext();) {
+        const QString dotted = matches.next().captured();
+        title.replace(QString(dotted).replace(u'.', u' ').trimmed(), dotted, Qt::CaseInsensitive);
+    }
+    title = withDottedAcronyms(title);
+    return parts.year ? title + u' ' + QString::number(*parts.year) : title;
+}
+
+void addWords(RestQuery &query, const QString &text)
+{
+    const VideoFileComponents parts = parseVideoName(text);
+    if (!parts.season || !parts.episode || parts.title.trimmed().isEmpty()) {
+        query.parameters[u"query"_s] = text;
+        return;
+    }
+    query.parameters[u"query"_s] = showTitle(parts, text);
+    query.parameters[u"season_number"_s] = QString::number(*parts.season);
+    query.parameters[u"episode_number"_s] = QString::number(*parts.episode);
+}
+} // namespace
+
+Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated,
+                                  const RestLanguageList &known)
+{
+    const Result<QString> wanted = languages(args, known);
+    if (!wanted)
+        return wanted.error();
+    RestQuery query;
+    query.parameters[u"languages"_s] = *wanted;
+    if (machineTranslated != Liking::Avoided)
+        query.parameters[u"machine_translated"_s] = u"include"_s;
+    const QString hash = valueOf(args, Param::movieHash).toLower();
+    if (hash.isEmpty()) {
+        const QString text = valueOf(args, Param::text).simplified();
+        if (text.isEmpty())
+            return refusal(Kind::NothingToAsk, u"no words"_s);
+        query.videoName = text;
+        addWords(query, text);
+        return query;
+    }
+    static const QRegularExpression sixteenDigits(u"\\A[0-9a-f]{16}\\z"_s);
+    if (!sixteenDigits.match(hash).hasMatch())
+        return refusal(Kind::Rejected, u"not a movie hash"_s);
+    query.parameters[u"moviehash"_s] = hash;
+    if (nameOf)
+        query.videoName = nameOf({hash, valueOf(args, Param::byteSize).toULongLong()});
+    const QString name = withoutFolders(query.videoName).trimmed();
+    if (name.size() >= ShortestQuery)
+        query.parameters[u"query"_s] = name;
+    return query;
+}

@@ -1,0 +1,126 @@
+#include "RestRecord.h"
+
+#include "RestFileId.h"
+#include "RestLanguages.h"
+
+#include <model/ServiceLanguages.h>
+#include <net/Json.h>
+
+#include <QJsonArray>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr qsizetype MaxNameLength = 200;
+constexpr int MaxFiles = 20;
+constexpr int ImdbDigits = 7;
+
+std::optional<int> positive(std::optional<int> value)
+{
+    return value && *value > 0 ? value : std::nullopt;
+}
+
+std::optional<QString> imdbId(const QJsonObject &feature)
+{
+    for (const QString &key : {u"imdb_id"_s, u"parent_imdb_id"_s}) {
+        const std::optional<qint64> number = Json::integer(feature, key);
+        if (number && *number > 0 && *number < 1'000'000'000)
+            return "tt"_L1 + QString::number(*number).rightJustified(ImdbDigits, u'0');
+    }
+    return std::nullopt;
+}
+
+void readFeature(Subtitle &subtitle, const QJsonObject &feature)
+{
+    const bool isEpisode =
+        Json::text(feature, u"feature_type"_s).compare("episode"_L1, Qt::CaseInsensitive) == 0;
+    const QString show = plainLine(Json::text(feature, u"parent_title"_s), MaxNameLength);
+    subtitle.title =
+        isEpisode && !show.isEmpty() ? show : plainLine(Json::text(feature, u"title"_s), MaxNameLength);
+    subtitle.year = positive(Json::smallInteger(feature, u"year"_s));
+    subtitle.imdbID = imdbId(feature);
+    if (!isEpisode)
+        return;
+    subtitle.season = Json::smallInteger(feature, u"season_number"_s);
+    subtitle.episode = Json::smallInteger(feature, u"episode_number"_s);
+}
+
+Subtitle readAttributes(const QJsonObject &attributes, const Locale &locale)
+{
+    Subtitle subtitle;
+    subtitle.service = RestRecord::service();
+    subtitle.subFormat = u"srt"_s; // the service converts to what is asked for
+    subtitle.subLanguageID = RestLanguages::toThreeLetters(Json::text(attributes, u"language"_s));
+    subtitle.languageName = ServiceLanguages::name(subtitle.subLanguageID, locale);
+    subtitle.matchesHash = Json::flag(attributes, u"moviehash_match"_s);
+    const std::optional<double> fps = Json::number(attributes, u"fps"_s);
+    if (fps && *fps > 0 && *fps < 1000)
+        subtitle.framesPerSecond = fps;
+    const std::optional<qint64> downloads = Json::integer(attributes, u"download_count"_s);
+    if (downloads && *downloads >= 0)
+        subtitle.downloads = downloads;
+    subtitle.hearingImpaired = Json::flag(attributes, u"hearing_impaired"_s);
+    subtitle.foreignPartsOnly = Json::flag(attributes, u"foreign_parts_only"_s);
+    subtitle.machineTranslated =
+        Json::flag(attributes, u"machine_translated"_s) || Json::flag(attributes, u"ai_translated"_s);
+    subtitle.trusted = Json::flag(attributes, u"from_trusted"_s);
+    readFeature(subtitle, attributes[u"feature_details"_s].toObject());
+    return subtitle;
+}
+
+QString fileName(const QJsonObject &file, const QString &release, const Subtitle &subtitle)
+{
+    for (const QString &name :
+         {plainLine(Json::text(file, u"file_name"_s), MaxNameLength), release, subtitle.title}) {
+        if (!name.isEmpty())
+            return name;
+    }
+    return Json::text(file, u"file_id"_s);
+}
+} // namespace
+
+QString plainLine(const QString &text, qsizetype maxLength)
+{
+    QString line;
+    for (const QChar c : text.left(4 * maxLength)) {
+        const QChar::Category category = c.category();
+        if (c.isSpace() || category == QChar::Other_Control)
+            line += u' ';
+        else if (category != QChar::Other_Format && c != QChar::ReplacementCharacter)
+            line += c;
+    }
+    line = line.simplified();
+    if (line.size() > maxLength)
+        line = line.left(line[maxLength - 1].isHighSurrogate() ? maxLength - 1 : maxLength);
+    return line;
+}
+
+QString RestRecord::service()
+{
+    return u"rest"_s;
+}
+
+RestRecord RestRecord::read(const QJsonValue &record, const QUrl &base, const Locale &locale)
+{
+    RestRecord result;
+    const QJsonValue attributesValue = record[u"attributes"_s];
+    if (!attributesValue.isObject())
+        return result;
+    const QJsonObject attributes = attributesValue.toObject();
+    result.isReadable = attributes[u"files"_s].isArray();
+    const Subtitle common = readAttributes(attributes, locale);
+    const QString release = plainLine(Json::text(attributes, u"release"_s), MaxNameLength);
+    const QJsonArray files = attributes[u"files"_s].toArray();
+    for (qsizetype i = 0; i < std::min<qsizetype>(files.size(), MaxFiles); ++i) {
+        const QJsonObject file = files[i].toObject();
+        const std::optional<qint64> id = Json::integer(file, u"file_id"_s);
+        if (!id || *id <= 0)
+            continue;
+        auto subtitle = std::make_shared<Subtitle>(common);
+        subtitle->fileID = RestFileId::of(base, *id);
+        subtitle->subFileName = fileName(file, release, *subtitle);
+        result.subtitles += subtitle;
+    }
+    return result;
+}

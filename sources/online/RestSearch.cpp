@@ -1,0 +1,206 @@
+#include "RestSearch.h"
+
+#include "RestErrors.h"
+
+#include <base/Background.h>
+#include <media/names/Ranking.h>
+
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
+
+constexpr std::chrono::seconds KeptFor = 24h;
+constexpr std::chrono::seconds NothingKeptFor = 1h;
+} // namespace
+
+/// Where a page is kept, and how it is read. For the worker.
+struct RestSearch::Shelf
+{
+    DiskCache cache;
+    QUrl page;
+    QUrl base;
+    QDateTime date;
+    Locale locale;
+    std::stop_token stop;
+
+    QString key() const { return QString::fromLatin1(page.toEncoded()); }
+
+    /// The page that is kept, or nothing.
+    std::optional<RestPage> find() const
+    {
+        const std::optional<DiskCache::Entry> entry = cache.find(key(), date);
+        if (!entry || !entry->isFresh(date))
+            return std::nullopt;
+        const Result<RestPage> read = RestPage::read(entry->body, base, locale, stop);
+        return read ? std::optional(*read) : std::nullopt;
+    }
+
+    /// Reads a page that has just come and keeps it, if it is one.
+    Result<RestPage> put(const QByteArray &body) const
+    {
+        Result<RestPage> read = RestPage::read(body, base, locale, stop);
+        if (read) {
+            const auto kept = read->records > 0 ? KeptFor : NothingKeptFor;
+            cache.store(key(), {body, {}, date, date.addDuration(kept)});
+        }
+        return read;
+    }
+};
+
+RestSearch::RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
+                       Completion completion)
+    : m_tools(tools),
+      m_query(query),
+      m_preferences(preferences),
+      m_locale(Locale::current()),
+      m_completion(std::move(completion))
+{
+}
+
+RestSearch::~RestSearch()
+{
+    m_stop.request_stop();
+}
+
+RestURL::Parameters RestSearch::parameters(int page) const
+{
+    RestURL::Parameters result = m_query.parameters;
+    if (page > 1)
+        result[u"page"_s] = QString::number(page);
+    return result;
+}
+
+RestSearch::Shelf RestSearch::shelf(int page) const
+{
+    const QUrl &base = m_tools.session->access().base;
+    return {m_tools.cache, RestURL::address(base, u"/subtitles"_s, parameters(page)),
+            base,          m_tools.clock.date(),
+            m_locale,      m_stop.get_token()};
+}
+
+void RestSearch::lookUp(int page)
+{
+    inBackground(
+        m_tools.worker, [shelf = shelf(page)] { return shelf.find(); },
+        [weak = weak_from_this(), page](const std::optional<RestPage> &found) {
+            const auto self = weak.lock();
+            if (!self)
+                return;
+            if (found)
+                self->take(page, *found);
+            else
+                self->ask(page);
+        });
+}
+
+void RestSearch::ask(int page)
+{
+    if (m_hasEnded)
+        return;
+    m_calls.push_back(m_tools.session->send(
+        {HttpRequest::Method::Get, u"/subtitles"_s, parameters(page)}, RestSession::Login::IfThereIsOne,
+        [weak = weak_from_this(), page](const Result<HttpAnswer> &outcome) {
+            if (const auto self = weak.lock())
+                self->arrive(page, outcome);
+        }));
+}
+
+void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)
+{
+    if (!outcome || outcome->status != 200) {
+        take(page, outcome ? RestErrors::error(*outcome) : outcome.error());
+        return;
+    }
+    inBackground(
+        m_tools.worker, [shelf = shelf(page), body = outcome->body] { return shelf.put(body); },
+        [weak = weak_from_this(), page](const Result<RestPage> &read) {
+            if (const auto self = weak.lock())
+                self->take(page, read);
+        });
+}
+
+void RestSearch::take(int page, const Result<RestPage> &read)
+{
+    if (m_hasEnded)
+        return;
+    m_early.emplace(page, read);
+    for (auto next = m_early.find(m_next); next != m_early.end(); next = m_early.find(m_next)) {
+        takeNext(m_early.extract(next).mapped());
+        if (m_hasEnded)
+            return;
+    }
+}
+
+void RestSearch::takeNext(const Result<RestPage> &read)
+{
+    if (!read) {
+        fail(read.error());
+        return;
+    }
+    const bool isFirst = m_next == 1;
+    if (isFirst)
+        countPages(*read);
+    if (isLast(*read)) {
+        finish();
+        return;
+    }
+    ++m_next;
+    for (int page = 2; isFirst && page <= m_pages; ++page)
+        lookUp(page);
+}
+
+void RestSearch::countPages(const RestPage &first)
+{
+    m_total = first.totalCount;
+    m_pages = std::clamp(first.totalPages, 1, MaxPages);
+    // Some promise more pages than they have records for.
+    if (first.records > 0 && m_total > first.records)
+        m_pages = static_cast<int>(std::min<qint64>(m_pages, (m_total + first.records - 1) / first.records));
+}
+
+/// Adds what the page has and says whether it is the last worth asking for.
+bool RestSearch::isLast(const RestPage &read)
+{
+    if (read.records == 0 || m_seen.contains(read.fingerprint))
+        return true;
+    m_seen += read.fingerprint;
+    m_found += read.subtitles;
+    m_records += read.records;
+    return m_next >= m_pages || m_found.size() >= BestRows::MaxRows;
+}
+
+/// A failure in the middle leaves what was found before it: a person can work with that.
+void RestSearch::fail(const Error &error)
+{
+    if (!m_found.isEmpty()) {
+        qCWarning(log).noquote() << "the search ended early:" << error.detail;
+        finish();
+        return;
+    }
+    m_hasEnded = true;
+    std::exchange(m_completion, nullptr)(error);
+}
+
+void RestSearch::finish()
+{
+    m_hasEnded = true;
+    m_calls.clear();
+    const qint64 unread = std::max<qint64>(0, m_total - m_records);
+    if (unread > 0)
+        qCInfo(log).noquote() << u"%1 of %2 records left out"_s.arg(unread).arg(m_total);
+    inBackground(
+        m_tools.worker,
+        [found = m_found, name = m_query.videoName, preferences = m_preferences, stop = m_stop.get_token()] {
+            return BestRows::of(found, name, preferences, stop);
+        },
+        [weak = weak_from_this(), unread](const BestRows &best) {
+            if (const auto self = weak.lock())
+                std::exchange(self->m_completion,
+                              nullptr)(QueryResult{best.subtitles, unread + best.leftOut});
+        });
+}

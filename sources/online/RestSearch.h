@@ -1,0 +1,69 @@
+#pragma once
+#include "RestPage.h"
+#include "RestQuery.h"
+#include "RestSession.h"
+
+#include <base/WorkerThread.h>
+#include <model/SubtitleService.h>
+#include <net/DiskCache.h>
+
+#include <QSet>
+
+#include <map>
+#include <stop_token>
+
+/// One search, up to a cap of pages and rows, and its one answer. The first page says how many there are; the
+/// others are asked for side by side and taken in their order. Pages come from the cache where it has them;
+/// reading and ranking happen on the worker. Letting it go drops it without a word and ends that work. Main
+/// thread only.
+class RestSearch final : public std::enable_shared_from_this<RestSearch>
+{
+public:
+    struct Tools
+    {
+        std::shared_ptr<RestSession> session; // the whole search goes by it
+        WorkerThread &worker;
+        Clock &clock;
+        DiskCache cache;
+    };
+    using Completion = SubtitleService::QueryCompletion;
+
+    RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
+               Completion completion);
+    ~RestSearch();
+    RestSearch(const RestSearch &) = delete;
+    RestSearch &operator=(const RestSearch &) = delete;
+    void start() { lookUp(1); }
+
+    static constexpr int MaxPages = 10;
+
+private:
+    void lookUp(int page);
+    void ask(int page);
+    void arrive(int page, const Result<HttpAnswer> &outcome);
+    void take(int page, const Result<RestPage> &read);
+    void takeNext(const Result<RestPage> &read);
+    bool isLast(const RestPage &read);
+    void countPages(const RestPage &first);
+    void finish();
+    void fail(const Error &error);
+    struct Shelf;
+    Shelf shelf(int page) const;
+    RestURL::Parameters parameters(int page) const;
+
+    Tools m_tools;
+    const RestQuery m_query;
+    const RankingPreferences m_preferences;
+    const Locale m_locale;
+    Completion m_completion;
+    QList<SubtitlePtr> m_found;
+    QSet<QByteArray> m_seen; // fingerprints of the pages
+    qint64 m_records = 0;
+    qint64 m_total = 0;
+    int m_pages = 1; // worth asking for
+    int m_next = 1;  // the page that is taken next
+    bool m_hasEnded = false;
+    std::map<int, Result<RestPage>> m_early; // pages that came before those in front of them
+    std::vector<RestSession::Call> m_calls;
+    std::stop_source m_stop; // ends the work on the worker
+};

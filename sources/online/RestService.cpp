@@ -1,0 +1,233 @@
+#include "RestService.h"
+
+#include "RestErrors.h"
+
+#include <base/Background.h>
+#include <base/LocalizedString.h>
+#include <media/names/FileNameParser.h>
+#include <net/Json.h>
+
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr int RequestsPerSpan = 4; // the service allows five
+constexpr Clock::Duration RateSpan = 1050ms;
+constexpr std::chrono::hours AnswersKeptFor = 24h;
+constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
+constexpr std::chrono::hours LanguagesKeptFor = 90 * 24h; // an old list is better than none
+constexpr qint64 MaxCacheBytes = 64LL * 1024 * 1024;
+
+Error noKey()
+{
+    Error error = serviceError(Kind::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
+    error.localizedDescription =
+        String::localize(u"The subtitle service wants an API key. Enter one in the preferences."_s);
+    return error;
+}
+} // namespace
+
+RestService::Places RestService::Places::standard()
+{
+    const QString cache =
+        QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/Plovendix"_L1;
+    return {cache + "/searches"_L1, DownloadFolder::standardPath()};
+}
+
+RestService::RestService(Clock &clock, const RestSettings &settings, std::shared_ptr<VideoNames> names,
+                         const Places &places)
+    : m_names(std::move(names)),
+      m_cache(places.cache, AnswersKeptFor),
+      m_transport(clock, ServiceName::Subtitles, RateLimiter(RequestsPerSpan, RateSpan)),
+      m_logins(std::make_shared<RestLogins>(clock)),
+      m_settings(settings),
+      m_session(RestSession::make(m_transport, m_logins, settings)),
+      m_worker(std::make_unique<WorkerThread>()),
+      m_download({m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
+                  DownloadFolder(places.downloads)},
+                 m_session),
+      m_languages({*m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}, m_session),
+      m_alive(std::make_shared<RestService *>(this))
+{
+    m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
+    m_worker->post([cache = m_cache, kept = DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
+                    downloads = DownloadFolder(places.downloads)] {
+        const QDateTime date = QDateTime::currentDateTimeUtc(); // that of the files
+        cache.prune(date, MaxCacheBytes);
+        kept.prune(date, MaxCacheBytes);
+        downloads.clearOlderThan(FilesKeptFor);
+    });
+}
+
+RestService::~RestService()
+{
+    m_queries.clear();
+    m_worker.reset();
+}
+
+void RestService::setSettings(const RestSettings &settings)
+{
+    const RestAccess &access = settings;
+    const bool isOther = access != m_settings;
+    m_settings = settings;
+    m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
+    if (!isOther)
+        return;
+    m_former += std::exchange(m_session, RestSession::make(m_transport, m_logins, access));
+    m_download.use(m_session);
+    m_languages.use(m_session);
+    m_former.removeIf([](const auto &former) { return former.use_count() == 1 && !former->isLoggedIn(); });
+}
+
+void RestService::query(const QList<Arg> &args, QueryCompletion completion)
+{
+    const quint64 number = ++m_lastQuery;
+    m_queries.insert(number, {std::move(completion), {}});
+    const auto nameOf = [this](const VideoHash &video) {
+        return m_names ? m_names->nameOf(video) : QString();
+    };
+    const Result<RestQuery> query =
+        RestQuery::from(args, nameOf, settings().preferences.machineTranslated, m_languages.list());
+    if (!hasKey()) {
+        refuse(number, noKey());
+        return;
+    }
+    if (!query) {
+        refuse(number, query.error());
+        m_languages.noteSearch();
+        return;
+    }
+    auto search = std::make_shared<RestSearch>(
+        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query, settings().preferences,
+        [this, number](const Result<QueryResult> &result) { answer(number, result); });
+    m_queries[number].search = search;
+    search->start();
+    m_languages.noteSearch();
+}
+
+void RestService::refuse(quint64 number, const Error &error)
+{
+    MainQueue::shared().async([weak = std::weak_ptr(m_alive), number, error] {
+        if (const auto self = weak.lock())
+            (*self)->answer(number, error);
+    });
+}
+
+void RestService::answer(quint64 number, const Result<QueryResult> &result)
+{
+    const Query query = m_queries.take(number);
+    if (!query.completion)
+        return;
+    // From a network signal the answer takes another turn: its receiver may open an alert's event loop.
+    MainQueue::shared().async([this, weak = std::weak_ptr(m_alive), number, query, result] {
+        if (weak.lock() && m_cancelledUpTo < number)
+            query.completion(result);
+    });
+}
+
+void RestService::cancelQueryTask()
+{
+    m_cancelledUpTo = m_lastQuery;
+    m_queries.clear();
+}
+
+void RestService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
+{
+    const quint64 number = ++m_lastDownload;
+    const auto answer = [weak = std::weak_ptr(m_alive), number,
+                         completion = std::move(completion)](const Result<QUrl> &file) {
+        const auto self = weak.lock();
+        if (self && (*self)->m_downloadsCancelledUpTo < number)
+            completion(file);
+    };
+    if (hasKey())
+        m_download.fetch(subtitle, answer);
+    else
+        MainQueue::shared().async([answer] { answer(noKey()); });
+}
+
+void RestService::cancelDownloads()
+{
+    m_downloadsCancelledUpTo = m_lastDownload;
+    m_download.cancelAll();
+}
+
+void RestService::testConnection(std::function<void(Result<RestReport>)> completion)
+{
+    if (!hasKey()) {
+        MainQueue::shared().async([completion = std::move(completion)] { completion(noKey()); });
+        return;
+    }
+    const RestURL::Parameters sample{{u"languages"_s, u"en"_s}, {u"query"_s, u"lighthouse"_s}};
+    const bool hasAccount = settings().hasAccount();
+    const RestSession::Request request{HttpRequest::Method::Get,
+                                       hasAccount ? u"/infos/user"_s : u"/subtitles"_s,
+                                       hasAccount ? RestURL::Parameters() : sample};
+    m_test = m_session->send(request, RestSession::Login::Wanted,
+                             [this, session = m_session.get(),
+                              completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
+                                 finishTest(*session, completion, outcome);
+                             });
+}
+
+void RestService::finishTest(RestSession &session, const std::function<void(Result<RestReport>)> &completion,
+                             const Result<HttpAnswer> &outcome)
+{
+    const auto answerLater = [&](const Result<RestReport> &report) {
+        MainQueue::shared().async([completion, report] { completion(report); });
+    };
+    if (!outcome) {
+        answerLater(outcome.error());
+        return;
+    }
+    if (!outcome->isSuccess()) {
+        answerLater(RestErrors::error(*outcome));
+        return;
+    }
+    const std::optional<QJsonObject> object = Json::object(outcome->body);
+    if (!object || !object->contains(u"data"_s)) {
+        answerLater(serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"no data"_s));
+        return;
+    }
+    if (session.isLoggedIn()) {
+        RestQuota quota = session.quota();
+        quota.takeUser((*object)[u"data"_s].toObject());
+        m_download.takeQuota(session, quota);
+    }
+    answerLater(RestReport{session.isLoggedIn(), session.quota()});
+}
+
+void RestService::setQuotaObserver(std::function<void(const RestQuota &)> observer)
+{
+    m_download.setQuotaObserver(std::move(observer));
+}
+
+void RestService::emptyCache()
+{
+    m_worker->post([cache = m_cache] { cache.clear(); });
+}
+
+void RestService::shutDown(const std::function<void()> &done)
+{
+    m_leaving = std::exchange(m_former, {}) << m_session;
+    const auto missing = std::make_shared<qsizetype>(m_leaving.size());
+    for (const std::shared_ptr<RestSession> &session : std::as_const(m_leaving)) {
+        session->logOut([missing, done] {
+            if (--*missing == 0)
+                done();
+        });
+    }
+}
+
+std::optional<VideoHash> RestService::computeHash(const QUrl &url)
+{
+    return m_names ? m_names->hash(url) : movieHashWithin(VideoNames::HashPatience, url);
+}
+
+VideoFileComponents RestService::componentsOf(const QUrl &url)
+{
+    return videoFileComponents(url);
+}

@@ -1,0 +1,219 @@
+#include "RestSession.h"
+
+#include "RestErrors.h"
+
+#include <net/Json.h>
+#include <net/Redactor.h>
+
+#include <QJsonDocument>
+#include <QLoggingCategory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
+
+constexpr Clock::Duration LongestGoodbye = 3s;
+} // namespace
+
+/// A request until its last answer; it may be sent twice, with a login between.
+struct RestSession::Errand
+{
+    std::shared_ptr<RestSession> session; // lives as long as anything is under way in it
+    Request request;
+    Login login = Login::IfThereIsOne;
+    Completion completion;
+    QByteArray sentToken; // empty without a login
+    bool hasLoggedInAgain = false;
+    Call call;
+    Clock::Timer refusal;
+};
+
+std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RestLogins> logins,
+                                               const RestAccess &access)
+{
+    return std::shared_ptr<RestSession>(new RestSession(transport, std::move(logins), access));
+}
+
+RestSession::RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access)
+    : m_transport(transport), m_access(access), m_base(access.base), m_logins(std::move(logins))
+{
+    for (const QString &secret : {access.apiKey, access.password})
+        hideSecret(secret);
+}
+
+RestSession::~RestSession() = default;
+
+void RestSession::forgetLogin()
+{
+    m_token = {};
+    m_base = m_access.base;
+}
+
+RestSession::Call RestSession::send(const Request &request, Login login, Completion completion)
+{
+    auto errand = std::make_shared<Errand>();
+    errand->session = shared_from_this();
+    errand->request = request;
+    errand->login = login;
+    errand->completion = std::move(completion);
+    begin(errand);
+    return errand;
+}
+
+void RestSession::begin(const std::shared_ptr<Errand> &errand)
+{
+    if (errand->login == Login::Wanted && m_access.hasAccount() && !isLoggedIn())
+        logIn(errand);
+    else
+        transmit(errand);
+}
+
+HttpRequest RestSession::prepared(const Request &request, const QUrl &base) const
+{
+    HttpRequest result;
+    result.method = request.method;
+    result.url = RestURL::address(base, request.path, request.parameters);
+    result.isAwaited = request.isAwaited;
+    result.setHeader("Api-Key", m_access.apiKey.toUtf8());
+    result.setHeader("Accept", "*/*");
+    if (!request.json.isEmpty()) {
+        result.setHeader("Content-Type", "application/json");
+        result.body = request.json;
+    }
+    return result;
+}
+
+void RestSession::transmit(const std::shared_ptr<Errand> &errand)
+{
+    const bool loggedIn = isLoggedIn();
+    HttpRequest request = prepared(errand->request, loggedIn ? m_base : m_access.base);
+    if (loggedIn)
+        request.setHeader("Authorization", "Bearer " + m_token.text());
+    errand->sentToken = loggedIn ? m_token.text() : QByteArray();
+    errand->call = m_transport.send(request, m_access.apiHosts(),
+                                    [weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
+                                        if (const auto held = weak.lock())
+                                            held->session->arrive(held, outcome);
+                                    });
+}
+
+void RestSession::arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+{
+    const bool forgotten = outcome && !errand->sentToken.isEmpty() && RestErrors::isTokenRefused(*outcome);
+    if (!forgotten || errand->hasLoggedInAgain) {
+        errand->completion(outcome);
+        return;
+    }
+    qCInfo(log) << "the service has forgotten the login";
+    errand->hasLoggedInAgain = true;
+    // Another request may have met this before and logged in since.
+    if (errand->sentToken == m_token.text())
+        forgetLogin();
+    if (m_access.hasAccount() && !isLoggedIn())
+        logIn(errand);
+    else
+        transmit(errand);
+}
+
+void RestSession::logIn(const std::shared_ptr<Errand> &errand)
+{
+    if (const auto refused = m_logins->refusal(m_access)) {
+        errand->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(errand), error = *refused] {
+            if (const auto held = weak.lock())
+                held->session->goOnWithout(held, error);
+        });
+        return;
+    }
+    m_waiting.push_back(errand);
+    if (m_isLoggingIn)
+        return;
+    m_isLoggingIn = true;
+    m_loginTurn = m_logins->rate().wait([this] { sendLogin(); });
+}
+
+void RestSession::goOnWithout(const std::shared_ptr<Errand> &errand, const Error &error)
+{
+    if (errand->login == Login::Wanted)
+        errand->completion(error);
+    else
+        transmit(errand);
+}
+
+void RestSession::sendLogin()
+{
+    // Another session may have been told meanwhile.
+    if (const auto refused = m_logins->refusal(m_access)) {
+        finishLogin(refused);
+        return;
+    }
+    const QJsonObject body{{u"username"_s, m_access.userName}, {u"password"_s, m_access.password}};
+    const Request login{
+        HttpRequest::Method::Post, u"/login"_s, {}, QJsonDocument(body).toJson(QJsonDocument::Compact)};
+    m_loginCall =
+        m_transport.send(prepared(login, m_access.base), m_access.apiHosts(),
+                         [this](const Result<HttpAnswer> &outcome) { finishLogin(takeToken(outcome)); });
+}
+
+void RestSession::finishLogin(const std::optional<Error> &error)
+{
+    const std::shared_ptr<RestSession> self = shared_from_this(); // an answer may let it go
+    m_isLoggingIn = false;
+    const std::vector<std::weak_ptr<Errand>> waiting = std::exchange(m_waiting, {});
+    for (const auto &weak : waiting) {
+        const auto errand = weak.lock();
+        if (!errand)
+            continue;
+        if (error)
+            goOnWithout(errand, *error);
+        else
+            transmit(errand);
+    }
+}
+
+std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
+{
+    if (!outcome)
+        return outcome.error();
+    if (outcome->status == 400 || outcome->status == 401) {
+        const QString detail =
+            u"login, status %1: %2"_s.arg(outcome->status).arg(RestErrors::message(*outcome));
+        const Error refused = serviceError(Kind::LoginRefused, ServiceName::Subtitles, detail);
+        m_logins->noteRefusal(m_access, refused);
+        return refused;
+    }
+    if (!outcome->isSuccess())
+        return RestErrors::error(*outcome);
+    const std::optional<QJsonObject> answer = Json::object(outcome->body);
+    const QByteArray text = answer ? Json::text(*answer, u"token"_s).toLatin1() : QByteArray();
+    const bool hasLineBreak = text.contains('\n') || text.contains('\r');
+    if (text.isEmpty() || hasLineBreak)
+        return serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"a login without a token"_s);
+    hideSecret(QString::fromLatin1(text));
+    m_token = RestToken(text, m_transport.clock());
+    m_base = m_access.baseAt(Json::text(*answer, u"base_url"_s));
+    m_quota.takeUser((*answer)[u"user"_s].toObject());
+    return std::nullopt;
+}
+
+void RestSession::logOut(std::function<void()> done)
+{
+    if (!isLoggedIn()) {
+        done();
+        return;
+    }
+    HttpRequest request = prepared({HttpRequest::Method::Delete, u"/logout"_s}, m_base);
+    request.setHeader("Authorization", "Bearer " + m_token.text());
+    forgetLogin();
+    const auto finish = [this, done = std::move(done)] {
+        m_logoutLimit.cancel();
+        const Call ended = std::exchange(m_logoutCall, {});
+        done();
+    };
+    // A place in the rate may be further off than anybody waits for a program to end.
+    m_logoutLimit = m_transport.clock().after(LongestGoodbye, finish);
+    m_logoutCall =
+        m_transport.send(request, m_access.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });
+}

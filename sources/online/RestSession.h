@@ -1,0 +1,79 @@
+#pragma once
+#include "RestLogins.h"
+#include "RestQuota.h"
+#include "RestToken.h"
+#include "RestURL.h"
+
+#include <net/Transport.h>
+#include <optional>
+#include <vector>
+
+/// Who we are to the service: key, login, token and host. Adds them to each request, logs in once where that
+/// is needed and again when the service has forgotten the token, and never repeats credentials that were
+/// refused. Its access never changes: other settings are another session, and what was begun in this one
+/// keeps it until it has ended. Main thread only.
+class RestSession final : public std::enable_shared_from_this<RestSession>
+{
+public:
+    using Completion = Transport::Completion;
+    using Call = Transport::Call;
+    enum class Login
+    {
+        IfThereIsOne,
+        Wanted
+    };
+
+    struct Request
+    {
+        HttpRequest::Method method = HttpRequest::Method::Get;
+        QString path;
+        RestURL::Parameters parameters = {};
+        QByteArray json = {};
+        bool isAwaited = true; // by a person
+    };
+
+    /// `logins` are those of all sessions.
+    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RestLogins> logins,
+                                             const RestAccess &access);
+    ~RestSession();
+
+    const RestAccess &access() const { return m_access; }
+    bool isLoggedIn() const { return m_token.isValid(m_transport.clock()); }
+
+    /// `Wanted` logs in first where there is an account; without one the request goes as it is. A login that
+    /// fails ends a request that wants it; any other goes without.
+    [[nodiscard]] Call send(const Request &request, Login login, Completion completion);
+    /// Tells the service, if logged in, and forgets the token whatever it says.
+    void logOut(std::function<void()> done);
+
+    /// How many downloads are left to this one who asks.
+    const RestQuota &quota() const { return m_quota; }
+    void setQuota(const RestQuota &quota) { m_quota = quota; }
+
+private:
+    struct Errand;
+    RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access);
+    void begin(const std::shared_ptr<Errand> &errand);
+    void transmit(const std::shared_ptr<Errand> &errand);
+    void arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
+    void logIn(const std::shared_ptr<Errand> &errand);
+    void sendLogin();
+    void finishLogin(const std::optional<Error> &error);
+    void goOnWithout(const std::shared_ptr<Errand> &errand, const Error &error);
+    std::optional<Error> takeToken(const Result<HttpAnswer> &outcome);
+    HttpRequest prepared(const Request &request, const QUrl &base) const;
+    void forgetLogin();
+
+    Transport &m_transport;
+    const RestAccess m_access;
+    RestQuota m_quota;
+    RestToken m_token;
+    QUrl m_base; // the one that the login names
+    std::shared_ptr<RestLogins> m_logins;
+    RateQueue::Turn m_loginTurn;
+    Call m_loginCall;
+    Call m_logoutCall;
+    Clock::Timer m_logoutLimit;
+    bool m_isLoggingIn = false;
+    std::vector<std::weak_ptr<Errand>> m_waiting; // for the login
+};

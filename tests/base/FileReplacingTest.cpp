@@ -1,0 +1,172 @@
+#include "MoveFixture.h"
+
+#include <base/FileManager.h>
+#include <tests/support/TestMain.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+/// Moves that take the place of an older item, with every call failing in turn.
+class FileReplacingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_files.startAnew(); }
+
+    void olderFileGives_data() { disks(); }
+    void olderFileGives();
+    void placeMayBeFree_data() { disks(); }
+    void placeMayBeFree();
+    void folderGoesToTheTrash_data() { disks(); }
+    void folderGoesToTheTrash();
+    void thereIsNoMomentWithNeither_data() { disks(); }
+    void thereIsNoMomentWithNeither();
+    void folderStaysWhereItCannotBeTrashed_data() { disks(); }
+    void folderStaysWhereItCannotBeTrashed();
+    void folderStaysWhileTheFileCannotCome();
+    void missingSourceLeavesTheOlderFile();
+    void sourceOnItsOwnPlaceStays();
+
+private:
+    void disks() const
+    {
+        QTest::addColumn<Disk>("disk");
+        QTest::newRow("one disk") << Disk{};
+        QTest::newRow("two disks") << Disk{true, true, true};
+        QTest::newRow("two disks without links") << Disk{true, false, false};
+    }
+    Result<void> replace(const std::shared_ptr<FaultyCalls> &calls) const
+    {
+        return FileManager(calls).moveItemReplacing(QUrl::fromLocalFile(m_files.source),
+                                                    QUrl::fromLocalFile(m_files.destination));
+    }
+    /// The content of every "kept.txt" in the trash of the test's own home.
+    QList<QByteArray> trashed() const
+    {
+        const QString trash = qEnvironmentVariable("XDG_DATA_HOME") + u"/Trash/files"_s;
+        QList<QByteArray> contents;
+        for (const QString &name : QDir(trash).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            contents += m_files.read(trash + u'/' + name + u"/kept.txt"_s);
+        return contents;
+    }
+
+    MoveFixture m_files;
+};
+
+void FileReplacingTest::olderFileGives()
+{
+    QFETCH(Disk, disk);
+    m_files.writeSource("new");
+    m_files.write(m_files.destination, "old");
+    const auto calls = m_files.callsFor(disk);
+    QVERIFY(replace(calls));
+    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+    QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+    QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
+    QCOMPARE(calls->openDescriptors, 0);
+}
+
+void FileReplacingTest::placeMayBeFree()
+{
+    QFETCH(Disk, disk);
+    m_files.writeSource("new");
+    QVERIFY(replace(m_files.callsFor(disk)));
+    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+    QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
+}
+
+void FileReplacingTest::folderGoesToTheTrash()
+{
+    QFETCH(Disk, disk);
+    const qsizetype before = trashed().size();
+    m_files.writeSource("new");
+    m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
+    QVERIFY(replace(m_files.callsFor(disk)));
+    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+    QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+    QCOMPARE(trashed().size(), before + 1);
+    QCOMPARE(trashed().constLast(), QByteArray("precious"));
+}
+
+void FileReplacingTest::thereIsNoMomentWithNeither()
+{
+    QFETCH(Disk, disk);
+    m_files.writeSource("new");
+    const auto counting = m_files.callsFor(disk);
+    QVERIFY(replace(counting));
+    const qsizetype steps = counting->made.size();
+    int failures = 0;
+    for (int step = 1; step <= steps; ++step) {
+        m_files.writeSource("new");
+        m_files.write(m_files.destination, "old");
+        const auto calls = m_files.callsFor(disk);
+        calls->failingCall = step;
+        calls->failure = EIO;
+        const Result<void> result = replace(calls);
+        const QByteArray there = m_files.read(m_files.destination);
+        const QByteArray context = calls->made.value(step - 1).toLatin1() + ": " + there;
+        QVERIFY2(there == "old" || there == "new", context.constData());
+        QVERIFY2(!result || there == "new", context.constData());
+        QVERIFY2(result || m_files.read(m_files.source) == "new", context.constData());
+        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+        QCOMPARE(calls->openDescriptors, 0);
+        failures += result ? 0 : 1;
+    }
+    QVERIFY(failures >= 1);
+}
+
+void FileReplacingTest::folderStaysWhereItCannotBeTrashed()
+{
+    QFETCH(Disk, disk);
+    m_files.writeSource("new");
+    m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
+    const auto calls = m_files.callsFor(disk);
+    calls->failingName = u"moveToTrash"_s;
+    calls->failure = EOPNOTSUPP;
+    const Result<void> result = replace(calls);
+    QVERIFY(!result);
+    QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
+    QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
+    QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+}
+
+void FileReplacingTest::folderStaysWhileTheFileCannotCome()
+{
+    m_files.writeSource("new");
+    m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
+    const auto calls = m_files.callsFor(Disk{true, true, true});
+    calls->failingName = u"write"_s;
+    calls->failure = ENOSPC;
+    const Result<void> result = replace(calls);
+    QVERIFY(!result);
+    QCOMPARE(result.error().code, ENOSPC);
+    QVERIFY(!calls->made.contains(u"moveToTrash"_s));
+    QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
+}
+
+void FileReplacingTest::missingSourceLeavesTheOlderFile()
+{
+    m_files.write(m_files.destination, "old");
+    const Result<void> result = replace(m_files.callsFor(Disk{}));
+    QVERIFY(!result);
+    QCOMPARE(result.error().code, ENOENT);
+    QCOMPARE(m_files.read(m_files.destination), QByteArray("old"));
+}
+
+void FileReplacingTest::sourceOnItsOwnPlaceStays()
+{
+    m_files.writeSource("new");
+    m_files.destination = m_files.source;
+    QVERIFY(replace(m_files.callsFor(Disk{})));
+    QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
+}
+
+PLOVENDIX_TEST(FileReplacingTest)
+#include "FileReplacingTest.moc"

@@ -1,0 +1,168 @@
+#include <features/about/RtfReader.h>
+#include <tests/support/TestMain.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+QByteArray rtf(const QByteArray &body)
+{
+    return "{\\rtf1\\ansi " + body + "}";
+}
+
+AttributedText textOf(const QByteArray &body)
+{
+    const auto text = readRtf(rtf(body));
+    return text ? *text : AttributedText();
+}
+} // namespace
+
+/// What the reader makes of whole files.
+class RtfReaderTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void plainTextIsRead_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const QByteArray &body, const QString &text) {
+            QTest::newRow(name) << body << text;
+        };
+        row("text", "Hello", u"Hello"_s);
+        row("paragraphs", "a\\par b\\par\nc", u"a\nb\nc"_s);
+        row("escaped line break", "a\\\nb\\\r\nc", u"a\nb\nc"_s);
+        row("line breaks of the file", "a\nb\r\nc", u"abc"_s);
+        row("escapes", "\\{a\\\\b\\}", u"{a\\b}"_s);
+        row("tab and line", "a\\tab b\\line c", u"a\tb\u2028c"_s);
+        row("no-break signs", "a\\~b\\_c\\-d", u"a\u00a0b\u2011cd"_s);
+        row("named signs", "\\lquote a\\rquote\\emdash\\bullet", u"\u2018a\u2019\u2014\u2022"_s);
+        row("byte", "caf\\'e9 \\'80\\'93", u"café €“"_s);
+        row("byte without a meaning", "\\'81", u"\ufffd"_s);
+        row("word ends at one space", "\\b  x", u" x"_s);
+        row("unknown words", "\\foo12\\bar-3 x\\baz", u"x"_s);
+        row("unknown symbol", "a\\|b", u"ab"_s);
+        row("groups", "a{b{c}d}e", u"abcde"_s);
+        row("hidden text", "a{\\v b}c\\v d\\v0 e", u"ace"_s);
+        row("unicode", "\\u8217?", u"\u2019"_s);
+        row("unicode as a negative number", "\\u-4077?", u"\uf013"_s);
+        row("unicode as a large number", "\\u61459?", u"\uf013"_s);
+        row("a pair", "\\u-10179?\\u-8704?", u"\U0001f600"_s);
+        row("stand-ins of two", "\\uc2\\u233 xyz", u"éz"_s);
+        row("no stand-in", "\\uc0\\u233 xyz", u"éxyz"_s);
+        row("stand-in of a byte", "\\u233\\'65x", u"éx"_s);
+        row("stand-in ends with its group", "{\\uc9\\u233 a}b", u"éb"_s);
+        row("length of stand-ins ends with its group", "{\\uc0 }\\u233 ab", u"éb"_s);
+        row("table of fonts", "{\\fonttbl{\\f0\\fswiss Sans;}}a", u"a"_s);
+        row("style sheet and information", "{\\stylesheet{\\s0 Normal;}}{\\info{\\title T}}a", u"a"_s);
+        row("optional destination", "{\\*\\generator Writer;}a{\\*\\foo{b\\par}}c", u"ac"_s);
+        row("picture", "{\\pict\\pngblip 89504e47}a", u"a"_s);
+        row("picture in bytes", QByteArray("{\\pict\\bin4 }}{\\}a").replace("}}{\\", QByteArray("}}{\\", 4)),
+            u"a"_s);
+        row("bytes in the text", "a\\bin3 {{{b", u"ab"_s);
+        row("no bytes", "a\\bin0 b\\bin c", u"abc"_s);
+        row("what follows the file's group", "a}b{c", u"a"_s);
+    }
+    void plainTextIsRead()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, text);
+        const auto read = readRtf(rtf(body));
+        QVERIFY(read);
+        QCOMPARE(read->text(), text);
+    }
+
+    void looksHoldUntilTheirGroupEnds()
+    {
+        const auto runs = textOf("a{\\b b{\\i c}d}e\\b f\\b0 g\\i h\\plain i").runs();
+        QStringList described;
+        for (const auto &run : runs)
+            described += run.text + (run.attributes.bold ? u"B"_s : QString()) +
+                         (run.attributes.italic ? u"I"_s : QString());
+        QCOMPARE(described,
+                 (QStringList{u"a"_s, u"bB"_s, u"cBI"_s, u"dB"_s, u"e"_s, u"fB"_s, u"g"_s, u"hI"_s, u"i"_s}));
+    }
+
+    void sizesAreHalfPoints_data()
+    {
+        QTest::addColumn<QByteArray>("word");
+        QTest::addColumn<double>("points");
+        QTest::newRow("none") << QByteArray() << 12.0;
+        QTest::newRow("whole") << QByteArray("\\fs36 ") << 18.0;
+        QTest::newRow("half") << QByteArray("\\fs21 ") << 10.5;
+        QTest::newRow("no number") << QByteArray("\\fs ") << 12.0;
+        QTest::newRow("tiny") << QByteArray("\\fs0 ") << 4.0;
+        QTest::newRow("negative") << QByteArray("\\fs-20 ") << 4.0;
+        QTest::newRow("huge") << QByteArray("\\fs99999999999999 ") << 96.0;
+    }
+    void sizesAreHalfPoints()
+    {
+        QFETCH(QByteArray, word);
+        QFETCH(double, points);
+        QCOMPARE(textOf(word + "x").runs().first().attributes.size, points);
+    }
+
+    void coloursComeFromTheTable_data()
+    {
+        QTest::addColumn<QByteArray>("number");
+        QTest::addColumn<QColor>("color");
+        QTest::newRow("automatic") << QByteArray("0") << QColor();
+        QTest::newRow("first") << QByteArray("1") << QColor(255, 0, 0);
+        QTest::newRow("second, parts beyond their range") << QByteArray("2") << QColor(0, 255, 10);
+        QTest::newRow("beyond the table") << QByteArray("7") << QColor();
+        QTest::newRow("negative") << QByteArray("-1") << QColor();
+    }
+    void coloursComeFromTheTable()
+    {
+        QFETCH(QByteArray, number);
+        QFETCH(QColor, color);
+        const auto runs =
+            textOf("{\\colortbl;\\red255\\green0\\blue0;\\red-9\\green999\\blue10;}\\cf" + number + " x")
+                .runs();
+        QCOMPARE(runs.size(), 1);
+        QCOMPARE(runs.first().text, u"x"_s);
+        QCOMPARE(runs.first().attributes.foreground.value_or(QColor()), color);
+    }
+
+    void onlyWebLinksAreLinks_data()
+    {
+        QTest::addColumn<QByteArray>("instruction");
+        QTest::addColumn<QString>("link");
+        QTest::newRow("https") << QByteArray("HYPERLINK \"https://a.example/b?c=d\"")
+                               << u"https://a.example/b?c=d"_s;
+        QTest::newRow("group inside")
+            << QByteArray("{HYPERLINK \"http://a.example/\"}") << u"http://a.example/"_s;
+        QTest::newRow("mail") << QByteArray("HYPERLINK \"mailto:a@b.example\"") << u"mailto:a@b.example"_s;
+        QTest::newRow("file") << QByteArray("HYPERLINK \"file:///etc/passwd\"") << QString();
+        QTest::newRow("script") << QByteArray("HYPERLINK \"javascript:alert(1)\"") << QString();
+        QTest::newRow("relative") << QByteArray("HYPERLINK \"a.html\"") << QString();
+        QTest::newRow("unquoted") << QByteArray("HYPERLINK https://a.example/") << QString();
+        QTest::newRow("another field") << QByteArray("PAGE \"https://a.example/\"") << QString();
+    }
+    void onlyWebLinksAreLinks()
+    {
+        QFETCH(QByteArray, instruction);
+        QFETCH(QString, link);
+        const auto read = textOf("a {\\field{\\*\\fldinst " + instruction + "}{\\fldrslt b{\\b c}}} d");
+        QCOMPARE(read.text(), u"a bc d"_s);
+        for (const auto &run : read.runs()) {
+            const bool inside = run.text == u"b" || run.text == u"c" || run.text == u"bc";
+            QCOMPARE(run.attributes.link.toString(), inside ? link : QString());
+        }
+    }
+
+    void aLinkEndsWithItsField()
+    {
+        const auto read = textOf("{\\field{\\*\\fldinst HYPERLINK \"https://a.example/\"}{\\fldrslt a}}"
+                                 "{\\field{\\*\\fldinst PAGE}{\\fldrslt b}}{\\fldrslt c}");
+        QCOMPARE(read.runs().size(), 2);
+        QCOMPARE(read.runs().first().attributes.link, QUrl(u"https://a.example/"_s));
+        QVERIFY(read.runs().last().attributes.link.isEmpty());
+    }
+};
+
+PLOVENDIX_TEST(RtfReaderTest)
+#include "RtfReaderTest.moc"

@@ -1,0 +1,343 @@
+#include <base/Bundle.h>
+#include <base/UserDefaults.h>
+#include <features/preferences/MenuForBindings.h>
+#include <features/preferences/PreferencesScenes.h>
+#include <features/preferences/PrefsGeneralViewController.h>
+#include <features/preferences/PrefsTabViewController.h>
+#include <features/preferences/PrefsWindowController.h>
+#include <model/LocaleUtilities.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <ui/scenes/Storyboard.h>
+#include <ui/window/Window.h>
+
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QComboBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A second pane, which counts its appearances.
+class OtherPane final : public ViewController
+{
+public:
+    OtherPane() { setTitle(u"Other & more"_s); }
+    void loadView() override
+    {
+        auto root = std::make_unique<QWidget>();
+        root->resize(560, 300);
+        setView(std::move(root));
+    }
+    void viewWillAppear() override { ++willAppear; }
+    void viewDidAppear() override { ++didAppear; }
+
+    int willAppear = 0;
+    int didAppear = 0;
+};
+std::shared_ptr<OtherPane> lastOtherPane;
+} // namespace
+
+/// The preferences window with its General pane, used as a person does.
+class PreferencesWindowTest final : public QObject
+{
+    Q_OBJECT
+
+private:
+    Sandbox m_sandbox;
+    std::unique_ptr<PrefsWindowController> m_preferences;
+    int m_files = 0;
+
+    Window *window() const { return m_preferences->window(); }
+    QComboBox *popUp() const { return window()->findChild<QComboBox *>(u"languagePopUp"_s); }
+    QList<QPushButton *> tabs() const
+    {
+        return window()->findChild<QWidget *>(u"tabBar"_s)->findChildren<QPushButton *>();
+    }
+    void open(const QStringList &panes = {u"PrefsGeneralViewController"_s})
+    {
+        m_preferences = std::make_unique<PrefsWindowController>(panes);
+        m_preferences->showWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(window()));
+    }
+    static std::shared_ptr<PrefsGeneralViewController> makePane()
+    {
+        return Storyboard::named(u"Preferences"_s)
+            .instantiate<PrefsGeneralViewController>(u"PrefsGeneralViewController"_s);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        registerPreferencesScenes();
+        Storyboard::registerController(u"Preferences"_s, u"OtherPane"_s, [] {
+            lastOtherPane = ViewController::make<OtherPane>();
+            return lastOtherPane;
+        });
+    }
+    void init() { UserDefaults::setStandardFile(m_sandbox.path(u"settings/%1.conf"_s.arg(++m_files))); }
+    void cleanup()
+    {
+        m_preferences.reset();
+        lastOtherPane.reset();
+        Bundle::main().setPreferredLocalizations({});
+    }
+
+    void windowIsCentredEachTimeItLoads()
+    {
+        for (int time = 0; time < 2; ++time) {
+            open();
+            const QPoint middle = window()->screen()->availableGeometry().center();
+            const QPoint offset = window()->geometry().center() - middle;
+            QVERIFY2(offset.manhattanLength() <= 2, qPrintable(u"%1 %2"_s.arg(offset.x()).arg(offset.y())));
+        }
+    }
+
+    void windowStaysWhereItWasPutUntilItLoadsAnew()
+    {
+        open();
+        window()->move(3, 4);
+        window()->close();
+        m_preferences->showWindow();
+        QCOMPARE(window()->pos(), QPoint(3, 4));
+    }
+
+    void titleIsThePanesTitle()
+    {
+        open();
+        QCOMPARE(window()->windowTitle(), u"General"_s);
+        QCOMPARE(QAccessible::queryAccessibleInterface(window())->text(QAccessible::Name), u"General"_s);
+        QCOMPARE(tabs().size(), 1);
+        QCOMPARE(tabs().first()->text(), u"General"_s);
+        QVERIFY(tabs().first()->isChecked());
+        QCOMPARE(window()->contentSize(), QSize(560, 242));
+        QVERIFY(!window()->isResizable());
+        QVERIFY(window()->isStandardButtonHidden(Window::StandardButton::Miniaturize));
+        QVERIFY(window()->isStandardButtonHidden(Window::StandardButton::Zoom));
+        QVERIFY(!window()->isStandardButtonHidden(Window::StandardButton::Close));
+    }
+
+    void whateverIsSetTheLabelStaysGeneral()
+    {
+        const auto pane = makePane();
+        QSignalSpy changes(pane.get(), &ViewController::titleChanged);
+        pane->setTitle(u"Something else"_s);
+        QCOMPARE(pane->title(), u"General"_s);
+        // The text did reach the base class, which tells of a change.
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.first().first().toString(), u"General"_s);
+    }
+
+    void theLabelIsInThePersonsLanguage()
+    {
+        Bundle::main().setPreferredLocalizations({u"de"_s});
+        QCOMPARE(makePane()->title(), u"Allgemein"_s);
+    }
+
+    void theCatalogueIsBuiltOnceWithThePane()
+    {
+        m_sandbox.clearPrintedLines();
+        const auto pane = makePane();
+        QVERIFY(!m_sandbox.printedLines().isEmpty()); // the catalogue prints as it is built
+        const QList<Language> languages = pane->languagesArray();
+        QCOMPARE(languages, LocaleUtilities::shared().languages());
+        m_sandbox.clearPrintedLines();
+        qputenv("LC_ALL", "de_DE.UTF-8"); // one that was built now would have other names
+        const bool isLoaded = pane->view();
+        const auto bound = pane->property("languagesArray").value<QList<Language>>();
+        const QString name = pane->languagesArray().first().name();
+        const QStringList printed = m_sandbox.printedLines();
+        qputenv("LC_ALL", "en_US.UTF-8");
+        QVERIFY(isLoaded);
+        QCOMPARE(bound, languages);
+        QCOMPARE(name, u"English"_s);
+        QCOMPARE(printed, QStringList());
+    }
+
+    void popUpShowsTheCatalogueInOrder()
+    {
+        open();
+        const QList<Language> languages = LocaleUtilities::shared().languages();
+        QCOMPARE(popUp()->count(), languages.size());
+        const auto *menu = qobject_cast<MenuForBindings *>(popUp()->model());
+        QVERIFY(menu);
+        int separators = 0;
+        for (int row = 0; row < popUp()->count(); ++row) {
+            if (menu->isSeparator(row)) {
+                ++separators;
+                QCOMPARE(languages.at(row).name(), u"-"_s);
+                continue;
+            }
+            QCOMPARE(popUp()->itemText(row), languages.at(row).name());
+            QCOMPARE(popUp()->itemData(row).toString(), languages.at(row).iso639_1());
+        }
+        QCOMPARE(separators, 1);
+    }
+
+    void openingSelectsTheStoredLanguage()
+    {
+        UserDefaults::standard().setObject(u"languageCode"_s, u"pb"_s);
+        open();
+        QCOMPARE(popUp()->currentText(), u"Portuguese (Brazil)"_s);
+        UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+        QTRY_COMPARE(popUp()->currentText(), u"French"_s);
+    }
+
+    void withNothingStoredItIsEnglish()
+    {
+        open();
+        QCOMPARE(popUp()->currentText(), u"English"_s);
+        QCOMPARE(UserDefaults::standard().string(u"languageCode"_s), std::nullopt);
+    }
+
+    void aRegisteredCodeOutsideTheCatalogueSelectsNothingAndStays()
+    {
+        UserDefaults::standard().registerDefaults({{u"languageCode"_s, u"q0"_s}});
+        open();
+        QCOMPARE(popUp()->currentIndex(), -1);
+        QCOMPARE(UserDefaults::standard().languageCode(), u"q0"_s);
+    }
+
+    void choosingStoresTheCode_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("code");
+        QTest::newRow("German") << u"germ"_s << u"de"_s;
+        QTest::newRow("Brazilian Portuguese") << u"portuguese ("_s << u"pb"_s;
+        QTest::newRow("below the line") << u"zulu"_s << u"zu"_s;
+    }
+    void choosingStoresTheCode()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, code);
+        open();
+        popUp()->setFocus();
+        QTest::keyClick(popUp(), Qt::Key_Space); // opens the list
+        QTRY_VERIFY(popUp()->view()->isVisible());
+        QTest::keyClicks(popUp()->view(), typed);
+        QTest::keyClick(popUp()->view(), Qt::Key_Return);
+        QTRY_COMPARE(UserDefaults::standard().string(u"languageCode"_s), code);
+        QCOMPARE(popUp()->currentData().toString(), code);
+    }
+
+    void choosingTheLanguageThatShowsStoresIt()
+    {
+        UserDefaults::standard().registerDefaults({{u"languageCode"_s, u"de"_s}});
+        open();
+        QCOMPARE(popUp()->currentText(), u"German"_s);
+        popUp()->setFocus();
+        QTest::keyClick(popUp(), Qt::Key_Space); // opens the list
+        QTRY_VERIFY(popUp()->view()->isVisible());
+        QTest::keyClick(popUp()->view(), Qt::Key_Return);
+        UserDefaults::standard().synchronize();
+        const UserDefaults restarted(UserDefaults::standard().path()); // with nothing registered
+        QTRY_COMPARE(restarted.string(u"languageCode"_s), u"de"_s);
+    }
+
+    void escapeClosesTheWindow()
+    {
+        open({u"PrefsGeneralViewController"_s, u"OtherPane"_s});
+        QTRY_COMPARE(QApplication::activeWindow(), window());
+        popUp()->showPopup();
+        QTRY_VERIFY(popUp()->view()->isVisible());
+        QTest::keyClick(window()->windowHandle(), Qt::Key_Escape); // the list alone
+        QTRY_VERIFY(!popUp()->view()->isVisible());
+        QVERIFY(window()->isVisible());
+        window()->activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), window()->windowHandle());
+        QTest::keyClick(window()->windowHandle(), Qt::Key_Escape);
+        QVERIFY(!window()->isVisible());
+        m_preferences->showWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), window()->windowHandle());
+        QTest::mouseClick(tabs().last(), Qt::LeftButton);
+        QTest::keyClick(window()->windowHandle(), Qt::Key_Escape);
+        QVERIFY(!window()->isVisible());
+    }
+
+    void theSeparatorCannotBeChosen()
+    {
+        open();
+        const auto *menu = qobject_cast<MenuForBindings *>(popUp()->model());
+        int separator = 0;
+        while (!menu->isSeparator(separator))
+            ++separator;
+        popUp()->setCurrentIndex(separator - 1);
+        QTest::keyClick(popUp(), Qt::Key_Down);
+        QCOMPARE(popUp()->currentIndex(), separator + 1);
+        // A click on the line itself.
+        popUp()->showPopup();
+        QTRY_VERIFY(popUp()->view()->isVisible());
+        popUp()->view()->scrollTo(menu->index(separator));
+        const QRect line = popUp()->view()->visualRect(menu->index(separator));
+        QVERIFY(line.isValid());
+        QTest::mouseMove(popUp()->view()->viewport(), line.center());
+        QTest::mouseClick(popUp()->view()->viewport(), Qt::LeftButton, {}, line.center());
+        QVERIFY(!menu->isSeparator(popUp()->currentIndex()));
+        const QString stored = UserDefaults::standard().languageCode();
+        QVERIFY2(stored.size() >= 2 && stored != u"-"_s, qPrintable(stored));
+        popUp()->hidePopup();
+    }
+
+    void popUpIsNamedByItsLabel()
+    {
+        open();
+        const auto relations = QAccessible::queryAccessibleInterface(popUp())->relations(QAccessible::Label);
+        QCOMPARE(relations.size(), 1);
+        QCOMPARE(relations.first().first->text(QAccessible::Name), u"Subtitle language"_s);
+    }
+
+    void aTabShowsItsPane()
+    {
+        open({u"PrefsGeneralViewController"_s, u"OtherPane"_s});
+        QCOMPARE(tabs().size(), 2);
+        QCOMPARE(tabs().last()->text(), u"Other && more"_s);
+        QVERIFY(!lastOtherPane->isViewLoaded());
+        QCOMPARE(window()->focusWidget(), tabs().first());
+        QTest::mouseClick(tabs().last(), Qt::LeftButton);
+        QCOMPARE(window()->windowTitle(), u"Other & more"_s);
+        QVERIFY(lastOtherPane->view()->isVisible());
+        QVERIFY(!popUp()->isVisible());
+        QCOMPARE(window()->contentSize(), QSize(560, 347));
+        QCOMPARE(lastOtherPane->willAppear, 1);
+        QCOMPARE(lastOtherPane->didAppear, 1);
+        QTest::keyClick(tabs().last(), Qt::Key_Left);
+        QCOMPARE(window()->windowTitle(), u"General"_s);
+        QVERIFY(popUp()->isVisible());
+        QVERIFY(!lastOtherPane->view()->isVisible());
+        QCOMPARE(window()->contentSize(), QSize(560, 242));
+    }
+
+    void theShownPaneAppearsWithTheWindow()
+    {
+        open({u"PrefsGeneralViewController"_s, u"OtherPane"_s});
+        m_preferences->showPane(u"OtherPane"_s);
+        QCOMPARE(window()->windowTitle(), u"Other & more"_s);
+        QCOMPARE(lastOtherPane->willAppear, 1);
+        window()->close();
+        m_preferences->showWindow();
+        QCOMPARE(lastOtherPane->willAppear, 2);
+        QCOMPARE(lastOtherPane->didAppear, 2);
+        m_preferences->showPane(u"no such pane"_s);
+        QCOMPARE(window()->windowTitle(), u"Other & more"_s);
+        lastOtherPane->setTitle(u"Renamed"_s);
+        QCOMPARE(window()->windowTitle(), u"Renamed"_s);
+        QCOMPARE(tabs().last()->text(), u"Renamed"_s);
+    }
+
+    void everyPaneWithASceneHasATab()
+    {
+        QCOMPARE(PrefsWindowController::availablePanes(),
+                 (QStringList{u"PrefsGeneralViewController"_s, u"PrefsServicesViewController"_s,
+                              u"PrefsUpdatesViewController"_s, u"OtherPane"_s}));
+        m_preferences = std::make_unique<PrefsWindowController>();
+        QCOMPARE(tabs().size(), 4);
+    }
+};
+
+PLOVENDIX_GUI_TEST(PreferencesWindowTest)
+#include "PreferencesWindowTest.moc"

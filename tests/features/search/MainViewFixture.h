@@ -1,0 +1,60 @@
+#pragma once
+#include <base/MainQueue.h>
+#include <base/UserDefaults.h>
+#include <features/search/MainViewController.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/scripted/ScriptedServices.h>
+#include <ui/scenes/TableView.h>
+#include <ui/window/Window.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+
+#include <memory>
+
+/// The main view in a window of its own, with scripted services and a clock that only moves when told.
+struct MainViewFixture
+{
+    MainViewFixture();
+    ~MainViewFixture();
+
+    QLineEdit *field() const { return child<QLineEdit>("searchField"); }
+    QToolButton *cancelButton() const { return child<QToolButton>("cancelSearchButton"); }
+    QPushButton *downloadButton() const { return child<QPushButton>("downloadButton"); }
+    TableView *table() const { return child<TableView>("tableView"); }
+    QWidget *widget(const char *name) const { return child<QWidget>(name); }
+    template <class Type>
+    Type *child(const char *name) const
+    {
+        return window->findChild<Type *>(QString::fromLatin1(name));
+    }
+    QString title() const { return window->windowTitle(); }
+    /// Runs what is queued on the main queue now.
+    void turn() const { MainQueue::shared().runUntilIdle(); }
+    void advance(std::chrono::milliseconds duration) const;
+    /// Searches by words and answers with that many results.
+    void showResults(int count) const;
+    /// Presses and releases a key in the window as the window system would.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+
+    std::shared_ptr<ScriptedSubtitleService> service;
+    std::shared_ptr<ScriptedMetadataService> metadata;
+    std::unique_ptr<Window> window;
+    std::shared_ptr<MainViewController> controller;
+};
+
+/// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up.
+/// Empty when none came.
+QString alertDuring(const std::function<void()> &act);
+/// Runs `meanwhile` once while an alert that came up during `act` is still there; it must see to the alert's
+/// end. Whether one came up.
+bool whileAlertIsUp(const std::function<void()> &act, const std::function<void()> &meanwhile);
+/// Answers the alert that is up.
+void dismissAlert();
+
+inline QList<Arg> textArgs(const QString &text, const QString &language = QStringLiteral("eng"))
+{
+    return {{Param::text, text}, {Param::language, language}};
+}

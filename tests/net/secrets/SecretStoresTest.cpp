@@ -1,0 +1,277 @@
+#include <base/MainQueue.h>
+#include <net/Redactor.h>
+#include <net/secrets/Credentials.h>
+#include <net/secrets/EnvironmentSecrets.h>
+#include <net/secrets/KeychainSecretStore.h>
+#include <tests/support/FullDisk.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/timing/Caught.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// A store that a test fills.
+class FakeStore final : public SecretStore
+{
+public:
+    void read(Secret secret, ReadCompletion completion) override
+    {
+        const Result<std::optional<QString>> answer =
+            fails ? Result<std::optional<QString>>(Error{u"x"_s, 1, u"locked"_s, u"locked"_s})
+                  : Result<std::optional<QString>>(kept.value(nameOf(secret)));
+        MainQueue::shared().async([=] { completion(answer); });
+    }
+    void write(Secret, const QString &, WriteCompletion) override {}
+
+    QHash<QString, std::optional<QString>> kept;
+    bool fails = false;
+};
+
+Credentials loaded(SecretStore &store)
+{
+    std::optional<Credentials> credentials;
+    loadCredentials(store, [&](const Credentials &read) { credentials = read; });
+    const bool early = credentials.has_value();
+    const bool came = QTest::qWaitFor([&] { return credentials.has_value(); }, Patience);
+    return early || !came ? Credentials{u"(never)"_s, {}, {}} : *credentials;
+}
+} // namespace
+
+class SecretStoresTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        // No keyring can be reached in here, whatever runs on this machine.
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + m_sandbox.path(u"no-bus"_s).toUtf8());
+        qunsetenv("PLOVENDIX_SUBTITLE_API_KEY");
+        QVERIFY(QDir(m_sandbox.path(u"config"_s)).removeRecursively());
+    }
+    void cleanup() { MainQueue::shared().clear(); }
+
+    void environmentOverridesTheStore()
+    {
+        FakeStore store;
+        store.kept = {{u"SubtitleServiceKey"_s, u"stored"_s},
+                      {u"SubtitleServicePassword"_s, u"pass word "_s}};
+        QCOMPARE(loaded(store), (Credentials{u"stored"_s, u"pass word "_s, {}}));
+        qputenv("PLOVENDIX_SUBTITLE_API_KEY", "given");
+        QCOMPARE(loaded(store), (Credentials{u"given"_s, u"pass word "_s, {}}));
+        qputenv("PLOVENDIX_SUBTITLE_API_KEY", "");
+        QCOMPARE(loaded(store).subtitleKey, u"stored"_s);
+    }
+
+    void pastedLineEndsAreNoPartOfAKey()
+    {
+        FakeStore store;
+        store.kept = {{u"SubtitleServiceKey"_s, u" a-long-key\r\nX-Other: header\n"_s}};
+        QVERIFY(!loaded(store).subtitleKey.contains(u'\n'));
+        QVERIFY(!loaded(store).subtitleKey.contains(u'\r'));
+    }
+
+    void whatIsReadAppearsInNoLog()
+    {
+        FakeStore store;
+        store.kept = {{u"MetadataServiceKey"_s, u"very-hush"_s}};
+        QCOMPARE(loaded(store).metadataKey, u"very-hush"_s);
+        QVERIFY(!redacted(u"the server said very-hush"_s).contains(u"very-hush"_s));
+    }
+
+    void storeThatCannotBeReadHasNone()
+    {
+        FakeStore store;
+        store.fails = true;
+        QCOMPARE(loaded(store), Credentials());
+    }
+
+    void fileKeepsThemForThePersonAlone()
+    {
+        const FileSecretStore store(filePath());
+        QVERIFY(!store.find(Secret::SubtitleKey));
+        QVERIFY(store.store(Secret::SubtitleKey, u"key"_s));
+        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
+        QCOMPARE(store.find(Secret::SubtitleKey), u"key"_s);
+        const QFile::Permissions mine =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        QCOMPARE(QFile::permissions(filePath()), mine);
+        QVERIFY(store.store(Secret::SubtitleKey, {}));
+        QVERIFY(!store.find(Secret::SubtitleKey));
+        QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
+        QVERIFY(store.store(Secret::SubtitlePassword, {}));
+        QVERIFY(!QFileInfo::exists(filePath()));
+    }
+
+    void openedFileIsClosedAgain()
+    {
+        m_sandbox.writeFile(u"config/secrets"_s, "{}");
+        QVERIFY(QFile::setPermissions(filePath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+        QVERIFY(FileSecretStore(filePath()).store(Secret::SubtitleKey, u"key"_s));
+        QVERIFY(!(QFile::permissions(filePath()) & QFile::ReadOther));
+    }
+
+    void damagedFileIsKeptAside_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("cut off") << QByteArray("{\"SubtitleServiceKey\": \"ke");
+        QTest::newRow("another kind") << QByteArray("[]");
+        QTest::newRow("too large") << QByteArray(100'000, 'x');
+    }
+    void damagedFileIsKeptAside()
+    {
+        QFETCH(const QByteArray, content);
+        m_sandbox.writeFile(u"config/secrets"_s, content);
+        FileSecretStore store(filePath());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read as secrets"_s));
+        QVERIFY(!store.find(Secret::SubtitleKey));
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QVERIFY(!*read);
+        QCOMPARE(contentOf(filePath()), content);
+
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(u"secrets was damaged and is kept as .*1\\.$"_s));
+        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
+        QCOMPARE(contentOf(asidePath()), content);
+        QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
+    }
+
+    /// A file that only a repair can open again is not lost either.
+    void fileThatCannotBeOpenedIsKeptAside()
+    {
+        QVERIFY(QDir().mkpath(filePath() + u"/inner"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as "_s));
+        QVERIFY(FileSecretStore(filePath()).store(Secret::SubtitleKey, u"key"_s));
+        QVERIFY(QFileInfo(asidePath() + u"/inner"_s).isDir());
+        QCOMPARE(FileSecretStore(filePath()).find(Secret::SubtitleKey), u"key"_s);
+    }
+
+    void emptyFileHoldsNoSecrets()
+    {
+        m_sandbox.writeFile(u"config/secrets"_s, {});
+        const FileSecretStore store(filePath());
+        QVERIFY(!store.find(Secret::SubtitleKey));
+        QVERIFY(store.store(Secret::SubtitleKey, u"key"_s));
+        QVERIFY(!QFileInfo::exists(asidePath()));
+    }
+
+    void fullDiskKeepsTheOldSecrets_data() { FullDisk::addRows(); }
+    void fullDiskKeepsTheOldSecrets()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const FileSecretStore store(disk.path(u"secrets"_s));
+        QVERIFY(store.store(Secret::SubtitleKey, u"key"_s));
+        disk.fill();
+        const Result<void> stored = store.store(Secret::SubtitlePassword, u"word"_s);
+        QVERIFY(!stored);
+        QVERIFY(stored.error().localizedDescription.endsWith(u"There is not enough free space."_s));
+        QCOMPARE(disk.files(), QStringList{u"secrets"_s});
+        QCOMPARE(store.find(Secret::SubtitleKey), u"key"_s);
+        disk.makeRoom();
+        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
+        QCOMPARE(store.find(Secret::SubtitleKey), u"key"_s);
+        QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
+    }
+
+    void withoutAKeyringThePersonIsAsked_data()
+    {
+        QTest::addColumn<bool>("agreed");
+        QTest::newRow("yes") << true;
+        QTest::newRow("no") << false;
+    }
+    void withoutAKeyringThePersonIsAsked()
+    {
+        QFETCH(const bool, agreed);
+        int asked = 0;
+        KeychainSecretStore store(
+            [&](const QString &reason, const std::function<void(bool)> &answer) {
+                ++asked;
+                QVERIFY(!reason.contains(u"my-key"_s));
+                QVERIFY(!QFileInfo::exists(filePath()));
+                answer(agreed);
+            },
+            FileSecretStore(filePath()));
+        Caught<void> written;
+        store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
+        QVERIFY(!written.came());
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QCOMPARE(asked, 1);
+        QCOMPARE(written->hasValue(), agreed);
+        QCOMPARE(QFileInfo::exists(filePath()), agreed);
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        if (agreed)
+            QCOMPARE(read->value(), u"my-key"_s);
+        else
+            QVERIFY(!*read);
+    }
+
+    void absentKeyringIsLeftAlone()
+    {
+        int asked = 0;
+        KeychainSecretStore store(
+            [&](const QString &, const std::function<void(bool)> &answer) {
+                ++asked;
+                answer(true);
+            },
+            FileSecretStore(filePath()), KeychainSecretStore::Keyring::Absent);
+        Caught<void> written;
+        store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
+        QCOMPARE(asked, 0); // never before the call has returned
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QVERIFY(*written);
+        QCOMPARE(asked, 1);
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QVERIFY(!read.came());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QCOMPARE(read->value(), u"my-key"_s);
+    }
+
+    void removingAsksNobody()
+    {
+        const FileSecretStore file(filePath());
+        QVERIFY(file.store(Secret::SubtitleKey, u"old"_s));
+        KeychainSecretStore store([](const QString &, const std::function<void(bool)> &) { QFAIL("asked"); },
+                                  file);
+        Caught<void> written;
+        store.write(Secret::SubtitleKey, {}, written.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QVERIFY(*written); // where there is no keyring, none has it
+        QVERIFY(!file.find(Secret::SubtitleKey));
+    }
+
+    void withNobodyToAskNothingIsKept()
+    {
+        KeychainSecretStore store({}, FileSecretStore(filePath()));
+        Caught<void> written;
+        store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QVERIFY(!*written);
+        QVERIFY(!QFileInfo::exists(filePath()));
+    }
+
+private:
+    QString filePath() const { return m_sandbox.path(u"config/secrets"_s); }
+    QString asidePath() const { return filePath() + u".damaged-1"_s; }
+    static QByteArray contentOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
+    }
+
+    Sandbox m_sandbox;
+};
+
+PLOVENDIX_TEST(SecretStoresTest)
+#include "SecretStoresTest.moc"

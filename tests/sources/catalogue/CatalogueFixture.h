@@ -1,0 +1,35 @@
+#pragma once
+#include <sources/catalogue/CatalogueWriter.h>
+#include <tests/support/Sandbox.h>
+
+/// Builds catalogues for tests, by the writer the program itself uses.
+class CatalogueFixture final
+{
+public:
+    explicit CatalogueFixture(const Sandbox &sandbox, const QString &name) : m_path(sandbox.path(name)) {}
+
+    const QString &path() const { return m_path; }
+
+    /// Films are entered in this order; the subtitles of the last one follow it.
+    CatalogueFixture &film(const QStringList &titles, int year, std::optional<int> season = {},
+                           std::optional<int> episode = {});
+    CatalogueFixture &withImdb(qint64 number);
+    CatalogueFixture &withPoster(const QByteArray &encoded);
+    CatalogueFixture &subtitle(const QString &release, qint64 downloads, const char *language = "eng",
+                               const QByteArray &content = {});
+    CatalogueFixture &madeFor(const QString &hash, quint64 size);
+    /// Writes the file, replacing what was there.
+    void write() const;
+
+    static QByteArray solidPicture(int width, int height, const char *format = "PNG");
+
+private:
+    struct Film
+    {
+        FilmRecord record;
+        QList<SubtitleRecord> subtitles;
+    };
+
+    QString m_path;
+    QList<Film> m_films;
+};

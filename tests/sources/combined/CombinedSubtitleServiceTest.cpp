@@ -1,0 +1,320 @@
+#include "ScriptedSources.h"
+
+#include <base/MainQueue.h>
+#include <net/ServiceError.h>
+#include <sources/combined/CombinedSubtitleService.h>
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <tests/support/timing/Caught.h>
+
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+class CombinedSubtitleServiceTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_catalogue = std::make_shared<ScriptedService>();
+        m_rest = std::make_shared<ScriptedService>();
+        m_names = std::make_shared<VideoNames>();
+        m_asksRest = true;
+        m_answers = 0;
+        m_last.reset();
+        m_combined = std::make_unique<CombinedSubtitleService>(
+            QList<CombinedSubtitleService::Source>{{u"catalogue"_s, m_catalogue, {}},
+                                                   {u"rest"_s, m_rest, [this] { return m_asksRest; }}},
+            m_names, [] { return RankingPreferences(); });
+    }
+    void cleanup() { m_combined.reset(); }
+
+    void bothAreAskedTheSameThing()
+    {
+        query();
+        QCOMPARE(m_catalogue->queries, QList<QList<Arg>>{Words});
+        QCOMPARE(m_rest->queries, QList<QList<Arg>>{Words});
+    }
+
+    void heldQueriesGoOutWhenItIsKnownWhoIsAsked()
+    {
+        m_asksRest = false;
+        m_combined->hold();
+        query();
+        QCOMPARE(m_catalogue->queries.size(), 0);
+        m_asksRest = true;
+        m_combined->release();
+        QCOMPARE(m_catalogue->queries, QList<QList<Arg>>{Words});
+        QCOMPARE(m_rest->queries, QList<QList<Arg>>{Words});
+        query();
+        QCOMPARE(m_rest->queries.size(), 2);
+    }
+
+    void cancelledWhileHeldIsNeverAsked()
+    {
+        m_combined->hold();
+        query();
+        m_combined->cancelQueryTask();
+        m_combined->release();
+        QCOMPARE(m_catalogue->queries.size(), 0);
+    }
+
+    void oneAnswerWhenAllAreThere()
+    {
+        query();
+        m_rest->waiting[0](rows({subtitle(u"rest"_s, u"b"_s), subtitle(u"rest"_s, u"exact"_s, true)}));
+        QCOMPARE(m_answers.load(), 0);
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QCOMPARE(names(), (QStringList{u"exact"_s, u"a"_s, u"b"_s}));
+    }
+
+    void sameSubtitleAppearsOnceAndFromTheCatalogue()
+    {
+        query();
+        m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Paper.Lighthouse-ABC"_s)}));
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Paper Lighthouse ABC.srt"_s)}));
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QCOMPARE(names(), QStringList{u"Paper Lighthouse ABC.srt"_s});
+    }
+
+    void rankingKnowsTheVideosName()
+    {
+        m_names->remember({u"8e245d9679d31e12"_s, 5}, u"Film.2019.1080p.WEB-ABC.mkv"_s);
+        m_combined->query({{Param::byteSize, u"5"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}}, answer());
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Film.2019.720p.BluRay-XYZ"_s)}));
+        m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Film.2019.1080p.WEB-ABC"_s)}));
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QCOMPARE(names().constFirst(), u"Film.2019.1080p.WEB-ABC"_s);
+    }
+
+    void failuresCountOnlyWithoutRows_data()
+    {
+        QTest::addColumn<int>("catalogue"); // rows, or a failure as a negative kind
+        QTest::addColumn<int>("rest");
+        QTest::addColumn<int>("outcome");
+        const int offline = -static_cast<int>(Kind::Offline);
+        const int bad = -static_cast<int>(Kind::BadAnswer);
+        QTest::newRow("rows and a failure") << 2 << offline << 2;
+        QTest::newRow("a failure and rows") << bad << 3 << 3;
+        QTest::newRow("nothing and a failure") << 0 << offline << offline;
+        QTest::newRow("a failure and nothing") << bad << 0 << bad;
+        QTest::newRow("two failures") << bad << offline << bad;
+        QTest::newRow("nothing at all") << 0 << 0 << 0;
+    }
+    void failuresCountOnlyWithoutRows()
+    {
+        QFETCH(const int, catalogue);
+        QFETCH(const int, rest);
+        QFETCH(const int, outcome);
+        query();
+        m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
+        m_rest->waiting[0](made(rest, u"rest"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        if (outcome < 0)
+            QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
+        else
+            QCOMPARE(names().size(), outcome);
+    }
+
+    void gapsAreToldBeforeTheAnswer()
+    {
+        QStringList told;
+        m_combined->setGapsObserver([&told](const CombinedSubtitleService::Gaps &gaps) {
+            QVERIFY(MainQueue::isMainThread());
+            for (auto it = gaps.failures.cbegin(); it != gaps.failures.cend(); ++it)
+                told += it.key() + u' ' + QString::number(static_cast<int>(*kindOf(*it)));
+            told += u"told %1"_s.arg(gaps.leftOut);
+        });
+        const auto ask = [&] {
+            m_combined->query(Words, [&told](const Result<QueryResult> &) {
+                MainQueue::shared().async([&told] { told += u"shown"_s; });
+            });
+        };
+        ask();
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        m_rest->waiting[0](failure(Kind::Offline));
+        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"rest 1"_s, u"told 0"_s, u"shown"_s}), Patience);
+        told.clear();
+        ask();
+        m_catalogue->waiting[1](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        m_rest->waiting[1](rows({}));
+        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"told 0"_s, u"shown"_s}), Patience);
+    }
+
+    void rowsLeftOutAreCounted()
+    {
+        qint64 told = 0;
+        m_combined->setGapsObserver(
+            [&told](const CombinedSubtitleService::Gaps &gaps) { told = gaps.leftOut; });
+        query();
+        QueryResult many = rows({});
+        for (int i = 0; i < 2500; ++i)
+            *many.subtitles += subtitle(u"rest"_s, QString::number(i));
+        many.leftOut = 40;
+        m_rest->waiting[0](many);
+        m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QCOMPARE(names().size(), 2000);
+        QCOMPARE((*m_last)->leftOut, 541);
+        QTRY_COMPARE_WITH_TIMEOUT(told, 541, Patience);
+    }
+
+    void sourceThatIsNotToBeAskedIsNot()
+    {
+        m_asksRest = false;
+        query();
+        QCOMPARE(m_rest->queries.size(), 0);
+        m_catalogue->waiting[0](rows({}));
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QVERIFY(*m_last);
+    }
+
+    void cancelDropsEverything()
+    {
+        query();
+        query();
+        m_combined->cancelQueryTask();
+        QCOMPARE(m_catalogue->cancels, 1);
+        QCOMPARE(m_rest->cancels, 1);
+        // Answers that come all the same, and one to a later query.
+        query();
+        for (int i = 0; i < 3; ++i) {
+            m_catalogue->waiting[i](rows({subtitle(u"catalogue"_s, QString::number(i))}));
+            m_rest->waiting[i](rows({}));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QCOMPARE(names(), QStringList{u"2"_s});
+    }
+
+    void answersBeforeTheCallReturnsComeLater()
+    {
+        class Eager final : public SubtitleService
+        {
+        public:
+            void query(const QList<Arg> &, QueryCompletion completion) override { completion(QueryResult()); }
+            void cancelQueryTask() override {}
+            void download(const SubtitlePtr &, DownloadCompletion) override {}
+            void cancelDownloads() override {}
+
+        protected:
+            std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
+            VideoFileComponents componentsOf(const QUrl &) override { return {}; }
+        };
+        // Of no source at all, too.
+        for (const bool asked : {true, false}) {
+            CombinedSubtitleService combined({{u"x"_s, std::make_shared<Eager>(), [asked] { return asked; }}},
+                                             m_names, [] { return RankingPreferences(); });
+            std::atomic<int> count = 0;
+            combined.query(Words, [&](const Result<QueryResult> &) { ++count; });
+            QTRY_COMPARE_WITH_TIMEOUT(count.load(), 1, Patience);
+        }
+    }
+
+    void sourcesMayAnswerOnTheirThreads()
+    {
+        constexpr int Queries = 20;
+        for (int i = 0; i < Queries; ++i)
+            query();
+        std::thread one([this] {
+            for (const auto &completion : m_catalogue->waiting)
+                completion(rows({subtitle(u"catalogue"_s, u"a"_s)}));
+        });
+        std::thread other([this] {
+            for (const auto &completion : m_rest->waiting)
+                completion(rows({subtitle(u"rest"_s, u"b"_s)}));
+        });
+        one.join();
+        other.join();
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), Queries, Patience);
+    }
+
+    void serviceMayGoBeforeItsAnswers()
+    {
+        query();
+        m_combined.reset();
+        m_catalogue->waiting[0](rows({}));
+        m_rest->waiting[0](rows({}));
+        QCOMPARE(m_answers.load(), 0);
+    }
+
+    void cancelledDownloadsAreCancelledEverywhere()
+    {
+        m_combined->cancelDownloads();
+        QCOMPARE(m_catalogue->downloadCancels, 1);
+        QCOMPARE(m_rest->downloadCancels, 1);
+        QCOMPARE(m_catalogue->cancels, 0);
+    }
+
+    void downloadsGoToTheirService()
+    {
+        const SubtitlePtr ours = subtitle(u"catalogue"_s, u"a"_s);
+        const SubtitlePtr theirs = subtitle(u"rest"_s, u"b"_s);
+        int came = 0;
+        const auto count = [&](const Result<QUrl> &result) { came += result ? 1 : 0; };
+        m_combined->download(ours, count);
+        m_combined->download(theirs, count);
+        QCOMPARE(came, 2);
+        QCOMPARE(m_catalogue->downloads, QList{ours});
+        QCOMPARE(m_rest->downloads, QList{theirs});
+    }
+
+    void downloadOfNobodysIsAnError()
+    {
+        std::optional<Result<QUrl>> came;
+        m_combined->download(subtitle(u"gone"_s, u"a"_s), [&](const Result<QUrl> &result) { came = result; });
+        QVERIFY(!came);
+        QTRY_VERIFY_WITH_TIMEOUT(came, Patience);
+        QVERIFY(!*came);
+        QVERIFY(!came->error().localizedDescription.isEmpty());
+    }
+
+    void hashingRemembersTheName()
+    {
+        const QString path = m_sandbox.writeFile(u"Some.Film.2019.mkv"_s, QByteArray(131072, '\0'));
+        std::shared_ptr<SubtitleService> shared = std::move(m_combined);
+        SubtitleService::setShared(shared);
+        const auto hash = SubtitleService::hashFor(QUrl::fromLocalFile(path));
+        QVERIFY(hash);
+        QCOMPARE(hash->hash, u"0000000000020000"_s);
+        QCOMPARE(m_names->nameOf(*hash), u"Some.Film.2019.mkv"_s);
+        QCOMPARE(VideoFileUtilities::componentsFrom(QUrl::fromLocalFile(path)).title, u"Some Film"_s);
+        QVERIFY(!SubtitleService::hashFor(QUrl(u"file:///no/such/file"_s)));
+        SubtitleService::setShared({});
+    }
+
+private:
+    SubtitleService::QueryCompletion answer()
+    {
+        return [this](const Result<QueryResult> &result) {
+            m_last = std::make_unique<Result<QueryResult>>(result);
+            ++m_answers;
+        };
+    }
+    void query() { m_combined->query(Words, answer()); }
+
+    QStringList names() const
+    {
+        QStringList result;
+        for (const SubtitlePtr &one : (*m_last)->subtitles.value())
+            result += one->subFileName;
+        return result;
+    }
+
+    Sandbox m_sandbox;
+    std::shared_ptr<ScriptedService> m_catalogue;
+    std::shared_ptr<ScriptedService> m_rest;
+    std::shared_ptr<VideoNames> m_names;
+    bool m_asksRest = true;
+    std::unique_ptr<Result<QueryResult>> m_last; // written before m_answers, read after it
+    std::atomic<int> m_answers = 0;
+    std::unique_ptr<CombinedSubtitleService> m_combined;
+};
+
+PLOVENDIX_TEST(CombinedSubtitleServiceTest)
+#include "CombinedSubtitleServiceTest.moc"

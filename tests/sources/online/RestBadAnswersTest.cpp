@@ -1,0 +1,182 @@
+#include "RestFixture.h"
+
+#include <tests/support/TestMain.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Whatever a server does, a search ends once, with rows or with a sentence.
+class RestBadAnswersTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<RestFixture>(m_sandbox); }
+    void cleanup() { m_fixture.reset(); }
+
+    void harmlessOdditiesGiveRows_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"gzip", "gzip-unasked", "chunked", "as-text", "bad-utf8", "bom", "down-once",
+                                 "close-once", "too-fast-once", "close-after"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void harmlessOdditiesGiveRows()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE((**caught)->subtitles->size(), 3);
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+    }
+
+    void badAnswersGiveTheirSentence_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("tries");
+        const auto row = [](const char *name, Kind kind, int tries) {
+            QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind) << tries;
+        };
+        row("redirect-loop", Kind::BadAnswer, 4);
+        row("redirect-abroad", Kind::BadAnswer, 1);
+        row("sign-in-page", Kind::BadAnswer, 1);
+        row("sign-in-511", Kind::BadAnswer, 1);
+        row("unknown-key", Kind::KeyRefused, 1);
+        row("too-fast", Kind::TooManyRequests, 3);
+        row("too-fast-silent", Kind::TooManyRequests, 3);
+        row("too-fast-date", Kind::TooManyRequests, 3);
+        row("too-fast-hour", Kind::TooManyRequests, 1);
+        row("down", Kind::Unavailable, 3);
+        row("broken", Kind::Unavailable, 2);
+        row("gateway-page", Kind::Unavailable, 3);
+        row("bad-request", Kind::Rejected, 1);
+        row("html", Kind::BadAnswer, 1);
+        row("array", Kind::BadAnswer, 1);
+        row("null", Kind::BadAnswer, 1);
+        row("empty", Kind::BadAnswer, 1);
+        row("no-content", Kind::BadAnswer, 1);
+        row("not-modified", Kind::BadAnswer, 1);
+        row("cut", Kind::BadAnswer, 1);
+        row("20-mib", Kind::BadAnswer, 1);
+        row("gzip-bomb", Kind::BadAnswer, 1);
+        row("length-too-long", Kind::Unavailable, 3);
+        row("chunked-without-end", Kind::Unavailable, 3);
+        row("unreadable-records", Kind::BadAnswer, 1);
+    }
+    void badAnswersGiveTheirSentence()
+    {
+        QFETCH(const QString, behaviour);
+        QFETCH(const int, tries);
+        m_fixture->clock.setPatience(11s); // Retry-After of ten seconds is waited for as well
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY(!**caught);
+        QTEST(static_cast<int>(kindOf(*caught)), "kind");
+        const Error error = (*caught)->error();
+        QVERIFY(!error.localizedDescription.isEmpty());
+        QVERIFY(!error.localizedDescription.contains(u'<'));
+        QVERIFY(!error.detail.contains(SubtitleStandIn::ApiKey));
+        QCOMPARE(m_fixture->standIn.main().requests().size(), tries);
+        QCOMPARE(m_fixture->standIn.foreign().requests().size(), 0);
+    }
+
+    void closingBeforeTheAnswerIsUnavailable()
+    {
+        m_fixture->standIn.select(u"close-before"_s);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+    }
+
+    void badAnswersAreNotKept()
+    {
+        m_fixture->standIn.select(u"html"_s);
+        const auto first = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        m_fixture->standIn.clearBehaviours();
+        const auto second = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+    }
+
+    void silenceTimesOut_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::newRow("no answer") << u"silent"_s;
+        QTest::newRow("headers only") << u"stall"_s;
+    }
+    void silenceTimesOut()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->search();
+        for (int tries = 1; tries <= 3; ++tries) {
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), tries, Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+            m_fixture->clock.advance(20s);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Timeout);
+    }
+
+    void nobodyThereIsUnavailable()
+    {
+        m_fixture->standIn.stop();
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+    }
+
+    void unknownHostIsOffline()
+    {
+        m_fixture->settings.base = QUrl(u"https://nowhere.invalid/api/v1"_s);
+        m_fixture->restart();
+        m_fixture->clock.setPatience(5s);
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Offline);
+    }
+
+    void clearTextIsForThisMachineOnly_data()
+    {
+        QTest::addColumn<QString>("base");
+        QTest::newRow("the service's host") << u"http://api.opensubtitles.com/api/v1"_s;
+        QTest::newRow("another machine") << u"http://192.168.0.7/api/v1"_s;
+        QTest::newRow("a name that may lead anywhere") << u"http://localhost/api/v1"_s;
+        QTest::newRow("no scheme") << u"api.opensubtitles.com/api/v1"_s;
+        QTest::newRow("a file") << u"file:///etc/passwd"_s;
+        QTest::newRow("nothing") << QString();
+    }
+    void clearTextIsForThisMachineOnly()
+    {
+        QFETCH(const QString, base);
+        m_fixture->settings.base = QUrl(base);
+        m_fixture->restart();
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Insecure);
+    }
+
+    void manyQueriesStayWithinTheRate()
+    {
+        m_fixture->standIn.select(u"hits-1502"_s);
+        QList<std::shared_ptr<Caught<QueryResult>>> all;
+        for (const QString &text : {u"one"_s, u"two"_s, u"three"_s, u"four"_s})
+            all += m_fixture->search(text);
+        for (const auto &caught : all)
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 40);
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+    }
+
+private:
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+};
+
+PLOVENDIX_TEST(RestBadAnswersTest)
+#include "RestBadAnswersTest.moc"

@@ -1,0 +1,338 @@
+#include "RestFixture.h"
+
+#include <tests/support/TestMain.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Settings that change while something is under way: it ends as it began.
+class RestChangedSettingsTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_fixture = std::make_unique<RestFixture>(m_sandbox);
+        m_other = std::make_unique<StandIn>(StandInTime{[this] { return m_fixture->clock.now().count(); },
+                                                        [this] { return m_fixture->clock.date(); }});
+    }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints() + m_other->complaints(), QStringList());
+        m_fixture.reset();
+        m_other.reset();
+    }
+
+    void searchEndsAtTheServiceItBeganAt()
+    {
+        m_fixture->standIn.select(u"hits-51"_s);
+        changeAtFirst("/api/v1/subtitles");
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE((**caught)->subtitles->size(), 51);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/subtitles").size(), 2);
+        QCOMPARE(m_other->main().requests().size(), 0);
+    }
+
+    void eachServiceHasItsOwnKeptAnswers()
+    {
+        m_fixture->standIn.select(u"hits-51"_s);
+        m_other->select(u"hits-51"_s);
+        changeAtFirst("/api/v1/subtitles");
+        const auto first = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        const auto second = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(m_other->requests("/api/v1/subtitles").size(), 2);
+        // What the first one said is found again where it was kept, both pages of it.
+        m_fixture->standIn.main().forgetRequests();
+        m_fixture->settings.base = m_fixture->standIn.subtitleURL();
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto third = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(third->came(), Patience);
+        QCOMPARE((**third)->subtitles->size(), 51);
+        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
+    }
+
+    void searchEndsWithTheKeyItBeganWith()
+    {
+        m_fixture->standIn.select(u"hits-51"_s);
+        m_fixture->standIn.main().setObserver([this](const ReceivedRequest &, const ServedAnswer &) {
+            m_fixture->settings.apiKey = u"some-other-key"_s;
+            m_fixture->service->setSettings(m_fixture->settings);
+        });
+        const auto caught = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE((**caught)->subtitles->size(), 51);
+        for (const ReceivedRequest &request : m_fixture->standIn.main().requests())
+            QCOMPARE(request.header("Api-Key"), SubtitleStandIn::ApiKey.toLatin1());
+    }
+
+    void downloadEndsWhereItsLoginWas_data()
+    {
+        QTest::addColumn<QByteArray>("changeAt");
+        QTest::newRow("login") << QByteArray("/api/v1/login");
+        QTest::newRow("order") << QByteArray("/api/v1/download");
+    }
+    void downloadEndsWhereItsLoginWas()
+    {
+        QFETCH(const QByteArray, changeAt);
+        m_fixture->useAccount();
+        changeAtFirst(changeAt);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/download").size(), 1);
+        QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
+        QCOMPARE(m_other->main().requests().size(), 0);
+        // What is left there is not what is left here.
+        QVERIFY(!m_fixture->service->quota().remaining);
+    }
+
+    void downloadAskedForAfterwardsIsOneOfItsOwn()
+    {
+        m_fixture->standIn.select(u"silent@download"_s);
+        const auto before = m_fixture->download(m_fixture->subtitle());
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/download").size(), 1, Patience);
+        change();
+        const auto after = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), Patience);
+        QVERIFY(**after);
+        QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
+        QVERIFY(!before->came());
+    }
+
+    void filesOfTwoServicesWithOneIdAreTwoFiles()
+    {
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        change();
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
+    }
+
+    void resultOfAnotherServiceIsNotOrderedByItsNumber()
+    {
+        const auto found = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        const SubtitlePtr row = (**found)->subtitles->constFirst();
+        const QUrl address = m_fixture->settings.base;
+        change();
+        const auto elsewhere = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), Patience);
+        QVERIFY(!**elsewhere);
+        QVERIFY2((*elsewhere)->error().localizedDescription.contains(u"not in use now"_s),
+                 qPrintable((*elsewhere)->error().localizedDescription));
+        QCOMPARE(m_other->main().requests().size(), 0);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/download").size(), 0);
+        // Where it came from it is to be had, however that address is written.
+        m_fixture->settings.base = QUrl(address.toString() + u'/');
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto there = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QVERIFY2(**there, **there ? "" : qPrintable((*there)->error().detail));
+    }
+
+    void fileFetchedFromAnotherServiceIsStillToBeHad()
+    {
+        const auto found = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        const SubtitlePtr row = (**found)->subtitles->constFirst();
+        const auto first = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        change();
+        const auto second = m_fixture->download(row);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY2(**second, **second ? "" : qPrintable((*second)->error().detail));
+        QCOMPARE(m_other->main().requests().size(), 0);
+    }
+
+    void paidLinkOfAnotherServiceIsNotUsed()
+    {
+        m_fixture->standIn.select(u"subtitle-html"_s);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QVERIFY(!**first);
+        change();
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
+        QCOMPARE(m_other->links().requests().size(), 1);
+    }
+
+    void connectionTestIsOfWhatItBeganWith()
+    {
+        m_fixture->useAccount();
+        changeAtFirst("/api/v1/login");
+        const auto caught = std::make_shared<Caught<RestReport>>();
+        m_fixture->service->testConnection(
+            [caught](const Result<RestReport> &report) { caught->completion()(report); });
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QVERIFY((**caught)->isLoggedIn);
+        QCOMPARE((**caught)->quota.remaining, 20);
+        QVERIFY(!m_fixture->service->quota().remaining);
+        QCOMPARE(m_other->main().requests().size(), 0);
+    }
+
+    void languagesAreThoseOfTheServiceThatIsAsked()
+    {
+        const auto searchIn = [this](const QString &language) {
+            return m_fixture->query({{Param::text, u"paper lighthouse"_s}, {Param::language, language}});
+        };
+        m_fixture->service->followLanguages();
+        const auto learning = searchIn(u"eng"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(learning->came(), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/languages").size(), 1, Patience);
+        // Abkhaz is not on its list, which takes a moment to be read.
+        QTRY_VERIFY_WITH_TIMEOUT(isUnknown(searchIn(u"abk"_s)), Patience);
+        change();
+        const auto elsewhere = searchIn(u"abk"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), Patience);
+        QVERIFY(**elsewhere);
+        QCOMPARE(m_other->requests("/api/v1/subtitles").size(), 1);
+    }
+
+    void passwordEnteredLastMakesUsedUpDownloadsWorthAsking()
+    {
+        m_fixture->useAccount(SubtitleStandIn::UserName, {}); // nobody in particular so far
+        m_fixture->standIn.select(u"quota-used"_s);
+        const auto refused = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(refused->came(), Patience);
+        QCOMPARE(kindOf(*refused), Kind::LimitReached);
+        m_fixture->standIn.clearBehaviours();
+        m_fixture->useAccount();
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().localizedDescription));
+    }
+
+    void refusedPasswordIsNotSentAgainLater_data()
+    {
+        using Change = std::function<void(RestSettings &)>;
+        QTest::addColumn<Change>("somethingElse");
+        QTest::newRow("another key") << Change([](RestSettings &settings) { settings.apiKey = u"other"_s; });
+        QTest::newRow("another password")
+            << Change([](RestSettings &settings) { settings.password = u"other"_s; });
+        QTest::newRow("another address")
+            << Change([this](RestSettings &settings) { settings.base = m_other->subtitleURL(); });
+    }
+    void refusedPasswordIsNotSentAgainLater()
+    {
+        QFETCH(const std::function<void(RestSettings &)>, somethingElse);
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        const RestSettings before = m_fixture->settings;
+        somethingElse(m_fixture->settings);
+        m_fixture->service->setSettings(m_fixture->settings);
+        m_fixture->settings = before;
+        m_fixture->service->setSettings(before);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(kindOf(*second), Kind::LoginRefused);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
+    }
+
+    void refusedPasswordIsNotSentByWhoWaitedMeanwhile()
+    {
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        m_fixture->settings.apiKey = u"other"_s;
+        m_fixture->service->setSettings(m_fixture->settings);
+        m_fixture->settings.apiKey = SubtitleStandIn::ApiKey;
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::LoginRefused);
+        QCOMPARE(kindOf(*second), Kind::LoginRefused);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
+    }
+
+    void passwordRefusedByOneServiceIsTriedAtAnother()
+    {
+        m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
+        const auto here = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
+        change();
+        const auto there = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QCOMPARE(m_other->requests("/api/v1/login").size(), 1);
+    }
+
+    void otherLikingsKeepTheLogin()
+    {
+        m_fixture->useAccount();
+        const auto first = m_fixture->download(m_fixture->subtitle(1));
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        m_fixture->settings.keepsOriginalBytes = true;
+        m_fixture->settings.preferences.hearingImpaired = Liking::Preferred;
+        m_fixture->service->setSettings(m_fixture->settings);
+        QCOMPARE(m_fixture->service->quota().remaining, 19);
+        const auto second = m_fixture->download(m_fixture->subtitle(2));
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
+    }
+
+    void goodbyeIsSaidWhereverWeLoggedIn()
+    {
+        m_fixture->useAccount();
+        const auto here = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
+        change();
+        const auto there = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        int done = 0;
+        m_fixture->service->shutDown([&] { ++done; });
+        QTRY_COMPARE_WITH_TIMEOUT(done, 1, Patience);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
+        QCOMPARE(m_other->requests("/api/v1/logout").size(), 1);
+    }
+
+    void goodbyeIsSaidThoughTheSettingsChange()
+    {
+        m_fixture->useAccount();
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        bool done = false;
+        m_fixture->service->shutDown([&] { done = true; });
+        change();
+        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
+        QCOMPARE(m_other->main().requests().size(), 0);
+    }
+
+private:
+    void change()
+    {
+        m_fixture->settings.base = m_other->subtitleURL();
+        m_fixture->service->setSettings(m_fixture->settings);
+    }
+    /// Changes the address while the first request to `path` is being answered.
+    void changeAtFirst(const QByteArray &path)
+    {
+        m_fixture->standIn.main().setObserver(
+            [this, path](const ReceivedRequest &request, const ServedAnswer &) {
+                if (request.path() == path)
+                    change();
+            });
+    }
+    bool isUnknown(const std::shared_ptr<Caught<QueryResult>> &caught) const
+    {
+        if (!QTest::qWaitFor([&] { return caught->came(); }, Patience))
+            return false;
+        return !**caught && kindOf(*caught) == Kind::UnknownLanguage;
+    }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+    std::unique_ptr<StandIn> m_other;
+};
+
+PLOVENDIX_TEST(RestChangedSettingsTest)
+#include "RestChangedSettingsTest.moc"

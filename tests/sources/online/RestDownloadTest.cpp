@@ -1,0 +1,339 @@
+#include "RestFixture.h"
+
+#include <tests/support/TestMain.h>
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+QByteArray contentOf(const Caught<QUrl> &caught)
+{
+    QFile file((*caught).value().toLocalFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+} // namespace
+
+class RestDownloadTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<RestFixture>(m_sandbox); }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+        m_fixture.reset();
+    }
+
+    void fileArrivesUnderAPlainName()
+    {
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QVERIFY(!caught->came());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
+        QCOMPARE((**caught)->fileName(), u"Paper.Lighthouse.2019.srt"_s);
+        const ReceivedRequest order = m_fixture->standIn.requests("/api/v1/download").constFirst();
+        const QJsonObject body = QJsonDocument::fromJson(order.body).object();
+        QCOMPARE(body[u"file_id"_s].toInteger(), 9200001);
+        QCOMPARE(body[u"sub_format"_s], u"srt"_s);
+        QCOMPARE(order.header("Content-Type"), "application/json");
+        QVERIFY(m_fixture->standIn.links().requests().constFirst().header("Api-Key").isEmpty());
+    }
+
+    void choosingAgainCostsNothing()
+    {
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QVERIFY(QFile::remove((**first)->toLocalFile())); // as delivery does
+        m_fixture->restart();
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+        QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
+    }
+
+    void keptFilesAgeOutAfterAWeek()
+    {
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        m_fixture->clock.setDate(m_fixture->clock.date().addDays(8));
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(orders(), 2);
+    }
+
+    void twoAtOnceAreOneOrderAndTwoFiles()
+    {
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        const auto other = m_fixture->download(m_fixture->subtitle(9200002));
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && other->came(), Patience);
+        QVERIFY((**first)->path() != (**second)->path());
+        QCOMPARE(contentOf(*first), contentOf(*second));
+        QCOMPARE(contentOf(*other), SubtitleLinks::content(9200002));
+        QCOMPARE(orders(), 2);
+    }
+
+    void contentIsUnpackedAndInUtf8_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"subtitle-gzip", "subtitle-zip", "subtitle-zip-damaged",
+                                 "subtitle-zip-locked", "subtitle-utf16", "subtitle-1252", "link-name-path"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void contentIsUnpackedAndInUtf8()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
+        QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
+        const QString folder = QFileInfo((**caught)->toLocalFile()).canonicalFilePath();
+        QVERIFY(folder.startsWith(QFileInfo(m_fixture->places().downloads).canonicalFilePath()));
+    }
+
+    void originalBytesAreKeptWhenAPersonWantsThem()
+    {
+        m_fixture->standIn.select(u"subtitle-1252"_s);
+        m_fixture->settings.keepsOriginalBytes = true;
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto original = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(original->came(), Patience);
+        QCOMPARE(contentOf(*original), QString::fromUtf8(SubtitleLinks::content(9200001)).toLatin1());
+        // The choice is about handing out, not about what is kept.
+        m_fixture->settings.keepsOriginalBytes = false;
+        m_fixture->service->setSettings(m_fixture->settings);
+        const auto converted = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(converted->came(), Patience);
+        QCOMPARE(contentOf(*converted), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void otherThingsAreRefused_data()
+    {
+        QTest::addColumn<QStringList>("behaviours");
+        QTest::addColumn<int>("kind");
+        const auto row = [](const char *name, Kind kind) {
+            QTest::newRow(name) << QStringList{QString::fromLatin1(name)} << static_cast<int>(kind);
+        };
+        row("subtitle-gif", Kind::NotASubtitle);
+        row("subtitle-html", Kind::NotASubtitle);
+        row("subtitle-notice", Kind::NotASubtitle);
+        row("subtitle-short", Kind::NotASubtitle);
+        row("subtitle-empty", Kind::NotASubtitle);
+        row("subtitle-304", Kind::NotASubtitle);
+        row("subtitle-rar", Kind::NotASubtitle);
+        row("subtitle-zip-shut", Kind::NotASubtitle);
+        row("subtitle-bomb", Kind::NotASubtitle);
+        row("subtitle-9-mib", Kind::BadAnswer);
+        row("link-expired", Kind::LinkExpired);
+        row("link-forbidden", Kind::LinkExpired);
+        row("link-gone", Kind::LinkExpired);
+        row("link-clear", Kind::BadAnswer);
+        row("link-foreign", Kind::BadAnswer);
+        row("link-missing", Kind::BadAnswer);
+        row("invalid-file", Kind::Rejected);
+        row("invalid-file-counted", Kind::Rejected);
+        row("unknown-key", Kind::KeyRefused);
+        row("down@download", Kind::Unavailable);
+        row("close-before@download", Kind::Unavailable);
+        row("html@download", Kind::BadAnswer);
+        row("null@download", Kind::BadAnswer);
+        row("cut@download", Kind::BadAnswer);
+        row("html@link", Kind::NotASubtitle);
+        row("no-content@link", Kind::NotASubtitle);
+        row("length-too-long@link", Kind::Unavailable);
+        row("chunked-without-end@link", Kind::Unavailable);
+        row("close-before@link", Kind::Unavailable);
+        row("sign-in-page@link", Kind::BadAnswer);
+        row("gzip-bomb@link", Kind::BadAnswer);
+    }
+    void otherThingsAreRefused()
+    {
+        QFETCH(const QStringList, behaviours);
+        m_fixture->standIn.select(behaviours);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY(!**caught);
+        QTEST(static_cast<int>(kindOf(*caught)), "kind");
+        // An order is made once, whatever comes of it.
+        QCOMPARE(orders(), 1);
+        QVERIFY(!(*caught)->error().detail.contains(u"0f0f0f0f"_s));
+        // Nothing of it was kept.
+        m_fixture->standIn.clearBehaviours();
+        const auto again = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QVERIFY2(**again, **again ? "" : qPrintable((*again)->error().detail));
+    }
+
+    void brokenTransferIsRepeatedWithoutAnotherOrder()
+    {
+        m_fixture->standIn.select(u"close-before@link"_s);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::Unavailable);
+        m_fixture->standIn.clearBehaviours();
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QCOMPARE(orders(), 1);
+    }
+
+    void whatCameInPlaceOfASubtitleCostsNoSecondOrder_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"html@link", "subtitle-empty", "subtitle-notice", "subtitle-304"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void whatCameInPlaceOfASubtitleCostsNoSecondOrder()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::NotASubtitle);
+        m_fixture->standIn.clearBehaviours();
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void serviceThatWantsAnAccountSaysSo()
+    {
+        m_fixture->standIn.select(u"account-wanted"_s);
+        const auto without = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(without->came(), Patience);
+        QCOMPARE(kindOf(*without), Kind::LoginRefused);
+        QVERIFY((*without)->error().localizedDescription.contains(u"wants an account"_s));
+        m_fixture->useAccount();
+        const auto with = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(with->came(), Patience);
+        QVERIFY(**with);
+    }
+
+    void linkThatServesOnceIsOrderedAnew()
+    {
+        m_fixture->standIn.select({u"close-once@link"_s, u"link-once"_s});
+        // The broken transfer is tried again by itself, in vain: that link is spent.
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::LinkExpired);
+        QCOMPARE(orders(), 1);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY(**second);
+        QCOMPARE(orders(), 2);
+    }
+
+    void refusedLinksAreOrderedAnew_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        for (const char *name : {"link-expired", "link-forbidden", "link-gone"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void refusedLinksAreOrderedAnew()
+    {
+        QFETCH(const QString, behaviour);
+        m_fixture->standIn.select(behaviour);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QVERIFY(!**first);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        // The sentence said so.
+        QCOMPARE(orders(), 2);
+    }
+
+    void oldLinksAreNotUsed_data()
+    {
+        QTest::addColumn<bool>("asleep"); // when only the date goes on
+        QTest::newRow("after a while") << false;
+        QTest::newRow("after a sleep") << true;
+    }
+    void oldLinksAreNotUsed()
+    {
+        QFETCH(const bool, asleep);
+        m_fixture->standIn.select(u"close-before@link"_s);
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        m_fixture->standIn.clearBehaviours();
+        if (asleep)
+            m_fixture->clock.setDate(m_fixture->clock.date().addDuration(3h));
+        else
+            m_fixture->clock.advance(3h);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(orders(), 2);
+    }
+
+    void serviceDyingDuringTheTransferIsSaid()
+    {
+        m_fixture->standIn.select(u"drip@link"_s);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, Patience);
+        m_fixture->standIn.drip();
+        m_fixture->standIn.stop();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+    }
+
+    void cancellingQueriesLeavesDownloadsAlone()
+    {
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        m_fixture->service->cancelQueryTask();
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY(**caught);
+    }
+
+    void linkIsKeptUntilTheFileIsPublished()
+    {
+        const QString inTheWay = m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QVERIFY(!**first);
+        QVERIFY(QFile::remove(inTheWay));
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void linkIsKeptWhileTheFileIsNotInTheCache()
+    {
+        m_sandbox.writeFile(u"rest/downloads/kept"_s, "in the way of the cache");
+        for (int times = 0; times < 2; ++times) {
+            const auto caught = m_fixture->download(m_fixture->subtitle());
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
+        }
+        QCOMPARE(orders(), 1);
+        QCOMPARE(m_fixture->standIn.links().requests().size(), 2);
+    }
+
+    void folderThatCannotBeWrittenIsSaid()
+    {
+        m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY(!**caught);
+        QVERIFY(!(*caught)->error().localizedDescription.isEmpty());
+    }
+
+private:
+    int orders() const { return static_cast<int>(m_fixture->standIn.requests("/api/v1/download").size()); }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+};
+
+PLOVENDIX_TEST(RestDownloadTest)
+#include "RestDownloadTest.moc"

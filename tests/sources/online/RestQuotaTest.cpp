@@ -1,0 +1,141 @@
+#include "RestFixture.h"
+
+#include <tests/support/TestMain.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// How many downloads are left, and what costs one.
+class RestQuotaTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<RestFixture>(m_sandbox); }
+    void cleanup()
+    {
+        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
+        m_fixture.reset();
+    }
+
+    void remainingDownloadsAreTold()
+    {
+        QList<int> told;
+        m_fixture->service->setQuotaObserver(
+            [&](const RestQuota &quota) { told += quota.remaining.value_or(-1); });
+        for (const qint64 id : {1, 2, 2}) {
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        }
+        QCOMPARE(told, (QList<int>{4, 3}));
+        QCOMPARE(m_fixture->service->quota().allowed, 5);
+    }
+
+    void limitIsSaidWithItsTime_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<QString>("sentence");
+        QTest::newRow("at midnight") << QString() << u"(in 3 h 12 min)"_s;
+        QTest::newRow("soon") << u"quota-reset-soon"_s << u"(in 2 min)"_s;
+        QTest::newRow("in the past") << u"quota-reset-past"_s << u"Try again tomorrow."_s;
+    }
+    void limitIsSaidWithItsTime()
+    {
+        QFETCH(const QString, behaviour);
+        QFETCH(const QString, sentence);
+        if (!behaviour.isEmpty())
+            m_fixture->standIn.select(behaviour);
+        m_fixture->standIn.select(u"quota-used"_s);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::LimitReached);
+        QVERIFY2((*caught)->error().localizedDescription.contains(sentence),
+                 qPrintable((*caught)->error().localizedDescription));
+    }
+
+    void limitIsSaidWithWhatTheLoginAllows()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"quota-used"_s);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QVERIFY2((*caught)->error().localizedDescription.contains(u"all 20 downloads"_s),
+                 qPrintable((*caught)->error().localizedDescription));
+    }
+
+    void usedUpIsNotAskedAgainBeforeTheReset()
+    {
+        for (int id = 1; id <= 5; ++id) {
+            const auto caught = m_fixture->download(m_fixture->subtitle(id));
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        }
+        const auto sixth = m_fixture->download(m_fixture->subtitle(6));
+        QTRY_VERIFY_WITH_TIMEOUT(sixth->came(), Patience);
+        QCOMPARE(kindOf(*sixth), Kind::LimitReached);
+        QVERIFY((*sixth)->error().localizedDescription.contains(u"all 5 downloads"_s));
+        QVERIFY((*sixth)->error().localizedDescription.contains(u"With an account"_s));
+        QCOMPARE(orders(), 5);
+        // What was fetched before is still to be had.
+        const auto again = m_fixture->download(m_fixture->subtitle(3));
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QVERIFY(**again);
+        // After the reset, and for another account, it is worth asking.
+        m_fixture->clock.setDate(m_fixture->clock.date().addSecs(4 * 3600));
+        const auto seventh = m_fixture->download(m_fixture->subtitle(7));
+        QTRY_VERIFY_WITH_TIMEOUT(seventh->came(), Patience);
+        QCOMPARE(orders(), 6);
+        m_fixture->useAccount();
+        const auto eighth = m_fixture->download(m_fixture->subtitle(8));
+        QTRY_VERIFY_WITH_TIMEOUT(eighth->came(), Patience);
+        QVERIFY(**eighth);
+        QCOMPARE(m_fixture->service->quota().remaining, 19);
+    }
+
+    void timedOutOrderIsNotRepeated()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"silent@download"_s);
+        const auto caught = m_fixture->download(m_fixture->subtitle());
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        m_fixture->clock.advance(20s);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QCOMPARE(kindOf(*caught), Kind::Timeout);
+        QCOMPARE(orders(), 1);
+        // What it cost is asked for instead.
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->service->quota().remaining, 19, Patience);
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1);
+    }
+
+    void timedOutOrderIsSaidAtOnceAndMadeAgainOnlyOnceItsCostIsKnown()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select({u"silent@download"_s, u"stall@user"_s});
+        const auto first = m_fixture->download(m_fixture->subtitle());
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        m_fixture->clock.advance(20s);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QCOMPARE(kindOf(*first), Kind::Timeout);
+        // The question for the cost is not answered, either.
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1, Patience);
+        const auto second = m_fixture->download(m_fixture->subtitle());
+        m_fixture->standIn.clearBehaviours();
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        QCOMPARE(orders(), 1);
+        m_fixture->clock.advance(20s);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QVERIFY2(**second, **second ? "" : qPrintable((*second)->error().detail));
+        QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 2);
+        QCOMPARE(orders(), 2);
+    }
+
+private:
+    int orders() const { return static_cast<int>(m_fixture->standIn.requests("/api/v1/download").size()); }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<RestFixture> m_fixture;
+};
+
+PLOVENDIX_TEST(RestQuotaTest)
+#include "RestQuotaTest.moc"

@@ -1,0 +1,244 @@
+#include "PrivateBus.h"
+
+#include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
+#include <ui/system/ActivationToken.h>
+#include <ui/system/ApplicationLink.h>
+
+#include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const auto Identifier = u"com.quorvane.Plovendix"_s;
+constexpr int ShortPatience = 300; // milliseconds
+constexpr int FarTooLong = 15'000; // also for a second start on a busy machine
+constexpr auto SecondStart = "--second-start";
+const QStringList SecondStartArguments{u"ApplicationLinkTest"_s, QLatin1String(SecondStart)};
+
+/// What a second start of the program does: an exit status for each outcome.
+int startAsSecond(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    ApplicationLink link(Identifier);
+    link.setPatience(std::chrono::milliseconds(ShortPatience));
+    return static_cast<int>(link.start(QCoreApplication::arguments().mid(2), u"token"_s));
+}
+} // namespace
+
+class ApplicationLinkTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_link = std::make_unique<ApplicationLink>(Identifier); }
+    void cleanup()
+    {
+        m_link.reset();
+        QDBusConnection::sessionBus().unregisterObject(u"/com/quorvane/Plovendix"_s);
+        QDBusConnection::sessionBus().interface()->unregisterService(Identifier);
+    }
+
+    void firstOneOwnsTheName()
+    {
+        QCOMPARE(m_link->start({u"file:///a"_s}, {}), ApplicationLink::Outcome::First);
+        QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(Identifier).value());
+    }
+
+    void nameIsFreeOnceItHasGone()
+    {
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        m_link.reset();
+        QTRY_VERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(Identifier).value());
+        m_link = std::make_unique<ApplicationLink>(Identifier);
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+    }
+
+    void othersReachIt_data()
+    {
+        QTest::addColumn<QStringList>("call");
+        QTest::addColumn<QString>("heard");
+        QTest::newRow("Activate") << QStringList{u"Activate"_s, u"{}"_s} << u"activated"_s;
+        QTest::newRow("Open") << QStringList{u"Open"_s, u"['file:///a', 'plovendix:?x=%201']"_s, u"{}"_s}
+                              << u"opened file:///a plovendix:?x=%201"_s;
+        QTest::newRow("Open nothing") << QStringList{u"Open"_s, u"@as []"_s, u"{}"_s} << u"opened "_s;
+        QTest::newRow("ActivateAction")
+            << QStringList{u"ActivateAction"_s, u"quit"_s, u"[<1>]"_s, u"{}"_s} << u"action quit"_s;
+        QTest::newRow("platform data of any kind")
+            << QStringList{u"Activate"_s, u"{'activation-token': <5>, 'x': <[1,2]>}"_s} << u"activated"_s;
+    }
+    void othersReachIt()
+    {
+        QFETCH(QStringList, call);
+        QFETCH(QString, heard);
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        listen();
+        QProcess caller;
+        callWith(caller, call);
+        QTRY_COMPARE(m_heard, QStringList{heard});
+        QTRY_COMPARE(caller.state(), QProcess::NotRunning);
+        QCOMPARE(caller.exitCode(), 0);
+    }
+
+    void callerIsAnsweredBeforeItsWishIsServed()
+    {
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        QProcess caller;
+        bool answered = false;
+        // As an alert would hold it up; the caller must have gone on by then.
+        connect(m_link.get(), &ApplicationLink::activated, this,
+                [&] { answered = caller.state() == QProcess::NotRunning || caller.waitForFinished(); });
+        callWith(caller, {u"Activate"_s, u"{}"_s});
+        QTRY_VERIFY(answered);
+        QCOMPARE(caller.exitCode(), 0);
+    }
+
+    void callersTokenComesAlong_data()
+    {
+        QTest::addColumn<QString>("platformData");
+        QTest::addColumn<QString>("token");
+        QTest::newRow("newer") << u"{'desktop-startup-id': <'old'>, 'activation-token': <'new'>}"_s
+                               << u"new"_s;
+        QTest::newRow("older") << u"{'desktop-startup-id': <'old'>}"_s << u"old"_s;
+        QTest::newRow("empty newer") << u"{'activation-token': <''>, 'desktop-startup-id': <'old'>}"_s
+                                     << u"old"_s;
+        QTest::newRow("none") << u"{}"_s << QString();
+        QTest::newRow("no text") << u"{'activation-token': <5>}"_s << QString();
+    }
+    void callersTokenComesAlong()
+    {
+        QFETCH(QString, platformData);
+        QFETCH(QString, token);
+        setActivationToken(u"of an earlier caller"_s);
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        std::optional<QString> heard;
+        connect(m_link.get(), &ApplicationLink::opened, this, [&heard] { heard = takeActivationToken(); });
+        QProcess caller;
+        callWith(caller, {u"Open"_s, u"['file:///a']"_s, platformData});
+        QTRY_VERIFY(heard);
+        QCOMPARE(*heard, token);
+        QVERIFY(caller.state() == QProcess::NotRunning || caller.waitForFinished());
+    }
+
+    void secondOneHandsOverItsToken()
+    {
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        std::optional<QString> heard;
+        connect(m_link.get(), &ApplicationLink::activated, this, [&heard] { heard = takeActivationToken(); });
+        QProcess second;
+        second.start(QCoreApplication::applicationFilePath(), SecondStartArguments);
+        QTRY_COMPARE(heard, std::optional(u"token"_s));
+        QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
+    }
+
+    void secondOneHandsOver_data()
+    {
+        QTest::addColumn<QStringList>("uris");
+        QTest::addColumn<QString>("heard");
+        QTest::newRow("nothing") << QStringList() << u"activated"_s;
+        QTest::newRow("files") << QStringList{u"file:///a"_s, u"file:///caf%E9"_s}
+                               << u"opened file:///a file:///caf%E9"_s;
+    }
+    void secondOneHandsOver()
+    {
+        QFETCH(QStringList, uris);
+        QFETCH(QString, heard);
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        listen();
+        QProcess second;
+        second.start(QCoreApplication::applicationFilePath(), SecondStartArguments + uris);
+        QTRY_COMPARE(m_heard, QStringList{heard});
+        QTRY_COMPARE(second.state(), QProcess::NotRunning);
+        QCOMPARE(second.exitCode(), static_cast<int>(ApplicationLink::Outcome::HandedOver));
+    }
+
+    void firstOneThatDoesNotAnswerLeavesTheSecondAlone()
+    {
+        QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
+        QProcess second;
+        second.start(QCoreApplication::applicationFilePath(),
+                     SecondStartArguments + QStringList{u"file:///a"_s});
+        QVERIFY(second.waitForFinished(FarTooLong)); // nothing is answered meanwhile
+        QCOMPARE(second.exitCode(), static_cast<int>(ApplicationLink::Outcome::Alone));
+    }
+
+    void anotherKindOfOwnerLeavesItAlone()
+    {
+        const auto other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s);
+        QVERIFY(QDBusConnection(other).registerService(Identifier));
+        m_link->setPatience(std::chrono::milliseconds(ShortPatience));
+        const auto outcome = m_link->start({}, {});
+        QDBusConnection::disconnectFromBus(u"other"_s);
+        QCOMPARE(outcome, ApplicationLink::Outcome::Alone);
+    }
+
+    void withoutABusItIsAlone()
+    {
+        const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        qputenv("XDG_RUNTIME_DIR", m_sandbox.path(u"empty"_s).toUtf8());
+        const auto outcome = m_link->start({}, {});
+        QProcess second; // its environment says that there is a bus where there is none
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + m_sandbox.path(u"no-bus"_s).toUtf8());
+        second.start(QCoreApplication::applicationFilePath(), SecondStartArguments);
+        const bool finished = second.waitForFinished();
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        qputenv("XDG_RUNTIME_DIR", runtime);
+        QCOMPARE(outcome, ApplicationLink::Outcome::Alone);
+        QVERIFY(finished);
+        QCOMPARE(second.exitCode(), static_cast<int>(ApplicationLink::Outcome::Alone));
+    }
+
+    void tokenOfTheStartIsTheNewerKindFirst()
+    {
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        qunsetenv("DESKTOP_STARTUP_ID");
+        QCOMPARE(activationTokenOfStart(), QString());
+        qputenv("DESKTOP_STARTUP_ID", "a_TIME5");
+        QCOMPARE(activationTokenOfStart(), u"a_TIME5"_s);
+        qputenv("XDG_ACTIVATION_TOKEN", "b");
+        QCOMPARE(activationTokenOfStart(), u"b"_s);
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        qunsetenv("DESKTOP_STARTUP_ID");
+    }
+
+private:
+    void listen()
+    {
+        m_heard.clear();
+        connect(m_link.get(), &ApplicationLink::activated, this, [this] { m_heard += u"activated"_s; });
+        connect(m_link.get(), &ApplicationLink::opened, this,
+                [this](const QStringList &uris) { m_heard += u"opened "_s + uris.join(u' '); });
+        connect(m_link.get(), &ApplicationLink::actionActivated, this,
+                [this](const QString &name) { m_heard += u"action "_s + name; });
+    }
+
+    static void callWith(QProcess &caller, const QStringList &call)
+    {
+        caller.start(u"gdbus"_s, QStringList{u"call"_s, u"--session"_s, u"--dest"_s, Identifier,
+                                             u"--object-path"_s, u"/com/quorvane/Plovendix"_s, u"--method"_s,
+                                             u"org.freedesktop.Application."_s + call.first()} +
+                                     call.mid(1));
+    }
+
+    Sandbox m_sandbox;
+    std::unique_ptr<ApplicationLink> m_link;
+    QStringList m_heard;
+};
+
+static int runApplicationLinkTest(int argc, char **argv)
+{
+    if (argc > 1 && qstrcmp(argv[1], SecondStart) == 0)
+        return startAsSecond(argc, argv);
+    const PrivateBus bus; // before the application object, which finds the bus by the environment
+    const QCoreApplication application(argc, argv);
+    ApplicationLinkTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+PLOVENDIX_TEST_FUNCTION(ApplicationLinkTest, runApplicationLinkTest)
+#include "ApplicationLinkTest.moc"

@@ -1,0 +1,35 @@
+#pragma once
+#include <ui/views/Image.h>
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+
+#include <functional>
+
+/// What `draw` paints on a white ground of that size in points.
+inline QImage painted(const QSize &size, const std::function<void(QPainter &)> &draw,
+                      qreal devicePixelRatio = 1)
+{
+    QImage image(size * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    draw(painter);
+    return image;
+}
+
+/// An image of one colour.
+inline Image solidImage(const QSize &size, const QColor &color)
+{
+    QImage pixels(size, QImage::Format_ARGB32_Premultiplied);
+    pixels.fill(color);
+    return Image(pixels);
+}
+
+/// Whether two colours are the same but for rounding.
+inline bool isNear(const QColor &a, const QColor &b, int tolerance = 3)
+{
+    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
+           qAbs(a.blue() - b.blue()) <= tolerance;
+}

@@ -1,0 +1,47 @@
+#include "TableRowPainter.h"
+#include <ui/controls/TableCellView.h>
+
+#include <QPainter>
+
+namespace
+{
+// A selected row stays quiet, so that its texts keep their colours. A dark background swallows more of the
+// tint.
+constexpr qreal LightTint = 0.135;
+constexpr qreal DarkTint = 0.185;
+constexpr qreal LineStrength = 0.07;
+constexpr int DarkLightness = 128;
+
+QColor withAlpha(QColor color, qreal alpha)
+{
+    color.setAlphaF(float(alpha));
+    return color;
+}
+
+QColor selectionTint(const QPalette &palette)
+{
+    const bool dark = palette.color(QPalette::Base).lightness() < DarkLightness;
+    return withAlpha(palette.color(QPalette::Active, QPalette::Highlight), dark ? DarkTint : LightTint);
+}
+} // namespace
+
+void TableView::Painter::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                               const QModelIndex &index) const
+{
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QRect row = option.rect;
+    painter->save();
+    if (selected)
+        painter->fillRect(row, selectionTint(option.palette));
+    if (TableCellView *cell = m_delegate ? m_delegate->tableViewViewForRow(index.row()) : nullptr)
+        cell->draw(*painter, row, selected);
+    painter->fillRect(QRect(row.left(), row.bottom(), row.width(), 1),
+                      withAlpha(option.palette.color(QPalette::Text), LineStrength));
+    painter->restore();
+}
+
+QSize TableView::Painter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    // The list makes its rows as wide as itself.
+    return {1, m_rowHeight};
+}

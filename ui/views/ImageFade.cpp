@@ -1,0 +1,19 @@
+#include "ImageFade.h"
+
+#include "ImageView.h"
+
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr auto FadeDuration = 250ms;
+} // namespace
+
+void setImageWithFade(ImageView &view, const std::optional<Image> &image)
+{
+    const Transition transition{Transition::Type::Fade, FadeDuration, TimingFunction::EaseInEaseOut};
+    view.setWantsLayer(true);
+    if (Layer *layer = view.layer())
+        layer->addAnimation(transition, QLatin1String(Layer::TransitionKey));
+    view.setImage(image);
+}

@@ -1,0 +1,57 @@
+#include "FirstPaint.h"
+
+#include <base/MainQueue.h>
+
+#include <utility>
+#include <vector>
+
+namespace
+{
+using namespace std::chrono_literals;
+
+constexpr auto Patience = 1s; // a window may start out minimised
+
+struct State
+{
+    bool hasPainted = false;
+    int start = 0; // counts what tests have forgotten
+    std::vector<std::function<void()>> waiting;
+};
+
+State &state()
+{
+    static State state;
+    return state;
+}
+
+void releaseAfter(std::chrono::milliseconds patience)
+{
+    MainQueue::shared().asyncAfter(patience, [start = state().start] {
+        if (start == state().start)
+            FirstPaint::notice();
+    });
+}
+} // namespace
+
+void FirstPaint::afterwards(std::function<void()> block)
+{
+    if (state().hasPainted)
+        return MainQueue::shared().async(std::move(block));
+    if (state().waiting.empty())
+        releaseAfter(Patience);
+    state().waiting.push_back(std::move(block));
+}
+
+void FirstPaint::notice()
+{
+    if (std::exchange(state().hasPainted, true))
+        return;
+    // What is painted reaches the screen when the paint event is over, and so before the queue's turn.
+    for (std::function<void()> &block : std::exchange(state().waiting, {}))
+        MainQueue::shared().async(std::move(block));
+}
+
+void FirstPaint::forget()
+{
+    state() = {.hasPainted = false, .start = state().start + 1, .waiting = {}};
+}

@@ -1,0 +1,67 @@
+#pragma once
+#include "TitlebarAccessoryViewController.h"
+#include "Window.h"
+#include <QWidget>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class TitleBarButton;
+
+/// The strip at the top of a window's frame: title, the three buttons at the right end, accessories at both
+/// ends. Drags the window, maximises it on double click and asks for its menu on right click; what that means
+/// is the window's.
+class TitleBar final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TitleBar(QWidget *window);
+
+    void setTitleVisibility(Window::TitleVisibility visibility);
+    Window::TitleVisibility titleVisibility() const { return m_titleVisibility; }
+    /// Whether the bar draws a ground of its own or lets the content's show.
+    void setTransparent(bool transparent);
+    bool isTransparent() const { return m_transparent; }
+    TitleBarButton *button(Window::StandardButton button) const;
+    void setButtonHidden(Window::StandardButton which, bool hidden);
+    void setMaximized(bool maximized);
+    void addAccessory(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
+    /// Everything in the bar that takes the focus, in the order of reading.
+    QList<QWidget *> focusOrder() const;
+    /// Where the title may be drawn: as wide around the middle as accessories and buttons leave it.
+    QRect titleRect() const;
+
+Q_SIGNALS:
+    void moveRequested();
+    void zoomRequested();
+    void minimizeRequested();
+    void closeRequested();
+    void menuRequested(const QPoint &globalPosition);
+
+protected:
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    void layOut();
+    QSize sizeOf(const QWidget *widget) const;
+    void place(QWidget *widget, int left);
+    QList<QWidget *> accessoryViews(LayoutAttribute end) const;
+
+    Window::TitleVisibility m_titleVisibility = Window::TitleVisibility::Visible;
+    bool m_transparent = false;
+    TitleBarButton *m_minimize;
+    TitleBarButton *m_zoom;
+    TitleBarButton *m_close;
+    std::vector<std::shared_ptr<TitlebarAccessoryViewController>> m_accessories;
+    std::optional<QPoint> m_pressedAt; // until the pointer has gone the drag distance
+    int m_leadingEnd = 0;
+    int m_trailingStart = 0;
+};

@@ -1,0 +1,146 @@
+#include "ViewController.h"
+
+#include "ErrorAlert.h"
+#include "ViewKeeper.h"
+#include "Window.h"
+
+#include <base/FatalFault.h>
+#include <base/MainQueue.h>
+
+#include <QCoreApplication>
+#include <QScopedValueRollback>
+#include <QWindow>
+
+ViewController::ViewController() = default;
+
+ViewController::~ViewController()
+{
+    if (!m_keeper || !m_keeper->view())
+        return;
+    // The derived parts are gone: what the dying view reports must not reach them.
+    const auto parts = m_keeper->view()->findChildren<QObject *>();
+    for (QObject *part : parts)
+        part->disconnect(this);
+    m_keeper->view()->disconnect(this);
+}
+
+QWidget *ViewController::view()
+{
+    Q_ASSERT(MainQueue::isMainThread());
+    if (isViewLoaded() || m_loadingView)
+        return m_keeper ? m_keeper->view() : nullptr;
+    {
+        const QScopedValueRollback loading(m_loadingView, true);
+        loadView();
+    }
+    if (!isViewLoaded())
+        fatalFault(QStringLiteral("A controller of the class %1 loaded no view")
+                       .arg(QString::fromUtf8(metaObject()->className())));
+    viewDidLoad();
+    return m_keeper->view();
+}
+
+bool ViewController::isViewLoaded() const
+{
+    return m_keeper && m_keeper->view();
+}
+
+Window *ViewController::window() const
+{
+    return isViewLoaded() ? qobject_cast<Window *>(m_keeper->view()->window()) : nullptr;
+}
+
+QString ViewController::title() const
+{
+    return m_title;
+}
+
+void ViewController::setTitle(const QString &title)
+{
+    if (m_title == title)
+        return;
+    m_title = title;
+    // A derived class may have a title of its own whatever is set.
+    Q_EMIT titleChanged(this->title());
+}
+
+void ViewController::loadView()
+{
+    setView(std::make_unique<QWidget>());
+}
+
+void ViewController::setView(std::unique_ptr<QWidget> view)
+{
+    m_keeper = view ? std::make_unique<ViewKeeper>(std::move(view)) : nullptr;
+}
+
+std::shared_ptr<ViewController> ViewController::presentingViewController() const
+{
+    return m_modalWindow ? m_presenting.lock() : nullptr;
+}
+
+void ViewController::presentViewControllerAsModalWindow(const std::shared_ptr<ViewController> &controller)
+{
+    if (controller->m_modalWindow)
+        return controller->m_modalWindow->makeKeyAndOrderFront();
+    controller->beginModalPresentation(weak_from_this().lock());
+}
+
+void ViewController::beginModalPresentation(const std::shared_ptr<ViewController> &presenter)
+{
+    auto *modalWindow = new Window;
+    m_presenting = presenter;
+    m_modalWindow = modalWindow;
+    // The window has no parent, so nobody else ends a presentation that the program's end finds still up.
+    connect(qApp, &QCoreApplication::aboutToQuit, modalWindow, [this] { dismissController(); });
+    connect(modalWindow, &Window::closed, this, [this] { dismissController(); });
+
+    // The size the scene gave the view, which the window would overwrite.
+    const QSize contentSize = view()->testAttribute(Qt::WA_Resized) ? view()->size() : view()->sizeHint();
+    modalWindow->setContentViewController(shared_from_this());
+    if (contentSize.isValid())
+        modalWindow->setContentSize(contentSize);
+    modalWindow->setWindowModality(Qt::ApplicationModal);
+    // Minimised it would block the program unseen.
+    modalWindow->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
+    modalWindow->setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    Window *presenterWindow = presenter ? presenter->window() : nullptr;
+    if (presenterWindow && presenterWindow->windowHandle()) {
+        modalWindow->winId();
+        modalWindow->windowHandle()->setTransientParent(presenterWindow->windowHandle());
+    }
+    modalWindow->center();
+    modalWindow->makeKeyAndOrderFront();
+}
+
+void ViewController::dismissController(QObject *)
+{
+    if (!m_modalWindow)
+        return;
+    Window *modalWindow = m_modalWindow;
+    m_modalWindow = nullptr;
+    m_presenting.reset();
+    modalWindow->hide();
+    // Later, for the window holds this controller and may be the sender.
+    modalWindow->deleteLater();
+}
+
+bool ViewController::presentError(const Error &error)
+{
+    showErrorAlert(error, window());
+    return false;
+}
+
+void ViewController::destroyOnMainThread(ViewController *controller)
+{
+    const auto destroy = [controller] {
+        // Taken out of its window while the controller is whole: hiding moves the focus, which ends edits.
+        if (controller->isViewLoaded())
+            controller->m_keeper->view()->setParent(nullptr);
+        const std::unique_ptr<ViewController> last(controller);
+    };
+    if (MainQueue::isMainThread())
+        destroy();
+    else
+        MainQueue::shared().async(destroy);
+}

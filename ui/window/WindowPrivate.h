@@ -1,0 +1,58 @@
+#pragma once
+#include "Window.h"
+#include <ui/system/WindowFrame.h>
+
+#include <QPointer>
+
+#include <optional>
+
+class EdgeGrip;
+class FrameOverlay;
+
+/// A window's parts and how they lie in it. Created and destroyed with its window.
+class Window::Private final
+{
+public:
+    static constexpr QSize ContentMinimum{480, 360};
+
+    explicit Private(Window *window) : q(window) {}
+
+    void build();
+    void adoptContent(const std::shared_ptr<ViewController> &newController);
+    void releaseContent();
+
+    QRect frameRect() const;
+    QRect contentRect() const;
+    QSize windowSizeFor(const QSize &contentSize) const;
+    void applySizeLimits();
+    void layOut();
+    /// Looks at the window's situation again and takes on the frame that belongs to it.
+    void refreshFrame();
+    /// Follows the native window, which is made late and may be made anew.
+    void watchHandle();
+    /// Puts the title bar's controls after the content in the order of Tab.
+    void orderFocus();
+    void toggleZoom();
+    void showMenu(const QPoint &globalPosition);
+
+    Window *q;
+    TitleBar *titleBar = nullptr;
+    FrameOverlay *overlay = nullptr;
+    EdgeGrip *grip = nullptr;
+    QAction *closeAction = nullptr;
+    std::shared_ptr<ViewController> controller;
+    QPointer<QWidget> contentView;
+    bool fullSizeContentView = false;
+    bool resizable = true;
+    bool closing = false; // the close event was accepted, the window not yet hidden
+    QSize contentMinimum = ContentMinimum;
+    QSize chosenContentSize;
+    WindowFrame::Look look;
+
+private:
+    void keepFrameInPlace(const QRect &geometry);
+    void publishFrame();
+
+    std::optional<QRect> m_geometryToReturnTo; // while maximised, full screen or tiled; invalid when unknown
+    int m_normalMargin = 0; // the margin that the geometry outside of maximised and tiled states includes
+};
