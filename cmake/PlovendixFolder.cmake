@@ -130,3 +130,17 @@ function(plovendix_tests)
             LABELS "unit;${ARG_LABELS}" TIMEOUT 120)
     endforeach()
 endfunction()
+
+# plovendix_support(NAME SOURCES … DEPENDS …): the library tests_NAME of what tests share. Its headers are included by
+# their path below tests/.
+function(plovendix_support name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+    add_library(tests_${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(tests_${name} PUBLIC plovendix_options tests_headers ${ARG_DEPENDS})
+endfunction()
+
+# All headers of the tests. The rooms cannot see them.
+add_library(tests_headers INTERFACE)
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include/tests)
+file(CREATE_LINK ${PROJECT_SOURCE_DIR}/tests ${CMAKE_BINARY_DIR}/include/tests/tests SYMBOLIC)
+target_include_directories(tests_headers INTERFACE ${CMAKE_BINARY_DIR}/include/tests)
