@@ -59,15 +59,19 @@ std::optional<DecodedText> byMark(const QByteArray &bytes)
 /// The share of plain characters below which a text of wide ones is none: a cue's times alone have more.
 constexpr qsizetype FewestPlain = 20; // one in so many
 
-bool looksWide(const QString &text)
+/// How many plain characters a text of wide ones has; 0 for what looks like none.
+qsizetype plainWithinWide(const QString &text)
 {
     const qsizetype plain =
         std::count_if(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
-    return plain > 0 && plain * FewestPlain >= text.size() && !text.contains(QChar(0));
+    const bool looksWide = plain * FewestPlain >= text.size() && !text.contains(QChar(0));
+    return looksWide ? plain : 0;
 }
 
 /// UTF-16 and UTF-32 without a mark: digits, spaces and line ends have zeros in them, on one side, and read
-/// from the other side they are no plain characters. A last character that was cut is left out.
+/// from the other side they are no plain characters. A few characters of East Asia become plain ones when
+/// they are read from the wrong side, so the reading with the most of them counts. A last character that was
+/// cut is left out.
 std::optional<DecodedText> asWide(const QByteArray &bytes)
 {
     struct Width
@@ -82,13 +86,18 @@ std::optional<DecodedText> asWide(const QByteArray &bytes)
                                 {QStringConverter::Utf16BE, 2, "utf-16be"}};
     if (!bytes.contains('\0'))
         return std::nullopt;
+    std::optional<DecodedText> best;
+    qsizetype mostPlain = 0;
     for (const Width &width : Widths) {
         QStringDecoder decode(width.encoding, QStringConverter::Flag::Stateless);
         QString text = decode(QByteArrayView(bytes).first(bytes.size() - bytes.size() % width.unit));
-        if (looksWide(text))
-            return DecodedText{std::move(text), width.name};
+        const qsizetype plain = plainWithinWide(text);
+        if (plain <= mostPlain)
+            continue;
+        mostPlain = plain;
+        best = DecodedText{std::move(text), width.name};
     }
-    return std::nullopt;
+    return best;
 }
 
 std::optional<DecodedText> asUtf8(const QByteArray &bytes)

@@ -152,7 +152,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("line");
         for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE,
                                     QStringConverter::Utf32LE, QStringConverter::Utf32BE}) {
-            for (const char *line : {"Plain words", "Zażółć gęślą", "你好，世界。", "🎬 😀"})
+            for (const char *line :
+                 {"Plain words", "Zażółć gęślą", "你好，世界。", "🎬 😀", "一", "一　二", "そう　一つ"})
                 QTest::addRow("%s %s", QStringConverter::nameForEncoding(encoding), line)
                     << static_cast<int>(encoding) << QString::fromUtf8(line);
         }
