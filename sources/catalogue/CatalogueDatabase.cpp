@@ -116,9 +116,10 @@ Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) con
         QString detail = QString::fromUtf8(exception.what());
         if (failure == CatalogueFailure::Damaged && DamagedFiles::isFirstSight(m_path))
             detail += u": "_s + damageReport();
+        const Error error = m_errors.error(failure, m_path, detail);
         if (!m_reading->isCancelled())
-            qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(detail));
-        return m_errors.error(failure, m_path, detail);
+            qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(error.detail));
+        return error;
     }
 }
 

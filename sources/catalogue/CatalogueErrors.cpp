@@ -1,6 +1,7 @@
 #include "CatalogueErrors.h"
 
 #include <base/LocalizedString.h>
+#include <base/TerminalText.h>
 
 using namespace Qt::StringLiterals;
 
@@ -48,5 +49,6 @@ Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, cons
         }
         return {};
     };
-    return Error{u"Catalogue"_s, static_cast<int>(failure), String::fill(sentence(), {path}), detail};
+    return Error{u"Catalogue"_s, static_cast<int>(failure), String::fill(sentence(), {path}),
+                 terminalText(detail)};
 }

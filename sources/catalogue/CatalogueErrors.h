@@ -22,7 +22,8 @@ class CatalogueErrors final
 public:
     CatalogueErrors();
 
-    /// Domain "Catalogue", code the failure. `path` names the file concerned; `detail` is for the log.
+    /// Domain "Catalogue", code the failure. `path` names the file concerned; `detail` is for the log, and
+    /// shown to a terminal there: it may hold names from the file.
     Error error(CatalogueFailure failure, const QString &path, const QString &detail = {}) const;
 
 private:

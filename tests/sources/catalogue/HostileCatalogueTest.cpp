@@ -1,5 +1,6 @@
 #include "CatalogueClient.h"
 
+#include <base/TerminalText.h>
 #include <sources/catalogue/CatalogueDatabase.h>
 #include <sources/catalogue/CatalogueMetadata.h>
 #include <tests/support/TestMain.h>
@@ -111,6 +112,25 @@ private Q_SLOTS:
         QTest::failOnWarning(QRegularExpression(u"."_s));
         QVERIFY(!database->entriesForVideo(Size, Hash, u"eng"_s));
         QVERIFY(questions > 3);
+    }
+
+    void namesFromTheFileCannotSpeakToTheTerminal()
+    {
+        execute(m_path, "PRAGMA writable_schema = ON;"
+                        "UPDATE sqlite_schema SET name = 'evil' || char(27) || ']0;owned' || char(7),"
+                        " tbl_name = 'evil' || char(27) || ']0;owned' || char(7), sql = 'CREATE nonsense'"
+                        " WHERE name = 'film'");
+        const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
+        QVERIFY(!database);
+        QVERIFY(database.error().detail.contains(u"evil]0;owned"_s));
+        QCOMPARE(database.error().detail, terminalText(database.error().detail));
+    }
+
+    void detailsOfErrorsAreOnOneLineWithoutControlCharacters()
+    {
+        const QString detail = u"table evil\x1b]0;owned\x07 is\ngone"_s;
+        const Error error = m_errors.error(CatalogueFailure::Damaged, m_path, detail);
+        QCOMPARE(error.detail, u"table evil]0;owned is gone"_s);
     }
 
     void namesOfTablesWithoutEndAreNotReadThrough()
