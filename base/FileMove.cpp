@@ -116,9 +116,14 @@ Result<void> FileMove::copyAcross(const struct stat &status)
         return failure(-result);
     part.release();
     result = flushFolder(m_calls, parentFolder(m_destination));
+    if (result < 0 && m_existing == Existing::Replaced) {
+        // The older file cannot be brought back, so the move counts; a power failure may still undo it.
+        qCWarning(log, "%s was copied and is kept: its new place may not be on the disk: %s",
+                  m_source.constData(), qUtf8Printable(qt_error_string(-result)));
+        return {};
+    }
     if (result < 0) {
-        if (m_existing == Existing::Refused)
-            m_calls.unlink(m_destination);
+        m_calls.unlink(m_destination);
         return failure(-result);
     }
     if (const int removed = m_calls.unlink(m_source); removed < 0)
