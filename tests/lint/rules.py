@@ -89,8 +89,7 @@ def files_are_written_whole(root):
     paths = _cpp(root, *ROOMS)
     yield from _matches(root, paths, r'\b(QSaveFile|QTemporaryFile|std::ofstream|std::fopen)\b',
                         '{} loses files on a full disk; writeFile does not', prepare=code_only)
-    with_files = [path for path in paths if '#include <QFile>' in read(root, path)]
-    yield from _matches(root, with_files, r'\bopen\s*\(\s*QIODevice::(WriteOnly|ReadWrite|Append)\b',
+    yield from _matches(root, paths, r'(\.|->)open\s*\([^)]*\b(WriteOnly|ReadWrite|Append|Truncate)\b',
                         '{} writes in place; writeFile replaces the file whole')
 
 

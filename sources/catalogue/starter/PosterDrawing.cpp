@@ -19,6 +19,5 @@ QByteArray drawnPoster(const QByteArray &svg)
 
     QByteArray encoded;
     QBuffer buffer(&encoded);
-    buffer.open(QIODevice::WriteOnly);
     return image.save(&buffer, "PNG") ? encoded : QByteArray();
 }
