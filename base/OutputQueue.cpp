@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto ReaderPatience = 200ms;
-constexpr qsizetype PieceBytes = 65'536;
+constexpr qsizetype PieceBytes = 4096; // a page of a pipe, so that each one a slow reader takes is seen
 
 /// The same pipe or terminal once more, because not to wait is a property of an open file and would else hold
 /// for every process that shares ours. Negative where the system does not let us.
@@ -114,6 +114,12 @@ void OutputQueue::drain()
         if (!wasTaken)
             return;
     }
+}
+
+qsizetype OutputQueue::waitingBytes()
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_waiting.size();
 }
 
 void OutputQueue::writeQueued()

@@ -18,6 +18,8 @@ public:
     void write(const QByteArray &text);
     /// Waits while the reader takes what is queued, and gives up when it takes nothing for a moment.
     void drain();
+    /// What the reader has not taken yet.
+    qsizetype waitingBytes();
 
 private:
     void writeQueued();
