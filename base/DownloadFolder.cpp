@@ -1,5 +1,6 @@
 #include "DownloadFolder.h"
 
+#include "FileErrors.h"
 #include "FileWriting.h"
 #include "LocalizedString.h"
 
@@ -7,6 +8,8 @@
 #include <QDir>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -27,20 +30,18 @@ QString DownloadFolder::standardPath()
 
 Result<QUrl> DownloadFolder::publish(const QString &name, const QByteArray &content) const
 {
-    const auto failure = [this](const QString &detail) {
-        return Error{u"Downloads"_s, 1, String::fill(m_failureFormat, {m_path}), detail};
+    const auto failure = [this](const Error &reason) {
+        const QString sentence = String::fill(m_failureFormat, {m_path});
+        return Error{u"Downloads"_s, 1, sentence + u' ' + reason.localizedDescription, reason.detail};
     };
-    if (!QDir().mkpath(m_path))
-        return failure(u"mkpath"_s);
+    if (const Result<void> made = makeFolders(m_path); !made)
+        return failure(made.error());
     QTemporaryDir folder(m_path + u'/' + FolderPrefix + "XXXXXX"_L1);
     if (!folder.isValid())
-        return failure(folder.errorString());
+        return failure(writeError(errno, QFile::encodeName(m_path)));
     const QString path = folder.filePath(name);
-    if (const Result<void> written = writeFile(path, content); !written) {
-        Error error = failure(written.error().detail);
-        error.localizedDescription += u' ' + written.error().localizedDescription;
-        return error;
-    }
+    if (const Result<void> written = writeFile(path, content); !written)
+        return failure(written.error());
     folder.setAutoRemove(false);
     return QUrl::fromLocalFile(path);
 }

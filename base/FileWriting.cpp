@@ -35,6 +35,11 @@ QString followed(const QString &path)
     return end.absoluteFilePath();
 }
 
+QByteArray folderOf(const QString &path)
+{
+    return QFile::encodeName(QFileInfo(path).absolutePath());
+}
+
 /// What keeps the file from being replaced, or 0. A rename would also replace a device, and a file that the
 /// person has made read-only.
 int obstacleAt(const QFileInfo &file)
@@ -50,6 +55,36 @@ int obstacleAt(const QFileInfo &file)
     return file.isWritable() ? 0 : -EACCES;
 }
 
+/// Makes the folder and what is missing above it.
+int makeFolders(FileSystemCalls &calls, const QByteArray &folder)
+{
+    int made = calls.makeFolder(folder);
+    if (made == -ENOENT && parentFolder(folder) != folder) {
+        const int above = makeFolders(calls, parentFolder(folder));
+        made = above < 0 ? above : calls.makeFolder(folder);
+    }
+    return made == -EEXIST ? 0 : made;
+}
+
+int makePart(FileSystemCalls &calls, PartFile &part, const QByteArray &folder, const QByteArray &givenFolder,
+             mode_t mode)
+{
+    const int made = part.make(folder, mode);
+    if (made != -ENOENT)
+        return made;
+    const int folders = makeFolders(calls, givenFolder);
+    return folders < 0 ? folders : part.make(folder, mode);
+}
+
+/// Closes the empty file to others: a file system may have let them in, whatever mode it was made with.
+int closeToOthers(FileSystemCalls &calls, const PartFile &part, FileAccess access)
+{
+    if (access == FileAccess::AsBefore)
+        return 0;
+    const int closed = calls.setMode(part.descriptor(), OwnersMode);
+    return access == FileAccess::Secret ? closed : 0;
+}
+
 int fill(FileSystemCalls &calls, PartFile &part, const QByteArray &bytes, mode_t mode)
 {
     const int descriptor = part.descriptor();
@@ -62,7 +97,8 @@ int fill(FileSystemCalls &calls, PartFile &part, const QByteArray &bytes, mode_t
     return result < 0 ? result : closed;
 }
 
-int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &bytes, FileAccess access)
+int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &givenFolder,
+            const QByteArray &bytes, FileAccess access)
 {
     struct stat status = {};
     const bool isThere = calls.status(path, status) == 0;
@@ -70,7 +106,10 @@ int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &by
     const mode_t modeBefore = access == FileAccess::AsBefore && isThere ? status.st_mode & 0777U : 0;
     PartFile::removeLeftovers(calls, parentFolder(path));
     PartFile part(calls);
-    int result = part.make(parentFolder(path), isNewForAll ? OrdinaryMode : OwnersMode);
+    int result =
+        makePart(calls, part, parentFolder(path), givenFolder, isNewForAll ? OrdinaryMode : OwnersMode);
+    if (result == 0)
+        result = closeToOthers(calls, part, access);
     if (result == 0)
         result = fill(calls, part, bytes, modeBefore);
     if (result == 0)
@@ -91,9 +130,17 @@ Result<void> writeFile(const QString &path, const QByteArray &bytes, FileAccess 
     const QByteArray name = QFile::encodeName(target);
     int result = obstacleAt(QFileInfo(target));
     if (result == 0)
-        result = replace(callsInUse(), name, bytes, access);
+        result = replace(callsInUse(), name, folderOf(path), bytes, access);
     if (result < 0)
         return writeError(-result, name);
+    return {};
+}
+
+Result<void> makeFolders(const QString &folder)
+{
+    const QByteArray name = QFile::encodeName(QFileInfo(folder).absoluteFilePath());
+    if (const int made = makeFolders(callsInUse(), withoutTrailingSlashes(name)); made < 0)
+        return writeError(-made, name);
     return {};
 }
 

@@ -90,7 +90,6 @@ bool DiskCache::store(const QString &key, const Entry &entry) const
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_6_4);
     stream << Signature << checksum(key, content) << content;
-    QDir().mkpath(m_folder);
     const Result<void> written = writeFile(pathOf(key), bytes, FileAccess::OwnerOnly);
     if (!written)
         qCWarning(log).noquote() << "an answer was not kept:" << written.error().detail;

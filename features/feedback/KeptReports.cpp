@@ -47,7 +47,6 @@ QString KeptReports::freePath(const QDateTime &date) const
 Result<QString> KeptReports::keep(const FeedbackReport &report, const QDateTime &date,
                                   const QString &over) const
 {
-    QDir().mkpath(m_folder);
     const QString path = over.isEmpty() ? freePath(date) : over;
     const Result<void> written = writeFile(path, report.toJson(), FileAccess::OwnerOnly);
     return written ? Result<QString>(path) : notKept(m_folder, written.error());

@@ -6,8 +6,7 @@
 #include <base/MainQueue.h>
 #include <net/Json.h>
 
-#include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <QStandardPaths>
@@ -19,7 +18,6 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.secrets", QtInfoMsg)
 
 constexpr qint64 MaxBytes = 64LL * 1024;
-constexpr QFile::Permissions OnlyThePerson = QFile::ReadOwner | QFile::WriteOwner;
 
 /// Nothing when there is a file that cannot be read as secrets; no secrets when there is none.
 std::optional<QJsonObject> content(const QString &path)
@@ -55,14 +53,8 @@ Error notStored(const QString &path, const QString &reason, const QString &detai
 
 Result<void> save(const QString &path, const QJsonObject &secrets)
 {
-    QDir().mkpath(QFileInfo(path).path());
-    const Result<void> written = writeFile(path, QJsonDocument(secrets).toJson(), FileAccess::OwnerOnly);
-    if (!written)
-        return notStored(path, written.error().localizedDescription, written.error().detail);
-    // Not every file system knows permissions.
-    if (!QFile::setPermissions(path, OnlyThePerson))
-        return notStored(path, {}, u"the file cannot be closed to others"_s);
-    return {};
+    const Result<void> written = writeFile(path, QJsonDocument(secrets).toJson(), FileAccess::Secret);
+    return written ? written : notStored(path, written.error().localizedDescription, written.error().detail);
 }
 } // namespace
 

@@ -66,9 +66,19 @@ private Q_SLOTS:
         QVERIFY(!url);
         QCOMPARE(url.error().domain, QStringLiteral("Downloads"));
         QVERIFY(url.error().localizedDescription.contains(file));
+        QVERIFY(url.error().localizedDescription.endsWith(u"an error: Not a directory."_s));
     }
 
-    void fullDiskIsAnErrorWithoutAFile_data() { FullDisk::addRows(); }
+    void folderThatTakesNoOtherTellsWhy()
+    {
+        const Result<QUrl> url = DownloadFolder(u"/proc/self"_s).publish(u"a.srt"_s, "one");
+        QVERIFY(!url);
+        QCOMPARE(url.error().localizedDescription,
+                 u"The subtitle could not be stored in “/proc/self”."
+                 " The system reports an error: No such file or directory."_s);
+    }
+
+    void fullDiskIsAnErrorWithoutAFile_data() { FullDisk::addRows(FullDisk::WithoutTheFolder); }
     void fullDiskIsAnErrorWithoutAFile()
     {
         QFETCH(const QString, failingCall);

@@ -194,13 +194,71 @@ private Q_SLOTS:
         QCOMPARE(read(path), QByteArray(mayWrite ? "new" : "old"));
     }
 
-    void missingFolderIsAnError()
+    void missingFoldersAreMade()
     {
-        const Result<void> written = writeFile(m_sandbox.path(u"nowhere/file"_s), "new");
+        QVERIFY(writeFile(m_sandbox.path(u"made/inner one/file"_s), "new"));
+        QCOMPARE(read(m_sandbox.path(u"made/inner one/file"_s)), QByteArray("new"));
+        QCOMPARE(namesIn(u"made/inner one"_s), QStringList{u"file"_s});
+    }
+
+    void folderThatCannotBeMadeTellsWhy()
+    {
+        FaultyCalls calls;
+        calls.failingName = u"makeFolder"_s;
+        calls.failure = ENOSPC;
+        setCallsOfWriteFile(&calls);
+        const Result<void> written = writeFile(m_sandbox.path(u"nowhere/inner/file"_s), "new");
+        QVERIFY(!written);
+        QCOMPARE(written.error().code, ENOSPC);
+        QCOMPARE(written.error().localizedDescription, u"There is not enough free space."_s);
+        QVERIFY(written.error().detail.contains(u"nowhere/inner/file"_s));
+        QVERIFY(!QFileInfo::exists(m_sandbox.path(u"nowhere"_s)));
+        QCOMPARE(calls.openDescriptors, 0);
+    }
+
+    void fileInPlaceOfTheFolderStays()
+    {
+        const QString inTheWay = m_sandbox.writeFile(u"in the way"_s, "mine");
+        const Result<void> written = writeFile(inTheWay + u"/inner/file"_s, "new");
+        QVERIFY(!written);
+        QCOMPARE(written.error().code, ENOTDIR);
+        QCOMPARE(read(inTheWay), QByteArray("mine"));
+    }
+
+    /// The disk that the link leads to may be gone for the moment.
+    void folderThatALinkLeadsToIsNotMade()
+    {
+        QVERIFY(QDir().mkpath(m_sandbox.path(u"linking"_s)));
+        QVERIFY(QFile::link(m_sandbox.path(u"gone disk/file"_s), m_sandbox.path(u"linking/file"_s)));
+        const Result<void> written = writeFile(m_sandbox.path(u"linking/file"_s), "new");
         QVERIFY(!written);
         QCOMPARE(written.error().code, ENOENT);
-        QVERIFY(written.error().detail.contains(u"nowhere/file"_s));
-        QVERIFY(!QFileInfo::exists(m_sandbox.path(u"nowhere"_s)));
+        QVERIFY(!QFileInfo::exists(m_sandbox.path(u"gone disk"_s)));
+    }
+
+    void secretIsNeverReadableByOthers()
+    {
+        FaultyCalls calls;
+        setCallsOfWriteFile(&calls);
+        QVERIFY(writeFile(m_sandbox.path(u"secret"_s), "hush", FileAccess::Secret));
+        QCOMPARE(modeOf(m_sandbox.path(u"secret"_s)), 0600U);
+        QCOMPARE(calls.made.count(u"setMode"_s), 1);
+        QVERIFY(calls.made.indexOf(u"setMode"_s) < calls.made.indexOf(u"write"_s));
+    }
+
+    void onlyASecretNeedsAModeOfItsOwn()
+    {
+        FaultyCalls calls;
+        calls.failingName = u"setMode"_s;
+        calls.failure = EPERM;
+        setCallsOfWriteFile(&calls);
+        const QString secret = m_sandbox.path(u"modeless/secret"_s);
+        QVERIFY(writeFile(m_sandbox.path(u"modeless/report"_s), "report", FileAccess::OwnerOnly));
+        const Result<void> written = writeFile(secret, "hush", FileAccess::Secret);
+        QVERIFY(!written);
+        QCOMPARE(written.error().code, EPERM);
+        QCOMPARE(namesIn(u"modeless"_s), QStringList{u"report"_s});
+        QCOMPARE(calls.made.count(u"write"_s), 1); // the report's
     }
 };
 

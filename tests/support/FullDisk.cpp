@@ -44,13 +44,15 @@ bool canMount()
 }
 } // namespace
 
-void FullDisk::addRows()
+void FullDisk::addRows(Folder folder)
 {
     QTest::addColumn<QString>("failingCall");
     if (canMount())
         QTest::newRow("a full file system") << QString();
     for (const char *name : {"open", "write", "flush", "close", "rename"})
         QTest::newRow(name) << QString::fromLatin1(name);
+    if (folder == WithoutTheFolder)
+        QTest::newRow("makeFolder") << u"makeFolder"_s;
 }
 
 FullDisk::FullDisk(const Sandbox &sandbox, const QString &failingCall) : m_failingCall(failingCall)

@@ -8,9 +8,15 @@
 class FullDisk final
 {
 public:
+    enum Folder
+    {
+        WithTheFolder,
+        WithoutTheFolder // which the program is to make
+    };
+
     /// Adds the column "failingCall" with a row for each way in which a disk is full. It is empty for the
     /// file system that is really full.
-    static void addRows();
+    static void addRows(Folder folder = WithTheFolder);
 
     FullDisk(const Sandbox &sandbox, const QString &failingCall);
     ~FullDisk();

@@ -99,6 +99,21 @@ private Q_SLOTS:
         QVERIFY(path.error().localizedDescription.contains(m_folder));
     }
 
+    void fullDiskWithoutTheFolderIsTold_data() { FullDisk::addRows(FullDisk::WithoutTheFolder); }
+    void fullDiskWithoutTheFolderIsTold()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        m_folder = disk.path(u"data/feedback"_s);
+        disk.fill();
+        const auto path = kept().keep(report(u"One"_s), m_date);
+        QVERIFY(!path);
+        QVERIFY(path.error().localizedDescription.endsWith(u"There is not enough free space."_s));
+        QCOMPARE(disk.files(), QStringList());
+        disk.makeRoom();
+        QVERIFY(kept().keep(report(u"One"_s), m_date));
+    }
+
     void fullDiskKeepsTheOldReport_data() { FullDisk::addRows(); }
     void fullDiskKeepsTheOldReport()
     {

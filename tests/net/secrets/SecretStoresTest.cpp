@@ -1,3 +1,4 @@
+#include <base/FileWriting.h>
 #include <base/MainQueue.h>
 #include <net/Redactor.h>
 #include <net/secrets/Credentials.h>
@@ -11,6 +12,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTest>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -161,6 +164,36 @@ private Q_SLOTS:
         QVERIFY(!store.find(Secret::SubtitleKey));
         QVERIFY(store.store(Secret::SubtitleKey, u"key"_s));
         QVERIFY(!QFileInfo::exists(asidePath()));
+    }
+
+    void fullDiskWithoutTheFolderIsTold_data() { FullDisk::addRows(FullDisk::WithoutTheFolder); }
+    void fullDiskWithoutTheFolderIsTold()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const FileSecretStore store(disk.path(u"config/Some One/secrets"_s));
+        disk.fill();
+        const Result<void> stored = store.store(Secret::SubtitlePassword, u"word"_s);
+        QVERIFY(!stored);
+        QVERIFY(stored.error().localizedDescription.endsWith(u"There is not enough free space."_s));
+        QCOMPARE(disk.files(), QStringList());
+        disk.makeRoom();
+        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
+        QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
+    }
+
+    void fileThatOthersCouldReadIsNotMade()
+    {
+        FaultyCalls calls;
+        calls.failingName = u"setMode"_s;
+        calls.failure = EPERM;
+        setCallsOfWriteFile(&calls);
+        const Result<void> stored = FileSecretStore(filePath()).store(Secret::SubtitleKey, u"key"_s);
+        setCallsOfWriteFile(nullptr);
+        QVERIFY(!stored);
+        QCOMPARE(stored.error().code, 1);
+        QCOMPARE(QDir(m_sandbox.path(u"config"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
+        QVERIFY(!calls.made.contains(u"write"_s));
     }
 
     void fullDiskKeepsTheOldSecrets_data() { FullDisk::addRows(); }
