@@ -150,6 +150,8 @@ void HttpClient::begin(const std::shared_ptr<Journey> &journey, const QNetworkPr
 {
     m_proxies->insert(originOf(journey->request.url), proxy);
     journey->request.deadline = std::max(journey->end - m_clock.now(), Clock::Duration(1));
+    if (journey->request.onLeaving)
+        journey->request.onLeaving();
     const std::weak_ptr weak(journey);
     journey->exchange = HttpExchange::begin(m_network, m_clock, m_service, journey->request,
                                             [this, weak](const Result<HttpAnswer> &outcome) {

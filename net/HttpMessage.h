@@ -4,6 +4,7 @@
 #include <QList>
 #include <QUrl>
 #include <chrono>
+#include <functional>
 #include <utility>
 
 /// One question to a server. A plain value.
@@ -23,6 +24,8 @@ struct HttpRequest
     qsizetype maxBytes = 4LL * 1024 * 1024; // of the answer, unpacked
     std::chrono::milliseconds deadline = std::chrono::seconds(60);
     bool isAwaited = true; // by a person, who is told why it takes its time
+    /// Called each time just before the request leaves this machine: all waits are over then.
+    std::function<void()> onLeaving = {};
 
     void setHeader(const QByteArray &name, const QByteArray &value);
 };

@@ -39,7 +39,7 @@ struct RestDownload::Job
     SubtitlePtr subtitle;
     QList<Completion> waiting;
     Transport::Call call;
-    bool isBeingPaid = false; // from the order until its link or its cost is known
+    bool isBeingPaid = false; // from when the order leaves until its link or its cost is known
 
     /// The file's name in the cache and among the links.
     const QString &key() const { return subtitle->fileID; }
@@ -122,8 +122,12 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
         finish(job, RestOrder::limitReached(*job->session, clock.date(), u"known to be used up"_s));
         return;
     }
-    job->isBeingPaid = true;
-    job->call = job->session->send(RestOrder::request(*number), RestSession::Login::Wanted,
+    RestSession::Request request = RestOrder::request(*number);
+    request.onLeaving = [weak = std::weak_ptr(job)] {
+        if (const auto held = weak.lock())
+            held->isBeingPaid = true;
+    };
+    job->call = job->session->send(request, RestSession::Login::Wanted,
                                    [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
                                        if (const auto held = weak.lock())
                                            takeOrder(held, outcome);
@@ -255,6 +259,7 @@ void RestDownload::takeCost(const std::shared_ptr<Job> &job, const Result<HttpAn
         quota.takeUser((*object)[u"data"_s].toObject());
         takeQuota(*job->session, quota);
     }
+    job->isBeingPaid = false;
     const bool isWantedAgain = !job->waiting.isEmpty();
     if (isWantedAgain)
         order(job);

@@ -77,6 +77,7 @@ HttpRequest RestSession::prepared(const Request &request, const QUrl &base) cons
     result.method = request.method;
     result.url = RestURL::address(base, request.path, request.parameters);
     result.isAwaited = request.isAwaited;
+    result.onLeaving = request.onLeaving;
     result.setHeader("Api-Key", m_access.apiKey.toUtf8());
     result.setHeader("Accept", "*/*");
     if (!request.json.isEmpty()) {

@@ -29,7 +29,8 @@ public:
         QString path;
         RestURL::Parameters parameters = {};
         QByteArray json = {};
-        bool isAwaited = true; // by a person
+        bool isAwaited = true;                // by a person
+        std::function<void()> onLeaving = {}; // see HttpRequest; also before it is sent again after a login
     };
 
     /// `logins` are those of all sessions.

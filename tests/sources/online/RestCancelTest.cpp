@@ -31,6 +31,45 @@ private Q_SLOTS:
         QCOMPARE(orders(), 1);
     }
 
+    void cancelWhileALoginStallsOrdersNothing()
+    {
+        m_fixture->useAccount();
+        m_fixture->standIn.select(u"drip@login"_s);
+        const auto cancelled = m_fixture->download(m_fixture->subtitle());
+        QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, Patience);
+        m_fixture->service->cancelDownloads();
+        const auto next = m_fixture->download(m_fixture->subtitle(9200002));
+        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), next->came()), Patience);
+        QVERIFY(**next);
+        QVERIFY(!cancelled->came());
+        QCOMPARE(logins(), 1);
+        QCOMPARE(orders(), 1); // the next one's
+    }
+
+    void cancelDuringAPauseOrdersNothing()
+    {
+        const auto kept = m_fixture->download(m_fixture->subtitle(9200002));
+        QTRY_VERIFY_WITH_TIMEOUT(kept->came(), Patience);
+        bool isPausing = false;
+        m_fixture->service->setPauseObserver([&](const auto &length) { isPausing = length.has_value(); });
+        m_fixture->standIn.select(u"too-fast-date"_s);
+        const auto search = m_fixture->search();
+        QTRY_VERIFY_WITH_TIMEOUT(isPausing, Patience);
+        m_fixture->standIn.clearBehaviours();
+        const auto cancelled = m_fixture->download(m_fixture->subtitle());
+        // This one is looked up on the disk after the cancelled one, which then waits for the pause to end.
+        const auto keptAgain = m_fixture->download(m_fixture->subtitle(9200002));
+        QTRY_VERIFY_WITH_TIMEOUT(keptAgain->came(), Patience);
+        m_fixture->service->cancelDownloads();
+        m_fixture->clock.advance(15s);
+        QTRY_VERIFY_WITH_TIMEOUT(search->came(), Patience);
+        const auto next = m_fixture->download(m_fixture->subtitle(9200003));
+        QTRY_VERIFY_WITH_TIMEOUT(next->came(), Patience);
+        QVERIFY(!cancelled->came());
+        QCOMPARE(orders(), 2); // the kept one's and the next one's
+        m_fixture->service->setPauseObserver({});
+    }
+
     void cancelDuringTheOrderKeepsItsLink()
     {
         m_fixture->standIn.select(u"drip@download"_s);
@@ -88,6 +127,7 @@ private:
         for (int bytes = 0; bytes < 200; ++bytes)
             m_fixture->standIn.drip();
     }
+    int logins() const { return static_cast<int>(m_fixture->standIn.requests("/api/v1/login").size()); }
     int orders() const { return static_cast<int>(m_fixture->standIn.requests("/api/v1/download").size()); }
 
     Sandbox m_sandbox;
