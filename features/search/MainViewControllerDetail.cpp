@@ -123,12 +123,14 @@ void MainViewController::hideDetailView(bool animated)
         detailViewBottomConstraint->setConstant(PanelHidden);
 }
 
-/// The file of the search, which the save sheet begins from also after words were typed in the meantime.
+/// The file of the search, which the save sheet begins from also after words were typed in the meantime. A
+/// companion application that waits gets the subtitle in its own folder instead.
 void MainViewController::showSaveTarget()
 {
     const auto url = currentFileURL.value();
-    if (url)
+    const bool isSavedBeside = url && !currentExternalRequestInfo.load();
+    if (isSavedBeside)
         m_scene->saveTargetLabel->setText(
             String::fill(String::localize(u"Saves beside “%@”"_s), {FileManager::displayName(*url)}));
-    m_scene->saveTargetLabel->setVisible(url.has_value());
+    m_scene->saveTargetLabel->setVisible(isSavedBeside);
 }

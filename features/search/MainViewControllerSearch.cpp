@@ -211,6 +211,7 @@ void MainViewController::storeRequestInfo(const std::optional<ExternalRequestInf
         return;
     currentExternalRequestInfo.store(*requestInfo);
     updateDownloadButton();
+    showSaveTarget();
 }
 
 void MainViewController::setCurrentFileURL(const std::optional<QUrl> &url)

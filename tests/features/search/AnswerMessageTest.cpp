@@ -192,6 +192,25 @@ private Q_SLOTS:
         QVERIFY(!saveTarget()->isVisible());
     }
 
+    void panelNamesNoVideoWhileARequesterWaits()
+    {
+        const ExternalRequestInfo tessaly{u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
+        m_view->controller->searchForFile(Video, tessaly);
+        answerLast(2);
+        m_view->table()->selectRow(0);
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+        QVERIFY(!saveTarget()->isVisible());
+        // A cancelled search forgets the requester.
+        m_view->controller->cancelQuery(nullptr);
+        m_view->controller->searchForFile(Video, std::nullopt);
+        answerLast(2);
+        m_view->table()->selectRow(0);
+        QVERIFY(saveTarget()->isVisible());
+        // A requester that comes with words takes over the file's results.
+        m_view->controller->searchForText(u"words"_s, tessaly);
+        QVERIFY(!saveTarget()->isVisible());
+    }
+
     void panelSaysNothingOfAVideoWithoutAHash()
     {
         m_view->service->hash.reset();
