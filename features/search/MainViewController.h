@@ -139,6 +139,7 @@ private:
     void finishQuery(int query, const Result<QueryResult> &result,
                      std::function<void(MainViewController &)> resultsStep);
     void endQuery(int query);
+    bool isQueryCancelled(int query) const { return query <= m_lastCancelledQuery; }
     void scheduleCancelButtonReveal();
     void revealCancelButton();
     void showFileResults(const QUrl &url, const SearchLanguage &language);
@@ -214,6 +215,7 @@ private:
     std::unique_ptr<Ui::MainViewController> m_scene;
     QSet<int> m_openQueries; // the numbers of those that are neither answered nor cancelled
     int m_lastQuery = 0;
+    int m_lastCancelledQuery = 0;
     AnswerMessage m_answer;                               // of the last answer; a search that fails leaves it
     std::shared_ptr<const SubtitleList> m_shownSubtitles; // the rows of the table as of its last reload
     std::optional<QUrl> m_deliveredFile;                  // what "Show in folder" shows

@@ -94,6 +94,8 @@ void MainViewController::finishQuery(int query, const Result<QueryResult> &resul
     if (result) {
         subtitles.store(result->subtitles);
         onMainQueue(weak, [query, step = std::move(resultsStep)](MainViewController &self) {
+            if (self.isQueryCancelled(query))
+                return;
             step(self); // which may ask the next query
             self.endQuery(query);
         });
@@ -101,13 +103,17 @@ void MainViewController::finishQuery(int query, const Result<QueryResult> &resul
         const QString description = result.error().localizedDescription;
         printLine(u"Error: "_s + description);
         onMainQueue(weak, [query, description](MainViewController &self) {
+            if (self.isQueryCancelled(query))
+                return;
             self.endQuery(query);
             self.presentError(Error{QString(), SearchErrorCode, description});
         });
     }
     // Queued after the step above, so it also runs after a fallback search that the step has started, and
     // sets `isSearching` back while that one is still under way.
-    onMainQueue(weak, [](MainViewController &self) {
+    onMainQueue(weak, [query](MainViewController &self) {
+        if (self.isQueryCancelled(query))
+            return;
         self.setIsSearching(false);
         self.revealCancelButton();
     });
@@ -188,6 +194,7 @@ void MainViewController::textFieldActionWithTextField(QObject *sender)
 void MainViewController::cancelQuery(QObject *)
 {
     SubtitleService::shared().cancelQueryTask();
+    m_lastCancelledQuery = m_lastQuery; // answers that have come already may wait in the main queue
     if (!isSearching() && searchField)
         searchField->clear();
     setIsSearching(false);
