@@ -125,6 +125,14 @@ private:
         QString sentCode;
     };
 
+    /// A download from its start to the end of its delivery.
+    struct Download
+    {
+        int number = 0;
+        SubtitlePtr subtitle;
+        bool forceSavePanel = false;
+    };
+
     /// What the window says of an answer: in the drop area, and in the line above the rows.
     struct AnswerMessage
     {
@@ -172,10 +180,12 @@ private:
     /// The row that a download would take; nothing without a selection or a result list.
     std::optional<int> rowToDownload() const;
     void startDownload(SaveChoice choice);
-    void finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle, bool forceSavePanel);
-    void deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file, bool forceSavePanel);
-    Result<bool> sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle,
+    void finishDownload(const Download &download, const Result<QUrl> &result);
+    void deliverDownloadedSubtitle(const Download &download, const QUrl &file);
+    Result<bool> sendSubtitleToExternalApp(const Download &download, const QUrl &file,
                                            const ExternalRequestInfo &request);
+    /// Queues a block that runs on the main queue unless the download has been cancelled by then.
+    void unlessCancelled(const Download &download, std::function<void(MainViewController &)> block);
     void beginSheet(const std::shared_ptr<SavePanel> &panel, const QUrl &file);
     void moveToChosenPlace(const QUrl &file, const std::shared_ptr<SavePanel> &panel);
     void askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel, const QUrl &taken);
@@ -216,6 +226,8 @@ private:
     QSet<int> m_openQueries; // the numbers of those that are neither answered nor cancelled
     int m_lastQuery = 0;
     int m_lastCancelledQuery = 0;
+    int m_lastDownload = 0;
+    int m_lastCancelledDownload = 0;
     AnswerMessage m_answer;                               // of the last answer; a search that fails leaves it
     std::shared_ptr<const SubtitleList> m_shownSubtitles; // the rows of the table as of its last reload
     std::optional<QUrl> m_deliveredFile;                  // what "Show in folder" shows

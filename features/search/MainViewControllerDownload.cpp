@@ -63,67 +63,75 @@ void MainViewController::startDownload(SaveChoice choice)
         fatalFault(u"The selected row %1 lies beyond the results"_s.arg(*row));
     const SubtitlePtr subtitle = m_shownSubtitles->at(*row);
     const bool forceSavePanel = choice == SaveChoice::AlwaysSheet || isOptionAloneHeld();
+    const Download download{++m_lastDownload, subtitle, forceSavePanel};
     hideDelivered();
     setIsDownloading(true);
-    SubtitleService::shared().download(
-        subtitle, [weak = weakSelf(), subtitle, forceSavePanel](const Result<QUrl> &result) {
-            if (const auto self = weak.lock())
-                self->finishDownload(result, subtitle, forceSavePanel);
-        });
+    SubtitleService::shared().download(subtitle, [weak = weakSelf(), download](const Result<QUrl> &result) {
+        if (const auto self = weak.lock())
+            self->finishDownload(download, result);
+    });
 }
 
 void MainViewController::cancelDownload(QObject *)
 {
     SubtitleService::shared().cancelDownloads();
+    m_lastCancelledDownload = m_lastDownload; // one of them may be being delivered already
     setIsDownloading(false);
 }
 
 /// On the thread the service answers on, like the delivery to a companion application.
-void MainViewController::finishDownload(const Result<QUrl> &result, const SubtitlePtr &subtitle,
-                                        bool forceSavePanel)
+void MainViewController::finishDownload(const Download &download, const Result<QUrl> &result)
 {
-    const auto weak = weakSelf();
     if (result) {
-        deliverDownloadedSubtitle(subtitle, *result, forceSavePanel);
+        deliverDownloadedSubtitle(download, *result);
     } else {
-        onMainQueue(weak,
-                    [error = result.error()](MainViewController &self) { self.presentErrorOnWindow(error); });
+        unlessCancelled(download, [error = result.error()](MainViewController &self) {
+            self.presentErrorOnWindow(error);
+        });
     }
-    onMainQueue(weak, [](MainViewController &self) { self.setIsDownloading(false); });
+    unlessCancelled(download, [](MainViewController &self) { self.setIsDownloading(false); });
 }
 
-void MainViewController::deliverDownloadedSubtitle(const SubtitlePtr &subtitle, const QUrl &file,
-                                                   bool forceSavePanel)
+void MainViewController::deliverDownloadedSubtitle(const Download &download, const QUrl &file)
 {
     const auto panel = std::make_shared<SavePanel>();
     // Loaded once: a search that begins meanwhile on the main thread may change it.
     const auto request = currentExternalRequestInfo.load();
-    if (request && !forceSavePanel) {
-        const Result<bool> sent = sendSubtitleToExternalApp(file, *subtitle, *request);
+    if (request && !download.forceSavePanel) {
+        const Result<bool> sent = sendSubtitleToExternalApp(download, file, *request);
         if (sent && *sent) {
-            onMainQueue(weakSelf(), [name = request->name](MainViewController &self) {
+            unlessCancelled(download, [name = request->name](MainViewController &self) {
                 self.showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
             });
             return;
         }
     }
-    const auto suggestedName = suggestedFileName(currentFileURL.value(), *subtitle);
-    onMainQueue(weakSelf(), [panel, suggestedName, file](MainViewController &self) {
+    const auto suggestedName = suggestedFileName(currentFileURL.value(), *download.subtitle);
+    unlessCancelled(download, [panel, suggestedName, file](MainViewController &self) {
         self.presentSavePanel(panel, suggestedName, file);
     });
 }
 
-Result<bool> MainViewController::sendSubtitleToExternalApp(const QUrl &file, const Subtitle &subtitle,
+Result<bool> MainViewController::sendSubtitleToExternalApp(const Download &download, const QUrl &file,
                                                            const ExternalRequestInfo &request)
 {
     const CompanionDelivery delivery(FileManager::defaultManager(), Workspace::sharedWorkspace());
-    const Result<CompanionFile> sent = delivery.send(file, subtitle, request);
+    const Result<CompanionFile> sent = delivery.send(file, *download.subtitle, request);
     if (!sent)
         return sent.error();
     if (!sent->isReplyTaken)
-        onMainQueue(weakSelf(),
-                    [delivered = sent->url](MainViewController &self) { self.showWhereItLies(delivered); });
+        unlessCancelled(
+            download, [delivered = sent->url](MainViewController &self) { self.showWhereItLies(delivered); });
     return sent->isReplyTaken;
+}
+
+void MainViewController::unlessCancelled(const Download &download,
+                                         std::function<void(MainViewController &)> block)
+{
+    onMainQueue(weakSelf(), [number = download.number, run = std::move(block)](MainViewController &self) {
+        if (number > self.m_lastCancelledDownload)
+            run(self);
+    });
 }
 
 void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &panel,

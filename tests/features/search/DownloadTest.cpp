@@ -27,6 +27,9 @@ private Q_SLOTS:
     void failureWithoutAWindowOnlyClearsTheFlag();
     void secondDownloadMayStartWhileOneRuns();
     void cancelledDownloadIsNotDelivered();
+    void cancelDuringTheDeliverySaysNothingOfIt_data();
+    void cancelDuringTheDeliverySaysNothingOfIt();
+    void endOfACancelledDownloadLeavesTheNextOnesFlag();
     void cancelButtonIsThereWhileADownloadRuns();
     void completionAfterTheControllerHasGone();
     void deliveryReadsSnapshotsWhileSearchesRun();
@@ -150,6 +153,43 @@ void DownloadTest::cancelledDownloadIsNotDelivered()
     QCOMPARE(m_view->service->downloadCount(), 2);
     finishWith(downloadedFile());
     QCOMPARE(m_workspace->opened.size(), 1);
+}
+
+void DownloadTest::cancelDuringTheDeliverySaysNothingOfIt_data()
+{
+    QTest::addColumn<bool>("isReplyTaken");
+    QTest::newRow("reply taken") << true;
+    QTest::newRow("reply refused") << false;
+}
+
+/// The file is on its way to the companion application, which may take long, when the person cancels.
+void DownloadTest::cancelDuringTheDeliverySaysNothingOfIt()
+{
+    QFETCH(const bool, isReplyTaken);
+    m_workspace->accepts = isReplyTaken;
+    searchVideo(tessaly());
+    downloadFirst();
+    m_view->service->finishDownload(0, downloadedFile()); // its blocks wait
+    QCOMPARE(m_workspace->opened.size(), 1);
+    QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton);
+    QVERIFY(!m_view->controller->isDownloading());
+    m_view->turn();
+    QVERIFY(!m_view->widget("deliveryLabel")->isVisible());
+    QVERIFY(!sheet());
+}
+
+void DownloadTest::endOfACancelledDownloadLeavesTheNextOnesFlag()
+{
+    searchVideo();
+    downloadFirst();
+    m_view->service->finishDownload(0, refusal());
+    QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton);
+    downloadFirst();
+    QCOMPARE(alertDuring([this] { m_view->turn(); }), QString());
+    QVERIFY(m_view->controller->isDownloading());
+    finishWith(downloadedFile());
+    QVERIFY(!m_view->controller->isDownloading());
+    QVERIFY(sheet());
 }
 
 void DownloadTest::cancelButtonIsThereWhileADownloadRuns()
