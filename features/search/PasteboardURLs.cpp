@@ -1,27 +1,12 @@
 #include "PasteboardURLs.h"
 
 #include <QMimeData>
-#include <QSysInfo>
 
 #include <algorithm>
 #include <functional>
 
 namespace
 {
-bool isThisMachine(const QString &host)
-{
-    return host == QLatin1String("localhost") ||
-           host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
-}
-
-/// Some programs name the machine in a file's URL; the path is ours all the same.
-QUrl withoutOwnHost(QUrl url)
-{
-    if (url.isLocalFile() && isThisMachine(url.host()))
-        url.setHost(QString());
-    return url;
-}
-
 /// One for each line that is no comment, or nothing where there is no content; what is no URL is an invalid
 /// one.
 std::optional<QList<QUrl>> readLines(const QMimeData *pasteboard, const QString &type)
@@ -37,7 +22,7 @@ std::optional<QList<QUrl>> readLines(const QMimeData *pasteboard, const QString 
         if (text.isEmpty() || text.startsWith('#'))
             continue;
         const QUrl url = QUrl::fromEncoded(text, QUrl::TolerantMode);
-        urls += url.isValid() && !url.scheme().isEmpty() ? withoutOwnHost(url) : QUrl();
+        urls += url.isValid() && !url.scheme().isEmpty() ? url : QUrl();
     }
     return urls;
 }

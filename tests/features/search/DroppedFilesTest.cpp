@@ -104,6 +104,7 @@ void DroppedFilesTest::whatIsDroppedIsJudgedByTheSearch_data()
     QTest::addColumn<QString>("url");
     QTest::newRow("a folder") << u"file:///films/"_s;
     QTest::newRow("no video") << u"file:///notes.txt"_s;
+    QTest::newRow("a file of this computer") << u"file://localhost/film.mkv"_s;
     QTest::newRow("a file elsewhere") << u"file://server/film.mkv"_s;
     QTest::newRow("a name of two lines") << u"file:///two%0Alines.mkv"_s;
     QTest::newRow("a name that is no text") << u"file:///caf%E9.mkv"_s;
