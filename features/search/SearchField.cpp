@@ -1,10 +1,10 @@
 #include "SearchField.h"
 
 #include "DragFilesHereView.h"
-#include "PasteboardURLs.h"
 
 #include <QDragEnterEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 
 namespace
 {
@@ -30,8 +30,8 @@ void SearchField::keyPressEvent(QKeyEvent *event)
 
 void SearchField::dragEnterEvent(QDragEnterEvent *event)
 {
-    // File managers offer the address of a file as a text too.
-    if (offersFile(event->mimeData(), DragFilesHereView::fileURLType()))
+    // File managers and browsers offer the address of a file or a page as a text too.
+    if (event->mimeData()->hasFormat(DragFilesHereView::fileURLType()))
         return event->ignore();
     QLineEdit::dragEnterEvent(event);
 }

@@ -2,7 +2,7 @@
 #include <QLineEdit>
 
 /// The search text's field, with room at both ends for the buttons that its scene lays over it. It takes a
-/// dragged text; a dragged file is left to the window, which searches for it. Main thread only.
+/// dragged text; dragged files and links are left to the window, which searches for a file. Main thread only.
 class SearchField final : public QLineEdit
 {
     Q_OBJECT

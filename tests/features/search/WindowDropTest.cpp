@@ -18,10 +18,12 @@ QMimeData *draggedFile()
     return &pasteboard;
 }
 
+/// A link as browsers offer it: its address is a text as well.
 QMimeData *draggedLink()
 {
     static QMimeData pasteboard;
     pasteboard.setData(u"text/uri-list"_s, "https://plovendix.example/film.mkv\r\n");
+    pasteboard.setText(u"https://plovendix.example/film.mkv"_s);
     return &pasteboard;
 }
 } // namespace
