@@ -10,11 +10,13 @@ namespace
 const QString IndexKey = u"source"_s;
 const QString HandleKey = u"handle"_s;
 const QString IdKey = u"id"_s;
+const QString LookupKey = u"lookup"_s;
 
-void wrap(QList<TmdbItem> &items, qsizetype source, const QString &id)
+void wrap(QList<TmdbItem> &items, qsizetype source, const QString &id, quint64 lookup)
 {
     for (TmdbItem &item : items)
-        item.handle = QVariantMap{{IndexKey, source}, {HandleKey, item.handle}, {IdKey, id}};
+        item.handle =
+            QVariantMap{{IndexKey, source}, {HandleKey, item.handle}, {IdKey, id}, {LookupKey, lookup}};
 }
 
 bool isEmpty(const FindResult &result)
@@ -53,7 +55,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
     };
 
     QList<Source> sources;
-    quint64 lookup = 0; // the latest
+    quint64 lastLookup = 0;
 
     /// The first source from `start` on that is to be asked; the number of sources when there is none.
     qsizetype next(qsizetype start) const
@@ -62,6 +64,10 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             ++start;
         return start;
     }
+
+    /// Only the latest lookup asks further sources: a source may abandon one lookup when it is asked for
+    /// another, and would abandon the one that the person waits for.
+    bool mayGoOn(quint64 lookup) const { return lookup == lastLookup; }
 
     void find(qsizetype start, const std::shared_ptr<Find> &task)
     {
@@ -73,11 +79,16 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             });
             return;
         }
+        if (mayGoOn(task->lookup))
+            askForFilm(index, task);
+    }
+
+    void askForFilm(qsizetype index, const std::shared_ptr<Find> &task)
+    {
         sources[index].service->preferredLanguage = task->language;
         sources[index].service->findExternally(
             task->id, task->source, [weak = weak_from_this(), index, task](const Result<FindResult> &answer) {
-                const auto self = weak.lock();
-                if (self && task->lookup == self->lookup)
+                if (const auto self = weak.lock())
                     self->takeFind(index, task, answer);
             });
     }
@@ -86,9 +97,9 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
     {
         if (answer && !isEmpty(*answer)) {
             FindResult result = *answer;
-            wrap(result.movieResults, index, task->id);
-            wrap(result.personResults, index, task->id);
-            wrap(result.tvResults, index, task->id);
+            wrap(result.movieResults, index, task->id, task->lookup);
+            wrap(result.personResults, index, task->id, task->lookup);
+            wrap(result.tvResults, index, task->id, task->lookup);
             task->completion(result);
             return;
         }
@@ -103,7 +114,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             item, task->kind, task->size,
             [weak = weak_from_this(), index, task](const Result<QImage> &image) {
                 const auto self = weak.lock();
-                if (!self || task->lookup != self->lookup)
+                if (!self)
                     return;
                 if (image)
                     task->completion(image);
@@ -121,12 +132,14 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             task->completion(*task->failure);
             return;
         }
+        if (!mayGoOn(task->lookup))
+            return;
         sources[index].service->preferredLanguage = task->language;
         sources[index].service->findExternally(
             task->id, ExternalSource::imdb,
             [weak = weak_from_this(), index, task](const Result<FindResult> &found) {
                 const auto self = weak.lock();
-                if (!self || task->lookup != self->lookup)
+                if (!self)
                     return;
                 const QList<TmdbItem> items =
                     found ? found->movieResults + found->tvResults : QList<TmdbItem>();
@@ -151,7 +164,7 @@ void CombinedMetadataService::findExternally(const QString &id, ExternalSource s
 {
     m_chain->find(
         0, std::make_shared<Chain::Find>(Chain::Find{id, source, preferredLanguage, std::move(completion),
-                                                     std::nullopt, ++m_chain->lookup}));
+                                                     std::nullopt, ++m_chain->lastLookup}));
 }
 
 void CombinedMetadataService::fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
@@ -165,6 +178,6 @@ void CombinedMetadataService::fetchImage(const TmdbItem &item, ImageKind kind, c
     }
     const auto task = std::make_shared<Chain::Picture>(
         Chain::Picture{handle.value(IdKey).toString(), kind, size, preferredLanguage, std::move(completion),
-                       std::nullopt, m_chain->lookup});
+                       std::nullopt, handle.value(LookupKey).toULongLong()});
     m_chain->fetch(index, {handle.value(HandleKey)}, task);
 }

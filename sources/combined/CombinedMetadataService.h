@@ -2,7 +2,8 @@
 #include <model/MetadataService.h>
 
 /// Several sources of films and posters, asked one after another until one has it. A lookup (a film and its
-/// picture) that has not ended when the next one begins is dropped and never answered. Main thread only.
+/// picture) that has not ended when the next one begins is still answered by the source it is with, but asks
+/// no further one: without an answer from there it ends unanswered. Main thread only.
 class CombinedMetadataService final : public MetadataService
 {
 public:

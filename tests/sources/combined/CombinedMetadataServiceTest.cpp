@@ -97,20 +97,49 @@ private Q_SLOTS:
 
     void nobodysFilmIsAnEmptyAnswer() { QCOMPARE(picturesOf(u"tt9"_s), u"not found"_s); }
 
-    void nextLookupDropsTheOneBefore()
+    void lookupThatEndsLateIsStillAnswered()
+    {
+        Caught<FindResult> first;
+        Caught<FindResult> second;
+        m_combined->findExternally(u"tt1"_s, ExternalSource::imdb, first.completion());
+        m_combined->findExternally(u"tt3"_s, ExternalSource::imdb, second.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
+        QVERIFY(first.came());
+        Caught<QImage> picture;
+        m_combined->fetchImage((*first)->movieResults[0], ImageKind::Poster, Points, picture.completion());
+        Caught<FindResult> third;
+        m_combined->findExternally(u"tt9"_s, ExternalSource::imdb, third.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(third.came(), Patience);
+        QVERIFY(picture.came());
+        QVERIFY(*picture);
+    }
+
+    /// A source may end a lookup for a later one, which must not be the one the person waits for.
+    void earlierLookupAsksNoFurtherSource()
     {
         Caught<FindResult> first;
         Caught<FindResult> second;
         m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, first.completion());
-        m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, second.completion());
+        m_combined->findExternally(u"tt1"_s, ExternalSource::imdb, second.completion());
         QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
-        QVERIFY(!first.came());
-        Caught<QImage> picture;
-        m_combined->fetchImage((*second)->movieResults[0], ImageKind::Poster, {10, 15}, picture.completion());
-        Caught<FindResult> third;
-        m_combined->findExternally(u"tt1"_s, ExternalSource::imdb, third.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(third.came(), Patience);
         MainQueue::shared().runUntilIdle();
+        QCOMPARE(m_near->asked, QStringList({u"tt2"_s, u"tt1"_s}));
+        QCOMPARE(m_far->asked, QStringList());
+        QVERIFY(!first.came());
+    }
+
+    void pictureOfAnEarlierLookupAsksNoFurtherSource()
+    {
+        Caught<FindResult> first;
+        Caught<FindResult> second;
+        m_combined->findExternally(u"tt3"_s, ExternalSource::imdb, first.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(first.came(), Patience);
+        m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, second.completion());
+        Caught<QImage> picture; // that no source asked so far has
+        m_combined->fetchImage((*first)->movieResults[0], ImageKind::Poster, Points, picture.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
+        MainQueue::shared().runUntilIdle();
+        QCOMPARE(m_far->asked, QStringList{u"tt2"_s});
         QVERIFY(!picture.came());
     }
 
