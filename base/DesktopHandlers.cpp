@@ -37,7 +37,7 @@ Application handlerForUri(const QByteArray &uri)
     return Application(g_app_info_get_default_for_uri_scheme(lower.get()));
 }
 
-/// Among them are keys and passwords, which are nobody else's.
+/// They hold keys and passwords, which other programs must not see.
 void removeOwnVariables(GAppLaunchContext *context)
 {
     const GTextList names(g_listenv());

@@ -156,7 +156,7 @@ Locale Locale::current()
 {
     for (const QString &language : environmentLanguages()) {
         Locale locale(language);
-        if (locale.hasNamesOfItsOwn())
+        if (locale.hasOwnDisplayData())
             return locale;
     }
     return Locale(environmentLocaleName());
@@ -169,7 +169,7 @@ Locale::Locale(const QString &identifier)
 {
 }
 
-bool Locale::hasNamesOfItsOwn() const
+bool Locale::hasOwnDisplayData() const
 {
     return languageCode() && m_displayIdentifier == m_icuIdentifier;
 }

@@ -30,7 +30,7 @@ public:
     static QStringList isoRegionCodes();
 
 private:
-    bool hasNamesOfItsOwn() const;
+    bool hasOwnDisplayData() const;
 
     QString m_identifier;
     QByteArray m_icuIdentifier;     // for collation; that of English where there is no language

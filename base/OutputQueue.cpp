@@ -17,8 +17,8 @@ namespace
 constexpr auto ReaderPatience = 200ms;
 constexpr qsizetype PieceBytes = 4096; // a page of a pipe, so that each one a slow reader takes is seen
 
-/// The same pipe or terminal once more, because not to wait is a property of an open file and would else hold
-/// for every process that shares ours. Negative where the system does not let us.
+/// Opens the same pipe or terminal a second time. O_NONBLOCK belongs to the open file, so setting it on ours
+/// would also change it for every process that shares that file. Negative where the system refuses.
 int openedWithoutWaiting(int descriptor)
 {
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(descriptor);

@@ -15,7 +15,8 @@ public:
 
     /// True only when a handler for the URL exists and took it.
     virtual bool openURL(const QUrl &url);
-    /// Whether the desktop opens such URLs as places of its own, whatever is installed for their scheme.
+    /// Whether the desktop's virtual file system opens such URLs as folders, so that no application for their
+    /// scheme is asked.
     virtual bool opensItself(const QString &scheme);
     /// Shows the item in the desktop's file browser; false when there is none.
     virtual bool showInFileBrowser(const QUrl &file);

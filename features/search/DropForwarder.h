@@ -6,10 +6,10 @@ class DragFilesHereView;
 class QDragMoveEvent;
 class Window;
 
-/// Hands the drags over a window to its drop target, wherever on the window they are: the window is one
-/// place, which a drag enters and leaves once. Its shadow is outside. A view of the window that takes the
-/// drag itself (a field a text) is another place. A child of the window; harmless once the drop target is
-/// gone. Main thread only.
+/// Hands the drags over a window to its drop target, wherever on the window they are. The target sees one
+/// entry and one exit for the whole window, however many views the drag crosses. The drag has left the window
+/// while it is over the shadow, or over a view that takes it itself, as the search field takes a text. The
+/// window owns the forwarder, which does nothing once the drop target is gone. Main thread only.
 class DropForwarder final : public QObject
 {
     Q_OBJECT

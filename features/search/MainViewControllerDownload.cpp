@@ -193,7 +193,7 @@ void MainViewController::showDelivered(const QString &text, const std::optional<
         prompt->noteDelivery();
 }
 
-/// The companion application's folder has the file, but nobody took the reply.
+/// The companion application's folder has the file, but the platform did not take the reply URL.
 void MainViewController::showWhereItLies(const QUrl &file)
 {
     const QString folder = FileManager::displayPath(file.adjusted(QUrl::RemoveFilename));

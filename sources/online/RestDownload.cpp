@@ -208,8 +208,8 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
         });
 }
 
-/// A file of its own for everyone who waits: each may move theirs away. A link that is paid for is kept until
-/// the files are there, and while it is the only way to have the content again.
+/// Each waiting completion gets a separate file, which its caller may move away. A link that is paid for is
+/// kept until the files are there, and while it is the only way to have the content again.
 void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link)
 {
     const QByteArray content = m_keepsOriginalBytes ? file.original : file.utf8;

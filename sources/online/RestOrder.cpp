@@ -13,7 +13,7 @@ namespace
 {
 constexpr auto QuotaKey = "remaining"_L1;
 
-/// Nobody has given a name or password that could be wrong.
+/// The service refused because there is no account; no name or password was wrong.
 Error accountWanted(Error error)
 {
     error.localizedDescription = String::localize(
