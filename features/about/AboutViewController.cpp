@@ -1,7 +1,6 @@
 #include "ui_AboutViewController.h"
 
 #include "AboutViewController.h"
-#include "AttributedText.h"
 #include <base/Links.h>
 #include "RtfReader.h"
 
@@ -12,11 +11,35 @@
 #include <ui/scenes/SceneConnections.h>
 #include <ui/window/Window.h>
 
+#include <QTextCursor>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr double CreditsMargin = 10; // points
+constexpr double CreditsMargin = 10;     // points
+constexpr double CreditsNormalSize = 12; // points that stand for the desktop's own size
+
+/// The look on the screen: sizes in proportion to the desktop's font, links underlined, no colour.
+QTextCharFormat shownLook(const QTextCharFormat &look, QFont font)
+{
+    const double points =
+        look.hasProperty(QTextFormat::FontPointSize) ? look.fontPointSize() : CreditsNormalSize;
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * points / CreditsNormalSize);
+    else // a desktop that gives its font in pixels
+        font.setPixelSize(qMax(1, qRound(font.pixelSize() * points / CreditsNormalSize)));
+    font.setBold(look.fontWeight() == QFont::Bold);
+    font.setItalic(look.fontItalic());
+    QTextCharFormat shown;
+    shown.setFont(font);
+    if (!look.anchorHref().isEmpty()) {
+        shown.setAnchor(true);
+        shown.setAnchorHref(look.anchorHref());
+        shown.setFontUnderline(true);
+    }
+    return shown;
+}
 
 bool isText(const QVariant &value)
 {
@@ -95,13 +118,17 @@ void AboutViewController::showCredits()
     const auto path = Bundle::main().pathForResource(u"Credits"_s, u"rtf"_s);
     if (!path)
         return;
-    Result<AttributedText> credits = readRtfFile(*path);
+    const auto credits = readRtfFile(*path);
     if (!credits) {
         printLine(u"Couldn't set the credits"_s);
         return;
     }
-    credits.value().setForegroundColor(std::nullopt);
-    credits->writeTo(*creditsTextView->document(), creditsTextView->font());
+    creditsTextView->clear();
+    QTextCursor cursor(creditsTextView->document());
+    cursor.beginEditBlock();
+    for (const RtfRun &run : *credits)
+        cursor.insertText(run.text, shownLook(run.look, creditsTextView->font()));
+    cursor.endEditBlock();
     // Filling it has taken the view's cursor to the end, and the view would follow when it is shown.
     creditsTextView->moveCursor(QTextCursor::Start);
 }

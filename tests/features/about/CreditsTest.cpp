@@ -225,11 +225,12 @@ private Q_SLOTS:
     {
         const auto credits = readRtfFile(m_resources + u"/Credits.rtf"_s);
         QVERIFY(credits);
-        QVERIFY(!credits->text().contains(QChar::ReplacementCharacter));
         // The file has colours, so that the recolouring has something to do.
         bool isColoured = false;
-        for (const auto &run : credits->runs())
-            isColoured |= run.attributes.foreground.has_value();
+        for (const RtfRun &run : *credits) {
+            QVERIFY(!run.text.contains(QChar::ReplacementCharacter));
+            isColoured |= run.look.hasProperty(QTextFormat::ForegroundBrush);
+        }
         QVERIFY(isColoured);
     }
 };
