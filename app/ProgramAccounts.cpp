@@ -42,6 +42,12 @@ void ProgramAccounts::setText(Item item, const QString &text, std::function<void
     m_services.saveSecret(secretOf(item), text, std::move(completion));
 }
 
+QString ProgramAccounts::whyUnread() const
+{
+    const std::optional<Error> &failure = m_services.readFailure();
+    return failure ? failure->localizedDescription : QString();
+}
+
 void ProgramAccounts::testSubtitles(std::function<void(Result<Connection>)> completion)
 {
     m_services.rest().testConnection([completion = std::move(completion)](const Result<RestReport> &report) {

@@ -12,6 +12,7 @@ public:
     QString text(Item item) const override;
     bool isFixed(Item item) const override;
     void setText(Item item, const QString &text, std::function<void(Result<void>)> completion) override;
+    QString whyUnread() const override;
     void testSubtitles(std::function<void(Result<Connection>)> completion) override;
     void testFilms(std::function<void(Result<void>)> completion) override;
     Catalogue catalogue() const override;

@@ -85,8 +85,11 @@ void PrefsServicesViewController::viewDidLoad()
     PlatformController::viewDidLoad();
     for (const Field &field : m_fields)
         connect(field.edit, &QLineEdit::editingFinished, this, [this, field] { save(field); });
-    if (m_accounts)
+    if (m_accounts) {
         connect(m_accounts.get(), &ServiceAccounts::changed, this, &PrefsServicesViewController::showTexts);
+        connect(m_accounts.get(), &ServiceAccounts::changed, this, &PrefsServicesViewController::showAnswers);
+        showAnswers();
+    }
     m_scene->testButton->setEnabled(m_accounts != nullptr);
     m_scene->catalogueButton->setEnabled(m_accounts != nullptr);
     makeFolderSection();
@@ -164,9 +167,10 @@ void PrefsServicesViewController::save(const Field &field)
     showAnswers();
     m_accounts->setText(field.item, field.edit->text(), [weak = weakSelf()](const Result<void> &kept) {
         const auto self = weak.lock();
-        if (!self || kept)
+        if (!self)
             return;
-        self->m_notKept = kept.error().localizedDescription;
+        if (!kept)
+            self->m_notKept = kept.error().localizedDescription;
         self->showAnswers();
     });
 }
@@ -224,8 +228,9 @@ void PrefsServicesViewController::showAnswers()
     const bool isAnswered = std::any_of(m_answers.begin(), m_answers.end(),
                                         [](const auto &answer) { return answer.has_value(); });
     QStringList lines;
-    if (!m_notKept.isEmpty())
-        lines += m_notKept;
+    const QString trouble = m_notKept.isEmpty() && m_accounts ? m_accounts->whyUnread() : m_notKept;
+    if (!trouble.isEmpty())
+        lines += trouble;
     if (isTesting() && !isAnswered)
         lines += testing;
     else

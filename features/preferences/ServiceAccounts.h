@@ -42,6 +42,8 @@ public:
     /// Uses and keeps it; an empty text removes it. An Error when it could not be kept, or not be removed:
     /// all the same it counts until the program ends.
     virtual void setText(Item item, const QString &text, std::function<void(Result<void>)> completion) = 0;
+    /// Why those that are kept could not be read, as a sentence; empty where they were.
+    virtual QString whyUnread() const = 0;
 
     /// Whether the subtitle service accepts key and login.
     virtual void testSubtitles(std::function<void(Result<Connection>)> completion) = 0;

@@ -21,14 +21,15 @@ struct Loading
 {
     Credentials credentials;
     std::size_t missing = AllSecrets.size();
-    bool hasComplained = false; // what ails one ails them all
-    std::function<void(Credentials)> done;
+    bool hasComplained = false;   // what ails one ails them all
+    std::optional<Error> failure; // the first that a person can read
+    LoadCompletion done;
 
     void take(Secret secret, const QString &text)
     {
         credentials.take(secret, text);
         if (--missing == 0)
-            done(credentials);
+            done(credentials, failure);
     }
 };
 } // namespace
@@ -66,7 +67,7 @@ Credentials environmentCredentials()
     return credentials;
 }
 
-void loadCredentials(SecretStore &store, std::function<void(Credentials)> done)
+void loadCredentials(SecretStore &store, LoadCompletion done)
 {
     auto loading = std::make_shared<Loading>();
     loading->done = std::move(done);
@@ -76,6 +77,8 @@ void loadCredentials(SecretStore &store, std::function<void(Credentials)> done)
             continue;
         }
         store.read(secret, [=](const Result<std::optional<QString>> &read) {
+            if (!read && !loading->failure && !read.error().localizedDescription.isEmpty())
+                loading->failure = read.error();
             if (!read && !std::exchange(loading->hasComplained, true))
                 qCWarning(log).noquote() << "secrets could not be read:" << read.error().detail;
             loading->take(secret, read ? read->value_or(QString()) : QString());

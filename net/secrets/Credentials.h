@@ -20,7 +20,11 @@ struct Credentials
 /// Those that the environment gives, for which nobody needs to wait.
 Credentials environmentCredentials();
 
+/// Takes the secrets, and the first Error of the store that has a sentence for the person.
+using LoadCompletion =
+    std::function<void(const Credentials &credentials, const std::optional<Error> &failure)>;
+
 /// Reads them all, each from the environment or else from the store, where what cannot be read counts as
 /// none. Whatever is read appears in no log from then on. `done` comes once, on a later turn of the main
 /// thread.
-void loadCredentials(SecretStore &store, std::function<void(Credentials)> done);
+void loadCredentials(SecretStore &store, LoadCompletion done);

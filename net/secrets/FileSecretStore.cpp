@@ -19,30 +19,35 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.secrets", QtInfoMsg)
 
 constexpr qint64 MaxBytes = 64LL * 1024;
 
-/// Nothing when there is a file that cannot be read as secrets; no secrets when there is none.
-std::optional<QJsonObject> content(const QString &path)
+Error notRead(const QString &path, const QString &detail)
+{
+    const QString sentence = String::localize(u"The keys in “%@” cannot be read."_s);
+    return {u"Secrets"_s, 4, String::fill(sentence, {path}), path + u' ' + detail};
+}
+
+/// An Error when there is a file that cannot be read as secrets; no secrets when there is none.
+Result<QJsonObject> content(const QString &path)
 {
     QFile file(path);
     if (!file.exists())
         return QJsonObject();
-    if (!file.open(QIODevice::ReadOnly) || file.size() > MaxBytes)
-        return {};
+    if (!file.open(QIODevice::ReadOnly))
+        return notRead(path, u"cannot be read: "_s + file.errorString());
+    if (file.size() > MaxBytes)
+        return notRead(path, u"is too large and so is damaged"_s);
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        return {};
-    return bytes.isEmpty() ? QJsonObject() : Json::object(bytes);
+        return notRead(path, u"cannot be read: "_s + file.errorString());
+    if (bytes.isEmpty())
+        return QJsonObject();
+    const std::optional<QJsonObject> secrets = Json::object(bytes);
+    return secrets ? Result(*secrets) : notRead(path, u"is damaged"_s);
 }
 
 std::optional<QString> secretIn(const QJsonObject &secrets, Secret secret)
 {
     const QString text = Json::text(secrets, SecretStore::nameOf(secret));
     return text.isEmpty() ? std::nullopt : std::optional(text);
-}
-
-Error notRead(const QString &path)
-{
-    const QString sentence = String::localize(u"The keys in “%@” cannot be read."_s);
-    return {u"Secrets"_s, 4, String::fill(sentence, {path}), path + u" is damaged"_s};
 }
 
 Error notStored(const QString &path, const QString &reason, const QString &detail)
@@ -68,18 +73,24 @@ QString FileSecretStore::standardPath()
 
 std::optional<QString> FileSecretStore::find(Secret secret) const
 {
-    const std::optional<QJsonObject> secrets = content(m_path);
-    if (!secrets)
+    const Result<std::optional<QString>> found = lookUp(secret);
+    if (!found)
         qCWarning(log, "%s cannot be read as secrets.", qUtf8Printable(m_path));
-    return secretIn(secrets.value_or(QJsonObject()), secret);
+    return found ? *found : std::nullopt;
+}
+
+Result<std::optional<QString>> FileSecretStore::lookUp(Secret secret) const
+{
+    const Result<QJsonObject> secrets = content(m_path);
+    return secrets ? Result(secretIn(*secrets, secret)) : secrets.error();
 }
 
 Result<void> FileSecretStore::store(Secret secret, const QString &text) const
 {
-    const std::optional<QJsonObject> known = content(m_path);
+    const Result<QJsonObject> known = content(m_path);
     if (!known && !setDamagedFileAside(m_path))
-        return notStored(m_path, {}, u"the file is damaged"_s);
-    QJsonObject secrets = known.value_or(QJsonObject());
+        return notStored(m_path, {}, known.error().detail);
+    QJsonObject secrets = known ? *known : QJsonObject();
     secrets.remove(nameOf(secret));
     if (!text.isEmpty())
         secrets[nameOf(secret)] = text;
@@ -92,10 +103,8 @@ Result<void> FileSecretStore::store(Secret secret, const QString &text) const
 
 void FileSecretStore::read(Secret secret, ReadCompletion completion)
 {
-    const std::optional<QJsonObject> secrets = content(m_path);
-    const Result<std::optional<QString>> answer =
-        secrets ? Result(secretIn(*secrets, secret)) : notRead(m_path);
-    MainQueue::shared().async([answer, completion = std::move(completion)] { completion(answer); });
+    MainQueue::shared().async(
+        [answer = lookUp(secret), completion = std::move(completion)] { completion(answer); });
 }
 
 void FileSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)

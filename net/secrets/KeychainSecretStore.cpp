@@ -21,6 +21,12 @@ Error refused(const QString &reason)
         reason};
 }
 
+/// Without a sentence: the desktop has asked the person itself, or there is no keyring.
+Error notOpened(const QString &reason)
+{
+    return {u"Secrets"_s, 5, {}, reason};
+}
+
 Error stillThere(const QString &reason)
 {
     return {
@@ -47,20 +53,23 @@ KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &
 
 void KeychainSecretStore::read(Secret secret, ReadCompletion completion)
 {
-    if (m_keyring == Keyring::Absent || m_file.find(secret)) {
+    const Result<std::optional<QString>> inFile = m_file.lookUp(secret);
+    if (m_keyring == Keyring::Absent || (inFile && *inFile)) {
         m_file.read(secret, std::move(completion));
         return;
     }
     auto *job = new QKeychain::ReadPasswordJob(ServiceName); // deletes itself
     job->setKey(nameOf(secret));
-    QObject::connect(job, &QKeychain::Job::finished, job, [job, completion = std::move(completion)] {
+    QObject::connect(job, &QKeychain::Job::finished, job, [job, inFile, completion = std::move(completion)] {
         const QString text = job->textData();
         if (job->error() == QKeychain::NoError && !text.isEmpty())
             completion(std::optional(text));
+        else if (!inFile)
+            completion(inFile.error());
         else if (job->error() == QKeychain::NoError || job->error() == QKeychain::EntryNotFound)
             completion(std::optional<QString>());
         else
-            completion(refused(job->errorString()));
+            completion(notOpened(job->errorString()));
     });
     job->start();
 }

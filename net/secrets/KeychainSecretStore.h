@@ -19,6 +19,8 @@ public:
     KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring = Keyring::Asked);
 
     /// The file first, where there is one: it holds what the keyring did not take, and so the later word.
+    /// A file that cannot be read is an Error unless the keyring has the secret. The Error of a keyring that
+    /// does not open has no sentence.
     void read(Secret secret, ReadCompletion completion) override;
     /// What the keyring takes is removed from the file. An Error of removing means that the keyring still has
     /// it.

@@ -121,9 +121,13 @@ void Services::reloadSecrets()
 
 void Services::readSecrets()
 {
-    loadCredentials(*m_parts.secrets, [weak = std::weak_ptr(m_alive)](const Credentials &credentials) {
-        if (const auto alive = weak.lock())
-            (*alive)->takeCredentials(credentials);
+    loadCredentials(*m_parts.secrets, [weak = std::weak_ptr(m_alive)](const Credentials &credentials,
+                                                                      const std::optional<Error> &failure) {
+        const auto alive = weak.lock();
+        if (!alive)
+            return;
+        (*alive)->m_readFailure = failure;
+        (*alive)->takeCredentials(credentials);
     });
 }
 
@@ -146,7 +150,13 @@ void Services::saveSecret(Secret secret, const QString &text, SecretStore::Write
         m_credentials.at(secret) = value;
         apply();
     }
-    m_parts.secrets->write(secret, value, std::move(completion));
+    m_parts.secrets->write(
+        secret, value,
+        [weak = std::weak_ptr(m_alive), completion = std::move(completion)](const Result<void> &kept) {
+            if (const auto alive = weak.lock(); alive && kept)
+                (*alive)->m_readFailure.reset();
+            completion(kept);
+        });
 }
 
 void Services::shutDown(const std::function<void()> &done)

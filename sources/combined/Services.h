@@ -34,6 +34,8 @@ public:
     /// program ends. One that the environment gives stays in use.
     void saveSecret(Secret secret, const QString &text, SecretStore::WriteCompletion completion);
     const Credentials &credentials() const { return m_credentials; }
+    /// Why the store's secrets could not be read the last time, until it has taken one.
+    const std::optional<Error> &readFailure() const { return m_readFailure; }
 
     RestService &rest() { return *m_rest; }
     FilmDatabase &films() { return *m_films; }
@@ -67,6 +69,7 @@ private:
     SystemClock m_clock; // before the services that go by it
     Credentials m_credentials;
     QMap<Secret, QString> m_saved; // since the last reading began
+    std::optional<Error> m_readFailure;
     bool m_areSecretsRead = false;
     Clock::Timer m_patience; // with a store that does not answer
     std::shared_ptr<VideoNames> m_names;

@@ -110,6 +110,33 @@ private Q_SLOTS:
         QCOMPARE(status(), u"Only until the end."_s);
     }
 
+    void whatCouldNotBeReadIsSaid()
+    {
+        m_fixture->accounts->unread = u"The keys cannot be read."_s;
+        open();
+        QCOMPARE(status(), u"The keys cannot be read."_s);
+        m_fixture->accounts->kept = refusal(u"Only until the end."_s);
+        type(keyField(), u"new"_s);
+        QTest::keyClick(keyField(), Qt::Key_Return);
+        QCOMPARE(status(), u"Only until the end."_s);
+        testButton()->click();
+        m_fixture->accounts->answerSubtitles(ServiceAccounts::Connection{});
+        QCOMPARE(status(), u"Only until the end.\nThe subtitle service accepts the key."_s);
+    }
+
+    void whatCanBeReadAgainIsNotComplainedOf()
+    {
+        open();
+        QCOMPARE(status(), QString());
+        m_fixture->accounts->unread = u"The keys cannot be read."_s;
+        Q_EMIT m_fixture->accounts->changed();
+        QCOMPARE(status(), u"The keys cannot be read."_s);
+        m_fixture->accounts->unread.clear();
+        type(keyField(), u"new"_s);
+        QTest::keyClick(keyField(), Qt::Key_Return);
+        QCOMPARE(status(), QString());
+    }
+
     void whatCouldNotBeKeptIsSaidBesideTheAnswerOfATest()
     {
         m_fixture->accounts->kept = refusal(u"Only until the end."_s);

@@ -26,6 +26,7 @@ public:
         Q_EMIT changed();
         completion(kept);
     }
+    QString whyUnread() const override { return unread; }
     void testSubtitles(std::function<void(Result<Connection>)> completion) override
     {
         textsWhenTested = texts;
@@ -40,6 +41,7 @@ public:
     QMap<Item, QString> texts;
     QSet<Item> fixed;
     Result<void> kept;
+    QString unread;
     int changes = 0;
     QMap<Item, QString> textsWhenTested;
     std::function<void(Result<Connection>)> answerSubtitles;

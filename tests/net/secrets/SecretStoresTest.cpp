@@ -36,10 +36,14 @@ public:
     bool fails = false;
 };
 
-Credentials loaded(SecretStore &store)
+Credentials loaded(SecretStore &store, std::optional<Error> *failure = nullptr)
 {
     std::optional<Credentials> credentials;
-    loadCredentials(store, [&](const Credentials &read) { credentials = read; });
+    loadCredentials(store, [&](const Credentials &read, const std::optional<Error> &why) {
+        credentials = read;
+        if (failure)
+            *failure = why;
+    });
     const bool early = credentials.has_value();
     const bool came = QTest::qWaitFor([&] { return credentials.has_value(); }, Patience);
     return early || !came ? Credentials{u"(never)"_s, {}, {}} : *credentials;
@@ -92,7 +96,13 @@ private Q_SLOTS:
     {
         FakeStore store;
         store.fails = true;
-        QCOMPARE(loaded(store), Credentials());
+        std::optional<Error> failure;
+        QCOMPARE(loaded(store, &failure), Credentials());
+        QVERIFY(failure);
+        QCOMPARE(failure->localizedDescription, u"locked"_s);
+        store.fails = false;
+        loaded(store, &failure);
+        QVERIFY(!failure);
     }
 
     void fileKeepsThemForThePersonAlone()
@@ -138,6 +148,7 @@ private Q_SLOTS:
         store.read(Secret::SubtitleKey, read.completion());
         QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
         QVERIFY(!*read);
+        QVERIFY(read->error().detail.endsWith(u"is damaged"_s));
         QCOMPARE(contentOf(filePath()), content);
 
         QTest::ignoreMessage(QtWarningMsg,
@@ -145,6 +156,39 @@ private Q_SLOTS:
         QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
         QCOMPARE(contentOf(asidePath()), content);
         QCOMPARE(store.find(Secret::SubtitlePassword), u"word"_s);
+    }
+
+    void fileThatCannotBeOpenedIsNotCalledDamaged()
+    {
+        QVERIFY(QDir().mkpath(filePath()));
+        FileSecretStore store(filePath());
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QVERIFY(!*read);
+        QVERIFY(!read->error().detail.contains(u"damaged"_s));
+        QVERIFY(read->error().detail.contains(u"directory"_s));
+    }
+
+    /// The keyring, which has no such key, is not the reason.
+    void unreadableFileIsToldBesideAKeyring()
+    {
+        m_sandbox.writeFile(u"config/secrets"_s, "{\"cut");
+        KeychainSecretStore store({}, FileSecretStore(filePath()));
+        Caught<std::optional<QString>> read;
+        store.read(Secret::SubtitleKey, read.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QVERIFY(!*read);
+        QCOMPARE(read->error().localizedDescription, u"The keys in “%1” cannot be read."_s.arg(filePath()));
+    }
+
+    /// The desktop has asked the person for it, and a machine without one has nothing to complain of.
+    void keyringThatDoesNotOpenLeavesNoSentence()
+    {
+        KeychainSecretStore store({}, FileSecretStore(filePath()));
+        std::optional<Error> failure;
+        QCOMPARE(loaded(store, &failure), Credentials());
+        QVERIFY(!failure);
     }
 
     /// A file that only a repair can open again is not lost either.

@@ -10,6 +10,7 @@
 #include <tests/support/timing/Caught.h>
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <atomic>
@@ -111,6 +112,24 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
         QVERIFY(*saved);
         QCOMPARE(m_secrets->find(Secret::SubtitleKey), SubtitleStandIn::ApiKey);
+    }
+
+    void whyTheSecretsCouldNotBeReadIsKnownUntilOneIsKept()
+    {
+        const QString path = m_sandbox.writeFile(u"secrets%1"_s.arg(m_turn), "{\"cut");
+        start();
+        QVERIFY(!m_services->readFailure());
+        bool isTold = false;
+        m_services->setObserver([&] { isTold = m_services->readFailure().has_value(); });
+        QTRY_VERIFY_WITH_TIMEOUT(isTold, Patience);
+        QCOMPARE(m_services->readFailure()->localizedDescription,
+                 u"The keys in “%1” cannot be read."_s.arg(path));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as"_s));
+        Caught<void> saved;
+        m_services->saveSecret(Secret::MetadataKey, u"films"_s, saved.completion());
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QVERIFY(*saved);
+        QVERIFY(!m_services->readFailure());
     }
 
     void secretThatCannotBeKeptIsUsedUntilTheEnd()
