@@ -60,6 +60,14 @@ class NetworkTest(ServiceTest):
         self.assertGreater(len(answers), MOST_PAGES, answers)
         self.wait_for_title(f'Plovendix ({ROWS_OF_THESE} subtitles found)')
 
+    def test_an_answer_of_thousands_of_rows_is_shown_and_the_program_quits(self):
+        self.serve('one-name')
+        self.open()
+        self.find_results()
+        self.search('paper boat')
+        self.screen.press('ctrl+q')
+        self.assertEqual(self.program.wait_for_exit(), 0)
+
     def test_a_poster_comes_from_the_film_database(self):
         self.serve()
         self.open()

@@ -41,6 +41,7 @@ constexpr Description Known[] = {
     {"page-empty", "the second page is empty"},
     {"page-repeats", "every page is the first"},
     {"odd-records", "nulls, ids as text, no files, nine files, names of every kind"},
+    {"one-name", "12,000 records of one name on one page"},
     {"unreadable-records", "no record can be read"},
     {"one-bad-record", "a number and a text among the records"},
     {"mixed-matches", "records with and without a match of the hash"},

@@ -5,6 +5,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr int DefaultCount = 3;
+constexpr int RecordsOfOneName = 12'000;
 
 const QStringList Releases = {u"Paper.Lighthouse.2019.720p.BluRay.x264-XYZ"_s,
                               u"Paper.Lighthouse.2019.1080p.WEB-ABC"_s, u"Paper Lighthouse (2019) DVDRip"_s,
@@ -121,6 +122,20 @@ QJsonArray oddRecords(const QUrlQuery &query)
         records += named(record(index++, query), name);
     return records;
 }
+
+/// Short records, so that a page of them stays below what a client reads.
+QJsonArray recordsOfOneName()
+{
+    QJsonArray records;
+    for (int index = 0; index < RecordsOfOneName; ++index) {
+        const QJsonObject file{{u"file_id"_s, SubtitleRecords::FirstFileId + index},
+                               {u"file_name"_s, Releases[0]}};
+        const QJsonObject attributes{
+            {u"language"_s, u"en"_s}, {u"release"_s, Releases[0]}, {u"files"_s, QJsonArray{file}}};
+        records += QJsonObject{{u"type"_s, u"subtitle"_s}, {u"attributes"_s, attributes}};
+    }
+    return records;
+}
 } // namespace
 
 int SubtitleRecords::count(const Behaviours &behaviours)
@@ -140,6 +155,8 @@ QJsonArray SubtitleRecords::page(const Behaviours &behaviours, const QUrlQuery &
 {
     if (behaviours.has("odd-records"_L1))
         return oddRecords(query);
+    if (behaviours.has("one-name"_L1))
+        return recordsOfOneName();
     QJsonArray records;
     for (int index = first; index < std::min(first + number, count(behaviours)); ++index) {
         QJsonObject one = record(index, query);
