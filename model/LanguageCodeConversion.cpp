@@ -4,9 +4,6 @@
 #include <base/Locale.h>
 #include <base/PropertyList.h>
 
-#include <QHash>
-
-#include <memory>
 #include <mutex>
 
 using namespace Qt::StringLiterals;
@@ -37,17 +34,9 @@ Table readTable()
     return table;
 }
 
-std::shared_ptr<const Table> table()
-{
-    const std::scoped_lock lock(tableMutex);
-    if (!loadedTable)
-        loadedTable = std::make_shared<const Table>(readTable());
-    return loadedTable;
-}
-
 std::optional<QString> entryFor(const QString &code)
 {
-    const auto entries = table();
+    const auto entries = languageCodeTable();
     const auto found = entries->find(code);
     return found == entries->end() ? std::nullopt : std::optional(*found);
 }
@@ -62,6 +51,14 @@ std::optional<QString> iso639_2LanguageCode(const Locale &locale)
 {
     const auto code = locale.languageCode();
     return code ? entryFor(*code) : std::nullopt;
+}
+
+std::shared_ptr<const QHash<QString, QString>> languageCodeTable()
+{
+    const std::scoped_lock lock(tableMutex);
+    if (!loadedTable)
+        loadedTable = std::make_shared<const Table>(readTable());
+    return loadedTable;
 }
 
 void reloadLanguageCodeTable()

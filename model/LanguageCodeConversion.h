@@ -1,5 +1,7 @@
 #pragma once
+#include <QHash>
 #include <QString>
+#include <memory>
 #include <optional>
 
 class Locale;
@@ -10,5 +12,7 @@ class Locale;
 QString iso639_2LanguageCode(const QString &iso639_1LanguageCode);
 /// The same for a locale's own language; nothing when it has none or the table lacks it.
 std::optional<QString> iso639_2LanguageCode(const Locale &locale);
+/// The whole table, by code. Never null. Any thread.
+std::shared_ptr<const QHash<QString, QString>> languageCodeTable();
 /// Forgets the table that was read, for tests.
 void reloadLanguageCodeTable();

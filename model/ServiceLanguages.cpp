@@ -1,6 +1,6 @@
 #include "ServiceLanguages.h"
 
-#include "LanguageTable.h"
+#include "LanguageCodeConversion.h"
 
 #include <QHash>
 #include <QStringList>
@@ -11,41 +11,48 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// Spellings that are not in the property list, each with its three-letter code: the other forms of ISO
+/// 639-2, and tags with a region that has a code of its own. Withdrawn two-letter codes stand here because
+/// none of them is the two-letter code of its language; "sh" is not a code of one language.
+constexpr char Spellings[] =
+    "gre:ell srp:scc deu:ger fra:fre nld:dut ces:cze ron:rum slk:slo sqi:alb hye:arm eus:baq mya:bur zho:chi "
+    "kat:geo isl:ice mkd:mac mri:mao msa:may fas:per bod:tib cym:wel cnr:mne mol:rum scr:hrv yue:zhc "
+    "iw:heb in:ind ji:yid mo:rum sh: "
+    "pt-br:pob pt-pt:por pt-mz:pom zh-cn:chi zh-tw:zht zh-hans:chi zh-hant:zht es-419:spl es-mx:spl "
+    "es-es:spa az-az:aze az-zb:azb zh-ca:zhc tm-td:tet";
+
+/// Codes whose two letters are not those of ISO 639-1, with the language tag that names them.
+constexpr char Tags[] =
+    "pb:pt_BR pob:pt_BR pom:pt_MZ mne:cnr ast:ast mni:mni syr:syr zhe:zh zht:zh_TW ext:ext spl:es_419 "
+    "spn:es_ES prs:fa_AF sat:sat tok:tok zhc:yue azb:az_IR";
+
+using Table = QHash<QString, QString>;
+
+Table tableOf(const char *pairs)
+{
+    Table table;
+    for (const QString &pair : QString::fromLatin1(pairs).split(u' ')) {
+        const QStringList parts = pair.split(u':');
+        table.insert(parts[0], parts[1]);
+    }
+    return table;
+}
+
 struct Tables
 {
-    QHash<QString, QString> codes;      // any spelling → three letters
-    QHash<QString, QString> twoLetters; // three letters → two
-    QHash<QString, QString> tags;       // three letters → the tag that names the language
+    Table codes = tableOf(Spellings); // two letters, or another spelling → three letters
+    Table twoLetters;                 // three letters → two
+    Table tags = tableOf(Tags);       // code → the tag that names the language
 
     Tables()
     {
-        for (const QStringList &entry : entries(LanguageTable::TwoToThree))
-            add(entry[0], entry[1], entry[0]);
-        for (const QStringList &entry : entries(LanguageTable::Private))
-            add(entry[0], entry[1], entry[2]);
-        for (const char *table : {LanguageTable::Spellings, LanguageTable::Tags}) {
-            for (const QStringList &entry : entries(table))
-                codes.insert(entry[0], entry[1]);
+        const auto shipped = languageCodeTable();
+        for (auto entry = shipped->cbegin(); entry != shipped->cend(); ++entry) {
+            if (entry.key().size() != 2 || codes.contains(entry.key()))
+                continue;
+            codes.insert(entry.key(), *entry);
+            twoLetters.insert(*entry, entry.key());
         }
-        // Without a two-letter code, and named by other tags.
-        tags.insert(u"zhc"_s, u"yue"_s);
-        tags.insert(u"azb"_s, u"az_IR"_s);
-    }
-
-    static QList<QStringList> entries(const char *table)
-    {
-        QList<QStringList> result;
-        for (const QString &entry : QString::fromLatin1(table).split(u' ', Qt::SkipEmptyParts))
-            result += entry.split(u':');
-        return result;
-    }
-
-    void add(const QString &two, const QString &three, const QString &tag)
-    {
-        codes.insert(two, three);
-        codes.insert(three, three);
-        twoLetters.insert(three, two);
-        tags.insert(three, tag);
     }
 };
 
@@ -87,7 +94,8 @@ QString ServiceLanguages::twoLetterCode(const QString &code)
 
 QString ServiceLanguages::name(const QString &code, const Locale &locale)
 {
-    const QStringList tag = tables().tags.value(code, code).split(u'_');
+    const QString plain = tables().twoLetters.value(code, code);
+    const QStringList tag = tables().tags.value(code, plain).split(u'_');
     const std::optional<QString> language = locale.localizedStringForLanguageCode(tag.first());
     if (!language)
         return code;

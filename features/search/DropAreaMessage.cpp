@@ -1,8 +1,7 @@
 #include "DropAreaMessage.h"
 
-#include <base/Locale.h>
 #include <base/StringHelpers.h>
-#include <model/LanguageCodeConversion.h>
+#include <model/ServiceLanguages.h>
 
 #include <QLocale>
 
@@ -15,14 +14,7 @@ constexpr int LongestQuotedText = 60; // characters of a search text that a head
 
 QString languageName(const QString &code)
 {
-    const Locale locale = Locale::current();
-    if (code == "pb"_L1) {
-        const auto portuguese = locale.localizedStringForLanguageCode(u"pt"_s);
-        const auto brazil = locale.localizedStringForRegionCode(u"br"_s);
-        if (portuguese && brazil)
-            return u"%1 (%2)"_s.arg(*portuguese, *brazil);
-    }
-    return locale.localizedStringForLanguageCode(code).value_or(code);
+    return ServiceLanguages::name(code, Locale::current());
 }
 
 QString shortened(const QString &text)

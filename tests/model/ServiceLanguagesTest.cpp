@@ -1,4 +1,5 @@
 #include <model/ServiceLanguages.h>
+#include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>
@@ -6,6 +7,9 @@
 class ServiceLanguagesTest : public QObject
 {
     Q_OBJECT
+
+private:
+    Sandbox m_sandbox;
 
 private Q_SLOTS:
     void everySpellingGivesTheFamilysCode_data()
@@ -43,6 +47,8 @@ private Q_SLOTS:
         row("nb", "nob");
         row("iw", "heb");
         row("cnr", "mne");
+        row("mo", "rum");
+        row("sh", "");
         row("azb", "azb");
         row("zul", "zul");
         row("qqq", "qqq");
@@ -78,6 +84,9 @@ private Q_SLOTS:
         QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("ger")), QStringLiteral("de"));
         QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("ell")), QStringLiteral("el"));
         QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("pob")), QStringLiteral("pb"));
+        QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("rum")), QStringLiteral("ro"));
+        QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("scc")), QStringLiteral("sr"));
+        QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("heb")), QStringLiteral("he"));
         QCOMPARE(ServiceLanguages::twoLetterCode(QStringLiteral("qqq")), QString());
     }
 
@@ -95,6 +104,9 @@ private Q_SLOTS:
         QTest::newRow("with a region") << "pob"
                                        << "en_US"
                                        << "Portuguese (Brazil)";
+        QTest::newRow("two letters") << "pb"
+                                     << "en_US"
+                                     << "Portuguese (Brazil)";
         QTest::newRow("with a region, in German") << "pob"
                                                   << "de_DE"
                                                   << "Portugiesisch (Brasilien)";

@@ -1,5 +1,7 @@
 #include "StarterFilm.h"
 
+#include <base/Bundle.h>
+
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -51,7 +53,8 @@ Result<void> build(const QString &sources, const QString &samples, const QString
 }
 } // namespace
 
-/// plovendix-starter SOURCES SAMPLES TARGET: builds the catalogue that ships with the program.
+/// plovendix-starter SOURCES SAMPLES TARGET: builds the catalogue that ships with the program. SOURCES lies
+/// in the folder of the resources, whose table of language codes is read.
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -61,6 +64,7 @@ int main(int argc, char **argv)
         std::cerr << "usage: plovendix-starter SOURCES SAMPLES TARGET\n";
         return 2;
     }
+    Bundle::setMainFolder(QFileInfo(arguments[1]).absolutePath());
     const Result<void> built = build(arguments[1], arguments[2], arguments[3]);
     if (!built) {
         std::cerr << "plovendix-starter: " << built.error().localizedDescription.toStdString() << '\n';

@@ -1,4 +1,5 @@
 #include <sources/online/RestLanguages.h>
+#include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>
@@ -8,6 +9,8 @@ using namespace Qt::StringLiterals;
 class RestLanguagesTest final : public QObject
 {
     Q_OBJECT
+
+    Sandbox m_sandbox; // its bundle has the language codes
 
 private Q_SLOTS:
     void threeLettersBecomeTheServicesCode_data()

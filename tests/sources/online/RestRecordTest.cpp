@@ -1,4 +1,5 @@
 #include <sources/online/RestRecord.h>
+#include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
 #include <QJsonArray>
@@ -38,6 +39,8 @@ SubtitlePtr only(const QByteArray &changes = "{}")
 class RestRecordTest final : public QObject
 {
     Q_OBJECT
+
+    Sandbox m_sandbox; // its bundle has the language codes
 
 private Q_SLOTS:
     void everythingKnownIsRead()

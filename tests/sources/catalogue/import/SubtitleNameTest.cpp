@@ -1,4 +1,5 @@
 #include <sources/catalogue/import/SubtitleName.h>
+#include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>
@@ -9,6 +10,8 @@ using namespace Qt::StringLiterals;
 class SubtitleNameTest : public QObject
 {
     Q_OBJECT
+
+    Sandbox m_sandbox; // its bundle has the language codes
 
 private Q_SLOTS:
     void pathSaysReleaseLanguageAndMarks_data()
