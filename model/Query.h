@@ -27,6 +27,8 @@ struct Arg
 /// What a query found, in the service's order.
 struct QueryResult
 {
+    static constexpr qsizetype MaxRows = 2000; // that a search gives in the end
+
     std::optional<QList<SubtitlePtr>> subtitles;
     qint64 leftOut = 0; // how many more there are than the list has
 };

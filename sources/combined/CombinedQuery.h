@@ -1,5 +1,6 @@
 #pragma once
-#include <media/names/Ranking.h>
+#include "Ranking.h"
+
 #include <model/SubtitleService.h>
 
 #include <mutex>

@@ -12,9 +12,9 @@ QUrl address(const UserDefaults &defaults, const QString &key, const QUrl &stand
     return text.isEmpty() ? standard : QUrl(text, QUrl::StrictMode);
 }
 
-Liking liking(const UserDefaults &defaults, const QString &key)
+Preference preference(const UserDefaults &defaults, const QString &key)
 {
-    return likingFromText(defaults.string(key).value_or(QString()));
+    return preferenceFromText(defaults.string(key).value_or(QString()));
 }
 } // namespace
 
@@ -41,10 +41,15 @@ RestSettings ServiceDefaults::restSettings(const UserDefaults &defaults, const C
     settings.userName = defaults.string(SubtitleUser).value_or(QString()).trimmed();
     settings.apiKey = credentials.subtitleKey;
     settings.password = credentials.subtitlePassword;
-    settings.preferences = {liking(defaults, HearingImpaired), liking(defaults, ForeignPartsOnly),
-                            liking(defaults, MachineTranslated)};
+    settings.asksForMachineTranslated = preference(defaults, MachineTranslated) != Preference::Avoided;
     settings.keepsOriginalBytes = defaults.boolean(KeepsOriginalBytes);
     return settings;
+}
+
+RankingPreferences ServiceDefaults::rankingPreferences(const UserDefaults &defaults)
+{
+    return {preference(defaults, HearingImpaired), preference(defaults, ForeignPartsOnly),
+            preference(defaults, MachineTranslated)};
 }
 
 FilmSettings ServiceDefaults::filmSettings(const UserDefaults &defaults, const Credentials &credentials)

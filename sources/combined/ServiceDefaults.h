@@ -1,4 +1,6 @@
 #pragma once
+#include "Ranking.h"
+
 #include <base/UserDefaults.h>
 #include <net/secrets/Credentials.h>
 #include <sources/films/FilmSettings.h>
@@ -21,5 +23,6 @@ QStringList keys();
 /// What holds where a person has stored nothing.
 void registerDefaults(UserDefaults &defaults);
 RestSettings restSettings(const UserDefaults &defaults, const Credentials &credentials);
+RankingPreferences rankingPreferences(const UserDefaults &defaults);
 FilmSettings filmSettings(const UserDefaults &defaults, const Credentials &credentials);
 } // namespace ServiceDefaults

@@ -65,7 +65,7 @@ void Services::install()
     m_isInstalled = true;
     m_rest->followLanguages();
     const auto hasKey = [rest = m_rest] { return rest->hasKey(); };
-    const auto preferences = [rest = m_rest] { return rest->settings().preferences; };
+    const auto preferences = [] { return ServiceDefaults::rankingPreferences(UserDefaults::standard()); };
     m_combined = std::make_shared<CombinedSubtitleService>(
         QList<CombinedSubtitleService::Source>{{m_parts.catalogueName, m_parts.catalogue, {}},
                                                {RestRecord::service(), m_rest, hasKey}},

@@ -88,7 +88,7 @@ void addWords(RestQuery &query, const QString &text)
 }
 } // namespace
 
-Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, Liking machineTranslated,
+Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, bool machineTranslated,
                                   const RestLanguageList &known)
 {
     const Result<QString> wanted = languages(args, known);
@@ -96,14 +96,13 @@ Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, 
         return wanted.error();
     RestQuery query;
     query.parameters[u"languages"_s] = *wanted;
-    if (machineTranslated != Liking::Avoided)
+    if (machineTranslated)
         query.parameters[u"machine_translated"_s] = u"include"_s;
     const QString hash = valueOf(args, Param::movieHash).toLower();
     if (hash.isEmpty()) {
         const QString text = valueOf(args, Param::text).simplified();
         if (text.isEmpty())
             return refusal(Kind::NothingToAsk, u"no words"_s);
-        query.videoName = text;
         addWords(query, text);
         return query;
     }
@@ -111,9 +110,8 @@ Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, 
     if (!sixteenDigits.match(hash).hasMatch())
         return refusal(Kind::Rejected, u"not a movie hash"_s);
     query.parameters[u"moviehash"_s] = hash;
-    if (nameOf)
-        query.videoName = nameOf({hash, valueOf(args, Param::byteSize).toULongLong()});
-    const QString name = withoutFolders(query.videoName).trimmed();
+    const VideoHash video{hash, valueOf(args, Param::byteSize).toULongLong()};
+    const QString name = nameOf ? withoutFolders(nameOf(video)).trimmed() : QString();
     if (name.size() >= ShortestQuery)
         query.parameters[u"query"_s] = name;
     return query;

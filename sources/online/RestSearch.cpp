@@ -3,7 +3,6 @@
 #include "RestErrors.h"
 
 #include <base/Background.h>
-#include <media/names/Ranking.h>
 
 #include <QLoggingCategory>
 
@@ -52,13 +51,8 @@ struct RestSearch::Shelf
     }
 };
 
-RestSearch::RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
-                       Completion completion)
-    : m_tools(tools),
-      m_query(query),
-      m_preferences(preferences),
-      m_locale(Locale::current()),
-      m_completion(std::move(completion))
+RestSearch::RestSearch(const Tools &tools, const RestQuery &query, Completion completion)
+    : m_tools(tools), m_query(query), m_locale(Locale::current()), m_completion(std::move(completion))
 {
 }
 
@@ -171,7 +165,7 @@ bool RestSearch::isLast(const RestPage &read)
     m_seen += read.fingerprint;
     m_found += read.subtitles;
     m_records += read.records;
-    return m_next >= m_pages || m_found.size() >= BestRows::MaxRows;
+    return m_next >= m_pages || m_found.size() >= QueryResult::MaxRows;
 }
 
 /// A failure in the middle leaves what was found before it: a person can work with that.
@@ -193,14 +187,5 @@ void RestSearch::finish()
     const qint64 unread = std::max<qint64>(0, m_total - m_records);
     if (unread > 0)
         qCInfo(log).noquote() << u"%1 of %2 records left out"_s.arg(unread).arg(m_total);
-    inBackground(
-        m_tools.worker,
-        [found = m_found, name = m_query.videoName, preferences = m_preferences, stop = m_stop.get_token()] {
-            return BestRows::of(found, name, preferences, stop);
-        },
-        [weak = weak_from_this(), unread](const BestRows &best) {
-            if (const auto self = weak.lock())
-                std::exchange(self->m_completion,
-                              nullptr)(QueryResult{best.subtitles, unread + best.leftOut});
-        });
+    std::exchange(m_completion, nullptr)(QueryResult{std::move(m_found), unread});
 }

@@ -12,10 +12,10 @@
 #include <map>
 #include <stop_token>
 
-/// One search, up to a cap of pages and rows, and its one answer. The first page says how many there are; the
-/// others are asked for side by side and taken in their order. Pages come from the cache where it has them;
-/// reading and ranking happen on the worker. Letting it go drops it without a word and ends that work. Main
-/// thread only.
+/// One search, up to a cap of pages and rows, and its one answer, in the service's order. The first page says
+/// how many there are; the others are asked for side by side and taken in their order. Pages come from the
+/// cache where it has them; reading happens on the worker. Letting it go drops it without a word and ends
+/// that work. Main thread only.
 class RestSearch final : public std::enable_shared_from_this<RestSearch>
 {
 public:
@@ -28,8 +28,7 @@ public:
     };
     using Completion = SubtitleService::QueryCompletion;
 
-    RestSearch(const Tools &tools, const RestQuery &query, const RankingPreferences &preferences,
-               Completion completion);
+    RestSearch(const Tools &tools, const RestQuery &query, Completion completion);
     ~RestSearch();
     RestSearch(const RestSearch &) = delete;
     RestSearch &operator=(const RestSearch &) = delete;
@@ -53,7 +52,6 @@ private:
 
     Tools m_tools;
     const RestQuery m_query;
-    const RankingPreferences m_preferences;
     const Locale m_locale;
     Completion m_completion;
     QList<SubtitlePtr> m_found;

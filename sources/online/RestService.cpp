@@ -90,7 +90,7 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
         return m_names ? m_names->nameOf(video) : QString();
     };
     const Result<RestQuery> query =
-        RestQuery::from(args, nameOf, settings().preferences.machineTranslated, m_languages.list());
+        RestQuery::from(args, nameOf, settings().asksForMachineTranslated, m_languages.list());
     if (!hasKey()) {
         refuse(number, noKey());
         return;
@@ -101,7 +101,7 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
         return;
     }
     auto search = std::make_shared<RestSearch>(
-        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query, settings().preferences,
+        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query,
         [this, number](const Result<QueryResult> &result) { answer(number, result); });
     m_queries[number].search = search;
     search->start();

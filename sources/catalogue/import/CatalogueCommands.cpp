@@ -6,8 +6,8 @@
 
 #include <base/TerminalText.h>
 #include <media/MovieHash.h>
-#include <media/names/Ranking.h>
 #include <sources/catalogue/CatalogueSearch.h>
+#include <sources/combined/Ranking.h>
 
 #include <QDir>
 #include <QUrl>

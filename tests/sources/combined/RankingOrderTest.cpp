@@ -1,5 +1,5 @@
-#include <media/names/Duplicates.h>
-#include <media/names/Ranking.h>
+#include <sources/combined/Duplicates.h>
+#include <sources/combined/Ranking.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>
@@ -60,7 +60,7 @@ private Q_SLOTS:
     void preferencesTurnTheOrder_data()
     {
         QTest::addColumn<int>("mark");
-        QTest::addColumn<QString>("liking");
+        QTest::addColumn<QString>("preference");
         QTest::addColumn<QStringList>("order");
         const char *marks[] = {"hearing impaired", "foreign parts only", "machine translated"};
         for (int mark = 0; mark < 3; ++mark) {
@@ -76,17 +76,17 @@ private Q_SLOTS:
     void preferencesTurnTheOrder()
     {
         QFETCH(const int, mark);
-        QFETCH(const QString, liking);
+        QFETCH(const QString, preference);
         QFETCH(const QStringList, order);
         RankingPreferences preferences;
-        Liking RankingPreferences::*likings[] = {&RankingPreferences::hearingImpaired,
-                                                 &RankingPreferences::foreignPartsOnly,
-                                                 &RankingPreferences::machineTranslated};
+        Preference RankingPreferences::*kinds[] = {&RankingPreferences::hearingImpaired,
+                                                   &RankingPreferences::foreignPartsOnly,
+                                                   &RankingPreferences::machineTranslated};
         bool Subtitle::*marks[] = {&Subtitle::hearingImpaired, &Subtitle::foreignPartsOnly,
                                    &Subtitle::machineTranslated};
-        preferences.*likings[mark] = likingFromText(liking);
+        preferences.*kinds[mark] = preferenceFromText(preference);
         const QList<SubtitlePtr> given{
-            subtitle(u"plain"_s, [&](Subtitle &s) { s.downloads = liking == u"preferred"_s ? 500 : 5; }),
+            subtitle(u"plain"_s, [&](Subtitle &s) { s.downloads = preference == u"preferred"_s ? 500 : 5; }),
             subtitle(u"marked"_s, [&](Subtitle &s) {
                 s.*marks[mark] = true;
                 s.downloads = 50;

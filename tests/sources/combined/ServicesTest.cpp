@@ -187,13 +187,17 @@ private Q_SLOTS:
         m_services->setObserver([&] { ++changes; });
         UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, u" reader "_s);
         QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().userName, u"reader"_s, Patience);
+        const UserDefaults &defaults = UserDefaults::standard();
         UserDefaults::standard().setObject(u"SubtitleHearingImpaired"_s, u"preferred"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().preferences.hearingImpaired,
-                                  Liking::Preferred, Patience);
+        QCOMPARE(ServiceDefaults::rankingPreferences(defaults),
+                 (RankingPreferences{Preference::Preferred, Preference::Avoided, Preference::Avoided}));
+        QVERIFY(!m_services->rest().settings().asksForMachineTranslated);
+        UserDefaults::standard().setObject(u"SubtitleMachineTranslated"_s, u"neutral"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->rest().settings().asksForMachineTranslated, Patience);
         UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, u"https://other.example/api"_s);
         QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().base, QUrl(u"https://other.example/api"_s),
                                   Patience);
-        QCOMPARE(changes, 3);
+        QCOMPARE(changes, 4);
     }
 
     void keyTakenAwayClosesTheNetwork()

@@ -265,13 +265,13 @@ private Q_SLOTS:
         QCOMPARE(m_other->requests("/api/v1/login").size(), 1);
     }
 
-    void otherLikingsKeepTheLogin()
+    void otherPreferencesKeepTheLogin()
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(m_fixture->subtitle(1));
         QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
         m_fixture->settings.keepsOriginalBytes = true;
-        m_fixture->settings.preferences.hearingImpaired = Liking::Preferred;
+        m_fixture->settings.asksForMachineTranslated = true;
         m_fixture->service->setSettings(m_fixture->settings);
         QCOMPARE(m_fixture->service->quota().remaining, 19);
         const auto second = m_fixture->download(m_fixture->subtitle(2));

@@ -15,7 +15,7 @@ QString nameOf(const VideoHash &video)
                                                                : QString();
 }
 
-Result<RestQuery> query(const QList<Arg> &args, Liking machine = Liking::Avoided)
+Result<RestQuery> query(const QList<Arg> &args, bool machine = false)
 {
     return RestQuery::from(args, nameOf, machine);
 }
@@ -34,7 +34,6 @@ private Q_SLOTS:
         QVERIFY(made);
         QCOMPARE(RestURL::query(made->parameters),
                  "languages=en&moviehash=8e245d9679d31e12&query=paper.lighthouse.2019.1080p.web-abc.mkv");
-        QCOMPARE(made->videoName, u"Paper.Lighthouse.2019.1080p.WEB-ABC.mkv"_s);
     }
 
     void hashOfAnotherSizeHasNoName()
@@ -49,10 +48,8 @@ private Q_SLOTS:
     {
         for (const auto &[name, sent] : {std::pair(u"Up"_s, false), {u"Up!"_s, true}}) {
             const auto made = RestQuery::from(
-                {{Param::movieHash, u"8e245d9679d31e12"_s}}, [&](const VideoHash &) { return name; },
-                Liking::Avoided);
+                {{Param::movieHash, u"8e245d9679d31e12"_s}}, [&](const VideoHash &) { return name; }, false);
             QCOMPARE(made->parameters.contains(u"query"_s), sent);
-            QCOMPARE(made->videoName, name);
         }
     }
 
@@ -101,13 +98,10 @@ private Q_SLOTS:
         QCOMPARE(RestURL::query(query({{Param::text, u"x"_s}})->parameters), "query=x");
     }
 
-    void machineTranslationsAreWantedUnlessAvoided()
+    void machineTranslationsAreAskedForWhenWanted()
     {
         const QList<Arg> args{{Param::text, u"x"_s}};
-        QCOMPARE(RestURL::query(query(args, Liking::Neutral)->parameters),
-                 "machine_translated=include&query=x");
-        QCOMPARE(RestURL::query(query(args, Liking::Preferred)->parameters),
-                 "machine_translated=include&query=x");
+        QCOMPARE(RestURL::query(query(args, true)->parameters), "machine_translated=include&query=x");
     }
 
     void whatCannotBeAskedIsAnError_data()

@@ -39,8 +39,8 @@ private:
 };
 } // namespace
 
-/// A search leaves the reading of pages and the ranking to its worker: while that is busy the search waits
-/// and the main thread goes on.
+/// A search leaves the reading of pages to its worker: while that is busy the search waits and the main
+/// thread goes on.
 class RestWorkerTest final : public QObject
 {
     Q_OBJECT
@@ -79,31 +79,15 @@ private Q_SLOTS:
         QCOMPARE(kindOf(*caught), Kind::BadAnswer);
     }
 
-    void resultsAreRankedByTheWorker()
-    {
-        const auto caught = search();
-        HeldWorker beforeThePage(*m_worker);
-        QTRY_COMPARE_WITH_TIMEOUT(asked(), 1, Patience);
-        waitForAnAnswer();
-        HeldWorker afterThePage(*m_worker);
-        beforeThePage.release();
-        QTRY_VERIFY_WITH_TIMEOUT(afterThePage.isHeld(), Patience);
-        MainQueue::shared().runUntilIdle(); // the page that was read is taken, the last there is
-        QVERIFY(!caught->came());
-        afterThePage.release();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE((**caught)->subtitles->size(), 3);
-    }
-
 private:
     std::shared_ptr<Caught<QueryResult>> search()
     {
         auto caught = std::make_shared<Caught<QueryResult>>();
         const Result<RestQuery> query =
-            RestQuery::from({{Param::text, u"paper lighthouse"_s}, {Param::language, u"eng"_s}}, {}, {});
+            RestQuery::from({{Param::text, u"paper lighthouse"_s}, {Param::language, u"eng"_s}}, {}, true);
         const DiskCache cache(m_fixture->places().cache, 24h);
         m_search = std::make_shared<RestSearch>(
-            RestSearch::Tools{m_session, *m_worker, m_fixture->clock, cache}, *query, RankingPreferences(),
+            RestSearch::Tools{m_session, *m_worker, m_fixture->clock, cache}, *query,
             [caught](const Result<QueryResult> &result) { caught->completion()(result); });
         m_search->start();
         return caught;

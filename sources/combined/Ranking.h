@@ -1,10 +1,9 @@
 #pragma once
-#include <model/Subtitle.h>
-#include <QList>
+#include <model/Query.h>
 #include <stop_token>
 
 /// What a person thinks of subtitles of a kind.
-enum class Liking
+enum class Preference
 {
     Neutral,
     Preferred,
@@ -12,13 +11,13 @@ enum class Liking
 };
 
 /// "preferred" and "avoided"; any other text is neutral.
-Liking likingFromText(const QString &text);
+Preference preferenceFromText(const QString &text);
 
 struct RankingPreferences
 {
-    Liking hearingImpaired = Liking::Neutral;
-    Liking foreignPartsOnly = Liking::Avoided;
-    Liking machineTranslated = Liking::Avoided;
+    Preference hearingImpaired = Preference::Neutral;
+    Preference foreignPartsOnly = Preference::Avoided;
+    Preference machineTranslated = Preference::Avoided;
 
     bool operator==(const RankingPreferences &) const = default;
 };
@@ -33,12 +32,10 @@ QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &vi
 /// What a search gives of all that was found.
 struct BestRows
 {
-    static constexpr qsizetype MaxRows = 2000;
-
     QList<SubtitlePtr> subtitles;
     qint64 leftOut = 0; // ranked below them
 
-    /// Each subtitle once, the best first, and no more than a person may ever look through.
+    /// Each subtitle once, the best first, and no more than a search gives.
     static BestRows of(const QList<SubtitlePtr> &found, const QString &videoName,
                        const RankingPreferences &preferences, const std::stop_token &stop = {});
 };

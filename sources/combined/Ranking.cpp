@@ -2,7 +2,7 @@
 
 #include "Duplicates.h"
 
-#include "ReleaseAgreement.h"
+#include <media/names/ReleaseAgreement.h>
 
 #include <QRegularExpression>
 
@@ -28,11 +28,11 @@ std::optional<double> frameRateIn(const QString &videoName)
     return match.captured(1).toDouble();
 }
 
-int points(bool is, Liking liking)
+int points(bool is, Preference preference)
 {
-    if (!is || liking == Liking::Neutral)
+    if (!is || preference == Preference::Neutral)
         return 0;
-    return liking == Liking::Preferred ? 1 : -1;
+    return preference == Preference::Preferred ? 1 : -1;
 }
 
 int preferencePoints(const Subtitle &subtitle, const RankingPreferences &preferences)
@@ -57,11 +57,11 @@ Rank rankOf(const Subtitle &subtitle, const QString &videoName, std::optional<do
 }
 } // namespace
 
-Liking likingFromText(const QString &text)
+Preference preferenceFromText(const QString &text)
 {
     if (text == "preferred"_L1)
-        return Liking::Preferred;
-    return text == "avoided"_L1 ? Liking::Avoided : Liking::Neutral;
+        return Preference::Preferred;
+    return text == "avoided"_L1 ? Preference::Avoided : Preference::Neutral;
 }
 
 QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &videoName,
@@ -88,5 +88,6 @@ BestRows BestRows::of(const QList<SubtitlePtr> &found, const QString &videoName,
                       const RankingPreferences &preferences, const std::stop_token &stop)
 {
     const QList<SubtitlePtr> all = ranked(withoutDuplicates(found, stop), videoName, preferences, stop);
-    return {all.first(std::min(all.size(), MaxRows)), std::max<qint64>(0, all.size() - MaxRows)};
+    return {all.first(std::min(all.size(), QueryResult::MaxRows)),
+            std::max<qint64>(0, all.size() - QueryResult::MaxRows)};
 }
