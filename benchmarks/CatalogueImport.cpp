@@ -70,7 +70,6 @@ public:
         m_database.execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA cache_size = -65536;"
                            "PRAGMA journal_size_limit = 67108864");
         m_database.execute(CatalogueSchema::Statements);
-        m_database.execute(CatalogueSchema::GrowthStatements);
         m_film = prepared("INSERT INTO film(id, is_series, year) VALUES(?, 0, ?)");
         m_title = prepared("INSERT INTO title(id, name) VALUES(?, ?)");
         m_words = prepared("INSERT INTO title_words(rowid, words) VALUES(?, ?)");

@@ -2,7 +2,6 @@
 
 #include "CatalogueQueries.h"
 #include "CatalogueSchema.h"
-#include "DamagedFiles.h"
 #include "Hardening.h"
 #include "PatientReading.h"
 #include "ReadableFile.h"
@@ -40,16 +39,10 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
     }
 }
 
-int versionOf(SQLite::Database &database)
-{
-    return database.execAndGet("PRAGMA user_version").getInt();
-}
-
 bool isReadable(SQLite::Database &database)
 {
     return database.execAndGet("PRAGMA application_id").getInt() == CatalogueSchema::ApplicationId &&
-           versionOf(database) >= CatalogueSchema::OldestReadable &&
-           versionOf(database) <= CatalogueSchema::Version;
+           database.execAndGet("PRAGMA user_version").getInt() == CatalogueSchema::Version;
 }
 
 QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
@@ -62,8 +55,6 @@ QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
 /// The content of a subtitle from a file, which is kept apart.
 QByteArray packedContent(SQLite::Database &database, qint64 entry)
 {
-    if (versionOf(database) < 2)
-        return {};
     SQLite::Statement statement(database, "SELECT packed FROM content WHERE subtitle_id = ?");
     statement.bind(1, static_cast<int64_t>(entry));
     if (!statement.executeStep())
@@ -96,15 +87,15 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
         auto reading = std::make_unique<PatientReading>(*database, patience);
         if (!isReadable(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);
-        demandOwnTables(*database, versionOf(*database));
+        verifySchema(*database);
         return CatalogueDatabase(std::move(database), std::move(reading), path, errors);
     } catch (const SQLite::Exception &exception) {
         return errors.error(failureOf(exception), path, QString::fromUtf8(exception.what()));
     }
 }
 
-/// Runs one read; what SQLite throws becomes an Error. Each damaged file is looked through once, for
-/// the log; a search that was cancelled is not worth a line there.
+/// Runs one read; what SQLite throws becomes an Error, with a line in the log unless the search was
+/// cancelled.
 template <class Value>
 Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
 {
@@ -113,22 +104,10 @@ Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) con
         return read();
     } catch (const SQLite::Exception &exception) {
         const CatalogueFailure failure = failureOf(exception);
-        QString detail = QString::fromUtf8(exception.what());
-        if (failure == CatalogueFailure::Damaged && DamagedFiles::isFirstSight(m_path))
-            detail += u": "_s + damageReport();
-        const Error error = m_errors.error(failure, m_path, detail);
+        const Error error = m_errors.error(failure, m_path, QString::fromUtf8(exception.what()));
         if (!m_reading->isCancelled())
             qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(error.detail));
         return error;
-    }
-}
-
-QString CatalogueDatabase::damageReport() const
-{
-    try {
-        return QString::fromUtf8(m_database->execAndGet("PRAGMA quick_check(1)").getText());
-    } catch (const SQLite::Exception &exception) {
-        return QString::fromUtf8(exception.what());
     }
 }
 

@@ -47,7 +47,6 @@ private:
 
     template <class Value>
     Result<Value> guarded(const std::function<Value()> &read) const;
-    QString damageReport() const;
 
     std::unique_ptr<SQLite::Database> m_database;
     std::unique_ptr<PatientReading> m_reading; // lets go of the database before it closes

@@ -6,12 +6,15 @@ namespace CatalogueSchema
 {
 inline constexpr int ApplicationId = 0x506c7664; // "Plvd"
 inline constexpr int Version = 2;
-/// Files from here on can be read; a writer brings them up to date first.
-inline constexpr int OldestReadable = 1;
 
 /// A film is what subtitles are made for: a film, or one episode of a series. It has one main title and any
 /// number of others; titles are kept once and their words, folded by `searchWords`, are what a text search
 /// looks through. An IMDb id is kept as its number. A digest is the SHA-1 of the content.
+///
+/// A source is a file that was entered, with a stamp that changes when the file does; it is whole once all
+/// its members are in. An origin says which member of which source a subtitle came from; subtitles of the
+/// starter catalogue have none. The contents of subtitles from files are kept apart and packed, so that the
+/// rows a search reads lie close together; their `subtitle.content` is empty.
 inline constexpr char Statements[] = R"(
 CREATE TABLE film(
     id INTEGER PRIMARY KEY,
@@ -51,14 +54,6 @@ CREATE TABLE video(
     size INTEGER NOT NULL,
     subtitle_id INTEGER NOT NULL,
     PRIMARY KEY(hash, size, subtitle_id)) WITHOUT ROWID;
-)";
-
-/// What a catalogue needs to grow, since version 2. A source is a file that was entered, with a stamp that
-/// changes when the file does; it is whole once all its members are in. An origin says which member of which
-/// source a subtitle came from, and a subtitle without one belongs to nobody's files. The contents of
-/// subtitles from files are kept apart and packed, so that the rows a search reads lie close together;
-/// their `subtitle.content` is empty.
-inline constexpr char GrowthStatements[] = R"(
 CREATE TABLE source(
     id INTEGER PRIMARY KEY,
     path TEXT NOT NULL UNIQUE,

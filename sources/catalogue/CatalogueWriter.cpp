@@ -21,7 +21,6 @@ CatalogueWriter::CatalogueWriter(std::unique_ptr<SQLite::Database> database) : m
 {
     m_transaction = std::make_unique<SQLite::Transaction>(*m_database);
     m_database->exec(CatalogueSchema::Statements);
-    m_database->exec(CatalogueSchema::GrowthStatements);
     m_database->exec("PRAGMA application_id = " + std::to_string(CatalogueSchema::ApplicationId));
     m_database->exec("PRAGMA user_version = " + std::to_string(CatalogueSchema::Version));
     m_rows = std::make_unique<CatalogueRows>(*m_database);

@@ -34,11 +34,13 @@ constexpr Limit Limits[] = {
 
 using Tables = std::map<std::string, std::string, std::less<>>; // by name, the statements that made them
 
-/// Adds the tables of a schema's text, whose statements end with a semicolon at the end of a line.
-void addTables(Tables &tables, std::string_view schema)
+/// The program's own tables. Their statements end with a semicolon at the end of a line.
+Tables ownTables()
 {
     constexpr std::string_view Beginnings[] = {"CREATE TABLE ", "CREATE VIRTUAL TABLE "};
     constexpr std::string_view End = ";\n";
+    constexpr std::string_view schema = CatalogueSchema::Statements;
+    Tables tables;
     for (std::size_t first = schema.find("CREATE "); first != std::string_view::npos;
          first = schema.find("CREATE ", first + 1)) {
         const std::string_view statement = schema.substr(first, schema.find(End, first) - first);
@@ -49,14 +51,6 @@ void addTables(Tables &tables, std::string_view schema)
             tables.emplace(rest.substr(0, rest.find_first_of("( ")), statement);
         }
     }
-}
-
-Tables tablesOf(int version)
-{
-    Tables tables;
-    addTables(tables, CatalogueSchema::Statements);
-    if (version >= CatalogueSchema::Version)
-        addTables(tables, CatalogueSchema::GrowthStatements);
     return tables;
 }
 
@@ -91,9 +85,9 @@ void harden(SQLite::Database &database)
     database.exec("PRAGMA query_only = ON");
 }
 
-void demandOwnTables(SQLite::Database &database, int version)
+void verifySchema(SQLite::Database &database)
 {
-    Tables missing = tablesOf(version);
+    Tables missing = ownTables();
     SQLite::Statement statement(database, "SELECT name, sql FROM sqlite_schema WHERE type = 'table'");
     while (statement.executeStep()) {
         const auto expected = missing.find(std::string_view(statement.getColumn(0).getText()));

@@ -16,4 +16,4 @@ void harden(SQLite::Database &database);
 /// Throws SQLite::Exception unless the tables that searches read are, to the letter, those the program makes.
 /// A column that is computed, or another program's table in place of one of ours, could keep a single step of
 /// a search busy for hours, where no limit of time reaches.
-void demandOwnTables(SQLite::Database &database, int version);
+void verifySchema(SQLite::Database &database);

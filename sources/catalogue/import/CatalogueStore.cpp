@@ -22,17 +22,12 @@ using Database = std::unique_ptr<SQLite::Database>;
 using CatalogueStore::Patience;
 
 constexpr int PauseMilliseconds = 20;
-constexpr int StepsBetweenQuestions = 10'000; // of SQLite's machine, some milliseconds at the most
 
-const Patience &patienceAt(const void *place)
+int isWorthWaiting(void *place, int tries)
 {
-    return *static_cast<const Patience *>(place);
-}
-
-int isWorthWaiting(void *patience, int tries)
-{
+    const Patience &patience = *static_cast<const Patience *>(place);
     const std::chrono::milliseconds waited(tries * PauseMilliseconds);
-    if (patienceAt(patience).isStopped || waited >= patienceAt(patience).longest)
+    if (patience.isStopped || waited >= patience.longest)
         return 0;
     sqlite3_sleep(PauseMilliseconds);
     return 1;
@@ -43,29 +38,6 @@ void *forSqlite(const Patience *patience)
 {
     return const_cast<Patience *>(patience); // NOLINT(cppcoreguidelines-pro-type-const-cast)
 }
-
-int isStopped(void *patience)
-{
-    return patienceAt(patience).isStopped ? 1 : 0;
-}
-
-/// Lets the checks of an older file be stopped, but not what is written afterwards: that is kept.
-class StoppableOpening final
-{
-public:
-    StoppableOpening(SQLite::Database &database, const Patience *patience) : m_database(database)
-    {
-        if (patience)
-            sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isStopped,
-                                     forSqlite(patience));
-    }
-    ~StoppableOpening() { sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr); }
-    StoppableOpening(const StoppableOpening &) = delete;
-    StoppableOpening &operator=(const StoppableOpening &) = delete;
-
-private:
-    SQLite::Database &m_database;
-};
 
 std::string nameOf(const QString &path)
 {
@@ -110,7 +82,6 @@ void make(const QString &path)
         database.exec("PRAGMA journal_mode = WAL");
         SQLite::Transaction transaction(database);
         database.exec(CatalogueSchema::Statements);
-        database.exec(CatalogueSchema::GrowthStatements);
         setVersion(database);
         transaction.commit();
     }
@@ -154,39 +125,6 @@ void prepare(SQLite::Database &database)
     database.exec("PRAGMA journal_size_limit = 67108864");
     database.exec("PRAGMA cache_size = -65536");
 }
-
-void keepCopy(SQLite::Database &database, const QString &path, int version)
-{
-    const QString copy = u"%1.version-%2"_s.arg(path).arg(version);
-    if (QFileInfo::exists(copy))
-        return;
-    const QString draft = draftOf(copy);
-    QFile::remove(draft);
-    SQLite::Statement statement(database, "VACUUM INTO ?");
-    statement.bind(1, nameOf(draft));
-    statement.exec();
-    if (QFile::rename(draft, copy))
-        return;
-    QFile::remove(draft);
-    // Somebody else may have been quicker. Without any copy the file stays as old as it is.
-    if (!QFileInfo::exists(copy))
-        throw SQLite::Exception("the copy of the older file cannot be kept", SQLITE_IOERR);
-}
-
-void bringUpToDate(SQLite::Database &database)
-{
-    database.exec("BEGIN IMMEDIATE");
-    try {
-        if (pragma(database, "PRAGMA user_version") < CatalogueSchema::Version) { // nobody else was quicker
-            database.exec(CatalogueSchema::GrowthStatements);
-            setVersion(database);
-        }
-        database.exec("COMMIT");
-    } catch (const SQLite::Exception &) {
-        database.exec("ROLLBACK");
-        throw;
-    }
-}
 } // namespace
 
 Error CatalogueStore::error(const QString &path, const QString &what, CatalogueFailure failure)
@@ -207,7 +145,7 @@ void CatalogueStore::waitForWriters(SQLite::Database &database, const Patience *
         database.setBusyTimeout(BusyTimeoutMilliseconds);
 }
 
-Result<QStringList> CatalogueStore::faults(SQLite::Database &database)
+QStringList CatalogueStore::faults(SQLite::Database &database)
 {
     try {
         QStringList found;
@@ -235,19 +173,11 @@ Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const Q
         if (!QFileInfo::exists(path))
             make(path);
         Database database = opened(path, patience);
-        const StoppableOpening stoppable(*database, patience);
         if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
             return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
-        const int version = pragma(*database, "PRAGMA user_version");
-        if (version < CatalogueSchema::OldestReadable || version > CatalogueSchema::Version)
+        if (pragma(*database, "PRAGMA user_version") != CatalogueSchema::Version)
             return error(path, u"was made by another version of Plovendix"_s, CatalogueFailure::OtherVersion);
         prepare(*database);
-        if (version < CatalogueSchema::Version) {
-            if (const Result<QStringList> found = faults(*database); !found->isEmpty())
-                return error(path, u"is damaged: "_s + found->first(), CatalogueFailure::Damaged);
-            keepCopy(*database, path, version);
-            bringUpToDate(*database);
-        }
         return database;
     } catch (const SQLite::Exception &exception) {
         return error(path, exception);

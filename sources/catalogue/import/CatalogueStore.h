@@ -11,31 +11,29 @@ class Database;
 class Exception;
 } // namespace SQLite
 
-/// A catalogue file that is opened to be written: made when there is none, brought up to date when it is
-/// older. Readers go on reading meanwhile and several processes may write in turns, because the file is kept
-/// with a write-ahead log. After a power cut or a kill it holds what was committed.
+/// A catalogue file that is opened to be written, and made when there is none. Readers go on reading
+/// meanwhile and several processes may write in turns, because the file is kept with a write-ahead log. After
+/// a power cut or a kill it holds what was committed.
 namespace CatalogueStore
 {
 /// How long one writer waits for another, which holds the file for one batch at a time.
 inline constexpr int BusyTimeoutMilliseconds = 30'000;
 
-/// A writer that somebody may tell to stop, also while it waits for another one or checks an older file. Both
-/// outlive the opened file.
+/// How long a writer waits for another one, unless it is stopped meanwhile. Outlives the opened file.
 struct Patience
 {
     std::chrono::milliseconds longest{BusyTimeoutMilliseconds};
     std::atomic<bool> isStopped = false; // any thread
 };
 
-/// Makes the folders too. Before a file is brought up to date it is checked, and a copy is left beside it as
-/// "catalogue.sqlite.version-1".
+/// Makes the folders too. A file of another version is refused.
 Result<std::unique_ptr<SQLite::Database>> openForWriting(const QString &path,
                                                          const Patience *patience = nullptr);
 /// Waits for other writers from now on, as long as patience lasts.
 void waitForWriters(SQLite::Database &database, const Patience *patience);
 
 /// What the whole file's check finds wrong, its text index included; empty when it is sound.
-Result<QStringList> faults(SQLite::Database &database);
+QStringList faults(SQLite::Database &database);
 
 /// For the terminal; the code is a CatalogueFailure.
 Error error(const QString &path, const QString &what,

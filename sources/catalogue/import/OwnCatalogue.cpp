@@ -220,9 +220,9 @@ Result<qint64> OwnCatalogue::removeBelow(const QString &path, qint64 maxSources)
 
 Result<void> OwnCatalogue::vacuum()
 {
-    const Result<QStringList> faults = CatalogueStore::faults(*m_database);
-    if (!faults->isEmpty())
-        return CatalogueStore::error(m_path, u"is damaged: "_s + faults->first(), CatalogueFailure::Damaged);
+    const QStringList faults = CatalogueStore::faults(*m_database);
+    if (!faults.isEmpty())
+        return CatalogueStore::error(m_path, u"is damaged: "_s + faults.first(), CatalogueFailure::Damaged);
     try {
         m_database->exec("INSERT INTO title_words(title_words) VALUES('optimize')");
         m_database->exec("VACUUM");
