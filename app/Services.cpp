@@ -1,6 +1,6 @@
 #include "Services.h"
 
-#include "PatientSecretStore.h"
+#include "DeferredSecretStore.h"
 #include "ProgramAccounts.h"
 #include "SecretFileQuestion.h"
 
@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-constexpr auto LongestGoodbye = 5s;
+constexpr auto LogoutTimeout = 5s;
 
 /// Where secrets are kept. Only Linux needs a session bus to reach its keyring, and asking without one would
 /// start a bus of our own.
@@ -33,7 +33,7 @@ std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
 #else
     const bool hasKeyring = true;
 #endif
-    return std::make_shared<PatientSecretStore>(std::make_shared<KeychainSecretStore>(
+    return std::make_shared<DeferredSecretStore>(std::make_shared<KeychainSecretStore>(
         [&question](const QString &, std::function<void(bool)> answer) { question.ask(std::move(answer)); },
         FileSecretStore(),
         hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent));
@@ -94,7 +94,7 @@ void ProgramServices::logOut()
         isDone = true;
         loop.quit();
     });
-    QTimer::singleShot(LongestGoodbye, &loop, &QEventLoop::quit);
+    QTimer::singleShot(LogoutTimeout, &loop, &QEventLoop::quit);
     if (!isDone)
         loop.exec(QEventLoop::ExcludeUserInputEvents);
 }

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr char BrowserName[] = "org.freedesktop.FileManager1";
-constexpr int BusPatienceMilliseconds = 2000; // the bus itself answers at once
+constexpr int BusTimeoutMilliseconds = 2000; // the bus itself answers at once
 
 using Bus = GObjectPointer<GDBusConnection>;
 
@@ -36,7 +36,7 @@ GVariantPointer askBus(GDBusConnection *bus, const char *method, GVariant *argum
 {
     return GVariantPointer(g_dbus_connection_call_sync(
         bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, arguments,
-        G_VARIANT_TYPE(answerType), G_DBUS_CALL_FLAGS_NONE, BusPatienceMilliseconds, nullptr, nullptr));
+        G_VARIANT_TYPE(answerType), G_DBUS_CALL_FLAGS_NONE, BusTimeoutMilliseconds, nullptr, nullptr));
 }
 
 bool isRunning(GDBusConnection *bus)

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-constexpr auto ReaderPatience = 200ms;
+constexpr auto ReaderTimeout = 200ms;
 constexpr qsizetype PieceBytes = 4096; // a page of a pipe, so that each one a slow reader takes is seen
 
 /// Opens the same pipe or terminal a second time. O_NONBLOCK belongs to the open file, so setting it on ours
@@ -110,7 +110,7 @@ void OutputQueue::drain()
     while (!m_waiting.isEmpty()) {
         const qsizetype before = m_waiting.size();
         const bool wasTaken =
-            m_changed.wait_for(lock, ReaderPatience, [&] { return m_waiting.size() < before; });
+            m_changed.wait_for(lock, ReaderTimeout, [&] { return m_waiting.size() < before; });
         if (!wasTaken)
             return;
     }

@@ -21,8 +21,8 @@ Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
 constexpr qint64 MaxBytes = 1024LL * 1024;
 /// An editor that empties the file before it fills it again must not be met half-way.
-constexpr auto SettlingTime = 50ms;
-constexpr auto LockPatience = 200ms;
+constexpr auto DebounceInterval = 50ms;
+constexpr auto LockTimeout = 200ms;
 
 void apply(const SettingsFile::Values &changes, SettingsFile::Values &values)
 {
@@ -46,12 +46,12 @@ QString nearestExistingFolder(const QString &path)
 SettingsStore::SettingsStore(const QString &path, std::function<void()> changed)
     : m_path(path), m_changed(std::move(changed))
 {
-    m_settled.setSingleShot(true);
-    m_settled.setInterval(SettlingTime);
-    const auto restart = [this] { m_settled.start(); };
-    QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_settled, restart);
-    QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_settled, restart);
-    QObject::connect(&m_settled, &QTimer::timeout, &m_settled, [this] {
+    m_debounce.setSingleShot(true);
+    m_debounce.setInterval(DebounceInterval);
+    const auto restart = [this] { m_debounce.start(); };
+    QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_debounce, restart);
+    QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_debounce, restart);
+    QObject::connect(&m_debounce, &QTimer::timeout, &m_debounce, [this] {
         takeIn();
         m_changed();
     });
@@ -104,7 +104,7 @@ void SettingsStore::write()
     const QString folder = QFileInfo(m_path).absolutePath();
     QLockFile lock(m_path + u".lock"_s);
     if (QDir().mkpath(folder))
-        lock.tryLock(LockPatience);
+        lock.tryLock(LockTimeout);
     std::optional<SettingsFile> file = read();
     if (!file) {
         if (!setDamagedFileAside(m_path))

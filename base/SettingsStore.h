@@ -35,5 +35,5 @@ private:
     SettingsFile::Values m_values;
     SettingsFile::Values m_unwritten; // an invalid value is a removal
     QFileSystemWatcher m_watcher;
-    QTimer m_settled;
+    QTimer m_debounce;
 };

@@ -58,7 +58,7 @@ void import(const QString &path, const QList<SourceStep> &steps)
         if (!catalogue.value().enter(steps.mid(first, BatchFiles)))
             qFatal("a batch could not be entered");
     }
-    catalogue.value().settle();
+    catalogue.value().checkpoint();
 }
 
 /// The same rows, known beforehand: nothing is looked up.
@@ -90,7 +90,7 @@ public:
 
     void begin() { m_database.execute("BEGIN IMMEDIATE"); }
     void commit() { m_database.execute("COMMIT"); }
-    void settle() { m_database.execute("PRAGMA wal_checkpoint(TRUNCATE)"); }
+    void checkpoint() { m_database.execute("PRAGMA wal_checkpoint(TRUNCATE)"); }
 
     void enterFilm(qint64 film, const std::string &title, const std::string &words, int year)
     {
@@ -200,7 +200,7 @@ void insertBare(const std::string &path, const std::vector<BareFile> &files)
         }
         import.commit();
     }
-    import.settle();
+    import.checkpoint();
 }
 
 double median(std::vector<double> values)

@@ -36,12 +36,12 @@ WindowPictures::WindowPictures(xcb_connection_t *connection) : m_connection(conn
     xcb_flush(connection);
 }
 
-bool WindowPictures::listen(std::chrono::milliseconds patience)
+bool WindowPictures::listen(std::chrono::milliseconds timeout)
 {
     auto event = held(xcb_poll_for_event(m_connection));
     if (!event) {
         pollfd descriptor{xcb_get_file_descriptor(m_connection), POLLIN, 0};
-        ::poll(&descriptor, 1, int(patience.count()));
+        ::poll(&descriptor, 1, int(timeout.count()));
         event = held(xcb_poll_for_event(m_connection));
     }
     const bool told = event != nullptr;

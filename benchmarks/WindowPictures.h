@@ -16,8 +16,8 @@ public:
 
     explicit WindowPictures(xcb_connection_t *connection);
 
-    /// Handles what the server has told, for at most `patience`. Whether it told anything.
-    bool listen(std::chrono::milliseconds patience);
+    /// Handles what the server has told, for at most `timeout`. Whether it told anything.
+    bool listen(std::chrono::milliseconds timeout);
     /// When the last window was drawn in last; nothing before it was.
     std::optional<Clock::time_point> lastDrawn() const;
     /// The first moment at which the window looked as it does now, but for a caret or a highlight: 98 of 100

@@ -55,7 +55,7 @@ std::optional<VideoHash> movieHash(const QUrl &url)
     return file ? movieHash(*file) : std::nullopt;
 }
 
-std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds patience, const QUrl &url,
+std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds timeout, const QUrl &url,
                                          const VideoOpener &open)
 {
     const QByteArray path = FileManager::fileSystemPath(url);
@@ -72,5 +72,5 @@ std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds patience, con
     } catch (const std::system_error &) {
         return std::nullopt; // no more threads
     }
-    return answer.wait_for(patience) == std::future_status::ready ? answer.get() : std::nullopt;
+    return answer.wait_for(timeout) == std::future_status::ready ? answer.get() : std::nullopt;
 }

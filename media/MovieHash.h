@@ -16,8 +16,8 @@ std::optional<VideoHash> movieHash(VideoContent &content);
 
 using VideoOpener = std::function<std::unique_ptr<VideoContent>(const QByteArray &path)>;
 
-/// The same of a file, or nothing after `patience`: a disk may sleep and a share may be gone, and neither
-/// opening nor reading can be interrupted then. A separate thread opens and reads the file and calls `open`;
-/// an answer that comes too late is dropped.
-std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds patience, const QUrl &url,
+/// The same of a file, or nothing after `timeout`: a disk may sleep and a share may be gone, and neither
+/// opening nor reading can be interrupted then. A thread of its own does both; its late answer is dropped.
+/// `open` is called on that thread.
+std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds timeout, const QUrl &url,
                                          const VideoOpener &open = openRegularFile);

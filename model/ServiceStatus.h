@@ -16,7 +16,7 @@ public:
         Nothing,
         ByBeingOffline,
         ByAFailure,
-        ByTheKey,      // it is not accepted
+        KeyRejected,   // it is not accepted
         ByTheLanguage, // the network has nothing in it
         ByAPause       // the service gets too many requests
     };

@@ -55,14 +55,15 @@ std::shared_ptr<QNetworkAccessManager> HttpClient::newNetwork() const
 
 Error HttpClient::forbidden(const QUrl &url) const
 {
-    Error error = serviceError(Kind::Insecure, m_service, "not a permitted address: "_L1 + url.host());
+    Error error =
+        serviceError(ServiceFailure::Insecure, m_service, "not a permitted address: "_L1 + url.host());
     error.localizedDescription = String::localize(
         u"The service cannot be asked at the address in the settings: it must begin with https."_s);
     return error;
 }
 
 /// A request and the redirects it met.
-struct HttpClient::Journey
+struct HttpClient::RedirectChain
 {
     HttpRequest request;
     HostRules rules;
@@ -102,22 +103,22 @@ QByteArray HttpClient::userAgent()
 
 HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &rules, Completion completion)
 {
-    auto journey = std::make_shared<Journey>();
-    journey->request = request;
-    journey->request.setHeader("User-Agent", userAgent());
-    journey->rules = rules;
-    journey->completion = std::move(completion);
-    journey->end = m_clock.now() + request.deadline;
+    auto chain = std::make_shared<RedirectChain>();
+    chain->request = request;
+    chain->request.setHeader("User-Agent", userAgent());
+    chain->rules = rules;
+    chain->completion = std::move(completion);
+    chain->end = m_clock.now() + request.deadline;
     if (rules.accepts(request.url)) {
-        step(journey);
-        return journey;
+        step(chain);
+        return chain;
     }
     const Error refused = forbidden(request.url);
-    journey->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(journey), refused] {
+    chain->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(chain), refused] {
         if (const auto held = weak.lock())
             held->completion(refused);
     });
-    return journey;
+    return chain;
 }
 
 /// The other side has given up such connections without our hearing of it: a question there would wait for
@@ -129,78 +130,78 @@ void HttpClient::renewAfterSleep()
         m_network = newNetwork(); // what is under way keeps the one it has
 }
 
-void HttpClient::step(const std::shared_ptr<Journey> &journey)
+void HttpClient::step(const std::shared_ptr<RedirectChain> &chain)
 {
     renewAfterSleep();
-    const QUrl &url = journey->request.url;
+    const QUrl &url = chain->request.url;
     if (const auto known = EnvironmentProxy::proxyFor(url)) {
-        begin(journey, *known);
+        begin(chain, *known);
         return;
     }
-    journey->proxy = ProxyLookup::start(
+    chain->proxy = ProxyLookup::start(
         m_clock, url,
-        [this, weak = std::weak_ptr(journey)](const QNetworkProxy &proxy) {
+        [this, weak = std::weak_ptr(chain)](const QNetworkProxy &proxy) {
             if (const auto held = weak.lock())
                 begin(held, proxy);
         },
         m_resolver);
 }
 
-void HttpClient::begin(const std::shared_ptr<Journey> &journey, const QNetworkProxy &proxy)
+void HttpClient::begin(const std::shared_ptr<RedirectChain> &chain, const QNetworkProxy &proxy)
 {
-    m_proxies->insert(originOf(journey->request.url), proxy);
-    journey->request.deadline = std::max(journey->end - m_clock.now(), Clock::Duration(1));
-    if (journey->request.onLeaving)
-        journey->request.onLeaving();
-    const std::weak_ptr weak(journey);
-    journey->exchange = HttpExchange::begin(m_network, m_clock, m_service, journey->request,
+    m_proxies->insert(originOf(chain->request.url), proxy);
+    chain->request.deadline = std::max(chain->end - m_clock.now(), Clock::Duration(1));
+    if (chain->request.onLeaving)
+        chain->request.onLeaving();
+    const std::weak_ptr weak(chain);
+    chain->exchange = HttpExchange::begin(m_network, m_clock, m_service, chain->request,
                                             [this, weak](const Result<HttpAnswer> &outcome) {
                                                 if (const auto held = weak.lock())
                                                     arrive(held, outcome);
                                             });
 }
 
-void HttpClient::arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome)
+void HttpClient::arrive(const std::shared_ptr<RedirectChain> &chain, const Result<HttpAnswer> &outcome)
 {
-    if (!outcome || !isRedirect(outcome->status) || journey->request.method != HttpRequest::Method::Get) {
-        journey->completion(outcome);
+    if (!outcome || !isRedirect(outcome->status) || chain->request.method != HttpRequest::Method::Get) {
+        chain->completion(outcome);
         return;
     }
-    const Result<QUrl> next = nextStop(*journey, *outcome);
+    const Result<QUrl> next = nextAddress(*chain, *outcome);
     if (!next) {
-        journey->completion(next.error());
+        chain->completion(next.error());
         return;
     }
-    follow(journey, *next);
+    follow(chain, *next);
 }
 
-void HttpClient::follow(const std::shared_ptr<Journey> &journey, const QUrl &next)
+void HttpClient::follow(const std::shared_ptr<RedirectChain> &chain, const QUrl &next)
 {
-    qCInfo(log).noquote() << "redirected by" << journey->request.url.host();
-    ++journey->redirects;
-    journey->request.url = next;
-    const auto go = [this, weak = std::weak_ptr(journey)] {
+    qCInfo(log).noquote() << "redirected by" << chain->request.url.host();
+    ++chain->redirects;
+    chain->request.url = next;
+    const auto go = [this, weak = std::weak_ptr(chain)] {
         if (const auto held = weak.lock())
             step(held);
     };
     if (m_pace)
-        journey->turn = m_pace->wait(go);
+        chain->turn = m_pace->wait(go);
     else
-        journey->wait = m_clock.after(Clock::Duration::zero(), go);
+        chain->wait = m_clock.after(Clock::Duration::zero(), go);
 }
 
-Result<QUrl> HttpClient::nextStop(const Journey &journey, const HttpAnswer &answer) const
+Result<QUrl> HttpClient::nextAddress(const RedirectChain &chain, const HttpAnswer &answer) const
 {
     const QByteArray location = answer.header("Location");
-    const QUrl next = journey.request.url.resolved(QUrl::fromEncoded(location, QUrl::StrictMode));
+    const QUrl next = chain.request.url.resolved(QUrl::fromEncoded(location, QUrl::StrictMode));
     const auto refuse = [this](QLatin1StringView why) {
-        return serviceError(Kind::BadAnswer, m_service, why);
+        return serviceError(ServiceFailure::BadAnswer, m_service, why);
     };
     if (location.isEmpty() || !next.isValid())
         return refuse("a redirect to nowhere"_L1);
-    if (journey.redirects >= MaxRedirects)
+    if (chain.redirects >= MaxRedirects)
         return refuse("too many redirects"_L1);
-    if (!HostRules::sameOrigin(journey.request.url, next) || !journey.rules.accepts(next))
+    if (!HostRules::sameOrigin(chain.request.url, next) || !chain.rules.accepts(next))
         return refuse("a redirect to another host"_L1);
     return next;
 }

@@ -28,17 +28,17 @@ public:
     static QByteArray userAgent();
 
 private:
-    struct Journey;
+    struct RedirectChain;
     class LearntProxies;
     using ProxyTable = QHash<QString, QNetworkProxy>; // by origin
     std::shared_ptr<QNetworkAccessManager> newNetwork() const;
     void renewAfterSleep();
-    void step(const std::shared_ptr<Journey> &journey);
-    void begin(const std::shared_ptr<Journey> &journey, const QNetworkProxy &proxy);
-    void follow(const std::shared_ptr<Journey> &journey, const QUrl &next);
-    void arrive(const std::shared_ptr<Journey> &journey, const Result<HttpAnswer> &outcome);
+    void step(const std::shared_ptr<RedirectChain> &chain);
+    void begin(const std::shared_ptr<RedirectChain> &chain, const QNetworkProxy &proxy);
+    void follow(const std::shared_ptr<RedirectChain> &chain, const QUrl &next);
+    void arrive(const std::shared_ptr<RedirectChain> &chain, const Result<HttpAnswer> &outcome);
     Error forbidden(const QUrl &url) const;
-    Result<QUrl> nextStop(const Journey &journey, const HttpAnswer &answer) const;
+    Result<QUrl> nextAddress(const RedirectChain &chain, const HttpAnswer &answer) const;
 
     Clock &m_clock;
     ServiceName m_service;

@@ -34,26 +34,27 @@ QNetworkRequest networkRequest(const HttpRequest &request)
     return result;
 }
 
-Kind kindOfFailure(QNetworkReply::NetworkError error)
+ServiceFailure kindOfFailure(QNetworkReply::NetworkError error)
 {
     switch (error) {
     case QNetworkReply::HostNotFoundError:
     case QNetworkReply::TemporaryNetworkFailureError:
     case QNetworkReply::NetworkSessionFailedError:
     case QNetworkReply::UnknownNetworkError:
-        return Kind::Offline;
+        return ServiceFailure::Offline;
     case QNetworkReply::ConnectionRefusedError:
     case QNetworkReply::RemoteHostClosedError:
     case QNetworkReply::ContentReSendError: // closed, and an order is not sent twice
-        return Kind::Unavailable;
+        return ServiceFailure::Unavailable;
     case QNetworkReply::TimeoutError:
-        return Kind::Timeout;
+        return ServiceFailure::Timeout;
     case QNetworkReply::SslHandshakeFailedError:
-        return Kind::Insecure;
+        return ServiceFailure::Insecure;
     default:
         break;
     }
-    return error > FirstProxyError && error < FirstContentError ? Kind::Proxy : Kind::BadAnswer;
+    return error > FirstProxyError && error < FirstContentError ? ServiceFailure::Proxy
+                                                                : ServiceFailure::BadAnswer;
 }
 } // namespace
 
@@ -166,19 +167,19 @@ void HttpExchange::abandon()
 
 Result<HttpAnswer> HttpExchange::outcome() const
 {
-    const auto failure = [this](Kind kind, const QString &detail) {
+    const auto failure = [this](ServiceFailure kind, const QString &detail) {
         return serviceError(kind, m_service, m_request.url.host() + ": "_L1 + detail);
     };
     if (m_ended == Ended::TooSlow)
-        return failure(Kind::Timeout, u"no answer in time"_s);
+        return failure(ServiceFailure::Timeout, u"no answer in time"_s);
     if (m_ended == Ended::TooLarge || m_received.size() > m_request.maxBytes)
-        return failure(Kind::BadAnswer, u"the answer is too large"_s);
+        return failure(ServiceFailure::BadAnswer, u"the answer is too large"_s);
     const QNetworkReply::NetworkError error = m_reply->error();
     const HttpAnswer read = answer();
     const bool statusSaysIt = error > FirstContentError && read.status >= FirstRefusalStatus;
     // Qt calls some answers complete whose connection ended right after their headers.
     if (error == QNetworkReply::NoError && read.isCutShort())
-        return failure(Kind::Unavailable, u"the answer was cut short"_s);
+        return failure(ServiceFailure::Unavailable, u"the answer was cut short"_s);
     if (error == QNetworkReply::NoError || statusSaysIt)
         return read;
     // Qt has no error of its own for a proxy that says no.
@@ -186,7 +187,7 @@ Result<HttpAnswer> HttpExchange::outcome() const
         error == QNetworkReply::UnknownNetworkError &&
         m_network->proxyFactory()->queryProxy(QNetworkProxyQuery(m_request.url)).value(0).type() !=
             QNetworkProxy::NoProxy;
-    return failure(byProxy ? Kind::Proxy : kindOfFailure(error), m_reply->errorString());
+    return failure(byProxy ? ServiceFailure::Proxy : kindOfFailure(error), m_reply->errorString());
 }
 
 HttpAnswer HttpExchange::answer() const

@@ -16,16 +16,16 @@ bool isPassing(int status);
 template <class Fault>
 Fault faultOf(const Error &error, Fault badAnswer)
 {
-    switch (kindOf(error).value_or(Kind::Unavailable)) {
-    case Kind::Offline:
+    switch (kindOf(error).value_or(ServiceFailure::Unavailable)) {
+    case ServiceFailure::Offline:
         return Fault::Offline;
-    case Kind::Timeout:
+    case ServiceFailure::Timeout:
         return Fault::Timeout;
-    case Kind::Insecure:
+    case ServiceFailure::Insecure:
         return Fault::Insecure;
-    case Kind::Proxy:
+    case ServiceFailure::Proxy:
         return Fault::Proxy;
-    case Kind::BadAnswer:
+    case ServiceFailure::BadAnswer:
         return badAnswer;
     default:
         return Fault::Unavailable;

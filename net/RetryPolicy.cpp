@@ -39,10 +39,10 @@ std::optional<RetryPolicy::Duration> seconds(const QByteArray &text)
 int triesFor(const Result<HttpAnswer> &outcome)
 {
     if (!outcome) {
-        switch (kindOf(outcome.error()).value_or(Kind::BadAnswer)) {
-        case Kind::Offline:
-        case Kind::Timeout:
-        case Kind::Unavailable:
+        switch (kindOf(outcome.error()).value_or(ServiceFailure::BadAnswer)) {
+        case ServiceFailure::Offline:
+        case ServiceFailure::Timeout:
+        case ServiceFailure::Unavailable:
             return RetryPolicy::MaxTries;
         default:
             return 1;

@@ -13,91 +13,91 @@ namespace
 const QString Domain = u"Service"_s;
 constexpr int MaxDetailLength = 500;
 
-QString subtitleSentence(Kind kind)
+QString subtitleSentence(ServiceFailure kind)
 {
     switch (kind) {
-    case Kind::Offline:
+    case ServiceFailure::Offline:
         return String::localize(
             u"There is no connection to the subtitle service. Check your network and search again."_s);
-    case Kind::Timeout:
+    case ServiceFailure::Timeout:
         return String::localize(u"The subtitle service did not answer in time. Try again in a moment."_s);
-    case Kind::Unavailable:
+    case ServiceFailure::Unavailable:
         return String::localize(
             u"The subtitle service is not available right now. Try again in a few minutes."_s);
-    case Kind::BadAnswer:
+    case ServiceFailure::BadAnswer:
         return String::localize(
             u"The subtitle service gave an answer that makes no sense. If you are on a network that asks "
             "you to sign in, do that first; otherwise try again later."_s);
-    case Kind::Insecure:
+    case ServiceFailure::Insecure:
         return String::localize(
             u"No private connection to the subtitle service could be made. Check the date of this "
             "computer, and whether this network can be trusted."_s);
-    case Kind::Proxy:
+    case ServiceFailure::Proxy:
         return String::localize(
             u"The proxy of this network refused the connection. Check the proxy settings of this "
             "computer."_s);
-    case Kind::KeyRefused:
+    case ServiceFailure::KeyRefused:
         return String::localize(
             u"The subtitle service does not accept this API key. Check it in the preferences."_s);
-    case Kind::LoginRefused:
+    case ServiceFailure::LoginRefused:
         return String::localize(
             u"User name or password not accepted (use the user name, not the e-mail address). Correct "
             "them in the preferences."_s);
-    case Kind::LimitReached:
+    case ServiceFailure::LimitReached:
         return String::localize(u"The download limit is reached. Try again tomorrow."_s);
-    case Kind::TooManyRequests:
+    case ServiceFailure::TooManyRequests:
         return String::localize(
             u"The subtitle service gets too many requests from here. Wait a minute, then try again."_s);
-    case Kind::Rejected:
-    case Kind::NotFound:
+    case ServiceFailure::Rejected:
+    case ServiceFailure::NotFound:
         return String::localize(u"The subtitle service does not accept this request. Try other words."_s);
-    case Kind::LinkExpired:
+    case ServiceFailure::LinkExpired:
         return String::localize(
             u"The address of this subtitle has expired. Choose it again; that uses one more of your "
             "downloads."_s);
-    case Kind::NotASubtitle:
+    case ServiceFailure::NotASubtitle:
         return String::localize(u"What the service sent is not a subtitle. Choose another one."_s);
-    case Kind::UnknownLanguage:
+    case ServiceFailure::UnknownLanguage:
         return String::localize(
             u"The subtitle service has no subtitles in this language. Choose another language."_s);
-    case Kind::NothingToAsk:
+    case ServiceFailure::NothingToAsk:
         return String::localize(u"Type more of the title: these words are too few to search for."_s);
     }
     return {};
 }
 
-QString filmSentence(Kind kind)
+QString filmSentence(ServiceFailure kind)
 {
     switch (kind) {
-    case Kind::Offline:
+    case ServiceFailure::Offline:
         return String::localize(u"There is no connection to the film database. Check your network."_s);
-    case Kind::Timeout:
+    case ServiceFailure::Timeout:
         return String::localize(u"The film database did not answer in time. Try again in a moment."_s);
-    case Kind::Insecure:
+    case ServiceFailure::Insecure:
         return String::localize(
             u"No private connection to the film database could be made. Check the date of this computer, "
             "and whether this network can be trusted."_s);
-    case Kind::Proxy:
+    case ServiceFailure::Proxy:
         return subtitleSentence(kind);
-    case Kind::KeyRefused:
-    case Kind::LoginRefused:
+    case ServiceFailure::KeyRefused:
+    case ServiceFailure::LoginRefused:
         return String::localize(
             u"The film database does not accept this key. Check it in the preferences."_s);
-    case Kind::LimitReached:
-    case Kind::TooManyRequests:
+    case ServiceFailure::LimitReached:
+    case ServiceFailure::TooManyRequests:
         return String::localize(
             u"The film database gets too many requests from here. Wait a minute, then try again."_s);
-    case Kind::Unavailable:
+    case ServiceFailure::Unavailable:
         return String::localize(
             u"The film database is not available right now. Try again in a few minutes."_s);
-    case Kind::NotFound:
+    case ServiceFailure::NotFound:
         return String::localize(u"The film database has no poster of this film."_s);
-    case Kind::BadAnswer:
-    case Kind::Rejected:
-    case Kind::LinkExpired:
-    case Kind::NotASubtitle:
-    case Kind::UnknownLanguage:
-    case Kind::NothingToAsk:
+    case ServiceFailure::BadAnswer:
+    case ServiceFailure::Rejected:
+    case ServiceFailure::LinkExpired:
+    case ServiceFailure::NotASubtitle:
+    case ServiceFailure::UnknownLanguage:
+    case ServiceFailure::NothingToAsk:
         return String::localize(u"The film database gave an answer that makes no sense. Try again later."_s);
     }
     return {};
@@ -131,7 +131,7 @@ QString pauseSentence(bool isTooFast, bool isSubtitles)
 }
 } // namespace
 
-Error serviceError(Kind kind, ServiceName service, const QString &detail)
+Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail)
 {
     const QString sentence = service == ServiceName::Subtitles ? subtitleSentence(kind) : filmSentence(kind);
     return {Domain, static_cast<int>(kind), sentence, redacted(detail).left(MaxDetailLength)};
@@ -140,7 +140,7 @@ Error serviceError(Kind kind, ServiceName service, const QString &detail)
 Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
                  const QDateTime &now, const QString &detail)
 {
-    Error error = serviceError(Kind::LimitReached, service, detail);
+    Error error = serviceError(ServiceFailure::LimitReached, service, detail);
     const bool counted = allowed && *allowed > 0;
     const bool dated = reset.isValid() && reset > now;
     QString sentence;
@@ -159,18 +159,18 @@ Error limitError(ServiceName service, std::optional<int> allowed, const QDateTim
     return error;
 }
 
-Error pauseError(Kind kind, ServiceName service, const QDateTime &end, const QDateTime &now)
+Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now)
 {
     Error error = serviceError(kind, service, u"asked to wait until "_s + end.toString(Qt::ISODate));
-    error.localizedDescription =
-        String::fill(pauseSentence(kind == Kind::TooManyRequests, service == ServiceName::Subtitles),
-                     {timeUntil(end, now)});
+    error.localizedDescription = String::fill(
+        pauseSentence(kind == ServiceFailure::TooManyRequests, service == ServiceName::Subtitles),
+        {timeUntil(end, now)});
     return error;
 }
 
-std::optional<Kind> kindOf(const Error &error)
+std::optional<ServiceFailure> kindOf(const Error &error)
 {
     if (error.domain != Domain)
         return std::nullopt;
-    return static_cast<Kind>(error.code);
+    return static_cast<ServiceFailure>(error.code);
 }

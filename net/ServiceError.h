@@ -3,7 +3,7 @@
 #include <QDateTime>
 
 /// Why a network service could not do what was asked. An empty list of results is none of these.
-enum class Kind
+enum class ServiceFailure
 {
     Offline = 1,     // this machine reaches no network, or not this name
     Timeout,         // no answer in time
@@ -32,14 +32,14 @@ enum class ServiceName
 
 /// An Error whose code is the kind and whose sentence says what a person can do. `detail` is cleaned of
 /// secrets.
-Error serviceError(Kind kind, ServiceName service, const QString &detail);
+Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail);
 /// The limit was reached: says when it ends, in local time, where `reset` is valid and after `now`.
 Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
                  const QDateTime &now, const QString &detail);
 
 /// The service wants to be left alone: says until when, in local time. `kind` is TooManyRequests or
 /// Unavailable.
-Error pauseError(Kind kind, ServiceName service, const QDateTime &end, const QDateTime &now);
+Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now);
 
 /// The kind of an Error made by the functions above; nothing for any other Error.
-std::optional<Kind> kindOf(const Error &error);
+std::optional<ServiceFailure> kindOf(const Error &error);

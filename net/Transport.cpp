@@ -39,7 +39,7 @@ struct Transport::PausedMark
 };
 
 /// A request until its last answer.
-struct Transport::Errand
+struct Transport::RequestState
 {
     HttpRequest request;
     HostRules rules;
@@ -72,48 +72,48 @@ void Transport::setPauseObserver(PauseObserver observer)
 
 Transport::Call Transport::send(const HttpRequest &request, const HostRules &rules, Completion completion)
 {
-    auto errand = std::make_shared<Errand>();
-    errand->request = request;
-    errand->rules = rules;
-    errand->completion = std::move(completion);
-    enqueue(errand);
-    return errand;
+    auto state = std::make_shared<RequestState>();
+    state->request = request;
+    state->rules = rules;
+    state->completion = std::move(completion);
+    enqueue(state);
+    return state;
 }
 
-void Transport::enqueue(const std::shared_ptr<Errand> &errand)
+void Transport::enqueue(const std::shared_ptr<RequestState> &state)
 {
-    errand->place = m_queue.wait(errand->request.url, [this, weak = std::weak_ptr(errand)] {
+    state->place = m_queue.wait(state->request.url, [this, weak = std::weak_ptr(state)] {
         if (const auto held = weak.lock())
             waitForTheRate(held);
     });
 }
 
 /// After the wait at the host: places in the rate are for those who can take them.
-void Transport::waitForTheRate(const std::shared_ptr<Errand> &errand)
+void Transport::waitForTheRate(const std::shared_ptr<RequestState> &state)
 {
     if (const auto refusal = longPause()) {
-        fail(errand, *refusal);
+        fail(state, *refusal);
         return;
     }
-    markAsPaused(errand, m_rate.pauseLeft());
-    errand->turn = m_rate.wait([this, weak = std::weak_ptr(errand)] {
+    markAsPaused(state, m_rate.pauseLeft());
+    state->turn = m_rate.wait([this, weak = std::weak_ptr(state)] {
         if (const auto held = weak.lock())
             attempt(held);
     });
 }
 
-void Transport::markAsPaused(const std::shared_ptr<Errand> &errand, Clock::Duration length)
+void Transport::markAsPaused(const std::shared_ptr<RequestState> &state, Clock::Duration length)
 {
-    if (length > Clock::Duration::zero() && errand->request.isAwaited && !errand->paused)
-        errand->paused = std::make_shared<PausedMark>(m_pause, length);
+    if (length > Clock::Duration::zero() && state->request.isAwaited && !state->paused)
+        state->paused = std::make_shared<PausedMark>(m_pause, length);
 }
 
 /// On a later turn: the caller does not hold the call before this one returns.
-void Transport::fail(const std::shared_ptr<Errand> &errand, const Error &error)
+void Transport::fail(const std::shared_ptr<RequestState> &state, const Error &error)
 {
-    errand->place.reset();
-    errand->paused.reset();
-    errand->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(errand), error] {
+    state->place.reset();
+    state->paused.reset();
+    state->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(state), error] {
         if (const auto held = weak.lock())
             held->completion(error);
     });
@@ -129,46 +129,47 @@ std::optional<Error> Transport::longPause() const
     return pauseError(m_pauseKind, m_service, date.addDuration(left), date);
 }
 
-void Transport::attempt(const std::shared_ptr<Errand> &errand)
+void Transport::attempt(const std::shared_ptr<RequestState> &state)
 {
     if (const auto refusal = longPause()) {
-        fail(errand, *refusal);
+        fail(state, *refusal);
         return;
     }
-    errand->paused.reset();
-    ++errand->tries;
-    errand->call = m_client.send(errand->request, errand->rules,
-                                 [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
-                                     if (const auto held = weak.lock())
-                                         finishAttempt(held, outcome);
-                                 });
+    state->paused.reset();
+    ++state->tries;
+    state->call = m_client.send(state->request, state->rules,
+                                [this, weak = std::weak_ptr(state)](const Result<HttpAnswer> &outcome) {
+                                    if (const auto held = weak.lock())
+                                        finishAttempt(held, outcome);
+                                });
 }
 
-void Transport::finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+void Transport::finishAttempt(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome)
 {
     // Others wait as well, whether this one is asked again or not.
     const auto pause = RetryPolicy::pauseAfter(outcome, m_clock.date());
     if (pause) {
-        m_pauseKind = outcome->status == TooManyRequests ? Kind::TooManyRequests : Kind::Unavailable;
+        m_pauseKind = outcome->status == TooManyRequests ? ServiceFailure::TooManyRequests
+                                                         : ServiceFailure::Unavailable;
         m_rate.pauseUntil(m_clock.now() + *pause);
     }
     if (const auto refusal = pause ? longPause() : std::nullopt) {
-        fail(errand, *refusal);
+        fail(state, *refusal);
         m_rate.callAll();
         return;
     }
     const auto wait =
-        RetryPolicy::waitBeforeNextTry(errand->request, outcome, errand->tries, m_jitter(), m_clock.date());
+        RetryPolicy::waitBeforeNextTry(state->request, outcome, state->tries, m_jitter(), m_clock.date());
     if (!wait) {
-        errand->place.reset();
-        errand->completion(outcome);
+        state->place.reset();
+        state->completion(outcome);
         return;
     }
     if (pause)
-        markAsPaused(errand, *wait);
-    qCInfo(log).noquote() << errand->request.url.host() << "asked again in" << wait->count() << "ms";
-    errand->place.reset();
-    errand->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(errand)] {
+        markAsPaused(state, *wait);
+    qCInfo(log).noquote() << state->request.url.host() << "asked again in" << wait->count() << "ms";
+    state->place.reset();
+    state->wait = m_clock.after(*wait, [this, weak = std::weak_ptr(state)] {
         if (const auto held = weak.lock())
             enqueue(held);
     });

@@ -35,16 +35,16 @@ public:
     void setJitter(std::function<double()> jitter) { m_jitter = std::move(jitter); }
 
 private:
-    struct Errand;
+    struct RequestState;
     struct Pause;
     struct PausedMark;
-    void enqueue(const std::shared_ptr<Errand> &errand);
-    void waitForTheRate(const std::shared_ptr<Errand> &errand);
-    void attempt(const std::shared_ptr<Errand> &errand);
-    void fail(const std::shared_ptr<Errand> &errand, const Error &error);
+    void enqueue(const std::shared_ptr<RequestState> &state);
+    void waitForTheRate(const std::shared_ptr<RequestState> &state);
+    void attempt(const std::shared_ptr<RequestState> &state);
+    void fail(const std::shared_ptr<RequestState> &state, const Error &error);
     std::optional<Error> longPause() const;
-    void markAsPaused(const std::shared_ptr<Errand> &errand, Clock::Duration length);
-    void finishAttempt(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
+    void markAsPaused(const std::shared_ptr<RequestState> &state, Clock::Duration length);
+    void finishAttempt(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
 
     Clock &m_clock;
     ServiceName m_service;
@@ -52,6 +52,6 @@ private:
     HttpClient m_client;
     HostQueue m_queue{ConnectionsAtAHost};
     std::function<double()> m_jitter;
-    Kind m_pauseKind = Kind::TooManyRequests; // why the server asked for the last pause
+    ServiceFailure m_pauseKind = ServiceFailure::TooManyRequests; // why the server asked for the last pause
     std::shared_ptr<Pause> m_pause;
 };

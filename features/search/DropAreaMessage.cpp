@@ -84,7 +84,7 @@ QString localRowsNotice(const ServiceStatus::Value &status)
         return String::localize(u"Offline: showing the local catalogue"_s);
     case ServiceStatus::Missing::ByAFailure:
         return String::localize(u"The online service could not be used: showing the local catalogue"_s);
-    case ServiceStatus::Missing::ByTheKey:
+    case ServiceStatus::Missing::KeyRejected:
         return String::localize(
             u"The online service does not accept the key (see the preferences):\nshowing the local catalogue"_s);
     case ServiceStatus::Missing::ByTheLanguage:

@@ -9,10 +9,10 @@ namespace
 constexpr std::size_t MaxEntries = 256;
 }
 
-std::optional<VideoHash> VideoNames::hash(const QUrl &url, std::chrono::milliseconds patience,
+std::optional<VideoHash> VideoNames::hash(const QUrl &url, std::chrono::milliseconds timeout,
                                           const VideoOpener &open)
 {
-    const std::optional<VideoHash> hash = movieHashWithin(patience, url, open);
+    const std::optional<VideoHash> hash = movieHashWithin(timeout, url, open);
     if (hash)
         remember(*hash, FileManager::displayName(url));
     return hash;

@@ -11,10 +11,10 @@ class VideoNames final
 {
 public:
     /// How long the window may stand still for a video on a slow disk.
-    static constexpr std::chrono::seconds HashPatience{2};
+    static constexpr std::chrono::seconds HashTimeout{2};
 
     /// The hash of a video, whose name is remembered; nothing when there is none in time.
-    std::optional<VideoHash> hash(const QUrl &url, std::chrono::milliseconds patience = HashPatience,
+    std::optional<VideoHash> hash(const QUrl &url, std::chrono::milliseconds timeout = HashTimeout,
                                   const VideoOpener &open = openRegularFile);
     void remember(const VideoHash &video, const QString &name);
     /// The last name remembered for this content; empty when there is none.

@@ -80,7 +80,7 @@ QString baseName(archive_entry *entry)
 }
 
 /// How likely a file of that name is the subtitle; 0 for what is none.
-int promise(const QString &name)
+int candidateScore(const QString &name)
 {
     static const QStringList extensions{u"xml"_s, u"ttml"_s, u"dfxp"_s, u"tmp"_s, u"mpl"_s, u"txt"_s,
                                         u"smi"_s, u"sub"_s,  u"ssa"_s,  u"vtt"_s, u"ass"_s, u"srt"_s};
@@ -93,7 +93,7 @@ int promise(const QString &name)
 struct Member
 {
     int index = 0; // among all entries
-    int promise = 0;
+    int score = 0;
 };
 
 Reader zipReader(const QByteArray &bytes)
@@ -120,12 +120,12 @@ std::vector<Member> membersOf(const QByteArray &bytes)
     const Reader reader = zipReader(bytes);
     archive_entry *entry = nullptr;
     for (int index = 0; reader && index < MaxEntries && goToNext(reader.get(), entry); ++index) {
-        const int value = promise(baseName(entry));
+        const int value = candidateScore(baseName(entry));
         if (value > 0 && archive_entry_filetype(entry) == AE_IFREG)
             members.push_back({index, value});
     }
     std::stable_sort(members.begin(), members.end(),
-                     [](const Member &one, const Member &other) { return one.promise > other.promise; });
+                     [](const Member &one, const Member &other) { return one.score > other.score; });
     return members;
 }
 

@@ -168,29 +168,29 @@ bool isForeignWithinAWord(QStringView text, qsizetype at)
 }
 
 /// Nobody means the sign for no currency in particular: in later sets the euro took its place.
-bool isNobodysCurrency(QChar c)
+bool isCurrencySign(QChar c)
 {
     return c.unicode() == 0xA4;
 }
 
 /// How wrong a text looks. Decoders of one byte a character report no errors: what is no character becomes a
 /// C1 control, and a letter read as a sign stands right before small letters.
-int oddness(const QString &text)
+int mojibakeScore(const QString &text)
 {
-    int odd = 0;
+    int score = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
         if (c.unicode() < 0x80)
             continue;
         if (c == QChar::ReplacementCharacter)
-            odd += UnreadablePenalty;
+            score += UnreadablePenalty;
         else if (c.unicode() < 0xA0 || c.category() == QChar::Other_PrivateUse)
-            odd += ControlPenalty;
+            score += ControlPenalty;
         else if (isHalfWidthKana(c) || isSignWithinAWord(text, i) || isCapitalWithinAWord(text, i) ||
-                 isForeignWithinAWord(text, i) || isNobodysCurrency(c))
-            ++odd;
+                 isForeignWithinAWord(text, i) || isCurrencySign(c))
+            ++score;
     }
-    return odd;
+    return score;
 }
 
 QByteArrayList candidates(const QByteArray &bytes, const QString &language)
@@ -205,16 +205,16 @@ QByteArrayList candidates(const QByteArray &bytes, const QString &language)
 QByteArray likeliestSet(const QByteArray &bytes, const QString &language)
 {
     QByteArray best = "iso-8859-1";
-    int bestOddness = std::numeric_limits<int>::max();
+    int bestScore = std::numeric_limits<int>::max();
     for (const QByteArray &set : candidates(bytes, language)) {
         const std::optional<LegacyText> read = LegacyText::read(bytes, set);
         if (!read)
             continue;
-        const int odd =
-            read->hasErrors ? std::max(oddness(read->text), UnreadablePenalty) : oddness(read->text);
-        if (odd < bestOddness) {
+        const int score = read->hasErrors ? std::max(mojibakeScore(read->text), UnreadablePenalty)
+                                          : mojibakeScore(read->text);
+        if (score < bestScore) {
             best = set;
-            bestOddness = odd;
+            bestScore = score;
         }
     }
     return best;

@@ -3,7 +3,7 @@
 #include "CatalogueQueries.h"
 #include "CatalogueSchema.h"
 #include "Hardening.h"
-#include "PatientReading.h"
+#include "QueryInterrupter.h"
 #include "ReadableFile.h"
 #include "StoredContent.h"
 
@@ -64,9 +64,9 @@ QByteArray packedContent(SQLite::Database &database, qint64 entry)
 } // namespace
 
 CatalogueDatabase::CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
-                                     std::unique_ptr<PatientReading> reading, const QString &path,
+                                     std::unique_ptr<QueryInterrupter> interrupter, const QString &path,
                                      const CatalogueErrors &errors)
-    : m_database(std::move(database)), m_reading(std::move(reading)), m_path(path), m_errors(errors)
+    : m_database(std::move(database)), m_interrupter(std::move(interrupter)), m_path(path), m_errors(errors)
 {
 }
 
@@ -74,7 +74,7 @@ CatalogueDatabase::~CatalogueDatabase() = default;
 CatalogueDatabase::CatalogueDatabase(CatalogueDatabase &&) noexcept = default;
 
 Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const CatalogueErrors &errors,
-                                                  const ReadPatience &patience)
+                                                  const ReadLimits &limits)
 {
     const QFileInfo info(path);
     if (!info.exists())
@@ -84,7 +84,7 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
         std::unique_ptr<SQLite::Database> database = readableFile(path, BusyTimeoutMilliseconds);
-        auto reading = std::make_unique<PatientReading>(*database, patience);
+        auto interrupter = std::make_unique<QueryInterrupter>(*database, limits);
         if (!isReadable(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);
         verifySchema(*database);
@@ -99,13 +99,13 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
 template <class Value>
 Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
 {
-    m_reading->restart();
+    m_interrupter->restart();
     try {
         return read();
     } catch (const SQLite::Exception &exception) {
         const CatalogueFailure failure = failureOf(exception);
         const Error error = m_errors.error(failure, m_path, QString::fromUtf8(exception.what()));
-        if (!m_reading->isCancelled())
+        if (!m_interrupter->isCancelled())
             qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(error.detail));
         return error;
     }

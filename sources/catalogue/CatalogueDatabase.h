@@ -1,7 +1,7 @@
 #pragma once
 #include "CatalogueEntry.h"
 #include "CatalogueErrors.h"
-#include "PatientReading.h"
+#include "QueryInterrupter.h"
 
 #include <base/Result.h>
 #include <QList>
@@ -23,7 +23,7 @@ public:
     static constexpr qsizetype MaxPosterBytes = 5'242'880;
 
     static Result<CatalogueDatabase> open(const QString &path, const CatalogueErrors &errors,
-                                          const ReadPatience &patience = {});
+                                          const ReadLimits &limits = {});
     ~CatalogueDatabase();
     CatalogueDatabase(CatalogueDatabase &&) noexcept;
     CatalogueDatabase &operator=(CatalogueDatabase &&) = delete;
@@ -42,14 +42,15 @@ public:
     Result<QByteArray> poster(qint64 film) const;
 
 private:
-    CatalogueDatabase(std::unique_ptr<SQLite::Database> database, std::unique_ptr<PatientReading> reading,
-                      const QString &path, const CatalogueErrors &errors);
+    CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
+                      std::unique_ptr<QueryInterrupter> interrupter, const QString &path,
+                      const CatalogueErrors &errors);
 
     template <class Value>
     Result<Value> guarded(const std::function<Value()> &read) const;
 
     std::unique_ptr<SQLite::Database> m_database;
-    std::unique_ptr<PatientReading> m_reading; // lets go of the database before it closes
+    std::unique_ptr<QueryInterrupter> m_interrupter; // lets go of the database before it closes
     QString m_path;
     CatalogueErrors m_errors;
 };

@@ -34,9 +34,9 @@ bool isWanted(const CataloguePlace &place)
 }
 
 Result<QList<CatalogueEntry>> entriesOf(const CataloguePlace &place, const CatalogueErrors &errors,
-                                        const CatalogueRequest &request, const ReadPatience &patience)
+                                        const CatalogueRequest &request, const ReadLimits &limits)
 {
-    const Result<CatalogueDatabase> database = CatalogueDatabase::open(place.path, errors, patience);
+    const Result<CatalogueDatabase> database = CatalogueDatabase::open(place.path, errors, limits);
     if (!database)
         return database.error();
     const QString language = request.language.value_or(QString());
@@ -109,7 +109,7 @@ CatalogueRequest CatalogueRequest::from(const QList<Arg> &args, const VideoNames
 }
 
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
-                                     const CatalogueRequest &request, const ReadPatience &patience)
+                                     const CatalogueRequest &request, const ReadLimits &limits)
 {
     if (request.language && request.language->isEmpty())
         return QueryResult{QList<SubtitlePtr>()};
@@ -118,7 +118,7 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
     for (qsizetype i = 0; i < places.size(); ++i) {
         if (!isWanted(places[i]))
             continue;
-        Result<QList<CatalogueEntry>> entries = entriesOf(places[i], errors, request, patience);
+        Result<QList<CatalogueEntry>> entries = entriesOf(places[i], errors, request, limits);
         if (!entries) {
             failure = failure ? failure : entries.error();
             continue;

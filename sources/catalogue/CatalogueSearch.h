@@ -1,7 +1,7 @@
 #pragma once
 #include "CatalogueErrors.h"
 #include "CatalogueService.h"
-#include "PatientReading.h"
+#include "QueryInterrupter.h"
 
 #include <base/Locale.h>
 
@@ -17,10 +17,10 @@ struct CatalogueRequest
     static CatalogueRequest from(const QList<Arg> &args, const VideoNames &names);
 };
 
-/// Searches all catalogues for one request: the best first, duplicates once. Patience is for each of them.
+/// Searches all catalogues for one request: the best first, duplicates once. The limits hold for each of them.
 /// Any thread.
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
-                                     const CatalogueRequest &request, const ReadPatience &patience = {});
+                                     const CatalogueRequest &request, const ReadLimits &limits = {});
 
 /// Reads the file that a result of `searchCatalogues` stands for, and the name to save it under.
 struct FetchedSubtitle

@@ -30,8 +30,8 @@ struct CatalogueService::State
     {
         if (!outstanding.isOutstanding(number))
             return;
-        const ReadPatience patience{.isCancelled = [&] { return !outstanding.isOutstanding(number); }};
-        const Result<QueryResult> result = searchCatalogues(places, errors, request, patience);
+        const ReadLimits limits{.isCancelled = [&] { return !outstanding.isOutstanding(number); }};
+        const Result<QueryResult> result = searchCatalogues(places, errors, request, limits);
         outstanding.finish(number, [&] { completion(result); });
     }
 

@@ -53,8 +53,8 @@ CombinedSubtitleService::Failures outOfReach(const CombinedSubtitleService::Fail
 {
     CombinedSubtitleService::Failures kept;
     for (auto it = failures.cbegin(); it != failures.cend(); ++it) {
-        const std::optional<Kind> kind = kindOf(*it);
-        if (kind == Kind::Timeout || kind == Kind::KeyRefused)
+        const std::optional<ServiceFailure> kind = kindOf(*it);
+        if (kind == ServiceFailure::Timeout || kind == ServiceFailure::KeyRefused)
             kept.insert(it.key(), *it);
     }
     return kept;

@@ -10,19 +10,19 @@ namespace
 {
 using namespace std::chrono_literals;
 
-constexpr auto Patience = 2s; // a locked keyring asks the person, who may be elsewhere
+constexpr auto KeyringTimeout = 2s; // a locked keyring asks the person, who may be elsewhere
 
 ServiceStatus::Missing missingBy(const Error &failure)
 {
-    switch (kindOf(failure).value_or(Kind::Unavailable)) {
-    case Kind::Offline:
+    switch (kindOf(failure).value_or(ServiceFailure::Unavailable)) {
+    case ServiceFailure::Offline:
         return ServiceStatus::Missing::ByBeingOffline;
-    case Kind::KeyRefused:
-    case Kind::LoginRefused:
-        return ServiceStatus::Missing::ByTheKey;
-    case Kind::UnknownLanguage:
+    case ServiceFailure::KeyRefused:
+    case ServiceFailure::LoginRefused:
+        return ServiceStatus::Missing::KeyRejected;
+    case ServiceFailure::UnknownLanguage:
         return ServiceStatus::Missing::ByTheLanguage;
-    case Kind::TooManyRequests:
+    case ServiceFailure::TooManyRequests:
         return ServiceStatus::Missing::ByAPause;
     default:
         return ServiceStatus::Missing::ByAFailure;
@@ -81,7 +81,7 @@ void Services::install()
     });
     if (!m_areSecretsRead) {
         m_combined->hold();
-        m_patience = m_clock.after(Patience, [this] {
+        m_keyringTimeout = m_clock.after(KeyringTimeout, [this] {
             if (m_observer)
                 m_observer();
             releaseQueries();
@@ -108,7 +108,7 @@ void Services::noteGaps(const CombinedSubtitleService::Gaps &gaps)
 
 void Services::releaseQueries()
 {
-    m_patience.cancel();
+    m_keyringTimeout.cancel();
     if (m_combined)
         m_combined->release();
 }

@@ -71,7 +71,7 @@ private:
     QMap<Secret, QString> m_saved; // since the last reading began
     std::optional<Error> m_readFailure;
     bool m_areSecretsRead = false;
-    Clock::Timer m_patience; // with a store that does not answer
+    Clock::Timer m_keyringTimeout; // with a store that does not answer
     std::shared_ptr<VideoNames> m_names;
     std::shared_ptr<RestService> m_rest;
     std::shared_ptr<FilmDatabase> m_films;

@@ -7,7 +7,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-struct CachedFetch::Errand
+struct CachedFetch::RequestState
 {
     Question question;
     Completion completion;
@@ -55,11 +55,11 @@ CachedFetch::CachedFetch(Transport &transport, WorkerThread &worker, const DiskC
 
 CachedFetch::Call CachedFetch::fetch(const Question &question, Completion completion)
 {
-    auto errand = std::make_shared<Errand>(Errand{question, std::move(completion), {}, {}});
+    auto state = std::make_shared<RequestState>(RequestState{question, std::move(completion), {}, {}});
     const QDateTime date = m_transport.clock().date();
     inBackground(
         m_worker, [cache = m_cache, question, date] { return keptAnswer(cache, question, date); },
-        [this, date, weak = std::weak_ptr(errand)](const std::optional<DiskCache::Entry> &known) {
+        [this, date, weak = std::weak_ptr(state)](const std::optional<DiskCache::Entry> &known) {
             const auto held = weak.lock();
             if (!held)
                 return;
@@ -69,39 +69,39 @@ CachedFetch::Call CachedFetch::fetch(const Question &question, Completion comple
             else
                 ask(held);
         });
-    return errand;
+    return state;
 }
 
-void CachedFetch::ask(const std::shared_ptr<Errand> &errand)
+void CachedFetch::ask(const std::shared_ptr<RequestState> &state)
 {
-    HttpRequest request = errand->question.request;
-    if (errand->known && !errand->known->etag.isEmpty())
-        request.setHeader("If-None-Match", errand->known->etag);
-    errand->call = m_transport.send(request, errand->question.rules,
-                                    [this, weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
-                                        if (const auto held = weak.lock())
-                                            arrive(held, outcome);
-                                    });
+    HttpRequest request = state->question.request;
+    if (state->known && !state->known->etag.isEmpty())
+        request.setHeader("If-None-Match", state->known->etag);
+    state->call = m_transport.send(request, state->question.rules,
+                                   [this, weak = std::weak_ptr(state)](const Result<HttpAnswer> &outcome) {
+                                       if (const auto held = weak.lock())
+                                           arrive(held, outcome);
+                                   });
 }
 
-void CachedFetch::arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+void CachedFetch::arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome)
 {
-    const bool isUnchanged = outcome && outcome->status == 304 && errand->known;
+    const bool isUnchanged = outcome && outcome->status == 304 && state->known;
     if (isUnchanged || (outcome && outcome->status == 200)) {
-        store(errand, *outcome);
+        store(state, *outcome);
         return;
     }
-    const bool nobodyAnswered = !outcome || outcome->status >= 500;
-    if (errand->known && nobodyAnswered)
-        errand->completion(errand->known->body);
+    const bool serverFailed = !outcome || outcome->status >= 500;
+    if (state->known && serverFailed)
+        state->completion(state->known->body);
     else
-        errand->completion(outcome ? filmError(*outcome) : outcome.error());
+        state->completion(outcome ? filmError(*outcome) : outcome.error());
 }
 
-void CachedFetch::store(const std::shared_ptr<Errand> &errand, const HttpAnswer &answer)
+void CachedFetch::store(const std::shared_ptr<RequestState> &state, const HttpAnswer &answer)
 {
-    const Question &question = errand->question;
-    DiskCache::Entry entry = errand->known.value_or(DiskCache::Entry());
+    const Question &question = state->question;
+    DiskCache::Entry entry = state->known.value_or(DiskCache::Entry());
     if (answer.status == 200)
         entry.body = answer.body;
     if (const QByteArray etag = answer.header("ETag"); answer.status == 200 || !etag.isEmpty())
@@ -120,7 +120,7 @@ void CachedFetch::store(const std::shared_ptr<Errand> &errand, const HttpAnswer 
                 cache.store(key, entry);
             return good;
         },
-        [weak = std::weak_ptr(errand), body = entry.body](bool good) {
+        [weak = std::weak_ptr(state), body = entry.body](bool good) {
             const auto held = weak.lock();
             if (!held)
                 return;
@@ -130,7 +130,7 @@ void CachedFetch::store(const std::shared_ptr<Errand> &errand, const HttpAnswer 
             else if (held->known)
                 held->completion(held->known->body);
             else
-                held->completion(
-                    serviceError(Kind::BadAnswer, ServiceName::Films, u"an answer of the wrong kind"_s));
+                held->completion(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
+                                              u"an answer of the wrong kind"_s));
         });
 }

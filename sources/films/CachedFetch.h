@@ -27,10 +27,10 @@ public:
     [[nodiscard]] Call fetch(const Question &question, Completion completion);
 
 private:
-    struct Errand;
-    void ask(const std::shared_ptr<Errand> &errand);
-    void arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
-    void store(const std::shared_ptr<Errand> &errand, const HttpAnswer &answer);
+    struct RequestState;
+    void ask(const std::shared_ptr<RequestState> &state);
+    void arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
+    void store(const std::shared_ptr<RequestState> &state, const HttpAnswer &answer);
 
     Transport &m_transport;
     WorkerThread &m_worker;

@@ -41,7 +41,7 @@ qreal screenPixelRatio()
 
 Error noKey()
 {
-    Error error = serviceError(Kind::KeyRefused, ServiceName::Films, u"no key is set"_s);
+    Error error = serviceError(ServiceFailure::KeyRefused, ServiceName::Films, u"no key is set"_s);
     error.localizedDescription =
         String::localize(u"The film database wants a key. Enter one in the preferences."_s);
     return error;
@@ -79,7 +79,8 @@ CachedFetch::Question question(const FilmSettings &settings, const QString &path
 /// What is not there is an answer, too: one without a film.
 Result<FindResult> answerFor(const Error &error)
 {
-    return kindOf(error) == Kind::NotFound ? Result<FindResult>(FindResult()) : Result<FindResult>(error);
+    return kindOf(error) == ServiceFailure::NotFound ? Result<FindResult>(FindResult())
+                                                     : Result<FindResult>(error);
 }
 } // namespace
 
@@ -269,7 +270,7 @@ void FilmDatabase::decode(const std::shared_ptr<Task> &task, const Picture &pict
             if (!held)
                 return;
             const Error error =
-                serviceError(Kind::BadAnswer, ServiceName::Films, u"the picture cannot be read"_s);
+                serviceError(ServiceFailure::BadAnswer, ServiceName::Films, u"the picture cannot be read"_s);
             finishPicture(held, picture, image.isNull() ? Result<QImage>(error) : Result<QImage>(image));
         });
 }
@@ -299,16 +300,16 @@ void FilmDatabase::testKey(std::function<void(Result<void>)> completion)
         answerLater(noKey());
         return;
     }
-    m_test = m_transport.send(
-        m_settings.request(u"/configuration"_s, {}), m_settings.apiHosts(),
-        [answerLater](const Result<HttpAnswer> &outcome) {
-            if (!outcome)
-                answerLater(outcome.error());
-            else if (!outcome->isSuccess())
-                answerLater(filmError(*outcome));
-            else if (!isConfiguration(outcome->body))
-                answerLater(serviceError(Kind::BadAnswer, ServiceName::Films, u"no configuration"_s));
-            else
-                answerLater({});
-        });
+    m_test = m_transport.send(m_settings.request(u"/configuration"_s, {}), m_settings.apiHosts(),
+                              [answerLater](const Result<HttpAnswer> &outcome) {
+                                  if (!outcome)
+                                      answerLater(outcome.error());
+                                  else if (!outcome->isSuccess())
+                                      answerLater(filmError(*outcome));
+                                  else if (!isConfiguration(outcome->body))
+                                      answerLater(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
+                                                               u"no configuration"_s));
+                                  else
+                                      answerLater({});
+                              });
 }

@@ -11,19 +11,19 @@ constexpr int SignInFirst = 511; // said by a network that wants a sign-in
 
 /// Tells the database's own refusals from those of whoever else may stand between: `isOwn` has its code, and
 /// a page is never its answer.
-Kind kindOfStatus(int status, bool isOwn, bool isPage)
+ServiceFailure kindOfStatus(int status, bool isOwn, bool isPage)
 {
     if ((status == 401 || status == 403) && !isPage)
-        return Kind::KeyRefused;
+        return ServiceFailure::KeyRefused;
     if (status == 404 && isOwn)
-        return Kind::NotFound;
+        return ServiceFailure::NotFound;
     if (status == SignInFirst)
-        return Kind::BadAnswer;
+        return ServiceFailure::BadAnswer;
     if (status == 407)
-        return Kind::Proxy;
+        return ServiceFailure::Proxy;
     if (status == 429)
-        return Kind::TooManyRequests;
-    return status >= 500 ? Kind::Unavailable : Kind::BadAnswer;
+        return ServiceFailure::TooManyRequests;
+    return status >= 500 ? ServiceFailure::Unavailable : ServiceFailure::BadAnswer;
 }
 } // namespace
 
@@ -39,7 +39,7 @@ Error filmError(const HttpAnswer &answer)
 
 Error noPosterError()
 {
-    Error error = serviceError(Kind::Rejected, ServiceName::Films, u"no poster"_s);
+    Error error = serviceError(ServiceFailure::Rejected, ServiceName::Films, u"no poster"_s);
     error.localizedDescription = String::localize(u"The film database has no poster of this film."_s);
     return error;
 }

@@ -25,7 +25,8 @@ constexpr Clock::Duration TransferLimit = 120s;
 /// Its number would be that of some other file at the service that is asked now.
 Error ofAnotherService(const QString &id)
 {
-    Error error = serviceError(Kind::Rejected, ServiceName::Subtitles, u"a file of another service: "_s + id);
+    Error error =
+        serviceError(ServiceFailure::Rejected, ServiceName::Subtitles, u"a file of another service: "_s + id);
     error.localizedDescription =
         String::localize(u"The service this subtitle came from is not in use now."_s);
     return error;
@@ -236,8 +237,8 @@ void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &
 void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &error)
 {
     const auto kind = kindOf(error);
-    const bool wasPerhapsCounted =
-        kind == Kind::Timeout || kind == Kind::Unavailable || kind == Kind::BadAnswer;
+    const bool wasPerhapsCounted = kind == ServiceFailure::Timeout || kind == ServiceFailure::Unavailable ||
+                                   kind == ServiceFailure::BadAnswer;
     if (!wasPerhapsCounted || !job->session->isLoggedIn()) {
         finish(job, error);
         return;

@@ -32,15 +32,15 @@ QString fromPage(const QString &page)
     return title.match(page).captured(1);
 }
 
-Kind kindOfStatus(int status)
+ServiceFailure kindOfStatus(int status)
 {
     switch (status) {
     case 401:
-        return Kind::LoginRefused;
+        return ServiceFailure::LoginRefused;
     case 403:
-        return Kind::KeyRefused;
+        return ServiceFailure::KeyRefused;
     case 407:
-        return Kind::Proxy;
+        return ServiceFailure::Proxy;
     case 400:
     case 404:
     case 406:
@@ -48,17 +48,17 @@ Kind kindOfStatus(int status)
     case 414: // words of a length that no address has
     case 422:
     case 431:
-        return Kind::Rejected;
+        return ServiceFailure::Rejected;
     case 408:
-        return Kind::Timeout;
+        return ServiceFailure::Timeout;
     case 410:
-        return Kind::LinkExpired;
+        return ServiceFailure::LinkExpired;
     case 429:
-        return Kind::TooManyRequests;
+        return ServiceFailure::TooManyRequests;
     case 511: // said by a network that wants a sign-in
-        return Kind::BadAnswer;
+        return ServiceFailure::BadAnswer;
     default:
-        return status >= 500 ? Kind::Unavailable : Kind::BadAnswer;
+        return status >= 500 ? ServiceFailure::Unavailable : ServiceFailure::BadAnswer;
     }
 }
 } // namespace
@@ -84,7 +84,7 @@ Error RestErrors::linkError(const HttpAnswer &answer)
 {
     if (!isLinkRefused(answer))
         return error(answer);
-    return serviceError(Kind::LinkExpired, ServiceName::Subtitles,
+    return serviceError(ServiceFailure::LinkExpired, ServiceName::Subtitles,
                         u"status %1: %2"_s.arg(answer.status).arg(message(answer)));
 }
 
@@ -104,13 +104,13 @@ bool RestErrors::isTokenRefused(const HttpAnswer &answer)
 Error RestErrors::error(const HttpAnswer &answer)
 {
     const QString words = message(answer);
-    Kind kind = kindOfStatus(answer.status);
+    ServiceFailure kind = kindOfStatus(answer.status);
     if (words.contains("query is too short"_L1, Qt::CaseInsensitive))
-        kind = Kind::NothingToAsk;
+        kind = ServiceFailure::NothingToAsk;
     Error error =
         serviceError(kind, ServiceName::Subtitles, u"status %1: %2"_s.arg(answer.status).arg(words));
     // The sentence alone would leave a person guessing what was wrong with the request.
-    if (kind == Kind::Rejected && !words.isEmpty())
+    if (kind == ServiceFailure::Rejected && !words.isEmpty())
         error.localizedDescription += u" (“"_s + words + u"”)"_s;
     return error;
 }

@@ -18,24 +18,26 @@ Error refusal(SubtitleFile::Failure failure)
 {
     switch (failure) {
     case SubtitleFile::Failure::TooLarge:
-        return serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"too large for a subtitle"_s);
+        return serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles,
+                            u"too large for a subtitle"_s);
     case SubtitleFile::Failure::Damaged:
-        return serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"a damaged archive"_s);
+        return serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles, u"a damaged archive"_s);
     case SubtitleFile::Failure::Empty: {
-        Error error = serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"an empty file"_s);
+        Error error = serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles, u"an empty file"_s);
         error.localizedDescription =
             String::localize(u"This subtitle is broken at the service: it is empty. Choose another one."_s);
         return error;
     }
     case SubtitleFile::Failure::UnknownArchive: {
-        Error error =
-            serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"an archive of another kind"_s);
+        Error error = serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles,
+                                   u"an archive of another kind"_s);
         error.localizedDescription = String::localize(
             u"This subtitle comes in an archive that cannot be opened here. Choose another one."_s);
         return error;
     }
     default:
-        return serviceError(Kind::NotASubtitle, ServiceName::Subtitles, u"no cue of any known format"_s);
+        return serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles,
+                            u"no cue of any known format"_s);
     }
 }
 } // namespace

@@ -46,14 +46,14 @@ void RestLanguageKeeper::noteSearch()
     if (!m_follows)
         return;
     m_isWanted = true;
-    if (m_isRead && !m_isSettled)
+    if (m_isRead && !m_isFreshOrAsked)
         ask();
 }
 
 void RestLanguageKeeper::readKept()
 {
     m_list = {};
-    m_isRead = m_isSettled = false;
+    m_isRead = m_isFreshOrAsked = false;
     m_call.reset();
     inBackground(
         m_tools.worker,
@@ -69,15 +69,15 @@ void RestLanguageKeeper::takeKept(const std::optional<DiskCache::Entry> &kept)
     m_isRead = true;
     if (const auto list = kept ? RestLanguageList::read(kept->body) : std::nullopt) {
         m_list = *list;
-        m_isSettled = kept->isFresh(m_tools.clock.date());
+        m_isFreshOrAsked = kept->isFresh(m_tools.clock.date());
     }
-    if (m_isWanted && !m_isSettled)
+    if (m_isWanted && !m_isFreshOrAsked)
         ask();
 }
 
 void RestLanguageKeeper::ask()
 {
-    m_isSettled = true;
+    m_isFreshOrAsked = true;
     m_call = m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s, {}, {}, false},
                              RestSession::Login::IfThereIsOne,
                              [this](const Result<HttpAnswer> &outcome) { takeAnswer(outcome); });

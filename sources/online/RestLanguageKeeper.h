@@ -40,7 +40,7 @@ private:
     std::shared_ptr<RestSession> m_session;
     bool m_follows = false;
     bool m_isRead = false;
-    bool m_isSettled = false; // fresh, or asked for
+    bool m_isFreshOrAsked = false; // fresh, or asked for
     bool m_isWanted = false;
     RestSession::Call m_call;
     std::shared_ptr<RestLanguageKeeper *> m_alive;

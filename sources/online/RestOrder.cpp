@@ -24,7 +24,7 @@ Error accountWanted(Error error)
 
 Error badAnswer(const QString &detail)
 {
-    return serviceError(Kind::BadAnswer, ServiceName::Subtitles, detail);
+    return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, detail);
 }
 } // namespace
 

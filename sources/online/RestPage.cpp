@@ -16,7 +16,7 @@ constexpr qint64 MaxTotal = 1'000'000; // what a service counts beyond that is n
 
 Error nonsense(const QString &detail)
 {
-    return serviceError(Kind::BadAnswer, ServiceName::Subtitles, detail);
+    return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, detail);
 }
 } // namespace
 

@@ -12,7 +12,7 @@ namespace
 // The service refuses shorter ones, and the hash with them.
 constexpr qsizetype ShortestQuery = 3;
 
-Error refusal(Kind kind, const QString &detail)
+Error refusal(ServiceFailure kind, const QString &detail)
 {
     return serviceError(kind, ServiceName::Subtitles, detail);
 }
@@ -35,7 +35,7 @@ Result<QString> languages(const QList<Arg> &args, const RestLanguageList &known)
             continue;
         const QString code = known.codeFor(arg.value);
         if (code.isEmpty())
-            return refusal(Kind::UnknownLanguage, u"no code for "_s + arg.value.left(20));
+            return refusal(ServiceFailure::UnknownLanguage, u"no code for "_s + arg.value.left(20));
         codes += code;
     }
     codes.removeDuplicates();
@@ -102,13 +102,13 @@ Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, 
     if (hash.isEmpty()) {
         const QString text = valueOf(args, Param::text).simplified();
         if (text.isEmpty())
-            return refusal(Kind::NothingToAsk, u"no words"_s);
+            return refusal(ServiceFailure::NothingToAsk, u"no words"_s);
         addWords(query, text);
         return query;
     }
     static const QRegularExpression sixteenDigits(u"\\A[0-9a-f]{16}\\z"_s);
     if (!sixteenDigits.match(hash).hasMatch())
-        return refusal(Kind::Rejected, u"not a movie hash"_s);
+        return refusal(ServiceFailure::Rejected, u"not a movie hash"_s);
     query.parameters[u"moviehash"_s] = hash;
     const VideoHash video{hash, valueOf(args, Param::byteSize).toULongLong()};
     const QString name = nameOf ? withoutFolders(nameOf(video)).trimmed() : QString();

@@ -18,7 +18,7 @@ constexpr std::chrono::seconds NothingKeptFor = 1h;
 } // namespace
 
 /// Where a page is kept, and how it is read. For the worker.
-struct RestSearch::Shelf
+struct RestSearch::CachedPage
 {
     DiskCache cache;
     QUrl page;
@@ -69,7 +69,7 @@ RestURL::Parameters RestSearch::parameters(int page) const
     return result;
 }
 
-RestSearch::Shelf RestSearch::shelf(int page) const
+RestSearch::CachedPage RestSearch::cachedPage(int page) const
 {
     const QUrl &base = m_tools.session->access().base;
     return {m_tools.cache, RestURL::address(base, u"/subtitles"_s, parameters(page)),
@@ -80,7 +80,7 @@ RestSearch::Shelf RestSearch::shelf(int page) const
 void RestSearch::lookUp(int page)
 {
     inBackground(
-        m_tools.worker, [shelf = shelf(page)] { return shelf.find(); },
+        m_tools.worker, [cached = cachedPage(page)] { return cached.find(); },
         [weak = weak_from_this(), page](const std::optional<RestPage> &found) {
             const auto self = weak.lock();
             if (!self)
@@ -111,7 +111,7 @@ void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)
         return;
     }
     inBackground(
-        m_tools.worker, [shelf = shelf(page), body = outcome->body] { return shelf.put(body); },
+        m_tools.worker, [cached = cachedPage(page), body = outcome->body] { return cached.put(body); },
         [weak = weak_from_this(), page](const Result<RestPage> &read) {
             if (const auto self = weak.lock())
                 self->take(page, read);

@@ -46,8 +46,8 @@ private:
     void countPages(const RestPage &first);
     void finish();
     void fail(const Error &error);
-    struct Shelf;
-    Shelf shelf(int page) const;
+    struct CachedPage;
+    CachedPage cachedPage(int page) const;
     RestURL::Parameters parameters(int page) const;
 
     Tools m_tools;

@@ -23,7 +23,7 @@ constexpr qint64 MaxCacheBytes = 64LL * 1024 * 1024;
 
 Error noKey()
 {
-    Error error = serviceError(Kind::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
+    Error error = serviceError(ServiceFailure::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
     error.localizedDescription =
         String::localize(u"The subtitle service wants an API key. Enter one in the preferences."_s);
     return error;
@@ -189,7 +189,7 @@ void RestService::finishTest(RestSession &session, const std::function<void(Resu
     }
     const std::optional<QJsonObject> object = Json::object(outcome->body);
     if (!object || !object->contains(u"data"_s)) {
-        answerLater(serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"no data"_s));
+        answerLater(serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, u"no data"_s));
         return;
     }
     if (session.isLoggedIn()) {
@@ -224,7 +224,7 @@ void RestService::shutDown(const std::function<void()> &done)
 
 std::optional<VideoHash> RestService::computeHash(const QUrl &url)
 {
-    return m_names ? m_names->hash(url) : movieHashWithin(VideoNames::HashPatience, url);
+    return m_names ? m_names->hash(url) : movieHashWithin(VideoNames::HashTimeout, url);
 }
 
 VideoFileComponents RestService::componentsOf(const QUrl &url)

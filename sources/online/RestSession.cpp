@@ -15,11 +15,11 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 
-constexpr Clock::Duration LongestGoodbye = 3s;
+constexpr Clock::Duration LogoutTimeout = 3s;
 } // namespace
 
 /// A request until its last answer; it may be sent twice, with a login between.
-struct RestSession::Errand
+struct RestSession::RequestState
 {
     std::shared_ptr<RestSession> session; // lives as long as anything is under way in it
     Request request;
@@ -54,21 +54,21 @@ void RestSession::forgetLogin()
 
 RestSession::Call RestSession::send(const Request &request, Login login, Completion completion)
 {
-    auto errand = std::make_shared<Errand>();
-    errand->session = shared_from_this();
-    errand->request = request;
-    errand->login = login;
-    errand->completion = std::move(completion);
-    begin(errand);
-    return errand;
+    auto state = std::make_shared<RequestState>();
+    state->session = shared_from_this();
+    state->request = request;
+    state->login = login;
+    state->completion = std::move(completion);
+    begin(state);
+    return state;
 }
 
-void RestSession::begin(const std::shared_ptr<Errand> &errand)
+void RestSession::begin(const std::shared_ptr<RequestState> &state)
 {
-    if (errand->login == Login::Wanted && m_access.hasAccount() && !isLoggedIn())
-        logIn(errand);
+    if (state->login == Login::Wanted && m_access.hasAccount() && !isLoggedIn())
+        logIn(state);
     else
-        transmit(errand);
+        transmit(state);
 }
 
 HttpRequest RestSession::prepared(const Request &request, const QUrl &base) const
@@ -87,60 +87,60 @@ HttpRequest RestSession::prepared(const Request &request, const QUrl &base) cons
     return result;
 }
 
-void RestSession::transmit(const std::shared_ptr<Errand> &errand)
+void RestSession::transmit(const std::shared_ptr<RequestState> &state)
 {
     const bool loggedIn = isLoggedIn();
-    HttpRequest request = prepared(errand->request, loggedIn ? m_base : m_access.base);
+    HttpRequest request = prepared(state->request, loggedIn ? m_base : m_access.base);
     if (loggedIn)
         request.setHeader("Authorization", "Bearer " + m_token.text());
-    errand->sentToken = loggedIn ? m_token.text() : QByteArray();
-    errand->call = m_transport.send(request, m_access.apiHosts(),
-                                    [weak = std::weak_ptr(errand)](const Result<HttpAnswer> &outcome) {
-                                        if (const auto held = weak.lock())
-                                            held->session->arrive(held, outcome);
-                                    });
+    state->sentToken = loggedIn ? m_token.text() : QByteArray();
+    state->call = m_transport.send(request, m_access.apiHosts(),
+                                   [weak = std::weak_ptr(state)](const Result<HttpAnswer> &outcome) {
+                                       if (const auto held = weak.lock())
+                                           held->session->arrive(held, outcome);
+                                   });
 }
 
-void RestSession::arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome)
+void RestSession::arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome)
 {
-    const bool forgotten = outcome && !errand->sentToken.isEmpty() && RestErrors::isTokenRefused(*outcome);
-    if (!forgotten || errand->hasLoggedInAgain) {
-        errand->completion(outcome);
+    const bool forgotten = outcome && !state->sentToken.isEmpty() && RestErrors::isTokenRefused(*outcome);
+    if (!forgotten || state->hasLoggedInAgain) {
+        state->completion(outcome);
         return;
     }
     qCInfo(log) << "the service has forgotten the login";
-    errand->hasLoggedInAgain = true;
+    state->hasLoggedInAgain = true;
     // Another request may have met this before and logged in since.
-    if (errand->sentToken == m_token.text())
+    if (state->sentToken == m_token.text())
         forgetLogin();
     if (m_access.hasAccount() && !isLoggedIn())
-        logIn(errand);
+        logIn(state);
     else
-        transmit(errand);
+        transmit(state);
 }
 
-void RestSession::logIn(const std::shared_ptr<Errand> &errand)
+void RestSession::logIn(const std::shared_ptr<RequestState> &state)
 {
     if (const auto refused = m_logins->refusal(m_access)) {
-        errand->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(errand), error = *refused] {
+        state->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(state), error = *refused] {
             if (const auto held = weak.lock())
                 held->session->goOnWithout(held, error);
         });
         return;
     }
-    m_waiting.push_back(errand);
+    m_waiting.push_back(state);
     if (m_isLoggingIn)
         return;
     m_isLoggingIn = true;
     m_loginTurn = m_logins->rate().wait([this] { sendLogin(); });
 }
 
-void RestSession::goOnWithout(const std::shared_ptr<Errand> &errand, const Error &error)
+void RestSession::goOnWithout(const std::shared_ptr<RequestState> &state, const Error &error)
 {
-    if (errand->login == Login::Wanted)
-        errand->completion(error);
+    if (state->login == Login::Wanted)
+        state->completion(error);
     else
-        transmit(errand);
+        transmit(state);
 }
 
 void RestSession::sendLogin()
@@ -162,15 +162,15 @@ void RestSession::finishLogin(const std::optional<Error> &error)
 {
     const std::shared_ptr<RestSession> self = shared_from_this(); // an answer may let it go
     m_isLoggingIn = false;
-    const std::vector<std::weak_ptr<Errand>> waiting = std::exchange(m_waiting, {});
+    const std::vector<std::weak_ptr<RequestState>> waiting = std::exchange(m_waiting, {});
     for (const auto &weak : waiting) {
-        const auto errand = weak.lock();
-        if (!errand)
+        const auto state = weak.lock();
+        if (!state)
             continue;
         if (error)
-            goOnWithout(errand, *error);
+            goOnWithout(state, *error);
         else
-            transmit(errand);
+            transmit(state);
     }
 }
 
@@ -181,7 +181,7 @@ std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
     if (outcome->status == 400 || outcome->status == 401) {
         const QString detail =
             u"login, status %1: %2"_s.arg(outcome->status).arg(RestErrors::message(*outcome));
-        const Error refused = serviceError(Kind::LoginRefused, ServiceName::Subtitles, detail);
+        const Error refused = serviceError(ServiceFailure::LoginRefused, ServiceName::Subtitles, detail);
         m_logins->noteRefusal(m_access, refused);
         return refused;
     }
@@ -191,7 +191,7 @@ std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
     const QByteArray text = answer ? Json::text(*answer, u"token"_s).toLatin1() : QByteArray();
     const bool hasLineBreak = text.contains('\n') || text.contains('\r');
     if (text.isEmpty() || hasLineBreak)
-        return serviceError(Kind::BadAnswer, ServiceName::Subtitles, u"a login without a token"_s);
+        return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, u"a login without a token"_s);
     hideSecret(QString::fromLatin1(text));
     m_token = RestToken(text, m_transport.clock());
     m_base = m_access.baseAt(Json::text(*answer, u"base_url"_s));
@@ -214,7 +214,7 @@ void RestSession::logOut(std::function<void()> done)
         done();
     };
     // A place in the rate may be further off than anybody waits for a program to end.
-    m_logoutLimit = m_transport.clock().after(LongestGoodbye, finish);
+    m_logoutLimit = m_transport.clock().after(LogoutTimeout, finish);
     m_logoutCall =
         m_transport.send(request, m_access.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });
 }

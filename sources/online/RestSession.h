@@ -52,15 +52,15 @@ public:
     void setQuota(const RestQuota &quota) { m_quota = quota; }
 
 private:
-    struct Errand;
+    struct RequestState;
     RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access);
-    void begin(const std::shared_ptr<Errand> &errand);
-    void transmit(const std::shared_ptr<Errand> &errand);
-    void arrive(const std::shared_ptr<Errand> &errand, const Result<HttpAnswer> &outcome);
-    void logIn(const std::shared_ptr<Errand> &errand);
+    void begin(const std::shared_ptr<RequestState> &state);
+    void transmit(const std::shared_ptr<RequestState> &state);
+    void arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
+    void logIn(const std::shared_ptr<RequestState> &state);
     void sendLogin();
     void finishLogin(const std::optional<Error> &error);
-    void goOnWithout(const std::shared_ptr<Errand> &errand, const Error &error);
+    void goOnWithout(const std::shared_ptr<RequestState> &state, const Error &error);
     std::optional<Error> takeToken(const Result<HttpAnswer> &outcome);
     HttpRequest prepared(const Request &request, const QUrl &base) const;
     void forgetLogin();
@@ -76,5 +76,5 @@ private:
     Call m_logoutCall;
     Clock::Timer m_logoutLimit;
     bool m_isLoggingIn = false;
-    std::vector<std::weak_ptr<Errand>> m_waiting; // for the login
+    std::vector<std::weak_ptr<RequestState>> m_waiting; // for the login
 };

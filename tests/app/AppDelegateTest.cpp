@@ -78,7 +78,7 @@ private Q_SLOTS:
         QCOMPARE(PendingRequest::shared(), &delegate);
     }
 
-    void nobodyAsksOneThatIsGone()
+    void destroyedDelegateIsNotAsked()
     {
         {
             const AppDelegate delegate;

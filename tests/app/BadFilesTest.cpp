@@ -41,8 +41,8 @@ private Q_SLOTS:
 
     void whatHasNoHashIsSearchedByItsName_data();
     void whatHasNoHashIsSearchedByItsName();
-    void whatIsNoFileIsSearchedByItsName_data();
-    void whatIsNoFileIsSearchedByItsName();
+    void nonFilesAreSearchedByName_data();
+    void nonFilesAreSearchedByName();
     void unreadableFileIsSearchedByItsName();
     void fileThatVanishesIsSearchedByItsName();
     void hugeSparseFileIsHashedAtOnce();
@@ -134,7 +134,7 @@ void BadFilesTest::whatHasNoHashIsSearchedByItsName()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-void BadFilesTest::whatIsNoFileIsSearchedByItsName_data()
+void BadFilesTest::nonFilesAreSearchedByName_data()
 {
     QTest::addColumn<QUrl>("url");
     QTest::addColumn<QString>("name");
@@ -145,7 +145,7 @@ void BadFilesTest::whatIsNoFileIsSearchedByItsName_data()
 }
 
 /// None of them is taken as a drop, but a player may ask for any.
-void BadFilesTest::whatIsNoFileIsSearchedByItsName()
+void BadFilesTest::nonFilesAreSearchedByName()
 {
     QFETCH(QUrl, url);
     QFETCH(QString, name);

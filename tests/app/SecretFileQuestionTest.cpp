@@ -103,7 +103,7 @@ private Q_SLOTS:
         QCOMPARE(m_answers, QList<bool>{false});
     }
 
-    void nobodyIsAnsweredAfterTheEnd()
+    void noAnswerComesAfterDestruction()
     {
         ask();
         m_question.reset();

@@ -160,13 +160,13 @@ private Q_SLOTS:
         QCOMPARE(read(m_sandbox.path(u"dangling/far/file"_s)), QByteArray("new"));
     }
 
-    void whatIsNoFileStays_data()
+    void nonFilesAreKept_data()
     {
         QTest::addColumn<QString>("kind");
         for (const char *kind : {"folder", "pipe", "circle of links"})
             QTest::newRow(kind) << QString::fromLatin1(kind);
     }
-    void whatIsNoFileStays()
+    void nonFilesAreKept()
     {
         QFETCH(const QString, kind);
         const QString path = m_sandbox.path(u"no file: "_s + kind);

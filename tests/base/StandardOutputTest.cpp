@@ -29,10 +29,10 @@ private Q_SLOTS:
     void linesOfManyThreadsNeverMix();
     void observerSeesEveryLineUntilItIsRemoved();
     void controlCharactersAreLeftOut();
-    void fullPipeHoldsNobodyUp();
+    void fullPipeDoesNotBlock();
     void whatAReaderNeverTakesIsBounded();
     void brokenPipeDropsTheLines();
-    void fullSocketHoldsNobodyUp();
+    void fullSocketDoesNotBlock();
 };
 
 namespace
@@ -212,7 +212,7 @@ void StandardOutputTest::controlCharactersAreLeftOut()
     QCOMPARE(written, QByteArray("Error: [2Jtxt\n"));
 }
 
-void StandardOutputTest::fullPipeHoldsNobodyUp()
+void StandardOutputTest::fullPipeDoesNotBlock()
 {
     constexpr int Lines = 5000; // a pipe holds about 300 of them
     Piped piped;
@@ -256,7 +256,7 @@ void StandardOutputTest::brokenPipeDropsTheLines()
     QCOMPARE(again.readUntil("second\n"), QByteArray("first\nsecond\n"));
 }
 
-void StandardOutputTest::fullSocketHoldsNobodyUp()
+void StandardOutputTest::fullSocketDoesNotBlock()
 {
     constexpr int Lines = 5000;
     Piped piped(Piped::Kind::Sockets);

@@ -14,7 +14,7 @@ private Q_SLOTS:
     void init();
 
     void setterNotifiesAtOnce();
-    void equalValueNotifiesNobody();
+    void equalValueDoesNotNotify();
     void removalShowsTheRegisteredValue();
     void invalidValueRemoves();
     void registrationNotifies();
@@ -67,7 +67,7 @@ void UserDefaultsObserversTest::setterNotifiesAtOnce()
     QCOMPARE(witness.seen(), (QVariantList{u"de"_s, u"fr"_s}));
 }
 
-void UserDefaultsObserversTest::equalValueNotifiesNobody()
+void UserDefaultsObserversTest::equalValueDoesNotNotify()
 {
     UserDefaults defaults(m_path);
     defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});

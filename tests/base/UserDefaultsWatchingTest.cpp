@@ -36,7 +36,7 @@ private:
     void replace(const QByteArray &content) const;
     /// Waits until a change made after the ones before has been taken in, so that nothing can still be on its
     /// way.
-    void settle(UserDefaults &defaults, const QByteArray &rest);
+    void replaceAndAwait(UserDefaults &defaults, const QByteArray &rest);
 
     Sandbox m_sandbox;
     QString m_folder;
@@ -84,7 +84,7 @@ void UserDefaultsWatchingTest::replace(const QByteArray &content) const
         qFatal("The settings file could not be replaced");
 }
 
-void UserDefaultsWatchingTest::settle(UserDefaults &defaults, const QByteArray &rest)
+void UserDefaultsWatchingTest::replaceAndAwait(UserDefaults &defaults, const QByteArray &rest)
 {
     const Witness marker(defaults, u"marker"_s);
     replace(rest + "marker=" + QByteArray::number(m_number) + "\n");
@@ -192,7 +192,7 @@ void UserDefaultsWatchingTest::eachChangeReachesObserversOnce()
     write(settings("fr"));
     defaults.synchronize();
     QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
-    settle(defaults, settings("fr"));
+    replaceAndAwait(defaults, settings("fr"));
     QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
 }
 
@@ -203,7 +203,7 @@ void UserDefaultsWatchingTest::ownChangeIsNotReportedAgain()
     const Witness interval(defaults, u"SUScheduledCheckInterval"_s);
     defaults.setObject(u"languageCode"_s, u"de"_s);
     defaults.setObject(u"SUScheduledCheckInterval"_s, 3600);
-    settle(defaults, settings("de") + "SUScheduledCheckInterval=3600\n");
+    replaceAndAwait(defaults, settings("de") + "SUScheduledCheckInterval=3600\n");
     QCOMPARE(witness.seen(), QVariantList{u"de"_s});
     QCOMPARE(interval.seen(), QVariantList{3600LL});
 }
@@ -227,7 +227,7 @@ void UserDefaultsWatchingTest::halfWrittenFileChangesNothing()
     write("[General]\nlangua");
     defaults.synchronize();
     QCOMPARE(defaults.languageCode(), u"de"_s);
-    settle(defaults, settings("fr"));
+    replaceAndAwait(defaults, settings("fr"));
     QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
 }
 
@@ -237,7 +237,7 @@ void UserDefaultsWatchingTest::registeredValueWrittenByAnotherIsNoChange()
     defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
     const Witness witness(defaults, u"SUScheduledCheckInterval"_s);
     m_sandbox.writeFile(m_folder + u"/empty"_s, "");
-    settle(defaults, "[General]\nSUScheduledCheckInterval=86400\n");
+    replaceAndAwait(defaults, "[General]\nSUScheduledCheckInterval=86400\n");
     QVERIFY(witness.seen().isEmpty());
     QCOMPARE(defaults.object(u"SUScheduledCheckInterval"_s), QVariant(86400LL));
 }

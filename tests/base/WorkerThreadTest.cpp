@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr auto Patience = std::chrono::seconds(30);
+constexpr auto WaitLimit = std::chrono::seconds(30);
 
 /// Something that runs `action` when the last copy of it goes.
 std::shared_ptr<void> whenGone(std::function<void()> action)
@@ -50,7 +50,7 @@ private Q_SLOTS:
             ranOn = std::this_thread::get_id();
             finished.set_value();
         });
-        QCOMPARE(finished.get_future().wait_for(Patience), std::future_status::ready);
+        QCOMPARE(finished.get_future().wait_for(WaitLimit), std::future_status::ready);
         QVERIFY(ranOn != std::this_thread::get_id());
         QCOMPARE(order.size(), std::size_t(1000));
         QVERIFY(std::is_sorted(order.begin(), order.end()));
@@ -95,7 +95,7 @@ private Q_SLOTS:
             worker->reset();
             finished.set_value();
         });
-        QCOMPARE(finished.get_future().wait_for(Patience), std::future_status::ready);
+        QCOMPARE(finished.get_future().wait_for(WaitLimit), std::future_status::ready);
     }
 
     void forgottenJobMayPostAgainWhenItGoes()
@@ -117,7 +117,7 @@ private Q_SLOTS:
                           mayEnd.release();
                       })] {});
         worker.reset();
-        QCOMPARE(posted.get_future().wait_for(Patience), std::future_status::ready);
+        QCOMPARE(posted.get_future().wait_for(WaitLimit), std::future_status::ready);
     }
 };
 

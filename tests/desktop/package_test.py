@@ -60,7 +60,7 @@ class PackageTest(UnpackedTest):
             self.assertTrue(os.path.isfile(self.unpacked(SHARE, path)), path)
         self.assertEqual(os.listdir(self.root), ['usr'])
 
-    def test_all_belongs_to_root_and_nobody_else_may_write(self):
+    def test_all_belongs_to_root_and_only_root_may_write(self):
         for line in output_of('dpkg-deb', '--contents', self.package).splitlines():
             mode, owner = line.split()[:2]
             self.assertEqual(owner, 'root/root', line)

@@ -142,7 +142,7 @@ class RunningInstanceTest(InstalledTest):
         self.run_tool('xdg-open', 'plovendix://search?docid=1')
         self.tree.find('alert message').find('label', lambda name: name.startswith('Cannot create URL from'))
 
-    def test_a_stopped_instance_holds_nobody_up(self):
+    def test_a_stopped_instance_does_not_block(self):
         os.kill(self.program.pid, signal.SIGSTOP)
         try:
             second = self.desktop.start([self.installed, self.video('A.mkv')], 'second', environment=self.home)

@@ -264,7 +264,7 @@ class KilledServiceTest(ServiceTest):
         self.kill()
         self.assertEqual(self.program.wait_for_exit(), 0)
 
-    def test_a_start_while_the_last_run_still_says_goodbye(self):
+    def test_a_start_while_the_last_run_still_logs_out(self):
         self.serve('stall@logout')
         self.open(account=True)
         self.find_results()

@@ -76,7 +76,7 @@ class NetworkTest(ServiceTest):
         self.wait_for_request('/3/find/')
         wait_for(lambda: [line for line in self.requests() if line['target'].endswith('.jpg')], 'a picture is fetched')
 
-    def test_without_a_key_nobody_is_asked_and_that_is_said_once(self):
+    def test_without_a_key_no_server_is_asked_and_one_line_says_so(self):
         self.serve()
         self.open(key=False, films=False)
         self.search('paper lighthouse')

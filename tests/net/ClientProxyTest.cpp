@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Kind failureOf(const Caught<HttpAnswer> &caught)
+ServiceFailure failureOf(const Caught<HttpAnswer> &caught)
 {
     return kindOf(caught->error()).value();
 }
@@ -58,9 +58,9 @@ private Q_SLOTS:
         far.url = QUrl(u"https://api.opensubtitles.com/api/v1/subtitles"_s);
         far.setHeader("Api-Key", "abc");
         start(far, HostRules({u"api.opensubtitles.com"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         qunsetenv("https_proxy");
-        QVERIFY2(failureOf(*m_caught) == Kind::Proxy, qPrintable((*m_caught)->error().detail));
+        QVERIFY2(failureOf(*m_caught) == ServiceFailure::Proxy, qPrintable((*m_caught)->error().detail));
         const ReceivedRequest asked = m_server->requests().constFirst();
         QCOMPARE(asked.method + ' ' + asked.target, "CONNECT api.opensubtitles.com:443");
         QVERIFY(asked.header("Api-Key").isEmpty());
@@ -76,8 +76,8 @@ private Q_SLOTS:
         far.url = QUrl(u"https://api.opensubtitles.com/api/v1/subtitles?query=x"_s);
         far.setHeader("Api-Key", "abc");
         start(far, HostRules({u"api.opensubtitles.com"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QVERIFY2(failureOf(*m_caught) == Kind::Proxy, qPrintable((*m_caught)->error().detail));
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QVERIFY2(failureOf(*m_caught) == ServiceFailure::Proxy, qPrintable((*m_caught)->error().detail));
         const ReceivedRequest asked = m_server->requests().value(0);
         QCOMPARE(asked.method + ' ' + asked.target, "CONNECT api.opensubtitles.com:443");
         QVERIFY(asked.header("Api-Key").isEmpty());
@@ -93,7 +93,7 @@ private Q_SLOTS:
         HttpRequest far;
         far.url = QUrl(u"https://api.opensubtitles.com/"_s);
         start(far, HostRules({u"api.opensubtitles.com"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         qunsetenv("https_proxy");
         QCOMPARE(m_server->requests().size(), 1);
     }
@@ -112,8 +112,8 @@ private Q_SLOTS:
         HttpRequest far;
         far.url = QUrl(u"https://api.opensubtitles.com/"_s);
         start(far, HostRules({u"api.opensubtitles.com"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QVERIFY2(failureOf(*m_caught) == Kind::Proxy, qPrintable((*m_caught)->error().detail));
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QVERIFY2(failureOf(*m_caught) == ServiceFailure::Proxy, qPrintable((*m_caught)->error().detail));
     }
 
     void requestMayBeGivenUpDuringTheLookup()
@@ -136,9 +136,9 @@ private Q_SLOTS:
         HttpRequest far;
         far.url = QUrl(u"https://api.opensubtitles.com/api/v1/subtitles"_s);
         start(far, HostRules({u"api.opensubtitles.com"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         qunsetenv("https_proxy");
-        QVERIFY2(failureOf(*m_caught) == Kind::Proxy, qPrintable((*m_caught)->error().detail));
+        QVERIFY2(failureOf(*m_caught) == ServiceFailure::Proxy, qPrintable((*m_caught)->error().detail));
     }
 
 private:

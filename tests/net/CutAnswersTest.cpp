@@ -72,7 +72,7 @@ private Q_SLOTS:
             const Result<HttpAnswer> answer =
                 answerFrom("HTTP/1.1 200 OK\r\n" + headers + "Content-Length: 4000\r\n\r\n", bytes);
             QVERIFY2(!answer, qPrintable(QString::number(time)));
-            QCOMPARE(kindOf(answer.error()), Kind::Unavailable);
+            QCOMPARE(kindOf(answer.error()), ServiceFailure::Unavailable);
         }
     }
 
@@ -139,7 +139,7 @@ private:
         Caught<HttpAnswer> caught;
         const auto call =
             client.send(request, HostRules({}, HostRules::Loopback::Accepted), caught.completion());
-        return QTest::qWaitFor([&] { return caught.came(); }, Patience)
+        return QTest::qWaitFor([&] { return caught.came(); }, WaitLimit)
                    ? *caught
                    : Result<HttpAnswer>(Error{u"test"_s, 1, u"never answered"_s});
     }

@@ -18,7 +18,7 @@ namespace
 {
 const HostRules Here({}, HostRules::Loopback::Accepted);
 
-Kind failureOf(const Caught<HttpAnswer> &caught)
+ServiceFailure failureOf(const Caught<HttpAnswer> &caught)
 {
     return kindOf(caught->error()).value();
 }
@@ -104,12 +104,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("delivery");
         QTest::addColumn<int>("kind");
-        const auto row = [](const char *name, Delivery delivery, Kind kind) {
+        const auto row = [](const char *name, Delivery delivery, ServiceFailure kind) {
             QTest::newRow(name) << static_cast<int>(delivery) << static_cast<int>(kind);
         };
-        row("shorter than its length", Delivery::LengthTooLong, Kind::Unavailable);
-        row("chunks without the last", Delivery::ChunkedWithoutEnd, Kind::Unavailable);
-        row("closed before the answer", Delivery::ClosedBefore, Kind::Unavailable);
+        row("shorter than its length", Delivery::LengthTooLong, ServiceFailure::Unavailable);
+        row("chunks without the last", Delivery::ChunkedWithoutEnd, ServiceFailure::Unavailable);
+        row("closed before the answer", Delivery::ClosedBefore, ServiceFailure::Unavailable);
     }
     void brokenAnswersAreErrors()
     {
@@ -126,22 +126,22 @@ private Q_SLOTS:
         m_answer.body = gzipped(QByteArray(16 * 1024 * 1024, ' '));
         m_answer.setHeader("Content-Encoding", "gzip");
         get();
-        QCOMPARE(failureOf(*m_caught), Kind::BadAnswer);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::BadAnswer);
     }
 
     void tooLargeIsRefused()
     {
         m_answer.body = QByteArray(5 * 1024 * 1024, 'x');
         get();
-        QCOMPARE(failureOf(*m_caught), Kind::BadAnswer);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::BadAnswer);
         QVERIFY((*m_caught)->error().detail.contains(u"too large"_s));
     }
 
-    void nobodyListeningIsUnavailable()
+    void refusedConnectionIsUnavailable()
     {
         m_server->stop();
         get();
-        QCOMPARE(failureOf(*m_caught), Kind::Unavailable);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::Unavailable);
     }
 
     void unknownNameIsOffline()
@@ -149,21 +149,21 @@ private Q_SLOTS:
         HttpRequest request;
         request.url = QUrl(u"https://nowhere.invalid/"_s);
         start(request, HostRules({u"nowhere.invalid"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QCOMPARE(failureOf(*m_caught), Kind::Offline);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::Offline);
     }
 
     void silenceEndsAfterTwentySeconds()
     {
         m_answer.delivery = Delivery::StalledAfterHeaders;
         start(request());
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         waitForLimits({20s, 60s});
         m_clock->advance(19s);
         QVERIFY(!m_caught->came());
         m_clock->advance(1s);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QCOMPARE(failureOf(*m_caught), Kind::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::Timeout);
     }
 
     void drippingEndsAtTheDeadline()
@@ -171,7 +171,7 @@ private Q_SLOTS:
         m_answer.body = QByteArray(100, 'x');
         m_answer.delivery = Delivery::Dripped;
         start(request());
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         waitForLimits({20s, 60s});
         for (int drop = 1; drop < 4; ++drop) {
             m_clock->advance(15s);
@@ -182,17 +182,17 @@ private Q_SLOTS:
         }
         QVERIFY(!m_caught->came());
         m_clock->advance(15s);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QCOMPARE(failureOf(*m_caught), Kind::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::Timeout);
     }
 
     void droppedCallIsNeverAnswered()
     {
         m_answer.delivery = Delivery::Silent;
         start(request());
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         m_call.reset();
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, WaitLimit);
         QVERIFY(!m_caught->came());
         QCOMPARE(m_clock->pending(), QList<Clock::Duration>());
     }
@@ -204,7 +204,7 @@ private Q_SLOTS:
             m_call.reset();
             ++answers;
         });
-        QTRY_COMPARE_WITH_TIMEOUT(answers, 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(answers, 1, WaitLimit);
     }
 
     void redirectsAreFollowedOnTheSameHost()
@@ -224,7 +224,7 @@ private Q_SLOTS:
     {
         m_answer = {301, {{"Location", "/start"}}, {}};
         get();
-        QCOMPARE(failureOf(*m_caught), Kind::BadAnswer);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::BadAnswer);
         QCOMPARE(m_server->requests().size(), 4);
     }
 
@@ -244,7 +244,7 @@ private Q_SLOTS:
             target = other.url(u"/"_s).toString();
         m_answer = {302, {{"Location", target.toLatin1()}}, {}};
         get({{"Api-Key", "abc"}});
-        QCOMPARE(failureOf(*m_caught), Kind::BadAnswer);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::BadAnswer);
         QCOMPARE(other.requests().size(), 0);
     }
 
@@ -255,7 +255,7 @@ private Q_SLOTS:
         order.method = HttpRequest::Method::Post;
         order.body = "{}";
         start(order);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         QCOMPARE((***m_caught).status, 307);
         QCOMPARE(m_server->requests().size(), 1);
     }
@@ -271,7 +271,7 @@ private Q_SLOTS:
         order.body = R"({"file_id":1})";
         order.setHeader("Content-Type", "application/json");
         start(order);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         QVERIFY(!**m_caught);
         QCOMPARE(m_server->requests().size(), 1);
         QCOMPARE(m_server->requests().constFirst().body, R"({"file_id":1})");
@@ -280,8 +280,8 @@ private Q_SLOTS:
     void forbiddenAddressesAreNotAsked()
     {
         start(request(), HostRules({u"127.0.0.1"_s}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QCOMPARE(failureOf(*m_caught), Kind::Insecure);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::Insecure);
         QCOMPARE(m_server->requests().size(), 0);
     }
 
@@ -304,8 +304,8 @@ private Q_SLOTS:
         HttpRequest secure;
         secure.url = QUrl(u"https://127.0.0.1:%1/"_s.arg(plain.serverPort()));
         start(secure);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
-        QCOMPARE(failureOf(*m_caught), Kind::Insecure);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
+        QCOMPARE(failureOf(*m_caught), ServiceFailure::Insecure);
     }
 
 private:
@@ -327,12 +327,12 @@ private:
         HttpRequest question = request();
         question.headers = headers;
         start(question);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
     }
 
     void waitForLimits(const QList<Clock::Duration> &limits)
     {
-        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), limits, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), limits, WaitLimit);
     }
 
     Sandbox m_sandbox;

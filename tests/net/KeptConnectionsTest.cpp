@@ -60,7 +60,7 @@ private Q_SLOTS:
         HttpRequest next = request();
         next.method = method;
         start(next);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         QVERIFY(**m_caught);
     }
 
@@ -94,13 +94,13 @@ private Q_SLOTS:
             slow = outcome ? outcome->body : QByteArray("failed");
             slowCall.reset(); // the last that held on to the old connections
         });
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         m_clock->setDate(m_clock->date().addSecs(3600));
         m_answer.delivery = Delivery::Whole;
         get();
         for (qsizetype i = 0; i < m_answer.body.size(); ++i)
             m_server->drip();
-        QTRY_COMPARE_WITH_TIMEOUT(slow, "slow", Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(slow, "slow", WaitLimit);
     }
 
 private:
@@ -118,7 +118,7 @@ private:
     void get()
     {
         start(request());
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
     }
 
     Sandbox m_sandbox;

@@ -126,11 +126,12 @@ private Q_SLOTS:
     void everyKindHasASentence()
     {
         QFETCH(const int, service);
-        for (int kind = static_cast<int>(Kind::Offline); kind <= static_cast<int>(Kind::NotFound); ++kind) {
+        for (int kind = static_cast<int>(ServiceFailure::Offline);
+             kind <= static_cast<int>(ServiceFailure::NotFound); ++kind) {
             const Error error =
-                serviceError(static_cast<Kind>(kind), static_cast<ServiceName>(service), u"why"_s);
+                serviceError(static_cast<ServiceFailure>(kind), static_cast<ServiceName>(service), u"why"_s);
             QVERIFY2(error.localizedDescription.size() > 20, qPrintable(QString::number(kind)));
-            QCOMPARE(kindOf(error), static_cast<Kind>(kind));
+            QCOMPARE(kindOf(error), static_cast<ServiceFailure>(kind));
         }
         QCOMPARE(kindOf(Error{u"Other"_s, 1, {}}), std::nullopt);
     }
@@ -138,10 +139,11 @@ private Q_SLOTS:
     void theStatesHaveSentencesOfTheirOwn()
     {
         QSet<QString> sentences;
-        const QList<Kind> kinds{Kind::Offline,      Kind::Timeout,      Kind::Unavailable,
-                                Kind::BadAnswer,    Kind::Insecure,     Kind::KeyRefused,
-                                Kind::LoginRefused, Kind::LimitReached, Kind::TooManyRequests};
-        for (const Kind kind : kinds)
+        const QList<ServiceFailure> kinds{
+            ServiceFailure::Offline,      ServiceFailure::Timeout,      ServiceFailure::Unavailable,
+            ServiceFailure::BadAnswer,    ServiceFailure::Insecure,     ServiceFailure::KeyRefused,
+            ServiceFailure::LoginRefused, ServiceFailure::LimitReached, ServiceFailure::TooManyRequests};
+        for (const ServiceFailure kind : kinds)
             sentences += serviceError(kind, ServiceName::Subtitles, {}).localizedDescription;
         QCOMPARE(sentences.size(), kinds.size());
     }
@@ -177,7 +179,7 @@ private Q_SLOTS:
         const QString local =
             reset.toLocalTime().time().toString(u"HH:mm"_s); // this locale would count seconds
         QCOMPARE(error.localizedDescription, sentence.replace(u"%1"_s, local));
-        QCOMPARE(kindOf(error), Kind::LimitReached);
+        QCOMPARE(kindOf(error), ServiceFailure::LimitReached);
     }
 
 private:

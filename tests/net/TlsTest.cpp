@@ -94,7 +94,7 @@ private Q_SLOTS:
         UnknownServer server;
         const auto caught = ask(server);
         QVERIFY(!*caught);
-        QCOMPARE(kindOf(caught->error()), Kind::Insecure);
+        QCOMPARE(kindOf(caught->error()), ServiceFailure::Insecure);
         QVERIFY(caught->error().localizedDescription.contains(u"No private connection"_s));
         // Neither hidden by trying again, nor told anything.
         QCOMPARE(server.greeted, 1);
@@ -113,7 +113,7 @@ private:
         request.setHeader("Api-Key", "abc");
         Caught<HttpAnswer> caught;
         const auto call = transport.send(request, Here, caught.completion());
-        const bool came = QTest::qWaitFor([&] { return caught.came(); }, Patience);
+        const bool came = QTest::qWaitFor([&] { return caught.came(); }, WaitLimit);
         return std::make_unique<Result<HttpAnswer>>(came ? *caught : never());
     }
 

@@ -36,56 +36,56 @@ private Q_SLOTS:
         m_server.reset();
     }
 
-    void pausesLongerThanOurPatienceAreTold_data()
+    void pausesLongerThanTheLimitAreReported_data()
     {
         QTest::addColumn<int>("status");
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("sentence");
         QTest::newRow("too fast")
-            << 429 << static_cast<int>(Kind::TooManyRequests)
+            << 429 << static_cast<int>(ServiceFailure::TooManyRequests)
             << u"The subtitle service gets too many requests from here. Try again from "_s;
-        QTest::newRow("down") << 503 << static_cast<int>(Kind::Unavailable)
+        QTest::newRow("down") << 503 << static_cast<int>(ServiceFailure::Unavailable)
                               << u"The subtitle service is not available right now. Try again from "_s;
     }
-    void pausesLongerThanOurPatienceAreTold()
+    void pausesLongerThanTheLimitAreReported()
     {
         QFETCH(const int, status);
         QFETCH(const int, kind);
         QFETCH(const QString, sentence);
         m_answers = {ServedAnswer{status, {{"Retry-After", "3600"}}, {}}, jsonAnswer(200, "{}")};
         const auto first = send(HttpRequest::Method::Get);
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         QVERIFY(!**first);
         QCOMPARE((*first)->error().code, kind);
         QVERIFY2((*first)->error().localizedDescription.startsWith(sentence),
                  qPrintable((*first)->error().localizedDescription));
         QVERIFY((*first)->error().localizedDescription.contains(u"(in 1 h 0 min)"_s));
         // The next ones do not go there before that.
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         m_clock->advance(30min);
         const auto second = send(HttpRequest::Method::Get);
         QVERIFY(!second->came());
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*second), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*second), WaitLimit);
         QVERIFY((*second)->error().localizedDescription.contains(u"(in 30 min)"_s));
         QCOMPARE(m_times.size(), 1);
         m_clock->advance(30min);
         const auto third = send(HttpRequest::Method::Get);
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*third), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*third), WaitLimit);
         QVERIFY(**third);
         QCOMPARE(m_times.size(), 2);
     }
 
-    void waitingOnesAreToldOfALongPause()
+    void waitingRequestsFailAtALongPause()
     {
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         m_answers = {ServedAnswer{429, {{"Retry-After", "3600"}}, {}}, jsonAnswer(200, "{}")};
         QList<std::shared_ptr<Caught<HttpAnswer>>> caught;
         for (int i = 0; i < 6; ++i)
             caught += send(HttpRequest::Method::Get);
         // Four went out together; the last two wait for the rate.
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*caught[0]) && comes(*caught[5]), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*caught[0]) && comes(*caught[5]), WaitLimit);
         for (const int i : {0, 4, 5})
-            QCOMPARE(kindOf((*caught[i])->error()), Kind::TooManyRequests);
+            QCOMPARE(kindOf((*caught[i])->error()), ServiceFailure::TooManyRequests);
         QCOMPARE(m_times.size(), 4);
     }
 
@@ -96,27 +96,27 @@ private Q_SLOTS:
             told += pause ? static_cast<int>(pause->count()) : 0;
         });
         m_answers = {ServedAnswer{429, {{"Retry-After", "3"}}, {}}, jsonAnswer(200, "{}")};
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         const auto first = send(HttpRequest::Method::Get);
-        QTRY_COMPARE_WITH_TIMEOUT((comes(*first), told), QList<int>{3000}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT((comes(*first), told), QList<int>{3000}, WaitLimit);
         const auto second = send(HttpRequest::Method::Get); // waits as well, and is no news
         QCOMPARE(told, QList<int>{3000});
         m_clock->advance(3s);
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*first) && comes(*second), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*first) && comes(*second), WaitLimit);
         QCOMPARE(told, (QList<int>{3000, 0}));
         QVERIFY(**first && **second);
     }
 
-    void aPauseThatIsGivenUpIsNoLongerTold()
+    void cancelledPauseIsNoLongerReported()
     {
         QList<int> told;
         m_transport->setPauseObserver([&told](std::optional<Clock::Duration> pause) {
             told += pause ? static_cast<int>(pause->count()) : 0;
         });
         m_answers = {ServedAnswer{429, {{"Retry-After", "3"}}, {}}, jsonAnswer(200, "{}")};
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         const auto first = send(HttpRequest::Method::Get);
-        QTRY_COMPARE_WITH_TIMEOUT((comes(*first), told), QList<int>{3000}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT((comes(*first), told), QList<int>{3000}, WaitLimit);
         m_calls.clear();
         QCOMPARE(told, (QList<int>{3000, 0}));
     }

@@ -75,7 +75,7 @@ private Q_SLOTS:
         QFETCH(const QList<int>, waits);
         m_answers = answers;
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QList<int> waited;
         for (qsizetype i = 1; i < m_times.size(); ++i)
             waited += static_cast<int>((m_times[i] - m_times[i - 1]).count());
@@ -89,7 +89,7 @@ private Q_SLOTS:
         m_answers = {jsonAnswer(503, {})};
         m_transport->setJitter([turn = 1.0]() mutable { return turn = -turn; });
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE(m_times[1] - m_times[0], 800ms);
         QCOMPARE(m_times[2] - m_times[1], 2400ms);
     }
@@ -99,7 +99,7 @@ private Q_SLOTS:
         m_answers = {jsonAnswer(429, {}), jsonAnswer(200, "{}")};
         m_transport->setJitter([] { return -1.0; });
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE(m_times[1] - m_times[0], 1000ms);
     }
 
@@ -112,7 +112,7 @@ private Q_SLOTS:
         for (int i = 0; i < 6; ++i)
             caught += send(HttpRequest::Method::Get);
         for (const auto &one : caught)
-            QTRY_VERIFY_WITH_TIMEOUT(one->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(one->came(), WaitLimit);
         QCOMPARE(m_times.size(), 12);
         for (qsizetype i = 4; i < m_times.size(); ++i)
             QVERIFY(m_times[i] - m_times[i - 4] >= 1000ms);
@@ -123,8 +123,8 @@ private Q_SLOTS:
         m_server->stop();
         const auto caught = send(HttpRequest::Method::Get);
         const Clock::Duration start = m_clock->now();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf((*caught)->error()), Kind::Unavailable);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf((*caught)->error()), ServiceFailure::Unavailable);
         QCOMPARE(m_clock->now() - start, 3000ms);
     }
 
@@ -132,7 +132,7 @@ private Q_SLOTS:
     {
         m_answers = {jsonAnswer(503, {})};
         const auto caught = send(HttpRequest::Method::Post);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE(m_times.size(), 1);
     }
 
@@ -141,8 +141,8 @@ private Q_SLOTS:
         QList<std::shared_ptr<Caught<HttpAnswer>>> caught;
         for (int i = 0; i < 12; ++i)
             caught += send(HttpRequest::Method::Get);
-        QTRY_VERIFY_WITH_TIMEOUT(caught.last()->came(), Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(m_times.size(), 12, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught.last()->came(), WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(m_times.size(), 12, WaitLimit);
         for (qsizetype i = 4; i < m_times.size(); ++i)
             QVERIFY(m_times[i] - m_times[i - 4] >= 1000ms);
     }
@@ -150,9 +150,9 @@ private Q_SLOTS:
     void cancelStopsTheRetries()
     {
         m_answers = {jsonAnswer(503, {})};
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         const auto caught = send(HttpRequest::Method::Get);
-        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), QList<Clock::Duration>{1000ms}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), QList<Clock::Duration>{1000ms}, WaitLimit);
         m_calls.clear();
         QCOMPARE(m_clock->pending(), QList<Clock::Duration>());
         QVERIFY(!caught->came());
@@ -161,14 +161,14 @@ private Q_SLOTS:
     void aRefusalForSpeedHoldsUpTheOthers()
     {
         m_answers = {ServedAnswer{429, {{"Retry-After", "4"}}, {}}, jsonAnswer(200, "{}")};
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         const auto first = send(HttpRequest::Method::Get);
-        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), QList<Clock::Duration>{4000ms}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending(), QList<Clock::Duration>{4000ms}, WaitLimit);
         const auto second = send(HttpRequest::Method::Get);
         QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{4000ms, 4000ms}));
     }
 
-    void refusalForSpeedHoldsUpTheNextThoughNobodyTriesAgain_data()
+    void rateRefusalDelaysTheNextRequestWithoutARetry_data()
     {
         QTest::addColumn<QByteArray>("retryAfter");
         QTest::addColumn<int>("seconds");
@@ -176,14 +176,14 @@ private Q_SLOTS:
         QTest::newRow("without a word") << QByteArray("soon") << 1;
         QTest::newRow("longer than anybody waits") << QByteArray("3600") << 0;
     }
-    void refusalForSpeedHoldsUpTheNextThoughNobodyTriesAgain()
+    void rateRefusalDelaysTheNextRequestWithoutARetry()
     {
         QFETCH(const QByteArray, retryAfter);
         QFETCH(const int, seconds);
         m_answers = {ServedAnswer{429, {{"Retry-After", retryAfter}}, {}}, jsonAnswer(200, "{}")};
         const auto order = send(HttpRequest::Method::Post);
-        QTRY_VERIFY_WITH_TIMEOUT(order->came(), Patience);
-        m_clock->setPatience(-1ms);
+        QTRY_VERIFY_WITH_TIMEOUT(order->came(), WaitLimit);
+        m_clock->setLongestAutomaticWait(-1ms);
         send(HttpRequest::Method::Get);
         QCOMPARE(m_clock->pending(), QList<Clock::Duration>{std::chrono::seconds(seconds)});
     }
@@ -191,17 +191,17 @@ private Q_SLOTS:
     void refusalForSpeedHoldsUpThoseWhoWait()
     {
         m_answers = {ServedAnswer{429, {{"Retry-After", "4"}}, {}}, jsonAnswer(200, "{}")};
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         for (int i = 0; i < 6; ++i)
             send(HttpRequest::Method::Get);
         m_clock->advance(0ms);
-        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 4, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 4, WaitLimit);
         // All four are answered: only the one that was refused and those without a place wait.
-        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending().constLast(), Clock::Duration(4s), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending().constLast(), Clock::Duration(4s), WaitLimit);
         m_clock->advance(1000ms);
         QCOMPARE(m_clock->pending(), (QList<Clock::Duration>{3000ms, 3000ms}));
         m_clock->advance(3000ms);
-        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 7, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 7, WaitLimit);
     }
 
     void whoGivesUpTakesNoPlaceInTheRate()
@@ -210,8 +210,8 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i)
             first += send(HttpRequest::Method::Get);
         for (const auto &one : first)
-            QTRY_VERIFY_WITH_TIMEOUT(one->came(), Patience);
-        m_clock->setPatience(0ms);
+            QTRY_VERIFY_WITH_TIMEOUT(one->came(), WaitLimit);
+        m_clock->setLongestAutomaticWait(0ms);
         for (int i = 0; i < 20; ++i)
             send(HttpRequest::Method::Get, u"/given-up"_s);
         m_calls.clear();
@@ -219,7 +219,7 @@ private Q_SLOTS:
         const auto last = send(HttpRequest::Method::Get);
         QCOMPARE(m_clock->pending(), QList<Clock::Duration>{1000ms});
         m_clock->advance(1000ms);
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*last), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*last), WaitLimit);
         QVERIFY(!m_paths.contains("/given-up"));
     }
 
@@ -229,13 +229,13 @@ private Q_SLOTS:
         const auto seventh = send(HttpRequest::Method::Get, u"/seventh"_s);
         // Silence and the whole, for each of the six; nothing for the one that waits.
         const Clock::Duration silence = 20s;
-        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending().value(0), silence, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_clock->pending().value(0), silence, WaitLimit);
         QCOMPARE(m_clock->pending().size(), 12);
         m_clock->advance(15s);
         QVERIFY(!m_paths.contains("/seventh"));
         m_answers = {jsonAnswer(200, "{}")};
         m_calls[0].reset();
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*seventh), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*seventh), WaitLimit);
         QVERIFY2(**seventh, **seventh ? "" : qPrintable((*seventh)->error().detail));
         QCOMPARE(m_paths.size(), 7);
     }
@@ -249,7 +249,7 @@ private Q_SLOTS:
         m_calls[6].reset();
         m_answers = {jsonAnswer(200, "{}")};
         m_calls[0].reset();
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*ninth), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*ninth), WaitLimit);
         QVERIFY(eighth->came());
         QVERIFY(!seventh->came());
         QCOMPARE(m_paths.mid(6), (QList<QByteArray>{"/eighth", "/ninth"}));
@@ -259,21 +259,21 @@ private Q_SLOTS:
     {
         occupyTheHost(5);
         m_answers = {jsonAnswer(503, {}), jsonAnswer(200, "{}")};
-        m_clock->setPatience(0ms);
+        m_clock->setLongestAutomaticWait(0ms);
         const auto sixth = send(HttpRequest::Method::Get, u"/sixth"_s);
         const auto seventh = send(HttpRequest::Method::Get, u"/seventh"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*seventh), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*seventh), WaitLimit);
         QVERIFY(**seventh);
         QVERIFY(!sixth->came()); // it waits for its second try
         QCOMPARE(m_paths.mid(5), (QList<QByteArray>{"/sixth", "/seventh"}));
     }
 
-    void fullHostKeepsNobodyFromAnother()
+    void fullHostDoesNotBlockAnother()
     {
         occupyTheHost();
         LoopbackServer other([](const ReceivedRequest &) { return jsonAnswer(200, "{}"); });
         const auto caught = send(HttpRequest::Method::Get, u"/"_s, &other);
-        QTRY_VERIFY_WITH_TIMEOUT(comes(*caught), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*caught), WaitLimit);
         QVERIFY(**caught);
     }
 
@@ -288,7 +288,7 @@ private:
         for (int i = 0; i < count; ++i)
             send(HttpRequest::Method::Get);
         m_clock->advance(0ms);
-        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), count, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), count, WaitLimit);
     }
     /// Time stands still while something is on the wire; what is due happens.
     bool comes(const Caught<HttpAnswer> &caught)

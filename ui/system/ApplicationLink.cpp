@@ -14,7 +14,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.platform.link", QtWarningMsg)
 
 // Long enough for an instance that reads a slow disk, short enough for a person who waits for a window.
-constexpr std::chrono::milliseconds DefaultPatience(3000);
+constexpr std::chrono::milliseconds DefaultTimeout(3000);
 constexpr uint DoNotQueue = 4;
 constexpr uint PrimaryOwner = 1;
 constexpr uint AlreadyOwner = 4;
@@ -31,7 +31,7 @@ ApplicationLink::ApplicationLink(const QString &identifier, QObject *parent)
     : QObject(parent),
       m_identifier(identifier),
       m_path(u'/' + QString(identifier).replace(u'.', u'/')),
-      m_patience(DefaultPatience)
+      m_timeout(DefaultTimeout)
 {
     new ApplicationObject(*this); // owned by this object, as its parent
 }
@@ -73,7 +73,7 @@ ApplicationLink::Name ApplicationLink::requestName(const QDBusConnection &bus) c
     QDBusMessage request = QDBusMessage::createMethodCall(
         u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"RequestName"_s);
     request << m_identifier << DoNotQueue;
-    const QDBusMessage answer = bus.call(request, QDBus::Block, static_cast<int>(m_patience.count()));
+    const QDBusMessage answer = bus.call(request, QDBus::Block, static_cast<int>(m_timeout.count()));
     if (answer.type() != QDBusMessage::ReplyMessage) {
         qCWarning(log) << "The session bus gave no name:" << answer.errorMessage();
         return Name::Unknown;
@@ -92,7 +92,7 @@ bool ApplicationLink::handOver(const QDBusConnection &bus, const QStringList &ur
     if (!uris.isEmpty())
         call << uris;
     call << platformData(activationToken);
-    const QDBusMessage answer = bus.call(call, QDBus::Block, static_cast<int>(m_patience.count()));
+    const QDBusMessage answer = bus.call(call, QDBus::Block, static_cast<int>(m_timeout.count()));
     if (answer.type() == QDBusMessage::ReplyMessage)
         return true;
     qCWarning(log) << "The running instance did not answer:" << answer.errorMessage();

@@ -26,7 +26,7 @@ public:
     ~ApplicationLink() override;
 
     /// How long another instance may take to answer.
-    void setPatience(std::chrono::milliseconds patience) { m_patience = patience; }
+    void setTimeout(std::chrono::milliseconds timeout) { m_timeout = timeout; }
 
     /// Becomes the first instance, or hands the URIs and the desktop's activation token to it. Waits for at
     /// most one answer of the bus and one of the other instance. As the first one it does nothing with the
@@ -52,6 +52,6 @@ private:
 
     const QString m_identifier;
     const QString m_path;
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
     bool m_ownsName = false;
 };

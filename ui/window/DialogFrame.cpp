@@ -68,7 +68,7 @@ bool DialogFrame::eventFilter(QObject *watched, QEvent *event)
         refresh();
         break;
     case QEvent::WindowActivate:
-        settle();
+        correctPosition();
         break;
     case QEvent::ActivationChange:
     case QEvent::PaletteChange:
@@ -102,7 +102,7 @@ void DialogFrame::refresh()
     WindowSystem::shared().publishFrame(m_dialog, m_look);
 }
 
-void DialogFrame::settle()
+void DialogFrame::correctPosition()
 {
     // A window manager that takes the window into an invisible frame of its own may leave the toolkit with
     // the place in that frame, and clicks and assistive tools would be told of controls where they are not.

@@ -27,7 +27,7 @@ private:
     explicit DialogFrame(QDialog &dialog);
 
     void refresh();
-    void settle();
+    void correctPosition();
     void setLook(const WindowFrame::Look &look);
     void layOut();
     void paint() const;

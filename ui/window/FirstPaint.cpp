@@ -9,7 +9,7 @@ namespace
 {
 using namespace std::chrono_literals;
 
-constexpr auto Patience = 1s; // a window may start out minimised
+constexpr auto PaintTimeout = 1s; // a window may start out minimised
 
 struct State
 {
@@ -24,9 +24,9 @@ State &state()
     return state;
 }
 
-void releaseAfter(std::chrono::milliseconds patience)
+void releaseAfter(std::chrono::milliseconds timeout)
 {
-    MainQueue::shared().asyncAfter(patience, [start = state().start] {
+    MainQueue::shared().asyncAfter(timeout, [start = state().start] {
         if (start == state().start)
             FirstPaint::notice();
     });
@@ -38,7 +38,7 @@ void FirstPaint::afterwards(std::function<void()> block)
     if (state().hasPainted)
         return MainQueue::shared().async(std::move(block));
     if (state().waiting.empty())
-        releaseAfter(Patience);
+        releaseAfter(PaintTimeout);
     state().waiting.push_back(std::move(block));
 }
 

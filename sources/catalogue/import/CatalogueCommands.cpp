@@ -118,7 +118,7 @@ int CatalogueCommands::remove(const CatalogueOptions &options, const QStringList
         if (!isDone)
             return Interrupted;
     }
-    catalogue.value().settle();
+    catalogue.value().checkpoint();
     return Success;
 }
 

@@ -68,7 +68,7 @@ Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
         return end;
     if (const Result<void> flushed = flush(); !flushed)
         return flushed.error();
-    m_catalogue.settle();
+    m_catalogue.checkpoint();
     return end;
 }
 
@@ -233,7 +233,7 @@ Result<CatalogueImport::End> CatalogueImport::endArchive(const QString &path, co
         refuse(path, ImportRefusal::LockedArchive);
         break;
     case ArchiveMembers::End::TooLarge:
-        refuse(path, ImportRefusal::SwellingArchive);
+        refuse(path, ImportRefusal::ArchiveBomb);
         break;
     case ArchiveMembers::End::Whole:
     case ArchiveMembers::End::Stopped:

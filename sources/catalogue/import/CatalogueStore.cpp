@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 using Database = std::unique_ptr<SQLite::Database>;
-using CatalogueStore::Patience;
+using CatalogueStore::WaitLimits;
 
 constexpr int PauseMilliseconds = 20;
 
@@ -27,16 +27,16 @@ int isWorthWaiting(void *place, int tries)
 {
     const Patience &patience = *static_cast<const Patience *>(place);
     const std::chrono::milliseconds waited(tries * PauseMilliseconds);
-    if (patience.isStopped || waited >= patience.longest)
+    if (timeout.isStopped || waited >= timeout.longest)
         return 0;
     sqlite3_sleep(PauseMilliseconds);
     return 1;
 }
 
 /// SQLite hands its callbacks a pointer that could be written through; these only read.
-void *forSqlite(const Patience *patience)
+void *forSqlite(const WaitLimits *limits)
 {
-    return const_cast<Patience *>(patience); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    return const_cast<WaitLimits *>(limits); // NOLINT(cppcoreguidelines-pro-type-const-cast)
 }
 
 std::string nameOf(const QString &path)
@@ -92,11 +92,11 @@ void make(const QString &path)
     QFile::remove(draft);
 }
 
-Database opened(const QString &path, const Patience *patience)
+Database opened(const QString &path, const WaitLimits *limits)
 {
     auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE);
     distrust(*database);
-    CatalogueStore::waitForWriters(*database, patience);
+    CatalogueStore::waitForWriters(*database, limits);
     return database;
 }
 
@@ -137,10 +137,10 @@ Error CatalogueStore::error(const QString &path, const SQLite::Exception &except
     return error(path, QString::fromUtf8(exception.what()), failureOf(exception));
 }
 
-void CatalogueStore::waitForWriters(SQLite::Database &database, const Patience *patience)
+void CatalogueStore::waitForWriters(SQLite::Database &database, const WaitLimits *limits)
 {
-    if (patience)
-        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, forSqlite(patience));
+    if (limits)
+        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, forSqlite(limits));
     else
         database.setBusyTimeout(BusyTimeoutMilliseconds);
 }
@@ -162,7 +162,7 @@ QStringList CatalogueStore::faults(SQLite::Database &database)
 }
 
 Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path,
-                                                                         const Patience *patience)
+                                                                         const WaitLimits *limits)
 {
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
         return error(path, u"is not a file"_s);
@@ -172,7 +172,7 @@ Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const Q
     try {
         if (!QFileInfo::exists(path))
             make(path);
-        Database database = opened(path, patience);
+        Database database = opened(path, timeout);
         if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
             return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
         if (pragma(*database, "PRAGMA user_version") != CatalogueSchema::Version)

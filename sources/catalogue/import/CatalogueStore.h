@@ -20,7 +20,7 @@ namespace CatalogueStore
 inline constexpr int BusyTimeoutMilliseconds = 30'000;
 
 /// How long a writer waits for another one, unless it is stopped meanwhile. Outlives the opened file.
-struct Patience
+struct WaitLimit
 {
     std::chrono::milliseconds longest{BusyTimeoutMilliseconds};
     std::atomic<bool> isStopped = false; // any thread
@@ -28,9 +28,9 @@ struct Patience
 
 /// Makes the folders too. A file of another version is refused.
 Result<std::unique_ptr<SQLite::Database>> openForWriting(const QString &path,
-                                                         const Patience *patience = nullptr);
-/// Waits for other writers from now on, as long as patience lasts.
-void waitForWriters(SQLite::Database &database, const Patience *patience);
+                                                         const WaitLimits *limits = nullptr);
+/// Waits for other writers from now on, as long as limits lasts.
+void waitForWriters(SQLite::Database &database, const WaitLimits *limits);
 
 /// What the whole file's check finds wrong, its text index included; empty when it is sound.
 QStringList faults(SQLite::Database &database);

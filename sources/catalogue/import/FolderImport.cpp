@@ -14,8 +14,8 @@ struct FolderImport::Run
 {
     Run(FolderImport &import, const QString &folder)
         : owner(&import),
-          interval(import.m_manners.interval),
-          job(import.m_catalogue, folder, import.m_manners.patience)
+          interval(import.m_options.interval),
+          job(import.m_catalogue, folder, import.m_options.writerTimeout)
     {
     }
 
@@ -75,10 +75,10 @@ struct FolderImport::Run
     }
 };
 
-FolderImport::FolderImport(const QString &catalogue) : FolderImport(catalogue, Manners()) {}
+FolderImport::FolderImport(const QString &catalogue) : FolderImport(catalogue, Options()) {}
 
-FolderImport::FolderImport(const QString &catalogue, const Manners &manners)
-    : m_catalogue(catalogue), m_manners(manners)
+FolderImport::FolderImport(const QString &catalogue, const Options &options)
+    : m_catalogue(catalogue), m_options(options)
 {
 }
 
@@ -86,7 +86,7 @@ FolderImport::~FolderImport()
 {
     if (!m_run)
         return;
-    if (m_run->leave(m_manners.longestGoodbye))
+    if (m_run->leave(m_options.stopTimeout))
         m_thread.join();
     else
         m_thread.detach();

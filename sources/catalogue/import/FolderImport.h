@@ -9,15 +9,15 @@
 class FolderImport final : public FolderImporting
 {
 public:
-    struct Manners
+    struct Options
     {
-        std::chrono::milliseconds interval{50};     // between two states while it runs, at the least
-        std::chrono::milliseconds patience{30'000}; // with another writer of the catalogue
-        std::chrono::milliseconds longestGoodbye{5000};
+        std::chrono::milliseconds interval{50};          // between two states while it runs, at the least
+        std::chrono::milliseconds writerTimeout{30'000}; // with another writer of the catalogue
+        std::chrono::milliseconds stopTimeout{5000};
     };
 
     explicit FolderImport(const QString &catalogue);
-    FolderImport(const QString &catalogue, const Manners &manners);
+    FolderImport(const QString &catalogue, const Options &options);
     /// Stops an import that runs and waits for its end, but no longer than is polite. One that is stuck, as
     /// on a network disk that does not answer, is left to itself.
     ~FolderImport() override;
@@ -31,7 +31,7 @@ private:
     void take(const FolderImportState &state);
 
     const QString m_catalogue;
-    const Manners m_manners;
+    const Options m_options;
     FolderImportState m_state;
     std::shared_ptr<Run> m_run; // shared with the thread, which may outlive us
     std::thread m_thread;

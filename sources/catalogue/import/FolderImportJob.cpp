@@ -22,10 +22,10 @@ bool isEmptied(const ImportCounts &counts)
 } // namespace
 
 FolderImportJob::FolderImportJob(const QString &catalogue, const QString &folder,
-                                 std::chrono::milliseconds patience)
+                                 std::chrono::milliseconds writerTimeout)
     : m_catalogue(catalogue)
 {
-    m_patience.longest = patience;
+    m_waitLimits.longest = writerTimeout;
     m_state.phase = Phase::Counting;
     m_state.folder = QDir::cleanPath(folder);
 }
@@ -79,7 +79,7 @@ void FolderImportJob::countFiles()
 void FolderImportJob::readFiles()
 {
     enter(Phase::Reading);
-    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_catalogue, &m_patience);
+    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_catalogue, &m_waitLimits);
     if (!catalogue)
         return fail(m_texts.catalogueFailed(m_catalogue, catalogue.error()));
     CatalogueImport import(catalogue.value(), {}, [this](const ImportCounts &counts) {

@@ -13,13 +13,13 @@ class FolderImportJob final
 public:
     using Tell = std::function<void(const FolderImportState &)>;
 
-    /// `patience` is how long another writer of the catalogue is waited for.
-    FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds patience);
+    /// `writerTimeout` is how long another writer of the catalogue is waited for.
+    FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds writerTimeout);
 
     /// Tells how far it is after every file, on this thread, and gives how it ended. The catalogue is closed
     /// by then.
     FolderImportState run(const Tell &tell);
-    void stop() { m_patience.isStopped = true; }
+    void stop() { m_waitLimits.isStopped = true; }
 
 private:
     using Phase = FolderImportState::Phase;
@@ -30,11 +30,11 @@ private:
     void readFiles();
     void take(const ImportCounts &counts);
     void fail(const QString &sentence);
-    bool isStopped() const { return m_patience.isStopped; }
+    bool isStopped() const { return m_waitLimits.isStopped; }
 
     const QString m_catalogue;
     const FolderImportTexts m_texts;
-    CatalogueStore::Patience m_patience;
+    CatalogueStore::WaitLimits m_waitLimits;
     Tell m_tell;
     FolderImportState m_state;
 };

@@ -35,7 +35,7 @@ FolderImportTexts::FolderImportTexts()
     m_notUnpacked = String::localize(u"“%@” cannot be unpacked."_s);
     m_damagedArchive = String::localize(u"“%@” is damaged or of an unknown kind."_s);
     m_lockedArchive = String::localize(u"“%@” is protected by a password."_s);
-    m_swellingArchive = String::localize(u"“%@” unpacks to far more than its size."_s);
+    m_archiveBomb = String::localize(u"“%@” unpacks to far more than its size."_s);
     m_unreadableFile = String::localize(u"“%@” cannot be opened."_s);
     m_goneFile = String::localize(u"“%@” is no longer there."_s);
 }
@@ -76,8 +76,8 @@ const QString &FolderImportTexts::formatOf(ImportRefusal why) const
         return m_damagedArchive;
     case ImportRefusal::LockedArchive:
         return m_lockedArchive;
-    case ImportRefusal::SwellingArchive:
-        return m_swellingArchive;
+    case ImportRefusal::ArchiveBomb:
+        return m_archiveBomb;
     case ImportRefusal::Unreadable:
     case ImportRefusal::ClosedFolder:
         return m_unreadableFile;

@@ -29,7 +29,7 @@ private:
     QString m_notUnpacked;
     QString m_damagedArchive;
     QString m_lockedArchive;
-    QString m_swellingArchive;
+    QString m_archiveBomb;
     QString m_unreadableFile;
     QString m_goneFile;
 };

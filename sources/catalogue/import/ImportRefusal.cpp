@@ -15,7 +15,7 @@ QString textOf(ImportRefusal why)
         return u"is damaged or not an archive that can be read"_s;
     case ImportRefusal::LockedArchive:
         return u"is protected by a password"_s;
-    case ImportRefusal::SwellingArchive:
+    case ImportRefusal::ArchiveBomb:
         return u"unpacks to more than an archive of its size should"_s;
     case ImportRefusal::Unreadable:
         return u"cannot be read"_s;

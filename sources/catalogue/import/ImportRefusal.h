@@ -8,8 +8,8 @@ enum class ImportRefusal
     TooLarge,
     NotUnpacked,
     DamagedArchive,
-    LockedArchive,   // by a password
-    SwellingArchive, // unpacks to more than an archive of its size should
+    LockedArchive, // by a password
+    ArchiveBomb,   // unpacks to more than an archive of its size should
     Unreadable,
     Gone,
     EmptiedFolder, // nothing is left of what was entered from it

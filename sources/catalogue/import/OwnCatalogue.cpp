@@ -23,24 +23,24 @@ QList<qint64> firstColumn(SQLite::Statement &statement)
 } // namespace
 
 OwnCatalogue::OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
-                           const CatalogueStore::Patience *patience)
+                           const CatalogueStore::WaitLimits *limits)
     : m_database(std::move(database)),
       m_rows(std::make_unique<CatalogueRows>(*m_database)),
       m_statements(std::make_unique<PreparedStatements>(*m_database)),
       m_path(path),
-      m_patience(patience)
+      m_waitLimits(limits)
 {
 }
 
 OwnCatalogue::~OwnCatalogue() = default;
 OwnCatalogue::OwnCatalogue(OwnCatalogue &&) noexcept = default;
 
-Result<OwnCatalogue> OwnCatalogue::open(const QString &path, const CatalogueStore::Patience *patience)
+Result<OwnCatalogue> OwnCatalogue::open(const QString &path, const CatalogueStore::WaitLimits *limits)
 {
-    Result<std::unique_ptr<SQLite::Database>> database = CatalogueStore::openForWriting(path, patience);
+    Result<std::unique_ptr<SQLite::Database>> database = CatalogueStore::openForWriting(path, limits);
     if (!database)
         return database.error();
-    return OwnCatalogue(std::move(database.value()), path, patience);
+    return OwnCatalogue(std::move(database.value()), path, limits);
 }
 
 /// The writer's place is taken at once: one that waits for it in the middle could not be given it any more.
@@ -227,16 +227,16 @@ Result<void> OwnCatalogue::vacuum()
         m_database->exec("INSERT INTO title_words(title_words) VALUES('optimize')");
         m_database->exec("VACUUM");
         m_database->exec("ANALYZE");
-        settle();
+        checkpoint();
         return {};
     } catch (const SQLite::Exception &exception) {
         return CatalogueStore::error(m_path, exception);
     }
 }
 
-void OwnCatalogue::settle()
+void OwnCatalogue::checkpoint()
 {
     m_database->setBusyTimeout(0); // not worth waiting for the end of somebody's reading
     m_database->tryExec("PRAGMA wal_checkpoint(TRUNCATE)");
-    CatalogueStore::waitForWriters(*m_database, m_patience);
+    CatalogueStore::waitForWriters(*m_database, m_waitLimits);
 }

@@ -8,7 +8,7 @@
 class CatalogueRows;
 namespace CatalogueStore
 {
-struct Patience;
+struct WaitLimits;
 }
 
 /// A subtitle read from a source and ready to be entered.
@@ -48,8 +48,8 @@ public:
             0; // the same subtitle came from elsewhere before, or this member is there already
     };
 
-    /// `patience`, if any, outlives the catalogue.
-    static Result<OwnCatalogue> open(const QString &path, const CatalogueStore::Patience *patience = nullptr);
+    /// `limits`, if any, outlives the catalogue.
+    static Result<OwnCatalogue> open(const QString &path, const CatalogueStore::WaitLimits *limits = nullptr);
     ~OwnCatalogue();
     OwnCatalogue(OwnCatalogue &&) noexcept;
     OwnCatalogue &operator=(OwnCatalogue &&) = delete;
@@ -68,11 +68,11 @@ public:
     /// is.
     Result<void> vacuum();
     /// Writes the log back into the file, as far as readers allow.
-    void settle();
+    void checkpoint();
 
 private:
     OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
-                 const CatalogueStore::Patience *patience);
+                 const CatalogueStore::WaitLimits *limits);
     template <class Value, class Work>
     Result<Value> inTransaction(const Work &work);
     void enterStep(const SourceStep &step, Entered &counts);
@@ -86,5 +86,5 @@ private:
     std::unique_ptr<CatalogueRows> m_rows; // these two let go of the database before it closes
     std::unique_ptr<class PreparedStatements> m_statements;
     QString m_path;
-    const CatalogueStore::Patience *m_patience = nullptr;
+    const CatalogueStore::WaitLimits *m_waitLimits = nullptr;
 };

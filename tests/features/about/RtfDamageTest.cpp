@@ -19,7 +19,7 @@ private:
     }
 
 private Q_SLOTS:
-    void whatIsNoWholeRichTextIsRefused_data()
+    void incompleteRichTextIsRefused_data()
     {
         QTest::addColumn<QByteArray>("file");
         QTest::newRow("empty") << QByteArray();
@@ -36,7 +36,7 @@ private Q_SLOTS:
         QTest::newRow("far too deep") << "{\\rtf1" + QByteArray(400'000, '{');
         QTest::newRow("too large") << "{\\rtf1 " + QByteArray(MaxRtfBytes, 'a') + "}";
     }
-    void whatIsNoWholeRichTextIsRefused()
+    void incompleteRichTextIsRefused()
     {
         QFETCH(QByteArray, file);
         QVERIFY(!readRtf(file));

@@ -229,7 +229,7 @@ private Q_SLOTS:
         QCOMPARE(kept.readAll(), QByteArray("precious"));
     }
 
-    void failureToMoveIsPassedOnAndNobodyTold()
+    void failureToMoveIsReportedAndNoReplySent()
     {
         DeliveryFixture fixture;
         fixture.files.moveError = Error{u"FileManager"_s, ENOSPC, u"The disk is full."_s};

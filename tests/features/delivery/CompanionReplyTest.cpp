@@ -141,7 +141,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.contentOf("downloads/A.srt"), QByteArray("1\n"));
     }
 
-    void replyThatNobodyTakesIsFalse()
+    void unhandledReplyIsFalse()
     {
         DeliveryFixture fixture;
         fixture.workspace.takesURLs = false;

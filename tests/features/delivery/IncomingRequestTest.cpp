@@ -42,7 +42,7 @@ private Q_SLOTS:
         QCOMPARE(m_sandbox.printedLines(), QStringList());
     }
 
-    void whatIsNoURLIsIgnored_data()
+    void invalidURLsAreIgnored_data()
     {
         QTest::addColumn<std::optional<QString>>("text");
         using Text = std::optional<QString>;
@@ -56,7 +56,7 @@ private Q_SLOTS:
         QTest::newRow("line break") << Text(u"plovendix://x\n?"_s + Film);
         QTest::newRow("NUL") << Text(u"plovendix://x\0?"_s + Film);
     }
-    void whatIsNoURLIsIgnored()
+    void invalidURLsAreIgnored()
     {
         QFETCH(std::optional<QString>, text);
         FakeHost host;

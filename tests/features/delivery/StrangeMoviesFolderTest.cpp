@@ -30,7 +30,7 @@ private:
         return sent ? Result<bool>(sent->isReplyTaken) : Result<bool>(sent.error());
     }
 
-    static void checkNobodyWasTold(const DeliveryFixture &fixture)
+    static void checkNoReplyWasSent(const DeliveryFixture &fixture)
     {
         QCOMPARE(fixture.contentOf("downloads/A.srt"), QByteArray("1\n"));
         QVERIFY(fixture.workspace.opened.isEmpty());
@@ -47,7 +47,7 @@ private Q_SLOTS:
         QCOMPARE(sent.error().domain, u"SendSubtitleErrors"_s);
         QCOMPARE(sent.error().code, static_cast<int>(SendSubtitleErrors::couldNotFindMoviesFolder));
         QCOMPARE(fixture.contentOf("Films"), QByteArray("a file"));
-        checkNobodyWasTold(fixture);
+        checkNoReplyWasSent(fixture);
     }
 
     void readOnlyDiskCountsAsNone()
@@ -60,7 +60,7 @@ private Q_SLOTS:
         QVERIFY(!sent);
         QCOMPARE(sent.error().domain, u"SendSubtitleErrors"_s);
         QCOMPARE(sent.error().code, static_cast<int>(SendSubtitleErrors::couldNotFindMoviesFolder));
-        checkNobodyWasTold(fixture);
+        checkNoReplyWasSent(fixture);
     }
 
     void folderThatTakesNothingMakesTheMoveFail()
@@ -75,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(sent.error().domain, u"FileManager"_s);
         QCOMPARE(sent.error().code, EROFS);
         QVERIFY(fixture.namesIn("Movies/Plovendix").isEmpty());
-        checkNobodyWasTold(fixture);
+        checkNoReplyWasSent(fixture);
     }
 
     void anotherDiskGetsACopyAndTheDownloadGoes()
@@ -103,7 +103,7 @@ private Q_SLOTS:
         QVERIFY(!sent);
         QCOMPARE(sent.error().code, ENOSPC);
         QVERIFY(fixture.namesIn("Movies/Plovendix").isEmpty());
-        checkNobodyWasTold(fixture);
+        checkNoReplyWasSent(fixture);
     }
 };
 

@@ -26,7 +26,7 @@ private:
 private Q_SLOTS:
     void init() { UserDefaults::setStandardFile(m_sandbox.path(u"settings/%1.conf"_s.arg(++m_files))); }
 
-    void nobodyIsAskedBeforeTheProgramWasOfUse_data()
+    void noDonationIsAskedForTooEarly_data()
     {
         QTest::addColumn<int>("deliveries");
         QTest::addColumn<bool>("mayAsk");
@@ -35,7 +35,7 @@ private Q_SLOTS:
         QTest::newRow("five") << 5 << true;
         QTest::newRow("many") << 50 << true;
     }
-    void nobodyIsAskedBeforeTheProgramWasOfUse()
+    void noDonationIsAskedForTooEarly()
     {
         QFETCH(int, deliveries);
         QFETCH(bool, mayAsk);
@@ -102,7 +102,7 @@ private Q_SLOTS:
         QVERIFY(rule.mayAsk(m_now));
     }
 
-    void strangeSettingsAskNobodyEarly_data()
+    void invalidSettingsDoNotAskEarly_data()
     {
         QTest::addColumn<QVariant>("deliveries");
         QTest::addColumn<bool>("afterFive");
@@ -110,7 +110,7 @@ private Q_SLOTS:
         QTest::newRow("no number") << QVariant(u"many"_s) << true;
         QTest::newRow("the largest") << QVariant(std::numeric_limits<qlonglong>::max()) << true;
     }
-    void strangeSettingsAskNobodyEarly()
+    void invalidSettingsDoNotAskEarly()
     {
         QFETCH(QVariant, deliveries);
         QFETCH(bool, afterFive);

@@ -32,7 +32,7 @@ private Q_SLOTS:
         QCOMPARE(named({u"t"_s, {}, {u"l"_s}}), (QStringList{u"log"_s, u"parameters"_s, u"text"_s}));
     }
 
-    void whatIsNoReportIsNone_data()
+    void malformedReportsAreRejected_data()
     {
         QTest::addColumn<QByteArray>("json");
         QTest::newRow("nothing") << QByteArray();
@@ -42,7 +42,7 @@ private Q_SLOTS:
         QTest::newRow("a number") << QByteArray(R"({"text":1})");
         QTest::newRow("cut") << QByteArray(R"({"text":"a")");
     }
-    void whatIsNoReportIsNone()
+    void malformedReportsAreRejected()
     {
         QFETCH(const QByteArray, json);
         QVERIFY(!FeedbackReport::fromJson(json));

@@ -78,14 +78,14 @@ private:
     void send(const QString &text, bool withLog = false) { m_window->person->send(text, withLog); }
     void waitForEnd(const QString &state)
     {
-        QTRY_VERIFY_WITH_TIMEOUT(lastState().startsWith(state), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(lastState().startsWith(state), WaitLimit);
     }
     void beginHanging(const QString &text)
     {
         m_answer.delivery = Delivery::Silent;
         m_reporter->reportFeedback();
         send(text);
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
     }
     QJsonObject received() const
     {
@@ -148,7 +148,7 @@ private Q_SLOTS:
         waitForEnd(u"sent"_s);
         QCOMPARE(received().keys(), (QStringList{u"parameters"_s, u"text"_s}));
         send(u"Hello"_s, true);
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->states.count(u"sent"_s), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->states.count(u"sent"_s), 2, WaitLimit);
         QCOMPARE(received()[u"log"_s].toArray(), QJsonArray::fromStringList(m_window->form.log));
         QCOMPARE(m_window->form.log, QStringList{u"info plovendix.test: the first"_s});
     }
@@ -179,7 +179,7 @@ private Q_SLOTS:
         send(u"Hello"_s);
         waitForEnd(u"failure "_s);
         send(u"Hello again"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->states.size(), 5, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->states.size(), 5, WaitLimit);
         QCOMPARE(keptFiles().size(), 1);
         QCOMPARE(KeptReports().oldest()->report.text, u"Hello again"_s);
         m_answer.status = 200;
@@ -208,7 +208,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->form.hint, QString());
     }
 
-    void aFolderThatCannotBeWrittenIsTold()
+    void unwritableFolderIsReported()
     {
         QVERIFY(QDir().mkpath(QFileInfo(KeptReports::standardFolder()).path()));
         QFile inTheWay(KeptReports::standardFolder());
@@ -235,7 +235,7 @@ private Q_SLOTS:
     {
         beginHanging(u"One"_s);
         m_window->person->stopSending();
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, WaitLimit);
         QCOMPARE(m_window->states, (QStringList{u"form"_s, u"sending"_s}));
         QVERIFY(keptFiles().isEmpty());
         m_answer.delivery = Delivery::Whole;

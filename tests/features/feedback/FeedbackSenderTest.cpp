@@ -36,7 +36,7 @@ private:
     void send(const QString &address)
     {
         start(address);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
     }
     void compareFault(FeedbackFault fault) const
     {
@@ -115,9 +115,9 @@ private Q_SLOTS:
     {
         m_answer.delivery = Delivery::Silent;
         start(m_server->url(u"/"_s).toString());
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         m_clock->advance(60s);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         compareFault(FeedbackFault::Timeout);
     }
 

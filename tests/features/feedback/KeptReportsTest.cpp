@@ -75,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(kept().oldest()->report.text, u"Better"_s);
     }
 
-    void whatIsNoReportIsPassedOver()
+    void malformedReportsAreSkipped()
     {
         QVERIFY(QDir().mkpath(m_folder));
         const QString below = QDir(m_sandbox.path({})).relativeFilePath(m_folder);
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder).entryList(QDir::Files).size(), 5);
     }
 
-    void aFolderThatCannotBeMadeIsTold()
+    void uncreatableFolderIsReported()
     {
         m_folder = m_sandbox.writeFile(u"file%1"_s.arg(m_folders), "x") + u"/feedback"_s;
         const auto path = kept().keep(report(u"One"_s), m_date);

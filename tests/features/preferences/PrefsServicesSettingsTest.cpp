@@ -44,7 +44,7 @@ private Q_SLOTS:
         Bundle::main().setPreferredLocalizations({});
     }
 
-    void likingsAreSettings_data()
+    void preferencesAreSettings_data()
     {
         QTest::addColumn<QString>("popUp");
         QTest::addColumn<QString>("key");
@@ -53,7 +53,7 @@ private Q_SLOTS:
         QTest::newRow("foreign") << u"foreignPopUp"_s << u"SubtitleForeignPartsOnly"_s << u"Avoided"_s;
         QTest::newRow("machine") << u"machinePopUp"_s << u"SubtitleMachineTranslated"_s << u"Avoided"_s;
     }
-    void likingsAreSettings()
+    void preferencesAreSettings()
     {
         QFETCH(const QString, popUp);
         QFETCH(const QString, key);

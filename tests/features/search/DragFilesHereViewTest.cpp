@@ -64,7 +64,7 @@ private Q_SLOTS:
     void refusedDragEndsAnOutline();
     void leavingPrintsTheSameWordAndClearsTheOutline();
     void everyStepAsksForARedraw();
-    void changesAreToldOnce();
+    void changesNotifyOnce();
 
 private:
     Sandbox m_sandbox;
@@ -219,7 +219,7 @@ void DragFilesHereViewTest::everyStepAsksForARedraw()
     }
 }
 
-void DragFilesHereViewTest::changesAreToldOnce()
+void DragFilesHereViewTest::changesNotifyOnce()
 {
     DragFilesHereView view(QRect(0, 0, 100, 80));
     QStringList told;

@@ -41,8 +41,8 @@ private Q_SLOTS:
     void whatIsDroppedIsJudgedByTheSearch_data();
     void whatIsDroppedIsJudgedByTheSearch();
     void firstFileAmongLinksIsSearchedFor();
-    void whatIsNoFileIsRefused_data();
-    void whatIsNoFileIsRefused();
+    void nonFilesAreRefused_data();
+    void nonFilesAreRefused();
     void unreadablePasteboardIsRefused_data();
     void unreadablePasteboardIsRefused();
     void dragsArriveAsEvents();
@@ -130,7 +130,7 @@ void DroppedFilesTest::firstFileAmongLinksIsSearchedFor()
     QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///b.mkv"_s)});
 }
 
-void DroppedFilesTest::whatIsNoFileIsRefused_data()
+void DroppedFilesTest::nonFilesAreRefused_data()
 {
     QTest::addColumn<QString>("url");
     QTest::newRow("a web page") << u"https://plovendix.example/film.mkv"_s;
@@ -138,7 +138,7 @@ void DroppedFilesTest::whatIsNoFileIsRefused_data()
     QTest::newRow("mail") << u"mailto:someone@plovendix.example"_s;
 }
 
-void DroppedFilesTest::whatIsNoFileIsRefused()
+void DroppedFilesTest::nonFilesAreRefused()
 {
     QFETCH(QString, url);
     Scene scene;

@@ -25,8 +25,8 @@ class PasteboardURLsTest : public QObject
 private Q_SLOTS:
     void linesAreURLs_data();
     void linesAreURLs();
-    void whatIsNoListGivesNothing_data();
-    void whatIsNoListGivesNothing();
+    void malformedListsGiveNothing_data();
+    void malformedListsGiveNothing();
     void oneFileURLMakesAFile_data();
     void oneFileURLMakesAFile();
     void noPasteboardGivesNothing();
@@ -65,7 +65,7 @@ void PasteboardURLsTest::linesAreURLs()
     QCOMPARE(*found, urls);
 }
 
-void PasteboardURLsTest::whatIsNoListGivesNothing_data()
+void PasteboardURLsTest::malformedListsGiveNothing_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty") << QByteArray();
@@ -75,7 +75,7 @@ void PasteboardURLsTest::whatIsNoListGivesNothing_data()
     QTest::newRow("a broken one") << "file:///a.mkv\r\nhttp://host:port/\r\n"_ba;
 }
 
-void PasteboardURLsTest::whatIsNoListGivesNothing()
+void PasteboardURLsTest::malformedListsGiveNothing()
 {
     QFETCH(QByteArray, content);
     QVERIFY(!read(content));

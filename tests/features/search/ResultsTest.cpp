@@ -54,7 +54,7 @@ private Q_SLOTS:
     void selectionWithThePanelShownDoesNotMoveIt();
     void deselectionHidesThePanel();
     void panelStartsHiddenWithInsets();
-    void panelIsSettledAtOnceWhenTheViewLoads();
+    void panelIsInPlaceWhenTheViewLoads();
     void insetsChangeBeforeThePanelMoves();
     void shownPanelScrollsToTheSelectedRowWhenAnimated();
     void shownPanelDoesNotScrollWithoutAnimation();
@@ -169,7 +169,7 @@ void ResultsTest::panelStartsHiddenWithInsets()
     QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 0));
 }
 
-void ResultsTest::panelIsSettledAtOnceWhenTheViewLoads()
+void ResultsTest::panelIsInPlaceWhenTheViewLoads()
 {
     Animator::setReducedMotion(false);
     const auto controller = ViewController::make<MainViewController>();

@@ -36,7 +36,7 @@ private Q_SLOTS:
         say({});
     }
 
-    void changesAreToldOnce()
+    void changesNotifyOnce()
     {
         const QSignalSpy changes(&ServiceStatus::shared(), &ServiceStatus::changed);
         say({true, 4});
@@ -105,7 +105,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::newRow("offline") << static_cast<int>(ServiceStatus::Missing::ByBeingOffline)
                                  << u"Offline: showing the local catalogue"_s;
-        QTest::newRow("key") << static_cast<int>(ServiceStatus::Missing::ByTheKey)
+        QTest::newRow("key") << static_cast<int>(ServiceStatus::Missing::KeyRejected)
                              << u"The online service does not accept the key (see the preferences):\n"
                                 "showing the local catalogue"_s;
         QTest::newRow("language") << static_cast<int>(ServiceStatus::Missing::ByTheLanguage)

@@ -93,7 +93,7 @@ private Q_SLOTS:
             500);
     }
 
-    void whatIsNoFeedIsRefused_data()
+    void malformedFeedsAreRefused_data()
     {
         QTest::addColumn<QByteArray>("feed");
         QTest::addColumn<int>("fault");
@@ -125,7 +125,7 @@ private Q_SLOTS:
             UpdateFault::Declarations);
         row("too large", feedOf(QByteArray(Appcast::MaxBytes, ' ')), UpdateFault::TooLarge);
     }
-    void whatIsNoFeedIsRefused()
+    void malformedFeedsAreRefused()
     {
         QFETCH(const QByteArray, feed);
         QFETCH(const int, fault);

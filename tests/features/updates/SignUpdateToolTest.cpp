@@ -116,7 +116,7 @@ private Q_SLOTS:
         QCOMPARE(run({u"feed"_s, m_key, m_key}).exitCode, 1); // no item at all
     }
 
-    void mistakesAreToldAndNothingIsPrinted_data()
+    void mistakesAreReportedAndNothingIsPrinted_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("exitCode");
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QTest::newRow("no notes") << QStringList{u"item"_s, m_key, u"1.1"_s, link, m_key + u"x"_s} << 1;
         QTest::newRow("no key") << QStringList{u"item"_s, m_key + u"x"_s, u"1.1"_s, link} << 1;
     }
-    void mistakesAreToldAndNothingIsPrinted()
+    void mistakesAreReportedAndNothingIsPrinted()
     {
         QFETCH(const QStringList, arguments);
         QFETCH(const int, exitCode);

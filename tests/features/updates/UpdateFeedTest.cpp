@@ -42,7 +42,7 @@ private:
     void fetch(const QString &address)
     {
         start(address);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
     }
     void compareFault(UpdateFault fault) const
     {
@@ -166,9 +166,9 @@ private Q_SLOTS:
     {
         m_answer.delivery = Delivery::StalledAfterHeaders;
         start(m_server->url(u"/"_s).toString());
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         m_clock->advance(30s);
-        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_caught->came(), WaitLimit);
         compareFault(UpdateFault::Timeout);
     }
 
@@ -211,9 +211,9 @@ private Q_SLOTS:
     {
         m_answer.delivery = Delivery::Silent;
         start(m_server->url(u"/"_s).toString());
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests().size(), 1, WaitLimit);
         m_call.reset();
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->openConnections(), 0, WaitLimit);
         QVERIFY(!m_caught->came());
     }
 };

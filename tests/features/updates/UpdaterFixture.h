@@ -90,7 +90,7 @@ struct UpdaterFixture
         Workspace::setSharedWorkspace(workspace);
         clock = std::make_unique<ManualClock>();
         // Nothing passes by itself but the very next turn.
-        clock->setPatience(std::chrono::milliseconds(0));
+        clock->setLongestAutomaticWait(std::chrono::milliseconds(0));
         server = std::make_unique<LoopbackServer>([this](const ReceivedRequest &) { return answer; });
         defaults().setObject(QStringLiteral("UpdateFeedURL"), server->url(QStringLiteral("/f")).toString());
         window = std::make_unique<NotingWindow>();

@@ -15,12 +15,12 @@ private:
 
     void waitForRequests(qsizetype count)
     {
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), count, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), count, WaitLimit);
     }
     /// A completed check is known by its date.
-    void waitForCheckAt(const QDateTime &date) { QTRY_COMPARE_WITH_TIMEOUT(m.lastCheck(), date, Patience); }
+    void waitForCheckAt(const QDateTime &date) { QTRY_COMPARE_WITH_TIMEOUT(m.lastCheck(), date, WaitLimit); }
     /// A check that failed leaves nothing but the wait for the next.
-    void waitForQuiet() { QTRY_COMPARE_WITH_TIMEOUT(m.clock->pending().size(), 1, Patience); }
+    void waitForQuiet() { QTRY_COMPARE_WITH_TIMEOUT(m.clock->pending().size(), 1, WaitLimit); }
     void startJustChecked(int interval)
     {
         m.defaults().setObject(u"SULastCheckTime"_s, m.clock->date());
@@ -73,7 +73,7 @@ private Q_SLOTS:
         m.offerVersions({u"1.6"_s});
         m.start();
         m.clock->advance(1min);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, QStringList{u"by itself 1.6"_s}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, QStringList{u"by itself 1.6"_s}, WaitLimit);
     }
 
     void failuresAreSilentAndTriedAgainAfterAnHour_data()
@@ -169,7 +169,7 @@ private Q_SLOTS:
         m.clock->advance(1min);
         waitForRequests(1);
         m.switchAutomatic(false);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>());
         QVERIFY(m.window->states.isEmpty());
     }
@@ -182,7 +182,7 @@ private Q_SLOTS:
         waitForRequests(1);
         m.switchAutomatic(false);
         m.clock->advance(30s);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 2, WaitLimit);
         QVERIFY(m.window->states.constLast().startsWith(u"failure "_s));
     }
 
@@ -195,7 +195,7 @@ private Q_SLOTS:
         waitForRequests(1);
         m.updater->checkForUpdates(nullptr);
         m.server->setDripInterval(0);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, (QStringList{u"checking"_s, u"offer 1.6"_s}), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, (QStringList{u"checking"_s, u"offer 1.6"_s}), WaitLimit);
         QCOMPARE(m.server->requests().size(), 1);
     }
 
@@ -209,7 +209,7 @@ private Q_SLOTS:
         QVERIFY(m.window->states.isEmpty());
         m.offerVersions({u"1.6"_s, u"1.7"_s});
         letPass(24h);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, QStringList{u"by itself 1.7"_s}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, QStringList{u"by itself 1.7"_s}, WaitLimit);
     }
 
     void whoIsToBeRemindedIsRemindedAtTheNextCheck()
@@ -217,11 +217,11 @@ private Q_SLOTS:
         m.offerVersions({u"1.6"_s});
         m.start();
         m.clock->advance(1min);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 1, WaitLimit);
         m.window->close();
         letPass(24h);
         QTRY_COMPARE_WITH_TIMEOUT(m.window->states, (QStringList{u"by itself 1.6"_s, u"by itself 1.6"_s}),
-                                  Patience);
+                                  WaitLimit);
     }
 
     void anOpenWindowIsNotReplaced()
@@ -229,7 +229,7 @@ private Q_SLOTS:
         m.offerVersions({u"1.6"_s});
         m.start();
         m.clock->advance(1min);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 1, WaitLimit);
         letPass(72h);
         QCOMPARE(m.server->requests().size(), 1);
         m.window->close();

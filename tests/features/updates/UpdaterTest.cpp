@@ -16,7 +16,7 @@ private:
     void check(qsizetype states = 2)
     {
         m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), states, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), states, WaitLimit);
     }
     QString lastState() const { return m.window->states.constLast(); }
 
@@ -58,7 +58,7 @@ private Q_SLOTS:
         QCOMPARE(lastState(), u"dismissed"_s);
     }
 
-    void aLinkThatNothingOpensIsTold()
+    void unopenedLinkIsReported()
     {
         m.workspace->takesLinks = false;
         m.offerVersions({u"1.6"_s});
@@ -68,7 +68,7 @@ private Q_SLOTS:
         QVERIFY(lastState().endsWith(u"\nhttps://get.example/1.6"_s));
     }
 
-    void failuresAreTold()
+    void failuresAreReported()
     {
         m.answer = {200, {}, "<!DOCTYPE html><html>Sign in</html>"};
         check();
@@ -117,11 +117,11 @@ private Q_SLOTS:
     {
         m.answer.delivery = Delivery::Silent;
         m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, WaitLimit);
         m.updater->checkForUpdates(nullptr);
         QCOMPARE(m.window->states, (QStringList{u"checking"_s, u"forward"_s}));
         m.clock->advance(30s);
-        QTRY_VERIFY_WITH_TIMEOUT(lastState().startsWith(u"failure "_s), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(lastState().startsWith(u"failure "_s), WaitLimit);
         QCOMPARE(m.server->requests().size(), 1);
     }
 
@@ -129,9 +129,9 @@ private Q_SLOTS:
     {
         m.answer.delivery = Delivery::Silent;
         m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, WaitLimit);
         m.window->close();
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         m.clock->advance(120s);
         QCOMPARE(m.window->states, QStringList{u"checking"_s});
         m.offerVersions({});
@@ -179,10 +179,10 @@ private Q_SLOTS:
     {
         m.answer.delivery = Delivery::Silent;
         m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, WaitLimit);
         m.updater.reset();
         QVERIFY(!m.window->person);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>());
     }
 };

@@ -181,7 +181,7 @@ private Q_SLOTS:
         QVERIFY(decodedText(QByteArray(64, '\0'), u"eng"_s).text.contains(QChar(0)));
     }
 
-    void longTextsAreToldByAPart_data()
+    void longTextsAreDetectedByAPart_data()
     {
         QTest::addColumn<QByteArray>("set");
         QTest::addColumn<QString>("language");
@@ -196,7 +196,7 @@ private Q_SLOTS:
         QTest::newRow("two bytes, late")
             << QByteArray("gb18030") << u"chi"_s << u"你好，世界。今天天气很好\n"_s << 60'000;
     }
-    void longTextsAreToldByAPart()
+    void longTextsAreDetectedByAPart()
     {
         QFETCH(const QByteArray, set);
         QFETCH(const QString, language);

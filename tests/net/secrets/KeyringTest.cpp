@@ -120,7 +120,7 @@ private:
         QVERIFY(m_keyring.waitForStarted());
         m_keyring.write("password of this test");
         m_keyring.closeWriteChannel();
-        QTRY_VERIFY_WITH_TIMEOUT(keyringIsOpen(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(keyringIsOpen(), WaitLimit);
     }
 
     /// Whether the daemon is on the bus and has unlocked the keyring that secrets go to. A call to a name
@@ -156,7 +156,7 @@ private:
         auto caught = std::make_shared<Caught<std::optional<QString>>>();
         store.read(Secret::SubtitleKey,
                    [caught](const Result<std::optional<QString>> &result) { caught->completion()(result); });
-        if (!QTest::qWaitFor([&] { return caught->came(); }, Patience) || !**caught)
+        if (!QTest::qWaitFor([&] { return caught->came(); }, WaitLimit) || !**caught)
             return u"(unreadable)"_s;
         return (**caught)->value_or(u"(none)"_s);
     }
@@ -166,7 +166,7 @@ private:
         auto caught = std::make_shared<Caught<void>>();
         store.write(Secret::SubtitleKey, text,
                     [caught](const Result<void> &result) { caught->completion()(result); });
-        return QTest::qWaitFor([&] { return caught->came(); }, Patience) && (*caught)->hasValue();
+        return QTest::qWaitFor([&] { return caught->came(); }, WaitLimit) && (*caught)->hasValue();
     }
 
     QString filePath() const { return m_sandbox.path(u"config/secrets"_s); }

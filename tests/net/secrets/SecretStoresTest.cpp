@@ -45,7 +45,7 @@ Credentials loaded(SecretStore &store, std::optional<Error> *failure = nullptr)
             *failure = why;
     });
     const bool early = credentials.has_value();
-    const bool came = QTest::qWaitFor([&] { return credentials.has_value(); }, Patience);
+    const bool came = QTest::qWaitFor([&] { return credentials.has_value(); }, WaitLimit);
     return early || !came ? Credentials{u"(never)"_s, {}, {}} : *credentials;
 }
 } // namespace
@@ -146,7 +146,7 @@ private Q_SLOTS:
         QVERIFY(!store.find(Secret::SubtitleKey));
         Caught<std::optional<QString>> read;
         store.read(Secret::SubtitleKey, read.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), WaitLimit);
         QVERIFY(!*read);
         QVERIFY(read->error().detail.endsWith(u"is damaged"_s));
         QCOMPARE(contentOf(filePath()), content);
@@ -164,7 +164,7 @@ private Q_SLOTS:
         FileSecretStore store(filePath());
         Caught<std::optional<QString>> read;
         store.read(Secret::SubtitleKey, read.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), WaitLimit);
         QVERIFY(!*read);
         QVERIFY(!read->error().detail.contains(u"damaged"_s));
         QVERIFY(read->error().detail.contains(u"directory"_s));
@@ -177,7 +177,7 @@ private Q_SLOTS:
         KeychainSecretStore store({}, FileSecretStore(filePath()));
         Caught<std::optional<QString>> read;
         store.read(Secret::SubtitleKey, read.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), WaitLimit);
         QVERIFY(!*read);
         QCOMPARE(read->error().localizedDescription, u"The keys in “%1” cannot be read."_s.arg(filePath()));
     }
@@ -280,13 +280,13 @@ private Q_SLOTS:
         Caught<void> written;
         store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
         QVERIFY(!written.came());
-        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), WaitLimit);
         QCOMPARE(asked, 1);
         QCOMPARE(written->hasValue(), agreed);
         QCOMPARE(QFileInfo::exists(filePath()), agreed);
         Caught<std::optional<QString>> read;
         store.read(Secret::SubtitleKey, read.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), WaitLimit);
         if (agreed)
             QCOMPARE(read->value(), u"my-key"_s);
         else
@@ -305,17 +305,17 @@ private Q_SLOTS:
         Caught<void> written;
         store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
         QCOMPARE(asked, 0); // never before the call has returned
-        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), WaitLimit);
         QVERIFY(*written);
         QCOMPARE(asked, 1);
         Caught<std::optional<QString>> read;
         store.read(Secret::SubtitleKey, read.completion());
         QVERIFY(!read.came());
-        QTRY_VERIFY_WITH_TIMEOUT(read.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(read.came(), WaitLimit);
         QCOMPARE(read->value(), u"my-key"_s);
     }
 
-    void removingAsksNobody()
+    void removingAsksNoKeyring()
     {
         const FileSecretStore file(filePath());
         QVERIFY(file.store(Secret::SubtitleKey, u"old"_s));
@@ -323,17 +323,17 @@ private Q_SLOTS:
                                   file);
         Caught<void> written;
         store.write(Secret::SubtitleKey, {}, written.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), WaitLimit);
         QVERIFY(*written); // where there is no keyring, none has it
         QVERIFY(!file.find(Secret::SubtitleKey));
     }
 
-    void withNobodyToAskNothingIsKept()
+    void withoutAQuestionNothingIsKept()
     {
         KeychainSecretStore store({}, FileSecretStore(filePath()));
         Caught<void> written;
         store.write(Secret::SubtitleKey, u"my-key"_s, written.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(written.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(written.came(), WaitLimit);
         QVERIFY(!*written);
         QVERIFY(!QFileInfo::exists(filePath()));
     }

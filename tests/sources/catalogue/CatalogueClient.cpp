@@ -9,7 +9,7 @@ const QString Hash = QStringLiteral("00112233445566ff");
 
 namespace
 {
-constexpr int PatienceMilliseconds = 20000;
+constexpr int TimeoutMilliseconds = 20000;
 
 QStringList releases(const Result<QueryResult> &result)
 {
@@ -27,7 +27,7 @@ Result<QueryResult> answerTo(SubtitleService &service, const QList<Arg> &args)
     const auto answers = std::make_shared<Answers>();
     service.query(args,
                   [answers, completion = answers->completion()](const auto &result) { completion(result); });
-    if (!QTest::qWaitFor([&] { return answers->count() == 1; }, PatienceMilliseconds))
+    if (!QTest::qWaitFor([&] { return answers->count() == 1; }, TimeoutMilliseconds))
         return Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
     return answers->last();
 }
@@ -139,7 +139,7 @@ Result<QUrl> fetch(SubtitleService &service, const SubtitlePtr &subtitle)
         const std::scoped_lock lock(slot->mutex);
         slot->answer = result;
     });
-    if (!QTest::qWaitFor([&] { return slot->isFilled(); }, PatienceMilliseconds))
+    if (!QTest::qWaitFor([&] { return slot->isFilled(); }, TimeoutMilliseconds))
         return Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
     return *slot->answer;
 }

@@ -63,7 +63,7 @@ private Q_SLOTS:
         QCOMPARE(answers.load(), 0);
     }
 
-    void downloadOfWhatIsNoLongerThereIsAnError_data()
+    void downloadOfAMissingEntryIsAnError_data()
     {
         QTest::addColumn<QString>("fileID");
         for (const char *id :
@@ -71,7 +71,7 @@ private Q_SLOTS:
             QTest::newRow(id) << QString::fromLatin1(id);
     }
 
-    void downloadOfWhatIsNoLongerThereIsAnError()
+    void downloadOfAMissingEntryIsAnError()
     {
         QFETCH(QString, fileID);
         Subtitle subtitle;

@@ -180,8 +180,8 @@ private Q_SLOTS:
         metadata->findExternally(u"tt990019001"_s, ExternalSource::imdb,
                                  [&](const Result<FindResult> &result) { answer = result; });
         // Looks without a pause: it is being read for half a second only.
-        for (const QDeadlineTimer patience(20s); !isBeingRead();)
-            QVERIFY(!patience.hasExpired());
+        for (const QDeadlineTimer deadline(20s); !isBeingRead();)
+            QVERIFY(!deadline.hasExpired());
         metadata.reset();
         QTRY_VERIFY(answer);
         QVERIFY(!*answer); // what was read by then is not all of it

@@ -37,7 +37,7 @@ private Q_SLOTS:
         QCOMPARE(image.deviceIndependentSize().toSize().width(), Wanted.width());
     }
 
-    void whatIsNoPictureIsNull_data()
+    void undecodableImagesAreNull_data()
     {
         QTest::addColumn<QByteArray>("encoded");
         const QByteArray whole = CatalogueFixture::solidPicture(480, 720, "JPG");
@@ -53,7 +53,7 @@ private Q_SLOTS:
             << CatalogueFixture::solidPicture(40, 60) + QByteArray(6 * 1024 * 1024, 'x');
     }
 
-    void whatIsNoPictureIsNull()
+    void undecodableImagesAreNull()
     {
         QFETCH(QByteArray, encoded);
         QVERIFY(posterImage(encoded, Wanted, 1.0).isNull());

@@ -95,7 +95,7 @@ private Q_SLOTS:
         QCOMPARE(picturesOf(u"tt9"_s), u"broken"_s);
     }
 
-    void nobodysFilmIsAnEmptyAnswer() { QCOMPARE(picturesOf(u"tt9"_s), u"not found"_s); }
+    void unknownFilmIsAnEmptyAnswer() { QCOMPARE(picturesOf(u"tt9"_s), u"not found"_s); }
 
     void lookupThatEndsLateIsStillAnswered()
     {
@@ -103,13 +103,13 @@ private Q_SLOTS:
         Caught<FindResult> second;
         m_combined->findExternally(u"tt1"_s, ExternalSource::imdb, first.completion());
         m_combined->findExternally(u"tt3"_s, ExternalSource::imdb, second.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second.came(), WaitLimit);
         QVERIFY(first.came());
         Caught<QImage> picture;
         m_combined->fetchImage((*first)->movieResults[0], ImageKind::Poster, Points, picture.completion());
         Caught<FindResult> third;
         m_combined->findExternally(u"tt9"_s, ExternalSource::imdb, third.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(third.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(third.came(), WaitLimit);
         QVERIFY(picture.came());
         QVERIFY(*picture);
     }
@@ -121,7 +121,7 @@ private Q_SLOTS:
         Caught<FindResult> second;
         m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, first.completion());
         m_combined->findExternally(u"tt1"_s, ExternalSource::imdb, second.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second.came(), WaitLimit);
         MainQueue::shared().runUntilIdle();
         QCOMPARE(m_near->asked, QStringList({u"tt2"_s, u"tt1"_s}));
         QCOMPARE(m_far->asked, QStringList());
@@ -133,11 +133,11 @@ private Q_SLOTS:
         Caught<FindResult> first;
         Caught<FindResult> second;
         m_combined->findExternally(u"tt3"_s, ExternalSource::imdb, first.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(first.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first.came(), WaitLimit);
         m_combined->findExternally(u"tt2"_s, ExternalSource::imdb, second.completion());
         Caught<QImage> picture; // that no source asked so far has
         m_combined->fetchImage((*first)->movieResults[0], ImageKind::Poster, Points, picture.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(second.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second.came(), WaitLimit);
         MainQueue::shared().runUntilIdle();
         QCOMPARE(m_far->asked, QStringList{u"tt2"_s});
         QVERIFY(!picture.came());
@@ -157,7 +157,7 @@ private Q_SLOTS:
             Caught<QImage> picture;
             m_combined->fetchImage({handle}, ImageKind::Poster, Points, picture.completion());
             QVERIFY(!picture.came());
-            QTRY_VERIFY_WITH_TIMEOUT(picture.came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(picture.came(), WaitLimit);
             QVERIFY(!*picture);
         }
     }
@@ -179,7 +179,7 @@ private:
     {
         Caught<FindResult> found;
         m_combined->findExternally(id, ExternalSource::imdb, found.completion());
-        if (found.came() || !QTest::qWaitFor([&] { return found.came(); }, Patience))
+        if (found.came() || !QTest::qWaitFor([&] { return found.came(); }, WaitLimit))
             return u"never"_s;
         if (!*found)
             return found->error().localizedDescription;
@@ -188,7 +188,7 @@ private:
         Caught<QImage> picture;
         m_combined->fetchImage((*found)->movieResults.first(), ImageKind::Poster, Points,
                                picture.completion());
-        if (!QTest::qWaitFor([&] { return picture.came(); }, Patience))
+        if (!QTest::qWaitFor([&] { return picture.came(); }, WaitLimit))
             return u"never"_s;
         return *picture ? u"picture"_s : picture->error().localizedDescription;
     }

@@ -70,7 +70,7 @@ private Q_SLOTS:
         m_rest->waiting[0](rows({subtitle(u"rest"_s, u"b"_s), subtitle(u"rest"_s, u"exact"_s, true)}));
         QCOMPARE(m_answers.load(), 0);
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(names(), (QStringList{u"exact"_s, u"a"_s, u"b"_s}));
     }
 
@@ -79,7 +79,7 @@ private Q_SLOTS:
         query();
         m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Paper.Lighthouse-ABC"_s)}));
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Paper Lighthouse ABC.srt"_s)}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(names(), QStringList{u"Paper Lighthouse ABC.srt"_s});
     }
 
@@ -89,7 +89,7 @@ private Q_SLOTS:
         m_combined->query({{Param::byteSize, u"5"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}}, answer());
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"Film.2019.720p.BluRay-XYZ"_s)}));
         m_rest->waiting[0](rows({subtitle(u"rest"_s, u"Film.2019.1080p.WEB-ABC"_s)}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(names().constFirst(), u"Film.2019.1080p.WEB-ABC"_s);
     }
 
@@ -98,8 +98,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("catalogue"); // rows, or a failure as a negative kind
         QTest::addColumn<int>("rest");
         QTest::addColumn<int>("outcome");
-        const int offline = -static_cast<int>(Kind::Offline);
-        const int bad = -static_cast<int>(Kind::BadAnswer);
+        const int offline = -static_cast<int>(ServiceFailure::Offline);
+        const int bad = -static_cast<int>(ServiceFailure::BadAnswer);
         QTest::newRow("rows and a failure") << 2 << offline << 2;
         QTest::newRow("a failure and rows") << bad << 3 << 3;
         QTest::newRow("nothing and a failure") << 0 << offline << offline;
@@ -115,14 +115,14 @@ private Q_SLOTS:
         query();
         m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
         m_rest->waiting[0](made(rest, u"rest"_s));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         if (outcome < 0)
-            QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
+            QCOMPARE(kindOf(m_last->error()), static_cast<ServiceFailure>(-outcome));
         else
             QCOMPARE(names().size(), outcome);
     }
 
-    void gapsAreToldBeforeTheAnswer()
+    void gapsAreReportedBeforeTheAnswer()
     {
         QStringList told;
         m_combined->setGapsObserver([&told](const CombinedSubtitleService::Gaps &gaps) {
@@ -138,13 +138,13 @@ private Q_SLOTS:
         };
         ask();
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
-        m_rest->waiting[0](failure(Kind::Offline));
-        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"rest 1"_s, u"told 0"_s, u"shown"_s}), Patience);
+        m_rest->waiting[0](failure(ServiceFailure::Offline));
+        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"rest 1"_s, u"told 0"_s, u"shown"_s}), WaitLimit);
         told.clear();
         ask();
         m_catalogue->waiting[1](rows({subtitle(u"catalogue"_s, u"a"_s)}));
         m_rest->waiting[1](rows({}));
-        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"told 0"_s, u"shown"_s}), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(told, (QStringList{u"told 0"_s, u"shown"_s}), WaitLimit);
     }
 
     void rowsLeftOutAreCounted()
@@ -159,10 +159,10 @@ private Q_SLOTS:
         many.leftOut = 40;
         m_rest->waiting[0](many);
         m_catalogue->waiting[0](rows({subtitle(u"catalogue"_s, u"a"_s)}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(names().size(), 2000);
         QCOMPARE((*m_last)->leftOut, 541);
-        QTRY_COMPARE_WITH_TIMEOUT(told, 541, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(told, 541, WaitLimit);
     }
 
     void sourceThatIsNotToBeAskedIsNot()
@@ -171,7 +171,7 @@ private Q_SLOTS:
         query();
         QCOMPARE(m_rest->queries.size(), 0);
         m_catalogue->waiting[0](rows({}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QVERIFY(*m_last);
     }
 
@@ -188,7 +188,7 @@ private Q_SLOTS:
             m_catalogue->waiting[i](rows({subtitle(u"catalogue"_s, QString::number(i))}));
             m_rest->waiting[i](rows({}));
         }
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(names(), QStringList{u"2"_s});
     }
 
@@ -212,7 +212,7 @@ private Q_SLOTS:
                                              m_names, [] { return RankingPreferences(); });
             std::atomic<int> count = 0;
             combined.query(Words, [&](const Result<QueryResult> &) { ++count; });
-            QTRY_COMPARE_WITH_TIMEOUT(count.load(), 1, Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(count.load(), 1, WaitLimit);
         }
     }
 
@@ -231,7 +231,7 @@ private Q_SLOTS:
         });
         one.join();
         other.join();
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), Queries, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), Queries, WaitLimit);
     }
 
     void serviceMayGoBeforeItsAnswers()
@@ -264,12 +264,12 @@ private Q_SLOTS:
         QCOMPARE(m_rest->downloads, QList{theirs});
     }
 
-    void downloadOfNobodysIsAnError()
+    void downloadOfUnknownSourceIsAnError()
     {
         std::optional<Result<QUrl>> came;
         m_combined->download(subtitle(u"gone"_s, u"a"_s), [&](const Result<QUrl> &result) { came = result; });
         QVERIFY(!came);
-        QTRY_VERIFY_WITH_TIMEOUT(came, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(came, WaitLimit);
         QVERIFY(!*came);
         QVERIFY(!came->error().localizedDescription.isEmpty());
     }

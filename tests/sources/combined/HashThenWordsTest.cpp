@@ -37,8 +37,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("catalogue"); // rows, or a failure as a negative kind
         QTest::addColumn<int>("rest");
         QTest::addColumn<int>("outcome");
-        const int offline = -static_cast<int>(Kind::Offline);
-        const int bad = -static_cast<int>(Kind::BadAnswer);
+        const int offline = -static_cast<int>(ServiceFailure::Offline);
+        const int bad = -static_cast<int>(ServiceFailure::BadAnswer);
         QTest::newRow("nothing and a failure") << 0 << offline << 0;
         QTest::newRow("rows and a failure") << 2 << offline << 2;
         QTest::newRow("a failure and nothing") << bad << 0 << bad;
@@ -52,10 +52,10 @@ private Q_SLOTS:
         m_combined->query(Hash, answer());
         m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
         m_rest->waiting[0](made(rest, u"rest"_s));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(m_last->hasValue(), outcome >= 0);
         if (outcome < 0)
-            QCOMPARE(kindOf(m_last->error()), static_cast<Kind>(-outcome));
+            QCOMPARE(kindOf(m_last->error()), static_cast<ServiceFailure>(-outcome));
         else
             QCOMPARE(names().size(), outcome);
     }
@@ -64,10 +64,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("failure");
         QTest::addColumn<bool>("isAskedAgain");
-        QTest::newRow("time out") << static_cast<int>(Kind::Timeout) << false;
-        QTest::newRow("key refused") << static_cast<int>(Kind::KeyRefused) << false;
-        QTest::newRow("offline") << static_cast<int>(Kind::Offline) << true;
-        QTest::newRow("language") << static_cast<int>(Kind::UnknownLanguage) << true;
+        QTest::newRow("time out") << static_cast<int>(ServiceFailure::Timeout) << false;
+        QTest::newRow("key refused") << static_cast<int>(ServiceFailure::KeyRefused) << false;
+        QTest::newRow("offline") << static_cast<int>(ServiceFailure::Offline) << true;
+        QTest::newRow("language") << static_cast<int>(ServiceFailure::UnknownLanguage) << true;
     }
     void wordsThatFollowAtOnceDoNotAskWhatIsOutOfReach()
     {
@@ -80,14 +80,14 @@ private Q_SLOTS:
         });
         const auto goOn = [this] { m_combined->query(Words, answer()); };
         m_combined->query(Hash, [&](const Result<QueryResult> &) { MainQueue::shared().async(goOn); });
-        m_rest->waiting[0](::failure(static_cast<Kind>(failure)));
+        m_rest->waiting[0](::failure(static_cast<ServiceFailure>(failure)));
         m_catalogue->waiting[0](rows({}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_catalogue->waiting.size(), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_catalogue->waiting.size(), 2, WaitLimit);
         QCOMPARE(m_rest->waiting.size(), isAskedAgain ? 2 : 1);
         if (isAskedAgain)
-            m_rest->waiting[1](::failure(static_cast<Kind>(failure)));
+            m_rest->waiting[1](::failure(static_cast<ServiceFailure>(failure)));
         m_catalogue->waiting[1](rows({subtitle(u"catalogue"_s, u"a"_s)}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
         QCOMPARE(names(), QStringList{u"a"_s});
         MainQueue::shared().runUntilIdle();
         QCOMPARE(told, (QList{failure, failure})); // with the rows as well
@@ -103,9 +103,9 @@ private Q_SLOTS:
                 query();
             });
         });
-        m_rest->waiting[0](failure(Kind::Timeout));
+        m_rest->waiting[0](failure(ServiceFailure::Timeout));
         m_catalogue->waiting[0](rows({}));
-        QTRY_COMPARE_WITH_TIMEOUT(m_catalogue->waiting.size(), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_catalogue->waiting.size(), 2, WaitLimit);
         QCOMPARE(m_rest->waiting.size(), 2);
     }
 

@@ -46,7 +46,7 @@ inline QueryResult rows(const QList<SubtitlePtr> &subtitles)
     return {subtitles};
 }
 
-inline Error failure(Kind kind)
+inline Error failure(ServiceFailure kind)
 {
     return serviceError(kind, ServiceName::Subtitles, {});
 }
@@ -55,7 +55,7 @@ inline Error failure(Kind kind)
 inline Result<QueryResult> made(int what, const QString &service)
 {
     if (what < 0)
-        return failure(static_cast<Kind>(-what));
+        return failure(static_cast<ServiceFailure>(-what));
     QList<SubtitlePtr> list;
     for (int i = 0; i < what; ++i)
         list += subtitle(service, service + QString::number(i));

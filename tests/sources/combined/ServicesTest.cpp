@@ -56,18 +56,18 @@ private Q_SLOTS:
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         QVERIFY(m_secrets->store(Secret::MetadataKey, QString::fromLatin1(FilmStandIn::Key)));
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), WaitLimit);
         const auto result = search();
         QVERIFY(result);
         QCOMPARE(result->subtitles->size(), 3);
         Caught<FindResult> found;
         MetadataService::shared().findExternally(u"tt9000002"_s, ExternalSource::imdb, found.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(found.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found.came(), WaitLimit);
         QCOMPARE((*found)->movieResults.size(), 1);
         Caught<QImage> poster;
         MetadataService::shared().fetchImage((*found)->movieResults[0], ImageKind::Poster, {154, 154},
                                              poster.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(poster.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(poster.came(), WaitLimit);
         QVERIFY(*poster);
     }
 
@@ -86,7 +86,7 @@ private Q_SLOTS:
         const auto store = std::make_shared<LockedStore>();
         start(store);
         QCOMPARE(store->reads, 0);
-        QTRY_COMPARE_WITH_TIMEOUT(store->reads, 3, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(store->reads, 3, WaitLimit);
     }
 
     void lockedKeyringDoesNotHoldQueriesForLong()
@@ -109,7 +109,7 @@ private Q_SLOTS:
         const auto result = search();
         QVERIFY(result);
         QCOMPARE(result->subtitles->size(), 3);
-        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), WaitLimit);
         QVERIFY(*saved);
         QCOMPARE(m_secrets->find(Secret::SubtitleKey), SubtitleStandIn::ApiKey);
     }
@@ -121,13 +121,13 @@ private Q_SLOTS:
         QVERIFY(!m_services->readFailure());
         bool isTold = false;
         m_services->setObserver([&] { isTold = m_services->readFailure().has_value(); });
-        QTRY_VERIFY_WITH_TIMEOUT(isTold, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(isTold, WaitLimit);
         QCOMPARE(m_services->readFailure()->localizedDescription,
                  u"The keys in “%1” cannot be read."_s.arg(path));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as"_s));
         Caught<void> saved;
         m_services->saveSecret(Secret::MetadataKey, u"films"_s, saved.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), WaitLimit);
         QVERIFY(*saved);
         QVERIFY(!m_services->readFailure());
     }
@@ -137,7 +137,7 @@ private Q_SLOTS:
         start(std::make_shared<LockedStore>());
         Caught<void> saved;
         m_services->saveSecret(Secret::SubtitleKey, SubtitleStandIn::ApiKey, saved.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), WaitLimit);
         QVERIFY(!*saved);
         QVERIFY(m_services->asksTheNetwork());
         QCOMPARE(m_services->credentials().subtitleKey, SubtitleStandIn::ApiKey);
@@ -150,8 +150,8 @@ private Q_SLOTS:
         start();
         Caught<void> saved;
         m_services->saveSecret(Secret::SubtitleKey, u"new"_s, saved.completion());
-        QTRY_COMPARE_WITH_TIMEOUT(m_services->credentials().metadataKey, u"films"_s, Patience);
-        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->credentials().metadataKey, u"films"_s, WaitLimit);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), WaitLimit);
         QCOMPARE(m_services->credentials().subtitleKey, u"new"_s);
     }
 
@@ -160,10 +160,10 @@ private Q_SLOTS:
         qputenv("PLOVENDIX_SUBTITLE_API_KEY", SubtitleStandIn::ApiKey.toUtf8());
         const auto forget = qScopeGuard([] { qunsetenv("PLOVENDIX_SUBTITLE_API_KEY"); });
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), WaitLimit);
         Caught<void> saved;
         m_services->saveSecret(Secret::SubtitleKey, u"other"_s, saved.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(saved.came(), WaitLimit);
         QCOMPARE(m_services->rest().settings().apiKey, SubtitleStandIn::ApiKey);
     }
 
@@ -182,21 +182,21 @@ private Q_SLOTS:
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), WaitLimit);
         int changes = 0;
         m_services->setObserver([&] { ++changes; });
         UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, u" reader "_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().userName, u"reader"_s, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().userName, u"reader"_s, WaitLimit);
         const UserDefaults &defaults = UserDefaults::standard();
         UserDefaults::standard().setObject(u"SubtitleHearingImpaired"_s, u"preferred"_s);
         QCOMPARE(ServiceDefaults::rankingPreferences(defaults),
                  (RankingPreferences{Preference::Preferred, Preference::Avoided, Preference::Avoided}));
         QVERIFY(!m_services->rest().settings().asksForMachineTranslated);
         UserDefaults::standard().setObject(u"SubtitleMachineTranslated"_s, u"neutral"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->rest().settings().asksForMachineTranslated, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->rest().settings().asksForMachineTranslated, WaitLimit);
         UserDefaults::standard().setObject(u"SubtitleServiceURL"_s, u"https://other.example/api"_s);
         QTRY_COMPARE_WITH_TIMEOUT(m_services->rest().settings().base, QUrl(u"https://other.example/api"_s),
-                                  Patience);
+                                  WaitLimit);
         QCOMPARE(changes, 4);
     }
 
@@ -204,10 +204,10 @@ private Q_SLOTS:
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), WaitLimit);
         QVERIFY(m_secrets->store(Secret::SubtitleKey, {}));
         m_services->reloadSecrets();
-        QTRY_VERIFY_WITH_TIMEOUT(!m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_services->asksTheNetwork(), WaitLimit);
     }
 
     void localRowsSayWhyThereAreNoOthers_data()
@@ -223,7 +223,7 @@ private Q_SLOTS:
         QTest::newRow("nobody listens")
             << u"http://127.0.0.1:1/api/v1"_s << good << u"eng"_s << static_cast<int>(Missing::ByAFailure);
         QTest::newRow("wrong key") << QString() << u"another-key"_s << u"eng"_s
-                                   << static_cast<int>(Missing::ByTheKey);
+                                   << static_cast<int>(Missing::KeyRejected);
         QTest::newRow("language nobody has there")
             << QString() << good << u"mlt"_s << static_cast<int>(Missing::ByTheLanguage);
         QTest::newRow("all is well") << QString() << good << u"eng"_s << static_cast<int>(Missing::Nothing);
@@ -242,7 +242,7 @@ private Q_SLOTS:
         const Result<QueryResult> found = search(language);
         QVERIFY(found);
         QVERIFY(!found->subtitles->isEmpty());
-        QTRY_COMPARE_WITH_TIMEOUT(told, 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(told, 1, WaitLimit);
         QTEST(static_cast<int>(m_services->missing()), "missing");
     }
 
@@ -260,7 +260,7 @@ private Q_SLOTS:
     {
         QVERIFY(m_secrets->store(Secret::SubtitleKey, SubtitleStandIn::ApiKey));
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), WaitLimit);
         UserDefaults::standard().synchronize();
         QFile file(UserDefaults::standard().path());
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -272,11 +272,11 @@ private Q_SLOTS:
         logIn();
         bool done = false;
         m_services->shutDown([&] { done = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);
         QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
     }
 
-    void logOutWaitsForNobodyWhoAsks()
+    void logOutCancelsWaitingRequests()
     {
         logIn();
         m_standIn->select(u"silent"_s);
@@ -286,10 +286,10 @@ private Q_SLOTS:
                 {{Param::text, u"paper %1"_s.arg(number)}, {Param::language, u"eng"_s}},
                 [](const Result<QueryResult> &) {});
         QTRY_COMPARE_WITH_TIMEOUT(m_standIn->requests("/api/v1/subtitles").size(),
-                                  before + Transport::ConnectionsAtAHost, Patience);
+                                  before + Transport::ConnectionsAtAHost, WaitLimit);
         bool done = false;
         m_services->shutDown([&] { done = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);
         QCOMPARE(m_standIn->requests("/api/v1/logout").size(), 1);
     }
 
@@ -298,10 +298,10 @@ private Q_SLOTS:
         UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
         QVERIFY(m_secrets->store(Secret::MetadataKey, QString::fromLatin1(FilmStandIn::Token)));
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->films().hasKey(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->films().hasKey(), WaitLimit);
         Caught<FindResult> found;
         MetadataService::shared().findExternally(u"tt9000002"_s, ExternalSource::imdb, found.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(found.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found.came(), WaitLimit);
         QCOMPARE(m_standIn->main().requests().constLast().query(), "external_source=imdb_id&language=de");
     }
 
@@ -315,7 +315,7 @@ private Q_SLOTS:
             [&] { pauses += m_services->pause() ? m_services->pause()->count() : 0; });
         const auto result = search();
         QVERIFY(!result);
-        QCOMPARE(kindOf(result.error()), Kind::TooManyRequests);
+        QCOMPARE(kindOf(result.error()), ServiceFailure::TooManyRequests);
         pauses.removeAll(0);
         QCOMPARE(pauses, (QList<qint64>{1, 1})); // after the first try and the second
         QVERIFY(!m_services->pause());
@@ -329,7 +329,7 @@ private Q_SLOTS:
         const auto result = search();
         QVERIFY(result);
         QCOMPARE(result->subtitles->size(), 1);
-        QTRY_COMPARE_WITH_TIMEOUT(m_services->missing(), ServiceStatus::Missing::ByAPause, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_services->missing(), ServiceStatus::Missing::ByAPause, WaitLimit);
         QVERIFY2(m_services->missingReason().contains(u"Try again from "_s),
                  qPrintable(m_services->missingReason()));
     }
@@ -342,12 +342,12 @@ private:
         QVERIFY(m_secrets->store(Secret::SubtitlePassword, SubtitleStandIn::Password));
         UserDefaults::standard().setObject(u"SubtitleServiceUser"_s, SubtitleStandIn::UserName);
         start();
-        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_services->asksTheNetwork(), WaitLimit);
         const auto result = search();
         QVERIFY(result);
         Caught<QUrl> file;
         SubtitleService::shared().download(result->subtitles->constFirst(), file.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(file.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(file.came(), WaitLimit);
         QVERIFY(*file);
     }
 
@@ -369,7 +369,7 @@ private:
                                             *result = answer;
                                             *came = true;
                                         });
-        return QTest::qWaitFor([&] { return came->load(); }, Patience)
+        return QTest::qWaitFor([&] { return came->load(); }, WaitLimit)
                    ? *result
                    : Error{u"test"_s, 1, u"never answered"_s};
     }

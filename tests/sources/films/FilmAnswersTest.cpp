@@ -154,14 +154,14 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("status");
         QTest::addColumn<int>("kind");
-        for (const auto &[status, kind] : {std::pair(401, Kind::KeyRefused),
-                                           {403, Kind::KeyRefused},
-                                           {404, Kind::BadAnswer},
-                                           {422, Kind::BadAnswer},
-                                           {429, Kind::TooManyRequests},
-                                           {500, Kind::Unavailable},
-                                           {511, Kind::BadAnswer},
-                                           {504, Kind::Unavailable}})
+        for (const auto &[status, kind] : {std::pair(401, ServiceFailure::KeyRefused),
+                                           {403, ServiceFailure::KeyRefused},
+                                           {404, ServiceFailure::BadAnswer},
+                                           {422, ServiceFailure::BadAnswer},
+                                           {429, ServiceFailure::TooManyRequests},
+                                           {500, ServiceFailure::Unavailable},
+                                           {511, ServiceFailure::BadAnswer},
+                                           {504, ServiceFailure::Unavailable}})
             QTest::addRow("%d", status) << status << static_cast<int>(kind);
     }
     void databasesOwn404IsNothingFound()
@@ -169,9 +169,9 @@ private Q_SLOTS:
         HttpAnswer answer;
         answer.status = 404;
         answer.body = R"({"status_code":34,"status_message":"The resource could not be found."})";
-        QCOMPARE(kindOf(filmError(answer)), Kind::NotFound);
+        QCOMPARE(kindOf(filmError(answer)), ServiceFailure::NotFound);
         answer.body = "<html><title>404</title></html>";
-        QCOMPARE(kindOf(filmError(answer)), Kind::BadAnswer);
+        QCOMPARE(kindOf(filmError(answer)), ServiceFailure::BadAnswer);
     }
 
     void pageOfSomebodyElseSaysNothingOfTheKey()
@@ -180,7 +180,7 @@ private Q_SLOTS:
         answer.body = "\n<html><title>Please sign in</title></html>";
         for (const int status : {401, 403}) {
             answer.status = status;
-            QCOMPARE(kindOf(filmError(answer)), Kind::BadAnswer);
+            QCOMPARE(kindOf(filmError(answer)), ServiceFailure::BadAnswer);
         }
     }
 

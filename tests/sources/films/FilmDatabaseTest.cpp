@@ -23,7 +23,7 @@ private Q_SLOTS:
         m_fixture->films->preferredLanguage = u"pb"_s;
         const auto found = m_fixture->find(u"tt9000002"_s);
         QVERIFY(!found->came());
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QCOMPARE((**found)->movieResults.size(), 1);
         QCOMPARE((**found)->tvResults.size(), 0);
         const ReceivedRequest request = m_fixture->standIn.main().requests().constFirst();
@@ -43,7 +43,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, id);
         const auto found = m_fixture->find(id);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QCOMPARE((**found)->movieResults.size(), 1);
     }
 
@@ -55,9 +55,9 @@ private Q_SLOTS:
         const QString token = QString::fromLatin1(FilmStandIn::Token);
         QTest::newRow("good") << token << QString() << 0;
         QTest::newRow("short and good") << QString::fromLatin1(FilmStandIn::Key) << QString() << 0;
-        QTest::newRow("none") << QString() << QString() << int(Kind::KeyRefused);
-        QTest::newRow("wrong") << u"other"_s << QString() << int(Kind::KeyRefused);
-        QTest::newRow("a page") << token << u"html@configuration"_s << int(Kind::BadAnswer);
+        QTest::newRow("none") << QString() << QString() << int(ServiceFailure::KeyRefused);
+        QTest::newRow("wrong") << u"other"_s << QString() << int(ServiceFailure::KeyRefused);
+        QTest::newRow("a page") << token << u"html@configuration"_s << int(ServiceFailure::BadAnswer);
     }
     void keyIsTested()
     {
@@ -71,7 +71,7 @@ private Q_SLOTS:
         Caught<void> tested;
         m_fixture->films->testKey(tested.completion());
         QVERIFY(!tested.came());
-        QTRY_VERIFY_WITH_TIMEOUT(tested.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(tested.came(), WaitLimit);
         QCOMPARE(*tested ? 0 : int(kindIn(tested)), kind);
         QCOMPARE(m_fixture->standIn.requests("/3/configuration").size(), key.isEmpty() ? 0 : 1);
     }
@@ -81,23 +81,23 @@ private Q_SLOTS:
         for (int time = 1; time <= 2; ++time) {
             Caught<void> tested;
             m_fixture->films->testKey(tested.completion());
-            QTRY_VERIFY_WITH_TIMEOUT(tested.came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(tested.came(), WaitLimit);
             QCOMPARE(m_fixture->standIn.requests("/3/configuration").size(), time);
         }
     }
 
-    void whatIsNoIdAsksNobody_data()
+    void invalidIdsSendNoRequest_data()
     {
         QTest::addColumn<QString>("id");
         for (const char *id : {"", "nm9000003", "tt0", "abc", "tt12345678901"})
             QTest::newRow(id[0] == '\0' ? "(empty)" : id) << QString::fromLatin1(id);
     }
-    void whatIsNoIdAsksNobody()
+    void invalidIdsSendNoRequest()
     {
         QFETCH(const QString, id);
         const auto found = m_fixture->find(id);
         QVERIFY(!found->came());
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY(**found);
         QCOMPARE((**found)->movieResults.size() + (**found)->tvResults.size(), 0);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
@@ -106,7 +106,7 @@ private Q_SLOTS:
     void unknownFilmIsAnEmptyAnswer()
     {
         const auto found = m_fixture->find(u"tt1234567"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY(**found);
         QCOMPARE((**found)->movieResults.size(), 0);
     }
@@ -115,7 +115,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"film-not-found"_s);
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY2(**found, **found ? "" : qPrintable((*found)->error().detail));
         QCOMPARE((**found)->movieResults.size() + (**found)->tvResults.size(), 0);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
@@ -131,7 +131,7 @@ private Q_SLOTS:
     void showIsFoundByItsOwnId()
     {
         const auto found = m_fixture->find(u"tt9000001"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QCOMPARE((**found)->movieResults.size(), 0);
         QCOMPARE((**found)->tvResults.size(), 1);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
@@ -140,11 +140,11 @@ private Q_SLOTS:
     void showStandsForItsEpisode()
     {
         const auto found = m_fixture->find(u"tt9000011"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QCOMPARE((**found)->movieResults.size(), 0);
         QCOMPARE((**found)->tvResults.size(), 1);
         const auto picture = m_fixture->image((**found)->tvResults[0]);
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
         QVERIFY(**picture);
         QCOMPARE(m_fixture->standIn.images().requests().constFirst().target, "/t/p/w154/show.jpg");
     }
@@ -160,7 +160,7 @@ private Q_SLOTS:
             m_fixture->films->preferredLanguage = u"de"_s;
         });
         const auto found = m_fixture->find(u"tt9000011"_s); // an episode: its show is asked for next
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY2(**found, **found ? "" : qPrintable((*found)->error().detail));
         QCOMPARE((**found)->tvResults.size(), 1);
         const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/3/");
@@ -174,27 +174,27 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("behaviour");
         QTest::addColumn<int>("kind");
-        const auto row = [](const char *name, Kind kind) {
+        const auto row = [](const char *name, ServiceFailure kind) {
             QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind);
         };
-        row("film-key-refused", Kind::KeyRefused);
-        row("down@find", Kind::Unavailable);
-        row("html@find", Kind::BadAnswer);
-        row("null@find", Kind::BadAnswer);
-        row("array@find", Kind::BadAnswer);
-        row("cut@find", Kind::BadAnswer);
-        row("empty@find", Kind::BadAnswer);
-        row("no-content@find", Kind::BadAnswer);
-        row("sign-in-page@find", Kind::BadAnswer);
-        row("20-mib@find", Kind::BadAnswer);
-        row("length-too-long@find", Kind::Unavailable);
+        row("film-key-refused", ServiceFailure::KeyRefused);
+        row("down@find", ServiceFailure::Unavailable);
+        row("html@find", ServiceFailure::BadAnswer);
+        row("null@find", ServiceFailure::BadAnswer);
+        row("array@find", ServiceFailure::BadAnswer);
+        row("cut@find", ServiceFailure::BadAnswer);
+        row("empty@find", ServiceFailure::BadAnswer);
+        row("no-content@find", ServiceFailure::BadAnswer);
+        row("sign-in-page@find", ServiceFailure::BadAnswer);
+        row("20-mib@find", ServiceFailure::BadAnswer);
+        row("length-too-long@find", ServiceFailure::Unavailable);
     }
     void badAnswersGiveTheirSentence()
     {
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY(!**found);
         QTEST(static_cast<int>(kindIn(*found)), "kind");
         QVERIFY(!(*found)->error().detail.contains(QString::fromLatin1(FilmStandIn::Token)));
@@ -204,7 +204,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"film-too-fast"_s);
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY(**found);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
@@ -213,7 +213,7 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"html@show"_s);
         const auto found = m_fixture->find(u"tt9000011"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QVERIFY(!**found);
     }
 
@@ -222,8 +222,8 @@ private Q_SLOTS:
         m_fixture->settings.key.clear();
         m_fixture->restart();
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
-        QCOMPARE(kindIn(*found), Kind::KeyRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
+        QCOMPARE(kindIn(*found), ServiceFailure::KeyRefused);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
 
@@ -231,7 +231,7 @@ private Q_SLOTS:
     {
         const auto found = m_fixture->find(u"tt9000002"_s);
         const auto picture = m_fixture->image({QVariantMap{{u"poster"_s, u"/a.jpg"_s}}});
-        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->standIn.main().requests().isEmpty(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->standIn.main().requests().isEmpty(), WaitLimit);
         m_fixture->films.reset();
         MainQueue::shared().runUntilIdle();
         QVERIFY(!picture->came());

@@ -83,7 +83,7 @@ private:
 };
 
 template <class Value>
-Kind kindIn(const Caught<Value> &caught)
+ServiceFailure kindIn(const Caught<Value> &caught)
 {
-    return kindOf((*caught).error()).value_or(static_cast<Kind>(0));
+    return kindOf((*caught).error()).value_or(static_cast<ServiceFailure>(0));
 }

@@ -31,7 +31,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, target);
         m_fixture->ratio = ratio;
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
         QVERIFY2(**picture, **picture ? "" : qPrintable((*picture)->error().detail));
         const QImage poster = ***picture;
         QCOMPARE(poster.width(), static_cast<int>(154 * ratio));
@@ -45,7 +45,7 @@ private Q_SLOTS:
     void filmWithoutAPosterHasNone()
     {
         const auto picture = m_fixture->posterOf(u"tt9000004"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
         QVERIFY(!**picture);
         QCOMPARE(m_fixture->standIn.images().requests().size(), 0);
     }
@@ -54,7 +54,7 @@ private Q_SLOTS:
     {
         const auto picture = m_fixture->image({QVariantList{u"/some/catalogue"_s, 5}});
         QVERIFY(!picture->came());
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
         QVERIFY(!**picture);
     }
 
@@ -70,34 +70,34 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
         QVERIFY(!**picture);
         m_fixture->standIn.clearBehaviours();
         const auto again = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), WaitLimit);
         QVERIFY(**again);
     }
 
     void twoPicturesAtATime()
     {
         const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         m_fixture->standIn.select(u"silent@image"_s);
         QList<std::shared_ptr<Caught<QImage>>> pictures;
         for (const char *path : {"/a.jpg", "/b.jpg", "/c.jpg", "/d.jpg"})
             pictures += m_fixture->image({QVariantMap{{u"poster"_s, QString::fromLatin1(path)}}});
         // Time stands still while one is on the wire; these seconds are for the rate.
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, WaitLimit);
         // The next one waits for the rate once its place in the cache was looked at: it and two limits.
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().size(), 3, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().size(), 3, WaitLimit);
         m_fixture->clock.advance(2s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 2, WaitLimit);
         m_fixture->clock.advance(2s);
         QCOMPARE(m_fixture->clock.pending().size(), 4); // the limits of two requests and nothing else
         m_fixture->standIn.clearBehaviours();
         m_fixture->clock.advance(20s);
         for (const auto &picture : pictures) {
-            QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
             QVERIFY(**picture);
         }
     }
@@ -106,12 +106,12 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"silent@image"_s);
         const auto first = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, WaitLimit);
         const auto alsoFirst = m_fixture->image({QVariantMap{{u"poster"_s, u"/b.jpg"_s}}});
         const auto waiting = m_fixture->image({QVariantMap{{u"poster"_s, u"/c.jpg"_s}}});
         m_fixture->standIn.clearBehaviours();
         const auto second = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
         QVERIFY(!first->came());
         QVERIFY(!alsoFirst->came());
@@ -122,11 +122,11 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"drip@image"_s);
         const auto picture = m_fixture->posterOf(u"tt9000002"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.images().requests().size(), 1, WaitLimit);
         m_fixture->standIn.drip();
         m_fixture->standIn.stop();
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), Patience);
-        QCOMPARE(kindIn(*picture), Kind::Unavailable);
+        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
+        QCOMPARE(kindIn(*picture), ServiceFailure::Unavailable);
     }
 
 private:

@@ -26,7 +26,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE((**caught)->subtitles->size(), 3);
         QCOMPARE(m_fixture->standIn.complaints(), QStringList());
@@ -37,43 +37,43 @@ private Q_SLOTS:
         QTest::addColumn<QString>("behaviour");
         QTest::addColumn<int>("kind");
         QTest::addColumn<int>("tries");
-        const auto row = [](const char *name, Kind kind, int tries) {
+        const auto row = [](const char *name, ServiceFailure kind, int tries) {
             QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind) << tries;
         };
-        row("redirect-loop", Kind::BadAnswer, 4);
-        row("redirect-abroad", Kind::BadAnswer, 1);
-        row("sign-in-page", Kind::BadAnswer, 1);
-        row("sign-in-511", Kind::BadAnswer, 1);
-        row("unknown-key", Kind::KeyRefused, 1);
-        row("too-fast", Kind::TooManyRequests, 3);
-        row("too-fast-silent", Kind::TooManyRequests, 3);
-        row("too-fast-date", Kind::TooManyRequests, 3);
-        row("too-fast-hour", Kind::TooManyRequests, 1);
-        row("down", Kind::Unavailable, 3);
-        row("broken", Kind::Unavailable, 2);
-        row("gateway-page", Kind::Unavailable, 3);
-        row("bad-request", Kind::Rejected, 1);
-        row("html", Kind::BadAnswer, 1);
-        row("array", Kind::BadAnswer, 1);
-        row("null", Kind::BadAnswer, 1);
-        row("empty", Kind::BadAnswer, 1);
-        row("no-content", Kind::BadAnswer, 1);
-        row("not-modified", Kind::BadAnswer, 1);
-        row("cut", Kind::BadAnswer, 1);
-        row("20-mib", Kind::BadAnswer, 1);
-        row("gzip-bomb", Kind::BadAnswer, 1);
-        row("length-too-long", Kind::Unavailable, 3);
-        row("chunked-without-end", Kind::Unavailable, 3);
-        row("unreadable-records", Kind::BadAnswer, 1);
+        row("redirect-loop", ServiceFailure::BadAnswer, 4);
+        row("redirect-abroad", ServiceFailure::BadAnswer, 1);
+        row("sign-in-page", ServiceFailure::BadAnswer, 1);
+        row("sign-in-511", ServiceFailure::BadAnswer, 1);
+        row("unknown-key", ServiceFailure::KeyRefused, 1);
+        row("too-fast", ServiceFailure::TooManyRequests, 3);
+        row("too-fast-silent", ServiceFailure::TooManyRequests, 3);
+        row("too-fast-date", ServiceFailure::TooManyRequests, 3);
+        row("too-fast-hour", ServiceFailure::TooManyRequests, 1);
+        row("down", ServiceFailure::Unavailable, 3);
+        row("broken", ServiceFailure::Unavailable, 2);
+        row("gateway-page", ServiceFailure::Unavailable, 3);
+        row("bad-request", ServiceFailure::Rejected, 1);
+        row("html", ServiceFailure::BadAnswer, 1);
+        row("array", ServiceFailure::BadAnswer, 1);
+        row("null", ServiceFailure::BadAnswer, 1);
+        row("empty", ServiceFailure::BadAnswer, 1);
+        row("no-content", ServiceFailure::BadAnswer, 1);
+        row("not-modified", ServiceFailure::BadAnswer, 1);
+        row("cut", ServiceFailure::BadAnswer, 1);
+        row("20-mib", ServiceFailure::BadAnswer, 1);
+        row("gzip-bomb", ServiceFailure::BadAnswer, 1);
+        row("length-too-long", ServiceFailure::Unavailable, 3);
+        row("chunked-without-end", ServiceFailure::Unavailable, 3);
+        row("unreadable-records", ServiceFailure::BadAnswer, 1);
     }
     void badAnswersGiveTheirSentence()
     {
         QFETCH(const QString, behaviour);
         QFETCH(const int, tries);
-        m_fixture->clock.setPatience(11s); // Retry-After of ten seconds is waited for as well
+        m_fixture->clock.setLongestAutomaticWait(11s); // Retry-After of ten seconds is waited for as well
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(!**caught);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         const Error error = (*caught)->error();
@@ -88,18 +88,18 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"close-before"_s);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Unavailable);
     }
 
     void badAnswersAreNotKept()
     {
         m_fixture->standIn.select(u"html"_s);
         const auto first = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->standIn.clearBehaviours();
         const auto second = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
     }
 
@@ -115,30 +115,30 @@ private Q_SLOTS:
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
         for (int tries = 1; tries <= 3; ++tries) {
-            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), tries, Patience);
-            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), tries, WaitLimit);
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), WaitLimit);
             m_fixture->clock.advance(20s);
         }
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Timeout);
     }
 
-    void nobodyThereIsUnavailable()
+    void absentServerIsUnavailable()
     {
         m_fixture->standIn.stop();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Unavailable);
     }
 
     void unknownHostIsOffline()
     {
         m_fixture->settings.base = QUrl(u"https://nowhere.invalid/api/v1"_s);
         m_fixture->restart();
-        m_fixture->clock.setPatience(5s);
+        m_fixture->clock.setLongestAutomaticWait(5s);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Offline);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Offline);
     }
 
     void clearTextIsForThisMachineOnly_data()
@@ -157,8 +157,8 @@ private Q_SLOTS:
         m_fixture->settings.base = QUrl(base);
         m_fixture->restart();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Insecure);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Insecure);
     }
 
     void manyQueriesStayWithinTheRate()
@@ -168,7 +168,7 @@ private Q_SLOTS:
         for (const QString &text : {u"one"_s, u"two"_s, u"three"_s, u"four"_s})
             all += m_fixture->search(text);
         for (const auto &caught : all)
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 40);
         QCOMPARE(m_fixture->standIn.complaints(), QStringList());
     }

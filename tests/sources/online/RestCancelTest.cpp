@@ -25,7 +25,7 @@ private Q_SLOTS:
         const auto cancelled = m_fixture->download(m_fixture->subtitle());
         m_fixture->service->cancelDownloads();
         const auto next = m_fixture->download(m_fixture->subtitle(9200002));
-        QTRY_VERIFY_WITH_TIMEOUT(next->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(next->came(), WaitLimit);
         QVERIFY(**next);
         QVERIFY(!cancelled->came());
         QCOMPARE(orders(), 1);
@@ -36,10 +36,10 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"drip@login"_s);
         const auto cancelled = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, WaitLimit);
         m_fixture->service->cancelDownloads();
         const auto next = m_fixture->download(m_fixture->subtitle(9200002));
-        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), next->came()), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), next->came()), WaitLimit);
         QVERIFY(**next);
         QVERIFY(!cancelled->came());
         QCOMPARE(logins(), 1);
@@ -49,22 +49,22 @@ private Q_SLOTS:
     void cancelDuringAPauseOrdersNothing()
     {
         const auto kept = m_fixture->download(m_fixture->subtitle(9200002));
-        QTRY_VERIFY_WITH_TIMEOUT(kept->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(kept->came(), WaitLimit);
         bool isPausing = false;
         m_fixture->service->setPauseObserver([&](const auto &length) { isPausing = length.has_value(); });
         m_fixture->standIn.select(u"too-fast-date"_s);
         const auto search = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(isPausing, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(isPausing, WaitLimit);
         m_fixture->standIn.clearBehaviours();
         const auto cancelled = m_fixture->download(m_fixture->subtitle());
         // This one is looked up on the disk after the cancelled one, which then waits for the pause to end.
         const auto keptAgain = m_fixture->download(m_fixture->subtitle(9200002));
-        QTRY_VERIFY_WITH_TIMEOUT(keptAgain->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(keptAgain->came(), WaitLimit);
         m_fixture->service->cancelDownloads();
         m_fixture->clock.advance(15s);
-        QTRY_VERIFY_WITH_TIMEOUT(search->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(search->came(), WaitLimit);
         const auto next = m_fixture->download(m_fixture->subtitle(9200003));
-        QTRY_VERIFY_WITH_TIMEOUT(next->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(next->came(), WaitLimit);
         QVERIFY(!cancelled->came());
         QCOMPARE(orders(), 2); // the kept one's and the next one's
         m_fixture->service->setPauseObserver({});
@@ -76,12 +76,12 @@ private Q_SLOTS:
         int toldOfQuota = 0;
         m_fixture->service->setQuotaObserver([&](const RestQuota &) { ++toldOfQuota; });
         const auto cancelled = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, WaitLimit);
         m_fixture->service->cancelDownloads();
-        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), toldOfQuota > 0), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), toldOfQuota > 0), WaitLimit);
         QCOMPARE(m_fixture->standIn.links().requests().size(), 0);
         const auto again = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), WaitLimit);
         QCOMPARE(contentOf(*again), SubtitleLinks::content(9200001));
         QVERIFY(!cancelled->came());
         QCOMPARE(orders(), 1);
@@ -92,10 +92,10 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"drip@download"_s);
         const auto cancelled = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, WaitLimit);
         m_fixture->service->cancelDownloads();
         const auto again = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), again->came()), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT((dripOn(), again->came()), WaitLimit);
         QVERIFY(**again);
         QVERIFY(!cancelled->came());
         QCOMPARE(orders(), 1);
@@ -105,11 +105,11 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"stall@link"_s);
         const auto cancelled = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, WaitLimit);
         m_fixture->service->cancelDownloads();
         m_fixture->standIn.clearBehaviours();
         const auto again = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), WaitLimit);
         QCOMPARE(contentOf(*again), SubtitleLinks::content(9200001));
         QVERIFY(!cancelled->came());
         QCOMPARE(orders(), 1);

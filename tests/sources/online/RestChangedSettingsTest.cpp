@@ -29,7 +29,7 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"hits-51"_s);
         changeAtFirst("/api/v1/subtitles");
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE((**caught)->subtitles->size(), 51);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/subtitles").size(), 2);
         QCOMPARE(m_other->main().requests().size(), 0);
@@ -41,16 +41,16 @@ private Q_SLOTS:
         m_other->select(u"hits-51"_s);
         changeAtFirst("/api/v1/subtitles");
         const auto first = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         const auto second = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(m_other->requests("/api/v1/subtitles").size(), 2);
         // What the first one said is found again where it was kept, both pages of it.
         m_fixture->standIn.main().forgetRequests();
         m_fixture->settings.base = m_fixture->standIn.subtitleURL();
         m_fixture->service->setSettings(m_fixture->settings);
         const auto third = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(third->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(third->came(), WaitLimit);
         QCOMPARE((**third)->subtitles->size(), 51);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
@@ -63,7 +63,7 @@ private Q_SLOTS:
             m_fixture->service->setSettings(m_fixture->settings);
         });
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE((**caught)->subtitles->size(), 51);
         for (const ReceivedRequest &request : m_fixture->standIn.main().requests())
             QCOMPARE(request.header("Api-Key"), SubtitleStandIn::ApiKey.toLatin1());
@@ -81,7 +81,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         changeAtFirst(changeAt);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/download").size(), 1);
@@ -95,10 +95,10 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"silent@download"_s);
         const auto before = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/download").size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/download").size(), 1, WaitLimit);
         change();
         const auto after = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), WaitLimit);
         QVERIFY(**after);
         QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
         QVERIFY(!before->came());
@@ -107,10 +107,10 @@ private Q_SLOTS:
     void filesOfTwoServicesWithOneIdAreTwoFiles()
     {
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         change();
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
         QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
     }
@@ -118,12 +118,12 @@ private Q_SLOTS:
     void resultOfAnotherServiceIsNotOrderedByItsNumber()
     {
         const auto found = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         const SubtitlePtr row = (**found)->subtitles->constFirst();
         const QUrl address = m_fixture->settings.base;
         change();
         const auto elsewhere = m_fixture->download(row);
-        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), WaitLimit);
         QVERIFY(!**elsewhere);
         QVERIFY2((*elsewhere)->error().localizedDescription.contains(u"not in use now"_s),
                  qPrintable((*elsewhere)->error().localizedDescription));
@@ -133,20 +133,20 @@ private Q_SLOTS:
         m_fixture->settings.base = QUrl(address.toString() + u'/');
         m_fixture->service->setSettings(m_fixture->settings);
         const auto there = m_fixture->download(row);
-        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), WaitLimit);
         QVERIFY2(**there, **there ? "" : qPrintable((*there)->error().detail));
     }
 
     void fileFetchedFromAnotherServiceIsStillToBeHad()
     {
         const auto found = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         const SubtitlePtr row = (**found)->subtitles->constFirst();
         const auto first = m_fixture->download(row);
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         change();
         const auto second = m_fixture->download(row);
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY2(**second, **second ? "" : qPrintable((*second)->error().detail));
         QCOMPARE(m_other->main().requests().size(), 0);
     }
@@ -155,11 +155,11 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"subtitle-html"_s);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         QVERIFY(!**first);
         change();
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
         QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
         QCOMPARE(m_other->links().requests().size(), 1);
@@ -172,7 +172,7 @@ private Q_SLOTS:
         const auto caught = std::make_shared<Caught<RestReport>>();
         m_fixture->service->testConnection(
             [caught](const Result<RestReport> &report) { caught->completion()(report); });
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QVERIFY((**caught)->isLoggedIn);
         QCOMPARE((**caught)->quota.remaining, 20);
@@ -187,13 +187,14 @@ private Q_SLOTS:
         };
         m_fixture->service->followLanguages();
         const auto learning = searchIn(u"eng"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(learning->came(), Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/languages").size(), 1, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(learning->came(), WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/languages").size(), 1,
+                                  WaitLimit);
         // Abkhaz is not on its list, which takes a moment to be read.
-        QTRY_VERIFY_WITH_TIMEOUT(isUnknown(searchIn(u"abk"_s)), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(isUnknown(searchIn(u"abk"_s)), WaitLimit);
         change();
         const auto elsewhere = searchIn(u"abk"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(elsewhere->came(), WaitLimit);
         QVERIFY(**elsewhere);
         QCOMPARE(m_other->requests("/api/v1/subtitles").size(), 1);
     }
@@ -203,12 +204,12 @@ private Q_SLOTS:
         m_fixture->useAccount(SubtitleStandIn::UserName, {}); // nobody in particular so far
         m_fixture->standIn.select(u"quota-used"_s);
         const auto refused = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(refused->came(), Patience);
-        QCOMPARE(kindOf(*refused), Kind::LimitReached);
+        QTRY_VERIFY_WITH_TIMEOUT(refused->came(), WaitLimit);
+        QCOMPARE(kindOf(*refused), ServiceFailure::LimitReached);
         m_fixture->standIn.clearBehaviours();
         m_fixture->useAccount();
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().localizedDescription));
     }
 
@@ -227,15 +228,15 @@ private Q_SLOTS:
         QFETCH(const std::function<void(RestSettings &)>, somethingElse);
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         const RestSettings before = m_fixture->settings;
         somethingElse(m_fixture->settings);
         m_fixture->service->setSettings(m_fixture->settings);
         m_fixture->settings = before;
         m_fixture->service->setSettings(before);
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
-        QCOMPARE(kindOf(*second), Kind::LoginRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
+        QCOMPARE(kindOf(*second), ServiceFailure::LoginRefused);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
     }
 
@@ -248,9 +249,9 @@ private Q_SLOTS:
         m_fixture->settings.apiKey = SubtitleStandIn::ApiKey;
         m_fixture->service->setSettings(m_fixture->settings);
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
-        QCOMPARE(kindOf(*first), Kind::LoginRefused);
-        QCOMPARE(kindOf(*second), Kind::LoginRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), WaitLimit);
+        QCOMPARE(kindOf(*first), ServiceFailure::LoginRefused);
+        QCOMPARE(kindOf(*second), ServiceFailure::LoginRefused);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
     }
 
@@ -258,10 +259,10 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
         const auto here = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(here->came(), WaitLimit);
         change();
         const auto there = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), WaitLimit);
         QCOMPARE(m_other->requests("/api/v1/login").size(), 1);
     }
 
@@ -269,40 +270,40 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(m_fixture->subtitle(1));
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->settings.keepsOriginalBytes = true;
         m_fixture->settings.asksForMachineTranslated = true;
         m_fixture->service->setSettings(m_fixture->settings);
         QCOMPARE(m_fixture->service->quota().remaining, 19);
         const auto second = m_fixture->download(m_fixture->subtitle(2));
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/login").size(), 1);
     }
 
-    void goodbyeIsSaidWhereverWeLoggedIn()
+    void logsOutOfEveryServer()
     {
         m_fixture->useAccount();
         const auto here = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(here->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(here->came(), WaitLimit);
         change();
         const auto there = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(there->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(there->came(), WaitLimit);
         int done = 0;
         m_fixture->service->shutDown([&] { ++done; });
-        QTRY_COMPARE_WITH_TIMEOUT(done, 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(done, 1, WaitLimit);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
         QCOMPARE(m_other->requests("/api/v1/logout").size(), 1);
     }
 
-    void goodbyeIsSaidThoughTheSettingsChange()
+    void logsOutAfterASettingsChange()
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
         change();
-        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
         QCOMPARE(m_other->main().requests().size(), 0);
     }
@@ -324,9 +325,9 @@ private:
     }
     bool isUnknown(const std::shared_ptr<Caught<QueryResult>> &caught) const
     {
-        if (!QTest::qWaitFor([&] { return caught->came(); }, Patience))
+        if (!QTest::qWaitFor([&] { return caught->came(); }, WaitLimit))
             return false;
-        return !**caught && kindOf(*caught) == Kind::UnknownLanguage;
+        return !**caught && kindOf(*caught) == ServiceFailure::UnknownLanguage;
     }
 
     Sandbox m_sandbox;

@@ -34,7 +34,7 @@ private Q_SLOTS:
     {
         const auto caught = m_fixture->download(m_fixture->subtitle());
         QVERIFY(!caught->came());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
         QCOMPARE((**caught)->fileName(), u"Paper.Lighthouse.2019.srt"_s);
@@ -49,11 +49,11 @@ private Q_SLOTS:
     void choosingAgainCostsNothing()
     {
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         QVERIFY(QFile::remove((**first)->toLocalFile())); // as delivery does
         m_fixture->restart();
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
         QCOMPARE(m_fixture->standIn.links().requests().size(), 1);
@@ -62,10 +62,10 @@ private Q_SLOTS:
     void keptFilesAgeOutAfterAWeek()
     {
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->clock.setDate(m_fixture->clock.date().addDays(8));
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(orders(), 2);
     }
 
@@ -74,7 +74,7 @@ private Q_SLOTS:
         const auto first = m_fixture->download(m_fixture->subtitle());
         const auto second = m_fixture->download(m_fixture->subtitle());
         const auto other = m_fixture->download(m_fixture->subtitle(9200002));
-        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && other->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && other->came(), WaitLimit);
         QVERIFY((**first)->path() != (**second)->path());
         QCOMPARE(contentOf(*first), contentOf(*second));
         QCOMPARE(contentOf(*other), SubtitleLinks::content(9200002));
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
         const QString folder = QFileInfo((**caught)->toLocalFile()).canonicalFilePath();
@@ -106,13 +106,13 @@ private Q_SLOTS:
         m_fixture->settings.keepsOriginalBytes = true;
         m_fixture->service->setSettings(m_fixture->settings);
         const auto original = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(original->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(original->came(), WaitLimit);
         QCOMPARE(contentOf(*original), QString::fromUtf8(SubtitleLinks::content(9200001)).toLatin1());
         // The choice is about handing out, not about what is kept.
         m_fixture->settings.keepsOriginalBytes = false;
         m_fixture->service->setSettings(m_fixture->settings);
         const auto converted = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(converted->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(converted->came(), WaitLimit);
         QCOMPARE(contentOf(*converted), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
     }
@@ -121,47 +121,47 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("behaviours");
         QTest::addColumn<int>("kind");
-        const auto row = [](const char *name, Kind kind) {
+        const auto row = [](const char *name, ServiceFailure kind) {
             QTest::newRow(name) << QStringList{QString::fromLatin1(name)} << static_cast<int>(kind);
         };
-        row("subtitle-gif", Kind::NotASubtitle);
-        row("subtitle-html", Kind::NotASubtitle);
-        row("subtitle-notice", Kind::NotASubtitle);
-        row("subtitle-short", Kind::NotASubtitle);
-        row("subtitle-empty", Kind::NotASubtitle);
-        row("subtitle-304", Kind::NotASubtitle);
-        row("subtitle-rar", Kind::NotASubtitle);
-        row("subtitle-zip-shut", Kind::NotASubtitle);
-        row("subtitle-bomb", Kind::NotASubtitle);
-        row("subtitle-9-mib", Kind::BadAnswer);
-        row("link-expired", Kind::LinkExpired);
-        row("link-forbidden", Kind::LinkExpired);
-        row("link-gone", Kind::LinkExpired);
-        row("link-clear", Kind::BadAnswer);
-        row("link-foreign", Kind::BadAnswer);
-        row("link-missing", Kind::BadAnswer);
-        row("invalid-file", Kind::Rejected);
-        row("invalid-file-counted", Kind::Rejected);
-        row("unknown-key", Kind::KeyRefused);
-        row("down@download", Kind::Unavailable);
-        row("close-before@download", Kind::Unavailable);
-        row("html@download", Kind::BadAnswer);
-        row("null@download", Kind::BadAnswer);
-        row("cut@download", Kind::BadAnswer);
-        row("html@link", Kind::NotASubtitle);
-        row("no-content@link", Kind::NotASubtitle);
-        row("length-too-long@link", Kind::Unavailable);
-        row("chunked-without-end@link", Kind::Unavailable);
-        row("close-before@link", Kind::Unavailable);
-        row("sign-in-page@link", Kind::BadAnswer);
-        row("gzip-bomb@link", Kind::BadAnswer);
+        row("subtitle-gif", ServiceFailure::NotASubtitle);
+        row("subtitle-html", ServiceFailure::NotASubtitle);
+        row("subtitle-notice", ServiceFailure::NotASubtitle);
+        row("subtitle-short", ServiceFailure::NotASubtitle);
+        row("subtitle-empty", ServiceFailure::NotASubtitle);
+        row("subtitle-304", ServiceFailure::NotASubtitle);
+        row("subtitle-rar", ServiceFailure::NotASubtitle);
+        row("subtitle-zip-shut", ServiceFailure::NotASubtitle);
+        row("subtitle-bomb", ServiceFailure::NotASubtitle);
+        row("subtitle-9-mib", ServiceFailure::BadAnswer);
+        row("link-expired", ServiceFailure::LinkExpired);
+        row("link-forbidden", ServiceFailure::LinkExpired);
+        row("link-gone", ServiceFailure::LinkExpired);
+        row("link-clear", ServiceFailure::BadAnswer);
+        row("link-foreign", ServiceFailure::BadAnswer);
+        row("link-missing", ServiceFailure::BadAnswer);
+        row("invalid-file", ServiceFailure::Rejected);
+        row("invalid-file-counted", ServiceFailure::Rejected);
+        row("unknown-key", ServiceFailure::KeyRefused);
+        row("down@download", ServiceFailure::Unavailable);
+        row("close-before@download", ServiceFailure::Unavailable);
+        row("html@download", ServiceFailure::BadAnswer);
+        row("null@download", ServiceFailure::BadAnswer);
+        row("cut@download", ServiceFailure::BadAnswer);
+        row("html@link", ServiceFailure::NotASubtitle);
+        row("no-content@link", ServiceFailure::NotASubtitle);
+        row("length-too-long@link", ServiceFailure::Unavailable);
+        row("chunked-without-end@link", ServiceFailure::Unavailable);
+        row("close-before@link", ServiceFailure::Unavailable);
+        row("sign-in-page@link", ServiceFailure::BadAnswer);
+        row("gzip-bomb@link", ServiceFailure::BadAnswer);
     }
     void otherThingsAreRefused()
     {
         QFETCH(const QStringList, behaviours);
         m_fixture->standIn.select(behaviours);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(!**caught);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         // An order is made once, whatever comes of it.
@@ -170,7 +170,7 @@ private Q_SLOTS:
         // Nothing of it was kept.
         m_fixture->standIn.clearBehaviours();
         const auto again = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), WaitLimit);
         QVERIFY2(**again, **again ? "" : qPrintable((*again)->error().detail));
     }
 
@@ -178,11 +178,11 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"close-before@link"_s);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
-        QCOMPARE(kindOf(*first), Kind::Unavailable);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        QCOMPARE(kindOf(*first), ServiceFailure::Unavailable);
         m_fixture->standIn.clearBehaviours();
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
         QCOMPARE(orders(), 1);
     }
@@ -198,11 +198,11 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
-        QCOMPARE(kindOf(*first), Kind::NotASubtitle);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        QCOMPARE(kindOf(*first), ServiceFailure::NotASubtitle);
         m_fixture->standIn.clearBehaviours();
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
     }
@@ -211,12 +211,12 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"account-wanted"_s);
         const auto without = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(without->came(), Patience);
-        QCOMPARE(kindOf(*without), Kind::LoginRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(without->came(), WaitLimit);
+        QCOMPARE(kindOf(*without), ServiceFailure::LoginRefused);
         QVERIFY((*without)->error().localizedDescription.contains(u"wants an account"_s));
         m_fixture->useAccount();
         const auto with = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(with->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(with->came(), WaitLimit);
         QVERIFY(**with);
     }
 
@@ -225,11 +225,11 @@ private Q_SLOTS:
         m_fixture->standIn.select({u"close-once@link"_s, u"link-once"_s});
         // The broken transfer is tried again by itself, in vain: that link is spent.
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
-        QCOMPARE(kindOf(*first), Kind::LinkExpired);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        QCOMPARE(kindOf(*first), ServiceFailure::LinkExpired);
         QCOMPARE(orders(), 1);
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
         QCOMPARE(orders(), 2);
     }
@@ -245,10 +245,10 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         QVERIFY(!**first);
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         // The sentence said so.
         QCOMPARE(orders(), 2);
     }
@@ -264,14 +264,14 @@ private Q_SLOTS:
         QFETCH(const bool, asleep);
         m_fixture->standIn.select(u"close-before@link"_s);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->standIn.clearBehaviours();
         if (asleep)
             m_fixture->clock.setDate(m_fixture->clock.date().addDuration(3h));
         else
             m_fixture->clock.advance(3h);
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(orders(), 2);
     }
 
@@ -279,18 +279,18 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"drip@link"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.links().requests().size(), 1, WaitLimit);
         m_fixture->standIn.drip();
         m_fixture->standIn.stop();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Unavailable);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Unavailable);
     }
 
     void cancellingQueriesLeavesDownloadsAlone()
     {
         const auto caught = m_fixture->download(m_fixture->subtitle());
         m_fixture->service->cancelQueryTask();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(**caught);
     }
 
@@ -298,11 +298,11 @@ private Q_SLOTS:
     {
         const QString inTheWay = m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         QVERIFY(!**first);
         QVERIFY(QFile::remove(inTheWay));
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(contentOf(*second), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
     }
@@ -312,7 +312,7 @@ private Q_SLOTS:
         m_sandbox.writeFile(u"rest/downloads/kept"_s, "in the way of the cache");
         for (int times = 0; times < 2; ++times) {
             const auto caught = m_fixture->download(m_fixture->subtitle());
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
             QCOMPARE(contentOf(*caught), SubtitleLinks::content(9200001));
         }
         QCOMPARE(orders(), 1);
@@ -323,7 +323,7 @@ private Q_SLOTS:
     {
         m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(!**caught);
         QVERIFY(!(*caught)->error().localizedDescription.isEmpty());
     }

@@ -29,27 +29,27 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<int>("kind");
-        const auto row = [](int status, const QByteArray &body, Kind kind) {
+        const auto row = [](int status, const QByteArray &body, ServiceFailure kind) {
             QTest::addRow("%d %s", status, body.constData()) << status << body << static_cast<int>(kind);
         };
-        row(400, {}, Kind::Rejected);
-        row(400, R"({"message":"Query is too short"})", Kind::NothingToAsk);
-        row(401, R"({"message":"Unauthorized"})", Kind::LoginRefused);
-        row(403, R"({"message":"You cannot consume this service"})", Kind::KeyRefused);
-        row(403, "<html><title>403 Forbidden</title></html>", Kind::KeyRefused);
-        row(404, "Not found", Kind::Rejected);
-        row(406, R"({"message":"Invalid file_id"})", Kind::Rejected);
-        row(408, {}, Kind::Timeout);
-        row(410, "Invalid or expired link", Kind::LinkExpired);
-        row(413, {}, Kind::Rejected);
-        row(414, "<html>", Kind::Rejected);
-        row(418, {}, Kind::BadAnswer);
-        row(429, {}, Kind::TooManyRequests);
-        row(500, {}, Kind::Unavailable);
-        row(503, "<html>", Kind::Unavailable);
-        row(301, {}, Kind::BadAnswer);
-        row(204, {}, Kind::BadAnswer);
-        row(304, {}, Kind::BadAnswer);
+        row(400, {}, ServiceFailure::Rejected);
+        row(400, R"({"message":"Query is too short"})", ServiceFailure::NothingToAsk);
+        row(401, R"({"message":"Unauthorized"})", ServiceFailure::LoginRefused);
+        row(403, R"({"message":"You cannot consume this service"})", ServiceFailure::KeyRefused);
+        row(403, "<html><title>403 Forbidden</title></html>", ServiceFailure::KeyRefused);
+        row(404, "Not found", ServiceFailure::Rejected);
+        row(406, R"({"message":"Invalid file_id"})", ServiceFailure::Rejected);
+        row(408, {}, ServiceFailure::Timeout);
+        row(410, "Invalid or expired link", ServiceFailure::LinkExpired);
+        row(413, {}, ServiceFailure::Rejected);
+        row(414, "<html>", ServiceFailure::Rejected);
+        row(418, {}, ServiceFailure::BadAnswer);
+        row(429, {}, ServiceFailure::TooManyRequests);
+        row(500, {}, ServiceFailure::Unavailable);
+        row(503, "<html>", ServiceFailure::Unavailable);
+        row(301, {}, ServiceFailure::BadAnswer);
+        row(204, {}, ServiceFailure::BadAnswer);
+        row(304, {}, ServiceFailure::BadAnswer);
     }
     void statusSaysTheKind()
     {

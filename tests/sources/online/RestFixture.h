@@ -91,7 +91,7 @@ private:
 };
 
 template <class Value>
-Kind kindOf(const Caught<Value> &caught)
+ServiceFailure kindOf(const Caught<Value> &caught)
 {
-    return kindOf((*caught).error()).value_or(static_cast<Kind>(0));
+    return kindOf((*caught).error()).value_or(static_cast<ServiceFailure>(0));
 }

@@ -23,10 +23,10 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"vip"_s);
         const auto download = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(download->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(download->came(), WaitLimit);
         QVERIFY2(**download, **download ? "" : qPrintable((*download)->error().detail));
         const auto search = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(search->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(search->came(), WaitLimit);
         QVERIFY2(**search, **search ? "" : qPrintable((*search)->error().detail));
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1); // the login
         QCOMPARE(m_fixture->standIn.vip().requests().size(), 2);
@@ -37,7 +37,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"vip-elsewhere"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(**caught);
     }
 

@@ -17,7 +17,7 @@ QByteArray listOf(const QString &codes)
 }
 
 const QString Twenty = u"ar bg ca cs da de el en es et fi fr he hr hu it ja pt-PT ro zh-TW"_s;
-constexpr Kind None = static_cast<Kind>(0);
+constexpr ServiceFailure None = static_cast<ServiceFailure>(0);
 const QByteArray Path = "/api/v1/infos/languages";
 } // namespace
 
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QTEST(list->codeFor(threeLetters), "code");
     }
 
-    void whatIsNoListIsNone_data()
+    void malformedListsAreRejected_data()
     {
         QTest::addColumn<QByteArray>("body");
         QTest::newRow("empty") << QByteArray();
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QTest::newRow("one repeated") << listOf(u"en "_s.repeated(50));
         QTest::newRow("far too many") << listOf(Twenty + u" xx"_s.repeated(2000));
     }
-    void whatIsNoListIsNone()
+    void malformedListsAreRejected()
     {
         QFETCH(const QByteArray, body);
         QVERIFY(!RestLanguageList::read(body));
@@ -96,10 +96,10 @@ private Q_SLOTS:
         QVERIFY(*list == *RestLanguageList::read(listOf(Twenty)));
     }
 
-    void nobodyAsksUnlessTold()
+    void listIsNotRequestedBeforeASearch()
     {
         const auto found = searchIn(u"eng"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
         QCOMPARE(timesAsked(), 0);
     }
 
@@ -108,13 +108,13 @@ private Q_SLOTS:
         m_fixture->service->followLanguages();
         QCOMPARE(timesAsked(), 0);
         const auto first = searchIn(u"guj"_s); // not known here
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
-        QCOMPARE(kindOf(*first), Kind::UnknownLanguage);
-        QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 1, Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"guj"_s), None, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        QCOMPARE(kindOf(*first), ServiceFailure::UnknownLanguage);
+        QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 1, WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"guj"_s), None, WaitLimit);
         const auto gone = searchIn(u"abk"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(gone->came(), Patience);
-        QCOMPARE(kindOf(*gone), Kind::UnknownLanguage);
+        QTRY_VERIFY_WITH_TIMEOUT(gone->came(), WaitLimit);
+        QCOMPARE(kindOf(*gone), ServiceFailure::UnknownLanguage);
         QCOMPARE(timesAsked(), 1);
     }
 
@@ -122,21 +122,21 @@ private Q_SLOTS:
     {
         m_fixture->service->followLanguages();
         const auto first = searchIn(u"eng"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 1, Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"abk"_s), Kind::UnknownLanguage, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 1, WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"abk"_s), ServiceFailure::UnknownLanguage, WaitLimit);
 
         m_fixture->restart();
         m_fixture->service->followLanguages();
-        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"abk"_s), Kind::UnknownLanguage, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"abk"_s), ServiceFailure::UnknownLanguage, WaitLimit);
         QCOMPARE(timesAsked(), 1);
 
         m_fixture->clock.setDate(m_fixture->clock.date().addDays(8));
         m_fixture->restart();
         m_fixture->service->followLanguages();
         // Old as it is, it counts until there is another.
-        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"abk"_s), Kind::UnknownLanguage, Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(kindOfSearchIn(u"abk"_s), ServiceFailure::UnknownLanguage, WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 2, WaitLimit);
     }
 
     void failureIsNoNewsAndNotRepeated()
@@ -145,9 +145,9 @@ private Q_SLOTS:
         m_fixture->service->followLanguages();
         for (int time = 0; time < 2; ++time) {
             const auto found = searchIn(u"eng"_s);
-            QTRY_VERIFY_WITH_TIMEOUT(found->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
             QVERIFY(**found);
-            QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 1, Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(timesAsked(), 1, WaitLimit);
         }
         QCOMPARE(kindOfSearchIn(u"abk"_s), None);
     }
@@ -162,11 +162,11 @@ private Q_SLOTS:
 
 private:
     /// The kind of failure of a search, 0 for none.
-    Kind kindOfSearchIn(const QString &language) const
+    ServiceFailure kindOfSearchIn(const QString &language) const
     {
         const auto found = searchIn(language);
-        if (!QTest::qWaitFor([&] { return found->came(); }, Patience))
-            return Kind::Timeout;
+        if (!QTest::qWaitFor([&] { return found->came(); }, WaitLimit))
+            return ServiceFailure::Timeout;
         return **found ? None : kindOf(*found);
     }
 };

@@ -62,7 +62,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, json);
         const auto page = read(json);
         QVERIFY(!page);
-        QCOMPARE(kindOf(page.error()), Kind::BadAnswer);
+        QCOMPARE(kindOf(page.error()), ServiceFailure::BadAnswer);
     }
 
     void brokenBytesInATextAreForgiven()

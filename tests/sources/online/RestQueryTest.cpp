@@ -108,15 +108,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QList<Arg>>("args");
         QTest::addColumn<int>("kind");
-        const auto row = [](const char *name, const QList<Arg> &args, Kind kind) {
+        const auto row = [](const char *name, const QList<Arg> &args, ServiceFailure kind) {
             QTest::newRow(name) << args << static_cast<int>(kind);
         };
-        row("no words", {{Param::text, u"  \t"_s}, {Param::language, u"eng"_s}}, Kind::NothingToAsk);
-        row("nothing", {}, Kind::NothingToAsk);
-        row("unknown language", {{Param::text, u"x"_s}, {Param::language, u"mlt"_s}}, Kind::UnknownLanguage);
-        row("short hash", {{Param::movieHash, u"8e245d"_s}}, Kind::Rejected);
-        row("no hash at all", {{Param::movieHash, u"8e245d9679d31e1g"_s}}, Kind::Rejected);
-        row("hash and a line", {{Param::movieHash, u"8e245d9679d31e12\n"_s}}, Kind::Rejected);
+        row("no words", {{Param::text, u"  \t"_s}, {Param::language, u"eng"_s}},
+            ServiceFailure::NothingToAsk);
+        row("nothing", {}, ServiceFailure::NothingToAsk);
+        row("unknown language", {{Param::text, u"x"_s}, {Param::language, u"mlt"_s}},
+            ServiceFailure::UnknownLanguage);
+        row("short hash", {{Param::movieHash, u"8e245d"_s}}, ServiceFailure::Rejected);
+        row("no hash at all", {{Param::movieHash, u"8e245d9679d31e1g"_s}}, ServiceFailure::Rejected);
+        row("hash and a line", {{Param::movieHash, u"8e245d9679d31e12\n"_s}}, ServiceFailure::Rejected);
     }
     void whatCannotBeAskedIsAnError()
     {

@@ -18,14 +18,14 @@ private Q_SLOTS:
         m_fixture.reset();
     }
 
-    void remainingDownloadsAreTold()
+    void remainingDownloadsAreReported()
     {
         QList<int> told;
         m_fixture->service->setQuotaObserver(
             [&](const RestQuota &quota) { told += quota.remaining.value_or(-1); });
         for (const qint64 id : {1, 2, 2}) {
             const auto caught = m_fixture->download(m_fixture->subtitle(id));
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         }
         QCOMPARE(told, (QList<int>{4, 3}));
         QCOMPARE(m_fixture->service->quota().allowed, 5);
@@ -47,8 +47,8 @@ private Q_SLOTS:
             m_fixture->standIn.select(behaviour);
         m_fixture->standIn.select(u"quota-used"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::LimitReached);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::LimitReached);
         QVERIFY2((*caught)->error().localizedDescription.contains(sentence),
                  qPrintable((*caught)->error().localizedDescription));
     }
@@ -58,7 +58,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"quota-used"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2((*caught)->error().localizedDescription.contains(u"all 20 downloads"_s),
                  qPrintable((*caught)->error().localizedDescription));
     }
@@ -67,26 +67,26 @@ private Q_SLOTS:
     {
         for (int id = 1; id <= 5; ++id) {
             const auto caught = m_fixture->download(m_fixture->subtitle(id));
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         }
         const auto sixth = m_fixture->download(m_fixture->subtitle(6));
-        QTRY_VERIFY_WITH_TIMEOUT(sixth->came(), Patience);
-        QCOMPARE(kindOf(*sixth), Kind::LimitReached);
+        QTRY_VERIFY_WITH_TIMEOUT(sixth->came(), WaitLimit);
+        QCOMPARE(kindOf(*sixth), ServiceFailure::LimitReached);
         QVERIFY((*sixth)->error().localizedDescription.contains(u"all 5 downloads"_s));
         QVERIFY((*sixth)->error().localizedDescription.contains(u"With an account"_s));
         QCOMPARE(orders(), 5);
         // What was fetched before is still to be had.
         const auto again = m_fixture->download(m_fixture->subtitle(3));
-        QTRY_VERIFY_WITH_TIMEOUT(again->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(again->came(), WaitLimit);
         QVERIFY(**again);
         // After the reset, and for another account, it is worth asking.
         m_fixture->clock.setDate(m_fixture->clock.date().addSecs(4 * 3600));
         const auto seventh = m_fixture->download(m_fixture->subtitle(7));
-        QTRY_VERIFY_WITH_TIMEOUT(seventh->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(seventh->came(), WaitLimit);
         QCOMPARE(orders(), 6);
         m_fixture->useAccount();
         const auto eighth = m_fixture->download(m_fixture->subtitle(8));
-        QTRY_VERIFY_WITH_TIMEOUT(eighth->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(eighth->came(), WaitLimit);
         QVERIFY(**eighth);
         QCOMPARE(m_fixture->service->quota().remaining, 19);
     }
@@ -96,14 +96,14 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"silent@download"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), WaitLimit);
         m_fixture->clock.advance(20s);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::Timeout);
         QCOMPARE(orders(), 1);
         // What it cost is asked for instead.
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->service->quota().remaining, 19, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->service->quota().remaining, 19, WaitLimit);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1);
     }
 
@@ -112,19 +112,19 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select({u"silent@download"_s, u"stall@user"_s});
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, Patience);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(orders(), 1, WaitLimit);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), WaitLimit);
         m_fixture->clock.advance(20s);
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
-        QCOMPARE(kindOf(*first), Kind::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        QCOMPARE(kindOf(*first), ServiceFailure::Timeout);
         // The question for the cost is not answered, either.
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/infos/user").size(), 1, WaitLimit);
         const auto second = m_fixture->download(m_fixture->subtitle());
         m_fixture->standIn.clearBehaviours();
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), WaitLimit);
         QCOMPARE(orders(), 1);
         m_fixture->clock.advance(20s);
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY2(**second, **second ? "" : qPrintable((*second)->error().detail));
         QCOMPARE(m_fixture->standIn.requests("/api/v1/infos/user").size(), 2);
         QCOMPARE(orders(), 2);

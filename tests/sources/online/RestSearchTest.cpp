@@ -25,7 +25,7 @@ private Q_SLOTS:
                                               {Param::movieHash, u"8e245d9679d31e12"_s},
                                               {Param::language, u"pob"_s}});
         QVERIFY(!caught->came());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         const QList<SubtitlePtr> rows = (**caught)->subtitles.value();
         QCOMPARE(rows.size(), 3);
         QCOMPARE(rows[0]->subLanguageID, u"pob"_s);
@@ -40,7 +40,7 @@ private Q_SLOTS:
         m_fixture->standIn.select({u"hits-50"_s, u"mixed-matches"_s});
         const auto caught =
             m_fixture->query({{Param::byteSize, u"1"_s}, {Param::movieHash, u"8e245d9679d31e12"_s}});
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         const QList<SubtitlePtr> rows = (**caught)->subtitles.value();
         QCOMPARE(rows.size(), 50);
         int matches = 0;
@@ -54,7 +54,7 @@ private Q_SLOTS:
     void searchByWordsSendsTheEpisode()
     {
         const auto caught = m_fixture->search(u"Paper Lighthouse S01E02"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE((**caught)->subtitles->constFirst()->season, 1);
         QCOMPARE((**caught)->subtitles->constFirst()->imdbID, u"tt9000002"_s);
         QCOMPARE(m_fixture->standIn.main().requests().constFirst().query(),
@@ -85,7 +85,7 @@ private Q_SLOTS:
         QFETCH(const int, requests);
         m_fixture->standIn.select(behaviours);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE((**caught)->subtitles->size(), rows);
         const qsizetype made = m_fixture->standIn.requests("/api/v1/subtitles").size();
@@ -98,7 +98,7 @@ private Q_SLOTS:
         QVERIFY(caught);
         m_fixture->standIn.select({u"hits-1502"_s, u"silent"_s});
         // Four are the rate; none of the last three is answered.
-        QTRY_COMPARE_WITH_TIMEOUT(requestsNow(), 4, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(requestsNow(), 4, WaitLimit);
         QVERIFY(!caught->came());
         m_fixture->service->cancelQueryTask();
     }
@@ -108,7 +108,7 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"hits-1502"_s);
         QTest::ignoreMessage(QtInfoMsg, "1002 of 1502 records left out");
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE((**caught)->leftOut, 1002);
     }
 
@@ -116,18 +116,18 @@ private Q_SLOTS:
     {
         m_fixture->standIn.select(u"unreadable-records"_s);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::BadAnswer);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::BadAnswer);
     }
 
     void serviceDyingInTheMiddleLeavesWhatWasFound()
     {
         const auto caught = searchUpToTheFirstPage();
         QVERIFY(caught);
-        QTRY_COMPARE_WITH_TIMEOUT(requestsNow(), 4, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(requestsNow(), 4, WaitLimit);
         m_fixture->standIn.stop();
-        m_fixture->clock.setPatience(5s);
-        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*caught), Patience);
+        m_fixture->clock.setLongestAutomaticWait(5s);
+        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*caught), WaitLimit);
         QVERIFY(**caught);
         QVERIFY((**caught)->subtitles->size() >= 50);
         QVERIFY((**caught)->subtitles->size() <= 200);
@@ -137,10 +137,10 @@ private Q_SLOTS:
     void secondSearchComesFromTheCache()
     {
         const auto first = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->restart();
         const auto second = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE((**second)->subtitles->size(), 3);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
     }
@@ -163,20 +163,20 @@ private Q_SLOTS:
         QFETCH(const int, requests);
         m_fixture->standIn.select(behaviour);
         const auto first = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->clock.setDate(m_fixture->clock.date().addSecs(60LL * minutes));
         const auto second = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(m_fixture->standIn.main().requests().size(), requests);
     }
 
     void emptiedCacheAsksAgain()
     {
         const auto first = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->service->emptyCache();
         const auto second = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
     }
 
@@ -184,7 +184,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QDir folder(m_fixture->places().cache);
         const QFileInfoList files = folder.entryInfoList(QDir::Files);
         QCOMPARE(files.size(), 1);
@@ -200,11 +200,11 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"silent"_s);
         const auto first = m_fixture->search();
         const auto second = m_fixture->search(u"another one"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), 2, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.main().requests().size(), 2, WaitLimit);
         m_fixture->service->cancelQueryTask();
         m_fixture->standIn.clearBehaviours();
         const auto third = m_fixture->search(u"a third"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(third->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(third->came(), WaitLimit);
         QVERIFY(!first->came());
         QVERIFY(!second->came());
     }
@@ -214,7 +214,7 @@ private Q_SLOTS:
         const auto refused = m_fixture->query({{Param::text, QString()}});
         m_fixture->service->cancelQueryTask();
         const auto asked = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(asked->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(asked->came(), WaitLimit);
         QVERIFY(!refused->came());
     }
 
@@ -235,7 +235,7 @@ private Q_SLOTS:
         const auto first = m_fixture->search(u"one"_s);
         const auto second = m_fixture->search(u"two"_s);
         const auto third = m_fixture->search(u"three"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && third->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came() && third->came(), WaitLimit);
         QVERIFY(**first && **second && **third);
     }
 
@@ -243,8 +243,8 @@ private Q_SLOTS:
     {
         const auto caught = m_fixture->query({{Param::text, u"x"_s}, {Param::language, u"mlt"_s}});
         QVERIFY(!caught->came());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::UnknownLanguage);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::UnknownLanguage);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
 
@@ -253,8 +253,8 @@ private Q_SLOTS:
         m_fixture->settings.apiKey.clear();
         m_fixture->restart();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::KeyRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::KeyRefused);
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
 
@@ -262,7 +262,7 @@ private Q_SLOTS:
     {
         const auto caught = searchUpToTheFirstPage();
         QVERIFY(caught);
-        QTRY_COMPARE_WITH_TIMEOUT(requestsNow(), 4, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(requestsNow(), 4, WaitLimit);
         m_fixture->service.reset();
         MainQueue::shared().runUntilIdle();
         QVERIFY(!caught->came());
@@ -274,9 +274,9 @@ private:
     std::shared_ptr<Caught<QueryResult>> searchUpToTheFirstPage()
     {
         m_fixture->standIn.select(u"hits-1502"_s);
-        m_fixture->clock.setPatience(-1ms);
+        m_fixture->clock.setLongestAutomaticWait(-1ms);
         const auto caught = m_fixture->search();
-        const bool isAsked = QTest::qWaitFor([this] { return requestsNow() == 1; }, Patience);
+        const bool isAsked = QTest::qWaitFor([this] { return requestsNow() == 1; }, WaitLimit);
         return isAsked ? caught : nullptr;
     }
     /// How many were made, once those that are due have left.

@@ -22,7 +22,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         for (const qint64 id : {1, 2}) {
             const auto caught = m_fixture->download(m_fixture->subtitle(id));
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
             QVERIFY(**caught);
         }
         QCOMPARE(logins(), 1);
@@ -35,7 +35,7 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(**caught);
         QCOMPARE(logins(), 0);
     }
@@ -45,7 +45,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         const auto first = m_fixture->download(m_fixture->subtitle(1));
         const auto second = m_fixture->download(m_fixture->subtitle(2));
-        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came() && second->came(), WaitLimit);
         QVERIFY(**first && **second);
         QCOMPARE(logins(), 1);
     }
@@ -55,15 +55,15 @@ private Q_SLOTS:
         m_fixture->useAccount(SubtitleStandIn::UserName, u"wrong-word"_s);
         for (int i = 0; i < 3; ++i) {
             const auto caught = m_fixture->download(m_fixture->subtitle());
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-            QCOMPARE(kindOf(*caught), Kind::LoginRefused);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+            QCOMPARE(kindOf(*caught), ServiceFailure::LoginRefused);
             QVERIFY(!(*caught)->error().detail.contains(u"wrong-word"_s));
         }
         QCOMPARE(logins(), 1);
         // A corrected one is.
         m_fixture->useAccount();
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(**caught);
         QCOMPARE(logins(), 2);
     }
@@ -72,8 +72,8 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(u"me@example.org"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::LoginRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::LoginRefused);
         QVERIFY((*caught)->error().localizedDescription.contains(u"not the e-mail"_s));
         QCOMPARE(logins(), 1);
     }
@@ -82,11 +82,11 @@ private Q_SLOTS:
     {
         m_fixture->useAccount(u"one"_s);
         const auto first = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         const Clock::Duration start = m_fixture->clock.now();
         m_fixture->useAccount(u"two"_s);
         const auto second = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(m_fixture->clock.now() - start >= 1s);
     }
 
@@ -102,7 +102,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
         QCOMPARE(logins(), 2);
     }
@@ -118,10 +118,10 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->useAccount();
         const auto download = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(download->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(download->came(), WaitLimit);
         m_fixture->standIn.select({u"token-gone"_s, behaviour});
         const auto search = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(search->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(search->came(), WaitLimit);
         QVERIFY2(**search, **search ? "" : qPrintable((*search)->error().detail));
         QCOMPARE(logins(), 2);
         QVERIFY(
@@ -132,22 +132,22 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(m_fixture->subtitle(1));
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         // The refusal of this one takes its time, while another one meets the same and logs in.
         m_fixture->standIn.select({u"token-gone"_s, u"drip@search"_s});
         const auto slow = m_fixture->search();
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/subtitles").size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/subtitles").size(), 1, WaitLimit);
         const auto quick = m_fixture->download(m_fixture->subtitle(2));
         for (const char *path : {"/api/v1/download", "/api/v1/login", "/api/v1/download"}) {
             const qsizetype before = m_fixture->standIn.requests(path).size();
             // Time stands still while the slow one is on the wire.
-            QTRY_VERIFY_WITH_TIMEOUT(m_fixture->clock.pending().value(0) < 2s, Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(m_fixture->clock.pending().value(0) < 2s, WaitLimit);
             m_fixture->clock.advance(2s);
-            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests(path).size(), before + 1, Patience);
+            QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests(path).size(), before + 1, WaitLimit);
         }
         m_fixture->standIn.clearBehaviours();
         m_fixture->standIn.setDripInterval(0);
-        QTRY_VERIFY_WITH_TIMEOUT(slow->came() && quick->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(slow->came() && quick->came(), WaitLimit);
         QVERIFY2(**slow, **slow ? "" : qPrintable((*slow)->error().detail));
         QCOMPARE(logins(), 2);
     }
@@ -159,7 +159,7 @@ private Q_SLOTS:
         for (const auto &[id, pause, expected] : {std::tuple(1, 0s, 1), {2, 30s, 1}, {3, 60s, 2}}) {
             m_fixture->clock.advance(pause);
             const auto caught = m_fixture->download(m_fixture->subtitle(id));
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
             QVERIFY(**caught);
             QCOMPARE(logins(), expected);
         }
@@ -170,8 +170,8 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(u"token-refused"_s);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::LoginRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::LoginRefused);
         QCOMPARE(logins(), 2);
     }
 
@@ -179,10 +179,10 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(m_fixture->subtitle(1));
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->clock.advance(23h);
         const auto second = m_fixture->download(m_fixture->subtitle(2));
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
         QVERIFY(**second);
         QCOMPARE(logins(), 2);
     }
@@ -191,11 +191,11 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto first = m_fixture->download(m_fixture->subtitle(1));
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
         m_fixture->clock.setDate(m_fixture->clock.date().addYears(5));
         for (const qint64 id : {2, 3, 4}) {
             const auto caught = m_fixture->download(m_fixture->subtitle(id));
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         }
         QCOMPARE(logins(), 2);
     }
@@ -204,16 +204,16 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);
         const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/api/v1/logout");
         QCOMPARE(requests.size(), 1);
         QCOMPARE(requests.constFirst().method, "DELETE");
     }
 
-    void logOutWithoutALoginAsksNobody()
+    void logOutWithoutALoginSendsNothing()
     {
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
@@ -225,26 +225,26 @@ private Q_SLOTS:
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         m_fixture->standIn.select(u"silent@logout"_s);
-        m_fixture->clock.setPatience(1s);
+        m_fixture->clock.setLongestAutomaticWait(1s);
         bool done = false;
         m_fixture->service->shutDown([&] { done = true; });
         m_fixture->clock.advance(0s); // its turn has come; the goodbye's limit is being waited for
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/logout").size(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->standIn.requests("/api/v1/logout").size(), 1, WaitLimit);
         m_fixture->clock.advance(3s);
-        QTRY_VERIFY_WITH_TIMEOUT(done, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);
     }
 
     void logOutDoesNotWaitForItsPlaceInTheRate()
     {
         m_fixture->useAccount();
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        m_fixture->clock.setPatience(0ms);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        m_fixture->clock.setLongestAutomaticWait(0ms);
         m_fixture->standIn.select(u"too-fast-date"_s);
         const auto search = m_fixture->search();
-        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending(), QList<Clock::Duration>{10s}, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending(), QList<Clock::Duration>{10s}, WaitLimit);
         int done = 0;
         m_fixture->service->shutDown([&] { ++done; });
         m_fixture->clock.advance(2s);
@@ -258,17 +258,17 @@ private Q_SLOTS:
         m_fixture->useAccount(u"old"_s, u"old-word"_s);
         m_fixture->standIn.select(u"silent@login"_s);
         const auto before = m_fixture->download(m_fixture->subtitle());
-        QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(logins(), 1, WaitLimit);
         m_fixture->standIn.clearBehaviours();
         m_fixture->useAccount();
         const auto after = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_fixture->comesInTime(*after), WaitLimit);
         QVERIFY2(**after, **after ? "" : qPrintable((*after)->error().detail));
         // The first one waits for the login it began with, as long as anybody waits for an answer.
         QVERIFY(!before->came());
         m_fixture->clock.advance(20s);
-        QTRY_VERIFY_WITH_TIMEOUT(before->came(), Patience);
-        QCOMPARE(kindOf(*before), Kind::Timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(before->came(), WaitLimit);
+        QCOMPARE(kindOf(*before), ServiceFailure::Timeout);
         QCOMPARE(logins(), 2);
     }
 
@@ -276,15 +276,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("behaviour");
         QTest::addColumn<int>("kind");
-        const auto row = [](const char *name, Kind kind) {
+        const auto row = [](const char *name, ServiceFailure kind) {
             QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind);
         };
-        row("html@login", Kind::BadAnswer);
-        row("null@login", Kind::BadAnswer);
-        row("empty@login", Kind::BadAnswer);
-        row("down@login", Kind::Unavailable);
-        row("close-before@login", Kind::Unavailable);
-        row("unknown-key", Kind::KeyRefused);
+        row("html@login", ServiceFailure::BadAnswer);
+        row("null@login", ServiceFailure::BadAnswer);
+        row("empty@login", ServiceFailure::BadAnswer);
+        row("down@login", ServiceFailure::Unavailable);
+        row("close-before@login", ServiceFailure::Unavailable);
+        row("unknown-key", ServiceFailure::KeyRefused);
     }
     void loginsOfBadShapeAreErrors()
     {
@@ -292,7 +292,7 @@ private Q_SLOTS:
         m_fixture->useAccount();
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
         QCOMPARE(logins(), 1);
     }
@@ -302,22 +302,22 @@ private Q_SLOTS:
         m_fixture->useAccount();
         Caught<RestReport> report;
         m_fixture->service->testConnection(report.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(report.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(report.came(), WaitLimit);
         QVERIFY(*report);
         QVERIFY((*report)->isLoggedIn);
         QCOMPARE((*report)->quota.allowed, 20);
         QCOMPARE((*report)->quota.remaining, 20);
     }
 
-    void connectionTestWithoutAKeyAsksNobody()
+    void connectionTestWithoutAKeySendsNothing()
     {
         m_fixture->settings.apiKey.clear();
         m_fixture->restart();
         Caught<RestReport> report;
         m_fixture->service->testConnection(report.completion());
         QVERIFY(!report.came());
-        QTRY_VERIFY_WITH_TIMEOUT(report.came(), Patience);
-        QCOMPARE(kindOf(report), Kind::KeyRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(report.came(), WaitLimit);
+        QCOMPARE(kindOf(report), ServiceFailure::KeyRefused);
         QVERIFY(report->error().localizedDescription.contains(u"wants an API key"_s));
         QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
     }
@@ -326,14 +326,14 @@ private Q_SLOTS:
     {
         Caught<RestReport> good;
         m_fixture->service->testConnection(good.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(good.came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(good.came(), WaitLimit);
         QVERIFY(*good);
         QVERIFY(!(*good)->isLoggedIn);
         m_fixture->standIn.select(u"unknown-key"_s);
         Caught<RestReport> bad;
         m_fixture->service->testConnection(bad.completion());
-        QTRY_VERIFY_WITH_TIMEOUT(bad.came(), Patience);
-        QCOMPARE(kindOf(bad), Kind::KeyRefused);
+        QTRY_VERIFY_WITH_TIMEOUT(bad.came(), WaitLimit);
+        QCOMPARE(kindOf(bad), ServiceFailure::KeyRefused);
     }
 
     void secretsAreInNoLog()
@@ -346,7 +346,7 @@ private Q_SLOTS:
         m_fixture->standIn.select({u"token-gone"_s, u"down-once"_s});
         const auto search = m_fixture->search();
         const auto download = m_fixture->download(m_fixture->subtitle());
-        QTRY_VERIFY_WITH_TIMEOUT(search->came() && download->came(), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(search->came() && download->came(), WaitLimit);
         qInstallMessageHandler(before);
         QVERIFY(!lines.isEmpty());
         for (const QString &secret :

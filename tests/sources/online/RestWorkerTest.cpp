@@ -70,13 +70,13 @@ private Q_SLOTS:
         m_fixture->standIn.select(u"unreadable-records"_s); // an answer that ends the search once it is read
         const auto caught = search();
         HeldWorker held(*m_worker); // once it has looked for the page in the cache
-        QTRY_COMPARE_WITH_TIMEOUT(asked(), 1, Patience);
-        QTRY_VERIFY_WITH_TIMEOUT(held.isHeld(), Patience);
+        QTRY_COMPARE_WITH_TIMEOUT(asked(), 1, WaitLimit);
+        QTRY_VERIFY_WITH_TIMEOUT(held.isHeld(), WaitLimit);
         waitForAnAnswer(); // that of the search has come before it
         QVERIFY(!caught->came());
         held.release();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), Patience);
-        QCOMPARE(kindOf(*caught), Kind::BadAnswer);
+        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+        QCOMPARE(kindOf(*caught), ServiceFailure::BadAnswer);
     }
 
 private:
@@ -99,7 +99,7 @@ private:
         const RestSession::Call call = m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s},
                                                        RestSession::Login::IfThereIsOne,
                                                        [&](const Result<HttpAnswer> &) { came = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(came, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(came, WaitLimit);
     }
 
     Sandbox m_sandbox;

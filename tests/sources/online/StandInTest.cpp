@@ -161,7 +161,7 @@ private:
                 const qsizetype end = received.indexOf("\r\n\r\n");
                 return end >= 0 && received.size() - end - 4 >= lengthIn(received.left(end));
             },
-            Patience);
+            WaitLimit);
         if (!came)
             return {};
         const qsizetype end = received.indexOf("\r\n\r\n");

@@ -7,7 +7,7 @@
 
 /// How long a fact is waited for, in milliseconds: a machine may have much else to do, and sanitizers to
 /// carry.
-inline constexpr int Patience = 30'000;
+inline constexpr int WaitLimit = 30'000;
 
 /// Catches the one outcome of an asynchronous call. A second one fails the test.
 template <class Value>

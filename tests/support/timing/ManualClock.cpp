@@ -13,8 +13,8 @@ ManualClock::ManualClock()
 Clock::Timer ManualClock::after(Duration delay, std::function<void()> action)
 {
     const Key key{m_now + std::max(delay, Duration::zero()), ++m_last};
-    const bool patient = delay > m_patience;
-    m_waiting->emplace(key, Waiting{std::move(action), patient});
+    const bool needsAdvance = delay > m_longestAutomaticWait;
+    m_waiting->emplace(key, Waiting{std::move(action), needsAdvance});
     letShortWaitsPass();
     return Timer([this, alive = QPointer<QObject>(&m_turns), weak = std::weak_ptr(m_waiting), key] {
         if (const auto waiting = weak.lock())
@@ -24,17 +24,17 @@ Clock::Timer ManualClock::after(Duration delay, std::function<void()> action)
     });
 }
 
-void ManualClock::setPatience(Duration patience)
+void ManualClock::setLongestAutomaticWait(Duration longest)
 {
-    m_patience = patience;
+    m_longestAutomaticWait = longest;
 }
 
 /// While something is on the wire (its limits are being waited for) time stands still, so that what a server
 /// sees does not depend on how fast this machine is.
 bool ManualClock::mayPass() const
 {
-    const auto isPatient = [](const auto &entry) { return entry.second.patient; };
-    return !m_waiting->empty() && std::none_of(m_waiting->begin(), m_waiting->end(), isPatient);
+    const auto needsAdvance = [](const auto &entry) { return entry.second.needsAdvance; };
+    return !m_waiting->empty() && std::none_of(m_waiting->begin(), m_waiting->end(), needsAdvance);
 }
 
 void ManualClock::letShortWaitsPass()

@@ -3,8 +3,8 @@
 #include <QObject>
 #include <map>
 
-/// Time as a test says. Waits of at most the patience pass by themselves on the next turn of the event loop;
-/// longer ones (the limits of a request, as a rule) only when the test advances.
+/// Time as a test says. Waits of at most the longest automatic wait pass by themselves on the next turn of
+/// the event loop; longer ones (the limits of a request, as a rule) only when the test advances.
 class ManualClock final : public Clock
 {
 public:
@@ -14,7 +14,7 @@ public:
     QDateTime date() const override { return m_date; }
     Timer after(Duration delay, std::function<void()> action) override;
 
-    void setPatience(Duration patience);
+    void setLongestAutomaticWait(Duration longest);
     /// Lets time pass, and what falls due meanwhile happen in its order.
     void advance(Duration duration);
     /// Sets the date alone, as a person or the network does.
@@ -26,7 +26,7 @@ private:
     struct Waiting
     {
         std::function<void()> action;
-        bool patient = false;
+        bool needsAdvance = false;
     };
     using Key = std::pair<Duration, quint64>;
     bool mayPass() const;
@@ -35,7 +35,7 @@ private:
 
     Duration m_now{1'000'000};
     QDateTime m_date;
-    Duration m_patience{5000};
+    Duration m_longestAutomaticWait{5000};
     quint64 m_last = 0;
     std::shared_ptr<std::map<Key, Waiting>> m_waiting;
     QObject m_turns;

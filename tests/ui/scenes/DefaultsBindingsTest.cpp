@@ -60,7 +60,7 @@ private Q_SLOTS:
         QCOMPARE(defaults().object(u"SUScheduledCheckInterval"_s), QVariant(u"86400"_s));
     }
 
-    void choosingTheRegisteredValueStoresItAndTellsNobody()
+    void choosingTheRegisteredValueStoresItWithoutNotifying()
     {
         defaults().registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
         bindToDefaults(*m_popup, Binding::SelectedTag, u"SUScheduledCheckInterval"_s);

@@ -51,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(Locale(u"de_DE"_s).localizedStringForLanguageCode(u"en"_s), u"Englisch"_s);
     }
 
-    void namesAreTheSameWhoeverAsksFirst()
+    void namesDoNotDependOnWhoAsksFirst()
     {
         Preparation preparation;
         const Locale locale = Locale::current();

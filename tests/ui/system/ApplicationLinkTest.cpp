@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const auto Identifier = u"com.quorvane.Plovendix"_s;
-constexpr int ShortPatience = 300; // milliseconds
+constexpr int ShortTimeout = 300;  // milliseconds
 constexpr int FarTooLong = 15'000; // also for a second start on a busy machine
 constexpr auto SecondStart = "--second-start";
 const QStringList SecondStartArguments{u"ApplicationLinkTest"_s, QLatin1String(SecondStart)};
@@ -25,7 +25,7 @@ int startAsSecond(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     ApplicationLink link(Identifier);
-    link.setPatience(std::chrono::milliseconds(ShortPatience));
+    link.setTimeout(std::chrono::milliseconds(ShortTimeout));
     return static_cast<int>(link.start(QCoreApplication::arguments().mid(2), u"token"_s));
 }
 } // namespace
@@ -170,7 +170,7 @@ private Q_SLOTS:
     {
         const auto other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s);
         QVERIFY(QDBusConnection(other).registerService(Identifier));
-        m_link->setPatience(std::chrono::milliseconds(ShortPatience));
+        m_link->setTimeout(std::chrono::milliseconds(ShortTimeout));
         const auto outcome = m_link->start({}, {});
         QDBusConnection::disconnectFromBus(u"other"_s);
         QCOMPARE(outcome, ApplicationLink::Outcome::Alone);

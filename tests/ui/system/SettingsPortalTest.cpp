@@ -39,7 +39,7 @@ private Q_SLOTS:
     void answerOfAnotherShapeIsPassedOver_data();
     void answerOfAnotherShapeIsPassedOver();
     void worksWithoutAPortal();
-    void waitsForNobody();
+    void doesNotBlock();
 
 private:
     std::unique_ptr<FakePortal> m_fake;
@@ -214,7 +214,7 @@ void SettingsPortalTest::worksWithoutAPortal()
     QCOMPARE(m_portal->colorScheme(), SettingsPortal::ColorScheme::Dark);
 }
 
-void SettingsPortalTest::waitsForNobody()
+void SettingsPortalTest::doesNotBlock()
 {
     // The fake answers from this thread: had start waited for it, it would have waited in vain.
     QSignalSpy changed(m_portal.get(), &SettingsPortal::changed);

@@ -41,8 +41,8 @@ class ImageTest : public QObject
 private Q_SLOTS:
     void drawingIsReadWithItsSize();
     void bitmapIsReadWhateverItsSuffix();
-    void whatIsNoPictureGivesNothing_data();
-    void whatIsNoPictureGivesNothing();
+    void undecodableImagesGiveNothing_data();
+    void undecodableImagesGiveNothing();
     void drawingIsCrispAtEveryRatio_data();
     void drawingIsCrispAtEveryRatio();
     void bitmapIsScaledToTheSizeAskedFor();
@@ -77,7 +77,7 @@ void ImageTest::bitmapIsReadWhateverItsSuffix()
     QCOMPARE(image->size(), QSizeF(12, 7));
 }
 
-void ImageTest::whatIsNoPictureGivesNothing_data()
+void ImageTest::undecodableImagesGiveNothing_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -92,7 +92,7 @@ void ImageTest::whatIsNoPictureGivesNothing_data()
     QTest::newRow("the head of a bitmap") << u"half.png"_s << png.left(40);
 }
 
-void ImageTest::whatIsNoPictureGivesNothing()
+void ImageTest::undecodableImagesGiveNothing()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);

@@ -29,7 +29,7 @@ private Q_SLOTS:
     void noDurationMovesAtOnce();
     void constraintMayGoDuringAMovement();
     void constraintMayGoInItsCompletion();
-    void changesAreToldOnce();
+    void changesNotifyOnce();
 };
 
 void LayoutConstraintTest::constantIsTheNewOneAtOnce()
@@ -164,7 +164,7 @@ void LayoutConstraintTest::constraintMayGoInItsCompletion()
     QVERIFY(!watched);
 }
 
-void LayoutConstraintTest::changesAreToldOnce()
+void LayoutConstraintTest::changesNotifyOnce()
 {
     LayoutConstraint constraint;
     QSignalSpy targets(&constraint, &LayoutConstraint::constantChanged);

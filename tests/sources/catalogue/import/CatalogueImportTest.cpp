@@ -1,5 +1,5 @@
 #include "ImportFixture.h"
-#include "Nobody.h"
+#include "UnprivilegedUser.h"
 
 #include <media/MovieHash.h>
 
@@ -31,7 +31,7 @@ class CatalogueImportTest : public QObject
     }
 
     /// Adds it as somebody who may not look into the closed folder, but may do everything else.
-    ImportCounts addAsNobody(const QString &path, const QString &closed) const
+    ImportCounts addUnprivileged(const QString &path, const QString &closed) const
     {
         const auto allow = [](const QString &folder, mode_t rights) {
             if (::chmod(QFile::encodeName(folder).constData(), rights) != 0)
@@ -42,7 +42,7 @@ class CatalogueImportTest : public QObject
         allow(closed, 0);
         ImportCounts counts;
         {
-            const Nobody nobody;
+            const UnprivilegedUser user;
             counts = m_fixture->add(path);
         }
         allow(closed, 0755);
@@ -167,7 +167,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->search(u"harbour nights"_s), QStringList(u"Harbour.Nights.2019|fre"_s));
     }
 
-    void whatIsNoSubtitleIsRefusedAndNamed()
+    void nonSubtitlesAreRefusedAndNamed()
     {
         m_fixture->write(u"page.srt"_s, "<!doctype html><html><body>Not found</body></html>");
         m_fixture->write(u"large.srt"_s, QByteArray(9 * 1024 * 1024, 'x'));
@@ -181,7 +181,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->add(m_fixture->folder() + u"/gone.srt"_s).refused, 1);
     }
 
-    void whatIsNotFoundAnyMoreStays_data()
+    void unfoundFilesStay_data()
     {
         QTest::addColumn<bool>("placeIsLeft");
         QTest::addColumn<QString>("problem");
@@ -189,7 +189,7 @@ private Q_SLOTS:
             << true << u" holds no subtitle files any more; what came from it stays in the catalogue"_s;
         QTest::newRow("no folder") << false << u" is not there; what came from it stays in the catalogue"_s;
     }
-    void whatIsNotFoundAnyMoreStays()
+    void unfoundFilesStay()
     {
         QFETCH(const bool, placeIsLeft);
         QFETCH(const QString, problem);
@@ -220,7 +220,7 @@ private Q_SLOTS:
         m_fixture->write(u"closed/Harbour.Lights.2019.en.srt"_s, ImportFixture::cue(u"a"_s));
         const QString closed = m_fixture->folder() + u"/closed"_s;
         const QStringList problems{closed + u" is a folder that cannot be read"_s};
-        for (const ImportCounts &counts : {addAsNobody({}, closed), addAsNobody(closed, closed)}) {
+        for (const ImportCounts &counts : {addUnprivileged({}, closed), addUnprivileged(closed, closed)}) {
             QCOMPARE(counts.refused, 1);
             QCOMPARE(counts.problems, problems);
         }
@@ -232,7 +232,7 @@ private Q_SLOTS:
         m_fixture->write(u"Night.Ferry.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
         const QString closed = QFileInfo(m_fixture->path()).path() + u"/closed"_s;
         QVERIFY(QFile::link(closed, m_fixture->folder() + u"/link"_s));
-        const ImportCounts counts = addAsNobody({}, closed);
+        const ImportCounts counts = addUnprivileged({}, closed);
         QCOMPARE(counts.added, 1);
         QCOMPARE(counts.refused, 0);
     }

@@ -43,8 +43,8 @@ class CatalogueKillTest : public QObject
     {
         QProcess process;
         process.start(QStringLiteral(PLOVENDIX_CATALOGUE), arguments);
-        constexpr int Patience = 60'000;
-        return process.waitForFinished(Patience) && process.exitStatus() == QProcess::NormalExit
+        constexpr int WaitLimit = 60'000;
+        return process.waitForFinished(WaitLimit) && process.exitStatus() == QProcess::NormalExit
                    ? process.exitCode()
                    : -1;
     }

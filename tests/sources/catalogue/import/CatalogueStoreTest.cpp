@@ -80,7 +80,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->search(u"harbour lights"_s).size(), 2);
     }
 
-    void draftsThatNobodyWritesToAreRemoved()
+    void staleDraftsAreRemoved()
     {
         const auto draft = [&](const QString &suffix, const QDateTime &modified) {
             const QString path = m_fixture->path() + suffix;
@@ -117,7 +117,7 @@ private Q_SLOTS:
         SQLite::Statement reading(reader, "SELECT id FROM subtitle");
         QVERIFY(reading.executeStep());
         m_fixture->write(u"Harbour.Nights.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
-        const CatalogueStore::Patience endless{1h}; // one that waited for the reader would not come back
+        const CatalogueStore::WaitLimits endless{1h}; // one that waited for the reader would not come back
         Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_fixture->path(), &endless);
         QVERIFY(catalogue);
         CatalogueImport import(catalogue.value(), {}, [](const ImportCounts &) { return true; });
@@ -138,7 +138,7 @@ private Q_SLOTS:
         Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_fixture->path());
         QVERIFY(catalogue);
         QCOMPARE(*catalogue.value().removeBelow(m_fixture->folder() + u"/many"_s, 1000), 60);
-        catalogue.value().settle();
+        catalogue.value().checkpoint();
         const qint64 before = QFileInfo(m_fixture->path()).size();
         QVERIFY(catalogue.value().vacuum());
         QVERIFY(QFileInfo(m_fixture->path()).size() < before / 2);

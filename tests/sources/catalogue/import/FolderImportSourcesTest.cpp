@@ -114,7 +114,7 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->run().added, 6);
         m_fixture->import().write(u"../other/notes.md"_s, "nothing");
         FolderImportJob job(m_fixture->path(), m_fixture->folder() + u"/../other"_s,
-                            FolderJobFixture::Patience);
+                            FolderJobFixture::WaitLimit);
         const FolderImportState state = job.run([](const FolderImportState &) {});
         QCOMPARE(state.phase, Phase::Finished);
         QCOMPARE(state.total, 0);

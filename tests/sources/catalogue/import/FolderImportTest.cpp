@@ -30,10 +30,10 @@ class FolderImportTest final : public QObject
     std::unique_ptr<FolderImport> m_import;
     QList<FolderImportState> m_states; // those that were told, on the main thread
 
-    void makeImport(const FolderImport::Manners &manners = {0ms, 30s, 5s})
+    void makeImport(const FolderImport::Options &options = {0ms, 30s, 5s})
     {
         m_states.clear();
-        m_import = std::make_unique<FolderImport>(m_fixture->path(), manners);
+        m_import = std::make_unique<FolderImport>(m_fixture->path(), options);
         connect(m_import.get(), &FolderImporting::changed, this, [this] {
             QVERIFY(MainQueue::isMainThread());
             m_states += m_import->state();

@@ -1,6 +1,6 @@
 #pragma once
 #include "ImportFixture.h"
-#include "Nobody.h"
+#include "UnprivilegedUser.h"
 
 #include <sources/catalogue/import/FolderImportJob.h>
 
@@ -14,7 +14,7 @@
 class FolderJobFixture final
 {
 public:
-    static constexpr std::chrono::seconds Patience{30};
+    static constexpr std::chrono::seconds WaitLimit{30};
 
     explicit FolderJobFixture(const Sandbox &sandbox)
         : m_sandbox(sandbox),
@@ -27,9 +27,9 @@ public:
     QString path() const { return m_import.path(); }
     QString folder() const { return m_import.folder(); }
 
-    std::unique_ptr<FolderImportJob> makeJob(std::chrono::milliseconds patience = Patience) const
+    std::unique_ptr<FolderImportJob> makeJob(std::chrono::milliseconds writerTimeout = WaitLimit) const
     {
-        return std::make_unique<FolderImportJob>(path(), folder(), patience);
+        return std::make_unique<FolderImportJob>(path(), folder(), writerTimeout);
     }
     FolderImportState run() const
     {
@@ -55,7 +55,7 @@ public:
         change(file, 0);
         FolderImportState state;
         {
-            const Nobody nobody;
+            const UnprivilegedUser user;
             state = run();
         }
         change(file, rights);

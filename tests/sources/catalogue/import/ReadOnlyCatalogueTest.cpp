@@ -1,5 +1,5 @@
 #include "ImportFixture.h"
-#include "Nobody.h"
+#include "UnprivilegedUser.h"
 
 #include <sources/catalogue/import/CatalogueReports.h>
 
@@ -51,9 +51,9 @@ class ReadOnlyCatalogueTest final : public QObject
         return path;
     }
 
-    static Result<QList<CatalogueEntry>> searchAsNobody(const QString &path)
+    static Result<QList<CatalogueEntry>> searchUnprivileged(const QString &path)
     {
-        const Nobody nobody;
+        const UnprivilegedUser user;
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(path, CatalogueErrors());
         if (!database)
             return database.error();
@@ -86,7 +86,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, name);
         const QString path = putAway(name);
-        const Result<QList<CatalogueEntry>> entries = searchAsNobody(path);
+        const Result<QList<CatalogueEntry>> entries = searchUnprivileged(path);
         QVERIFY2(entries, entries ? "" : qPrintable(entries.error().detail));
         QCOMPARE(entries->size(), 1);
         QCOMPARE(entries->first().subtitle.subFileName, u"Harbour.Lights.2019"_s);
@@ -98,7 +98,7 @@ private Q_SLOTS:
         const QString path = putAway(u"catalogue.sqlite"_s);
         const QString before = QDir::currentPath(); // a folder that nobody else may enter, perhaps
         QVERIFY(QDir::setCurrent(m_fixture->folder()));
-        const Result<QList<CatalogueEntry>> entries = searchAsNobody(QDir().relativeFilePath(path));
+        const Result<QList<CatalogueEntry>> entries = searchUnprivileged(QDir().relativeFilePath(path));
         QVERIFY(QDir::setCurrent(before));
         QVERIFY2(entries, entries ? "" : qPrintable(entries.error().detail));
         QCOMPARE(entries->size(), 1);
@@ -107,7 +107,7 @@ private Q_SLOTS:
     void theCommandReadsItToo()
     {
         const QString path = putAway(u"catalogue.sqlite"_s);
-        const Nobody nobody;
+        const UnprivilegedUser user;
         const Result<CatalogueReports::Figures> figures = CatalogueReports::figures(path);
         QVERIFY(figures);
         QCOMPARE(figures->subtitles, 1);
@@ -119,7 +119,7 @@ private Q_SLOTS:
         QVERIFY(writer); // keeps the log from being written back
         enterWithoutSettling();
         const QString path = putAway(u"catalogue.sqlite"_s, true);
-        const Result<QList<CatalogueEntry>> entries = searchAsNobody(path);
+        const Result<QList<CatalogueEntry>> entries = searchUnprivileged(path);
         QVERIFY(!entries);
         QCOMPARE(entries.error().code, static_cast<int>(CatalogueFailure::Unreadable));
         QVERIFY(entries.error().localizedDescription.contains(u"cannot be read"_s));
@@ -129,7 +129,7 @@ private Q_SLOTS:
     {
         const QString path = putAway(u"catalogue.sqlite"_s);
         setMode(path, 0);
-        const Result<QList<CatalogueEntry>> entries = searchAsNobody(path);
+        const Result<QList<CatalogueEntry>> entries = searchUnprivileged(path);
         QVERIFY(!entries);
         QCOMPARE(entries.error().code, static_cast<int>(CatalogueFailure::Unreadable));
     }

@@ -9,7 +9,7 @@ class Database;
 
 /// How long a catalogue may keep whoever reads it. An honest one answers in milliseconds; the limit leaves
 /// room for a slow disk.
-struct ReadPatience
+struct ReadLimits
 {
     std::chrono::milliseconds longest{15'000}; // of one look into it: its opening, or one search
     std::function<bool()> isCancelled = {};    // asked again and again on the reading thread; none: never
@@ -17,15 +17,15 @@ struct ReadPatience
 
 /// Stops whatever a connection does, by SQLITE_INTERRUPT, once the reading is cancelled or has taken too
 /// long. One thread; the database outlives it.
-class PatientReading final
+class QueryInterrupter final
 {
 public:
-    PatientReading(SQLite::Database &database, ReadPatience patience);
-    ~PatientReading();
-    PatientReading(const PatientReading &) = delete;
-    PatientReading &operator=(const PatientReading &) = delete;
+    QueryInterrupter(SQLite::Database &database, ReadLimits limits);
+    ~QueryInterrupter();
+    QueryInterrupter(const QueryInterrupter &) = delete;
+    QueryInterrupter &operator=(const QueryInterrupter &) = delete;
 
-    /// Patience begins anew, for the next look.
+    /// The time limit begins anew, for the next read.
     void restart();
     bool isCancelled() const;
 
@@ -33,6 +33,6 @@ private:
     static int isOver(void *reading);
 
     SQLite::Database &m_database;
-    ReadPatience m_patience;
+    ReadLimits m_limits;
     std::chrono::steady_clock::time_point m_end;
 };

@@ -1,4 +1,4 @@
-#include <app/PatientSecretStore.h>
+#include <app/DeferredSecretStore.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <tests/support/UnpaintedProgram.h>
@@ -31,7 +31,7 @@ public:
 };
 } // namespace
 
-class PatientSecretStoreTest : public QObject
+class DeferredSecretStoreTest : public QObject
 {
     Q_OBJECT
 
@@ -42,9 +42,9 @@ private Q_SLOTS:
     void readingWaitsForTheFirstPaint()
     {
         const auto open = std::make_shared<OpenStore>();
-        PatientSecretStore patient(open);
+        DeferredSecretStore deferred(open);
         std::optional<QString> answer;
-        patient.read(Secret::SubtitleKey, [&answer](const auto &result) { answer = *result; });
+        deferred.read(Secret::SubtitleKey, [&answer](const auto &result) { answer = *result; });
         MainQueue::shared().runUntilIdle();
         QCOMPARE(open->asked, QStringList());
         FirstPaint::notice();
@@ -56,9 +56,9 @@ private Q_SLOTS:
     void writingDoesNotWait()
     {
         const auto open = std::make_shared<OpenStore>();
-        PatientSecretStore patient(open);
+        DeferredSecretStore deferred(open);
         bool isWritten = false;
-        patient.write(Secret::MetadataKey, u"new"_s, [&isWritten](const auto &) { isWritten = true; });
+        deferred.write(Secret::MetadataKey, u"new"_s, [&isWritten](const auto &) { isWritten = true; });
         QVERIFY(isWritten);
         QCOMPARE(open->asked,
                  QStringList(u"write "_s + SecretStore::nameOf(Secret::MetadataKey) + u" new"_s));
@@ -68,10 +68,10 @@ private Q_SLOTS:
     {
         auto open = std::make_shared<OpenStore>();
         const std::weak_ptr<OpenStore> weak = open;
-        auto patient = std::make_unique<PatientSecretStore>(open);
+        auto deferred = std::make_unique<DeferredSecretStore>(open);
         bool isAnswered = false;
-        patient->read(Secret::SubtitleKey, [&isAnswered](const auto &) { isAnswered = true; });
-        patient.reset();
+        deferred->read(Secret::SubtitleKey, [&isAnswered](const auto &) { isAnswered = true; });
+        deferred.reset();
         open.reset();
         QVERIFY(weak.expired());
         FirstPaint::notice();
@@ -84,5 +84,5 @@ private:
     std::optional<UnpaintedProgram> m_program;
 };
 
-PLOVENDIX_GUI_TEST(PatientSecretStoreTest)
-#include "PatientSecretStoreTest.moc"
+PLOVENDIX_GUI_TEST(DeferredSecretStoreTest)
+#include "DeferredSecretStoreTest.moc"

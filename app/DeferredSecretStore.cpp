@@ -1,12 +1,12 @@
-#include "PatientSecretStore.h"
+#include "DeferredSecretStore.h"
 
 #include <ui/window/FirstPaint.h>
 
 #include <utility>
 
-PatientSecretStore::PatientSecretStore(std::shared_ptr<SecretStore> store) : m_store(std::move(store)) {}
+DeferredSecretStore::DeferredSecretStore(std::shared_ptr<SecretStore> store) : m_store(std::move(store)) {}
 
-void PatientSecretStore::read(Secret secret, ReadCompletion completion)
+void DeferredSecretStore::read(Secret secret, ReadCompletion completion)
 {
     FirstPaint::afterwards([weak = std::weak_ptr(m_store), secret, completion = std::move(completion)] {
         if (const auto store = weak.lock())
@@ -14,7 +14,7 @@ void PatientSecretStore::read(Secret secret, ReadCompletion completion)
     });
 }
 
-void PatientSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)
+void DeferredSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)
 {
     m_store->write(secret, text, std::move(completion));
 }
