@@ -1,12 +1,12 @@
 #pragma once
 #include <QUrl>
 
-/// The application's own URL operations. On this platform they do nothing, by design: who wants a web page
-/// opened asks the shared workspace.
+/// The application's own URL operations. They do nothing on this platform, by design: web pages are opened
+/// through the shared workspace.
 namespace ApplicationURLs
 {
-/// Always false.
+/// Always returns false.
 bool canOpenURL(const QUrl &url);
-/// Opens nothing; always false.
+/// Opens nothing and always returns false.
 bool openURL(const QUrl &url);
 } // namespace ApplicationURLs

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-/// Does `work` on the worker and gives its result to `done` on the main thread.
+/// Runs `work` on the worker and passes its result to `done` on the main thread.
 template <class Work, class Done>
 void inBackground(WorkerThread &worker, Work work, Done done)
 {

@@ -40,7 +40,7 @@ std::optional<QVariantMap> readDictionary(const QString &path)
     return list->toMap();
 }
 
-/// "pt_BR.UTF-8" as language names of folders, most special first: "pt-BR", "pt".
+/// Turns "pt_BR.UTF-8" into the folder names of its languages, the most specific first: "pt-BR", "pt".
 QStringList folderNames(const QString &language)
 {
     const QString plain = language.section(u'.', 0, 0).section(u'@', 0, 0).replace(u'_', u'-');

@@ -6,16 +6,16 @@
 #include <mutex>
 #include <optional>
 
-/// The program's folder of resources: real files, so that a damaged or missing one can be met.
-/// Any thread, once `main()` exists; workers too say in the person's language what went wrong.
+/// The program's resource folder. The resources are real files, so tests can remove or damage one. Any
+/// thread, once `main()` exists; workers also localise their messages.
 class Bundle final
 {
 public:
     /// The bundle beside the executable: "resources" in its folder, else "../share/plovendix". Needs the
     /// application object.
     static Bundle &main();
-    /// Gives the main bundle another folder, for tests. The folder need not exist. Forgets what was read from
-    /// the old one, and the languages set.
+    /// Gives the main bundle another folder, for tests. The folder need not exist. Forgets the content read
+    /// from the old folder and the preferred languages.
     static void setMainFolder(const QString &folder);
 
     explicit Bundle(const QString &folder);
@@ -23,19 +23,19 @@ public:
     Bundle &operator=(const Bundle &) = delete;
 
     QString folder() const;
-    /// The content of Info.plist, read once; nothing when it is missing or no dictionary.
+    /// The content of Info.plist, read once; none when the file is missing or is not a dictionary.
     std::optional<QVariantMap> infoDictionary() const;
     /// One value of the information dictionary, invalid when it is absent.
     QVariant objectForInfoDictionaryKey(const QString &key) const;
-    /// The file "NAME.TYPE" at the top of the bundle or in its folder for the person's language.
+    /// The file "NAME.TYPE" at the top of the bundle or in its folder for the preferred language.
     std::optional<QString> pathForResource(const QString &name, const QString &type) const;
     /// The text for `key` in the default strings table ("de.lproj/Localizable.strings", a property list) of
     /// the first preferred language that has one; else `value`, and for an empty `value` the key itself.
     /// English needs no table, because the keys are English: it ends the search. A damaged table counts as
     /// missing.
     QString localizedString(const QString &key, const QString &value = {}) const;
-    /// The languages looked up, most wanted first; taken from LANGUAGE, LC_ALL, LC_MESSAGES and LANG unless
-    /// set here.
+    /// The languages to look up, the most preferred first. Without this call they come from LANGUAGE, LC_ALL,
+    /// LC_MESSAGES and LANG.
     void setPreferredLocalizations(const QStringList &languages);
 
 private:

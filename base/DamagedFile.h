@@ -2,6 +2,6 @@
 #include <QString>
 #include <optional>
 
-/// Renames a file that cannot be read for what it should be to "PATH.damaged-N", so that nothing is written
-/// over it, and logs the new name. Gives that name, or nothing where the file cannot be renamed. Any thread.
+/// Renames an unreadable file to "PATH.damaged-N", so that it is not overwritten, and logs the new name.
+/// Returns the new name, or none when the rename fails. Any thread.
 std::optional<QString> setDamagedFileAside(const QString &path);

@@ -18,7 +18,7 @@ constexpr char OwnVariables[] = "PLOVENDIX_";
 
 using Application = GObjectPointer<GAppInfo>;
 
-/// The desktop's answer for one kind of file; "/" as in "inode/directory".
+/// The desktop's default application for a content type. "/" is part of the type, as in "inode/directory".
 Application handlerForType(const char *type)
 {
     constexpr gboolean AlsoPlainPaths = FALSE;
@@ -37,7 +37,7 @@ Application handlerForUri(const QByteArray &uri)
     return Application(g_app_info_get_default_for_uri_scheme(lower.get()));
 }
 
-/// They hold keys and passwords, which other programs must not see.
+/// The variables include keys and passwords, which other programs must not get.
 void removeOwnVariables(GAppLaunchContext *context)
 {
     const GTextList names(g_listenv());
@@ -50,7 +50,7 @@ void removeOwnVariables(GAppLaunchContext *context)
 bool launch(GAppInfo *application, const QByteArray &uri)
 {
     const GObjectPointer<GAppLaunchContext> context(g_app_launch_context_new());
-    // These were given to us for our own start and are used up.
+    // These variables belong to our own start and can be used only once.
     g_app_launch_context_unsetenv(context.get(), "DESKTOP_STARTUP_ID");
     g_app_launch_context_unsetenv(context.get(), "XDG_ACTIVATION_TOKEN");
     removeOwnVariables(context.get());
@@ -69,11 +69,11 @@ bool isInApplications(const char *dataFolder, const QByteArray &name)
     return QFileInfo::exists(QFile::decodeName(QByteArray(dataFolder) + "/applications/" + name));
 }
 
-/// Whether there may be an entry of that name. GIO reads and watches every folder of applications when it is
-/// first asked, for which a start without a companion should not wait.
+/// Whether an entry of that name may exist. The first question to GIO makes it read and watch every
+/// application folder; a start without a companion should not wait for that.
 bool mayBeInstalled(const QByteArray &name)
 {
-    if (name.contains('-')) // stands for a folder, too
+    if (name.contains('-')) // the hyphen may stand for a folder
         return true;
     for (const char *const *folder = g_get_system_data_dirs(); *folder; ++folder) {
         if (isInApplications(*folder, name))

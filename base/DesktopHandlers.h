@@ -6,13 +6,13 @@
 /// What the desktop knows about installed applications, by their desktop entries. Any thread.
 /// A handler for a new kind of URL is known once `update-desktop-database` has run for its folder.
 
-/// Starts the application that opens `uri`; false when there is none or it could not be started. It gets our
-/// environment without the variables that hold secrets (PLOVENDIX_…).
+/// Starts the application that opens `uri`; returns false when there is none or it cannot be started. The
+/// application gets our environment without the variables that hold secrets (PLOVENDIX_…).
 bool openWithDefaultHandler(const QByteArray &uri);
-/// Whether the desktop's virtual file system opens such URLs ("file", and with its helpers "smb", "trash",
-/// …).
+/// Whether the desktop's virtual file system opens URLs of this scheme ("file", and with its helpers "smb",
+/// "trash", …).
 bool isFileSystemScheme(const QString &scheme);
-/// Opens a folder in the application for folders.
+/// Opens a folder in the default file manager.
 bool openFolder(const QByteArray &folderUri);
-/// The path of the entry "IDENTIFIER.desktop", where it is installed and its program is there.
+/// The path of the entry "IDENTIFIER.desktop" when it is installed and its program exists.
 std::optional<QString> desktopEntryPath(const QString &identifier);

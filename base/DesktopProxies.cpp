@@ -17,7 +17,7 @@ struct ReleaseGTexts
 
 struct DesktopProxies::Private
 {
-    GProxyResolver *resolver = nullptr; // not ours where it is the desktop's
+    GProxyResolver *resolver = nullptr; // not owned when it is the desktop's
     GObjectPointer<GProxyResolver> owned;
     GObjectPointer<GCancellable> cancellable{g_cancellable_new()};
 };
@@ -34,7 +34,7 @@ DesktopProxies::~DesktopProxies() = default;
 
 std::optional<QStringList> DesktopProxies::lookUp(const QUrl &url) const
 {
-    // Made here: what stands behind it is read from disk the first time.
+    // Created on this thread because the first call reads its modules from disk.
     GProxyResolver *resolver = d->resolver ? d->resolver : g_proxy_resolver_get_default();
     const QByteArray address = url.adjusted(QUrl::RemoveUserInfo).toEncoded();
     GError *failure = nullptr;

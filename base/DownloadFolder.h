@@ -4,18 +4,18 @@
 #include <QUrl>
 #include <chrono>
 
-/// Where downloads land: each in a folder of its own, so that names never meet and the file may be moved
-/// away. Made on the main thread; its functions may be called on any.
+/// The folder of downloads. Each download gets a subfolder, so that equal names do not collide and the file
+/// can be moved away. Created on the main thread; its functions may be called on any thread.
 class DownloadFolder final
 {
 public:
     explicit DownloadFolder(const QString &path = standardPath());
-    /// "Plovendix/downloads" in the person's cache folder.
+    /// The path "Plovendix/downloads" in the person's cache folder.
     static QString standardPath();
 
     /// Writes a file named `name` (a plain file name) into a new folder. Domain "Downloads".
     Result<QUrl> publish(const QString &name, const QByteArray &content) const;
-    /// Removes the downloads that nobody fetched within `age`. Failures are left for the next time.
+    /// Removes downloads older than `age`. A folder that cannot be removed is retried on the next call.
     void clearOlderThan(std::chrono::hours age) const;
 
 private:

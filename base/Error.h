@@ -1,8 +1,8 @@
 #pragma once
 #include <QString>
 
-/// An expected failure as a value: who reports it, a number within that domain, and the sentence a person
-/// reads. `detail` is for the log only and never shown.
+/// An expected failure as a value: its domain, a code within that domain, and the sentence that is shown.
+/// `detail` is for the log only and is never shown.
 struct Error
 {
     QString domain;

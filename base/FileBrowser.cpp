@@ -14,7 +14,7 @@ constexpr int BusTimeoutMilliseconds = 2000; // the bus itself answers at once
 
 using Bus = GObjectPointer<GDBusConnection>;
 
-/// Without an address GLib would start a bus of its own on an X display, which nobody else is on.
+/// Without an address GLib would start a private bus on an X display, with no other program on it.
 bool hasSessionBus()
 {
     return !qgetenv("DBUS_SESSION_BUS_ADDRESS").isEmpty() ||
@@ -26,7 +26,7 @@ Bus sessionBus()
     if (!hasSessionBus())
         return {};
     Bus bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    // GLib's habit is to end the process with the session.
+    // By default GLib ends the process when the bus closes.
     if (bus)
         g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     return bus;

@@ -12,7 +12,7 @@ namespace
 {
 const QString ErrorDomain = u"FileManager"_s;
 
-/// The keys stand whole in this file, because translators search for them.
+/// Each key is written out in full, so that translators can search for it.
 QString moveSentence(int code)
 {
     switch (code) {

@@ -4,13 +4,13 @@
 
 class FileSystemCalls;
 
-/// The steps by which the bytes of a file, and its name, come to the disk. Each gives a negative errno value
-/// where it fails. Any thread.
+/// The steps that bring the bytes of a file and its name to the disk. Each returns a negative errno value on
+/// failure. Any thread.
 
-/// Writes all the bytes, however many calls that takes.
+/// Writes all bytes, with as many calls as needed.
 int writeAll(FileSystemCalls &calls, int descriptor, const char *bytes, std::size_t size);
-/// Success also on file systems that cannot flush.
+/// Flushes a file. Also succeeds on file systems that cannot flush.
 int flushToDisk(FileSystemCalls &calls, int descriptor);
-/// The same for the names in a folder. A folder that may be written but not read cannot be flushed, which is
-/// no failure.
+/// Flushes the names in a folder. Succeeds for a folder that is writable but not readable, because it cannot
+/// be flushed.
 int flushFolder(FileSystemCalls &calls, const QByteArray &folder);

@@ -96,7 +96,7 @@ QByteArray FileManager::fileSystemPath(const QUrl &url)
     if (url.scheme() != u"file" || !isThisComputer(url.host()))
         return {};
     const QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
-    // A NUL would end the name early, at another file.
+    // A NUL would truncate the name and address another file.
     if (!path.startsWith('/') || path.contains('\0'))
         return {};
     return withoutTrailingSlashes(path);
@@ -104,7 +104,8 @@ QByteArray FileManager::fileSystemPath(const QUrl &url)
 
 QUrl FileManager::urlFromFileSystemPath(const QByteArray &path)
 {
-    // As the toolkit spells it, so that two URLs of one file are equal; bytes that are no text it would lose.
+    // Prefer the toolkit's spelling, so that two URLs of one file are equal. It cannot represent bytes that
+    // are not UTF-8.
     const QUrl url = QUrl::fromLocalFile(QString::fromUtf8(path));
     if (fileSystemPath(url) == withoutTrailingSlashes(path))
         return url;

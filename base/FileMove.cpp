@@ -19,7 +19,7 @@ Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
 constexpr std::size_t BufferBytes = 262'144;
 
-/// What file systems and kernels answer that do not know a way of working.
+/// Whether the error means that the file system or kernel does not support the operation.
 bool isUnsupported(int result)
 {
     return result == -EINVAL || result == -ENOSYS || result == -EOPNOTSUPP;
@@ -80,7 +80,8 @@ int FileMove::publishFolder(const QByteArray &from, const QByteArray &to)
     return isUnsupported(renamed) ? renameWhereNothingIs(from, to) : renamed;
 }
 
-/// Ends a move by a second link. Both names are the same file, so that going back loses nothing.
+/// Removes the first name after a second link was made. Both names are the same file, so undoing loses
+/// nothing.
 int FileMove::dropFirstName(const QByteArray &first, const QByteArray &second)
 {
     const int removed = m_calls.unlink(first);
@@ -89,8 +90,9 @@ int FileMove::dropFirstName(const QByteArray &first, const QByteArray &second)
     return removed;
 }
 
-/// For file systems without a way to refuse: what another program puts there between the two calls is
-/// replaced. Taking the name by an empty file first would leave that file behind when the process dies.
+/// For file systems without an atomic rename that refuses to replace. A file that another program creates
+/// between the two calls is replaced. Reserving the name with an empty file would leave that file behind when
+/// the process dies.
 int FileMove::renameWhereNothingIs(const QByteArray &from, const QByteArray &to)
 {
     struct stat status = {};
@@ -141,7 +143,7 @@ int FileMove::copyInto(int target, const struct stat &status)
     m_calls.close(source);
     if (copied < 0)
         return copied;
-    // File systems of removable disks know neither; the content is what counts.
+    // File systems of removable disks support neither; only the content matters.
     m_calls.setMode(target, status.st_mode & 0777);
     m_calls.setTimes(target, status);
     return flushToDisk(m_calls, target);

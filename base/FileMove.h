@@ -4,19 +4,18 @@
 
 class FileSystemCalls;
 
-/// One move of a file or folder, by the surest way the file systems allow: a rename; where that cannot refuse
-/// to replace, a second link whose first one goes; and between file systems a flushed copy beside the
-/// destination that then takes its place in one of these ways. A process that dies on the way leaves the
-/// source whole, and under the destination's name what was there before or the whole file. Lives for one
-/// move, on any thread.
+/// Moves one file or folder in the safest way that the file systems support: a rename; if that cannot refuse
+/// to replace, a second link and removal of the first; between file systems a flushed copy beside the
+/// destination, published in one of these ways. If the process dies, the source is whole, and the destination
+/// is unchanged or holds the whole file. One object serves one move. Any thread.
 class FileMove final
 {
 public:
-    /// What is done with an item that is at the destination already.
+    /// What happens to an item that exists at the destination.
     enum class Existing
     {
         Refused,
-        Replaced // a file goes; a folder goes to the trash
+        Replaced // a file is replaced, a folder is moved to the trash
     };
 
     FileMove(FileSystemCalls &calls, const QByteArray &source, const QByteArray &destination,

@@ -4,44 +4,44 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
-/// The system calls that files are moved and written by, one to one, with names as the file system's bytes.
-/// Each gives a negative errno value where it fails, else 0 or what it counts. Any thread. Tests replace
-/// single calls.
+/// Thin wrappers of the system calls that move and write files; names are the file system's bytes. Each
+/// returns a negative errno value on failure, otherwise 0 or a count. Any thread. Tests override single
+/// calls.
 class FileSystemCalls
 {
 public:
     virtual ~FileSystemCalls();
 
-    /// Fails with EEXIST instead of replacing; EINVAL, ENOSYS or EOPNOTSUPP where the file system cannot do
-    /// that.
+    /// Renames without replacing: EEXIST when the target exists, EINVAL, ENOSYS or EOPNOTSUPP when the file
+    /// system does not support it.
     virtual int renameWithoutReplacing(const QByteArray &from, const QByteArray &to);
     virtual int rename(const QByteArray &from, const QByteArray &to);
     virtual int link(const QByteArray &from, const QByteArray &to);
     virtual int unlink(const QByteArray &path);
 
-    /// Into the desktop's trash, from where a person can take it back.
+    /// Moves the item to the desktop's trash.
     virtual int moveToTrash(const QByteArray &path);
 
     virtual int makeFolder(const QByteArray &path);
     /// The names in a folder, without "." and "..".
     virtual int listFolder(const QByteArray &path, QList<QByteArray> &names);
 
-    /// Of what the name itself is, a symbolic link included.
+    /// The status of the name itself, also of a symbolic link.
     virtual int status(const QByteArray &path, struct stat &status);
-    /// Of what a symbolic link leads to.
+    /// The status of a symbolic link's target.
     virtual int statusOfTarget(const QByteArray &path, struct stat &status);
     virtual int statusOfOpen(int descriptor, struct stat &status);
 
-    /// A descriptor.
+    /// Returns a descriptor.
     virtual int open(const QByteArray &path, int flags, mode_t mode);
     virtual ssize_t read(int descriptor, char *bytes, std::size_t size);
     virtual ssize_t write(int descriptor, const char *bytes, std::size_t size);
     virtual int setMode(int descriptor, mode_t mode);
     virtual int setTimes(int descriptor, const struct stat &status);
     virtual int flush(int descriptor);
-    /// A second descriptor of the same open file; a lock lasts until both are closed.
+    /// Returns a second descriptor of the same open file. A lock lasts until both are closed.
     virtual int duplicate(int descriptor);
-    /// Locks the open file for its process alone, without waiting: EWOULDBLOCK when it is locked elsewhere.
+    /// Takes an exclusive lock without waiting; EWOULDBLOCK when another open file holds it.
     virtual int lock(int descriptor);
     virtual int close(int descriptor);
 };

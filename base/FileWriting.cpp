@@ -26,7 +26,7 @@ FileSystemCalls &callsInUse()
     return given ? *given : own;
 }
 
-/// Where a symbolic link ends.
+/// The final target of a symbolic link.
 QString followed(const QString &path)
 {
     QFileInfo end(path);
@@ -40,8 +40,8 @@ QByteArray folderOf(const QString &path)
     return QFile::encodeName(QFileInfo(path).absolutePath());
 }
 
-/// What keeps the file from being replaced, or 0. A rename would also replace a device, and a file that the
-/// person has made read-only.
+/// The errno value of what prevents replacing the file, or 0. A rename would also replace a device or a file
+/// that the person made read-only.
 int obstacleAt(const QFileInfo &file)
 {
     if (file.isSymLink())
@@ -117,8 +117,8 @@ int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &gi
     if (result < 0)
         return result;
     part.release();
-    // Until the folder is on the disk, a power failure brings back the old file: whole, so this is no
-    // failure.
+    // Until the folder is flushed, a power failure brings back the old file. It is whole, so a failed flush
+    // is not reported.
     flushFolder(calls, parentFolder(path));
     return 0;
 }

@@ -5,24 +5,23 @@
 
 class FileSystemCalls;
 
-/// Who may read a written file.
+/// Who may read the written file.
 enum class FileAccess
 {
-    AsBefore,  // as the file that is replaced; a new one as the process's mask says
-    OwnerOnly, // where the file system knows modes
-    Secret     // the same, and an Error where it does not
+    AsBefore,  // the mode of the replaced file; the process's mask decides for a new one
+    OwnerOnly, // on file systems with modes
+    Secret     // the same, and an Error on file systems without modes
 };
 
-/// Replaces the file at `path` whole: the bytes are written and flushed to a temporary file beside it, which
-/// takes its place by a rename. Where any step fails, the file stays as it was, nothing is left beside it,
-/// and the Error tells why (domain "FileManager", an errno value, a sentence with the reason alone). Missing
-/// folders of the path are made. A symbolic link is followed, also one to nothing yet, but no folder is made
-/// where it leads. Any thread.
+/// Replaces the file at `path` as a whole: writes and flushes a temporary file beside it and renames that
+/// into place. If a step fails, the file is unchanged, no temporary file is left, and the Error holds the
+/// reason (domain "FileManager", an errno value). Missing folders of the path are created. Follows symbolic
+/// links, also dangling ones, but creates no folder at their target. Any thread.
 Result<void> writeFile(const QString &path, const QByteArray &bytes,
                        FileAccess access = FileAccess::AsBefore);
 
-/// Makes the folder and those above it that are missing; the same Errors. Any thread.
+/// Creates the folder and its missing parents; the same Errors. Any thread.
 Result<void> makeFolders(const QString &folder);
 
-/// The calls that both make instead of the system's, for tests; null for the system's own.
+/// Replaces the system calls of both functions in tests; null restores them.
 void setCallsOfWriteFile(FileSystemCalls *calls);

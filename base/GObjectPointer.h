@@ -23,7 +23,7 @@ struct ReleaseGVariant
     void operator()(GVariant *value) const { g_variant_unref(value); }
 };
 
-/// Owners of what GLib hands out.
+/// Smart pointers for GLib's types.
 template <class T>
 using GObjectPointer = std::unique_ptr<T, ReleaseGObject>;
 using GErrorPointer = std::unique_ptr<GError, ReleaseGError>;

@@ -1,16 +1,16 @@
 #pragma once
 #include <QString>
 
-/// Places on the web. The maker's are reserved example hosts until there are real ones.
+/// Web addresses. The maker's addresses are reserved example hosts until real ones exist.
 namespace Links
 {
 inline const QString Website = QStringLiteral("https://www.quorvane.example/");
 inline const QString AppStorePage = QStringLiteral("macappstore://apps.quorvane.example/developer/quorvane");
 inline const QString DonationPage = QStringLiteral("https://donate.quorvane.example/plovendix");
-/// Where the subtitle service gives out application keys.
+/// The page on which the subtitle service gives out application keys.
 inline const QString SubtitleKeyPage = QStringLiteral("https://www.opensubtitles.com/consumers");
 
-/// Opens a fixed address; false when nothing on this desktop takes it. An address that is no URL is a fatal
-/// fault.
+/// Opens a fixed address; returns false when no application of the desktop opens it. An invalid address is a
+/// fatal fault.
 bool open(const QString &address);
 } // namespace Links

@@ -38,9 +38,8 @@ Name displayName(DisplayFunction function, const QByteArray &locale, const QByte
     return name;
 }
 
-/// A name that the data of the display locale holds. ICU answers with the code itself where there is none,
-/// and warns that it fell back to its default; the warning alone is also given for names found in another
-/// locale.
+/// A name that the display locale's data holds. Without one ICU returns the code itself and a fallback
+/// warning; the warning alone also comes with names found in another locale.
 std::optional<QString> knownName(DisplayFunction function, const QByteArray &locale,
                                  const QByteArray &displayLocale, const QString &code)
 {
@@ -52,7 +51,7 @@ std::optional<QString> knownName(DisplayFunction function, const QByteArray &loc
     return name.text;
 }
 
-/// The names of languages that were asked for once: ICU looks each up anew, and lists ask for hundreds.
+/// A cache of language names: ICU looks each up anew, and lists need hundreds.
 class LanguageNames final
 {
 public:
@@ -72,9 +71,8 @@ private:
     QHash<QByteArray, std::optional<QString>> m_names;
 };
 
-/// Whether ICU can name things in a locale at all. A locale without data would be shown in ICU's default
-/// locale, and one with a few words only would show codes: these two names are the ones that everyone must
-/// have.
+/// Whether ICU has display data for a locale. Without data ICU would show its default locale, and a locale
+/// with few names would show codes; every complete locale has these two names.
 bool hasDisplayData(const QByteArray &locale)
 {
     const Name language = displayName(uloc_getDisplayLanguage, "pt", locale);
@@ -83,14 +81,14 @@ bool hasDisplayData(const QByteArray &locale)
            region.status != U_USING_DEFAULT_WARNING;
 }
 
-/// "de_AT.UTF-8@euro" and "de-AT" alike as "de", "AT".
+/// Splits "de_AT.UTF-8@euro" and "de-AT" into "de" and "AT".
 QStringList partsOf(const QString &identifier)
 {
     QString plain = identifier.section(u'.', 0, 0).section(u'@', 0, 0);
     return plain.replace(u'-', u'_').split(u'_');
 }
 
-/// "sr_RS.UTF-8@latin" as ICU spells it: "sr_Latn_RS". Of the modifiers only the scripts matter.
+/// ICU's spelling of "sr_RS.UTF-8@latin": "sr_Latn_RS". Only script modifiers matter.
 QByteArray icuIdentifier(const QString &identifier)
 {
     static const QHash<QString, QString> scripts{
@@ -130,7 +128,7 @@ struct CloseCollator
     void operator()(UCollator *collator) const { ucol_close(collator); }
 };
 
-/// Opening a collator costs more than comparing, and sorting compares in one locale many times in a row.
+/// Caches the collator: opening one costs more than comparing, and sorting compares many times in one locale.
 const UCollator *collatorFor(const QByteArray &identifier)
 {
     thread_local QByteArray openedFor;

@@ -10,22 +10,22 @@
 class Locale final
 {
 public:
-    /// The person's locale, read anew from the environment: the first language of LANGUAGE that has names
-    /// here, else LC_ALL, LC_MESSAGES or LANG. An empty variable counts as unset; C ignores LANGUAGE.
+    /// The person's locale, read anew from the environment: the first language of LANGUAGE that ICU has names
+    /// for, else LC_ALL, LC_MESSAGES or LANG. An empty variable counts as unset; C ignores LANGUAGE.
     static Locale current();
     explicit Locale(const QString &identifier);
 
     QString identifier() const;
     /// "de" of "de_AT.UTF-8"; nothing for C, POSIX and the empty identifier.
     std::optional<QString> languageCode() const;
-    /// The name in this locale's language, or nothing when the data has none. A locale without display data
-    /// of its own shows English names.
+    /// The name in this locale's language, or none when the data has no name. A locale without display data
+    /// uses English names.
     std::optional<QString> localizedStringForLanguageCode(const QString &code) const;
     std::optional<QString> localizedStringForRegionCode(const QString &code) const;
     /// Three-way comparison by this locale's collation rules, sensitive to case and diacritics.
     std::weak_ordering compare(const QString &a, const QString &b) const;
 
-    /// Every language and region code that ICU knows, in ICU's order.
+    /// Every language or region code that ICU knows, in ICU's order.
     static QStringList isoLanguageCodes();
     static QStringList isoRegionCodes();
 
@@ -33,6 +33,6 @@ private:
     bool hasOwnDisplayData() const;
 
     QString m_identifier;
-    QByteArray m_icuIdentifier;     // for collation; that of English where there is no language
-    QByteArray m_displayIdentifier; // for names; that of English where ICU has none
+    QByteArray m_icuIdentifier;     // for collation; English's without a language
+    QByteArray m_displayIdentifier; // for names; English's when ICU has none
 };

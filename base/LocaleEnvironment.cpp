@@ -33,8 +33,7 @@ QStringList environmentLanguages()
 {
     const QString locale = environmentLocaleName();
     QStringList wanted;
-    // The rule of message catalogues everywhere: the plain C locale means untranslated, whatever LANGUAGE
-    // says.
+    // As in all message catalogues, the plain C locale means untranslated, whatever LANGUAGE says.
     if (!isPlainC(locale))
         wanted = QString::fromUtf8(qgetenv("LANGUAGE")).split(u':', Qt::SkipEmptyParts);
     wanted += locale;

@@ -6,9 +6,9 @@
 /// LANG. An empty variable counts as unset; "C" when none is set. Read anew at every call, any thread.
 QString environmentLocaleName();
 
-/// The languages the person wants, most wanted first ("de_AT", "de", …): LANGUAGE where the locale is not
-/// plain C, then the locale itself. Empty for C and POSIX.
+/// The preferred languages, the most preferred first ("de_AT", "de", …): LANGUAGE unless the locale is plain
+/// C, then the locale itself. Empty for C and POSIX.
 QStringList environmentLanguages();
 
-/// Whether a locale name, with or without a character set ("C.UTF-8"), stands for no language at all.
+/// Whether a locale name, with or without a character set ("C.UTF-8"), names no language.
 bool isLocaleWithoutLanguage(const QString &name);

@@ -23,7 +23,7 @@ struct DelayedBlock
 const QEvent::Type WakeUp = static_cast<QEvent::Type>(QEvent::registerEventType());
 } // namespace
 
-/// The receiver of the one posted wake-up; lives on the main thread.
+/// Receives the posted wake-up event on the main thread.
 class MainQueue::Private final : public QObject
 {
 public:
@@ -48,9 +48,9 @@ public:
         wakeUpLocked();
     }
 
-    /// Moves what has fallen due behind what is ready, runs as many blocks as are ready now, and arms the
-    /// wake-up for the rest, so that events get their turn between batches. Does nothing while a block is on
-    /// the stack.
+    /// Appends the delayed blocks that are due to the ready ones, runs the blocks that are ready now, and
+    /// posts a wake-up for the rest, so that events are handled between batches. Does nothing while a block
+    /// runs.
     void runBatch()
     {
         if (m_running)
@@ -90,7 +90,7 @@ public:
 
     void clear()
     {
-        // Destroyed outside the lock: what a block holds may queue another while it goes.
+        // Destroyed outside the lock, because destroying a block may queue another one.
         std::deque<std::function<void()>> ready;
         std::vector<DelayedBlock> delayed;
         const std::scoped_lock lock(m_mutex);
@@ -115,7 +115,8 @@ protected:
     }
 
 private:
-    /// The time a batch takes. Ends it also when a block throws, as a fatal fault does under test.
+    /// Marks a batch as running. The destructor ends it also when a block throws, as a fatal fault does in
+    /// tests.
     class Turn final
     {
     public:
@@ -142,9 +143,8 @@ private:
         return block;
     }
 
-    /// The posted wake-up is used up even where it finds a block running; the end of that turn posts the
-    /// next. Asked under the lock, which orders the posting thread's work on the event before ours for all to
-    /// see.
+    /// The wake-up is consumed even while a block runs; the end of that batch posts the next one. The lock
+    /// orders the posting thread's work on the event before ours.
     bool takeWakeUp(const QEvent &event)
     {
         const std::scoped_lock lock(m_mutex);
@@ -206,7 +206,7 @@ MainQueue::~MainQueue() = default;
 
 MainQueue &MainQueue::shared()
 {
-    // Never destroyed: a late completion may still queue while the process winds down.
+    // Never destroyed, because a late completion may queue a block while the process ends.
     static auto *queue = new MainQueue;
     return *queue;
 }

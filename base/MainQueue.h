@@ -3,10 +3,9 @@
 #include <functional>
 #include <memory>
 
-/// The one queue of blocks on the main thread, first in, first out.
-/// Any thread may queue. No block starts while another is on the stack, not even inside a modal alert's own
-/// event loop: what is queued meanwhile waits until the running block has returned. `shared()` must first be
-/// called on the main thread, once the application object exists.
+/// The queue of blocks for the main thread, first in, first out. Any thread may queue. Blocks do not nest,
+/// not even in a modal alert's event loop: a block queued during another one waits until that one has
+/// returned. `shared()` must first be called on the main thread, after the application object was created.
 class MainQueue final
 {
 public:
@@ -15,7 +14,7 @@ public:
     MainQueue(const MainQueue &) = delete;
     MainQueue &operator=(const MainQueue &) = delete;
 
-    /// Runs `block` on a later turn of the main thread, never before this call has returned.
+    /// Runs `block` on a later turn of the main thread, never before this call returns.
     void async(std::function<void()> block);
     /// Runs `block` once `delay` has passed.
     void asyncAfter(std::chrono::milliseconds delay, std::function<void()> block);
@@ -23,14 +22,14 @@ public:
     /// Whether the calling thread is the main thread.
     static bool isMainThread();
 
-    /// For tests: delays count only as `advance` says, until `useSystemClock` is called.
+    /// For tests: delays follow `advance` until `useSystemClock` is called.
     void useManualClock();
     void useSystemClock();
     void advance(std::chrono::milliseconds duration);
-    /// For tests: runs what is due now and everything that those blocks queue in turn. Main
-    /// thread; does nothing inside a block.
+    /// For tests: runs the blocks that are due and all blocks that they queue. Main thread; does nothing
+    /// inside a block.
     void runUntilIdle();
-    /// For tests: forgets every block, due or delayed.
+    /// For tests: drops every block, due or delayed.
     void clear();
 
 private:

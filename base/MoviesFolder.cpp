@@ -30,7 +30,7 @@ QByteArray withoutEscapes(const QByteArray &text)
     return plain;
 }
 
-/// The path of one assignment, as the file's own rules have it: in double quotes, absolute or below $HOME.
+/// The path of one assignment in user-dirs.dirs: in double quotes, absolute or below $HOME.
 QByteArray pathOf(const QByteArray &assigned)
 {
     const qsizetype end = assigned.lastIndexOf('"');

@@ -17,8 +17,8 @@ namespace
 constexpr auto ReaderTimeout = 200ms;
 constexpr qsizetype PieceBytes = 4096; // a page of a pipe, so that each one a slow reader takes is seen
 
-/// Opens the same pipe or terminal a second time. O_NONBLOCK belongs to the open file, so setting it on ours
-/// would also change it for every process that shares that file. Negative where the system refuses.
+/// Reopens the pipe or terminal, because O_NONBLOCK belongs to the open file and would apply to every process
+/// that shares it. Negative when that is not permitted.
 int openedWithoutWaiting(int descriptor)
 {
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(descriptor);
@@ -40,8 +40,7 @@ Kind kindOf(int descriptor)
     return S_ISREG(status.st_mode) ? Kind::File : Kind::PipeOrTerminal;
 }
 
-/// How many of the bytes need no more attention: those that went without waiting, or all where there is no
-/// reader.
+/// The number of bytes that are done with: those written without waiting, or all when there is no reader.
 qsizetype writtenAtOnce(int descriptor, Kind kind, const QByteArray &text)
 {
     qsizetype done = 0;
@@ -73,7 +72,7 @@ qsizetype writtenAtOnce(int descriptor, const QByteArray &text)
     return written;
 }
 
-/// Writes some of the bytes, however long that takes; negative where there is no reader.
+/// Writes some of the bytes and blocks as long as needed; negative when there is no reader.
 ssize_t writeWaiting(int descriptor, const QByteArray &text)
 {
     for (;;) {

@@ -20,7 +20,7 @@ QByteArray randomName()
     return Prefix + QByteArray::number(QRandomGenerator::system()->generate64(), 36) + Suffix;
 }
 
-/// Whether the open file is one of this person's that no living process holds locked.
+/// Whether this user owns the open file and no living process has locked it.
 bool isLeftover(FileSystemCalls &calls, int descriptor)
 {
     struct stat status = {};
@@ -47,8 +47,7 @@ int PartFile::make(const QByteArray &folder, mode_t mode)
     return -EEXIST;
 }
 
-/// Answers EEXIST also when another process has taken the new file for a leftover, between its making and its
-/// locking.
+/// Also returns EEXIST when another process removed the new file as a leftover before it was locked.
 int PartFile::open(const QByteArray &path, mode_t mode)
 {
     m_descriptor = m_calls.open(path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
@@ -58,7 +57,7 @@ int PartFile::open(const QByteArray &path, mode_t mode)
     m_lock = m_calls.duplicate(m_descriptor);
     if (m_lock < 0)
         return m_lock;
-    // A file system without locks has no leftovers removed either.
+    // Without file locks leftovers are not removed either.
     const bool isLockedElsewhere = m_calls.lock(m_descriptor) == -EWOULDBLOCK;
     struct stat status = {};
     const bool isRemoved = m_calls.statusOfOpen(m_descriptor, status) == 0 && status.st_nlink == 0;

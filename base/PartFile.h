@@ -5,30 +5,29 @@
 class FileSystemCalls;
 struct stat;
 
-/// The file beside a destination in which its new content grows until it takes its place:
-/// ".plovendix-….part". A lock tells that its maker is at work; the file of a maker that died has none and is
-/// removed when the next file comes into that folder. On any thread.
+/// The file beside a destination that collects its new content: ".plovendix-….part". A lock marks it as in
+/// use; the file of a process that died has no lock and is removed when the next one is made in that folder.
+/// Any thread.
 class PartFile final
 {
 public:
     explicit PartFile(FileSystemCalls &calls) : m_calls(calls) {}
-    /// Removes the file, unless it has taken its place.
+    /// Removes the file unless it was renamed into place.
     ~PartFile();
     PartFile(const PartFile &) = delete;
     PartFile &operator=(const PartFile &) = delete;
 
-    /// Makes the file. Below 0: a negated errno value, and there is none.
+    /// Creates the file. A negative errno value means that there is none.
     int make(const QByteArray &folder, mode_t mode);
     const QByteArray &path() const { return m_path; }
-    /// For writing.
+    /// The descriptor to write to.
     int descriptor() const { return m_descriptor; }
-    /// Ends the writing; the lock stays. Below 0: the content may be incomplete.
+    /// Ends the writing; the lock stays. A negative value means that the content may be incomplete.
     int finishWriting();
-    /// The file has another name now.
+    /// Call after the file was renamed.
     void release() { m_path.clear(); }
 
-    /// Removes what dead processes of this person have left in the folder. Failures are left for the next
-    /// time.
+    /// Removes files in the folder that this user's dead processes left. Failures are retried next time.
     static void removeLeftovers(FileSystemCalls &calls, const QByteArray &folder);
 
 private:
@@ -36,7 +35,7 @@ private:
     void close(int &descriptor);
 
     FileSystemCalls &m_calls;
-    QByteArray m_path; // empty for none
+    QByteArray m_path; // empty without a file
     int m_descriptor = -1;
-    int m_lock = -1; // the same open file
+    int m_lock = -1; // a descriptor of the same open file
 };

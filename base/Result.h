@@ -3,8 +3,8 @@
 #include <utility>
 #include <variant>
 
-/// Either a value or the Error that kept it from coming about. Reading the side that is not there is a
-/// programming fault (std::bad_variant_access).
+/// Either a value or the Error that prevented it. Reading the absent side is a programming error
+/// (std::bad_variant_access).
 template <class Value>
 class [[nodiscard]] Result final
 {

@@ -17,12 +17,12 @@ bool isHarmless(QChar c)
            c != QChar::ReplacementCharacter;
 }
 
-/// The last component for both kinds of separator, without what a file system or a reader could trip over.
+/// The last component after either kind of separator, without characters that are unsafe in a file name.
 QString plainName(const QString &text)
 {
     const qsizetype separator = std::max(text.lastIndexOf(u'/'), text.lastIndexOf(u'\\'));
     QString name;
-    // Half a surrogate pair is no text; toUcs4 replaces it.
+    // toUcs4 replaces unpaired surrogates.
     for (const char32_t c : text.mid(separator + 1).toUcs4()) {
         const QString character = QString::fromUcs4(&c, 1);
         if (character.size() > 1 || isHarmless(character.front()))
@@ -35,7 +35,7 @@ QString plainName(const QString &text)
     return name;
 }
 
-/// Shortens to whole characters within `maxBytes` of UTF-8.
+/// Shortens the name to whole characters within `maxBytes` of UTF-8.
 void shorten(QString &name, qsizetype maxBytes)
 {
     while (name.toUtf8().size() > maxBytes)

@@ -42,7 +42,7 @@ bool isText(const QByteArray &bytes)
     return !decoder.hasError() && !text.contains(QChar::Null);
 }
 
-/// Keys may be any text, but an INI file knows no "=" or brackets in them.
+/// Escapes "=" and brackets, which INI keys cannot contain.
 QByteArray writtenKey(const QString &key)
 {
     return key.toUtf8().toPercentEncoding();
@@ -56,7 +56,7 @@ QString readKey(const char *key)
 QString readText(GKeyFile *file, const char *key)
 {
     GText text(g_key_file_get_string(file, Group, key, nullptr));
-    // A backslash that starts no escape was typed by a person who meant it.
+    // A backslash that starts no escape sequence was typed by a person and is kept.
     if (!text)
         text.reset(g_key_file_get_value(file, Group, key, nullptr));
     return QString::fromUtf8(text.get());

@@ -7,27 +7,25 @@
 /// The text of a settings file: an INI file whose group "General" holds the values. A plain value; any
 /// thread.
 ///
-/// People read and edit the file, so values stand there as they would write them: true and false, numbers,
-/// dates in ISO form, lists and maps as JSON, everything else as text. Text that would be taken for one of
-/// these is in double quotes; a pair of quotes around a text is dropped. Comments and other groups survive a
-/// change.
+/// The file is made to be read and edited by people: true and false, numbers, ISO dates, lists and maps as
+/// JSON, everything else as text. A text that would read as one of these is written in double quotes; a pair
+/// of quotes around a text is dropped. Comments and other groups survive a change.
 class SettingsFile final
 {
 public:
     using Values = QHash<QString, QVariant>;
 
-    /// Nothing for bytes that are no settings: not UTF-8, cut off in the middle of a line, or another format.
+    /// None for bytes that are not a settings file: not UTF-8, truncated within a line, or of another format.
     static std::optional<SettingsFile> parsed(const QByteArray &bytes);
 
-    /// No settings at all.
+    /// An empty file.
     SettingsFile() = default;
 
     Values values() const;
-    /// The same file with some keys given another value, or removed where the value is invalid.
+    /// The bytes of the file with `changes` applied; an invalid value removes its key.
     QByteArray bytesWith(const Values &changes) const;
 
-    /// A value as it stands in the file, without quotes: two values with the same spelling are the same
-    /// setting.
+    /// The value as written in the file, without quotes. Two values of one spelling are the same setting.
     static QString spelling(const QVariant &value);
 
 private:

@@ -20,7 +20,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
 constexpr qint64 MaxBytes = 1024LL * 1024;
-/// An editor that empties the file before it fills it again must not be met half-way.
+/// Waits until an editor that truncates the file has written it again.
 constexpr auto DebounceInterval = 50ms;
 constexpr auto LockTimeout = 200ms;
 
@@ -70,7 +70,7 @@ QVariant SettingsStore::value(const QString &key) const
 
 void SettingsStore::set(const QString &key, const QVariant &value)
 {
-    // The value as it will read back, so that it is the same before and after a restart.
+    // Store the value as it will be read back, so that it is equal before and after a restart.
     const QVariant kept = value.isValid() ? settingsValueFromText(settingsTextFromValue(value)) : QVariant();
     if (m_unwritten.isEmpty() && m_values.value(key) == kept && m_values.contains(key) == kept.isValid())
         return;
@@ -109,7 +109,7 @@ void SettingsStore::write()
     if (!file) {
         if (!setDamagedFileAside(m_path))
             return;
-        // What was known before the file was damaged goes into its successor, as soon as that can be written.
+        // The values known before the damage go into the new file as soon as it can be written.
         apply(m_values, m_unwritten);
         file = SettingsFile();
     }
@@ -123,7 +123,7 @@ void SettingsStore::write()
     watch();
 }
 
-/// Nothing when there is a file that cannot be read as settings; no settings when there is none.
+/// None when the file cannot be read as settings; empty settings when there is no file.
 std::optional<SettingsFile> SettingsStore::read() const
 {
     QFile file(m_path);
@@ -137,7 +137,7 @@ std::optional<SettingsFile> SettingsStore::read() const
     return SettingsFile::parsed(bytes);
 }
 
-/// A replaced file is another file to the watcher, and a folder may come or go: watches what is there now.
+/// The watcher loses a replaced file, and the folder may appear or vanish: watch what exists now.
 void SettingsStore::watch()
 {
     const QString folder = nearestExistingFolder(m_path);

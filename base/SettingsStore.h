@@ -5,20 +5,20 @@
 #include <QTimer>
 #include <functional>
 
-/// The stored values of one settings file, kept in step with the file both ways. Main thread only.
+/// The values of one settings file, synchronised with the file in both directions. Main thread only.
 ///
-/// Every change is written at once, into the file as it is at that moment, and replaces it whole. What
-/// another process writes or replaces is taken in shortly after. While the file cannot be written, changes
-/// hold in memory and each later change tries again. A file that cannot be read as settings changes nothing
-/// in memory; it is renamed to "NAME.damaged-N" before the first write.
+/// Each change is merged into the file's current content and replaces the file as a whole at once. Changes by
+/// other processes are read shortly after. While the file cannot be written, changes stay in memory and each
+/// later change tries again. An unreadable file does not change the values in memory; it is renamed to
+/// "NAME.damaged-N" before the first write.
 class SettingsStore final
 {
 public:
-    /// `changed` is called from the event loop after values may have changed behind our back.
+    /// `changed` is called from the event loop after another process may have changed values.
     SettingsStore(const QString &path, std::function<void()> changed);
 
     QString path() const;
-    /// The stored value, invalid when there is none.
+    /// The stored value; invalid when there is none.
     QVariant value(const QString &key) const;
     /// An invalid value removes the key.
     void set(const QString &key, const QVariant &value);
@@ -33,7 +33,7 @@ private:
     QString m_path;
     std::function<void()> m_changed;
     SettingsFile::Values m_values;
-    SettingsFile::Values m_unwritten; // an invalid value is a removal
+    SettingsFile::Values m_unwritten; // an invalid value stands for a removal
     QFileSystemWatcher m_watcher;
     QTimer m_debounce;
 };

@@ -18,7 +18,7 @@ std::optional<QVariant> asNumber(const QString &text)
 {
     bool isNumber = false;
     const qlonglong whole = text.toLongLong(&isNumber);
-    // Only what would be written the same way: "007" and "+1" are texts.
+    // Only texts that are written back the same way are numbers: "007" and "+1" stay texts.
     if (isNumber && QString::number(whole) == text)
         return whole;
     const double real = text.toDouble(&isNumber);

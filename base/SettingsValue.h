@@ -4,8 +4,8 @@
 
 /// How one value is written in the settings file and read back; see SettingsFile for the rules. Any thread.
 
-/// The text that stands for a value, without quotes: also how a value of another type reads as text.
+/// The text of a value without quotes; also the text of a value of another type.
 QString plainSettingsText(const QVariant &value);
-/// The same, in quotes where it would not read back as a text.
+/// The same, quoted when it would not read back as a text.
 QString settingsTextFromValue(const QVariant &value);
 QVariant settingsValueFromText(const QString &text);

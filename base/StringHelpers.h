@@ -5,7 +5,7 @@
 
 namespace String
 {
-/// The text without the Unicode scalars that are in `characters`. A combining mark goes without its base
-/// letter.
+/// The text without the Unicode scalars in `characters`. A combining mark is removed even if its base letter
+/// stays.
 QString removingCharacters(const QString &text, const QSet<char32_t> &characters);
 } // namespace String

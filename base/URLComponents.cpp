@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// What stands unescaped besides letters, digits and "-._~": not "&", "=", "+" and "#", which mean something
-/// in a query, nor ";", which some readers take for "&".
+/// Characters that stay unescaped besides letters, digits and "-._~". Excluded are "&", "=", "+" and "#",
+/// which have a meaning in a query, and ";", which some readers treat as "&".
 constexpr char KeptInQuery[] = "/?:@!$'()*,";
 
 qsizetype lengthOfCharacterAt(const QByteArray &bytes, qsizetype place)
@@ -23,7 +23,7 @@ qsizetype lengthOfCharacterAt(const QByteArray &bytes, qsizetype place)
     return 0;
 }
 
-/// Bytes that are no UTF-8 stay escaped, so that a file name keeps them.
+/// Bytes that are not UTF-8 stay escaped, so that file names keep them.
 QString decoded(const QString &text)
 {
     const QByteArray bytes = QByteArray::fromPercentEncoding(text.toLatin1());
@@ -76,7 +76,7 @@ std::optional<QUrl> URLComponents::url() const
     QUrl url;
     url.setScheme(scheme);
     url.setHost(host, QUrl::StrictMode);
-    // Asked here, because the setters that follow make the URL forget what it refused.
+    // Check now, because the following setters make the URL forget its error.
     if (url.scheme().isEmpty() != scheme.isEmpty() || url.host().isEmpty() != host.isEmpty())
         return {};
     url.setPath(path, QUrl::DecodedMode);

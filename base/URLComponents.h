@@ -13,8 +13,8 @@ struct URLQueryItem
     bool operator==(const URLQueryItem &) const = default;
 };
 
-/// A URL in its parts, for taking one apart and for building one (RFC 3986). In a query "+" is a plus.
-/// Plain value, any thread.
+/// A URL in its parts, to take one apart or build one (RFC 3986). A "+" in a query stays a plus. Plain value,
+/// any thread.
 struct URLComponents
 {
     QString scheme;
@@ -22,14 +22,14 @@ struct URLComponents
     QString path;
     QList<URLQueryItem> queryItems;
 
-    /// The parts of a URL; nothing when it is not valid.
+    /// The parts of a URL; none when it is invalid.
     static std::optional<URLComponents> fromURL(const QUrl &url);
-    /// The URL of these parts, its values percent-encoded so that they survive; nothing for a scheme or host
-    /// that no URL can have. An empty scheme gives a reference without one ("//host?…").
+    /// The URL of these parts, its values percent-encoded; none for an invalid scheme or host. An empty
+    /// scheme gives a reference without one ("//host?…").
     std::optional<QUrl> url() const;
     /// The value of the first item of that exact name; nothing when there is no such item or it has no value.
     std::optional<QString> firstValue(const QString &name) const;
 };
 
-/// The URL that a text spells, strictly parsed and unchanged; nothing when it spells none.
+/// Parses a text strictly and unchanged; none when it is not a URL.
 std::optional<QUrl> parseURLString(const QString &text);

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// One observer and the setting it last knew, so that each change reaches it once however it came about.
+/// An observer and the value last reported to it, so that each change is reported once.
 struct ObserverEntry
 {
     QString key;
@@ -29,7 +29,7 @@ std::optional<QString> spellingOf(const QVariant &value)
     return value.isValid() ? std::optional<QString>(SettingsFile::spelling(value)) : std::nullopt;
 }
 
-/// Before there is an application object no thread is the main one yet.
+/// Without an application object there is no main thread to check against.
 bool isRightThread()
 {
     return !QCoreApplication::instance() || MainQueue::isMainThread();
@@ -90,8 +90,8 @@ public:
     }
 
 private:
-    /// An observer may set values, end observations or replace the defaults: each entry is compared when its
-    /// turn comes, so that what a nested change has delivered already is not delivered again.
+    /// An observer may set values, end observations or replace the defaults. Each entry is compared just
+    /// before its call, so a nested change is not reported twice.
     void notify()
     {
         const auto self = weak_from_this().lock();
@@ -113,7 +113,7 @@ private:
 
 UserDefaults &UserDefaults::standard()
 {
-    // Never destroyed: it watches files through the event loop, which is gone when statics are.
+    // Never destroyed: it watches files through the event loop, which is destroyed before statics.
     static auto *defaults = new UserDefaults(standardPath());
     return *defaults;
 }

@@ -8,16 +8,15 @@
 /// The person's settings: stored values over registered defaults, kept as INI in the group "General" of
 /// $XDG_CONFIG_HOME/Quorvane/Plovendix.conf. Main thread only.
 ///
-/// A change by any means (a setter here, another process that rewrites or replaces the file) reaches the
-/// observers of the key once. A file that cannot be read as settings is kept aside under another name, never
-/// overwritten.
+/// Each change of a key, by a setter or by another process that writes the file, is reported to its observers
+/// once. An unreadable file is kept under another name and never overwritten.
 class UserDefaults final
 {
 public:
     /// Called with the new effective value (stored, else registered, else invalid).
     using Observer = std::function<void(const QVariant &)>;
 
-    /// Ends the observation when it goes. Movable, may outlive the defaults.
+    /// The destructor ends the observation. Movable; may outlive the defaults.
     class Observation final
     {
     public:
@@ -52,7 +51,7 @@ public:
 
     QString path() const;
 
-    /// Adds to the values that hold where nothing is stored; a key registered again takes the newer value.
+    /// Adds default values; a key registered again takes the newer value.
     void registerDefaults(const QVariantMap &defaults);
 
     QVariant object(const QString &key) const;
@@ -60,12 +59,12 @@ public:
     /// text).
     std::optional<QString> string(const QString &key) const;
     bool boolean(const QString &key) const;
-    /// 0 when there is no value or it is no number; the text "86400" reads as 86400.
+    /// 0 when there is no value or it is not a number; the text "86400" reads as 86400.
     qlonglong integer(const QString &key) const;
 
     void setObject(const QString &key, const QVariant &value);
     void removeObject(const QString &key);
-    /// Writes what is pending and takes in what another process wrote.
+    /// Writes pending changes and reads those of other processes.
     void synchronize();
 
     [[nodiscard]] Observation observe(const QString &key, Observer observer);

@@ -17,7 +17,7 @@ struct WorkerThread::Queue
             job();
     }
 
-    /// Waits for a job; an empty one means the end.
+    /// Waits for a job; an empty job means that the thread ends.
     std::function<void()> next()
     {
         std::unique_lock lock(mutex);
@@ -34,7 +34,7 @@ WorkerThread::WorkerThread() : m_queue(std::make_shared<Queue>()) {}
 
 WorkerThread::~WorkerThread()
 {
-    // Destroyed after the lock is gone: what a job holds may be the last of something that posts again.
+    // Destroyed after the lock is released: destroying a job may post another one.
     std::deque<std::function<void()>> forgotten;
     {
         const std::scoped_lock lock(m_queue->mutex);
@@ -51,14 +51,14 @@ WorkerThread::~WorkerThread()
 
 void WorkerThread::post(std::function<void()> job)
 {
-    // The job may run at once and destroy this object before we are done.
+    // Keep the queue alive: the job may run at once and destroy this object.
     const std::shared_ptr<Queue> queue = m_queue;
     {
         const std::scoped_lock lock(queue->mutex);
         if (queue->ended)
             return;
         queue->jobs.push_back(std::move(job));
-        // Inside the lock, which the job needs before it can look at the thread.
+        // Under the lock, which the job needs before it can read m_thread.
         if (!m_thread.joinable())
             m_thread = std::thread([queue] { queue->run(); });
     }

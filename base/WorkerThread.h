@@ -3,9 +3,9 @@
 #include <memory>
 #include <thread>
 
-/// One thread that runs jobs in the order they were posted; it starts with the first. Any thread may post.
-/// Destroying it forgets the jobs that have not begun and waits for the one that runs, unless that job itself
-/// is what destroys it.
+/// One thread that runs jobs in the order of posting; the first job starts it. Any thread may post. The
+/// destructor drops the jobs that have not begun and waits for the running one, unless that job itself
+/// destroys this object.
 class WorkerThread final
 {
 public:
@@ -18,6 +18,6 @@ public:
 
 private:
     struct Queue;
-    std::shared_ptr<Queue> m_queue; // shared with the thread, which may outlive us by the end of its last job
+    std::shared_ptr<Queue> m_queue; // shared with the thread, which may outlive this object
     std::thread m_thread;
 };

@@ -4,7 +4,7 @@
 #include <memory>
 #include <optional>
 
-/// The desktop around the program: other applications and what opens a URL. Any thread.
+/// Access to other applications and to URL handlers of the desktop. Any thread.
 class Workspace
 {
 public:
@@ -13,13 +13,12 @@ public:
     static Workspace &sharedWorkspace();
     static void setSharedWorkspace(std::shared_ptr<Workspace> workspace);
 
-    /// True only when a handler for the URL exists and took it.
+    /// Returns true only when a handler for the URL exists and accepted it.
     virtual bool openURL(const QUrl &url);
-    /// Whether the desktop's virtual file system opens such URLs as folders, so that no application for their
-    /// scheme is asked.
+    /// Whether the desktop itself opens URLs of this scheme as places, independently of installed handlers.
     virtual bool opensItself(const QString &scheme);
-    /// Shows the item in the desktop's file browser; false when there is none.
+    /// Shows the item in the desktop's file browser; returns false when there is none.
     virtual bool showInFileBrowser(const QUrl &file);
-    /// The desktop entry of an installed application, by its identifier ("com.quorvane.Tessaly"), or nothing.
+    /// The desktop entry of an installed application by its identifier ("com.quorvane.Tessaly"), or none.
     virtual std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString &identifier);
 };
