@@ -4,13 +4,13 @@
 #include <functional>
 #include <utility>
 
-/// Time as the network services see it, so that tests can drive it. Main thread only.
+/// The clock of the network services, which tests can control. Main thread only.
 class Clock
 {
 public:
     using Duration = std::chrono::milliseconds;
 
-    /// Something that is to happen later. Forgets it when it goes.
+    /// A scheduled call. The destructor cancels it.
     class Timer final
     {
     public:
@@ -27,10 +27,10 @@ public:
 
     virtual ~Clock();
 
-    /// Time that only moves forward and knows nothing of the date: for waits, deadlines and rates.
+    /// Monotonic time, independent of the date: for waits, deadlines and rates.
     virtual Duration now() const = 0;
-    /// The date and time in UTC, which a person or the network may set at will: for what servers and files
-    /// date.
+    /// The date and time in UTC, which may be set back or forward at any time: for dates of servers and
+    /// files.
     virtual QDateTime date() const = 0;
     /// Calls `action` once, on a later turn of the main thread.
     virtual Timer after(Duration delay, std::function<void()> action) = 0;

@@ -74,7 +74,7 @@ std::optional<DiskCache::Entry> DiskCache::find(const QString &key, const QDateT
     if (signature != Signature)
         return std::nullopt;
     stream >> sum >> content;
-    // The sum is checked before anything inside is read.
+    // The checksum is verified before the content is read.
     if (stream.status() != QDataStream::Ok || sum != checksum(key, content))
         return std::nullopt;
     std::optional<Entry> entry = unpacked(content);

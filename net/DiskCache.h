@@ -5,8 +5,8 @@
 #include <chrono>
 #include <optional>
 
-/// Answers kept on disk by a key without secrets. Nothing in it is trusted more than a server: a damaged file
-/// is a miss. Holds no state but its folder; any thread.
+/// Keeps answers on disk under a key without secrets. The files are not trusted: a damaged one is a cache
+/// miss. Holds no state but its folder; any thread.
 class DiskCache final
 {
 public:
@@ -17,18 +17,18 @@ public:
         QDateTime stored;
         QDateTime expires;
 
-        /// A date before it was stored, too, makes it stale: the clock was set back.
+        /// A date before `stored` makes the entry stale, because the clock was set back.
         bool isFresh(const QDateTime &date) const { return stored <= date && date < expires; }
     };
 
-    /// Entries older than `maxAge` are gone whatever they say themselves.
+    /// Entries older than `maxAge` expire, whatever their own date says.
     DiskCache(const QString &folder, std::chrono::hours maxAge);
 
     std::optional<Entry> find(const QString &key, const QDateTime &date) const;
-    /// Whether it is kept now. Failing to store is only a miss later, and is logged.
+    /// Returns whether the entry was stored. A failure is logged and only causes a later miss.
     bool store(const QString &key, const Entry &entry) const;
     void remove(const QString &key) const;
-    /// Removes everything that is too old, then the oldest of what is more than `maxBytes` in all.
+    /// Removes expired entries, then the oldest ones until the rest fits into `maxBytes`.
     void prune(const QDateTime &date, qint64 maxBytes) const;
     void clear() const;
 

@@ -23,7 +23,7 @@ bool isExempt(const QString &host)
         QString name = entry.trimmed();
         if (name == u'*')
             return true;
-        // ".name" and "*.name" are ways to write it.
+        // ".name" and "*.name" mean the same as "name".
         name.remove(0, name.startsWith("*."_L1) ? 2 : name.startsWith(u'.') ? 1 : 0);
         if (host.compare(name, Qt::CaseInsensitive) == 0 || host.endsWith(u'.' + name, Qt::CaseInsensitive))
             return true;

@@ -3,15 +3,16 @@
 #include <QUrl>
 #include <optional>
 
-/// The proxy that the environment names (https_proxy, http_proxy, all_proxy, no_proxy; lower or upper case,
-/// read each time); one that cannot be read is one that refuses. This machine is never asked through one.
+/// The proxy named by the environment (https_proxy, http_proxy, all_proxy, no_proxy; lower or upper case,
+/// read on each call). An unreadable value gives a refusing proxy. Loopback addresses never use a proxy.
 /// Plain functions, any thread.
 namespace EnvironmentProxy
 {
-/// Nothing where the environment says nothing of the address.
+/// None when the environment names no proxy for the address.
 std::optional<QNetworkProxy> proxyFor(const QUrl &url);
-/// "host:port", or an address with http or socks in front.
+/// Reads "host:port", or an address with an http or socks scheme.
 QNetworkProxy proxyFromText(const QString &text);
-/// One that is not there, for a proxy that cannot be learnt: whoever names one does not want to go without.
+/// A proxy that refuses every connection. It replaces one that cannot be determined, because a person who
+/// names a proxy does not want direct connections.
 QNetworkProxy refusingProxy();
 } // namespace EnvironmentProxy

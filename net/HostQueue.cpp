@@ -6,7 +6,7 @@
 #include <deque>
 #include <utility>
 
-/// The places of every host that somebody is at.
+/// The used places of every host with requests.
 struct HostQueue::Hosts
 {
     struct Host
@@ -26,7 +26,7 @@ struct HostQueue::Ticket
 {
     std::weak_ptr<Hosts> hosts;
     QString host;
-    std::function<void()> enter; // empty once inside
+    std::function<void()> enter; // empty once called
 
     ~Ticket()
     {

@@ -3,23 +3,23 @@
 #include <functional>
 #include <memory>
 
-/// Who may ask a host now: so many at a time, the others in the order they came. Knows no time: nobody's
-/// limits run while they wait. One thread.
+/// Limits the concurrent requests per host; further ones wait in FIFO order. Has no timers, so the time
+/// limits of waiting requests do not run. One thread.
 class HostQueue final
 {
 public:
-    /// Holding it keeps the place, or the wait for one; letting it go gives it to the next.
+    /// Holds a place or the wait for one. Its destructor gives the place to the next request.
     using Place = std::shared_ptr<void>;
 
     explicit HostQueue(int placesAtAHost);
     ~HostQueue();
 
-    /// Calls `enter` once there is a place at the host of `url`: at once, or when somebody lets theirs go.
-    /// It should do no more than plan what comes next.
+    /// Calls `enter` when the host has a free place, possibly at once. `enter` should only schedule the next
+    /// step.
     [[nodiscard]] Place wait(const QUrl &url, std::function<void()> enter);
 
 private:
     struct Ticket;
     struct Hosts;
-    std::shared_ptr<Hosts> m_hosts; // what tickets that outlive us look for in vain
+    std::shared_ptr<Hosts> m_hosts; // tickets that outlive this object hold it weakly
 };

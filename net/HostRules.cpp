@@ -19,7 +19,7 @@ HostRules::HostRules(const QStringList &hosts, Loopback loopback) : m_hosts(host
 
 bool HostRules::isLoopback(const QString &host)
 {
-    // Only addresses: the name "localhost" may lead anywhere.
+    // Only addresses count as loopback: the name "localhost" may resolve to any host.
     const QHostAddress address(host);
     return !address.isNull() && address.isLoopback();
 }

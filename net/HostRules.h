@@ -2,8 +2,8 @@
 #include <QStringList>
 #include <QUrl>
 
-/// Which addresses a service may be asked at. HTTPS only; clear text is for this machine alone, and only
-/// where the service itself was configured to be there. A plain value, any thread.
+/// The addresses at which a service may be reached. HTTPS only; clear text is allowed only for loopback
+/// addresses and only when the service itself is configured there. A plain value, any thread.
 class HostRules final
 {
 public:
@@ -14,7 +14,7 @@ public:
     };
 
     HostRules() = default;
-    /// `hosts` are exact names, or "*.name" for a name and all below it.
+    /// `hosts` are exact names, or "*.name" for a name and its subdomains.
     explicit HostRules(const QStringList &hosts, Loopback loopback = Loopback::Refused);
 
     bool accepts(const QUrl &url) const;

@@ -14,7 +14,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
 
 constexpr int MaxRedirects = 3;
-constexpr Clock::Duration LongestNap = std::chrono::seconds(30); // that connections survive
+constexpr Clock::Duration LongestNap = std::chrono::seconds(30); // that kept connections survive
 
 Clock::Duration dateAhead(const Clock &clock)
 {
@@ -31,7 +31,7 @@ QString originOf(const QUrl &url)
 }
 } // namespace
 
-/// The toolkit wants to know a proxy at once: each is learnt before a request needs it.
+/// Qt asks for a proxy synchronously, so each proxy is looked up before its request starts.
 class HttpClient::LearntProxies final : public QNetworkProxyFactory
 {
 public:
@@ -62,7 +62,7 @@ Error HttpClient::forbidden(const QUrl &url) const
     return error;
 }
 
-/// A request and the redirects it met.
+/// A request and the redirects that it follows.
 struct HttpClient::RedirectChain
 {
     HttpRequest request;
@@ -121,13 +121,13 @@ HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &r
     return chain;
 }
 
-/// The other side has given up such connections without our hearing of it: a question there would wait for
-/// its limit, and an order fail.
+/// After a suspend, drop kept-alive connections: the servers have closed them unnoticed, and a GET would wait
+/// for its timeout and a POST fail.
 void HttpClient::renewAfterSleep()
 {
     const Clock::Duration before = std::exchange(m_dateAhead, dateAhead(m_clock));
     if (m_dateAhead - before > LongestNap)
-        m_network = newNetwork(); // what is under way keeps the one it has
+        m_network = newNetwork(); // running requests keep the old one
 }
 
 void HttpClient::step(const std::shared_ptr<RedirectChain> &chain)

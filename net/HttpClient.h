@@ -6,25 +6,25 @@
 
 #include <QNetworkAccessManager>
 
-/// Asks servers of one service. Goes only where the rules let it, follows a redirect by hand (a GET, at most
-/// three, never to another host), through the proxy that the environment or the desktop names, and says
-/// "Plovendix v…" everywhere. Keeps connections, but none from before the machine slept. No retries, no rate
-/// of its own. Main thread only.
+/// Sends requests to the servers of one service. Checks each address against the rules, follows redirects
+/// itself (GET only, at most three, never to another host), uses the proxy of the environment or the desktop,
+/// and sends "Plovendix v…" as the user agent. Connections are kept alive, but not across a suspend. Does not
+/// retry or limit the rate. Main thread only.
 class HttpClient final
 {
 public:
     using Completion = HttpExchange::Completion;
-    /// Holding it keeps the request going; letting it go drops the request without a word.
+    /// Holds a running request. Its destructor cancels the request without calling the completion.
     using Call = std::shared_ptr<void>;
 
-    /// `resolver` is the desktop's unless another is given; it outlives us.
+    /// Uses the desktop's resolver unless another one is given, which must outlive this object.
     HttpClient(Clock &clock, ServiceName service, _GProxyResolver *resolver = nullptr);
 
     [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
-    /// Where a redirect waits before it is followed: to the server it is one more request. Outlives us.
+    /// The rate queue for redirects, because a server counts each as a request. Must outlive this object.
     void setPace(RateQueue &pace) { m_pace = &pace; }
 
-    /// What every request calls us: the program's name and version, digits and dots only.
+    /// The user agent of every request: the program's name and version, digits and dots only.
     static QByteArray userAgent();
 
 private:
@@ -45,6 +45,6 @@ private:
     _GProxyResolver *m_resolver;
     const std::shared_ptr<ProxyTable> m_proxies = std::make_shared<ProxyTable>();
     std::shared_ptr<QNetworkAccessManager> m_network;
-    Clock::Duration m_dateAhead{0}; // of the clock that stands still while the machine sleeps
+    Clock::Duration m_dateAhead{0}; // of the monotonic clock, which stops during a suspend
     RateQueue *m_pace = nullptr;
 };

@@ -23,7 +23,8 @@ QNetworkRequest networkRequest(const HttpRequest &request)
     QNetworkRequest result(request.url);
     for (const auto &[name, value] : request.headers)
         result.setRawHeader(name, value);
-    // Redirects by hand: Qt would carry the key to any host. No cookies, no stored logins.
+    // Redirects are followed by HttpClient, because Qt would send the key to any host. No cookies, no stored
+    // logins.
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
@@ -44,7 +45,7 @@ ServiceFailure kindOfFailure(QNetworkReply::NetworkError error)
         return ServiceFailure::Offline;
     case QNetworkReply::ConnectionRefusedError:
     case QNetworkReply::RemoteHostClosedError:
-    case QNetworkReply::ContentReSendError: // closed, and an order is not sent twice
+    case QNetworkReply::ContentReSendError: // the connection was closed, and a POST is not repeated
         return ServiceFailure::Unavailable;
     case QNetworkReply::TimeoutError:
         return ServiceFailure::Timeout;
@@ -65,7 +66,7 @@ std::shared_ptr<HttpExchange> HttpExchange::begin(std::shared_ptr<QNetworkAccess
     auto *exchange = new HttpExchange(std::move(network), clock, service, request, std::move(completion));
     exchange->send();
     exchange->watch();
-    // It may be let go from inside its own completion.
+    // The exchange may be released inside its own completion.
     return {exchange, [](HttpExchange *done) {
                 done->abandon();
                 done->deleteLater();
@@ -120,7 +121,7 @@ void HttpExchange::watch()
 void HttpExchange::allowSilence(Clock::Duration duration)
 {
     if (!m_completion)
-        return; // a late word of a reply that has ended
+        return; // a late signal of a finished reply
     m_silence = m_clock.after(duration, [this] { stop(Ended::TooSlow); });
 }
 
@@ -161,7 +162,8 @@ void HttpExchange::abandon()
         disconnect(m_reply.get(), nullptr, this, nullptr);
         m_reply->abort();
     }
-    // Now, not with us: at the program's end nobody deletes us later, and its thread must not outlive it.
+    // Release now instead of with this object: at the program's end deferred deletion does not happen, and
+    // the manager's thread must not outlive the program.
     m_network.reset();
 }
 
@@ -177,12 +179,12 @@ Result<HttpAnswer> HttpExchange::outcome() const
     const QNetworkReply::NetworkError error = m_reply->error();
     const HttpAnswer read = answer();
     const bool statusSaysIt = error > FirstContentError && read.status >= FirstRefusalStatus;
-    // Qt calls some answers complete whose connection ended right after their headers.
+    // Qt reports success for some answers whose connection closed right after the headers.
     if (error == QNetworkReply::NoError && read.isCutShort())
         return failure(ServiceFailure::Unavailable, u"the answer was cut short"_s);
     if (error == QNetworkReply::NoError || statusSaysIt)
         return read;
-    // Qt has no error of its own for a proxy that says no.
+    // Qt has no separate error for a proxy that refuses the request.
     const bool byProxy =
         error == QNetworkReply::UnknownNetworkError &&
         m_network->proxyFactory()->queryProxy(QNetworkProxyQuery(m_request.url)).value(0).type() !=

@@ -11,16 +11,17 @@
 
 class QNetworkAccessManager;
 
-/// One request on the wire and its answer, with time limits: for the connection, for silence, and for the
-/// whole. They run from the beginning, so whoever begins sees to it that the toolkit has a connection to
-/// spare: it makes six to a host. An answer cut short, too large or packed beyond measure is an error and
-/// nothing of it is kept. Follows no redirect. Main thread only.
+/// One HTTP request and its answer, with timeouts for the connection, for silence and for the whole. Timeouts
+/// start at once, so callers must stay within Qt's six connections per host. A truncated, too large or
+/// excessively compressed answer is an error and its content is dropped. Does not follow redirects. Main
+/// thread only.
 class HttpExchange final : public QObject
 {
 public:
     using Completion = std::function<void(Result<HttpAnswer>)>;
 
-    /// Begins. The completion comes on a later turn, and never once what this gives was let go.
+    /// Starts the request. The completion comes on a later turn, and never after the returned pointer was
+    /// released.
     static std::shared_ptr<HttpExchange> begin(std::shared_ptr<QNetworkAccessManager> network, Clock &clock,
                                                ServiceName service, const HttpRequest &request,
                                                Completion completion);
@@ -50,7 +51,7 @@ private:
     const ServiceName m_service;
     const HttpRequest m_request;
     Completion m_completion;
-    std::shared_ptr<QNetworkAccessManager> m_network; // until this is let go
+    std::shared_ptr<QNetworkAccessManager> m_network; // the manager of this request
     std::unique_ptr<QNetworkReply> m_reply;
     QByteArray m_received;
     Ended m_ended = Ended::Itself;

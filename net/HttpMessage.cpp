@@ -13,7 +13,7 @@ void HttpRequest::setHeader(const QByteArray &name, const QByteArray &value)
 
 bool HttpAnswer::isCutShort() const
 {
-    constexpr int NotModified = 304; // tells the length of what it does not send
+    constexpr int NotModified = 304; // its Content-Length describes a body that is not sent
     bool isNumber = false;
     const qint64 promised = header("Content-Length").toLongLong(&isNumber);
     return isNumber && status != NotModified && header("Content-Encoding").isEmpty() &&

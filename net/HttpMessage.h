@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-/// One question to a server. A plain value.
+/// A request to a server. A plain value.
 struct HttpRequest
 {
     enum class Method
@@ -30,16 +30,16 @@ struct HttpRequest
     void setHeader(const QByteArray &name, const QByteArray &value);
 };
 
-/// What a server answered, whatever the status. A plain value.
+/// The answer of a server with any status. A plain value.
 struct HttpAnswer
 {
     int status = 0;
     QHash<QByteArray, QByteArray> headers; // by lower-case name
     QByteArray body;
-    QUrl url; // the one that answered, after redirects
+    QUrl url; // the address that answered, after redirects
 
     QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
-    /// Whether the body is shorter than the headers promise, as far as they tell.
+    /// Whether the body is shorter than its Content-Length, when there is one.
     bool isCutShort() const;
     bool isSuccess() const { return status >= 200 && status < 300; }
 };

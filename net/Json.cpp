@@ -12,7 +12,7 @@ std::optional<QJsonObject> Json::object(const QByteArray &bytes)
     const QByteArray content = bytes.startsWith("\xEF\xBB\xBF") ? bytes.mid(3) : bytes;
     QJsonParseError error;
     QJsonDocument document = QJsonDocument::fromJson(content, &error);
-    // One comment with a stray byte must not cost a whole page.
+    // Accept a page in spite of one text with invalid UTF-8.
     if (error.error == QJsonParseError::IllegalUTF8String)
         document = QJsonDocument::fromJson(QString::fromUtf8(content).toUtf8(), &error);
     if (error.error != QJsonParseError::NoError || !document.isObject())

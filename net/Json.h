@@ -3,17 +3,16 @@
 #include <QString>
 #include <optional>
 
-/// Reads JSON that may be of any shape: a member that is missing, null or of another type is simply not
-/// there. Numbers may come as text and the other way round. Any thread.
+/// Reads JSON of any shape: a member that is missing, null or of another type counts as absent. Numbers may
+/// be given as text and texts as numbers. Any thread.
 namespace Json
 {
-/// The object that the bytes spell; nothing for everything else. A byte order mark and broken UTF-8 inside
-/// texts are forgiven.
+/// Parses an object; none for everything else. A byte order mark and invalid UTF-8 within texts are accepted.
 std::optional<QJsonObject> object(const QByteArray &bytes);
 
 QString text(const QJsonObject &object, const QString &key);
 std::optional<qint64> integer(const QJsonObject &object, const QString &key);
-/// As above, where it fits.
+/// As above; none when the value does not fit into an int.
 std::optional<int> smallInteger(const QJsonObject &object, const QString &key);
 std::optional<double> number(const QJsonObject &object, const QString &key);
 bool flag(const QJsonObject &object, const QString &key);

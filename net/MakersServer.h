@@ -2,17 +2,17 @@
 #include "HostRules.h"
 #include "ServiceError.h"
 
-/// What the program's maker is asked for, updates and feedback, has an address from the settings and no more
-/// than that: rules and refusals are the same for all of it. Any thread.
+/// Rules and errors for the maker's server (updates, feedback), whose address comes from the settings. Any
+/// thread.
 namespace MakersServer
 {
-/// The address' own host and no other; in clear text on this machine alone.
+/// Allows the host of `address` only, in clear text only on this machine.
 HostRules rulesFor(const QUrl &address);
 
-/// Whether the same request may do better later.
+/// Whether the same request may succeed later.
 bool isPassing(int status);
 
-/// The reason in the words of whoever asked; `badAnswer` is theirs for what nobody understands.
+/// Translates the error into the caller's own fault type; `badAnswer` is used for unreadable answers.
 template <class Fault>
 Fault faultOf(const Error &error, Fault badAnswer)
 {

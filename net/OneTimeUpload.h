@@ -2,9 +2,8 @@
 #include <QByteArray>
 #include <QIODevice>
 
-/// A request's body that can be read once and not rewound. Qt repeats a request by itself when a kept
-/// connection breaks before the answer; with such a body it reports the failure instead, so that nothing is
-/// ordered twice.
+/// A request body that can be read once and not rewound. Qt repeats a request when a kept-alive connection
+/// breaks before the answer; with such a body it reports the failure instead, so nothing is sent twice.
 class OneTimeUpload final : public QIODevice
 {
 public:
@@ -12,7 +11,7 @@ public:
 
     bool isSequential() const override { return true; }
     qint64 bytesAvailable() const override;
-    bool seek(qint64) override { return false; } // the base class would complain in the log
+    bool seek(qint64) override { return false; } // the base class would log a warning
     bool atEnd() const override { return bytesAvailable() == 0; }
 
 protected:

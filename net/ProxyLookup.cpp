@@ -13,7 +13,7 @@ namespace
 {
 constexpr Clock::Duration LongestLookup = 10s;
 
-/// The first one that the toolkit can go through.
+/// The first proxy of a kind that Qt supports.
 QNetworkProxy usable(const std::optional<QStringList> &addresses)
 {
     for (const QString &address : addresses.value_or(QStringList())) {
@@ -48,7 +48,7 @@ ProxyLookup::~ProxyLookup()
 
 void ProxyLookup::begin(Clock &clock, const QUrl &url)
 {
-    // A script has no business with more of an address than where it leads.
+    // A PAC script gets only the origin of the address.
     const QUrl origin = url.adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment);
     m_thread = std::thread([this, origin, weak = weak_from_this()] {
         MainQueue::shared().async([weak, proxy = usable(m_desktop.lookUp(origin))] {

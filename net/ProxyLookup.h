@@ -8,15 +8,15 @@
 #include <memory>
 #include <thread>
 
-/// Asks the desktop for the proxy of an address, on a thread of its own because the answer may take time. One
-/// that cannot be learnt in time is one that refuses: the person may not want to go without. Letting it go
-/// ends it. Main thread only.
+/// Asks the desktop for the proxy of an address on a thread, because the answer may take time. A lookup that
+/// times out gives a refusing proxy, since the person may not want direct connections. Releasing the lookup
+/// cancels it. Main thread only.
 class ProxyLookup final : public std::enable_shared_from_this<ProxyLookup>
 {
 public:
     using Completion = std::function<void(const QNetworkProxy &)>;
 
-    /// Completes on a later turn. `resolver` is the desktop's unless another is given.
+    /// Completes on a later turn. Uses the desktop's resolver unless another one is given.
     [[nodiscard]] static std::shared_ptr<ProxyLookup>
     start(Clock &clock, const QUrl &url, Completion completion, _GProxyResolver *resolver = nullptr);
     ~ProxyLookup();

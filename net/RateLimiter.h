@@ -2,8 +2,8 @@
 #include <chrono>
 #include <deque>
 
-/// Says when the next request may go: at most `count` in any span of time. Knows no clock of its own. One
-/// thread.
+/// Computes when the next request may be sent: at most `count` in any span of time. Does not read a clock.
+/// One thread.
 class RateLimiter final
 {
 public:
@@ -11,11 +11,11 @@ public:
 
     RateLimiter(int count, Duration span);
 
-    /// How long from `now` until one more may go.
+    /// The time from `now` until another request may be sent.
     Duration wait(Duration now) const;
-    /// One goes now.
+    /// Records that a request is sent now.
     void take(Duration now);
-    /// Nothing goes before that time: the server asked for a pause.
+    /// Allows no request before that time: the server asked for a pause.
     void pauseUntil(Duration time);
     Duration pausedUntil() const { return m_pausedUntil; }
 
@@ -23,5 +23,5 @@ private:
     int m_count;
     Duration m_span;
     Duration m_pausedUntil{0};
-    std::deque<Duration> m_taken; // when the last ones went, the oldest first
+    std::deque<Duration> m_taken; // the times of the last requests, the oldest first
 };

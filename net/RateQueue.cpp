@@ -4,7 +4,7 @@
 #include <deque>
 #include <utility>
 
-/// The waiting ones, and the moment in which the first of them may go.
+/// The waiting tickets and the timer for the first of them.
 struct RateQueue::Line : std::enable_shared_from_this<Line>
 {
     Clock &clock;
@@ -23,7 +23,7 @@ struct RateQueue::Line : std::enable_shared_from_this<Line>
 struct RateQueue::Ticket
 {
     std::weak_ptr<Line> line;
-    std::function<void()> go; // empty once gone
+    std::function<void()> go; // empty once called
 
     ~Ticket()
     {

@@ -4,13 +4,12 @@
 
 #include <memory>
 
-/// Those who wait for their turn at a limited rate, in the order they came. A place is taken by going, not by
-/// waiting: whoever gives up costs the others nothing, and a pause holds up all who have not gone. Main
+/// FIFO for the rate limit; cancelled entries use no slot, and a pause delays all waiting entries. Main
 /// thread only.
 class RateQueue final
 {
 public:
-    /// Holding it keeps the wait; letting it go gives it up.
+    /// Holds a waiting entry. Its destructor cancels the entry.
     using Turn = std::shared_ptr<void>;
 
     RateQueue(Clock &clock, RateLimiter limiter);
@@ -19,13 +18,13 @@ public:
     /// Calls `go` once, on a later turn of the main thread.
     [[nodiscard]] Turn wait(std::function<void()> go);
     void pauseUntil(Clock::Duration time);
-    /// How much is left of the longest pause asked for; zero without one.
+    /// The remaining time of the longest requested pause; zero without one.
     Clock::Duration pauseLeft() const;
-    /// Ends every wait at once: those who wait learn that it is in vain. Takes no places.
+    /// Calls every waiting entry at once, without using slots, so that each can fail.
     void callAll();
 
 private:
     struct Ticket;
     struct Line;
-    std::shared_ptr<Line> m_line; // what tickets that outlive us look for in vain
+    std::shared_ptr<Line> m_line; // tickets that outlive this object hold it weakly
 };

@@ -19,11 +19,11 @@ const QString Hidden = u"(hidden)"_s;
 std::mutex secretsMutex;
 QStringList &secrets()
 {
-    static QStringList list; // the longest first: one may begin like another
+    static QStringList list; // the longest first, since one may be a prefix of another
     return list;
 }
 
-/// As it is, and as addresses, forms and JSON write it.
+/// The secret as it is, and as addresses, forms and JSON encode it.
 QStringList spellings(const QString &secret)
 {
     const QString encoded = QString::fromLatin1(QUrl::toPercentEncoding(secret));
@@ -34,7 +34,7 @@ QStringList spellings(const QString &secret)
 
 QString withoutPatterns(QString text)
 {
-    // Header lines, JSON members and query items that name a secret, and the addresses of downloads.
+    // Matches header lines, JSON members and query items that name a secret, and addresses of downloads.
     static const QRegularExpression named(
         uR"re(((?:api[-_]?key|authorization|password|token)["']?\s*[:=]\s*))re"
         uR"re((?:"(?:[^"\\]|\\.)*"|'[^']*'|(?:(?:Bearer|Basic|Digest)\s+)?["']?[^"'&\s,}]+))re"_s,

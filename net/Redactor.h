@@ -1,12 +1,11 @@
 #pragma once
 #include <QString>
 
-/// Keeps secrets out of what is logged or kept as the detail of an error. Any thread.
+/// Removes secrets from logged text and from the details of errors. Any thread.
 
-/// The text without keys, tokens, passwords and download addresses, and without any text made known as a
-/// secret; on one line, as a terminal may show it.
+/// The text without keys, tokens, passwords, download addresses and registered secrets; on one line that is
+/// safe for a terminal.
 QString redacted(const QString &text);
 
-/// From now on `secret` appears nowhere in what `redacted` gives. Texts of under four characters are left
-/// alone.
+/// Registers `secret` for removal by `redacted`. Texts of under four characters are ignored.
 void hideSecret(const QString &secret);

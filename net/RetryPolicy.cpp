@@ -12,12 +12,12 @@ namespace
 constexpr int TooManyRequests = 429;
 constexpr int ServerError = 500;
 constexpr int ServiceUnavailable = 503;
-constexpr int SignInFirst = 511; // the network's word, not the service's
+constexpr int SignInFirst = 511; // sent by the network's sign-in page, not by the service
 constexpr double JitterShare = 0.2;
 constexpr RetryPolicy::Duration ShortestPause = 1s;
 constexpr RetryPolicy::Duration LongestPause = 24h;
 
-/// A date as HTTP writes it: "Sun, 06 Nov 1994 08:49:37 GMT".
+/// Parses an HTTP date: "Sun, 06 Nov 1994 08:49:37 GMT".
 QDateTime httpDate(const QByteArray &text)
 {
     QDateTime date =
@@ -65,7 +65,7 @@ std::optional<RetryPolicy::Duration> RetryPolicy::requestedWait(const HttpAnswer
         wait = std::max(Duration(date.msecsTo(until)), Duration::zero());
     if (answer.status != TooManyRequests)
         return wait;
-    // The later of the two, where both are there: nothing between them would be admitted.
+    // The later of the two when both are given, because a request between them would be refused.
     const std::optional<Duration> reset = seconds(answer.header("RateLimit-Reset"));
     return wait && reset ? std::max(*wait, *reset) : wait ? wait : reset;
 }
@@ -79,7 +79,7 @@ std::optional<RetryPolicy::Duration> RetryPolicy::pauseAfter(const Result<HttpAn
         return std::nullopt;
     const Duration requested = requestedWait(*outcome, date).value_or(ShortestPause);
     if (isDown && requested <= MaxWait)
-        return std::nullopt; // others may be answered
+        return std::nullopt; // other requests may succeed
     return std::clamp<Duration>(requested, ShortestPause, LongestPause);
 }
 

@@ -103,12 +103,12 @@ QString filmSentence(ServiceFailure kind)
     return {};
 }
 
-/// "01:00 (in 3 h 12 min)".
+/// Formats a time like "01:00 (in 3 h 12 min)".
 QString timeUntil(const QDateTime &reset, const QDateTime &now)
 {
     const qint64 minutes = std::max<qint64>(1, (now.secsTo(reset) + 59) / 60);
     const QLocale locale;
-    // The plain locale counts seconds, too.
+    // The C locale's short format contains seconds.
     const QString format = locale.timeFormat(QLocale::ShortFormat).remove(u":ss"_s);
     const QString clock = locale.toString(reset.toLocalTime().time(), format);
     const QString rest = QString::number(minutes % 60);

@@ -2,44 +2,45 @@
 #include <base/Error.h>
 #include <QDateTime>
 
-/// Why a network service could not do what was asked. An empty list of results is none of these.
+/// Why a request to a network service failed. An empty list of results is not a failure.
 enum class ServiceFailure
 {
-    Offline = 1,     // this machine reaches no network, or not this name
+    Offline = 1,     // there is no network, or the host name does not resolve
     Timeout,         // no answer in time
-    Unavailable,     // nobody listens, the connection broke off, or the service says it is down
-    BadAnswer,       // an answer that makes no sense
-    Insecure,        // the connection could not be made private
-    Proxy,           // the proxy of this network refused
+    Unavailable,     // connection refused or broken, or the service reports that it is down
+    BadAnswer,       // the answer cannot be parsed
+    Insecure,        // no trusted TLS connection
+    Proxy,           // the proxy refused
     KeyRefused,      // the application key is unknown to the service
     LoginRefused,    // user name or password not accepted
     LimitReached,    // the day's downloads are used up
     TooManyRequests, // too fast for the service, even after waiting
-    Rejected,        // the service does not take this request
+    Rejected,        // the service refuses this request
     LinkExpired,     // a download's address is no longer valid
-    NotASubtitle,    // what came is no subtitle file
+    NotASubtitle,    // the downloaded file is not a subtitle
     UnknownLanguage, // the service has no code for the language
     NothingToAsk,    // no words to search for
-    NotFound,        // the service answers, and has no such thing
+    NotFound,        // the service has no such item
 };
 
-/// The service that a sentence talks about.
+/// The service that an error's sentence names.
 enum class ServiceName
 {
     Subtitles,
     Films
 };
 
-/// An Error whose code is the kind and whose sentence says what a person can do. `detail` is cleaned of
-/// secrets.
+/// An Error whose code is the kind and whose sentence says what a person can do. Secrets are removed from
+/// `detail`.
 Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail);
-/// The limit was reached: says when it ends, in local time, where `reset` is valid and after `now`.
+/// The download limit is reached. The sentence says when it ends, in local time, if `reset` is valid and
+/// after `now`.
 Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
                  const QDateTime &now, const QString &detail);
 
-/// The service wants to be left alone: says until when, in local time. `kind` is TooManyRequests or
+/// The service asked for a pause. The sentence says when it ends, in local time. `kind` is TooManyRequests or
 /// Unavailable.
 Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now);
 
-/// The kind of an Error made by the functions above; nothing for any other Error.
+/// The kind of an Error made by these functions; none for other Errors.
 std::optional<ServiceFailure> kindOf(const Error &error);

@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-/// The machine's own clocks. Main thread only.
+/// The machine's clocks. Main thread only.
 class SystemClock final : public Clock
 {
 public:
@@ -12,5 +12,5 @@ public:
     Timer after(Duration delay, std::function<void()> action) override;
 
 private:
-    QObject m_timers; // owns those that have not fired
+    QObject m_timers; // parent of the running timers
 };

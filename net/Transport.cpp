@@ -12,14 +12,14 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
 constexpr int TooManyRequests = 429;
 } // namespace
 
-/// The requests that wait for the end of a pause, and who wants to know of them.
+/// The requests that wait for the end of a pause, and the observer.
 struct Transport::Pause
 {
     int waiting = 0;
     PauseObserver observer;
 };
 
-/// Says that a request waits for the end of a pause, for as long as it is held.
+/// Marks a request as waiting for the end of a pause while the mark exists.
 struct Transport::PausedMark
 {
     std::shared_ptr<Pause> pause;
@@ -38,7 +38,7 @@ struct Transport::PausedMark
     }
 };
 
-/// A request until its last answer.
+/// A request until its final answer.
 struct Transport::RequestState
 {
     HttpRequest request;
@@ -47,8 +47,8 @@ struct Transport::RequestState
     int tries = 0;
     Clock::Timer wait;
     RateQueue::Turn turn;
-    HostQueue::Place place; // from before it leaves until it has ended
-    Call call;              // ends before its place is somebody else's
+    HostQueue::Place place; // held from before the first attempt until the request has ended
+    Call call;              // destroyed before its place is given to another request
     std::shared_ptr<PausedMark> paused;
 };
 
@@ -88,7 +88,7 @@ void Transport::enqueue(const std::shared_ptr<RequestState> &state)
     });
 }
 
-/// After the wait at the host: places in the rate are for those who can take them.
+/// Called after the wait at the host: a slot of the rate is for requests that can be sent.
 void Transport::waitForTheRate(const std::shared_ptr<RequestState> &state)
 {
     if (const auto refusal = longPause()) {
@@ -108,7 +108,7 @@ void Transport::markAsPaused(const std::shared_ptr<RequestState> &state, Clock::
         state->paused = std::make_shared<PausedMark>(m_pause, length);
 }
 
-/// On a later turn: the caller does not hold the call before this one returns.
+/// Completes on a later turn, because the caller does not hold the call before this one returns.
 void Transport::fail(const std::shared_ptr<RequestState> &state, const Error &error)
 {
     state->place.reset();
@@ -119,7 +119,7 @@ void Transport::fail(const std::shared_ptr<RequestState> &state, const Error &er
     });
 }
 
-/// Why nothing may be asked for longer than anybody waits.
+/// The error when the pause is longer than a request may wait.
 std::optional<Error> Transport::longPause() const
 {
     const Clock::Duration left = m_rate.pauseLeft();
@@ -146,7 +146,7 @@ void Transport::attempt(const std::shared_ptr<RequestState> &state)
 
 void Transport::finishAttempt(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome)
 {
-    // Others wait as well, whether this one is asked again or not.
+    // The pause applies to other requests too, whether this one is retried or not.
     const auto pause = RetryPolicy::pauseAfter(outcome, m_clock.date());
     if (pause) {
         m_pauseKind = outcome->status == TooManyRequests ? ServiceFailure::TooManyRequests

@@ -5,18 +5,18 @@
 
 #include <list>
 
-/// The one way to a service's servers: every request waits until fewer than ConnectionsAtAHost are under way
-/// at its host, then for its place in the rate, and a question that failed for a passing reason is asked
-/// again. No limit of time runs before a request leaves. A server that wants a longer pause than anybody
-/// waits for is not asked before its end: requests fail with the time. Main thread only.
+/// Sends all requests of a service: each waits until fewer than ConnectionsAtAHost are running at its host,
+/// then for a slot of the rate, and is retried after a passing failure if that is safe. Timeouts start when a
+/// request is sent. When a server asks for a pause that is too long to wait for, requests fail with its end
+/// time until it is over. Main thread only.
 class Transport final
 {
 public:
     using Completion = HttpClient::Completion;
     using Call = HttpClient::Call;
 
-    /// As many as the toolkit opens. A seventh would wait inside it, where our limit for making a connection
-    /// would end it though nobody had tried to make one.
+    /// Qt opens six connections per host. A seventh request would wait inside Qt and hit our connection
+    /// timeout without a connection attempt.
     static constexpr int ConnectionsAtAHost = 6;
 
     Transport(Clock &clock, ServiceName service, RateLimiter limiter);
@@ -24,14 +24,14 @@ public:
 
     [[nodiscard]] Call send(const HttpRequest &request, const HostRules &rules, Completion completion);
 
-    /// Called with the length of a pause when a request begins to wait for its end because the server gets
-    /// too many, and with nothing once none waits any more. Set it before the first request.
+    /// Called with the length of a pause when a request begins to wait for it because of a rate refusal, and
+    /// with none once no request waits. Set it before the first request.
     using PauseObserver = std::function<void(std::optional<Clock::Duration>)>;
     void setPauseObserver(PauseObserver observer);
 
     Clock &clock() { return m_clock; }
     ServiceName service() const { return m_service; }
-    /// Between -1 and 1, spreads the retries of many machines; replaced by tests.
+    /// Gives a value between -1 and 1 that spreads the retries of many machines; tests replace it.
     void setJitter(std::function<double()> jitter) { m_jitter = std::move(jitter); }
 
 private:

@@ -9,15 +9,15 @@ struct Credentials
     QString metadataKey;
 
     QString &at(Secret secret);
-    /// Uses the text, which appears in no log from then on.
+    /// Stores the text and hides it from the log.
     void take(Secret secret, const QString &text);
-    /// The text as it is used: a line end pasted with a key would end a header. A password is taken as it is.
+    /// The text as it is sent: a line end pasted with a key would end a header. Passwords are not changed.
     static QString cleaned(Secret secret, const QString &text);
 
     bool operator==(const Credentials &) const = default;
 };
 
-/// Those that the environment gives, for which nobody needs to wait.
+/// The secrets set in the environment, which are available at once.
 Credentials environmentCredentials();
 
 /// Takes the secrets, and the first Error of the store that has a sentence for the person.

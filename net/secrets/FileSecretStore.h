@@ -1,9 +1,8 @@
 #pragma once
 #include "SecretStore.h"
 
-/// Keeps secrets in a file that only the person can read (0600), for machines without a keyring. Used only
-/// where the person has agreed. A file that cannot be read as secrets is renamed to "NAME.damaged-N" before
-/// the first write. Main thread only.
+/// Keeps secrets in a file with mode 0600, for machines without a keyring and only after the person agreed.
+/// An unreadable file is renamed to "NAME.damaged-N" before the first write. Main thread only.
 class FileSecretStore final : public SecretStore
 {
 public:

@@ -80,8 +80,8 @@ void KeychainSecretStore::write(Secret secret, const QString &text, WriteComplet
         writeWithoutKeyring(secret, text, completion);
         return;
     }
-    // Also to remove: of what is locked a keyring says that it was deleted, and has it afterwards, but it
-    // lets nothing in there be overwritten.
+    // Also used to remove: a locked keyring reports success for a deletion without doing it, but refuses to
+    // overwrite.
     auto *job = new QKeychain::WritePasswordJob(ServiceName);
     job->setKey(nameOf(secret));
     job->setTextData(text);
@@ -102,7 +102,7 @@ void KeychainSecretStore::write(Secret secret, const QString &text, WriteComplet
     job->start();
 }
 
-/// An entry that stays in spite of this is empty, and counts as none.
+/// An entry that remains is empty, which counts as absent.
 void KeychainSecretStore::removeEmptied(Secret secret, const WriteCompletion &completion)
 {
     auto *job = new QKeychain::DeletePasswordJob(ServiceName);
@@ -128,7 +128,7 @@ void KeychainSecretStore::finishWrite(Secret secret, const QString &text, Answer
                                       const QString &reason, const WriteCompletion &completion)
 {
     if (answer == Answer::Taken || text.isEmpty()) {
-        // Removing needs nobody's leave: what the file still has must not come back.
+        // Removing needs no consent: a copy in the file must not come back.
         const Result<void> removed = m_file.store(secret, {});
         completion(answer == Answer::Refused ? Result<void>(stillThere(reason)) : removed);
         return;

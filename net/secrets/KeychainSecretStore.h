@@ -1,29 +1,27 @@
 #pragma once
 #include "FileSecretStore.h"
 
-/// Keeps secrets in the system's keyring. Where it is absent, locked or says no, the person is asked before
-/// anything is kept in a file instead. Main thread only.
+/// Keeps secrets in the system's keyring. When that is absent, locked or refuses, the person is asked before
+/// a secret is kept in a file instead. Main thread only.
 class KeychainSecretStore final : public SecretStore
 {
 public:
-    /// Asks whether a file may be used and hands the answer to what it is given. `reason` is the keyring's
-    /// own word.
+    /// Asks whether a file may be used and calls the function with the answer. `reason` is the keyring's
+    /// message.
     using AskForFile = std::function<void(const QString &reason, std::function<void(bool)> answer)>;
 
     enum class Keyring
     {
         Asked,
-        Absent // asking for one would start things that nobody wants
+        Absent // a request would start unwanted services
     };
 
     KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring = Keyring::Asked);
 
-    /// The file first, where there is one: it holds what the keyring did not take, and so the later word.
-    /// A file that cannot be read is an Error unless the keyring has the secret. The Error of a keyring that
-    /// does not open has no sentence.
+    /// Reads the file first: it holds secrets that the keyring refused, which are newer.
     void read(Secret secret, ReadCompletion completion) override;
-    /// What the keyring takes is removed from the file. An Error of removing means that the keyring still has
-    /// it.
+    /// A secret that the keyring accepts is removed from the file. An Error on removal means that the keyring
+    /// still has the secret.
     void write(Secret secret, const QString &text, WriteCompletion completion) override;
 
 private:
@@ -31,7 +29,7 @@ private:
     {
         Taken,
         Refused,
-        None // there may be no keyring at all
+        None // there may be no keyring
     };
 
     void removeEmptied(Secret secret, const WriteCompletion &completion);

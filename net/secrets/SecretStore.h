@@ -3,7 +3,7 @@
 #include <functional>
 #include <optional>
 
-/// What must not lie about.
+/// The secrets that the program keeps.
 enum class Secret
 {
     SubtitleKey,
@@ -11,7 +11,7 @@ enum class Secret
     MetadataKey
 };
 
-/// Keeps secrets. Main thread only; completions come there, on a later turn.
+/// Keeps secrets. Main thread only; completions are called there on a later turn.
 class SecretStore
 {
 public:
@@ -20,11 +20,11 @@ public:
 
     virtual ~SecretStore();
 
-    /// Nothing when none is kept; an Error when there is no telling.
+    /// None when the store has no such secret; an Error when the store cannot be read.
     virtual void read(Secret secret, ReadCompletion completion) = 0;
-    /// An empty text removes it.
+    /// An empty text removes the secret.
     virtual void write(Secret secret, const QString &text, WriteCompletion completion) = 0;
 
-    /// The name a secret is kept under.
+    /// The name under which a secret is kept.
     static QString nameOf(Secret secret);
 };
