@@ -15,8 +15,7 @@ public:
 
     /// The name of the code in any case, "Unknown" for a code without one and for a value that is no text.
     QVariant transformedValue(const QVariant &value) const override;
-    /// The code as the locale data lists it; "US" for a name that no country bears and for a value that is no
-    /// text.
+    /// The code in the locale data; "US" for an unknown name and for a value that is not a text.
     QVariant reverseTransformedValue(const QVariant &value) const override;
 
 private:

@@ -33,8 +33,8 @@ struct FolderImportState
     QString failure = {};      // a sentence, after Failed
 };
 
-/// Adds a folder's subtitle files to the person's own catalogue in the background, one folder at a time, as
-/// the Services pane asks for and shows it. Goes on whether or not anybody looks. Main thread only.
+/// Adds a folder's subtitle files to the person's own catalogue in the background, one folder at a time. The
+/// Services pane starts it and shows its state; it runs on when the pane is closed. Main thread only.
 class FolderImporting : public QObject
 {
     Q_OBJECT
@@ -44,12 +44,12 @@ public:
     ~FolderImporting() override;
 
     virtual const FolderImportState &state() const = 0;
-    /// Begins with that folder; nothing happens while another import runs.
+    /// Starts with that folder; does nothing while another import runs.
     virtual void start(const QString &folder) = 0;
-    /// Asks the import to stop; it ends soon, and what was read until then is kept.
+    /// Asks the import to stop. It ends soon and keeps the entered files.
     virtual void stop() = 0;
 
-    /// What the process entry installed, or nothing.
+    /// The importer that the process entry installed, or null.
     static std::shared_ptr<FolderImporting> shared();
     static void setShared(std::shared_ptr<FolderImporting> importing);
 

@@ -26,7 +26,7 @@ Table readTable()
     Table table;
     const QVariantMap entries = content->toMap();
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-        // One entry that is no text spoils the whole table.
+        // One entry that is not a text makes the whole table invalid.
         if (entry->metaType() != QMetaType::fromType<QString>())
             return {};
         table.insert(entry.key(), entry->toString());

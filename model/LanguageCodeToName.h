@@ -15,7 +15,7 @@ public:
 
     /// The name of the code as given, "Unknown" for a code without one and for a value that is no text.
     QVariant transformedValue(const QVariant &value) const override;
-    /// The code in lower case; invalid for a name that no language bears, "en" for a value that is no text.
+    /// The code in lower case; invalid for an unknown name, "en" for a value that is not a text.
     QVariant reverseTransformedValue(const QVariant &value) const override;
 
 private:

@@ -14,7 +14,7 @@ enum class ExternalSource
     imdb = 0
 };
 
-/// One film or show as the metadata service knows it; opaque to everyone else.
+/// One film or show of the metadata service; opaque to other code.
 struct TmdbItem
 {
     QVariant handle;
@@ -32,7 +32,7 @@ enum class ImageKind
     Poster
 };
 
-/// Finds films and their pictures. Called on the main thread, and completions arrive there, after the call
+/// Finds films and their pictures. Called on the main thread; completions are called there, after the call
 /// has returned.
 class MetadataService
 {
@@ -42,12 +42,12 @@ public:
 
     virtual ~MetadataService();
 
-    /// The one client, as installed by the process entry; a fatal fault before that.
+    /// The service that the process entry installed; a fatal fault before that.
     static MetadataService &shared();
     static void setShared(std::shared_ptr<MetadataService> service);
 
-    /// The language of titles and images, as the two-letter code stored in the settings; nothing leaves it to
-    /// the service.
+    /// The language of titles and images as the stored two-letter code; none leaves the choice to the
+    /// service.
     std::optional<QString> preferredLanguage;
 
     virtual void findExternally(const QString &id, ExternalSource source, FindCompletion completion) = 0;

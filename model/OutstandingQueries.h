@@ -4,7 +4,7 @@
 #include <mutex>
 #include <unordered_set>
 
-/// Which queries still await their answer. Each is answered at most once, and never after `cancelAll` has
+/// The queries that wait for an answer. Each is answered at most once, and never after `cancelAll` has
 /// returned. Any thread.
 class OutstandingQueries final
 {
@@ -12,10 +12,10 @@ public:
     /// A new query's number.
     quint64 begin();
     bool isOutstanding(quint64 query) const;
-    /// Runs `answer` and forgets the query, unless that was done or cancelled before. An answer may itself
-    /// cancel.
+    /// Runs `answer` and removes the query, unless it was answered or cancelled before. The answer may cancel
+    /// queries itself.
     void finish(quint64 query, const std::function<void()> &answer);
-    /// Drops every query. An answer that is being given on another thread is waited for.
+    /// Drops every query. Waits for an answer that runs on another thread.
     void cancelAll();
 
 private:

@@ -7,8 +7,8 @@
 namespace ServiceLanguages
 {
 /// The family's three-letter code for any spelling of a language: "GER", "deu", "de" and "de_AT" all give
-/// "ger", "pb" and "pt-BR" give "pob". Empty when the text is no language code at all; three
-/// unknown letters are given back in lower case.
+/// "ger", "pb" and "pt-BR" give "pob". Empty when the text is not a language code; unknown three-letter codes
+/// are returned in lower case.
 QString code(const QString &spelling);
 
 /// The two-letter code of ISO 639-1 (or the family's own, "pb") for a three-letter code; empty when there is

@@ -3,8 +3,7 @@
 #include <chrono>
 #include <optional>
 
-/// What the services say of themselves beside their answers, for whoever shows it. Filled by the process
-/// entry. Main thread only.
+/// What the services report beside their answers, for display. The process entry fills it. Main thread only.
 class ServiceStatus final : public QObject
 {
     Q_OBJECT

@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 
-/// One search result. A reference type: made by a service, shared and never changed afterwards; any thread.
+/// One search result. Made by a service, shared, and never changed afterwards; any thread.
 struct Subtitle
 {
     QString subFileName;   // the release or file the subtitle was made for
@@ -13,7 +13,7 @@ struct Subtitle
     std::optional<QString> imdbID;
 
     // What the services know beyond that; each may be absent.
-    QString service; // which service it came from and must be downloaded by
+    QString service; // the service that found it and must download it
     QString fileID;  // the service's own name for the file
     QString title;
     std::optional<int> year;
@@ -25,7 +25,7 @@ struct Subtitle
     bool hearingImpaired = false;
     bool foreignPartsOnly = false;
     bool machineTranslated = false;
-    bool trusted = false; // the service vouches for who made it
+    bool trusted = false; // the service vouches for its author
 
     /// The second line of a result: film and year, "matches this file", frame rate, downloads and marks, as
     /// far as they are known, joined by " · ".

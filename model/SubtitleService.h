@@ -15,27 +15,27 @@ public:
 
     virtual ~SubtitleService();
 
-    /// The one client, as installed by the process entry; a fatal fault before that.
+    /// The service that the process entry installed; a fatal fault before that.
     static SubtitleService &shared();
     static void setShared(std::shared_ptr<SubtitleService> service);
 
-    /// Asks for subtitles. One completion a query, never before this call has returned, none once it was
-    /// cancelled.
+    /// Searches for subtitles. Each query completes once, never before this call has returned and never after
+    /// it was cancelled.
     virtual void query(const QList<Arg> &args, QueryCompletion completion) = 0;
     /// Drops every outstanding query; a dropped query is never answered.
     virtual void cancelQueryTask() = 0;
     /// Fetches a result's file to the local disk: a URL that the caller may move away.
     virtual void download(const SubtitlePtr &subtitle, DownloadCompletion completion) = 0;
-    /// Drops every outstanding download; a dropped one is not answered any more. An answer that has begun on
+    /// Drops every outstanding download; its completion is not called. A completion that already runs on
     /// another thread goes on.
     virtual void cancelDownloads() = 0;
 
-    /// The hash of a local video file; nothing when it cannot be read or hashed. The calling thread waits for
-    /// a short read, at most two seconds on a disk and never on a pipe or device.
+    /// The hash of a local video file; none when it cannot be read or hashed. Blocks for a short read, at
+    /// most two seconds on a disk and never on a pipe or device.
     static std::optional<VideoHash> hashFor(const QUrl &url);
 
 protected:
-    /// What stands behind `hashFor` and `VideoFileUtilities::componentsFrom` of the shared client.
+    /// Implements `hashFor` and `VideoFileUtilities::componentsFrom` of the shared client.
     virtual std::optional<VideoHash> computeHash(const QUrl &url) = 0;
     virtual VideoFileComponents componentsOf(const QUrl &url) = 0;
     friend struct VideoFileUtilities;
@@ -43,6 +43,6 @@ protected:
 
 struct VideoFileUtilities
 {
-    /// What the name of a video file says; the file itself is not looked at.
+    /// The parts of a video file's name; the file itself is not read.
     static VideoFileComponents componentsFrom(const QUrl &url);
 };

@@ -37,7 +37,7 @@ void BottomPanelView::showEvent(QShowEvent *event)
 void BottomPanelView::childEvent(QChildEvent *event)
 {
     QWidget::childEvent(event);
-    // Children that come later than the first layout; those of the scene have their names by then.
+    // Handles children added after the first layout; those of the scene have their names by then.
     if (event->type() == QEvent::ChildPolished) {
         layOut();
         raisePanel();
@@ -75,7 +75,7 @@ void BottomPanelView::layOutPanel(QWidget &panel)
     const int panelHeight = m_panelHeight > 0 ? m_panelHeight : panel.sizeHint().height();
     const int visible = panelHeight + qRound(m_constraint->presentedConstant());
     panel.setGeometry(0, height() - visible, width(), panelHeight);
-    // A panel that is all below the edge must not be reached by Tab or read out.
+    // A panel wholly below the edge must not take focus or be read out.
     const bool shown = visible > 0;
     if (panel.isHidden() == shown)
         panel.setVisible(shown);

@@ -5,10 +5,10 @@
 
 namespace
 {
-// What characters take beside each other differs a little from what each takes alone.
+// Allows for kerning, which changes the width of a text a little.
 constexpr float Kerning = 1.1F;
 
-/// Whether the character is drawn by itself, whatever stands around it.
+/// Whether the glyph of the character does not depend on its neighbours.
 bool standsAlone(char16_t code)
 {
     constexpr char16_t SoftHyphen = 0xad;

@@ -4,13 +4,13 @@
 
 class QString;
 
-/// The widths of a font's characters, one by one: a quick answer to whether a text fits, without shaping it.
-/// Main thread only.
+/// The widths of a font's characters, to tell quickly whether a text fits without shaping it. Main thread
+/// only.
 class CharacterWidths final
 {
 public:
-    /// Whether the text is surely no wider than `width` points. A no is no answer: the text has other
-    /// characters than Latin ones, or comes close to the width.
+    /// Whether the text is certainly no wider than `width` points. False means unknown: the text has
+    /// non-Latin characters or is close to the width.
     bool surelyFits(const QString &text, const QFont &font, int width);
 
 private:

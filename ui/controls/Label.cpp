@@ -8,7 +8,7 @@
 
 namespace
 {
-// Longer than any window is wide; shaping a text of megabytes would stop the program.
+// Longer than any window is wide; shaping megabytes of text would block the program.
 constexpr qsizetype MaxLineLength = 1000;
 
 /// What assistive tools see: static text that reads as the label's text.
@@ -113,14 +113,14 @@ void Label::draw(QPainter &painter, const QRect &rect, const QPalette &palette) 
     painter.setFont(font());
     painter.setPen(
         palette.color(m_role == TextRole::Primary ? QPalette::WindowText : QPalette::PlaceholderText));
-    // The side is that of the interface's reading direction, whatever the direction of the text.
+    // Alignment follows the interface's reading direction, not the text's.
     const auto alignment = QStyle::visualAlignment(layoutDirection(), m_alignment) | Qt::AlignAbsolute;
     painter.drawText(rect, int(alignment) | Qt::TextSingleLine, drawnLine(rect.width()));
 }
 
 QString Label::drawnLine(int width) const
 {
-    // Eliding shapes the text, and drawing it does so again: half the time of a list's row.
+    // Skip eliding, which shapes the text a second time and takes half the time of a row.
     if (m_widths.surelyFits(m_line, font(), width))
         return m_line;
     return QFontMetrics(font()).elidedText(m_line, m_elideMode, width);

@@ -5,11 +5,10 @@
 
 class QPainter;
 
-/// One line of plain text, with an ellipsis where it does not fit. Unless it hugs its text its size does not
-/// depend on it, so that changing it costs no layout. The text is never read as markup, and may be anything:
-/// line breaks and other control characters show as spaces, and characters that reorder their surroundings do
-/// not show at all. Assistive tools read the text itself, or the accessible name where the scene gives one.
-/// Main thread only.
+/// One line of plain text, elided when it does not fit. Unless it hugs its text, its size does not depend on
+/// the text, so that changing it causes no layout. The text is never markup: line breaks and other control
+/// characters show as spaces, and characters that reorder their surroundings are not shown. Assistive tools
+/// read the text itself, or the scene's accessible name. Main thread only.
 class Label : public QWidget
 {
     Q_OBJECT
@@ -17,7 +16,7 @@ class Label : public QWidget
     Q_PROPERTY(TextRole role READ role WRITE setRole)
     Q_PROPERTY(Qt::TextElideMode elideMode READ elideMode WRITE setElideMode)
     Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
-    /// Whether the label wants to be as wide as its text, and no wider; its layout then follows the text.
+    /// Whether the label's width follows its text.
     Q_PROPERTY(bool hugsText READ hugsText WRITE setHugsText)
 
 public:
@@ -41,7 +40,7 @@ public:
     bool hugsText() const { return m_hugsText; }
     void setHugsText(bool hugs);
 
-    /// The text as it is drawn where there is room enough: one line, of bounded length.
+    /// The text as drawn when there is room: one line, of bounded length.
     static QString singleLine(const QString &text);
     /// Draws the text into `rect` with this label's font and the colours of `palette`.
     void draw(QPainter &painter, const QRect &rect, const QPalette &palette) const;

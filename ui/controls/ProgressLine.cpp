@@ -38,7 +38,7 @@ void ProgressLine::paintEvent(QPaintEvent *)
     const qreal done = (value() - minimum()) / span * line.width();
     if (done <= 0)
         return;
-    // Shorter than it is thick it would be no line any more.
+    // A shorter bar than its thickness would not look like a line.
     const qreal length = std::max<qreal>(Thickness, done);
     if (layoutDirection() == Qt::RightToLeft)
         line.setLeft(line.right() - length);

@@ -10,7 +10,7 @@ namespace
 {
 bool wasHidden(const QWidget &widget)
 {
-    // A widget that was never shown counts as hidden, too; only one that was hidden on purpose is left out.
+    // A widget that was never shown also counts as hidden; leave out only those hidden explicitly.
     return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
 }
 

@@ -5,9 +5,9 @@
 class ImageView;
 class Label;
 
-/// A table's cell, made from a scene and reused for every row: the table fills it by its delegate and draws
-/// it. Never shown as a widget of its own: its labels and image views are laid out once for a size and then
-/// drawn directly, row by row. Other widgets of the scene serve the layout alone. Main thread only.
+/// A table cell made from a scene and reused for every row: the delegate fills it and the table draws it. It
+/// is never shown as a widget: its labels and image views are laid out once for a size and then drawn row by
+/// row. Other widgets of the scene only take part in the layout. Main thread only.
 class TableCellView : public QWidget
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     explicit TableCellView(QWidget *parent = nullptr);
     ~TableCellView() override;
 
-    /// The format icon's place in the scene: the outlet of the base class.
+    /// The view of the format icon in the scene: the outlet of the base class.
     ImageView *imageView() const { return m_imageView; }
     void setImageView(ImageView *imageView) { m_imageView = imageView; }
 
@@ -31,7 +31,7 @@ private:
     {
         QWidget *widget = nullptr;
         Label *label = nullptr;         // or else
-        ImageView *imageView = nullptr; // this one
+        ImageView *imageView = nullptr; // set when there is no label
         QRect geometry;                 // in the cell
     };
 

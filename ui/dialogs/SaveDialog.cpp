@@ -11,13 +11,13 @@
 
 namespace
 {
-constexpr QSize ContentSize{700, 400}; // the list shows its columns, the window behind stays in sight
+constexpr QSize ContentSize{700, 400}; // the list shows its columns, and the window behind stays visible
 
 } // namespace
 
 SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &folder, const QString &name)
     : QFileDialog(window, title.isEmpty() ? String::localize(QStringLiteral("Save")) : title),
-      // A name has no slash; one that came from elsewhere must not lead out of the folder.
+      // A slash in the suggested name must not lead out of the folder.
       m_suggestedName(QString(name).replace(u'/', u'_'))
 {
     setOption(QFileDialog::DontUseNativeDialog);
@@ -41,7 +41,7 @@ SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &fol
 
 void SaveDialog::hideTypes()
 {
-    // There is one kind of file only: any.
+    // There is only one file type, so its controls are hidden.
     for (const QString &part : {QStringLiteral("fileTypeLabel"), QStringLiteral("fileTypeCombo")}) {
         if (auto *widget = findChild<QWidget *>(part))
             widget->hide();

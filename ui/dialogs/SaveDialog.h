@@ -3,9 +3,9 @@
 
 class QLineEdit;
 
-/// The dialog in a save sheet: our own, so that it never asks whether to replace a file. Takes the name as it
-/// stands in the field, where the stock dialog would read quotes as a list of files and a leading tilde as a
-/// home folder. Main thread only.
+/// The dialog in a save sheet. It never asks whether to replace a file, and takes the name literally, where
+/// the stock dialog would read quotes as a list of files and a leading tilde as the home folder. Main thread
+/// only.
 class SaveDialog final : public QFileDialog
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ public:
     QString chosenFolder() const;
 
 Q_SIGNALS:
-    /// The dialog went, accepted or not; the last thing it does. The key or click that ended it may still be
-    /// under way in it.
+    /// The dialog was closed, accepted or not; emitted last. The key or click that closed it may still be in
+    /// process.
     void answered(int result);
 
 protected:

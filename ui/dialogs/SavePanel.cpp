@@ -18,11 +18,11 @@
 
 namespace
 {
-std::function<void()> panelObserver; // set while no other thread runs
+std::function<void()> panelObserver; // set only while no other thread runs
 
 const QString LastSaveFolderKey = QStringLiteral("lastSaveFolder");
 
-/// The folder of a place: itself, or the one a file stands in. Nothing when it is gone.
+/// The folder itself, or the folder of a file. None when it does not exist.
 std::optional<QString> folderOf(const QUrl &place)
 {
     const QByteArray path = FileManager::fileSystemPath(place);
@@ -31,7 +31,7 @@ std::optional<QString> folderOf(const QUrl &place)
     const QFileInfo info(QFile::decodeName(path));
     if (info.isDir())
         return info.absoluteFilePath();
-    // A video that was moved away meanwhile still means its folder.
+    // A video that was moved away still names its folder.
     const bool namesFile = info.exists() || !info.suffix().isEmpty();
     if (namesFile && QFileInfo(info.absolutePath()).isDir())
         return info.absolutePath();
@@ -81,14 +81,14 @@ QDialog *SavePanel::makeSheet(Window *window, std::function<void(ModalResponse)>
         auto answer = std::exchange(completion, nullptr);
         if (!answer)
             return;
-        // Not from within the dialog's own key or mouse event: the answer may let the window go, and the
-        // dialog with it.
+        // On a later turn, not within the dialog's key or mouse event: the answer may destroy the window and
+        // the dialog.
         MainQueue::shared().async(
             [window, dialog, response = panel->takeAnswer(*dialog, result), give = std::move(answer), panel] {
                 if (!window)
                     return;
                 give(response);
-                // The answer may have shown an alert, and anything may have happened meanwhile.
+                // The answer may have shown an alert, and the window may be destroyed by now.
                 if (window)
                     SheetQueue::of(*window).end(dialog);
             });

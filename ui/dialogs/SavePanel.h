@@ -9,16 +9,15 @@ class QDialog;
 class SaveDialog;
 class Window;
 
-/// What a save sheet was answered with; the numbers are the platform's.
+/// The answer of a save sheet; the numbers are the platform's.
 enum class ModalResponse
 {
     Cancel = 0,
     OK = 1
 };
 
-/// A save sheet. A plain object: it may be made on any thread and builds its dialog only when it is shown on
-/// the main thread. It never asks whether to replace a file, because a file that is there is an error of the
-/// move.
+/// A save sheet. A plain object: it may be made on any thread and builds its dialog when it is shown, on the
+/// main thread. It never asks whether to replace a file, because an existing file is an error of the move.
 class SavePanel final : public std::enable_shared_from_this<SavePanel>
 {
 public:
@@ -28,19 +27,18 @@ public:
     static void setObserver(std::function<void()> observer);
 
     QString title;
-    /// Where it opens: a folder, or a file for its folder. Nothing, or a folder that is gone: the folder used
-    /// last, else the Videos folder, else the home folder; never the working directory.
+    /// The folder to open, or a file in it. Without one that exists: the folder used last, else the Videos
+    /// folder, else the home folder; never the working directory.
     std::optional<QUrl> directoryURL;
     QString nameFieldStringValue;
     bool extensionHidden = true;
     bool canSelectHiddenExtension = false;
 
-    /// Shows the sheet on `window` and returns at once; `completion` is called once on the main thread with
-    /// the answer, not at all when the window goes first. The panel, which must be held by a shared pointer,
-    /// keeps itself alive until then. A window shows one sheet at a time: the next waits until the one before
-    /// it was answered.
+    /// Shows the sheet on `window` and returns at once. `completion` is called once on the main thread with
+    /// the answer, or never when the window is destroyed first. The panel, which must be held by a shared
+    /// pointer, keeps itself alive until then. A window shows one sheet at a time; others wait.
     void beginSheetModalForWindow(Window *window, std::function<void(ModalResponse)> completion);
-    /// What the person chose; nothing before OK.
+    /// The chosen file; none before OK.
     std::optional<QUrl> URL() const { return m_url; }
 
 private:

@@ -5,8 +5,8 @@
 #include <deque>
 #include <functional>
 
-/// The sheets of one window, shown one after the other. Lives and dies with its window; sheets that still
-/// wait then are never made. Main thread only.
+/// The sheets of one window, shown one after the other. Destroyed with its window; waiting sheets are then
+/// never made. Main thread only.
 class SheetQueue final : public QObject
 {
     Q_OBJECT
@@ -17,9 +17,9 @@ public:
     /// The queue of that window, made on first use.
     static SheetQueue &of(QWidget &window);
 
-    /// Calls `makeSheet` and opens what it made (a child of the window), once no other sheet is up.
+    /// Calls `makeSheet` and opens its result (a child of the window) when no other sheet is shown.
     void add(Factory makeSheet);
-    /// Takes away the sheet that is up and shows the next. The sheet may be the sender.
+    /// Removes the shown sheet and shows the next one. The sheet may be the sender.
     void end(QDialog *sheet);
 
 private:

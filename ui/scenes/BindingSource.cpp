@@ -37,7 +37,7 @@ DefaultsSource::DefaultsSource(const QString &key) : m_key(key)
 
 QVariant DefaultsSource::value() const
 {
-    // The defaults have a property of this name, which says "en" where nothing is stored.
+    // The defaults have a property of this name, which is "en" when nothing is stored.
     if (m_key == QLatin1String("languageCode"))
         return UserDefaults::standard().languageCode();
     return UserDefaults::standard().object(m_key);

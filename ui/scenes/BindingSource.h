@@ -16,12 +16,12 @@ public:
 
 Q_SIGNALS:
     void valueChanged();
-    /// The value went for good.
+    /// The value's object was destroyed.
     void gone();
 };
 
-/// A property of an object, followed by its NOTIFY signal; one without is read once. No such property is a
-/// fatal fault.
+/// A property of an object, followed by its NOTIFY signal; without one it is read once. A missing property is
+/// a fatal fault.
 class PropertySource final : public BindingSource
 {
     Q_OBJECT

@@ -23,8 +23,8 @@ bool isText(const QVariant &value)
     return value.typeId() == QMetaType::QString;
 }
 
-/// The day with its month's name, as the region writes it. The region's own long form begins or ends with the
-/// day of the week, which says little of a day that may be weeks ago.
+/// The day with its month's name in the region's order. The region's long form contains the weekday, which
+/// says little about a day weeks ago.
 QString toText(QDate day)
 {
     static const QRegularExpression weekday(u"^dddd[,.]?\\s*|[,.]?\\s*\\(?dddd\\)?"_s);
@@ -32,7 +32,7 @@ QString toText(QDate day)
     return region.toString(day, region.dateFormat(QLocale::LongFormat).remove(weekday).trimmed());
 }
 
-/// The value as a person reads it: dates as the region writes them, nothing for none.
+/// The value as displayed: dates in the region's form, empty for an invalid value.
 QString toText(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QDateTime) {
@@ -40,7 +40,7 @@ QString toText(const QVariant &value)
         if (!time.isValid())
             return {};
         const QLocale region;
-        // Without a region the short form has seconds.
+        // The C locale's short form contains seconds.
         const QString clock = region.language() == QLocale::C
                                   ? time.toString(u"HH:mm"_s)
                                   : region.toString(time.time(), QLocale::ShortFormat);
@@ -76,7 +76,7 @@ BindingTarget::BindingTarget(QWidget &control, Binding binding) : m_control(cont
     if (!hasAspect(control, binding))
         fatalFault(QStringLiteral("The %1 \"%2\" has nothing for this kind of binding")
                        .arg(QString::fromUtf8(control.metaObject()->className()), control.objectName()));
-    // A value from elsewhere is never markup.
+    // Bound values are never markup.
     if (auto *label = qobject_cast<QLabel *>(&control); label && binding != Binding::Enabled)
         label->setTextFormat(Qt::PlainText);
     connectEdits();
@@ -113,7 +113,7 @@ void BindingTarget::connectEdits()
     }
     if (m_binding != Binding::Value)
         return;
-    // Toggled, not clicked: assistive tools toggle without a click.
+    // Use toggled, not clicked: assistive tools toggle without a click.
     if (auto *button = qobject_cast<QAbstractButton *>(&m_control))
         connect(button, &QAbstractButton::toggled, this, &BindingTarget::edited);
     if (auto *field = qobject_cast<QLineEdit *>(&m_control))
@@ -148,12 +148,12 @@ void BindingTarget::show(const QVariant &value)
 void BindingTarget::showText(const QString &text)
 {
     if (auto *button = qobject_cast<QAbstractButton *>(&m_control))
-        // An ampersand in a value is one, not a mnemonic.
+        // An ampersand in a value is literal, not a mnemonic.
         button->setText(QString(text).replace(u'&', QStringLiteral("&&")));
     else if (auto *groupBox = qobject_cast<QGroupBox *>(&m_control))
         groupBox->setTitle(QString(text).replace(u'&', QStringLiteral("&&")));
     else if (auto *field = qobject_cast<QLineEdit *>(&m_control); field && field->text() != text)
-        field->setText(text); // only when it differs, for it moves the caret
+        field->setText(text); // only when it differs, because it moves the caret
     else if (auto *label = qobject_cast<QLabel *>(&m_control))
         label->setText(text);
     else if (auto *plainLabel = qobject_cast<Label *>(&m_control))

@@ -3,8 +3,8 @@
 #include <QObject>
 #include <QVariant>
 
-/// One aspect of a control as a binding sees it: shows a value, and says when the person has changed it. A
-/// binding that the control has no aspect for is a fatal fault. Main thread only.
+/// One aspect of a control that is bound: shows a value and signals edits by the person. A binding that the
+/// control does not support is a fatal fault. Main thread only.
 class BindingTarget final : public QObject
 {
     Q_OBJECT
@@ -13,12 +13,12 @@ public:
     BindingTarget(QWidget &control, Binding binding);
 
     void show(const QVariant &value);
-    /// What the control shows now; invalid for a pop-up without a selection and for what no one can edit.
+    /// The shown value; invalid for a pop-up without a selection and for a control that cannot be edited.
     QVariant shownValue() const;
 
-    /// A value as a yes or a no; nothing is a no.
+    /// The value as a boolean; an invalid value is false.
     static bool toBoolean(const QVariant &value);
-    /// Whether two values mean the same. Settings are texts as often as numbers, so a number equals its text.
+    /// Whether two values are equal. Settings may be texts or numbers, so a number equals its text.
     static bool isSameValue(const QVariant &a, const QVariant &b);
 
 Q_SIGNALS:
@@ -29,6 +29,6 @@ private:
     void showText(const QString &text);
     void selectItem(const QVariant &value);
 
-    QWidget &m_control; // its binding, which owns us, is its child
+    QWidget &m_control; // its binding, which owns this object, is its child
     Binding m_binding;
 };

@@ -33,7 +33,7 @@ ControlBinding::ControlBinding(QWidget &control, Binding binding, std::unique_pt
 
 ControlBinding::~ControlBinding() = default;
 
-/// A pop-up may be filled after it was bound, and a pop-up selects its first item by itself.
+/// A pop-up may be filled after it was bound, and selects its first item by itself.
 void ControlBinding::followItems(QWidget &control)
 {
     const QAbstractItemModel *model = qobject_cast<QComboBox *>(&control)->model();
@@ -67,7 +67,7 @@ void ControlBinding::takeEdit()
     if (known && known->allowsReverseTransformation())
         value = known->reverseTransformedValue(value);
     const QPointer<ControlBinding> self(this);
-    // What cannot be turned back is not stored, and the control shows what holds.
+    // A value that cannot be transformed back is not stored, and the control shows the stored one again.
     const bool canStore = value.isValid() && (!known || known->allowsReverseTransformation());
     if (canStore && (isChoice() || !BindingTarget::isSameValue(value, m_source->value())))
         m_source->setValue(value);

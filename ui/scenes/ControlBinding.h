@@ -6,13 +6,13 @@
 
 class ValueTransformer;
 
-/// One binding under way: a child of its control, gone with it or with its source. Main thread only.
+/// One binding: a child of its control, destroyed with it or with its source. Main thread only.
 class ControlBinding final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts a binding; it takes the place of an earlier one of the same kind on the control.
+    /// Starts a binding and replaces an earlier one of the same kind on the control.
     static void make(QWidget &control, Binding binding, std::unique_ptr<BindingSource> source,
                      const BindingOptions &options);
     ~ControlBinding() override;
@@ -24,8 +24,8 @@ private:
     void showValue();
     void takeEdit();
     void end();
-    /// Whether a person chooses one of several items, which is stored also when it is the one that shows: a
-    /// default becomes a setting then. A field whose edit ends unchanged stores nothing.
+    /// Whether the control offers a choice of items. A chosen item is stored even if it was shown already,
+    /// which turns a default into a setting. A field whose edit ends unchanged stores nothing.
     bool isChoice() const;
     void followItems(QWidget &control);
     std::shared_ptr<const ValueTransformer> transformer() const;
@@ -34,6 +34,6 @@ private:
     BindingOptions m_options;
     std::unique_ptr<BindingSource> m_source;
     BindingTarget m_target;
-    bool m_showing = false; // what changes meanwhile is no edit
-    bool m_ended = false;   // and waits to be deleted
+    bool m_showing = false; // changes during this are not edits
+    bool m_ended = false;   // waits for its deletion
 };

@@ -37,7 +37,7 @@ QString describe(const QObject &object)
         .arg(QString::fromUtf8(object.metaObject()->className()), object.objectName());
 }
 
-/// The method that answers a selector: "download:" is download(QObject*), "download" is download().
+/// The method for a selector: "download:" is download(QObject*), "download" is download().
 QMetaMethod methodFor(const QString &selector, const QObject &controller, const QObject &sender)
 {
     QString signature = selector;
@@ -62,7 +62,7 @@ auto invoker(const QMetaMethod &method, QObject &controller, QObject &sender)
     };
 }
 
-/// Whether Escape has closed what popped up: the list of a pop-up goes before its window answers.
+/// Whether Escape closed an open pop-up, which comes before closing its window.
 bool hasClosedPopUp(const QAction &action)
 {
     QWidget *popUp = QApplication::activePopupWidget();
@@ -132,7 +132,7 @@ qlonglong tagFrom(const QString &text, const QComboBox &comboBox)
     return tag;
 }
 
-/// A scene cannot give a pop-up's items what they stand for: it holds texts, in their order.
+/// Sets the item data of a pop-up, because a scene can hold only the item texts.
 void representByItems(QComboBox &comboBox)
 {
     const QStringList tags = comboBox.property("itemTags").toStringList();

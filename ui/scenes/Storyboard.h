@@ -6,7 +6,7 @@
 
 class TableCellView;
 
-/// A set of scenes: identifiers, and the factories that make a controller (or a table cell) with its scene.
+/// A set of scenes: identifiers and the factories that make a controller or a table cell with its scene.
 /// Rooms register their scenes when the program starts; an unknown identifier and a controller of the wrong
 /// class are fatal faults. Main thread only.
 class Storyboard final
@@ -15,7 +15,7 @@ public:
     using ControllerFactory = std::function<std::shared_ptr<ViewController>()>;
     using CellFactory = std::function<std::unique_ptr<TableCellView>()>;
 
-    /// The storyboard of that name; a fatal fault when nobody registered a scene for it.
+    /// The storyboard of that name; a fatal fault when no scene is registered for it.
     static Storyboard named(const QString &name);
     static void registerController(const QString &storyboard, const QString &identifier,
                                    const ControllerFactory &factory);
@@ -33,7 +33,7 @@ public:
             fatalFault(QStringLiteral("The controller \"%1\" is of the wrong class").arg(identifier));
         return controller;
     }
-    /// A new cell for a table, or nothing when the storyboard has none of that name.
+    /// A new cell for a table, or null when the storyboard has none of that name.
     std::unique_ptr<TableCellView> makeCell(const QString &identifier) const;
 
 private:

@@ -3,7 +3,7 @@
 
 #include <QAbstractListModel>
 
-/// The number of rows as of the last reload, and what assistive tools read for each.
+/// The number of rows as of the last reload, and the accessible text of each.
 class TableView::Model final : public QAbstractListModel
 {
 public:

@@ -5,8 +5,7 @@
 
 namespace
 {
-// A selected row stays quiet, so that its texts keep their colours. A dark background swallows more of the
-// tint.
+// A faint tint keeps the colours of the texts readable. A dark background needs a stronger one.
 constexpr qreal LightTint = 0.135;
 constexpr qreal DarkTint = 0.185;
 constexpr qreal LineStrength = 0.07;
@@ -42,6 +41,6 @@ void TableView::Painter::paint(QPainter *painter, const QStyleOptionViewItem &op
 
 QSize TableView::Painter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
-    // The list makes its rows as wide as itself.
+    // The view makes its rows as wide as itself.
     return {1, m_rowHeight};
 }

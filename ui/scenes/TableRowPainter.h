@@ -3,7 +3,7 @@
 
 #include <QStyledItemDelegate>
 
-/// Draws the rows: the delegate's filled cell over the tint of a selected row, and a fine line below.
+/// Draws a row: the tint when it is selected, the cell filled by the delegate, and a fine line below.
 class TableView::Painter final : public QStyledItemDelegate
 {
 public:

@@ -36,7 +36,7 @@ public:
     QMargins contentInsets;
     QWidget *aboveScrollBar; // spacers that keep the scroll bar
     QWidget *belowScrollBar; // between the insets
-    bool keepsQuiet = false; // while a reload takes the selection along
+    bool keepsQuiet = false; // while a reload restores the selection
 };
 
 TableView::TableView(QWidget *parent) : QListView(parent), d(std::make_unique<Private>(this))
@@ -101,7 +101,7 @@ TableCellView *TableView::makeView(const QString &identifier)
     auto made = Storyboard::named(d->cellStoryboard).makeCell(identifier);
     if (!made)
         return nullptr;
-    // A child for its palette and font, but never one that is shown.
+    // A child for its palette and font, but never shown.
     TableCellView *cell = made.release();
     cell->setParent(this);
     cell->hide();
@@ -178,7 +178,7 @@ void TableView::keyPressEvent(QKeyEvent *event)
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isReturn)
         return QListView::keyPressEvent(event);
-    // Alt and Shift choose among the ways to do it; a key that is held down does it once.
+    // Alt and Shift are passed on; a held key triggers once.
     const bool meant = !(event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
     if (!meant || numberOfSelectedRows() == 0)
         return event->ignore();

@@ -4,7 +4,7 @@
 
 class TableCellView;
 
-/// What a table shows: asked on every reload.
+/// Provides the rows of a table; asked on every reload.
 class TableViewDataSource
 {
 public:
@@ -12,21 +12,21 @@ public:
     virtual int numberOfRowsInTableView() = 0;
 };
 
-/// How a table shows a row, and who hears of the selection.
+/// Fills the cells of a table and observes its selection.
 class TableViewDelegate
 {
 public:
     virtual ~TableViewDelegate() = default;
-    /// The filled cell for a row, or nothing for an empty row. The table draws it at once.
+    /// The filled cell for a row, or null for an empty row. The table draws it at once.
     virtual TableCellView *tableViewViewForRow(int row) = 0;
-    /// What assistive tools read for a row.
+    /// The accessible text of a row.
     virtual QString tableViewAccessibleTextForRow(int row) = 0;
     virtual void tableViewSelectionDidChange() = 0;
 };
 
-/// A list of rows of one height whose cells are drawn from a scene: one cell serves every row.
-/// It shows the number of rows as of its last reload; a selection survives a reload by row where the row
-/// still exists, else it is dropped and the delegate hears of it. Main thread only.
+/// A list of rows of equal height; one cell made from a scene draws every row. It shows the number of rows as
+/// of its last reload. The selected row stays selected after a reload if it still exists; otherwise the
+/// selection is cleared and the delegate is notified. Main thread only.
 class TableView : public QListView
 {
     Q_OBJECT
@@ -45,26 +45,26 @@ public:
     QString cellStoryboard() const;
     void setCellStoryboard(const QString &storyboard);
 
-    /// The reusable cell made from the storyboard's scene of that identifier, or nothing when there is none.
+    /// The reusable cell made from the scene of that identifier, or null when there is none.
     TableCellView *makeView(const QString &identifier);
 
     int numberOfRows() const;
-    /// The first selected row, -1 without one.
+    /// The first selected row, or -1.
     int selectedRow() const;
     int numberOfSelectedRows() const;
-    /// Nothing happens when there is no such row.
+    /// Does nothing when there is no such row.
     void selectRow(int row);
     void deselectAll();
     void reloadData();
     void scrollRowToVisible(int row);
 
-    /// The space kept free around the rows, as the panel and the title bar lie over the table.
+    /// The space around the rows that the panel and the title bar cover.
     QMargins contentInsets() const;
     void setContentInsets(const QMargins &insets);
 
 Q_SIGNALS:
-    /// A double click on a row, or Return with a row selected, also with Alt and Shift held: whoever answers
-    /// reads the keyboard's state.
+    /// A row was double-clicked, or Return pressed with a row selected, also with Alt and Shift held; the
+    /// receiver reads the modifiers.
     void doubleActionTriggered();
 
 protected:

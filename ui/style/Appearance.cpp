@@ -14,7 +14,7 @@ Appearance &Appearance::shared()
 
 void Appearance::install()
 {
-    // Before our own palette replaces what the platform's theme says.
+    // Read before our palette replaces that of the platform's theme.
     m_platformScheme = ChromeColors::isDark(QApplication::palette()) ? Scheme::Dark : Scheme::Light;
     QApplication::setStyle(new ChromeStyle);
     m_portal = new SettingsPortal(qApp);

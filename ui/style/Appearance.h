@@ -19,8 +19,8 @@ public:
     };
 
     static Appearance &shared();
-    /// Installs style and palette and starts to listen. Once, after the application object exists. Waits for
-    /// nothing: the portal's answer is taken in when it comes.
+    /// Installs style and palette and starts to listen. Call once, after the application object was created.
+    /// Does not block; the portal's answer is applied when it arrives.
     void install();
 
     Scheme scheme() const { return m_scheme; }
@@ -36,7 +36,7 @@ private:
     void followPortal();
     void applyPalette();
 
-    QPointer<SettingsPortal> m_portal; // the application's child: it goes while the bus is still there
+    QPointer<SettingsPortal> m_portal; // a child of the application, destroyed while the bus still exists
     Scheme m_platformScheme = Scheme::Light;
     Scheme m_scheme = Scheme::Light;
     QColor m_accent{0x2f, 0x6f, 0xde};

@@ -2,8 +2,7 @@
 #include <QBasicTimer>
 #include <QWidget>
 
-/// A wheel that turns while it is visible and says that something is under way. Stands still, at no cost,
-/// while it is hidden and on a desktop that asks for little motion.
+/// A wheel that turns while it is visible. It stops while it is hidden and with reduced motion.
 class BusyIndicator : public QWidget
 {
     Q_OBJECT

@@ -106,7 +106,7 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option, Role ro
     fillRounded(painter, rect, radius, lookOf(option, role).fill);
     if (!showsFocus(option))
         return;
-    // A ring of the accent's own colour would not be seen on it.
+    // A ring in the accent colour would be invisible on an accented button.
     if (isAccented(option, role))
         strokeRounded(painter, rect.adjusted(2, 2, -2, -2), radius - 2, colors.accentText, FocusRingWidth);
     else

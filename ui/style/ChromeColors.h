@@ -2,8 +2,8 @@
 #include <QColor>
 #include <QPalette>
 
-/// The colours of the program's own surfaces, mixed from a palette, so that dark mode, the accent colour and
-/// a desktop's own palette reach everything that draws.
+/// The colours of the program's own surfaces, mixed from a palette, so that they follow dark mode, the accent
+/// colour and the desktop's palette.
 struct ChromeColors
 {
     static ChromeColors of(const QPalette &palette);

@@ -15,7 +15,7 @@ constexpr int PillTextMargin = 9;
 constexpr int PillArrowSpace = 19;
 constexpr qreal PillArrowWidth = 6;
 constexpr qreal CheckRadius = 4;
-// An unchecked indicator is told from its ground by its frame alone.
+// Only its frame sets an unchecked indicator off from the background.
 constexpr qreal IndicatorFrame = 0.45;
 
 bool isEnabled(const QStyleOption &option)

@@ -9,7 +9,7 @@
 
 namespace
 {
-/// What a sign is drawn with: on a field of 16 × 16 units, whatever its size in points.
+/// The brushes of an icon, in a coordinate system of 16 × 16 units.
 struct Brushes
 {
     ChromeColors colors;

@@ -17,7 +17,7 @@ class QStyleOptionToolButton;
 class QSize;
 class QWidget;
 
-/// The drawing behind ChromeStyle, one function a control. Rectangles and sizes in points.
+/// The drawing functions of ChromeStyle, one per control. Rectangles and sizes in points.
 namespace ChromePainting
 {
 enum class Role
@@ -37,7 +37,7 @@ void strokeRounded(QPainter &painter, const QRectF &rect, qreal radius, const QC
 void fillRounded(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color);
 /// A small filled triangle around `center` that points down.
 void drawDownArrow(QPainter &painter, const QPointF &center, qreal width, const QColor &color);
-/// Whether a control shows that it has the focus: only to who uses the keyboard.
+/// Whether a control shows its focus: only when the keyboard is used.
 bool showsFocus(const QStyleOption &option);
 
 constexpr int FieldRadius = 8;

@@ -71,7 +71,7 @@ void ChromeStyle::polish(QWidget *widget)
     else if (qobject_cast<QMenu *>(widget))
         widget->setAttribute(Qt::WA_TranslucentBackground, WindowSystem::shared().isComposited());
     if (auto *combo = qobject_cast<QComboBox *>(widget)) {
-        // Now and not when the list is shown, for its height is worked out before.
+        // Set it now, because the list's height is computed before the list is shown.
         if (combo->itemDelegate()->inherits("QComboBoxDelegate"))
             combo->setItemDelegate(new ComboItemDelegate(combo));
     }

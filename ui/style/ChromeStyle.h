@@ -1,10 +1,10 @@
 #pragma once
 #include <QProxyStyle>
 
-/// How the program's controls look: rounded, flat, drawn from the palette alone, so that light, dark, accent
-/// colour and any scale factor come by themselves. What it does not draw is Fusion's.
+/// The style of the program's controls: rounded and flat, drawn from the palette alone, so that it follows
+/// light, dark, accent colour and scale factor. Everything else is drawn by Fusion.
 ///
-/// A control's dynamic property `role` picks another look: "accent" (push button filled with the accent
+/// A control's dynamic property `role` selects another look: "accent" (push button filled with the accent
 /// colour), "tab" (push button that is flat until checked), "pill" (small round combo box or button for the
 /// title bar), "menu" (tool button with the menu sign) and "box" (frame filled a little darker than the
 /// window).

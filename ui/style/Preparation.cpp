@@ -17,7 +17,7 @@ void readFonts()
 #endif
 }
 
-/// Names that were asked for once are remembered, and what sorting reads stays read.
+/// Fills the cache of language names and loads the collation data.
 void readLanguageNames()
 {
     const Locale locale = Locale::current();

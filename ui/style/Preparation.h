@@ -1,9 +1,8 @@
 #pragma once
 #include <thread>
 
-/// Reads what the first window needs and the toolkit would ask for only then: the configuration of fonts and
-/// the names of languages. Does so on a thread of its own, while the toolkit connects to the display and
-/// mostly waits. Nothing depends on it but time.
+/// Loads the font configuration and the language names, which the first window needs, on a thread while the
+/// toolkit connects to the display. Only the start-up time depends on it.
 class Preparation final
 {
 public:
@@ -12,7 +11,8 @@ public:
     Preparation(const Preparation &) = delete;
     Preparation &operator=(const Preparation &) = delete;
 
-    /// Waits for its end. Before the first text is measured: both would read everything otherwise.
+    /// Waits for the end of the thread. Call before the first text is measured, or both threads would load
+    /// the same data.
     void finish();
 
 private:

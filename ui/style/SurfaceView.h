@@ -1,14 +1,14 @@
 #pragma once
 #include <QWidget>
 
-/// A part of a window on a ground of its own, with a line towards the part that it adjoins.
+/// A part of a window with its own background and a line towards the adjoining part.
 class SurfaceView : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(Surface surface READ surface WRITE setSurface)
 
 public:
-    /// A header lies above the rest and is lined at its bottom, a panel lies below and is lined at its top.
+    /// A header has its line at the bottom, a panel at the top.
     enum class Surface
     {
         Header,

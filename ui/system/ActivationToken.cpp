@@ -19,7 +19,7 @@ QString &tokenInHand()
     return token;
 }
 
-/// When the person acted, as an X server's time at the end of a startup id: "…_TIME12345".
+/// The X server time at the end of a startup id: "…_TIME12345".
 quint32 serverTime(const QString &startupId)
 {
     const qsizetype mark = startupId.lastIndexOf(u"_TIME"_s);
@@ -48,12 +48,12 @@ void activateWithToken(QWidget &window)
     const QString token = takeActivationToken();
     if (token.isEmpty())
         return window.activateWindow();
-    // The toolkit's way to be told of a token on Wayland: it takes the variable away again.
+    // On Wayland the toolkit reads the token from this variable and removes the variable.
     if (QGuiApplication::platformName().startsWith(u"wayland"_s))
         qputenv(WaylandVariable, token.toUtf8());
     window.activateWindow();
     if (const quint32 time = serverTime(token); time != 0 && window.windowHandle())
         WindowSystem::shared().activate(window.windowHandle(), time);
-    // The toolkit does this for a process's own first window alone.
+    // The toolkit does this only for the first window of a process.
     WindowSystem::shared().endStartup(token);
 }

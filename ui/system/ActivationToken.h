@@ -3,14 +3,13 @@
 
 class QWidget;
 
-/// The right to come to the front that the program whom the person used last has passed on: an activation
-/// token of Wayland or a startup id of X11. It is good for one window. Main thread only.
+/// Stores an activation token (Wayland) or startup id (X11), by which another program passes on the right to
+/// come to the front. It is good for one window. Main thread only.
 void setActivationToken(const QString &token);
-/// The token, which is used up with this; empty when there is none.
+/// Returns the token and clears it; empty when there is none.
 QString takeActivationToken();
-/// The token that this process was started with; to be asked before the application object exists, which uses
-/// it up.
+/// The token that this process was started with. Call before the application object is created, which
+/// consumes it.
 QString activationTokenOfStart();
-/// Asks the window system to make the window the active one, with the token if there is one, and ends the
-/// sign of a start under way that the token stands for.
+/// Activates the window, with the token if there is one, and ends the startup notification of that token.
 void activateWithToken(QWidget &window);

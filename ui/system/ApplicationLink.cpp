@@ -36,7 +36,7 @@ ApplicationLink::ApplicationLink(const QString &identifier, QObject *parent)
     new ApplicationObject(*this); // owned by this object, as its parent
 }
 
-/// Gives up the name at once: the process may have other things to end, and a later start then needs it.
+/// Releases the name at once: this process may take a while to end, and a later start needs the name.
 ApplicationLink::~ApplicationLink()
 {
     if (!m_ownsName)
@@ -52,14 +52,14 @@ ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const Q
     if (!hasSessionBus())
         return Outcome::Alone;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // The object comes before the name: a call that was waiting for the name finds it.
+    // Register the object before the name, so that calls waiting for the name find it.
     if (!bus.isConnected() || !bus.registerObject(m_path, this, QDBusConnection::ExportAdaptors))
         return Outcome::Alone;
     Name name = requestName(bus);
     if (name == Name::Taken) {
         if (handOver(bus, uris, activationToken))
             return Outcome::HandedOver;
-        name = requestName(bus); // its owner may have just gone
+        name = requestName(bus); // the owner of the name may have just ended
     }
     m_ownsName = name == Name::Ours;
     if (m_ownsName)

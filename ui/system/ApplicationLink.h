@@ -6,9 +6,9 @@
 class QDBusConnection;
 class QDBusMessage;
 
-/// Keeps one running instance of the program: the first owns the program's name on the session bus and offers
-/// the interface org.freedesktop.Application there, a later one hands over what it was started with and ends.
-/// Without a session bus every instance runs alone. Main thread only.
+/// Keeps one running instance of the program: the first instance owns the program's name on the session bus
+/// and offers org.freedesktop.Application there; a later one passes its arguments on and ends. Without a
+/// session bus every instance runs alone. Main thread only.
 class ApplicationLink final : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     enum class Outcome
     {
         First,      // later starts and other programs reach this instance from now on
-        HandedOver, // another instance has taken everything; this one ends
+        HandedOver, // another instance took the arguments; this one ends
         Alone       // there is no session bus, or the other instance does not answer
     };
 
@@ -25,16 +25,15 @@ public:
     explicit ApplicationLink(const QString &identifier, QObject *parent = nullptr);
     ~ApplicationLink() override;
 
-    /// How long another instance may take to answer.
+    /// The time limit for an answer of another instance.
     void setTimeout(std::chrono::milliseconds timeout) { m_timeout = timeout; }
 
-    /// Becomes the first instance, or hands the URIs and the desktop's activation token to it. Waits for at
-    /// most one answer of the bus and one of the other instance. As the first one it does nothing with the
-    /// arguments.
+    /// Becomes the first instance, or passes the URIs and the activation token to it. Waits for at most one
+    /// answer of the bus and one of the other instance. The first instance does nothing with the arguments.
     Outcome start(const QStringList &uris, const QString &activationToken);
 
 Q_SIGNALS:
-    // Each after the caller has had its answer; what brings a window forward then uses the caller's token.
+    // Emitted after the caller was answered; a window that comes forward then uses the caller's token.
     void activated();
     void opened(const QStringList &uris);
     void actionActivated(const QString &name);

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The caller's right to bring a window to the front; the older kind where there is no newer one.
+/// The caller's activation token, or its startup id when there is no token.
 QString tokenOf(const QVariantMap &platformData)
 {
     for (const QString &key : {u"activation-token"_s, u"desktop-startup-id"_s}) {

@@ -6,8 +6,8 @@
 
 class ApplicationLink;
 
-/// The running program as others on the session bus see it. Every call is answered at once; what was asked
-/// for is done afterwards, so that nobody waits for an alert to be read.
+/// The running program's object on the session bus. Calls are answered at once and carried out afterwards, so
+/// that no caller waits for an alert.
 class ApplicationObject final : public QDBusAbstractAdaptor
 {
     Q_OBJECT

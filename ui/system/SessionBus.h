@@ -1,5 +1,4 @@
 #pragma once
 
-/// Whether the system says that there is a session bus. Connecting without one would start a bus of our own,
-/// or wait for one.
+/// Whether there is a session bus. Connecting without one would start a private bus or block.
 bool hasSessionBus();

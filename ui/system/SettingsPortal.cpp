@@ -21,7 +21,7 @@ const auto PortalInterface = u"org.freedesktop.portal.Settings"_s;
 const auto AppearanceNamespace = u"org.freedesktop.appearance"_s;
 const auto InterfaceNamespace = u"org.gnome.desktop.interface"_s;
 
-/// The value inside however many variants: the portal's older read call wraps it twice.
+/// Unwraps nested variants: the portal's older read call wraps its value twice.
 QVariant unwrapped(QVariant value)
 {
     while (value.metaType() == QMetaType::fromType<QDBusVariant>())
@@ -34,7 +34,7 @@ std::optional<uint> unsignedNumber(const QVariant &value)
     return value.typeId() == QMetaType::UInt ? std::optional(value.toUInt()) : std::nullopt;
 }
 
-/// Red, green and blue from 0 to 1; a part out of that range is the portal's way to say "none".
+/// Red, green and blue from 0 to 1. The portal says "none" by a component outside that range.
 std::optional<QColor> color(const QVariant &value)
 {
     if (value.metaType() != QMetaType::fromType<QDBusArgument>())
@@ -64,9 +64,9 @@ void SettingsPortal::start()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    // The slot's parameters are looked up by name, and nobody may have used this type yet.
+    // The slot's parameter types are looked up by name and must be registered.
     qRegisterMetaType<QDBusVariant>();
-    // Without the service's name: naming it would ask the bus, and wait, for who owns it.
+    // Without the service's name, because looking up its owner would block.
     bus.connect({}, PortalPath, PortalInterface, u"SettingChanged"_s, this,
                 SLOT(takeChange(QString, QString, QDBusVariant)));
     QDBusMessage question =

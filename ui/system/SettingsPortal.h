@@ -7,9 +7,8 @@
 class QDBusMessage;
 class QDBusPendingCallWatcher;
 
-/// Reads the desktop's look from the settings portal on the session bus and follows it. Never waits: what the
-/// portal says arrives through `changed`, what it says in another shape than agreed is passed over. Main
-/// thread only.
+/// Reads the desktop's look from the settings portal on the session bus and follows it. Does not block:
+/// values arrive through `changed`; malformed values are ignored. Main thread only.
 class SettingsPortal final : public QObject
 {
     Q_OBJECT
@@ -24,11 +23,11 @@ public:
 
     explicit SettingsPortal(QObject *parent);
 
-    /// Subscribes and asks for everything. Does nothing on a system without a session bus.
+    /// Subscribes and requests all values. Does nothing without a session bus.
     void start();
 
     ColorScheme colorScheme() const { return m_colorScheme; }
-    /// Nothing when the desktop has no accent colour.
+    /// None when the desktop has no accent colour.
     std::optional<QColor> accentColor() const { return m_accentColor; }
     bool prefersReducedMotion() const { return m_reducedMotion || !m_animationsEnabled; }
 

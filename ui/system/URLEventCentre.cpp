@@ -4,7 +4,7 @@
 
 namespace
 {
-constexpr qsizetype MostWaiting = 16; // the latest ones; nobody reads a request older than that
+constexpr qsizetype MostWaiting = 16; // the latest ones; older requests are dropped
 } // namespace
 
 URLEventCentre &URLEventCentre::shared()
@@ -26,7 +26,7 @@ void URLEventCentre::setEventHandler(Handler handler)
 void URLEventCentre::send(const GetURLEvent &event)
 {
     if (m_handler) {
-        // A copy, because the handler may be replaced while it runs.
+        // Copied, because the handler may be replaced while it runs.
         const Handler handler = m_handler;
         return handler(event);
     }

@@ -4,14 +4,14 @@
 #include <functional>
 #include <optional>
 
-/// The desktop's wish that the program opens a URL.
+/// A request of the desktop to open a URL.
 struct GetURLEvent
 {
     std::optional<QString> directParameter; // the URL's text, as it was sent
 };
 
-/// Brings get-URL events to the one handler of the program, at once and in their order. What arrives before
-/// there is a handler waits for it, so that the URL that started the program is not lost. Main thread only.
+/// Delivers get-URL events to the program's handler, at once and in order. Events that arrive before there is
+/// a handler are kept for it, so that the URL that started the program is not lost. Main thread only.
 class URLEventCentre final
 {
 public:
@@ -19,7 +19,7 @@ public:
 
     static URLEventCentre &shared();
 
-    /// Makes `handler` the one that is called, first with the events that wait. Empty: none from now on.
+    /// Sets the handler and passes it the kept events. An empty handler removes the present one.
     void setEventHandler(Handler handler);
     void send(const GetURLEvent &event);
 

@@ -5,22 +5,21 @@
 #include <QSize>
 #include <Qt>
 
-/// What a window's frame looks like and where it is grabbed, as plain functions of its situation. All in
-/// points.
+/// The look and grab areas of a window's frame as plain functions of its situation. All in points.
 namespace WindowFrame
 {
 constexpr int CornerRadius = 12;
 constexpr int ShadowMargin = 28;
-/// How far outside the frame it can be grabbed, and how far inside where there is no margin around it.
+/// The width of the grab area outside the frame, and inside when there is no margin around it.
 constexpr int OuterGrabZone = 8;
 constexpr int InnerGrabZone = 5;
-/// How far from a corner an edge still resizes both ways.
+/// The length from a corner along which an edge resizes both ways.
 constexpr int CornerGrabLength = 16;
 
 struct Situation
 {
-    bool composited = false;    // what the window leaves transparent shows what is behind it
-    bool placedByFrame = false; // the window system can be told of the margin around the frame
+    bool composited = false;    // transparent parts of the window show what is behind it
+    bool placedByFrame = false; // the window system knows the margin around the frame
     bool maximized = false;
     bool fullScreen = false;
     bool tiled = false;
@@ -32,7 +31,7 @@ struct Look
 {
     bool rounded = false;
     int margin = 0;
-    /// Without a shadow a line inside the frame sets the window off from what is behind it.
+    /// Without a shadow, a line inside the frame sets the window off from its background.
     bool hairline = false;
 
     bool operator==(const Look &) const = default;
@@ -40,17 +39,17 @@ struct Look
 
 Look lookFor(const Situation &situation);
 
-/// A window's parts in its own points, as the window system is told of them.
+/// A window's parts in its own coordinates, as published to the window system.
 struct Published
 {
     QSize window;
     QRect frame;
-    QRect grab; // where it takes the mouse; clicks around it go to what is behind
+    QRect grab; // the input area; clicks outside go to the windows behind
     int cornerRadius = 0;
 };
 Published publishedFor(const QSize &windowSize, const Look &look);
 
-/// The edges a press at `point` of a window of that size drags, none when it is no place to resize.
+/// The edges that a press at `point` of a window of that size drags; none elsewhere.
 Qt::Edges edgesAt(const QPoint &point, const QSize &windowSize, int margin);
 /// Every place where `edgesAt` names an edge.
 QRegion grabZone(const QSize &windowSize, int margin);

@@ -16,7 +16,8 @@
 
 namespace
 {
-// Bits of _GTK_EDGE_CONSTRAINTS: top, right, bottom, left tiled; the others say what may be resized.
+// Bits of _GTK_EDGE_CONSTRAINTS: top, right, bottom, left are tiled; the others say which edges can be
+// resized.
 constexpr quint32 TiledEdges = 0x1 | 0x4 | 0x10 | 0x40;
 constexpr quint32 MaxAtomsRead = 1024;
 
@@ -127,7 +128,7 @@ void X11Hints::watchCompositor()
     const xcb_query_extension_reply_t *fixes = xcb_get_extension_data(m_connection, &xcb_xfixes_id);
     if (fixes && fixes->present) {
         m_firstFixesEvent = fixes->first_event;
-        // The extension answers nothing before the client has named its version.
+        // The extension requires that the client first sends its version.
         owned(xcb_xfixes_query_version_reply(m_connection, xcb_xfixes_query_version(m_connection, 4, 0),
                                              nullptr));
         xcb_xfixes_select_selection_input(m_connection, m_root, m_atoms.compositorSelection,
@@ -197,7 +198,7 @@ void X11Hints::publishFrame(QWindow *window, const WindowFrame::Published &frame
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id, m_atoms.opaqueRegion, XCB_ATOM_CARDINAL, 32,
                         static_cast<quint32>(opaque.size()), opaque.data());
 
-    // The rest of the margin lets clicks through to what is behind it.
+    // Clicks in the rest of the margin go to the windows behind.
     if (m_firstFixesEvent >= 0) {
         const xcb_rectangle_t input = rectangle(inDevicePixels(frame.grab, ratio));
         const quint32 region = xcb_generate_id(m_connection);
@@ -219,7 +220,7 @@ bool X11Hints::showWindowMenu(QWindow *window, const QPoint &globalPosition)
     const auto root = owned(xcb_translate_coordinates_reply(m_connection, cookie, nullptr));
     if (!root)
         return false;
-    // The press that asked for the menu holds the pointer, which the window manager now needs.
+    // The press that asked for the menu grabbed the pointer, which the window manager needs.
     xcb_ungrab_pointer(m_connection, XCB_CURRENT_TIME);
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
@@ -252,8 +253,8 @@ void X11Hints::endStartup(const QByteArray &startupId)
     broadcast("remove: ID=\"" + quoted + '"');
 }
 
-/// A text to all that listen: pieces of 20 bytes, the last of them ended by a zero, known as one text by the
-/// window that they name.
+/// Broadcasts a text in messages of 20 bytes, the last ended by a zero; the window in each message identifies
+/// the text.
 void X11Hints::broadcast(const QByteArray &text)
 {
     const quint32 sender = xcb_generate_id(m_connection);

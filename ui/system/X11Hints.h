@@ -10,12 +10,11 @@ class QWindow;
 struct xcb_client_message_event_t;
 struct xcb_connection_t;
 
-/// The agreements between X clients, window managers and compositors that Qt does not speak. Main thread
-/// only.
+/// X11 protocols of window managers and compositors that Qt does not implement. Main thread only.
 class X11Hints final : public QAbstractNativeEventFilter
 {
 public:
-    /// Nothing when the application does not run on X11.
+    /// Null when the application does not run on X11.
     static std::unique_ptr<X11Hints> ofApplication();
     ~X11Hints() override;
 
@@ -24,7 +23,7 @@ public:
     void publishFrame(QWindow *window, const WindowFrame::Published &frame);
     bool showWindowMenu(QWindow *window, const QPoint &globalPosition);
     void activate(QWindow *window, quint32 time);
-    /// Says to all that show a start under way, as a turning pointer does, that it has come to its end.
+    /// Broadcasts that a startup notification has ended, so that launchers stop showing it.
     void endStartup(const QByteArray &startupId);
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
@@ -49,6 +48,6 @@ private:
     xcb_connection_t *m_connection;
     quint32 m_root = 0;
     Atoms m_atoms{};
-    int m_firstFixesEvent = -1; // without the XFixes extension a compositor is not followed
+    int m_firstFixesEvent = -1; // without the XFixes extension compositor changes are not followed
     bool m_compositor = false;
 };

@@ -24,8 +24,8 @@ void Animator::setHidden(QWidget &view, bool hidden)
         return;
     if (prefersReducedMotion() || !isOnScreen(view))
         return view.setHidden(hidden);
-    // The view itself changes at once, so that its state is the new one for everybody and a view that fades
-    // out takes no more clicks; what fades is a picture of how it looked before.
+    // The view changes at once, so that its state is final and a view that fades out takes no more clicks; a
+    // snapshot of the old look fades.
     const FadingSnapshot::Look before = FadingSnapshot::lookAround(view);
     view.setHidden(hidden);
     if (QLayout *layout = view.parentWidget()->layout())

@@ -8,9 +8,8 @@ class ImageView;
 class LayoutConstraint;
 class QWidget;
 
-/// Animated changes of views. With the desktop's reduced-motion setting they are at once, completions
-/// included. The state a caller reads back (isHidden, constant, image) is the new one from the start. Main
-/// thread only.
+/// Animated changes of views. With reduced motion they take effect at once, completions included. The state
+/// that a caller reads back (isHidden, constant, image) is final from the start. Main thread only.
 class Animator final
 {
 public:
@@ -20,13 +19,13 @@ public:
     static void setHidden(QWidget &view, bool hidden);
     /// Fades an image view to another image (or none).
     static void setImage(ImageView &view, const std::optional<Image> &image);
-    /// Moves a constraint; a movement under way goes on from where it is. `completion` runs once when the
-    /// movement has ended, also when a later one took over.
+    /// Moves a constraint from where it is shown, also during another movement. `completion` runs once when
+    /// the movement ends or is replaced.
     static void setConstant(LayoutConstraint &constraint, double constant,
                             std::chrono::milliseconds duration = DefaultDuration,
                             std::function<void()> completion = {});
 
-    /// For tests: whether animations end at once whatever the desktop says; nothing follows the desktop.
+    /// For tests: overrides the desktop's reduced-motion setting.
     static void setReducedMotion(std::optional<bool> reduced);
     static bool prefersReducedMotion();
 };

@@ -1,8 +1,8 @@
 #pragma once
 #include "ImageView.h"
 
-/// Shows its image scaled to fill its whole frame, cropping what overflows, by handing it to a new layer each
-/// time. The image is kept nowhere else: it cannot be read back. Placed by scenes. Main thread only.
+/// Shows its image scaled to fill its frame, cropping the overflow, by setting a new layer for each image.
+/// The image cannot be read back. Placed by scenes. Main thread only.
 class AspectFillImageView final : public ImageView
 {
     Q_OBJECT
@@ -10,7 +10,7 @@ class AspectFillImageView final : public ImageView
 public:
     using ImageView::ImageView;
 
-    /// Always nothing.
+    /// Always none.
     std::optional<Image> image() const override;
     void setImage(const std::optional<Image> &image) override;
 };

@@ -6,8 +6,8 @@
 
 class QPainter;
 
-/// A path of lines and cubic curves, its elements exactly as added (a segment of no length stays one), y
-/// upwards. Plain value.
+/// A path of lines and cubic curves, its elements exactly as added (also segments of zero length), y upwards.
+/// Plain value.
 class BezierPath final
 {
 public:
@@ -21,7 +21,7 @@ public:
             Close
         };
         Kind kind;
-        QPointF point;         // where it ends
+        QPointF point;         // the end point
         QPointF controlPoint1; // of a curve
         QPointF controlPoint2;
         bool operator==(const Element &) const = default;
@@ -38,7 +38,7 @@ public:
     qreal lineWidth() const { return m_lineWidth; }
     void setLineWidth(qreal points) { m_lineWidth = points; }
 
-    /// For drawing in a view of that height whose y grows downwards.
+    /// The path for drawing in a view of that height whose y grows downwards.
     QPainterPath painterPath(qreal viewHeight) const;
     /// Strokes the path with the painter's pen colour and this line width, in a view of that height.
     void stroke(QPainter &painter, qreal viewHeight) const;

@@ -22,7 +22,7 @@ void ConstraintMovement::start(LayoutConstraint &constraint, qreal constant,
     constraint.setTarget(constant);
     if (alive && constraint.m_movement == movement)
         movement->QVariantAnimation::start();
-    // Last, because the completion may do anything.
+    // Last, because the completion may destroy this object.
     if (replaced)
         replaced->end();
 }

@@ -5,16 +5,16 @@
 
 class LayoutConstraint;
 
-/// One animated change of a constraint, its child: gone with it, and then without a completion. Main thread
-/// only.
+/// One animated change of a constraint, its child: destroyed with it, and then without calling the
+/// completion. Main thread only.
 class ConstraintMovement final : public QVariantAnimation
 {
 public:
-    /// Starts to move `constraint` from where it is shown, in the place of a movement under way.
+    /// Starts to move `constraint` from where it is shown and replaces a running movement.
     static void start(LayoutConstraint &constraint, qreal constant, std::chrono::milliseconds duration,
                       std::function<void()> completion);
 
-    /// Ends where it is and runs the completion. The movement is gone afterwards.
+    /// Stops at the present value and runs the completion, then deletes the movement.
     void end();
 
 protected:

@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-/// A set of a rectangle's corners. Top and bottom are meant with y upwards. Plain value.
+/// A set of a rectangle's corners, with y upwards. Plain value.
 class Corners final
 {
 public:

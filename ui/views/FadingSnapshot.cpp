@@ -16,7 +16,7 @@ QRect placeInWindow(const QWidget &view)
 
 FadingSnapshot::Look FadingSnapshot::lookAround(const QWidget &view)
 {
-    // A layout may give a view that comes back another place among its siblings.
+    // The layout may give a view that reappears another place among its siblings.
     const QWidget &moving = view.parentWidget()->layout() ? *view.parentWidget() : view;
     const QRect area = placeInWindow(moving).intersected(view.window()->rect());
     return {area, view.window()->grab(area)};

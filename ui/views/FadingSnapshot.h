@@ -5,23 +5,23 @@
 
 class QVariantAnimation;
 
-/// What a place of a window looked like, fading away over what is there now. It takes no input, no focus and
-/// no part in any layout, and goes by itself, or with the view it was taken for. Main thread only.
+/// A snapshot of a part of a window that fades out over the present content. It takes no input, no focus and
+/// no part in any layout, and deletes itself after the fade or with its view. Main thread only.
 class FadingSnapshot final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// What an area of a window looks like.
+    /// A picture of an area of a window.
     struct Look
     {
         QRect area; // in the window
         QPixmap pixmap;
     };
 
-    /// The look of wherever `view` may be after it was shown or hidden, before that happens.
+    /// The look of the area that `view` may occupy after it is shown or hidden. Call before that.
     static Look lookAround(const QWidget &view);
-    /// Fades that look away where `view` is now, in the place of an earlier fade of the same view.
+    /// Fades out `before` over the present place of `view` and replaces an earlier fade of that view.
     static void fade(QWidget &view, const Look &before);
 
 protected:

@@ -5,6 +5,6 @@
 
 class QPainter;
 
-/// Draws the bundle's picture of that name into `rect` in one colour: the picture's shape, whatever its own
-/// colours. Draws nothing when there is no such picture.
+/// Draws the bundle's picture of that name into `rect` in one colour, using only its shape. Draws nothing
+/// when there is no such picture.
 void drawGlyph(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);

@@ -21,7 +21,7 @@ struct NamedImages
 NamedImages &namedImages()
 {
     static NamedImages images;
-    // Pixmaps must not outlive the application object.
+    // Pixmaps must be destroyed before the application object.
     static const bool cleansUp = [] {
         qAddPostRoutine([] { images.byName.clear(); });
         return true;
@@ -30,7 +30,7 @@ NamedImages &namedImages()
     return images;
 }
 
-/// Format names come from servers: only a plain file name may name an icon.
+/// Format names come from servers, so only a plain file name may name an icon.
 bool isPlainName(const QString &name)
 {
     return !name.isEmpty() && !name.startsWith(u'.') && !name.contains(u'/') && !name.contains(u'\\') &&

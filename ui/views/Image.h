@@ -5,23 +5,22 @@
 #include <memory>
 #include <optional>
 
-/// A picture that is drawn at a size in points: pixels, or SVG that is crisp at every scale. Shared by value;
-/// drawing is cached by size and scale. Main thread only.
+/// A picture that is drawn at a size in points: pixels, or SVG, which is sharp at every scale. Copies share
+/// their content; drawings are cached by size and scale. Main thread only.
 class Image final
 {
 public:
     explicit Image(const QImage &pixels);
-    /// Reads an SVG or bitmap file; nothing when it is no picture.
+    /// Reads an SVG or bitmap file; none when it is not a picture.
     static std::optional<Image> fromFile(const QString &path);
-    /// The picture "icons/NAME.svg" (or ".png") of the main bundle, or nothing. The same picture is read
-    /// once.
+    /// The picture "icons/NAME.svg" (or ".png") of the main bundle, or none. Each picture is read once.
     static std::optional<Image> named(const QString &name);
 
-    /// The size it is drawn at, in points; its own size unless set.
+    /// The size in points at which it is drawn; its natural size unless set.
     QSizeF size() const;
     void setSize(const QSizeF &size);
-    /// The picture at `size` points for a device pixel ratio. Never more than 4096 pixels wide or high,
-    /// whatever is asked; draw it into the rectangle that was meant.
+    /// The picture at `size` points for a device pixel ratio, at most 4096 pixels wide or high. Draw it into
+    /// the intended rectangle, which may be larger.
     QPixmap pixmap(const QSizeF &size, qreal devicePixelRatio) const;
     bool operator==(const Image &other) const;
 

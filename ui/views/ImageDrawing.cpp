@@ -47,7 +47,7 @@ void drawImage(QPainter &painter, const Image &image, const QRectF &bounds, Cont
     if (pixmap.isNull())
         return;
     const QSizeF drawn = pixmap.deviceIndependentSize();
-    // A picture drawn at the size asked for goes onto whole pixels, so that it stays crisp.
+    // A picture drawn at its requested size is aligned to whole pixels, so that it stays sharp.
     if (std::abs(drawn.width() - target.width()) < 1 && std::abs(drawn.height() - target.height()) < 1)
         target = QRectF(QPointF(onPixel(target.x(), ratio), onPixel(target.y(), ratio)), drawn);
     painter.save();

@@ -10,12 +10,12 @@
 namespace
 {
 constexpr int MaxSidePixels = 4096;
-// An icon is wanted at two or three sizes; more only come from a window that is being resized.
+// An icon needs two or three sizes; more only occur while a window is resized.
 constexpr std::size_t MaxDrawnPixmaps = 6;
 
 int bounded(qreal pixels)
 {
-    // A size that is no number at all becomes nothing here, too.
+    // NaN gives 0, too.
     return pixels >= 0.5 ? int(std::lround(std::min(pixels, qreal(MaxSidePixels)))) : 0;
 }
 

@@ -5,11 +5,11 @@
 
 #include <list>
 
-/// What an image is made of, shared by its copies, with the pixmaps drawn from it lately. Main thread only.
+/// The content of an image, shared by its copies, and the pixmaps drawn recently. Main thread only.
 class Image::Source final
 {
 public:
-    /// The file's content, or nothing when it is no whole picture.
+    /// The file's content, or null when it is not a complete picture.
     static std::shared_ptr<Source> read(const QString &path);
     explicit Source(const QImage &pixels) : m_pixels(pixels) {}
 
@@ -31,5 +31,5 @@ private:
 
     std::unique_ptr<QSvgRenderer> m_svg; // else m_pixels
     QImage m_pixels;
-    std::list<Drawn> m_drawn; // the one used last in front
+    std::list<Drawn> m_drawn; // the most recently used first
 };

@@ -61,7 +61,7 @@ void ImageView::draw(QPainter &painter, const QRectF &rect) const
         return m_layer->draw(painter, rect);
     if (!m_image)
         return;
-    // Without a layer a picture is made smaller where it does not fit, but never larger than it is.
+    // Without a layer a picture is scaled down to fit, but never up.
     const QSizeF size = m_image->size();
     const bool fits = size.width() <= rect.width() && size.height() <= rect.height();
     const auto gravity = m_aspectFill ? ContentsGravity::ResizeAspectFill

@@ -4,7 +4,7 @@
 #include <memory>
 #include <optional>
 
-/// Shows one image. Its size does not depend on the image, so that changing it costs no layout. Layer-backed
+/// Shows one image. Its size does not depend on the image, so that changing it causes no layout. Layer-backed
 /// views (`setWantsLayer`) draw through their layer: rounded corners, fades.
 class ImageView : public QWidget
 {
@@ -23,11 +23,11 @@ public:
     void setAspectFill(bool fill);
 
     bool wantsLayer() const { return m_wantsLayer; }
-    /// Makes the view layer-backed; it gets a layer showing its image unless one was set before.
+    /// Makes the view layer-backed; creates a layer with its image unless one was set before.
     void setWantsLayer(bool wants);
     Layer *layer() const { return m_layer.get(); }
     void setLayer(std::unique_ptr<Layer> layer);
-    /// Whether subviews are meant to draw into the view's layer. They share one surface here in any case.
+    /// Whether subviews should draw into the view's layer. Here they share one surface in any case.
     bool canDrawSubviewsIntoLayer() const { return m_canDrawSubviewsIntoLayer; }
     void setCanDrawSubviewsIntoLayer(bool can);
 
@@ -42,7 +42,7 @@ private:
 
     std::optional<Image> m_image;
     std::unique_ptr<Layer> m_layer;
-    bool m_layerIsOwn = false; // made here, not set
+    bool m_layerIsOwn = false; // created here, not set
     bool m_wantsLayer = false;
     bool m_aspectFill = false;
     bool m_canDrawSubviewsIntoLayer = false;

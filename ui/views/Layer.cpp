@@ -19,7 +19,7 @@ QImage transparentImage(const QSize &pixels, qreal devicePixelRatio)
     return image;
 }
 
-/// Takes away what lies outside the rounded corners. A clip path would leave them jagged.
+/// Clears the area outside the rounded corners. A clip path would leave them jagged.
 void cutCorners(QImage &image, qreal radius)
 {
     const QRectF bounds(QPointF(), image.deviceIndependentSize());
@@ -83,7 +83,7 @@ qreal Layer::fadeProgress() const
 
 void Layer::beginFade(const Transition &transition)
 {
-    // A fade that is interrupted goes on from the mixture that is seen.
+    // An interrupted fade continues from the visible mixture.
     for (Outgoing &outgoing : m_outgoing)
         outgoing.opacity *= 1 - m_progress;
     if (m_contents)
@@ -140,7 +140,7 @@ void Layer::add(QImage &mixture, const Image &image, qreal opacity) const
     drawing.setOpacity(opacity);
     drawImage(drawing, image, QRectF(QPointF(), mixture.deviceIndependentSize()), m_gravity);
     drawing.end();
-    // Adding the parts up keeps two opaque pictures opaque on the way from one to the other.
+    // Adding the parts keeps the mixture of two opaque pictures opaque.
     QPainter adding(&mixture);
     adding.setCompositionMode(QPainter::CompositionMode_Plus);
     adding.drawImage(QPoint(), part);

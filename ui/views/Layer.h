@@ -55,10 +55,10 @@ public:
     bool masksToBounds() const { return m_masksToBounds; }
     void setMasksToBounds(bool masks);
 
-    /// Serves the next change of the contents and stays for later ones.
+    /// Applies to the next change of the contents and to later ones.
     void addAnimation(const Transition &transition, const QString &key);
     std::optional<Transition> animation(const QString &key) const;
-    /// How far the running fade is, 1 when none runs.
+    /// The progress of the running fade; 1 when none runs.
     qreal fadeProgress() const;
 
     void draw(QPainter &painter, const QRectF &bounds) const;
@@ -67,7 +67,7 @@ Q_SIGNALS:
     void needsDisplay();
 
 private:
-    /// What is fading out, and how much of it was there when it began to.
+    /// The contents that fade out, and their share when the fade began.
     struct Outgoing
     {
         Image image;

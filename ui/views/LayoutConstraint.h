@@ -4,8 +4,8 @@
 
 class ConstraintMovement;
 
-/// One number of a layout that can be changed and animated: here the distance of a panel from its window's
-/// bottom edge (0 shown, negative below it). A container view lays itself out anew when it changes.
+/// One number of a layout that can be changed and animated: the distance of a panel from its window's bottom
+/// edge (0 shown, negative below it). A container view lays itself out again when it changes.
 class LayoutConstraint final : public QObject
 {
     Q_OBJECT
@@ -13,11 +13,11 @@ class LayoutConstraint final : public QObject
 
 public:
     using QObject::QObject;
-    /// The number that was set or is being animated to.
+    /// The value that was set or is the target of an animation.
     qreal constant() const { return m_constant; }
-    /// At once; a movement under way ends there.
+    /// Sets the value at once and ends a running movement.
     void setConstant(qreal constant);
-    /// What the layout shows right now: on its way to `constant` while an animation runs.
+    /// The value that the layout shows now; on its way to `constant` during an animation.
     qreal presentedConstant() const { return m_presented; }
 
 Q_SIGNALS:

@@ -82,7 +82,7 @@ bool DialogFrame::eventFilter(QObject *watched, QEvent *event)
 
 bool DialogFrame::hasFixedSize() const
 {
-    // A message box fixes its size only while it is shown, after anybody else has heard of that.
+    // A message box fixes its size only while it is shown, after its event filters have run.
     return qobject_cast<QMessageBox *>(&m_dialog) || m_dialog.minimumSize() == m_dialog.maximumSize();
 }
 
@@ -104,8 +104,8 @@ void DialogFrame::refresh()
 
 void DialogFrame::correctPosition()
 {
-    // A window manager that takes the window into an invisible frame of its own may leave the toolkit with
-    // the place in that frame, and clicks and assistive tools would be told of controls where they are not.
+    // A window manager that reparents the window into an invisible frame may leave the toolkit with the
+    // position in that frame. Clicks and assistive tools would then use wrong positions of controls.
     QWindow *handle = m_dialog.windowHandle();
     if (handle && handle->position() != m_dialog.pos())
         handle->setPosition(m_dialog.pos());

@@ -9,15 +9,15 @@ class QDialog;
 class TitleBar;
 
 /// Gives a stock dialog the frame of the program's own windows: title bar with a close button, rounded
-/// corners, shadow. It moves, and where its size is not fixed resizes, through the window system. A child of
-/// the dialog. Main thread only.
+/// corners, shadow. The window system moves it and, if its size is not fixed, resizes it. A child of the
+/// dialog. Main thread only.
 class DialogFrame final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Before the dialog is shown, and once it has its controls: the close button comes after them in the
-    /// order of Tab.
+    /// Call before the dialog is shown and after its controls exist, because the close button comes last in
+    /// the Tab order.
     static void putAround(QDialog &dialog);
 
 protected:

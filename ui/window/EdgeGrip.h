@@ -1,8 +1,8 @@
 #pragma once
 #include <QWidget>
 
-/// The ring around a window's frame at which it is resized through the window system. It lies over the
-/// content, with a mask that leaves everything but the ring free.
+/// The ring around a window's frame by which it is resized through the window system. It lies over the
+/// content; a mask leaves all but the ring free.
 class EdgeGrip final : public QWidget
 {
     Q_OBJECT

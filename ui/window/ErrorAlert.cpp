@@ -14,7 +14,7 @@ constexpr int MaxTextLength = 1500;
 constexpr int MaxLines = 15;
 constexpr int MaxWordLength = 100;
 
-/// Bounded in lines and length, so that the button stays on the screen whatever a server sent.
+/// Limits lines and length, so that the button stays on the screen with any text of a server.
 QString boundedText(const QString &text)
 {
     QStringList lines = text.left(MaxTextLength).split(u'\n');
@@ -26,8 +26,7 @@ QString boundedText(const QString &text)
     return bounded + QChar(0x2026);
 }
 
-/// Lets the alert wrap within a word that would not fit by spaces of no width. Paths break at their slashes
-/// anyway.
+/// Inserts zero-width spaces into words that would not fit. Paths break at their slashes anyway.
 QString breakable(const QString &text)
 {
     QString result;
@@ -48,7 +47,7 @@ QString breakable(const QString &text)
 void showErrorAlert(const Error &error, QWidget *window)
 {
     Q_ASSERT(MainQueue::isMainThread());
-    // Deleted with its window when that goes while the alert is up.
+    // The alert is deleted with its window, possibly while it is shown.
     const QPointer<QMessageBox> alert = new QMessageBox(window);
     alert->setWindowTitle(QStringLiteral("Plovendix"));
     alert->setIcon(QMessageBox::Warning);

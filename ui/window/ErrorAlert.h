@@ -3,7 +3,7 @@
 
 class QWidget;
 
-/// The standard error alert: the error's description in a window modal to the program, plain text, one
-/// button. Runs an event loop of its own and returns when the person has dismissed it; `window` (may be null,
-/// may go meanwhile) is what it stands over. The only nested event loop of the program. Main thread.
+/// The standard error alert: an application-modal window with the error's description as plain text and one
+/// button. Runs a nested event loop and returns when the alert is dismissed; `window` is its parent, may be
+/// null and may be destroyed meanwhile. This is the program's only nested event loop. Main thread.
 void showErrorAlert(const Error &error, QWidget *window);

@@ -9,12 +9,12 @@ namespace
 {
 using namespace std::chrono_literals;
 
-constexpr auto PaintTimeout = 1s; // a window may start out minimised
+constexpr auto PaintTimeout = 1s; // a window may start minimised
 
 struct State
 {
     bool hasPainted = false;
-    int start = 0; // counts what tests have forgotten
+    int start = 0; // increases with each `forget` of a test
     std::vector<std::function<void()>> waiting;
 };
 
@@ -46,7 +46,7 @@ void FirstPaint::notice()
 {
     if (std::exchange(state().hasPainted, true))
         return;
-    // What is painted reaches the screen when the paint event is over, and so before the queue's turn.
+    // The picture reaches the screen after the paint event, and so before the main queue runs.
     for (std::function<void()> &block : std::exchange(state().waiting, {}))
         MainQueue::shared().async(std::move(block));
 }

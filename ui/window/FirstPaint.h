@@ -1,15 +1,14 @@
 #pragma once
 #include <functional>
 
-/// Work that nobody should wait for when the program starts: it is done once a first window has been painted.
-/// Main thread only.
+/// Defers work until the first window was painted, so that it does not delay the start. Main thread only.
 namespace FirstPaint
 {
-/// Runs `block` on the main queue after the first paint; where no window is painted, a second after the first
-/// such call. Never before this call has returned.
+/// Runs `block` on the main queue after the first paint, or one second after the first such call when no
+/// window is painted. Never before this call has returned.
 void afterwards(std::function<void()> block);
-/// A window is being painted.
+/// Called when a window is painted.
 void notice();
-/// For tests: as if the program had just started.
+/// For tests: resets to the state before the first paint.
 void forget();
 } // namespace FirstPaint

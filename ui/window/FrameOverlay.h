@@ -2,9 +2,9 @@
 #include <QWidget>
 #include <ui/system/WindowFrame.h>
 
-/// Lies over everything in a window and draws what its content must not cover: the rounded corners, cut out
-/// of the content with the shadow behind them, or the fine line around a frame without shadow. Takes no mouse
-/// events and occupies just those pixels, so that the content scrolls unhindered.
+/// Lies over a window's content and draws the rounded corners, cut out of the content with the shadow behind
+/// them, or the fine line around a frame without shadow. Takes no mouse events and covers only those pixels,
+/// so that the content scrolls fast.
 class FrameOverlay final : public QWidget
 {
     Q_OBJECT

@@ -11,7 +11,7 @@ ListEscape::ListEscape(QComboBox &comboBox) : QObject(&comboBox)
 
 bool ListEscape::eventFilter(QObject *watched, QEvent *event)
 {
-    // An accepted override means that the key comes as a key, which the list takes.
+    // Accepting the override makes Qt deliver a key press, which the list handles.
     if (event->type() != QEvent::ShortcutOverride || static_cast<QKeyEvent *>(event)->key() != Qt::Key_Escape)
         return QObject::eventFilter(watched, event);
     event->accept();

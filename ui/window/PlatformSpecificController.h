@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-/// What every view controller of the program offers to the code that shows it, whatever the platform.
+/// The operations that every view controller offers to the code that shows it, on any platform.
 class PlatformSpecificController
 {
 public:
@@ -15,14 +15,14 @@ public:
     virtual bool viewActuallyLoaded() const = 0;
     /// Shows the message in the standard error alert, then calls `completion`, which is required.
     virtual void presentErrorMessage(const QString &message, const Completion &completion) = 0;
-    /// Dismisses the controller and calls `completion`, if any, at once. `animated` makes no difference.
+    /// Dismisses the controller and calls `completion`, if any, at once. `animated` has no effect.
     virtual void dismissCurrentViewController(bool animated, const Completion &completion) = 0;
-    /// Shows `controller` in a window of its own and calls `completion`, if any, as soon as it is up.
+    /// Shows `controller` in a new window and calls `completion`, if any, once it is shown.
     virtual void presentViewControllerModally(const std::shared_ptr<ViewController> &controller,
                                               bool animated, const Completion &completion) = 0;
 };
 
-/// `Base` (a view controller class) with those operations.
+/// Adds those operations to `Base`, a view controller class.
 template <class Base = ViewController>
 class PlatformController : public Base, public PlatformSpecificController
 {

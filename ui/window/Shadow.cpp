@@ -11,12 +11,12 @@
 namespace
 {
 constexpr int Margin = WindowFrame::ShadowMargin;
-// From the outer corner to where the shadow no longer changes along an edge. A multiple of four keeps the
-// patches on whole pixels at every quarter of a scale.
+// The length from the outer corner to where the shadow no longer changes along an edge. A multiple of four
+// keeps the patches on whole pixels at scales in steps of a quarter.
 constexpr int PatchSide = 64;
 constexpr int PatchSize = 2 * PatchSide + 4;
 constexpr int DropOffset = 6;
-constexpr int BlurBoxSize = 17; // three passes of it are close to a Gaussian of 8.5 points
+constexpr int BlurBoxSize = 17; // three passes approximate a Gaussian of 8.5 points
 constexpr int BlurPasses = 3;
 
 struct Strength
@@ -32,8 +32,8 @@ Strength strengthFor(const Shadow::Look &look)
     return {look.active ? shadow : shadow * 0.6, outline};
 }
 
-/// One running-sum pass over `count` values that lie `step` apart. `line` has room for them and, at both
-/// ends, for a box of nothing.
+/// One running-sum pass over `count` values that lie `step` apart. `line` has room for them and for an empty
+/// box at both ends.
 void blurLine(uchar *values, qsizetype step, int count, int box, std::vector<uchar> &line)
 {
     const int reach = box / 2;
@@ -102,7 +102,7 @@ QPixmap renderPatch(const Shadow::Look &look)
     return QPixmap::fromImage(image);
 }
 
-/// Start and length, in points, of the three parts of a side of the patch and of the place it is drawn to.
+/// Start and length in points of the three parts of a side, in the patch and at its destination.
 struct Span
 {
     int start;

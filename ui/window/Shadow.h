@@ -4,8 +4,8 @@
 
 class QPainter;
 
-/// The soft shadow and the fine outline around a rounded frame. Rendered once for a look and stretched, so
-/// that painting costs a few blits. Main thread only.
+/// The soft shadow and the fine outline around a rounded frame. Rendered once per look and stretched, so that
+/// painting costs a few blits. Main thread only.
 class Shadow final
 {
 public:
@@ -18,8 +18,8 @@ public:
         bool operator==(const Look &) const = default;
     };
 
-    /// Draws the shadow of a frame that lies `WindowFrame::ShadowMargin` inside `outer`. What is under the
-    /// frame itself is drawn too where a rounded corner leaves it open, else not.
+    /// Draws the shadow of a frame that lies `WindowFrame::ShadowMargin` inside `outer`. Within the frame
+    /// only the open areas of rounded corners are drawn.
     static void paint(QPainter &painter, const QRect &outer, const Look &look);
 
 private:

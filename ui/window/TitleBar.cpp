@@ -149,10 +149,10 @@ QRect TitleBar::titleRect() const
 
 bool TitleBar::event(QEvent *event)
 {
-    // An accessory that wants another size, for a longer language name say.
+    // An accessory changed its size, for example for a longer language name.
     if (event->type() == QEvent::LayoutRequest)
         layOut();
-    // The window's own update passes over what lies above opaque content.
+    // The window's own update skips widgets above opaque content.
     else if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate)
         update();
     return QWidget::event(event);

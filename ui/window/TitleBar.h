@@ -9,8 +9,8 @@
 class TitleBarButton;
 
 /// The strip at the top of a window's frame: title, the three buttons at the right end, accessories at both
-/// ends. Drags the window, maximises it on double click and asks for its menu on right click; what that means
-/// is the window's.
+/// ends. It drags the window, maximises it on double click and opens its menu on right click; the window
+/// implements these.
 class TitleBar final : public QWidget
 {
     Q_OBJECT
@@ -20,16 +20,16 @@ public:
 
     void setTitleVisibility(Window::TitleVisibility visibility);
     Window::TitleVisibility titleVisibility() const { return m_titleVisibility; }
-    /// Whether the bar draws a ground of its own or lets the content's show.
+    /// Whether the content shows behind the bar instead of its own background.
     void setTransparent(bool transparent);
     bool isTransparent() const { return m_transparent; }
     TitleBarButton *button(Window::StandardButton button) const;
     void setButtonHidden(Window::StandardButton which, bool hidden);
     void setMaximized(bool maximized);
     void addAccessory(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
-    /// Everything in the bar that takes the focus, in the order of reading.
+    /// Every focusable widget of the bar, in reading order.
     QList<QWidget *> focusOrder() const;
-    /// Where the title may be drawn: as wide around the middle as accessories and buttons leave it.
+    /// The area of the title: centred, and as wide as accessories and buttons allow.
     QRect titleRect() const;
 
 Q_SIGNALS:
@@ -61,7 +61,7 @@ private:
     TitleBarButton *m_zoom;
     TitleBarButton *m_close;
     std::vector<std::shared_ptr<TitlebarAccessoryViewController>> m_accessories;
-    std::optional<QPoint> m_pressedAt; // until the pointer has gone the drag distance
+    std::optional<QPoint> m_pressedAt; // until the pointer has moved the drag distance
     int m_leadingEnd = 0;
     int m_trailingStart = 0;
 };

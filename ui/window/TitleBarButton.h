@@ -1,8 +1,7 @@
 #pragma once
 #include <QAbstractButton>
 
-/// A round button of the title bar. It can be reached by Tab, after the content, but takes no focus from a
-/// click.
+/// A round button of the title bar. Tab reaches it after the content; a click does not focus it.
 class TitleBarButton final : public QAbstractButton
 {
     Q_OBJECT
@@ -21,7 +20,7 @@ public:
     TitleBarButton(Glyph glyph, QWidget *parent);
 
     Glyph glyph() const { return m_glyph; }
-    /// Sets the drawing and the localised accessible name that goes with it.
+    /// Sets the glyph and the localised accessible name for it.
     void setGlyph(Glyph glyph);
     QSize sizeHint() const override;
 

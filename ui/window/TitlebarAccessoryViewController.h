@@ -1,7 +1,7 @@
 #pragma once
 #include "ViewController.h"
 
-/// Which end of the title bar an accessory takes. The numbers are those of the layout attributes.
+/// The end of the title bar for an accessory. The numbers are those of the layout attributes.
 enum class LayoutAttribute
 {
     Leading = 5,

@@ -17,7 +17,7 @@ ViewController::~ViewController()
 {
     if (!m_keeper || !m_keeper->view())
         return;
-    // The derived parts are gone: what the dying view reports must not reach them.
+    // The derived class is already destroyed, so signals of the view must not reach it.
     const auto parts = m_keeper->view()->findChildren<QObject *>();
     for (QObject *part : parts)
         part->disconnect(this);
@@ -60,7 +60,7 @@ void ViewController::setTitle(const QString &title)
     if (m_title == title)
         return;
     m_title = title;
-    // A derived class may have a title of its own whatever is set.
+    // A derived class may compute its title.
     Q_EMIT titleChanged(this->title());
 }
 
@@ -91,17 +91,17 @@ void ViewController::beginModalPresentation(const std::shared_ptr<ViewController
     auto *modalWindow = new Window;
     m_presenting = presenter;
     m_modalWindow = modalWindow;
-    // The window has no parent, so nobody else ends a presentation that the program's end finds still up.
+    // The window has no parent, so a presentation that is still shown at the program's end is ended here.
     connect(qApp, &QCoreApplication::aboutToQuit, modalWindow, [this] { dismissController(); });
     connect(modalWindow, &Window::closed, this, [this] { dismissController(); });
 
-    // The size the scene gave the view, which the window would overwrite.
+    // The size that the scene gave the view; the window would overwrite it.
     const QSize contentSize = view()->testAttribute(Qt::WA_Resized) ? view()->size() : view()->sizeHint();
     modalWindow->setContentViewController(shared_from_this());
     if (contentSize.isValid())
         modalWindow->setContentSize(contentSize);
     modalWindow->setWindowModality(Qt::ApplicationModal);
-    // Minimised it would block the program unseen.
+    // A minimised modal window would block the program invisibly.
     modalWindow->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
     modalWindow->setStandardButtonHidden(Window::StandardButton::Zoom, true);
     Window *presenterWindow = presenter ? presenter->window() : nullptr;
@@ -121,7 +121,7 @@ void ViewController::dismissController(QObject *)
     m_modalWindow = nullptr;
     m_presenting.reset();
     modalWindow->hide();
-    // Later, for the window holds this controller and may be the sender.
+    // Deleted later, because the window holds this controller and may be the sender.
     modalWindow->deleteLater();
 }
 
@@ -134,7 +134,8 @@ bool ViewController::presentError(const Error &error)
 void ViewController::destroyOnMainThread(ViewController *controller)
 {
     const auto destroy = [controller] {
-        // Taken out of its window while the controller is whole: hiding moves the focus, which ends edits.
+        // Taken out of its window before the controller is destroyed: hiding moves the focus, which ends
+        // edits.
         if (controller->isViewLoaded())
             controller->m_keeper->view()->setParent(nullptr);
         const std::unique_ptr<ViewController> last(controller);

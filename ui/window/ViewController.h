@@ -8,12 +8,12 @@
 class ViewKeeper;
 class Window;
 
-/// Holds a view and what happens in it. Main thread only, but the last reference may be dropped anywhere:
-/// `make` gives a pointer whose deleter returns to the main thread.
+/// Holds a view and its logic. Main thread only, but the last reference may be released on any thread: `make`
+/// returns a pointer whose deleter switches to the main thread.
 ///
-/// The view is loaded on first use: `loadView`, then `viewDidLoad`. It belongs to its controller; a window or
-/// another view that adopts it (takes it as a child) shows it only. An adopter that goes first hands the view
-/// back, hidden and without a parent; a controller that goes first takes the view along.
+/// The view is loaded on first use: `loadView`, then `viewDidLoad`. The controller owns the view; a window or
+/// another view that adopts it as a child only shows it. An adopter that is destroyed first returns the view,
+/// hidden and without a parent; a controller that is destroyed first destroys the view.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController>
 {
     Q_OBJECT
@@ -30,36 +30,36 @@ public:
     ViewController();
     ~ViewController() override;
 
-    /// The view, loaded now if it was not yet.
+    /// The view, loaded on first use.
     QWidget *view();
     bool isViewLoaded() const;
-    /// The window that shows the view, or nothing.
+    /// The window that shows the view, or null.
     Window *window() const;
 
     virtual QString title() const;
     virtual void setTitle(const QString &title);
 
-    /// Makes the view and hands it to `setView`; the base makes an empty one.
+    /// Makes the view and passes it to `setView`; the base class makes an empty one.
     virtual void loadView();
     virtual void viewDidLoad() {}
     virtual void viewWillAppear() {}
     virtual void viewDidAppear() {}
 
-    /// Called by the window, and by any view that shows controllers in turn, each time it is about to show
-    /// this controller's view and when it has.
+    /// The window, or another view that shows controllers, calls these before and after it shows this
+    /// controller's view.
     void notifyWillAppear() { viewWillAppear(); }
     void notifyDidAppear() { viewDidAppear(); }
 
-    /// Who presented this controller modally, or nothing.
+    /// The controller that presented this one modally, or null.
     std::shared_ptr<ViewController> presentingViewController() const;
-    /// Shows `controller` in a window of its own, modal to the program. Returns at once. The presentation
-    /// keeps `controller` alive until it is dismissed or its window closed; it outlives its presenter.
+    /// Shows `controller` in a new application-modal window. Returns at once. The presentation keeps
+    /// `controller` alive until it is dismissed or its window is closed, and may outlive the presenter.
     void presentViewControllerAsModalWindow(const std::shared_ptr<ViewController> &controller);
-    /// Ends a modal presentation of this controller; does nothing when there is none.
+    /// Ends a modal presentation of this controller; does nothing without one.
     void dismissController(QObject *sender = nullptr);
 
-    /// Shows the standard error alert over the controller's window and returns when it was dismissed. The
-    /// answer says whether the error was recovered from, which no error here is.
+    /// Shows the standard error alert over the controller's window and returns when it is dismissed. Returns
+    /// whether the program recovered from the error, which is always false.
     virtual bool presentError(const Error &error);
 
 Q_SIGNALS:
@@ -76,5 +76,5 @@ private:
     std::unique_ptr<ViewKeeper> m_keeper;
     bool m_loadingView = false;
     std::weak_ptr<ViewController> m_presenting;
-    QPointer<Window> m_modalWindow; // of the presentation under way; holds this controller
+    QPointer<Window> m_modalWindow; // of the current presentation; holds this controller
 };

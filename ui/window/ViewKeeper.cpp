@@ -24,7 +24,7 @@ bool ViewKeeper::eventFilter(QObject *watched, QEvent *event)
 void ViewKeeper::watchParent()
 {
     disconnect(m_parentGoes);
-    // A widget says that it goes before it deletes its children.
+    // A widget emits destroyed before it deletes its children.
     if (QWidget *parent = m_view->parentWidget())
         m_parentGoes = connect(parent, &QObject::destroyed, this, &ViewKeeper::takeBack);
 }

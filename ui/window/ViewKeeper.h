@@ -4,8 +4,8 @@
 #include <QWidget>
 #include <memory>
 
-/// Owns a controller's view for as long as the controller lives, whoever shows it. A view that is somebody's
-/// child would die with its parent: the keeper takes it back at the last moment. Main thread only.
+/// Owns a controller's view during the controller's life. A parent would delete its child view; the keeper
+/// takes the view back just before. Main thread only.
 class ViewKeeper final : public QObject
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ public:
     explicit ViewKeeper(std::unique_ptr<QWidget> view);
     ~ViewKeeper() override;
 
-    /// The view; nothing when somebody deleted it outright.
+    /// The view; null when other code deleted it.
     QWidget *view() const { return m_view; }
 
 protected:

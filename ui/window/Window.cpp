@@ -45,8 +45,7 @@ QList<QPointer<QAction>> &commonActions()
 Window::Window(QWidget *parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), d(std::make_unique<Private>(this))
 {
-    // Always, and not only where a compositor runs: one may start later, and without one everything is
-    // painted opaque.
+    // Set even without a compositor, because one may start later; without one everything is painted opaque.
     setAttribute(Qt::WA_TranslucentBackground);
     WindowAccessible::install();
     allWindows() += this;
@@ -61,7 +60,7 @@ Window::Window(QWidget *parent)
 Window::~Window()
 {
     allWindows().removeOne(this);
-    // While the window is whole: taking the view out moves the focus.
+    // Done while the window is whole, because removing the view moves the focus.
     d->releaseContent();
 }
 
@@ -77,7 +76,7 @@ QList<Window *> Window::openWindows()
 
 void Window::addActionToEveryWindow(QAction &action)
 {
-    commonActions().removeAll(nullptr); // those that are gone
+    commonActions().removeAll(nullptr); // removes the destroyed ones
     commonActions() += &action;
     for (Window *window : allWindows())
         window->addAction(&action);
@@ -187,7 +186,7 @@ void Window::center()
 {
     if (!screen())
         return;
-    // The shadow may reach beyond the screen, the frame may not: least of all its title bar.
+    // The shadow may extend beyond the screen, but the frame may not, least of all its title bar.
     const int margin = d->look.margin;
     const QRect room = screen()->availableGeometry().marginsAdded({margin, margin, margin, margin});
     resize(size().boundedTo(room.size()));
@@ -219,7 +218,7 @@ int Window::shadowMargin() const
 
 void Window::setVisible(bool visible)
 {
-    // Not the show events: those come for un-minimising as well.
+    // Show events also come when a window is un-minimised.
     const bool appears = visible && !isVisible();
     const std::shared_ptr<ViewController> controller = d->controller;
     if (appears) {
@@ -232,7 +231,7 @@ void Window::setVisible(bool visible)
     QWidget::setVisible(visible);
     if (appears && controller)
         controller->notifyDidAppear();
-    // The last thing done: who hears of it may destroy the window.
+    // Last, because a receiver may destroy the window.
     if (!visible && std::exchange(d->closing, false))
         Q_EMIT closed();
 }

@@ -15,7 +15,7 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
 
 void WindowAccessible::install()
 {
-    // Installing the same function again is ignored, but not for free.
+    // Installing a function twice is harmless but slow.
     static const bool installed = (QAccessible::installFactory(makeInterface), true);
     Q_UNUSED(installed)
 }

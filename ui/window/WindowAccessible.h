@@ -1,12 +1,12 @@
 #pragma once
 #include <QAccessibleWidget>
 
-/// What assistive tools see of a window: a window of its title, without the widgets that only draw or resize
-/// its frame.
+/// The accessible object of a window: a window of its title, without the widgets that only draw or resize its
+/// frame.
 class WindowAccessible final : public QAccessibleWidget
 {
 public:
-    /// Makes assistive tools see every Window this way. Does nothing the second time.
+    /// Registers this interface for every Window. Later calls do nothing.
     static void install();
 
     explicit WindowAccessible(QWidget *window);

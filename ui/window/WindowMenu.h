@@ -4,6 +4,6 @@
 class QMenu;
 class Window;
 
-/// The menu of a window where the window system shows none of its own. Opens at a global position, returns at
-/// once and goes when it is closed.
+/// The menu of a window when the window system has none. Opens at a global position, returns at once and
+/// deletes itself when closed.
 QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition);

@@ -116,7 +116,7 @@ void Window::Private::refreshFrame()
     const WindowFrame::Look newLook = WindowFrame::lookFor(now);
     titleBar->setMaximized(now.maximized);
     grip->setVisible(resizable && !now.maximized && !now.fullScreen);
-    const QRect geometry = q->geometry(); // new limits may change it
+    const QRect geometry = q->geometry(); // the new limits may change it
     if (newLook != look) {
         look = newLook;
         applySizeLimits();
@@ -134,7 +134,7 @@ void Window::Private::refreshFrame()
 
 void Window::Private::keepFrameInPlace(const QRect &geometry)
 {
-    // Back from a maximised state the geometry of before is still on its way here.
+    // After un-maximising, the normal geometry may not have arrived yet.
     const QRect normal = m_geometryToReturnTo.value_or(geometry);
     m_geometryToReturnTo.reset();
     const int grown = look.margin - m_normalMargin;
@@ -151,7 +151,7 @@ void Window::Private::publishFrame()
 void Window::Private::watchHandle()
 {
     publishFrame();
-    // The margins are told in device pixels, which are others on another screen.
+    // The margins are published in device pixels, which depend on the screen.
     if (q->windowHandle())
         QObject::connect(q->windowHandle(), &QWindow::screenChanged, q, [this] { publishFrame(); });
 }
@@ -162,7 +162,7 @@ void Window::Private::orderFocus()
     QWidget *previous = nullptr;
     for (QWidget *widget = q->nextInFocusChain(); widget && widget != q;
          widget = widget->nextInFocusChain()) {
-        // Menus and pop-ups are in the chain too, but are windows of their own.
+        // The focus chain also contains menus and pop-ups, which are separate windows.
         const bool isContent = widget->window() == q && !titleBar->isAncestorOf(widget);
         if (isContent && widget->focusPolicy() != Qt::NoFocus)
             previous = widget;

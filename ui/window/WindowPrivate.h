@@ -9,7 +9,7 @@
 class EdgeGrip;
 class FrameOverlay;
 
-/// A window's parts and how they lie in it. Created and destroyed with its window.
+/// A window's parts and their layout. Created and destroyed with its window.
 class Window::Private final
 {
 public:
@@ -26,11 +26,11 @@ public:
     QSize windowSizeFor(const QSize &contentSize) const;
     void applySizeLimits();
     void layOut();
-    /// Looks at the window's situation again and takes on the frame that belongs to it.
+    /// Reads the window's situation again and applies the matching frame.
     void refreshFrame();
-    /// Follows the native window, which is made late and may be made anew.
+    /// Follows the native window, which is created late and may be recreated.
     void watchHandle();
-    /// Puts the title bar's controls after the content in the order of Tab.
+    /// Puts the title bar's controls after the content in the Tab order.
     void orderFocus();
     void toggleZoom();
     void showMenu(const QPoint &globalPosition);
@@ -44,7 +44,7 @@ public:
     QPointer<QWidget> contentView;
     bool fullSizeContentView = false;
     bool resizable = true;
-    bool closing = false; // the close event was accepted, the window not yet hidden
+    bool closing = false; // the close event was accepted, but the window is not hidden yet
     QSize contentMinimum = ContentMinimum;
     QSize chosenContentSize;
     WindowFrame::Look look;
