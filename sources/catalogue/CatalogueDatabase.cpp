@@ -19,14 +19,14 @@ namespace
 {
 Q_LOGGING_CATEGORY(catalogueLog, "plovendix.services.catalogue")
 
-constexpr int BusyTimeoutMilliseconds = 2000; // the person's own catalogue may be growing meanwhile
+constexpr int BusyTimeoutMilliseconds = 2000; // an import may be writing to the person's own catalogue
 
 CatalogueFailure failureOf(const SQLite::Exception &exception)
 {
     switch (exception.getErrorCode()) {
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
-    case SQLITE_READONLY: // there is a log, and no place to read it by
+    case SQLITE_READONLY: // there is a log that cannot be read in this folder
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
     case SQLITE_IOERR:
@@ -52,7 +52,7 @@ QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
     return data && length <= maxBytes ? QByteArray(static_cast<const char *>(data), length) : QByteArray();
 }
 
-/// The content of a subtitle from a file, which is kept apart.
+/// Reads a packed content, which is stored apart from its subtitle row.
 QByteArray packedContent(SQLite::Database &database, qint64 entry)
 {
     SQLite::Statement statement(database, "SELECT packed FROM content WHERE subtitle_id = ?");
@@ -79,7 +79,7 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     const QFileInfo info(path);
     if (!info.exists())
         return errors.error(CatalogueFailure::Missing, path);
-    // A pipe or device would block or never end.
+    // Opening a pipe or device would block.
     if (!info.isFile())
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
@@ -94,8 +94,8 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     }
 }
 
-/// Runs one read; what SQLite throws becomes an Error, with a line in the log unless the search was
-/// cancelled.
+/// Runs one read and turns an exception of SQLite into an Error. Each damaged file is checked once, for the
+/// log; a cancelled search is not logged.
 template <class Value>
 Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
 {
@@ -147,7 +147,7 @@ Result<std::optional<CatalogueFile>> CatalogueDatabase::file(qint64 entry) const
 Result<std::optional<CatalogueFilm>> CatalogueDatabase::filmByImdb(qint64 imdbNumber) const
 {
     return guarded<std::optional<CatalogueFilm>>([&]() -> std::optional<CatalogueFilm> {
-        // Of several rows the one with a picture serves best.
+        // Prefer a row with a picture.
         SQLite::Statement statement(*m_database, "SELECT id, is_series FROM film WHERE imdb = ?"
                                                  " ORDER BY poster IS NULL, id LIMIT 1");
         statement.bind(1, static_cast<int64_t>(imdbNumber));

@@ -13,9 +13,9 @@ namespace SQLite
 class Database;
 }
 
-/// One catalogue file, opened for reading only. Used by one thread at a time.
-/// Whatever the file holds, a function gives rows or an Error: a foreign, cut or overwritten file, values of
-/// the wrong type, texts of any length and tables that would take hours are met with bounds, never trusted.
+/// One catalogue file, opened for reading only. One thread at a time. Each function returns rows or an Error
+/// for any content: foreign, truncated or overwritten files, values of a wrong type, texts of any length and
+/// tables that would take hours to read are limited.
 class CatalogueDatabase final
 {
 public:
@@ -28,17 +28,17 @@ public:
     CatalogueDatabase(CatalogueDatabase &&) noexcept;
     CatalogueDatabase &operator=(CatalogueDatabase &&) = delete;
 
-    /// The subtitles in `language` of the film that a video of this size and hash shows; those made for
-    /// exactly this video say so. An empty language stands for all.
+    /// The subtitles in `language` of the film in a video of this size and hash; those made for exactly this
+    /// video are marked. An empty language means all.
     Result<QList<CatalogueEntry>> entriesForVideo(quint64 size, const QString &hash,
                                                   const QString &language) const;
-    /// The subtitles in `language` of the films whose title answers the text.
+    /// The subtitles in `language` of the films whose title matches the text.
     Result<QList<CatalogueEntry>> entriesForText(const QString &text, const QString &language) const;
 
-    /// A subtitle's content; nothing when the row is gone.
+    /// A subtitle's content; none when the row no longer exists.
     Result<std::optional<CatalogueFile>> file(qint64 entry) const;
     Result<std::optional<CatalogueFilm>> filmByImdb(qint64 imdbNumber) const;
-    /// A film's picture as it is stored; empty when it has none.
+    /// A film's encoded picture; empty when it has none.
     Result<QByteArray> poster(qint64 film) const;
 
 private:
@@ -50,7 +50,7 @@ private:
     Result<Value> guarded(const std::function<Value()> &read) const;
 
     std::unique_ptr<SQLite::Database> m_database;
-    std::unique_ptr<QueryInterrupter> m_interrupter; // lets go of the database before it closes
+    std::unique_ptr<QueryInterrupter> m_interrupter; // detaches from the database before that is closed
     QString m_path;
     CatalogueErrors m_errors;
 };

@@ -15,8 +15,8 @@ enum class CatalogueFailure
     TooSlow = 10
 };
 
-/// The sentences for what can go wrong with a catalogue. Made on the main thread, where texts are localised;
-/// a plain value that any thread may use afterwards.
+/// The error sentences of catalogues. Made on the main thread, where texts are localised; afterwards a plain
+/// value for any thread.
 class CatalogueErrors final
 {
 public:

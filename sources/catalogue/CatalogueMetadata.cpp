@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A film as an item's opaque handle: "catalogue path", row.
+/// An item's opaque handle: catalogue path and row.
 QVariant handleOf(const QString &path, qint64 film)
 {
     return QVariantList{path, film};
@@ -35,7 +35,7 @@ struct CatalogueMetadata::State
 
     const QList<CataloguePlace> places;
     const CatalogueErrors errors;
-    std::atomic<bool> isEnded = false; // the service is gone
+    std::atomic<bool> isEnded = false; // set when the service is destroyed
 
     Result<CatalogueDatabase> open(const QString &path) const
     {

@@ -20,21 +20,21 @@ namespace
 constexpr int MaxTitles = 200;
 constexpr int MaxHalfTitles = 100; // where half of the words will do; the later ones have the frequent words
 constexpr int MaxUnranked = 300;
-constexpr qsizetype MaxTextLength = 300; // of a name that is shown
+constexpr qsizetype MaxTextLength = 300; // of a displayed name
 
-/// The columns every entry is read from, in the order `entryFrom` expects them.
+/// The columns of an entry, in the order that `entryFrom` expects.
 constexpr char EntryColumns[] =
     "SELECT s.id, s.release, s.language, s.format, s.downloads, s.frames_per_second, s.hearing_impaired,"
     " s.foreign_parts_only, s.machine_translated, s.digest, f.year, f.season, f.episode, f.imdb, ";
 constexpr char MainTitle[] =
     "(SELECT t.name FROM film_title ft JOIN title t ON t.id = ft.title_id WHERE ft.film_id = f.id"
     " ORDER BY ft.is_main DESC LIMIT 1)";
-/// The same where the film was found by a title, ?1, which most often is the main one.
+/// The same when a title, ?1, found the film; most often that is the main one.
 constexpr char MainTitleOfFound[] = "CASE WHEN x.is_main THEN (SELECT name FROM title WHERE id = ?1) ELSE ";
 
 QString text(const SQLite::Column &column)
 {
-    // Line breaks would tear a row apart on screen.
+    // Line breaks would split a row on screen.
     return QString::fromUtf8(column.getText(), std::min(column.getBytes(), 4096))
         .simplified()
         .left(MaxTextLength);
@@ -105,9 +105,9 @@ constexpr char SomeTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title
 constexpr char BestTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title t ON t.id = w.rowid"
                               " WHERE title_words MATCH ? ORDER BY w.rank LIMIT ?";
 
-/// All titles that match, where these are few. The index's own ranking would count every title that has one
-/// of the words, "the" among them, before it gave the first: so of many titles with several words those are
-/// taken that have the words side by side as they were typed, and then the first ones.
+/// All matching titles when these are few. The index's ranking would first count every title that has one of
+/// the words, such as "the". With many titles and several words, titles with the words side by side come
+/// first, then the first others.
 QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const TitleQuery::Reading &reading,
                                     WordMatch match)
 {
@@ -132,9 +132,9 @@ void collectTitles(PreparedStatements &statements, const TitleQuery::Reading &re
     }
 }
 
-/// The titles that answer one reading, the closest first, of equals those that have more of the words, then
-/// the shorter. Whole words are looked for on their own: among all the titles in which a word begins, the one
-/// that is just this word could be too far down to be read.
+/// The titles that match one reading, the closest first; among equals those with more of the words, then the
+/// shorter. Whole words are searched separately, because a title equal to the word could be too far down
+/// among the titles in which a word begins with it.
 QList<AnsweringTitle> titlesFor(PreparedStatements &statements, const TitleQuery::Reading &reading)
 {
     QList<AnsweringTitle> titles;
@@ -156,8 +156,8 @@ void bindFact(SQLite::Statement &statement, int index, const std::optional<int> 
         statement.bind(index, *fact);
 }
 
-/// Every page that is read costs: of films without a subtitle in the language only the index by film and
-/// language is looked at, and of the many episodes of a series only those that are wanted.
+/// Reads as few pages as possible: of films without a subtitle in the language only the index by film and
+/// language, and of a series only the wanted episodes.
 std::string tablesInOrder(const QString &language, const TitleQuery &facts)
 {
     if (language.isEmpty() || facts.season || facts.episode)
@@ -167,9 +167,9 @@ std::string tablesInOrder(const QString &language, const TitleQuery &facts)
            " CROSS JOIN film f ON f.id = s.film_id WHERE x.title_id = ?1";
 }
 
-/// What the text says of year, season and episode is asked for here too: a long series has more subtitles
-/// than are read, and those that are wanted must be among them. A language is asked for by itself, so that
-/// the index by film and language leads to it.
+/// Year, season and episode of the text are part of the statement: a long series has more subtitles than are
+/// read, and the wanted ones must be among them. The language is a separate condition, so that SQLite uses
+/// the index by film and language.
 SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
                                    const TitleQuery &facts)
 {
@@ -205,7 +205,7 @@ QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<An
 {
     SQLite::Statement statement = entriesStatement(database, language, facts);
     QList<CatalogueEntry> entries;
-    QSet<qint64> seen; // a film with several titles is met several times, by its closest first
+    QSet<qint64> seen; // a film with several titles occurs several times, by its closest first
     for (const AnsweringTitle &title : titles) {
         for (CatalogueEntry entry : entriesOfTitle(statement, title.id)) {
             if (seen.contains(entry.id))
@@ -220,8 +220,7 @@ QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<An
     return entries;
 }
 
-/// Keeps the entries of which the fact is true, if it is true of any; where no entry agrees, the text named
-/// it wrongly.
+/// Keeps the entries for which the fact is true if there are any; otherwise the text named it wrongly.
 void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted,
                 std::optional<int> Subtitle::*fact)
 {
@@ -230,7 +229,7 @@ void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted
         entries.removeIf(disagrees);
 }
 
-/// An episode that was asked for by number and is not there must not be answered with another one.
+/// A missing episode must not be answered with another one.
 void demandEpisode(QList<CatalogueEntry> &entries, const TitleQuery &query)
 {
     entries.removeIf([&](const CatalogueEntry &entry) {
@@ -269,8 +268,8 @@ QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qin
 QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, const QString &text,
                                                 const QString &language)
 {
-    // Alone, each statement would lock the file and see whether it has changed; and what an import writes
-    // meanwhile is seen by all of them or by none.
+    // One transaction locks the file and checks for changes once, and all statements see the same state
+    // during an import.
     const SQLite::Transaction snapshot(database);
     PreparedStatements statements(database);
     const TitleQuery query = titleQuery(text);

@@ -8,8 +8,7 @@ namespace SQLite
 class Database;
 }
 
-/// The searches of one open catalogue. They throw SQLite::Exception; CatalogueDatabase is the one that
-/// catches.
+/// The searches of one open catalogue. They throw SQLite::Exception, which CatalogueDatabase catches.
 namespace CatalogueQueries
 {
 inline constexpr int MaxEntries = 500;

@@ -211,7 +211,7 @@ void CatalogueRows::removeTitleIfUnused(qint64 title)
             return;
         name = find->getColumn(0).getString();
     }
-    // The index keeps no texts of its own: it takes a title out by being told its words once more.
+    // The index stores no texts: a title is removed by passing its words again.
     auto index =
         m_statements.use("INSERT INTO title_words(title_words, rowid, words) VALUES('delete', ?, ?)");
     bindRow(*index, 1, title);

@@ -3,7 +3,7 @@
 #include "PreparedStatements.h"
 #include "StoredContent.h"
 
-/// Enters and takes out the rows of an open catalogue; the caller holds the transaction. Functions throw
+/// Inserts and removes rows of an open catalogue; the caller holds the transaction. Functions throw
 /// SQLite::Exception. One thread.
 class CatalogueRows final
 {
@@ -19,7 +19,7 @@ public:
     std::optional<qint64> subtitleRow(qint64 film, const SubtitleRecord &subtitle, const QByteArray &digest);
     void addVideo(qint64 subtitle, const QString &hash, quint64 size);
 
-    /// Takes the subtitle out, and with a film's last one the film and the titles only it had.
+    /// Removes the subtitle, and with a film's last one also the film and its unshared titles.
     void removeSubtitle(qint64 subtitle);
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
 
-/// What makes an SQLite file a catalogue. A file of another version is refused, not guessed at, and so is one
-/// whose tables were not made by these very statements: whoever changes a letter of one needs a new version.
+/// The schema of a catalogue. Files of another version and files whose tables were not made by exactly these
+/// statements are refused: each change of a statement needs a new version.
 namespace CatalogueSchema
 {
 inline constexpr int ApplicationId = 0x506c7664; // "Plvd"

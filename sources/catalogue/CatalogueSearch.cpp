@@ -45,7 +45,7 @@ Result<QList<CatalogueEntry>> entriesOf(const CataloguePlace &place, const Catal
     return database->entriesForText(request.text, language);
 }
 
-/// A result's own name within this service: which catalogue, and which row.
+/// A result's id within this service: the catalogue and the row.
 QString fileIdOf(qsizetype place, qint64 row)
 {
     return u"%1/%2"_s.arg(place).arg(row);
@@ -53,7 +53,7 @@ QString fileIdOf(qsizetype place, qint64 row)
 
 int agreementOf(const CatalogueEntry &entry, const CatalogueRequest &request)
 {
-    // For typed words the title counts before the release: "Heat" is not "Heathers".
+    // For typed words the title counts before the release, so that "Heat" does not find "Heathers" first.
     constexpr int TitleWeight = 1000;
     const QString &name = request.video ? request.videoName : request.text;
     return TitleWeight * entry.closeness + releaseAgreement(entry.subtitle.subFileName, name);
@@ -154,7 +154,7 @@ Result<FetchedSubtitle> fetchFromCatalogue(const QList<CataloguePlace> &places, 
     const Result<std::optional<CatalogueFile>> file = database->file(row);
     if (!file)
         return file.error();
-    // The catalogue may have been replaced since the search, and the row with it.
+    // The catalogue, and the row with it, may have been replaced since the search.
     const bool isTheOne = *file && (*file)->release.simplified().startsWith(subtitle.subFileName);
     if (!isTheOne || (*file)->content.isEmpty())
         return errors.error(CatalogueFailure::NoLongerThere, path);

@@ -5,24 +5,24 @@
 
 #include <base/Locale.h>
 
-/// What a query asks, read from its arguments. Sizes and hashes that are none ask for nothing.
+/// A query's arguments, parsed. Invalid sizes and hashes are ignored.
 struct CatalogueRequest
 {
     std::optional<VideoHash> video;
     QString text;
-    std::optional<QString> language; // three letters; nothing for all, empty for what is no language
+    std::optional<QString> language; // three letters; none for all, empty for an invalid code
     QString videoName;               // remembered for the video; empty when unknown
-    Locale locale;                   // in whose language languages are named
+    Locale locale;                   // the locale of language names
 
     static CatalogueRequest from(const QList<Arg> &args, const VideoNames &names);
 };
 
-/// Searches all catalogues for one request: the best first, duplicates once. The limits hold for each of them.
-/// Any thread.
+/// Searches all catalogues for one request: the best results first, duplicates once. The limits hold for each
+/// catalogue. Any thread.
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
                                      const CatalogueRequest &request, const ReadLimits &limits = {});
 
-/// Reads the file that a result of `searchCatalogues` stands for, and the name to save it under.
+/// Reads the file of a result of `searchCatalogues`, and the name to save it under.
 struct FetchedSubtitle
 {
     QString fileName;

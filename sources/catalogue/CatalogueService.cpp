@@ -42,7 +42,7 @@ struct CatalogueService::State
         const Result<QUrl> file = fetch(subtitle);
         bool isWanted = false;
         outstandingDownloads.finish(number, [&] { isWanted = true; });
-        // A cancel does not wait for what the completion does with the file.
+        // A cancel does not wait for the work of the completion.
         if (isWanted)
             completion(file);
     }
@@ -72,8 +72,8 @@ CatalogueService::~CatalogueService()
     m_state->outstanding.cancelAll();
 }
 
-/// Hands the job to the worker on a later turn of the main thread: a completion must not come before the call
-/// that asked for it has returned, and the worker could be that quick.
+/// Passes the job to the worker on a later turn of the main thread, because its completion must not come
+/// before the call that asked for it has returned.
 void CatalogueService::postAfterReturn(std::function<void(State &)> job)
 {
     MainQueue::shared().async([state = m_state, weak = std::weak_ptr(m_worker), job = std::move(job)] {

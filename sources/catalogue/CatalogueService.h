@@ -8,7 +8,7 @@
 #include <model/OutstandingQueries.h>
 #include <model/SubtitleService.h>
 
-/// A catalogue to search, and whether it may be absent.
+/// A catalogue to search, and whether its file may be missing.
 struct CataloguePlace
 {
     QString path;
@@ -20,23 +20,22 @@ struct CataloguePlace
 };
 
 /// Finds and fetches subtitles in catalogue files on this machine, searched side by side; no network, no
-/// account. Functions are called on the main thread; the work is done on a thread of its own, where
-/// completions arrive. Every query opens the files anew, so that a catalogue that grows or is replaced
-/// meanwhile is seen as it is.
+/// account. Functions are called on the main thread; a worker thread does the work and calls the completions.
+/// Every query opens the files anew, so that it sees their present content.
 class CatalogueService final : public SubtitleService
 {
 public:
-    /// What `Subtitle::service` says of its results.
+    /// The value of `Subtitle::service` in its results.
     static QString name();
 
     explicit CatalogueService(const QList<CataloguePlace> &places,
                               const DownloadFolder &downloads = DownloadFolder());
     ~CatalogueService() override;
 
-    /// One source with rows suffices; with none, any source's failure is the answer.
+    /// Succeeds when one source has rows; without rows, the failure of any source is the answer.
     void query(const QList<Arg> &args, QueryCompletion completion) override;
     void cancelQueryTask() override;
-    /// Writes a copy of the catalogue's file into a folder of its own.
+    /// Writes a copy of the catalogue's file into a new folder.
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
     void cancelDownloads() override;
 
@@ -45,9 +44,9 @@ protected:
     VideoFileComponents componentsOf(const QUrl &url) override;
 
 private:
-    struct State; // what the jobs use; lives as long as one runs
+    struct State; // the state that jobs share; it exists as long as one runs
     void postAfterReturn(std::function<void(State &)> job);
 
     std::shared_ptr<State> m_state;
-    std::shared_ptr<WorkerThread> m_worker; // after the state; ours alone but for the turn that posts to it
+    std::shared_ptr<WorkerThread> m_worker; // after the state; the turn that posts to it holds it, too
 };

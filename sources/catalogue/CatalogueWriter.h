@@ -13,7 +13,7 @@ class Transaction;
 } // namespace SQLite
 class CatalogueRows;
 
-/// A film to be entered: its titles (the main one first), facts and picture.
+/// A film to insert: its titles (the main one first), facts and picture.
 struct FilmRecord
 {
     QStringList titles;
@@ -25,7 +25,7 @@ struct FilmRecord
     QByteArray poster; // an encoded picture
 };
 
-/// A subtitle to be entered, and the video it was made for where that is known.
+/// A subtitle to insert, and the video it was made for, if known.
 struct SubtitleRecord
 {
     QString release;
@@ -41,18 +41,18 @@ struct SubtitleRecord
     quint64 videoSize = 0;
 };
 
-/// Writes a catalogue. Nothing is kept before `commit`. Errors have the domain "Catalogue" and name the
-/// statement that failed; they are for whoever builds a catalogue, not for the window. One thread.
+/// Writes a catalogue. Only `commit` stores the changes. Errors have the domain "Catalogue" and name the
+/// statement that failed; they are for developers, not for the window. One thread.
 class CatalogueWriter final
 {
 public:
-    /// A new catalogue at a path where no file is yet.
+    /// Creates a catalogue at a path without a file.
     static Result<CatalogueWriter> create(const QString &path);
     ~CatalogueWriter();
     CatalogueWriter(CatalogueWriter &&) noexcept;
     CatalogueWriter &operator=(CatalogueWriter &&) = delete;
 
-    /// Gives the film's row, which `addSubtitle` takes.
+    /// Returns the film's row for `addSubtitle`.
     Result<qint64> addFilm(const FilmRecord &film);
     Result<void> addSubtitle(qint64 film, const SubtitleRecord &subtitle);
     Result<void> commit();
@@ -62,5 +62,5 @@ private:
 
     std::unique_ptr<SQLite::Database> m_database;
     std::unique_ptr<CatalogueRows> m_rows;
-    std::unique_ptr<SQLite::Transaction> m_transaction; // after the database: it must end first
+    std::unique_ptr<SQLite::Transaction> m_transaction; // destroyed before the database
 };

@@ -18,7 +18,7 @@ struct Limit
     int most;
 };
 
-/// Well above what the program's own tables and searches need, and far below what SQLite would allow.
+/// Well above the needs of the program's tables and searches, and far below SQLite's own limits.
 constexpr Limit Limits[] = {
     {SQLITE_LIMIT_LENGTH, 2 * CatalogueDatabase::MaxSubtitleBytes},
     {SQLITE_LIMIT_SQL_LENGTH, 100'000},
@@ -32,7 +32,7 @@ constexpr Limit Limits[] = {
     {SQLITE_LIMIT_VARIABLE_NUMBER, 100},
 };
 
-using Tables = std::map<std::string, std::string, std::less<>>; // by name, the statements that made them
+using Tables = std::map<std::string, std::string, std::less<>>; // statements by table name
 
 /// The program's own tables. Their statements end with a semicolon at the end of a line.
 Tables ownTables()
@@ -54,8 +54,7 @@ Tables ownTables()
     return tables;
 }
 
-/// The tables behind the text index are made by SQLite, in words that are its own; none has a computed
-/// column, which would need the word "as".
+/// SQLite creates the FTS shadow tables; reject generated columns, which need the word "as".
 constexpr char DoubtfulIndexTables[] =
     "SELECT name FROM sqlite_schema WHERE name LIKE 'title\\_words\\_%' ESCAPE '\\'"
     " AND (type <> 'table' OR sql NOT LIKE 'CREATE TABLE ''title\\_words\\_%' ESCAPE '\\'"

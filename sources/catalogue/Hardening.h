@@ -5,12 +5,12 @@ namespace SQLite
 class Database;
 }
 
-/// Keeps from running by itself what a made-up file may hold: triggers, views and the functions that its
-/// tables name. Call before anything is read.
+/// Disables what a forged file could run by itself: triggers, views and the functions in its table
+/// definitions. Call before the first read.
 void distrust(SQLite::Database &database);
 
-/// Takes away whatever a made-up file could use against its reader, sizes without measure included. Call
-/// before anything is read. Throws SQLite::Exception.
+/// Limits what a forged file could do to its reader, sizes included. Call before the first read. Throws
+/// SQLite::Exception.
 void harden(SQLite::Database &database);
 
 /// Throws SQLite::Exception unless the tables that searches read are, to the letter, those the program makes.

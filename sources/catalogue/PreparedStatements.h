@@ -4,11 +4,11 @@
 #include <string_view>
 #include <unordered_map>
 
-/// Keeps statements compiled between their uses. The texts are literals; the database outlives it.
+/// Caches compiled statements. The texts are literals; the database must outlive this object.
 class PreparedStatements final
 {
 public:
-    /// One use of a statement; afterwards it holds neither locks nor values.
+    /// One use of a statement; its destructor releases locks and values.
     class Use final
     {
     public:
@@ -19,7 +19,7 @@ public:
             try {
                 m_statement.clearBindings();
             } catch (const SQLite::Exception &) {
-                return; // values that are kept longer do no harm
+                return; // bound values that stay do no harm
             }
         }
         Use(const Use &) = delete;

@@ -5,7 +5,7 @@
 
 namespace
 {
-constexpr int StepsBetweenQuestions = 1000; // of SQLite's machine; well below a millisecond
+constexpr int StepsBetweenQuestions = 1000; // steps of SQLite's virtual machine; well below a millisecond
 }
 
 QueryInterrupter::QueryInterrupter(SQLite::Database &database, ReadLimits limits)

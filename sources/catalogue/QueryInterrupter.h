@@ -7,16 +7,15 @@ namespace SQLite
 class Database;
 }
 
-/// How long a catalogue may keep whoever reads it. An honest one answers in milliseconds; the limit leaves
-/// room for a slow disk.
+/// The limits of one read. A sound catalogue answers in milliseconds; the time limit allows for a slow disk.
 struct ReadLimits
 {
-    std::chrono::milliseconds longest{15'000}; // of one look into it: its opening, or one search
-    std::function<bool()> isCancelled = {};    // asked again and again on the reading thread; none: never
+    std::chrono::milliseconds longest{15'000}; // for opening the file or for one search
+    std::function<bool()> isCancelled = {};    // polled on the reading thread; empty for never
 };
 
-/// Stops whatever a connection does, by SQLITE_INTERRUPT, once the reading is cancelled or has taken too
-/// long. One thread; the database outlives it.
+/// Interrupts a connection's query by SQLITE_INTERRUPT when the read is cancelled or takes too long. One
+/// thread; the database must outlive this object.
 class QueryInterrupter final
 {
 public:
@@ -25,7 +24,7 @@ public:
     QueryInterrupter(const QueryInterrupter &) = delete;
     QueryInterrupter &operator=(const QueryInterrupter &) = delete;
 
-    /// The time limit begins anew, for the next read.
+    /// Restarts the time limit for the next read.
     void restart();
     bool isCancelled() const;
 

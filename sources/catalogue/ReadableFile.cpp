@@ -17,11 +17,11 @@ std::unique_ptr<SQLite::Database> opened(const std::string &name, int flags, int
 {
     auto database = std::make_unique<SQLite::Database>(name, SQLite::OPEN_READONLY | flags, busyTimeout);
     harden(*database);
-    database->execAndGet("PRAGMA schema_version"); // the first thing that reads the file
+    database->execAndGet("PRAGMA schema_version"); // the first statement that reads the file
     return database;
 }
 
-/// A log that holds something belongs to the content: without it the file may be half of a later state.
+/// A log with content is part of the database: without it the file may be inconsistent.
 bool hasLog(const QString &path)
 {
     return QFileInfo(path + u"-wal"_s).size() > 0;
@@ -32,7 +32,7 @@ bool isForWantOfAPlace(const SQLite::Exception &exception)
     return exception.getErrorCode() == SQLITE_CANTOPEN || exception.getErrorCode() == SQLITE_READONLY;
 }
 
-/// A relative name would lose its first part as the name of a host.
+/// In a URI the first part of a relative path would be taken as a host.
 std::string unchangingAddress(const QString &path)
 {
     const QByteArray name = QFile::encodeName(QFileInfo(path).absoluteFilePath());

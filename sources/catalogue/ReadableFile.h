@@ -7,7 +7,7 @@ namespace SQLite
 class Database;
 }
 
-/// Opens a catalogue file for reading only, hardened against what it may hold, and makes sure that it can be
-/// read. A file with a write-ahead log needs a place for the readers' notes beside it; one that was finished
-/// and then put where nothing may be written is read without. Throws SQLite::Exception. Any thread.
+/// Opens a catalogue file for reading only, hardened against its content, and checks that it can be read. A
+/// file with a write-ahead log needs a writable folder for the shared-memory file; a file without a log in a
+/// read-only folder is opened as immutable. Throws SQLite::Exception. Any thread.
 std::unique_ptr<SQLite::Database> readableFile(const QString &path, int busyTimeoutMilliseconds);

@@ -13,7 +13,7 @@ constexpr qsizetype MaxCharacters = 1024;
 constexpr qsizetype MaxWords = 32;
 constexpr qsizetype MaxWordLength = 40;
 
-/// Letters whose plain form no decomposition gives.
+/// The plain form of letters that Unicode does not decompose.
 QString plainLetter(char32_t c)
 {
     static const QHash<char32_t, QString> table = {
@@ -37,7 +37,7 @@ bool standsAlone(char32_t c)
 
 bool isSilent(char32_t c)
 {
-    // Marks of a decomposed letter, and apostrophes: "don't" is found by "dont".
+    // Skip the marks of decomposed letters, and apostrophes: "dont" finds "don't".
     const QChar::Category category = QChar::category(c);
     return category == QChar::Mark_NonSpacing || category == QChar::Mark_SpacingCombining ||
            category == QChar::Other_Format || c == U'\'' || c == U'’' || c == U'‘' || c == U'`' ||
@@ -74,7 +74,7 @@ private:
     QStringList m_words;
 };
 
-/// What most titles are: plain letters, which need no decomposing.
+/// The fast path for most titles: ASCII letters need no decomposition.
 QStringList wordsOfAscii(QStringView text)
 {
     QStringList words;

@@ -27,7 +27,7 @@ StoredContent StoredContent::packed(const QByteArray &content)
 
 QByteArray StoredContent::unpacked(const QByteArray &bytes)
 {
-    // The size that is promised comes first; memory is set aside by it.
+    // The stated size comes first; it determines the allocation.
     constexpr qsizetype SizeBytes = 4;
     if (bytes.size() <= SizeBytes ||
         qFromBigEndian<quint32>(bytes.constData()) > CatalogueDatabase::MaxSubtitleBytes)

@@ -1,7 +1,7 @@
 #pragma once
 #include <QByteArray>
 
-/// A subtitle's content as a catalogue keeps it: as it is, or packed and apart from its row.
+/// A subtitle's content as a catalogue stores it: plain, or packed in a separate table.
 struct StoredContent
 {
     QByteArray digest; // SHA-1 of the content
@@ -11,6 +11,6 @@ struct StoredContent
     static StoredContent plain(const QByteArray &content);
     static StoredContent packed(const QByteArray &content);
 
-    /// The content again; empty when the bytes are damaged or would unpack to more than a subtitle has.
+    /// Unpacks a content; empty when the bytes are damaged or would unpack to more than a subtitle's limit.
     static QByteArray unpacked(const QByteArray &bytes);
 };

@@ -17,7 +17,7 @@ TitleQuery titleQuery(const QString &text)
     typed.removeDuplicates();
     title.removeDuplicates();
 
-    // A title may look like a year or an episode ("1917"), so the text as it stands comes first.
+    // A title may look like a year or an episode ("1917"), so the unchanged text comes first.
     TitleQuery query{{}, said.year, said.season, said.episode};
     const bool namesFacts = query.year || query.season || query.episode;
     if (!typed.isEmpty())
@@ -33,7 +33,7 @@ namespace
 {
 constexpr qsizetype MaxPairedWords = 8;
 
-/// One letter begins too many words to say anything beside others.
+/// Single letters begin too many words, so they are only used alone.
 QStringList termsFor(const QStringList &words, WordMatch match)
 {
     QStringList terms;
@@ -44,8 +44,8 @@ QStringList termsFor(const QStringList &words, WordMatch match)
     return terms;
 }
 
-/// More than half of several words are at least two of them, and two words are in few titles where one,
-/// "the", may be in a third of all. Of a long text the longest words count, which are the rarest.
+/// With several words, more than half means at least two, and two words occur in few titles where one, such
+/// as "the", may occur in a third of all. Of a long text the longest words are used, which are the rarest.
 QString anyTwoOf(QStringList words, WordMatch match)
 {
     std::stable_sort(words.begin(), words.end(),
@@ -97,7 +97,7 @@ std::optional<TitleAnswer> titleAnswer(const TitleQuery::Reading &reading, const
     }
     const bool hasWholeTitle = std::all_of(titleWords.begin(), titleWords.end(),
                                            [&](const QString &word) { return reading.words.contains(word); });
-    // A title of one word within a longer text is a coincidence, one of several words is not.
+    // A one-word title within a longer text is a coincidence; a title of several words is not.
     const bool isNamed = hasWholeTitle && titleWords.size() > 1;
     if (reading.demand == TitleQuery::Reading::Demand::HalfOfThem && !isNamed &&
         2 * begun <= reading.words.size())

@@ -2,11 +2,10 @@
 #include <QStringList>
 #include <optional>
 
-/// What a typed text asks of the titles: the words, in ever more tolerant readings of them, and the facts it
-/// names.
+/// A typed text as a query for titles: its words in increasingly tolerant readings, and the facts it names.
 struct TitleQuery
 {
-    /// One way of reading the text; the first that finds a title is the one that counts.
+    /// One interpretation of the text; the first one that finds a title is used.
     struct Reading
     {
         QStringList words;
@@ -27,26 +26,26 @@ struct TitleQuery
 /// Reads "harbour lights", "Lights harb" or "Harbour.Lights.2019.1080p.BluRay.x264.mkv". Any thread.
 TitleQuery titleQuery(const QString &text);
 
-/// Whether the words of a text must be a title's words, or may be the beginnings of them.
+/// Whether the words of a text must be whole words of a title or may be prefixes.
 enum class WordMatch
 {
     Whole,
     Begun
 };
 
-/// The full-text expression for a reading.
+/// The full-text expression of a reading.
 QString matchExpression(const TitleQuery::Reading &reading, WordMatch match);
 
-/// The expression for the words side by side in their order: all of them, or any two neighbours where half of
-/// them will do. The last may be only begun.
+/// The expression for words side by side in their order: all of them, or any two neighbours if half of the
+/// words suffice. The last word may be a prefix.
 QString phraseExpression(const TitleQuery::Reading &reading, WordMatch match);
 
-/// How a title answers a reading.
+/// How well a title matches a reading.
 struct TitleAnswer
 {
-    int closeness = 0; // 0 when words were completed or left over, 1 when it has every word, 2 when no other
-    int letters = 0;   // of the reading's words that it has: the words that say little are short
+    int closeness = 0; // 0: words were completed or left over; 1: it has every word; 2: and no others
+    int letters = 0;   // the total length of the matched words, since short words say little
 };
 
-/// Nothing when too few words are there.
+/// None when too few words match.
 std::optional<TitleAnswer> titleAnswer(const TitleQuery::Reading &reading, const QString &title);

@@ -31,7 +31,7 @@ Error noPicture()
 }
 } // namespace
 
-/// The sources, and the steps from one to the next.
+/// The sources and the steps from one to the next.
 struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
 {
     struct Find
@@ -57,7 +57,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
     QList<Source> sources;
     quint64 lastLookup = 0;
 
-    /// The first source from `start` on that is to be asked; the number of sources when there is none.
+    /// The first source from `start` on that may be asked; the number of sources when there is none.
     qsizetype next(qsizetype start) const
     {
         while (start < sources.size() && sources[start].isAsked && !sources[start].isAsked())

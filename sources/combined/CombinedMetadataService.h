@@ -1,9 +1,8 @@
 #pragma once
 #include <model/MetadataService.h>
 
-/// Several sources of films and posters, asked one after another until one has it. A lookup (a film and its
-/// picture) that has not ended when the next one begins is still answered by the source it is with, but asks
-/// no further one: without an answer from there it ends unanswered. Main thread only.
+/// Asks several sources of films and posters one after another until one has the film. A new lookup (a film
+/// and its picture) cancels a running one, which is never answered. Main thread only.
 class CombinedMetadataService final : public MetadataService
 {
 public:
@@ -16,14 +15,13 @@ public:
     explicit CombinedMetadataService(const QList<Source> &sources);
     ~CombinedMetadataService() override;
 
-    /// A source that fails is passed over where a later one has an answer; with none, the first failure is
-    /// the answer.
+    /// A failing source is skipped when a later one has an answer; otherwise the first failure is the answer.
     void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
-    /// A film without a picture where it was found gets that of a later source.
+    /// When the film's own source has no picture, later sources are asked.
     void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
                     ImageCompletion completion) override;
 
 private:
     struct Chain;
-    std::shared_ptr<Chain> m_chain; // what outstanding steps hold weakly
+    std::shared_ptr<Chain> m_chain; // pending steps hold it weakly
 };

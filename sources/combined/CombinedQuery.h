@@ -5,7 +5,7 @@
 
 #include <mutex>
 
-/// The answers of several services to one query, until all are there. Any thread.
+/// Collects the answers of several services to one query. Any thread.
 class CombinedQuery final
 {
 public:
@@ -18,14 +18,13 @@ public:
     CombinedQuery(qsizetype sources, Asked asked, const QString &videoName,
                   const RankingPreferences &preferences);
 
-    /// True for the last of them: `outcome` is then ready.
+    /// Returns true for the last answer: `outcome` is then ready.
     bool take(qsizetype source, const Result<QueryResult> &answer);
-    /// Rows of any service make the others' failures none. Without rows any failure is the answer, unless the
-    /// first service (the one on this machine) answered a query by hash: that gives an empty list, for the
-    /// words of the file's name may still find something there. What matches the hash comes first, each
-    /// subtitle once. Ends early once it is asked to stop, and what it gives then is of no use.
+    /// Fails only if no source returned rows, and not even then if the first service (the one on this
+    /// machine) answered a query by hash: an empty list lets the words of the file's name be tried. Rows that
+    /// match the hash come first, each subtitle once. Stops early on request; the result is then useless.
     Result<QueryResult> outcome(const std::stop_token &stop = {}) const;
-    /// How that source failed, if it did.
+    /// The failure of that source, if any.
     std::optional<Error> failureOf(qsizetype source) const;
 
 private:

@@ -48,7 +48,7 @@ CombinedQuery::Asked waysOf(const QList<Arg> &args)
                                                      : CombinedQuery::Asked::ByHash;
 }
 
-/// Those of the failures that the next query would meet again, and would have to wait for.
+/// The failures that the next query would wait for and meet again.
 CombinedSubtitleService::Failures outOfReach(const CombinedSubtitleService::Failures &failures)
 {
     CombinedSubtitleService::Failures kept;
@@ -131,7 +131,7 @@ void CombinedSubtitleService::start(quint64 number, const QList<Arg> &args, Quer
                     observer(gaps);
             });
         completion(outcome);
-        // Behind what the completion has queued: a query that comes later asks every source again.
+        // Queued after the completion's own blocks: later queries ask every source again.
         if (leadsToWords)
             MainQueue::shared().async([memory] { memory->clear(); });
     };

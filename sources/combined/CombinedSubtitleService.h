@@ -7,39 +7,39 @@
 
 #include <QMap>
 
-/// Several subtitle services as one: asks them side by side and gives one answer, never before the call has
-/// returned, none once cancelled. Falls back on nothing: a query stays what it is. A query by words that
-/// follows at once on a query by hash does not ask a source again that has just timed out or refused the key.
-/// Functions are called on the main thread; completions of queries arrive on a thread of its own, those of
-/// downloads wherever the service gives them.
+/// Combines several subtitle services: asks them side by side and gives one answer, never before the call has
+/// returned and never after a cancel. Does not replace a query by another one. A query by words that follows
+/// directly on a query by hash skips sources that have just timed out or refused the key. Functions are
+/// called on the main thread; a worker thread calls completions of queries, and the service's own thread
+/// those of downloads.
 class CombinedSubtitleService final : public SubtitleService
 {
 public:
     struct Source
     {
-        QString name; // what `Subtitle::service` says of its results
+        QString name; // the value of `Subtitle::service` in its results
         std::shared_ptr<SubtitleService> service;
         std::function<bool()> isAsked; // empty for always
     };
 
-    /// `names` is shared with the services that want to know a video's name; `preferences` is asked for each
-    /// query. The first source wins where two have the same subtitle.
+    /// `names` is shared with services that need a video's name; `preferences` is read for each query. When
+    /// two sources have the same subtitle, the first one is used.
     CombinedSubtitleService(const QList<Source> &sources, std::shared_ptr<VideoNames> names,
                             std::function<RankingPreferences()> preferences);
     ~CombinedSubtitleService() override;
 
     using Failures = QMap<QString, Error>; // by source
-    /// What an answer that is no failure lacks.
+    /// The parts that a successful answer lacks.
     struct Gaps
     {
-        Failures failures;  // of the sources that have no part in it; mostly none
+        Failures failures;  // of the sources without a part in the answer; mostly empty
         qint64 leftOut = 0; // rows beyond those given
     };
     using GapsObserver = std::function<void(const Gaps &)>;
     /// Called on the main queue before the completion. Set it before the first query.
     void setGapsObserver(GapsObserver observer) { m_gapsObserver = std::move(observer); }
 
-    /// Keeps queries back until `release`: for the time in which nobody knows yet who is to be asked.
+    /// Holds queries back until `release`, while the available sources are not known yet.
     void hold() { m_isHeld = true; }
     void release();
 
@@ -64,7 +64,7 @@ private:
     std::shared_ptr<WorkerThread> m_worker;
     GapsObserver m_gapsObserver;
     const std::shared_ptr<Failures> m_outOfReach =
-        std::make_shared<Failures>(); // for the query by words that follows at once; main thread
+        std::make_shared<Failures>(); // for a query by words that follows directly; main thread
     std::stop_source m_stop;          // ends the work for outstanding queries
     bool m_isHeld = false;
     std::vector<std::function<void()>> m_held;

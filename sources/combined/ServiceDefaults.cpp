@@ -4,8 +4,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The address stored under `key`. One that is none is kept as it is, so that using it says so instead of
-/// asking somebody else than the person meant.
+/// The address stored under `key`. Keep an invalid address, so the request fails instead of using the
+/// default.
 QUrl address(const UserDefaults &defaults, const QString &key, const QUrl &standard)
 {
     const QString text = defaults.string(key).value_or(QString()).trimmed();

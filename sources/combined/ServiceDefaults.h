@@ -12,15 +12,15 @@ namespace ServiceDefaults
 inline const QString SubtitleURL = QStringLiteral("SubtitleServiceURL");
 inline const QString SubtitleUser = QStringLiteral("SubtitleServiceUser");
 inline const QString MetadataURL = QStringLiteral("MetadataServiceURL");
-// "preferred", "avoided" or "neutral".
+// The value is "preferred", "avoided" or "neutral".
 inline const QString HearingImpaired = QStringLiteral("SubtitleHearingImpaired");
 inline const QString ForeignPartsOnly = QStringLiteral("SubtitleForeignPartsOnly");
 inline const QString MachineTranslated = QStringLiteral("SubtitleMachineTranslated");
 inline const QString KeepsOriginalBytes = QStringLiteral("SubtitleKeepsOriginalBytes");
 
-/// Every key above, for observing.
+/// All keys above, for observers.
 QStringList keys();
-/// What holds where a person has stored nothing.
+/// Registers the default values.
 void registerDefaults(UserDefaults &defaults);
 RestSettings restSettings(const UserDefaults &defaults, const Credentials &credentials);
 RankingPreferences rankingPreferences(const UserDefaults &defaults);

@@ -10,7 +10,7 @@ namespace
 {
 using namespace std::chrono_literals;
 
-constexpr auto KeyringTimeout = 2s; // a locked keyring asks the person, who may be elsewhere
+constexpr auto KeyringTimeout = 2s; // unlocking a keyring may need the person
 
 ServiceStatus::Missing missingBy(const Error &failure)
 {
@@ -43,7 +43,7 @@ Services::Services(const Parts &parts)
     m_films = std::make_shared<FilmDatabase>(m_clock, ServiceDefaults::filmSettings(defaults, m_credentials));
     for (const QString &key : ServiceDefaults::keys())
         m_observations.push_back(defaults.observe(key, [this](const QVariant &) { apply(); }));
-    // Later: reaching a keyring takes time that the window's first appearance should not wait for.
+    // Deferred, because reaching a keyring would delay the window's first appearance.
     MainQueue::shared().async([weak = std::weak_ptr(m_alive)] {
         if (const auto alive = weak.lock())
             (*alive)->readSecrets();
@@ -53,7 +53,7 @@ Services::Services(const Parts &parts)
 Services::~Services()
 {
     m_rest->setPauseObserver({});
-    // They go by our clock and must not outlive the application object.
+    // The services use this object's clock and must not outlive the application object.
     if (!m_isInstalled)
         return;
     SubtitleService::setShared({});
@@ -90,7 +90,7 @@ void Services::install()
     SubtitleService::setShared(m_combined);
     const auto metadata = std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{
         {m_parts.catalogueMetadata, {}}, {m_films, [films = m_films] { return films->hasKey(); }}});
-    // The window says so only when the setting changes.
+    // The window sets the language only when the setting changes.
     metadata->preferredLanguage = UserDefaults::standard().string(u"languageCode"_s);
     MetadataService::setShared(metadata);
 }
@@ -161,7 +161,7 @@ void Services::saveSecret(Secret secret, const QString &text, SecretStore::Write
 
 void Services::shutDown(const std::function<void()> &done)
 {
-    // The goodbye would wait for a connection behind questions whose answers nobody is there to see.
+    // Cancel queries first: the logout would wait for a connection behind them.
     if (m_combined)
         m_combined->cancelQueryTask();
     m_rest->shutDown(done);

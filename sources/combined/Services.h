@@ -8,30 +8,29 @@
 #include <sources/films/FilmDatabase.h>
 #include <sources/online/RestService.h>
 
-/// All services of the program, put together by the process entry and kept until it ends: the catalogues, the
-/// network services with their settings and secrets, and what the controllers see of them. Follows the
-/// settings live. Main thread only.
+/// Makes and owns all services of the program: the catalogues, the network services with their settings and
+/// secrets, and the interfaces that controllers use. Follows the settings live. Main thread only.
 class Services final
 {
 public:
     struct Parts
     {
         std::shared_ptr<SubtitleService> catalogue;
-        QString catalogueName; // what `Subtitle::service` says of its results
+        QString catalogueName; // the value of `Subtitle::service` in its results
         std::shared_ptr<MetadataService> catalogueMetadata;
         std::shared_ptr<SecretStore> secrets;
     };
 
-    /// Queries wait until the secrets are read, but not for long: then they go to the catalogue alone.
+    /// Queries wait for the secrets, but not for long: then only the catalogue is asked.
     explicit Services(const Parts &parts);
     ~Services();
 
-    /// Makes them the services that everyone asks, until this goes.
+    /// Installs them as the shared services during this object's life.
     void install();
-    /// Reads the secrets again, after somebody has changed them in the store.
+    /// Reads the secrets again after the store was changed elsewhere.
     void reloadSecrets();
-    /// Uses the secret from now on and keeps it in the store. What the store does not take is used until the
-    /// program ends. One that the environment gives stays in use.
+    /// Uses the secret from now on and writes it to the store. If the store refuses it, it is used until the
+    /// program ends. A secret in the environment takes precedence.
     void saveSecret(Secret secret, const QString &text, SecretStore::WriteCompletion completion);
     const Credentials &credentials() const { return m_credentials; }
     /// Why the store's secrets could not be read the last time, until it has taken one.
@@ -40,22 +39,21 @@ public:
     RestService &rest() { return *m_rest; }
     FilmDatabase &films() { return *m_films; }
     SecretStore &secrets() { return *m_parts.secrets; }
-    /// Whether searches go beyond the catalogues on this machine.
+    /// Whether searches use the network, too.
     bool asksTheNetwork() const { return m_rest->hasKey(); }
-    /// Called whenever that, an account or the settings have changed, and when searches wait no longer to
-    /// learn it.
+    /// Called when that, an account or the settings change, and when queries stop waiting for the secrets.
     void setObserver(std::function<void()> observer) { m_observer = std::move(observer); }
-    /// What the last answer lacks because the network failed.
+    /// Which part of the last answer is missing because the network failed.
     ServiceStatus::Missing missing() const { return m_missing; }
-    /// The same as a sentence, where the service named the time of a pause.
+    /// The same as a sentence, if the service named the end of a pause.
     QString missingReason() const { return m_missingReason; }
-    /// How many rows there are beyond those of the last answer.
+    /// The number of rows beyond those of the last answer.
     qint64 leftOut() const { return m_leftOut; }
-    /// How long a search waits, while it does, because the service gets too many requests.
+    /// The length of the pause that a search waits for, because of too many requests.
     std::optional<std::chrono::seconds> pause() const { return m_pause; }
-    /// Called when these may have changed, before the answer is given.
+    /// Called before an answer when these values may have changed.
     void setAnswerObserver(std::function<void()> observer) { m_answerObserver = std::move(observer); }
-    /// Drops every query and logs out; `done` comes within seconds.
+    /// Cancels every query and logs out; `done` is called within seconds.
     void shutDown(const std::function<void()> &done);
 
 private:
@@ -66,12 +64,12 @@ private:
     void apply();
 
     Parts m_parts;
-    SystemClock m_clock; // before the services that go by it
+    SystemClock m_clock; // before the services that use it
     Credentials m_credentials;
     QMap<Secret, QString> m_saved; // since the last reading began
     std::optional<Error> m_readFailure;
     bool m_areSecretsRead = false;
-    Clock::Timer m_keyringTimeout; // with a store that does not answer
+    Clock::Timer m_keyringTimeout; // runs while the store does not answer
     std::shared_ptr<VideoNames> m_names;
     std::shared_ptr<RestService> m_rest;
     std::shared_ptr<FilmDatabase> m_films;

@@ -25,7 +25,7 @@ QByteArrayList cacheDirectives(const HttpAnswer &answer)
     return directives;
 }
 
-/// What is kept, if it can still be used: what an older version kept may be read in other ways today.
+/// The stored answer if it is usable: this version may parse the answer of an older one differently.
 std::optional<DiskCache::Entry> keptAnswer(const DiskCache &cache, const CachedFetch::Question &question,
                                            const QDateTime &date)
 {
@@ -124,7 +124,7 @@ void CachedFetch::store(const std::shared_ptr<RequestState> &state, const HttpAn
             const auto held = weak.lock();
             if (!held)
                 return;
-            // What came is somebody else's, such as a network's that wants a sign-in.
+            // A wrong answer comes from another server, such as a sign-in page of the network.
             if (good)
                 held->completion(body);
             else if (held->known)

@@ -3,9 +3,9 @@
 #include <net/DiskCache.h>
 #include <net/Transport.h>
 
-/// Asks, unless the answer is at hand: keeps what came on disk for as long as the server and we allow, asks
-/// whether it has changed afterwards, and makes do with an old one when nobody answers, or with nonsense.
-/// Main thread only; files are read and written on the worker.
+/// Fetches an answer or takes it from the disk: keeps answers as long as the server and the question allow,
+/// revalidates them afterwards, and uses a stale one when the server fails or sends an invalid answer. Main
+/// thread only; the worker reads and writes files.
 class CachedFetch final
 {
 public:
@@ -14,8 +14,8 @@ public:
         HttpRequest request;
         HostRules rules;
         QString key;                                      // of the answer, without secrets
-        std::chrono::seconds life{0};                     // where the server says nothing
-        std::chrono::seconds longestLife{0};              // whatever it says
+        std::chrono::seconds life{0};                     // when the server names none
+        std::chrono::seconds longestLife{0};              // the upper limit
         bool (*isGood)(const QByteArray &body) = nullptr; // on the worker; only good answers are kept or used
     };
     using Completion = std::function<void(Result<QByteArray>)>;
@@ -23,7 +23,7 @@ public:
 
     CachedFetch(Transport &transport, WorkerThread &worker, const DiskCache &cache);
 
-    /// The completion comes on a later turn, unless the call is let go.
+    /// The completion is called on a later turn, unless the call is released.
     [[nodiscard]] Call fetch(const Question &question, Completion completion);
 
 private:
@@ -37,5 +37,5 @@ private:
     DiskCache m_cache;
 };
 
-/// How long an answer may be kept by its Cache-Control; nothing where it does not say.
+/// The lifetime that an answer's Cache-Control allows; none when it does not say.
 std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer);

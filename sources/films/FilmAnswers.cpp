@@ -57,7 +57,7 @@ std::optional<FindResult> FilmAnswers::readShow(const QByteArray &json)
 
 QString FilmAnswers::posterPath(const TmdbItem &item)
 {
-    // One file name after a slash: nothing that could lead the address elsewhere.
+    // Accepts one file name after a slash, so that the path cannot lead elsewhere.
     static const QRegularExpression plain(u"\\A/[A-Za-z0-9_-]+\\.[A-Za-z]{2,5}\\z"_s);
     const QString path = item.handle.toMap().value(PosterKey).toString();
     return plain.match(path).hasMatch() ? path : QString();

@@ -26,7 +26,7 @@ constexpr int RequestsPerSpan = 4;
 constexpr Clock::Duration RateSpan = 1050ms;
 constexpr int PicturesAtOnce = 2;
 constexpr qsizetype MaxPictureBytes = 5LL * 1024 * 1024;
-// The terms of use: nothing is kept longer than six months.
+// The terms of use forbid keeping anything longer than six months.
 constexpr std::chrono::hours KeptAtMost = 180 * 24h;
 constexpr std::chrono::seconds AnswerLife = 24h;
 constexpr std::chrono::seconds LongestAnswerLife = 7 * 24h;
@@ -76,7 +76,7 @@ CachedFetch::Question question(const FilmSettings &settings, const QString &path
     return question;
 }
 
-/// What is not there is an answer, too: one without a film.
+/// A missing film is an answer without films, not a failure.
 Result<FindResult> answerFor(const Error &error)
 {
     return kindOf(error) == ServiceFailure::NotFound ? Result<FindResult>(FindResult())
@@ -84,10 +84,10 @@ Result<FindResult> answerFor(const Error &error)
 }
 } // namespace
 
-/// One thing being done for somebody; holds what is under way for it.
+/// One task of a caller; holds its running calls.
 struct FilmDatabase::Task
 {
-    FilmSettings settings; // that it goes by to its end, as by the language
+    FilmSettings settings; // used until the task ends, like the language
     QString language;
     CachedFetch::Call call;
 };
@@ -146,7 +146,7 @@ void FilmDatabase::findExternally(const QString &id, ExternalSource, FindComplet
     dropLookup();
     const std::optional<qint64> number = imdbNumber(id);
     if (!number || !hasKey()) {
-        // What is no film's id leads to nothing, as an unknown one does.
+        // An invalid id is answered like an unknown one.
         const Result<FindResult> answer =
             number ? Result<FindResult>(noKey()) : Result<FindResult>(FindResult());
         MainQueue::shared().async([completion = std::move(completion), answer] { completion(answer); });
@@ -239,7 +239,7 @@ void FilmDatabase::fetchPicture(const std::shared_ptr<Task> &task, const Picture
                                 const FilmImages &images)
 {
     const int pixels = static_cast<int>(std::ceil(picture.size.width() * picture.ratio));
-    CachedFetch::Question asked; // no key: pictures need none
+    CachedFetch::Question asked; // pictures need no key
     asked.request.url = images.address(images.posterSize(pixels), picture.path);
     asked.request.setHeader("Accept", "image/*");
     asked.request.maxBytes = MaxPictureBytes;

@@ -8,27 +8,26 @@
 
 #include <deque>
 
-/// The film database on the network, with its answers kept on disk. One lookup (a film and its picture) at a
-/// time: the next one ends it without an answer, so that it waits for nothing that is no longer wanted. Lives
-/// on the main thread, where completions arrive.
+/// The film database on the network, with answers cached on disk. A new lookup (a film and its picture)
+/// cancels the running one without an answer. Lives on the main thread, where completions are called.
 class FilmDatabase final : public MetadataService
 {
 public:
-    /// `pixelRatio` says how many pixels a point has where pictures are shown.
+    /// `pixelRatio` says how many pixels a point has on the screen.
     FilmDatabase(Clock &clock, const FilmSettings &settings,
                  const QString &cacheFolder = standardCacheFolder(), std::function<qreal()> pixelRatio = {});
     ~FilmDatabase() override;
     static QString standardCacheFolder();
 
-    /// For what is asked from now on: a question under way ends by the settings it began with.
+    /// For new requests; running ones keep their settings.
     void setSettings(const FilmSettings &settings);
     bool hasKey() const { return !m_settings.key.isEmpty(); }
 
-    /// A film nobody knows is an answer with empty lists. The show stands for its episode.
+    /// An unknown film is an answer with empty lists. An episode is answered with its show.
     void findExternally(const QString &id, ExternalSource source, FindCompletion completion) override;
     void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
                     ImageCompletion completion) override;
-    /// Whether the key is accepted, asked anew each time.
+    /// Whether the server accepts the key; always asks anew.
     void testKey(std::function<void(Result<void>)> completion);
     void emptyCache();
 

@@ -7,10 +7,10 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr int SignInFirst = 511; // said by a network that wants a sign-in
+constexpr int SignInFirst = 511; // sent by a network that requires a sign-in
 
-/// Tells the database's own refusals from those of whoever else may stand between: `isOwn` has its code, and
-/// a page is never its answer.
+/// Distinguishes the database's own refusals from those of other servers in between: `isOwn` answers have its
+/// status code, and a page is never its answer.
 ServiceFailure kindOfStatus(int status, bool isOwn, bool isPage)
 {
     if ((status == 401 || status == 403) && !isPage)

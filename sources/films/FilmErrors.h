@@ -2,7 +2,7 @@
 #include <net/HttpMessage.h>
 #include <net/ServiceError.h>
 
-/// The Error of a film database's answer that is no success. Any thread.
+/// The Error of an unsuccessful answer of the film database. Any thread.
 Error filmError(const HttpAnswer &answer);
-/// There is a film, but no picture of it.
+/// The film has no picture.
 Error noPosterError();

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// 154 of "w154"; nothing for "original" and sizes by height.
+/// The 154 of "w154"; none for "original" and sizes by height.
 std::optional<int> widthOf(const QString &size)
 {
     static const QRegularExpression width(u"\\Aw(\\d{1,5})\\z"_s);
@@ -69,7 +69,7 @@ QUrl FilmImages::address(const QString &size, const QString &path) const
 
 bool isWholePicture(const QByteArray &bytes)
 {
-    constexpr qsizetype Tail = 64; // some writers add a few bytes
+    constexpr qsizetype Tail = 64; // some encoders append a few bytes
     if (bytes.startsWith("\xFF\xD8"))
         return bytes.right(Tail).contains("\xFF\xD9");
     if (bytes.startsWith("\x89PNG"))

@@ -4,7 +4,7 @@
 #include <QUrl>
 #include <optional>
 
-/// Where pictures are and in which sizes, as the film database's configuration says. A plain value.
+/// The address and sizes of pictures, from the film database's configuration. A plain value.
 struct FilmImages
 {
     QUrl base = QUrl(QStringLiteral("https://image.tmdb.org/t/p/"));
@@ -12,13 +12,13 @@ struct FilmImages
                                QStringLiteral("w342"),    QStringLiteral("w500"), QStringLiteral("w780"),
                                QStringLiteral("original")};
 
-    /// Nothing for what is no configuration.
+    /// None when it is not a configuration.
     static std::optional<FilmImages> read(const QByteArray &json);
-    /// The smallest size that is at least so many pixels wide; the largest known where none is.
+    /// The smallest size of at least that many pixels in width; otherwise the largest known.
     QString posterSize(int pixels) const;
     /// `path` begins with a slash.
     QUrl address(const QString &size, const QString &path) const;
 };
 
-/// Whether a picture came to its end, which decoders do not insist on. Any thread.
+/// Whether the end of a picture is present, which decoders do not check. Any thread.
 bool isWholePicture(const QByteArray &bytes);

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 QString filmLanguage(const QString &twoLetterCode)
 {
-    // Codes of the subtitle services that mean nothing elsewhere, and languages that differ by country.
+    // Codes that only the subtitle services use, and languages that differ by country.
     static const QHash<QString, QString> tags{
         {u"pb"_s, u"pt-BR"_s}, {u"pt"_s, u"pt-PT"_s}, {u"pm"_s, u"pt-PT"_s}, {u"zh"_s, u"zh-CN"_s},
         {u"ze"_s, u"zh-CN"_s}, {u"zt"_s, u"zh-TW"_s}, {u"ea"_s, u"es-MX"_s}, {u"sp"_s, u"es-ES"_s},

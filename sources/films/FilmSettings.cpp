@@ -49,7 +49,7 @@ HttpRequest FilmSettings::request(const QString &path, const QMap<QString, QStri
 {
     HttpRequest request;
     QMap<QString, QString> all = items;
-    // A header keeps the key out of addresses; the short keys are not taken there.
+    // A header keeps the key out of addresses; short keys are only accepted in the address.
     if (isShortKey(key))
         all[u"api_key"_s] = key;
     else

@@ -3,7 +3,7 @@
 #include <net/HttpMessage.h>
 #include <QMap>
 
-/// What a person has set for the film database. A plain value.
+/// The settings of the film database. A plain value.
 struct FilmSettings
 {
     QUrl base = standardBase();
@@ -12,7 +12,7 @@ struct FilmSettings
     static QUrl standardBase();
     HostRules apiHosts() const;
     HostRules imageHosts() const;
-    /// A question with the key in it, and the name its answer is kept under, which has none.
+    /// A request with the key, and the cache key of its answer, which does not contain the key.
     HttpRequest request(const QString &path, const QMap<QString, QString> &items) const;
     QString cacheKey(const QString &path, const QMap<QString, QString> &items) const;
 };

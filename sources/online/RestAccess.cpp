@@ -33,7 +33,7 @@ QUrl RestAccess::baseAt(const QString &host) const
     const QUrl named(base.scheme() + "://"_L1 + host);
     if (!named.isValid() || named.host().isEmpty() || !named.path().isEmpty() || !apiHosts().accepts(named))
         return base;
-    // A bare name says nothing of the port: it may just be ours.
+    // A host name without a port keeps our port.
     if (named.host() == base.host() && named.port() == -1)
         return base;
     url.setHost(named.host());

@@ -18,11 +18,11 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 
-constexpr Clock::Duration LinkLife = 2h + 50min; // the service promises three hours
+constexpr Clock::Duration LinkLife = 2h + 50min; // the service guarantees three hours
 constexpr qsizetype MaxFileBytes = 8LL * 1024 * 1024;
 constexpr Clock::Duration TransferLimit = 120s;
 
-/// Its number would be that of some other file at the service that is asked now.
+/// At the present service the number would name another file.
 Error ofAnotherService(const QString &id)
 {
     Error error =
@@ -33,7 +33,7 @@ Error ofAnotherService(const QString &id)
 }
 } // namespace
 
-/// One file being fetched, for everyone who asked meanwhile.
+/// One file being fetched, for all callers that requested it meanwhile.
 struct RestDownload::Job
 {
     std::shared_ptr<RestSession> session;
@@ -42,7 +42,7 @@ struct RestDownload::Job
     Transport::Call call;
     bool isBeingPaid = false; // from when the order leaves until its link or its cost is known
 
-    /// The file's name in the cache and among the links.
+    /// The file's key in the cache and among the links.
     const QString &key() const { return subtitle->fileID; }
 };
 
@@ -160,7 +160,7 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
 
 void RestDownload::transfer(const std::shared_ptr<Job> &job, const QUrl &link)
 {
-    HttpRequest request; // no key: the link is all it takes
+    HttpRequest request; // the link needs no key
     request.url = link;
     request.setHeader("Accept", "*/*");
     request.maxBytes = MaxFileBytes;
@@ -199,8 +199,8 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
             const auto held = weak.lock();
             if (!held)
                 return;
-            // Something else may have come in its place, from a network's sign-in page to a service out of
-            // order: the link is still paid for.
+            // The answer may come from elsewhere, such as a sign-in page: the link is still paid for and is
+            // kept.
             if (!taken) {
                 finish(held, taken.error());
                 return;
@@ -209,8 +209,8 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
         });
 }
 
-/// Each waiting completion gets a separate file, which its caller may move away. A link that is paid for is
-/// kept until the files are there, and while it is the only way to have the content again.
+/// Each caller gets a separate copy, because it may move the file away. A paid link is kept until the copies
+/// exist, and longer if it is the only way to get the content again.
 void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link)
 {
     const QByteArray content = m_keepsOriginalBytes ? file.original : file.utf8;
@@ -233,7 +233,8 @@ void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &
         });
 }
 
-/// Whether a broken order was counted only the service knows: it is asked before anybody orders again.
+/// Only the service knows whether a broken order was counted, so the quota is requested before the next
+/// order.
 void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &error)
 {
     const auto kind = kindOf(error);

@@ -10,9 +10,9 @@
 
 #include <QHash>
 
-/// Fetches files: an order, which costs one download, then the transfer of its link, which does not. What was
-/// fetched is kept by file id, and so is a link while it is good, so that choosing a subtitle again costs
-/// nothing. Main thread only.
+/// Fetches files: an order, which costs one download, then the transfer of its link, which does not. Fetched
+/// files and valid links are kept by file id, so that choosing a subtitle again costs nothing. Main thread
+/// only.
 class RestDownload final
 {
 public:
@@ -29,17 +29,17 @@ public:
     RestDownload(const Tools &tools, std::shared_ptr<RestSession> session);
     ~RestDownload();
 
-    /// For the files asked for from now on; what is under way ends in the session it began in.
+    /// For new requests; running ones keep their session.
     void use(std::shared_ptr<RestSession> session);
     void setKeepsOriginalBytes(bool keeps) { m_keepsOriginalBytes = keeps; }
-    /// The answer comes on a later turn of the main thread. A file of another service than the session's is
-    /// not ordered; it is to be had where it was fetched before.
+    /// The completion is called on a later turn of the main thread. A file of another service than the
+    /// session's is not ordered; it must be in the cache.
     void fetch(const SubtitlePtr &subtitle, Completion completion);
-    /// Ends what is under way, except an order that may have been counted already: its link is kept for the
-    /// next time. A completion that is on its way through the main queue still comes.
+    /// Cancels running fetches, except an order that may have been counted already: its link is kept. A
+    /// completion that is already on the main queue still runs.
     void cancelAll();
 
-    /// Those of the present session are told to the observer.
+    /// The quotas of the present session are reported to the observer.
     void takeQuota(RestSession &session, const RestQuota &quota);
     void setQuotaObserver(std::function<void(const RestQuota &)> observer)
     {
@@ -48,9 +48,9 @@ public:
 
 private:
     struct Job;
-    /// Who asks for which file.
+    /// The session and the file id.
     using JobKey = std::pair<const RestSession *, QString>;
-    /// What a link is good for once its file is published.
+    /// Whether a link can be used again once its file is published.
     enum class LinkUse
     {
         Spent,
@@ -60,7 +60,7 @@ private:
     {
         QUrl url;
         Clock::Duration ends{0};
-        QDateTime endDate; // also moves while the machine sleeps
+        QDateTime endDate; // also advances during a suspend
     };
 
     void lookUp(const std::shared_ptr<Job> &job);
@@ -81,5 +81,5 @@ private:
     bool m_keepsOriginalBytes = false;
     std::function<void(const RestQuota &)> m_observer;
     QHash<JobKey, std::shared_ptr<Job>> m_jobs;
-    QHash<QString, Link> m_links; // ordered, not yet fetched to satisfaction; by the file's id
+    QHash<QString, Link> m_links; // ordered but not yet fetched; by file id
 };

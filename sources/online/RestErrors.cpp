@@ -45,7 +45,7 @@ ServiceFailure kindOfStatus(int status)
     case 404:
     case 406:
     case 413:
-    case 414: // words of a length that no address has
+    case 414: // the words are too long for an address
     case 422:
     case 431:
         return ServiceFailure::Rejected;
@@ -55,7 +55,7 @@ ServiceFailure kindOfStatus(int status)
         return ServiceFailure::LinkExpired;
     case 429:
         return ServiceFailure::TooManyRequests;
-    case 511: // said by a network that wants a sign-in
+    case 511: // sent by a network that requires a sign-in
         return ServiceFailure::BadAnswer;
     default:
         return status >= 500 ? ServiceFailure::Unavailable : ServiceFailure::BadAnswer;
@@ -109,7 +109,7 @@ Error RestErrors::error(const HttpAnswer &answer)
         kind = ServiceFailure::NothingToAsk;
     Error error =
         serviceError(kind, ServiceName::Subtitles, u"status %1: %2"_s.arg(answer.status).arg(words));
-    // The sentence alone would leave a person guessing what was wrong with the request.
+    // The general sentence would not say what was wrong with the request.
     if (kind == ServiceFailure::Rejected && !words.isEmpty())
         error.localizedDescription += u" (“"_s + words + u"”)"_s;
     return error;

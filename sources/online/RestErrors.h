@@ -2,16 +2,16 @@
 #include <net/HttpMessage.h>
 #include <net/ServiceError.h>
 
-/// What the service's refusals mean, by status first and body second. Plain functions, any thread.
+/// Maps the service's refusals to errors, by status first and body second. Plain functions, any thread.
 namespace RestErrors
 {
-/// The token is missing, expired or forgotten: 401, or 406 and 500 whose body says so.
+/// The token is missing, expired or unknown: 401, or 406 and 500 with such a body.
 bool isTokenRefused(const HttpAnswer &answer);
-/// The Error of any answer but a success. Quotas are RestQuota's to read.
+/// The Error of any unsuccessful answer. RestQuota reads the quotas.
 Error error(const HttpAnswer &answer);
-/// The same for the address of a file, which neither key nor login opens: refused, it is good no more.
+/// For download links: refusal means the link expired.
 Error linkError(const HttpAnswer &answer);
 bool isLinkRefused(const HttpAnswer &answer);
-/// The server's own words, as one line; empty when it gave none.
+/// The server's message on one line; empty when it sent none.
 QString message(const HttpAnswer &answer);
 } // namespace RestErrors

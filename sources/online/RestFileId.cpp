@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Independent of how the base is written.
+/// The same for every spelling of the base.
 QString beginning(const QUrl &base)
 {
     return QString::fromLatin1(RestURL::address(base, u"/download"_s).toEncoded()) + "?file_id="_L1;

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr std::chrono::hours KeptFor = 7 * 24h;
-// What the service says instead of a subtitle may be dressed as one: a line or two with times.
+// A message of the service may look like a subtitle of a line or two.
 constexpr qsizetype FewestBytes = 100;
 
 Error refusal(SubtitleFile::Failure failure)

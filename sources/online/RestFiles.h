@@ -7,25 +7,24 @@
 
 class DownloadFolder;
 
-/// What is done with fetched files on the worker: checking, keeping, handing out. Plain functions, any
-/// thread.
+/// Checks, caches and publishes fetched files on the worker. Plain functions, any thread.
 namespace RestFiles
 {
-/// The file kept under `key`, if it is still there and good. `language` is the subtitle's.
+/// The file cached under `key`, if it is still there and valid. `language` is the subtitle's.
 std::optional<SubtitleFile> find(const DiskCache &kept, const QString &key, const QString &language,
                                  const QDateTime &date);
-/// A file that came, and whether it is in the cache now.
+/// A fetched file, and whether it was cached.
 struct TakenFile
 {
     SubtitleFile file;
     bool isKept = false;
 };
-/// Checks what came and keeps it; an Error for what is no subtitle.
+/// Checks and caches a fetched file; an Error when it is not a subtitle.
 Result<TakenFile> take(const DiskCache &kept, const QString &key, const QString &language,
                        const QDateTime &date, const QByteArray &bytes);
-/// The plain name it is handed out under.
+/// The plain name of the published file.
 QString nameOf(const Subtitle &subtitle, const SubtitleFile &file);
-/// Writes that many copies, each in a folder of its own.
+/// Writes `count` copies, each into a separate folder.
 Result<QList<QUrl>> publish(const DownloadFolder &downloads, const QString &name, const QByteArray &content,
                             qsizetype count);
 } // namespace RestFiles

@@ -83,7 +83,7 @@ void RestLanguageKeeper::ask()
                              [this](const Result<HttpAnswer> &outcome) { takeAnswer(outcome); });
 }
 
-/// A failure is no news for anybody: the list that there was is as good as before.
+/// A failure is ignored, because the list from before is still valid.
 void RestLanguageKeeper::takeAnswer(const Result<HttpAnswer> &outcome)
 {
     const auto list =

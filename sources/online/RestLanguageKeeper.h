@@ -5,8 +5,8 @@
 #include <base/WorkerThread.h>
 #include <net/DiskCache.h>
 
-/// Keeps the service's own list of languages at hand: from disk, and asked for anew when a person searches
-/// and it is a week old, once in a run. Until there is one, the languages known here count. Main thread only.
+/// Keeps the service's list of languages: read from disk, and requested at most once per run, when a person
+/// searches and the list is a week old. Without a list the built-in languages are used. Main thread only.
 class RestLanguageKeeper final
 {
 public:
@@ -19,11 +19,11 @@ public:
 
     RestLanguageKeeper(const Tools &tools, std::shared_ptr<RestSession> session);
 
-    /// Another base has other languages: those known here count until its own are read.
+    /// Another base has another list; the built-in languages are used until it is read.
     void use(std::shared_ptr<RestSession> session);
-    /// Begins: reads what is on disk. Without this the languages known here are all there are.
+    /// Starts by reading the list on disk. Without this call the built-in languages are used.
     void follow();
-    /// A person searches: the time to ask.
+    /// Call when a person searches; may request the list.
     void noteSearch();
     const RestLanguageList &list() const { return m_list; }
 
@@ -32,7 +32,7 @@ private:
     void takeKept(const std::optional<DiskCache::Entry> &kept);
     void ask();
     void takeAnswer(const Result<HttpAnswer> &outcome);
-    const QUrl &base() const { return m_session->access().base; } // whose list it is
+    const QUrl &base() const { return m_session->access().base; } // the base of the list
     QString key() const;
 
     Tools m_tools;
@@ -40,7 +40,7 @@ private:
     std::shared_ptr<RestSession> m_session;
     bool m_follows = false;
     bool m_isRead = false;
-    bool m_isFreshOrAsked = false; // fresh, or asked for
+    bool m_isFreshOrAsked = false; // the list is fresh, or was requested
     bool m_isWanted = false;
     RestSession::Call m_call;
     std::shared_ptr<RestLanguageKeeper *> m_alive;

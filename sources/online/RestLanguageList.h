@@ -4,22 +4,21 @@
 #include <QString>
 #include <optional>
 
-/// The languages that the service has: those it names itself, or the ones known here where it has not said. A
-/// plain value.
+/// The languages of the service: its own list, or the built-in one. A plain value.
 class RestLanguageList final
 {
 public:
-    /// The ones known here.
+    /// The built-in languages.
     RestLanguageList() = default;
-    /// What an answer of "/infos/languages" names; nothing for any other answer, and for one so short that it
-    /// would only keep people from searching.
+    /// Parses an answer of "/infos/languages"; none for any other answer and for a list so short that it
+    /// would prevent searches.
     static std::optional<RestLanguageList> read(const QByteArray &body);
 
-    /// The service's code for the family's three letters; empty for a language it does not have.
+    /// The service's code for the family's three letters; empty for an unknown language.
     QString codeFor(const QString &threeLetters) const;
 
     bool operator==(const RestLanguageList &) const = default;
 
 private:
-    QSet<QString> m_codes; // empty: the ones known here
+    QSet<QString> m_codes; // empty for the built-in list
 };

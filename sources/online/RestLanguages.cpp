@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Every code that the service accepts, beside the three letters of its family.
+/// Every code that the service accepts, with the three letters of its family.
 constexpr char Codes[] =
     "abk:ab afr:af alb:sq amh:am ara:ar arg:an arm:hy asm:as ast:at azb:az-zb aze:az-az baq:eu bel:be "
     "ben:bn bos:bs bre:br bul:bg bur:my cat:ca chi:zh-cn cze:cs dan:da dut:nl ell:el eng:en epo:eo "
@@ -20,7 +20,7 @@ constexpr char Codes[] =
     "snd:sd som:so spa:es spl:ea spn:sp swa:sw swe:sv syr:sy tam:ta tat:tt tel:te tet:tm-td tgl:tl "
     "tha:th tok:tp tuk:tk tur:tr ukr:uk urd:ur uzb:uz vie:vi wel:cy zhc:zh-ca zhe:ze zht:zh-tw ";
 
-/// Norwegian's two written forms are one language there.
+/// The service has one code for both written forms of Norwegian.
 constexpr char Aliases[] = "nob:no nno:no";
 
 QList<QStringList> entries(const char *table)

@@ -7,7 +7,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-/// Whatever the key: it has no part in whether a password is right.
+/// The application key is not part of it, because it does not affect the password check.
 QByteArray keyOf(const RestAccess &access)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);

@@ -7,9 +7,9 @@
 #include <QHash>
 #include <optional>
 
-/// What all sessions share about logins: their rate, for the service counts them whoever they are for, and
-/// those that it refused. A refused one counts down there, so it is never sent again, whatever else changes
-/// in the settings. Main thread only.
+/// The login state that all sessions share: the rate limit, which the service applies across accounts, and
+/// the refused credentials. Refused credentials are never sent again, because the service counts failed
+/// attempts. Main thread only.
 class RestLogins final
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     RateQueue &rate() { return m_rate; }
     void noteRefusal(const RestAccess &access, const Error &error);
-    /// Why that account cannot log in, if this is known.
+    /// Why that account cannot log in, if known.
     std::optional<Error> refusal(const RestAccess &access) const;
 
 private:

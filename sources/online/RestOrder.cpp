@@ -13,7 +13,7 @@ namespace
 {
 constexpr auto QuotaKey = "remaining"_L1;
 
-/// The service refused because there is no account; no name or password was wrong.
+/// Without stored credentials: account required.
 Error accountWanted(Error error)
 {
     error.localizedDescription = String::localize(

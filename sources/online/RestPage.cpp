@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr int MaxRecords = 500;
-constexpr qint64 MaxTotal = 1'000'000; // what a service counts beyond that is no count
+constexpr qint64 MaxTotal = 1'000'000; // larger counts are ignored as invalid
 
 Error nonsense(const QString &detail)
 {

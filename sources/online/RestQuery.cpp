@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-// The service refuses shorter ones, and the hash with them.
+// The service refuses shorter words, and the hash with them.
 constexpr qsizetype ShortestQuery = 3;
 
 Error refusal(ServiceFailure kind, const QString &detail)
@@ -26,7 +26,7 @@ QString valueOf(const QList<Arg> &args, Param param)
     return {};
 }
 
-/// Nothing where no language was asked for, which means all of them.
+/// Empty when no language was asked for, which means all.
 Result<QString> languages(const QList<Arg> &args, const RestLanguageList &known)
 {
     QStringList codes;
@@ -48,7 +48,7 @@ QString withoutFolders(const QString &name)
     return name.section(u'/', -1);
 }
 
-/// Three and more single letters in a row were an acronym in the name of the file; two may be words.
+/// Three or more single letters in a row are an acronym in a file name; two may be words.
 QString withDottedAcronyms(const QString &title)
 {
     static const QRegularExpression letters(u"(?<![\\p{L}\\p{N}])(?:\\p{L} ){2,}\\p{L}(?![\\p{L}\\p{N}])"_s);
@@ -60,8 +60,8 @@ QString withDottedAcronyms(const QString &title)
     return result;
 }
 
-/// The title as a person writes it: the parser makes words of it, and takes out the year that tells two shows
-/// of one name apart.
+/// The title as a person writes it: the parser splits it into words and removes the year that distinguishes
+/// two shows of one name.
 QString showTitle(const VideoFileComponents &parts, const QString &text)
 {
     static const QRegularExpression acronym(

@@ -6,7 +6,7 @@
 #include <model/Query.h>
 #include <functional>
 
-/// A query in the service's own words.
+/// A query as parameters of the service.
 struct RestQuery
 {
     using NameOf = std::function<QString(const VideoHash &)>;

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-// The quota is a day's; a later reset comes from a wrong clock, here or there.
+// The quota is daily; a later reset comes from a wrong clock, here or there.
 constexpr qint64 LongestWaitSeconds = 25LL * 3600;
 } // namespace
 

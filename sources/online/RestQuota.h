@@ -3,20 +3,20 @@
 #include <net/ServiceError.h>
 #include <QJsonObject>
 
-/// How many downloads are left, as far as the service has said. A plain value.
+/// The remaining downloads, as far as the service has reported them. A plain value.
 struct RestQuota
 {
     std::optional<int> allowed;
     std::optional<int> remaining;
     QDateTime reset; // UTC; invalid when unknown
 
-    /// Whether asking for one more would be in vain at that date.
+    /// Whether another order would be refused at that date.
     bool isUsedUp(const QDateTime &date) const;
-    /// The Error that says so.
+    /// The Error for that.
     Error error(const QDateTime &date, const QString &detail) const;
 
-    /// Takes in what the answer to an order says; what it leaves out stays as it was.
+    /// Reads the answer to an order; absent members keep their values.
     void takeOrder(const QJsonObject &answer);
-    /// The same for the answer of "/infos/user" and for the user in a login's answer.
+    /// The same for the answer of "/infos/user" and for the user in a login answer.
     void takeUser(const QJsonObject &user);
 };

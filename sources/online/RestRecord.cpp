@@ -50,7 +50,7 @@ Subtitle readAttributes(const QJsonObject &attributes, const Locale &locale)
 {
     Subtitle subtitle;
     subtitle.service = RestRecord::service();
-    subtitle.subFormat = u"srt"_s; // the service converts to what is asked for
+    subtitle.subFormat = u"srt"_s; // the service converts to the requested format
     subtitle.subLanguageID = RestLanguages::toThreeLetters(Json::text(attributes, u"language"_s));
     subtitle.languageName = ServiceLanguages::name(subtitle.subLanguageID, locale);
     subtitle.matchesHash = Json::flag(attributes, u"moviehash_match"_s);

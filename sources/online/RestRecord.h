@@ -5,18 +5,17 @@
 #include <QList>
 #include <QUrl>
 
-/// Reads one record of a search answer, whatever is missing in it.
+/// Parses one record of a search answer; missing members are tolerated.
 struct RestRecord
 {
     bool isReadable = false;
-    QList<SubtitlePtr> subtitles; // one a file; a record may have none
+    QList<SubtitlePtr> subtitles; // one per file; may be empty
 
-    /// What `Subtitle::service` says of these results.
+    /// The value of `Subtitle::service` in these results.
     static QString service();
-    /// `base` is that of the service that answered, `locale` the one that languages are named in. Any thread.
+    /// `base` is the answering service's, `locale` that of language names. Any thread.
     static RestRecord read(const QJsonValue &record, const QUrl &base, const Locale &locale);
 };
 
-/// A text of a server as one line that can be shown: no control or direction characters, at most `maxLength`
-/// long.
+/// A server's text as one displayable line: no control or direction characters, at most `maxLength` long.
 QString plainLine(const QString &text, qsizetype maxLength);

@@ -17,7 +17,7 @@ constexpr std::chrono::seconds KeptFor = 24h;
 constexpr std::chrono::seconds NothingKeptFor = 1h;
 } // namespace
 
-/// Where a page is kept, and how it is read. For the worker.
+/// The cache entry of one page and how to read it. Used on the worker.
 struct RestSearch::CachedPage
 {
     DiskCache cache;
@@ -29,7 +29,7 @@ struct RestSearch::CachedPage
 
     QString key() const { return QString::fromLatin1(page.toEncoded()); }
 
-    /// The page that is kept, or nothing.
+    /// The cached page, or none.
     std::optional<RestPage> find() const
     {
         const std::optional<DiskCache::Entry> entry = cache.find(key(), date);
@@ -39,7 +39,7 @@ struct RestSearch::CachedPage
         return read ? std::optional(*read) : std::nullopt;
     }
 
-    /// Reads a page that has just come and keeps it, if it is one.
+    /// Parses a new page and caches it if it is valid.
     Result<RestPage> put(const QByteArray &body) const
     {
         Result<RestPage> read = RestPage::read(body, base, locale, stop);
@@ -152,12 +152,12 @@ void RestSearch::countPages(const RestPage &first)
 {
     m_total = first.totalCount;
     m_pages = std::clamp(first.totalPages, 1, MaxPages);
-    // Some promise more pages than they have records for.
+    // Some services announce more pages than they have records for.
     if (first.records > 0 && m_total > first.records)
         m_pages = static_cast<int>(std::min<qint64>(m_pages, (m_total + first.records - 1) / first.records));
 }
 
-/// Adds what the page has and says whether it is the last worth asking for.
+/// Adds the page's rows and returns whether it is the last one to request.
 bool RestSearch::isLast(const RestPage &read)
 {
     if (read.records == 0 || m_seen.contains(read.fingerprint))
@@ -168,7 +168,7 @@ bool RestSearch::isLast(const RestPage &read)
     return m_next >= m_pages || m_found.size() >= QueryResult::MaxRows;
 }
 
-/// A failure in the middle leaves what was found before it: a person can work with that.
+/// After a later page fails, the rows found so far are the answer.
 void RestSearch::fail(const Error &error)
 {
     if (!m_found.isEmpty()) {

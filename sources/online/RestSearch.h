@@ -12,16 +12,15 @@
 #include <map>
 #include <stop_token>
 
-/// One search, up to a cap of pages and rows, and its one answer, in the service's order. The first page says
-/// how many there are; the others are asked for side by side and taken in their order. Pages come from the
-/// cache where it has them; reading happens on the worker. Letting it go drops it without a word and ends
-/// that work. Main thread only.
+/// One search, limited in pages and rows, with one answer. The first page says how many there are; the others
+/// are requested side by side and processed in order. Cached pages are used; the worker parses and ranks.
+/// Releasing the search cancels it without an answer. Main thread only.
 class RestSearch final : public std::enable_shared_from_this<RestSearch>
 {
 public:
     struct Tools
     {
-        std::shared_ptr<RestSession> session; // the whole search goes by it
+        std::shared_ptr<RestSession> session; // used for the whole search
         WorkerThread &worker;
         Clock &clock;
         DiskCache cache;
@@ -58,10 +57,10 @@ private:
     QSet<QByteArray> m_seen; // fingerprints of the pages
     qint64 m_records = 0;
     qint64 m_total = 0;
-    int m_pages = 1; // worth asking for
-    int m_next = 1;  // the page that is taken next
+    int m_pages = 1; // the number of pages to request
+    int m_next = 1;  // the page to process next
     bool m_hasEnded = false;
-    std::map<int, Result<RestPage>> m_early; // pages that came before those in front of them
+    std::map<int, Result<RestPage>> m_early; // pages that arrived before earlier ones
     std::vector<RestSession::Call> m_calls;
     std::stop_source m_stop; // ends the work on the worker
 };

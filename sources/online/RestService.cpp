@@ -55,7 +55,7 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
     m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     m_worker->post([cache = m_cache, kept = DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
                     downloads = DownloadFolder(places.downloads)] {
-        const QDateTime date = QDateTime::currentDateTimeUtc(); // that of the files
+        const QDateTime date = QDateTime::currentDateTimeUtc(); // file dates follow the system clock
         cache.prune(date, MaxCacheBytes);
         kept.prune(date, MaxCacheBytes);
         downloads.clearOlderThan(FilesKeptFor);
@@ -121,7 +121,7 @@ void RestService::answer(quint64 number, const Result<QueryResult> &result)
     const Query query = m_queries.take(number);
     if (!query.completion)
         return;
-    // From a network signal the answer takes another turn: its receiver may open an alert's event loop.
+    // Answer on another turn: the receiver may open an alert's event loop inside the network signal.
     MainQueue::shared().async([this, weak = std::weak_ptr(m_alive), number, query, result] {
         if (weak.lock() && m_cancelledUpTo < number)
             query.completion(result);

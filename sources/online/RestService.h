@@ -7,32 +7,30 @@
 #include <media/names/VideoNames.h>
 #include <model/SubtitleService.h>
 
-/// What a test of the connection found out.
+/// The result of a connection test.
 struct RestReport
 {
     bool isLoggedIn = false;
     RestQuota quota;
 };
 
-/// The public subtitle service. Lives on the main thread, which never waits for it; completions arrive there,
-/// too.
+/// The public subtitle service. Lives on the main thread and never blocks it; completions are called there.
 class RestService final : public SubtitleService
 {
 public:
     struct Places
     {
         QString cache;     // of search answers
-        QString downloads; // where files land and are kept
+        QString downloads; // where published and cached files are
         static Places standard();
     };
 
-    /// `names` remembers the name that belongs to a hash, filled by whoever hashes.
+    /// `names` maps hashes to names; the code that hashes a file fills it.
     RestService(Clock &clock, const RestSettings &settings, std::shared_ptr<VideoNames> names,
                 const Places &places = Places::standard());
     ~RestService() override;
 
-    /// For what is asked from now on: a search, a download or a test under way ends by the settings it began
-    /// with.
+    /// For new requests; running ones keep their settings.
     void setSettings(const RestSettings &settings);
     const RestSettings &settings() const { return m_settings; }
     bool hasKey() const { return !settings().apiKey.isEmpty(); }
@@ -42,21 +40,21 @@ public:
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
     void cancelDownloads() override;
 
-    /// Whether key and, if there is one, login are accepted, and the downloads left.
+    /// Tests the key and, if there is one, the login; reports the remaining downloads.
     void testConnection(std::function<void(Result<RestReport>)> completion);
     const RestQuota &quota() const { return m_session->quota(); }
-    /// Called on the main thread whenever the service has said something new about the downloads left.
+    /// Called on the main thread when the service reports the remaining downloads.
     void setQuotaObserver(std::function<void(const RestQuota &)> observer);
-    /// Called on the main thread with the length of a pause that requests wait for because the service gets
-    /// too many, and with nothing once none waits any more.
+    /// Called on the main thread with the length of a pause that requests wait for because of a rate refusal,
+    /// and with none once no request waits.
     void setPauseObserver(Transport::PauseObserver observer)
     {
         m_transport.setPauseObserver(std::move(observer));
     }
-    /// From now on the service's own list of languages counts, which searches keep up to date.
+    /// From now on the service's own list of languages is used; searches keep it up to date.
     void followLanguages() { m_languages.follow(); }
     void emptyCache();
-    /// Logs out wherever we logged in; `done` comes after three seconds at the latest.
+    /// Logs out of every session; `done` is called within three seconds.
     void shutDown(const std::function<void()> &done);
 
 protected:
@@ -80,9 +78,9 @@ private:
     Transport m_transport;
     std::shared_ptr<RestLogins> m_logins;
     RestSettings m_settings;
-    std::shared_ptr<RestSession> m_session;        // for what is asked next
-    QList<std::shared_ptr<RestSession>> m_former;  // of other settings; logged in, or something is under way
-    QList<std::shared_ptr<RestSession>> m_leaving; // log out
+    std::shared_ptr<RestSession> m_session;        // for new requests
+    QList<std::shared_ptr<RestSession>> m_former;  // of other settings; logged in, or with running requests
+    QList<std::shared_ptr<RestSession>> m_leaving; // sessions that are logging out
     std::unique_ptr<WorkerThread> m_worker;
     RestDownload m_download;
     RestLanguageKeeper m_languages;
@@ -92,5 +90,5 @@ private:
     quint64 m_lastDownload = 0;
     quint64 m_downloadsCancelledUpTo = 0;
     RestSession::Call m_test;
-    std::shared_ptr<RestService *> m_alive; // tells blocks on the main queue whether we still are
+    std::shared_ptr<RestService *> m_alive; // lets blocks on the main queue check whether this object exists
 };

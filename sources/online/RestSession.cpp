@@ -18,10 +18,10 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 constexpr Clock::Duration LogoutTimeout = 3s;
 } // namespace
 
-/// A request until its last answer; it may be sent twice, with a login between.
+/// A request until its final answer; it may be sent twice, with a login between.
 struct RestSession::RequestState
 {
-    std::shared_ptr<RestSession> session; // lives as long as anything is under way in it
+    std::shared_ptr<RestSession> session; // keeps the session alive during the request
     Request request;
     Login login = Login::IfThereIsOne;
     Completion completion;
@@ -110,7 +110,7 @@ void RestSession::arrive(const std::shared_ptr<RequestState> &state, const Resul
     }
     qCInfo(log) << "the service has forgotten the login";
     state->hasLoggedInAgain = true;
-    // Another request may have met this before and logged in since.
+    // Another request may have logged in again since.
     if (state->sentToken == m_token.text())
         forgetLogin();
     if (m_access.hasAccount() && !isLoggedIn())
@@ -145,7 +145,7 @@ void RestSession::goOnWithout(const std::shared_ptr<RequestState> &state, const 
 
 void RestSession::sendLogin()
 {
-    // Another session may have been told meanwhile.
+    // Another session may have been refused meanwhile.
     if (const auto refused = m_logins->refusal(m_access)) {
         finishLogin(refused);
         return;
@@ -160,7 +160,7 @@ void RestSession::sendLogin()
 
 void RestSession::finishLogin(const std::optional<Error> &error)
 {
-    const std::shared_ptr<RestSession> self = shared_from_this(); // an answer may let it go
+    const std::shared_ptr<RestSession> self = shared_from_this(); // a completion may release this object
     m_isLoggingIn = false;
     const std::vector<std::weak_ptr<RequestState>> waiting = std::exchange(m_waiting, {});
     for (const auto &weak : waiting) {
@@ -213,7 +213,7 @@ void RestSession::logOut(std::function<void()> done)
         const Call ended = std::exchange(m_logoutCall, {});
         done();
     };
-    // A place in the rate may be further off than anybody waits for a program to end.
+    // The wait for a slot of the rate may be too long for the end of the program.
     m_logoutLimit = m_transport.clock().after(LogoutTimeout, finish);
     m_logoutCall =
         m_transport.send(request, m_access.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });

@@ -8,10 +8,9 @@
 #include <optional>
 #include <vector>
 
-/// Who we are to the service: key, login, token and host. Adds them to each request, logs in once where that
-/// is needed and again when the service has forgotten the token, and never repeats credentials that were
-/// refused. Its access never changes: other settings are another session, and what was begun in this one
-/// keeps it until it has ended. Main thread only.
+/// One account at the service: key, login, token and host. Adds them to each request, logs in when needed and
+/// again when the token has become invalid, and never repeats refused credentials. Its access never changes:
+/// new settings make a new session, and running requests keep theirs. Main thread only.
 class RestSession final : public std::enable_shared_from_this<RestSession>
 {
 public:
@@ -33,7 +32,7 @@ public:
         std::function<void()> onLeaving = {}; // see HttpRequest; also before it is sent again after a login
     };
 
-    /// `logins` are those of all sessions.
+    /// All sessions share `logins`.
     static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RestLogins> logins,
                                              const RestAccess &access);
     ~RestSession();
@@ -41,13 +40,13 @@ public:
     const RestAccess &access() const { return m_access; }
     bool isLoggedIn() const { return m_token.isValid(m_transport.clock()); }
 
-    /// `Wanted` logs in first where there is an account; without one the request goes as it is. A login that
-    /// fails ends a request that wants it; any other goes without.
+    /// `Wanted` logs in first if there is an account; without one the request is sent as it is. A failed
+    /// login fails requests that want it; others are sent without.
     [[nodiscard]] Call send(const Request &request, Login login, Completion completion);
-    /// Tells the service, if logged in, and forgets the token whatever it says.
+    /// Logs out at the service, if logged in, and drops the token in any case.
     void logOut(std::function<void()> done);
 
-    /// How many downloads are left to this one who asks.
+    /// The remaining downloads of this account.
     const RestQuota &quota() const { return m_quota; }
     void setQuota(const RestQuota &quota) { m_quota = quota; }
 
@@ -69,7 +68,7 @@ private:
     const RestAccess m_access;
     RestQuota m_quota;
     RestToken m_token;
-    QUrl m_base; // the one that the login names
+    QUrl m_base; // the base named by the login
     std::shared_ptr<RestLogins> m_logins;
     RateQueue::Turn m_loginTurn;
     Call m_loginCall;

@@ -12,8 +12,8 @@ constexpr Clock::Duration LongestLife = 24h;
 constexpr Clock::Duration ShortestLife = 1min;
 constexpr Clock::Duration Early = 10min;
 
-/// How long the token says it lives, from its middle part; the usual where it says nothing that this
-/// machine's date allows.
+/// The lifetime in the token's payload; the default when it has none that is plausible at this machine's
+/// date.
 Clock::Duration lifeOf(const QByteArray &token, const QDateTime &date)
 {
     const QByteArray claims =
@@ -24,7 +24,7 @@ Clock::Duration lifeOf(const QByteArray &token, const QDateTime &date)
         return LifeUnlessSaid;
     const Clock::Duration life =
         std::chrono::seconds(std::clamp<qint64>(*end, 0, 1LL << 40) - date.toSecsSinceEpoch());
-    // With a wrong date every token would look dead or eternal; the server will say when it is.
+    // A wrong system date would make every token look expired or endless; the server then reports the expiry.
     if (life <= Clock::Duration::zero() || life > LongestLife + Early)
         return LifeUnlessSaid;
     return std::max(life - Early, ShortestLife);
@@ -40,6 +40,6 @@ RestToken::RestToken(const QByteArray &text, const Clock &clock) : m_text(text)
 
 bool RestToken::isValid(const Clock &clock) const
 {
-    // The date also moves while the machine sleeps, the other clock need not.
+    // The date also advances during a suspend, unlike the monotonic clock.
     return !m_text.isEmpty() && clock.now() < m_ends && clock.date() < m_endDate;
 }

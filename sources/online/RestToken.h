@@ -2,7 +2,7 @@
 #include <net/Clock.h>
 #include <QByteArray>
 
-/// A login's token and how long it is good for. A plain value.
+/// A login token and its expiry. A plain value.
 class RestToken final
 {
 public:

@@ -39,7 +39,7 @@ Reader newReader()
     return reader;
 }
 
-/// Why an archive goes no further: its own fault, or that of the disk it is on.
+/// Whether an archive or the disk caused a read error.
 ArchiveMembers::End faultOf(archive *reader)
 {
     const int fault = archive_errno(reader);
@@ -53,14 +53,14 @@ QString pathOf(archive_entry *entry)
     return QString::fromUtf8(path ? path : "").replace(u'\\', u'/');
 }
 
-/// Whether what was met so far is encrypted, the list of members perhaps.
+/// Whether the part that was read is encrypted, perhaps including the list of members.
 bool isLocked(archive *reader)
 {
     return archive_read_has_encrypted_entries(reader) > 0;
 }
 
-/// Reads the entry the reader stands at: its bytes, or nothing when it cannot be read. Of one that is larger
-/// than `limit` no more than shows that.
+/// Reads the current entry; none when it cannot be read. Reads at most one byte more than `limit`, which
+/// shows that the entry is larger.
 std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
 {
     QByteArray content;
@@ -77,8 +77,8 @@ std::optional<QByteArray> contentOf(archive *reader, qint64 limit)
     }
 }
 
-/// What the members may still unpack to. Those that are passed over count as well, because a solid archive
-/// unpacks them on the way to the next.
+/// The number of bytes that the members may still unpack to. Skipped members count as well, because a solid
+/// archive unpacks them too.
 class Allowance
 {
 public:
@@ -88,7 +88,7 @@ public:
     {
     }
 
-    /// Whether all that the packed tar was unpacked to so far is within it.
+    /// Whether the unpacked size of a compressed tar so far is within the allowance.
     bool covers(archive *reader) const { return archive_filter_bytes(reader, 0) <= m_bytes; }
     bool take(qint64 bytes)
     {
@@ -101,15 +101,15 @@ private:
     qint64 m_left;
 };
 
-/// Unpacks the rest of an entry whose size is not stated, as the reader would on the way to the next one, but
-/// within the allowance.
+/// Unpacks the rest of an entry of unknown size within the allowance, as the reader would do on the way to
+/// the next one.
 bool passRest(archive *reader, Allowance &allowance)
 {
     QByteArray block(static_cast<qsizetype>(BlockBytes), Qt::Uninitialized);
     while (true) {
         const la_ssize_t count = archive_read_data(reader, block.data(), BlockBytes);
         if (count <= 0)
-            return true; // at its end, or for the next header to tell what is wrong
+            return true; // at the end, or the next header reports the error
         if (!allowance.take(count))
             return false;
     }

@@ -3,13 +3,13 @@
 #include <QString>
 #include <functional>
 
-/// Goes through the files inside an archive (zip, 7z, rar, tar and its packed kinds), whatever it claims to
-/// hold: names are only read, never opened; sizes are bounded by the archive's own. Any thread.
+/// Reads the files in an archive (zip, 7z, rar, tar and compressed tar) safely: names are only read, never
+/// opened, and sizes are limited by the archive's size. Any thread.
 namespace ArchiveMembers
 {
 inline constexpr qint64 MaxMemberBytes = 8LL * 1024 * 1024;
-/// All members together, read or passed over, may be that many times as large as the archive, and always
-/// this much.
+/// The limit of all members together, read or skipped: this many times the archive's size, but at least
+/// AlwaysAllowedBytes.
 inline constexpr qint64 MaxRatio = 100;
 inline constexpr qint64 AlwaysAllowedBytes = 64LL * 1024 * 1024;
 
@@ -20,16 +20,16 @@ enum class End
     Damaged,
     Unreadable, // the disk failed
     TooLarge,
-    Locked // by a password, all of it or some wanted members; the others were taken
+    Locked // some wanted members or all are protected by a password; the others were taken
 };
 
 struct Visitor
 {
-    /// Whether a member is to be read. `number` counts the archive's members from 0.
+    /// Whether to read a member. `number` counts the archive's members from 0.
     std::function<bool(qint64 number, const QString &path)> isWanted;
-    /// Takes a member that was read, cut short after MaxMemberBytes and one more; false stops.
+    /// Takes a member, cut one byte after MaxMemberBytes; returns false to stop.
     std::function<bool(qint64 number, const QString &path, const QByteArray &content)> take;
-    /// Asked after each member that was not read; false stops.
+    /// Called after each skipped member; returns false to stop.
     std::function<bool()> passOver;
 };
 

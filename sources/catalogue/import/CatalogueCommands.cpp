@@ -20,7 +20,7 @@ namespace
 {
 using namespace CatalogueCommands;
 
-/// Names come from archives and other people's files.
+/// Makes names from archives and files safe for the terminal.
 std::string shown(const QString &text)
 {
     return terminalText(text).toStdString();
@@ -39,7 +39,7 @@ void printRow(const QStringList &columns)
 {
     QStringList plain;
     for (const QString &column : columns)
-        plain += terminalText(column).simplified(); // a tab in a name would make two columns of one
+        plain += terminalText(column).simplified(); // a tab in a name would make two columns
     std::cout << plain.join(u'\t').toStdString() << '\n';
 }
 
@@ -57,7 +57,7 @@ Result<QList<SubtitlePtr>> found(const CatalogueOptions &options, const QString 
     return ranked(rows, videoName, RankingPreferences());
 }
 
-/// Whether the person asked to stop between two batches of a removal.
+/// Removes in batches, and stops between two of them when the person asks to.
 bool removeAll(OwnCatalogue &catalogue, const QString &path, qint64 &removed, std::optional<Error> &error)
 {
     constexpr qint64 BatchSources = 500;

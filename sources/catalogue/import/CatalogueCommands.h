@@ -1,7 +1,7 @@
 #pragma once
 #include <QStringList>
 
-/// What the command line asked for.
+/// The parsed command line.
 struct CatalogueOptions
 {
     QString path;     // of the catalogue
@@ -11,8 +11,8 @@ struct CatalogueOptions
     bool checks = false;
 };
 
-/// The commands of plovendix-catalogue. Each prints its answer on standard output, what went wrong on
-/// standard error, and gives the exit status.
+/// The commands of plovendix-catalogue. Each prints its answer on standard output and errors on standard
+/// error, and returns the exit status.
 namespace CatalogueCommands
 {
 inline constexpr int Success = 0;

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr qsizetype BatchItems = 256;
-constexpr qint64 BatchMilliseconds = 1000; // what a kill may cost
+constexpr qint64 BatchMilliseconds = 1000; // the work that a kill may lose
 constexpr qsizetype MaxProblems = 20;
 
 QString stampOf(const QFileInfo &file)
@@ -38,7 +38,7 @@ ImportRefusal refusalOf(SubtitleFile::Failure failure)
     return ImportRefusal::NoSubtitle;
 }
 
-/// The path a subtitle is named by: a member whose own name says nothing is named by its archive.
+/// The path that names a subtitle: a member without a telling name is named by its archive.
 QString namePath(const QString &archive, const QString &member)
 {
     const QString folder = QFileInfo(archive).completeBaseName();
@@ -88,8 +88,8 @@ Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
     return m_counts.files > before ? End::Done : passEmptyFolder(path);
 }
 
-/// Where files were and none is left, a disk may be missing whose place is still there. Nothing is ever taken
-/// out because a file is not found.
+/// An empty folder that held files may be the mount point of a missing disk. Subtitles are never removed
+/// because their file is not found.
 Result<CatalogueImport::End> CatalogueImport::passEmptyFolder(const QString &path)
 {
     const Result<bool> wasFull = m_catalogue.knowsBelow(path);
@@ -122,7 +122,7 @@ Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
 {
     ++m_counts.files;
     m_counts.current = path;
-    // What an earlier import entered of it stays: the disk that it is on may come back.
+    // Subtitles of an earlier import stay, because the disk may come back.
     if (!QFileInfo::exists(path)) {
         refuse(path, ImportRefusal::Gone);
         return carryOn();
@@ -149,7 +149,7 @@ Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
     return keep(step);
 }
 
-/// A video that comes or changes, and another language for files that name none, make it another state.
+/// The stamp also depends on the video and on the language for unnamed files.
 SourceStep CatalogueImport::stepFor(const QFileInfo &file, const SubtitleName &name,
                                     const std::optional<QFileInfo> &video) const
 {
@@ -165,7 +165,7 @@ std::optional<QByteArray> CatalogueImport::contentOf(const QString &path)
 {
     QFile file(path);
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    // A disk that fails in the middle gives what it has; that is not the file, and no reason to forget it.
+    // A read error gives a partial content, which must not replace the whole one.
     if (file.error() == QFileDevice::NoError)
         return bytes;
     refuse(path, ImportRefusal::Unreadable, file.errorString());
@@ -213,8 +213,8 @@ Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
     return endArchive(path, stamp, end);
 }
 
-/// An archive whose disk failed, or went away, is met again by the next import: the rest of it is still to
-/// come. One that is no good itself is done with until it changes.
+/// An archive whose disk failed is read again by the next import. An archive that is damaged itself is
+/// skipped until it changes.
 Result<CatalogueImport::End> CatalogueImport::endArchive(const QString &path, const QString &stamp,
                                                          ArchiveMembers::End end)
 {
@@ -305,7 +305,7 @@ Result<void> CatalogueImport::flush()
     return {};
 }
 
-/// What was read is entered also when the person stops: it need not be read again.
+/// Stores what was read also when the person stops, so that it need not be read again.
 Result<CatalogueImport::End> CatalogueImport::carryOn()
 {
     return m_goOn(m_counts) ? End::Done : End::Stopped;

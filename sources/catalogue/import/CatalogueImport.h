@@ -8,7 +8,7 @@
 #include <QElapsedTimer>
 #include <functional>
 
-/// How far an import is.
+/// The progress of an import.
 struct ImportCounts
 {
     struct Refused
@@ -17,25 +17,24 @@ struct ImportCounts
         ImportRefusal why;
     };
 
-    qint64 files = 0;      // subtitle files and archives seen, and folders that are closed
+    qint64 files = 0;      // subtitle files and archives seen, and unreadable folders
     qint64 added = 0;      // new in the catalogue
-    qint64 known = 0;      // sources that are in it and have not changed, and subtitles that came twice
-    qint64 refused = 0;    // what is no subtitle, too large, damaged or closed
+    qint64 known = 0;      // unchanged sources, and subtitles that occurred twice
+    qint64 refused = 0;    // not a subtitle, too large, damaged or unreadable
     qint64 unlabelled = 0; // added without a language
-    QStringList problems;  // the first few, each naming its file
+    QStringList problems;  // the first few, each with its file name
     std::optional<Refused> firstRefused;
-    QString current; // the file that was looked at last
+    QString current; // the last file that was read
 };
 
-/// Enters subtitle files, folders of them and archives into the person's own catalogue, in batches: each is
-/// read and packed first and then written in one short transaction, so that readers and other imports are
-/// hardly held up and a kill costs one batch. Sources that are in the catalogue unchanged are passed over,
-/// which is how an interrupted import goes on. What is not found any more stays in the catalogue: the disk it
-/// was on may come back. One thread.
+/// Imports subtitle files, folders and archives into the person's own catalogue in batches: each batch is
+/// read and packed first and then written in one short transaction, so that readers and other imports hardly
+/// wait and a kill loses one batch. Unchanged sources are skipped, so an interrupted import continues.
+/// Subtitles of files that are not found stay in the catalogue, because their disk may come back. One thread.
 class CatalogueImport final
 {
 public:
-    /// Asked after every file and member; false stops.
+    /// Called after every file and member; returns false to stop.
     using GoOn = std::function<bool(const ImportCounts &)>;
     enum class End
     {
@@ -43,10 +42,10 @@ public:
         Stopped
     };
 
-    /// `language` (three letters, or empty) is that of files whose path names none.
+    /// `language` (three letters, or empty) is used for files whose path names none.
     CatalogueImport(OwnCatalogue &catalogue, const QString &language, const GoOn &goOn);
 
-    /// A folder with all below it (links to folders are not followed), a subtitle file or an archive.
+    /// Adds a folder with its subfolders (without following links), a subtitle file or an archive.
     Result<End> add(const QString &path);
     const ImportCounts &counts() const { return m_counts; }
 
@@ -58,7 +57,7 @@ private:
     Result<End> addFile(const QString &path);
     SourceStep stepFor(const QFileInfo &file, const SubtitleName &name,
                        const std::optional<QFileInfo> &video) const;
-    /// Nothing when it is refused, which says nothing about the next time.
+    /// None when the file is refused, which does not affect later imports.
     std::optional<QByteArray> contentOf(const QString &path);
     Result<End> addArchive(const QString &path);
     Result<End> endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end);
@@ -68,7 +67,7 @@ private:
     Result<End> keep(SourceStep step);
     Result<void> flush();
     Result<End> carryOn();
-    /// `detail` says it in the system's own words.
+    /// `detail` is the system's message.
     void refuse(const QString &path, ImportRefusal why, const QString &detail = {});
 
     OwnCatalogue &m_catalogue;

@@ -3,7 +3,7 @@
 #include <QList>
 #include <functional>
 
-/// What is in a catalogue, read beside whoever writes it.
+/// Reports on a catalogue's content, which may be read while another process writes.
 namespace CatalogueReports
 {
 struct Line
@@ -11,7 +11,7 @@ struct Line
     QString release;
     QString language;
     QString format;
-    QString source; // the file it came from; empty for what came otherwise
+    QString source; // the file it came from; empty when it came from no file
 };
 
 struct Figures
@@ -27,11 +27,11 @@ struct Figures
     QList<std::pair<QString, qint64>> formats;
 };
 
-/// Hands over the subtitles in the order they were entered, until `take` says no. An empty language stands
-/// for all.
+/// Passes the subtitles to `take` in the order of insertion until it returns false. An empty language means
+/// all.
 Result<void> list(const QString &path, const QString &language,
                   const std::function<bool(const Line &)> &take);
 Result<Figures> figures(const QString &path);
-/// What a check of the whole file finds wrong; empty when it is sound.
+/// The faults that a check of the whole file finds; empty when it is sound.
 Result<QStringList> faults(const QString &path);
 } // namespace CatalogueReports

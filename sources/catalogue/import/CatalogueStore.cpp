@@ -33,7 +33,7 @@ int isWorthWaiting(void *place, int tries)
     return 1;
 }
 
-/// SQLite hands its callbacks a pointer that could be written through; these only read.
+/// SQLite's callbacks take a non-const pointer; ours only read.
 void *forSqlite(const WaitLimits *limits)
 {
     return const_cast<WaitLimits *>(limits); // NOLINT(cppcoreguidelines-pro-type-const-cast)
@@ -49,7 +49,7 @@ QString draftOf(const QString &path)
     return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
 }
 
-/// A kill while a file was made leaves its draft; one that nobody has written to for so long is nobody's.
+/// Remove stale drafts of killed processes.
 void removeOldDrafts(const QString &path)
 {
     constexpr qint64 AbandonedAfterSeconds = 3600;
@@ -72,7 +72,8 @@ int pragma(SQLite::Database &database, const char *text)
     return database.execAndGet(text).getInt();
 }
 
-/// The file comes into being whole, so that no reader meets half of one; of two processes one comes first.
+/// Creates the file complete, by rename, so that readers never see a partial one; of two processes the first
+/// wins.
 void make(const QString &path)
 {
     const QString draft = draftOf(path);
@@ -85,10 +86,10 @@ void make(const QString &path)
         setVersion(database);
         transaction.commit();
     }
-    std::error_code failure; // another process was first, or the open that follows says what is wrong
+    std::error_code failure; // the open that follows reports any error but a lost race
     std::filesystem::create_hard_link(nameOf(draft), nameOf(path), failure);
     if (failure && !QFileInfo::exists(path))
-        QFile::rename(draft, path); // a file system without links
+        QFile::rename(draft, path); // for file systems without links
     QFile::remove(draft);
 }
 
@@ -117,7 +118,7 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
     }
 }
 
-/// A commit is on the disk before the next begins; the log does not stay large after a large import.
+/// Each commit is flushed before the next begins; the log is truncated after a large import.
 void prepare(SQLite::Database &database)
 {
     database.exec("PRAGMA journal_mode = WAL");

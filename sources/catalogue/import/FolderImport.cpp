@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-/// What the thread and the main thread share.
+/// The state that the worker thread and the main thread share.
 struct FolderImport::Run
 {
     Run(FolderImport &import, const QString &folder)
@@ -19,13 +19,13 @@ struct FolderImport::Run
     {
     }
 
-    FolderImport *owner; // main thread only; null once it is gone
+    FolderImport *owner; // main thread only; null once the owner is destroyed
     const std::chrono::milliseconds interval;
     FolderImportJob job;
-    std::mutex mutex; // guards what follows
+    std::mutex mutex; // guards the following members
     std::optional<FolderImportState> latest;
-    bool isAwaited = false; // the main thread will come for it
-    bool isLeft = false;    // nobody is told any more
+    bool isAwaited = false; // a block on the main queue will take it
+    bool isLeft = false;    // the queue is unused after detaching
     bool isEnded = false;
     std::condition_variable ended;
 
@@ -38,8 +38,7 @@ struct FolderImport::Run
         run->ended.notify_all();
     }
 
-    /// Under the lock, so that whoever leaves knows that the queue is not asked for afterwards. What comes
-    /// before the main thread has taken a state takes its place.
+    /// Locked: the queue is unused after detaching. Newer states replace unread ones.
     void hand(const std::shared_ptr<Run> &self, const FolderImportState &state)
     {
         const std::scoped_lock lock(mutex);
@@ -64,7 +63,7 @@ struct FolderImport::Run
             owner->take(*state);
     }
 
-    /// Whether the thread has ended.
+    /// Returns whether the thread has ended.
     bool leave(std::chrono::milliseconds longest)
     {
         owner = nullptr;
@@ -115,7 +114,7 @@ void FolderImport::stop()
     Q_EMIT changed();
 }
 
-/// States that were on their way when somebody stopped it do not undo that.
+/// Ignore progress posted before stop().
 void FolderImport::take(const FolderImportState &state)
 {
     const bool isStopping = m_state.phase == FolderImportState::Phase::Stopping;
@@ -123,7 +122,7 @@ void FolderImport::take(const FolderImportState &state)
     if (isStopping && state.isRunning())
         m_state.phase = FolderImportState::Phase::Stopping;
     if (!state.isRunning()) {
-        m_thread.join(); // it has nothing left to do
+        m_thread.join(); // the thread has no work left
         m_run.reset();
     }
     Q_EMIT changed();

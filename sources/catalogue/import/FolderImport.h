@@ -4,22 +4,22 @@
 #include <chrono>
 #include <thread>
 
-/// Adds folders to a catalogue on a thread of its own, as `plovendix-catalogue add` does: a folder that was
-/// begun goes on where it stopped, one that is in the catalogue changes nothing. Main thread only.
+/// Adds folders to a catalogue on a thread, as `plovendix-catalogue add` does: an interrupted import
+/// continues, and an unchanged folder changes nothing. Main thread only.
 class FolderImport final : public FolderImporting
 {
 public:
     struct Options
     {
-        std::chrono::milliseconds interval{50};          // between two states while it runs, at the least
-        std::chrono::milliseconds writerTimeout{30'000}; // with another writer of the catalogue
+        std::chrono::milliseconds interval{50};          // the minimum time between two reported states
+        std::chrono::milliseconds writerTimeout{30'000}; // the longest wait for another writer
         std::chrono::milliseconds stopTimeout{5000};
     };
 
     explicit FolderImport(const QString &catalogue);
     FolderImport(const QString &catalogue, const Options &options);
-    /// Stops an import that runs and waits for its end, but no longer than is polite. One that is stuck, as
-    /// on a network disk that does not answer, is left to itself.
+    /// Stops a running import and waits for its end, at most for `stopTimeout`. A thread that is stuck, for
+    /// example on a network disk, is detached.
     ~FolderImport() override;
 
     const FolderImportState &state() const override { return m_state; }
@@ -33,6 +33,6 @@ private:
     const QString m_catalogue;
     const Options m_options;
     FolderImportState m_state;
-    std::shared_ptr<Run> m_run; // shared with the thread, which may outlive us
+    std::shared_ptr<Run> m_run; // shared with the thread, which may outlive this object
     std::thread m_thread;
 };

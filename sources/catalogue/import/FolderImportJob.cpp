@@ -36,7 +36,8 @@ FolderImportState FolderImportJob::run(const Tell &tell)
     enter(Phase::Counting);
     if (findFolder())
         countFiles();
-    // Where nothing is found, a catalogue knows whether something was.
+    // Without files the import still runs if there is a catalogue, which knows whether files were there
+    // before.
     const bool hasWork = m_state.total > 0 || QFileInfo::exists(m_catalogue);
     if (m_state.phase == Phase::Counting && hasWork && !isStopped())
         readFiles();
@@ -51,7 +52,7 @@ void FolderImportJob::enter(Phase phase)
     m_tell(m_state);
 }
 
-/// A folder that cannot be listed would look like an empty one.
+/// An unreadable folder would look like an empty one.
 bool FolderImportJob::findFolder()
 {
     std::error_code failure;
@@ -65,7 +66,7 @@ bool FolderImportJob::findFolder()
     return false;
 }
 
-/// Sees what CatalogueImport will see.
+/// Counts the same files that CatalogueImport visits.
 void FolderImportJob::countFiles()
 {
     FolderWalk walk(m_state.folder);
@@ -97,7 +98,7 @@ void FolderImportJob::readFiles()
     } else if (isEmptied(import.counts())) {
         fail(m_texts.folderIsEmptied(m_state.folder));
     } else if (!isStopped()) {
-        findFolder(); // it may have gone meanwhile, with what is in it
+        findFolder(); // the folder may have vanished during the import
     }
 }
 
@@ -112,7 +113,7 @@ void FolderImportJob::take(const ImportCounts &counts)
         m_state.firstRefusal = m_texts.refusal(*counts.firstRefused, m_state.folder);
 }
 
-/// What fails once somebody has stopped it fails because of that.
+/// After stop(), failures count as cancellation.
 void FolderImportJob::fail(const QString &sentence)
 {
     if (isStopped())

@@ -6,18 +6,18 @@
 
 #include <functional>
 
-/// One import of a folder: counts what there is, then enters it. Made on the main thread and run once on
-/// another; any thread may stop it.
+/// One import of a folder: counts its files, then adds them. Made on the main thread and run once on another;
+/// any thread may stop it.
 class FolderImportJob final
 {
 public:
     using Tell = std::function<void(const FolderImportState &)>;
 
-    /// `writerTimeout` is how long another writer of the catalogue is waited for.
+    /// `writerTimeout` is the longest wait for another writer of the catalogue.
     FolderImportJob(const QString &catalogue, const QString &folder, std::chrono::milliseconds writerTimeout);
 
-    /// Tells how far it is after every file, on this thread, and gives how it ended. The catalogue is closed
-    /// by then.
+    /// Reports its progress after every file, on this thread, and returns how it ended. The catalogue is
+    /// closed by then.
     FolderImportState run(const Tell &tell);
     void stop() { m_waitLimits.isStopped = true; }
 

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qsizetype LongestName = 60; // a sentence about a file is not much longer than its name
+constexpr qsizetype LongestName = 60; // limits a sentence's length by that of the name in it
 
 QString shortened(const QString &name)
 {

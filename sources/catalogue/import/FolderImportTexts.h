@@ -2,8 +2,8 @@
 #include <sources/catalogue/CatalogueErrors.h>
 #include "CatalogueImport.h"
 
-/// The sentences for what goes wrong while a folder is imported. Made on the main thread, where texts are
-/// localised; a plain value that any thread may use afterwards.
+/// The error sentences of folder imports. Made on the main thread, where texts are localised; afterwards a
+/// plain value for any thread.
 class FolderImportTexts final
 {
 public:
@@ -12,9 +12,9 @@ public:
     QString folderIsGone(const QString &folder) const;
     QString folderIsEmptied(const QString &folder) const;
     QString folderIsUnreadable(const QString &folder) const;
-    /// What an Error of OwnCatalogue means to a person.
+    /// The sentence for an Error of OwnCatalogue.
     QString catalogueFailed(const QString &catalogue, const Error &error) const;
-    /// `folder` is the one that is imported: files are named as seen from there.
+    /// `folder` is the imported folder; file names are relative to it.
     QString refusal(const ImportCounts::Refused &refused, const QString &folder) const;
 
 private:
@@ -34,5 +34,5 @@ private:
     QString m_goneFile;
 };
 
-/// A path as seen from the folder, on one line; the path itself when it is not below it.
+/// The path relative to the folder, on one line; the path itself when it is outside.
 QString pathBelow(const QString &folder, const QString &path);

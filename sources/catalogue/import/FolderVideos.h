@@ -3,13 +3,13 @@
 #include <QList>
 #include <optional>
 
-/// The videos that lie beside subtitles. Remembers the folder looked at last, because an import goes folder
-/// by folder. One thread.
+/// Finds the video beside a subtitle. Caches the last folder, because an import goes folder by folder. One
+/// thread.
 class FolderVideos final
 {
 public:
-    /// The video of a subtitle in this folder: one of these names (without extension, the first counts), or
-    /// the only one in the folder around a folder for subtitles.
+    /// The video of a subtitle in this folder: one of these names (without extension, the first one first),
+    /// or the only video in the parent of a subtitle folder.
     std::optional<QFileInfo> videoFor(const QString &folder, const QStringList &names);
 
 private:

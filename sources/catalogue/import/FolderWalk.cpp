@@ -10,7 +10,8 @@
 
 namespace
 {
-/// Tried, because rights alone do not say it: a disk may fail. One that is gone by now is not closed.
+/// Tests by listing, because permissions do not show a failing disk. A folder that no longer exists does not
+/// count.
 bool isClosed(const QString &folder)
 {
     std::error_code failure;

@@ -1,18 +1,18 @@
 #pragma once
 #include <QDirIterator>
 
-/// Goes through a folder and all below it, in no order; links to folders are not followed. Any thread.
+/// Visits a folder and its subfolders in no particular order, without following links to folders. Any thread.
 class FolderWalk final
 {
 public:
     enum class Found
     {
-        Source,       // a subtitle's file or an archive, by its name
-        ClosedFolder, // below which nothing can be seen
+        Source,       // a subtitle file or an archive, by its name
+        ClosedFolder, // a folder that cannot be listed
         Other
     };
 
-    /// The folder itself is told of too when it is closed.
+    /// Also reports `folder` itself when it cannot be listed.
     explicit FolderWalk(const QString &folder);
 
     bool hasNext() const { return m_isClosed || m_entries.hasNext(); }
@@ -22,5 +22,5 @@ public:
 private:
     QDirIterator m_entries;
     QString m_path;
-    bool m_isClosed; // and this is still to be told
+    bool m_isClosed; // and not yet reported
 };

@@ -1,8 +1,8 @@
 #pragma once
 #include "CatalogueImport.h"
 
-/// Says on standard error how far an import is: one line that is written over on a terminal, one line every
-/// few seconds elsewhere. Also knows whether the person asked to stop (Ctrl+C, or the end of the session).
+/// Shows the progress of an import on standard error: one updated line on a terminal, one line every few
+/// seconds otherwise. Also knows whether the person asked to stop (Ctrl+C, or the end of the session).
 class ImportProgress final
 {
 public:
@@ -14,7 +14,7 @@ public:
 
     explicit ImportProgress(Say say);
 
-    /// From now on Ctrl+C asks to stop; a second one ends the program as it always does.
+    /// From now on Ctrl+C asks to stop; a second one ends the program.
     static void listenForInterrupts();
     static bool isInterrupted();
 

@@ -12,10 +12,10 @@ enum class ImportRefusal
     ArchiveBomb,   // unpacks to more than an archive of its size should
     Unreadable,
     Gone,
-    EmptiedFolder, // nothing is left of what was entered from it
-    ClosedFolder,  // what it holds cannot be seen
+    EmptiedFolder, // all files that were imported from it are gone
+    ClosedFolder,  // its content cannot be listed
     OtherKind      // neither a subtitle nor an archive
 };
 
-/// What follows the file's name, for the terminal.
+/// The text after the file's name, for the terminal.
 QString textOf(ImportRefusal why);

@@ -43,7 +43,7 @@ Result<OwnCatalogue> OwnCatalogue::open(const QString &path, const CatalogueStor
     return OwnCatalogue(std::move(database.value()), path, limits);
 }
 
-/// The writer's place is taken at once: one that waits for it in the middle could not be given it any more.
+/// Takes the write lock at the beginning: SQLite cannot wait for it within a transaction that has read.
 template <class Value, class Work>
 Result<Value> OwnCatalogue::inTransaction(const Work &work)
 {
@@ -163,7 +163,7 @@ void OwnCatalogue::execute(const char *text, qint64 first, qint64 second)
     statement->exec();
 }
 
-/// A subtitle that no other source has goes with its last origin.
+/// Removes a subtitle with its last origin.
 void OwnCatalogue::forgetOrigins(qint64 source)
 {
     QList<qint64> orphans;
@@ -183,7 +183,7 @@ void OwnCatalogue::forgetOrigins(qint64 source)
 
 QList<qint64> OwnCatalogue::sourcesBelow(const QString &path, qint64 maxSources)
 {
-    // Between "folder/" and "folder0" lie all names that begin with "folder/".
+    // All names that begin with "folder/" sort between "folder/" and "folder0".
     const QString folder = path.endsWith(u'/') ? path : path + u'/';
     const QString behind = folder.chopped(1) + u'0';
     auto find = m_statements->use("SELECT id FROM source WHERE path = ?1"
@@ -236,7 +236,7 @@ Result<void> OwnCatalogue::vacuum()
 
 void OwnCatalogue::checkpoint()
 {
-    m_database->setBusyTimeout(0); // not worth waiting for the end of somebody's reading
+    m_database->setBusyTimeout(0); // do not wait for readers
     m_database->tryExec("PRAGMA wal_checkpoint(TRUNCATE)");
     CatalogueStore::waitForWriters(*m_database, m_waitLimits);
 }

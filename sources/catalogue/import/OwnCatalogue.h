@@ -11,33 +11,33 @@ namespace CatalogueStore
 struct WaitLimits;
 }
 
-/// A subtitle read from a source and ready to be entered.
+/// A subtitle read from a source and ready to insert.
 struct ReadSubtitle
 {
-    qint64 member = 0; // its number within an archive, from 0; a plain file is its own member 0
+    qint64 member = 0; // its number within an archive, from 0; 0 for a plain file
     FilmRecord film;
     SubtitleRecord record; // without its content
     StoredContent content;
 };
 
-/// What one batch enters of a source.
+/// The part of a source that one batch inserts.
 struct SourceStep
 {
     QString path;
-    QString stamp; // says which state of the file this is
+    QString stamp; // identifies this state of the file
     QList<ReadSubtitle> subtitles;
-    bool isWhole = true; // nothing of the source is still to come
+    bool isWhole = true; // this is the last part of the source
 };
 
-/// The person's own catalogue, opened to grow and shrink. Every function is one transaction: after a kill the
-/// file holds what the last finished one left, and doing the same again changes nothing that is there. Errors
-/// have the domain "Catalogue" and are for the terminal, with a CatalogueFailure as code. One thread.
+/// The person's own catalogue, opened for writing. Every function is one transaction: after a kill the file
+/// holds the result of the last finished one, and repeating a function changes nothing. Errors have the
+/// domain "Catalogue" and are for the terminal, with a CatalogueFailure as code. One thread.
 class OwnCatalogue final
 {
 public:
     enum class SourceState
     {
-        Unknown, // or changed since
+        Unknown, // new, or changed since
         Begun,
         Whole
     };
@@ -48,7 +48,7 @@ public:
             0; // the same subtitle came from elsewhere before, or this member is there already
     };
 
-    /// `limits`, if any, outlives the catalogue.
+    /// `limits`, if any, must outlive the catalogue.
     static Result<OwnCatalogue> open(const QString &path, const CatalogueStore::WaitLimits *limits = nullptr);
     ~OwnCatalogue();
     OwnCatalogue(OwnCatalogue &&) noexcept;
@@ -56,16 +56,15 @@ public:
 
     Result<SourceState> stateOf(const QString &path, const QString &stamp);
     Result<bool> hasMember(const QString &path, qint64 member);
-    /// Whether the file of that path, or one below the folder, is a source.
+    /// Whether the file at that path, or one below the folder, is a source.
     Result<bool> knowsBelow(const QString &path);
-    /// What an earlier state of a source left is taken out first.
+    /// Removes what an earlier state of a source left, first.
     Result<Entered> enter(const QList<SourceStep> &steps);
 
-    /// Takes out at most `maxSources` sources: the file of that path and those below the folder. Gives how
-    /// many; fewer than asked for means that none is left.
+    /// Removes at most `maxSources` sources: the file at that path and those below the folder. Returns their
+    /// number; fewer than asked for means that none is left.
     Result<qint64> removeBelow(const QString &path, qint64 maxSources);
-    /// Checks the file and gives the room of what was removed back to the disk. A damaged file stays as it
-    /// is.
+    /// Checks the file and returns unused space to the disk. A damaged file is not changed.
     Result<void> vacuum();
     /// Writes the log back into the file, as far as readers allow.
     void checkpoint();
@@ -83,7 +82,7 @@ private:
     void execute(const char *text, qint64 first, qint64 second);
 
     std::unique_ptr<SQLite::Database> m_database;
-    std::unique_ptr<CatalogueRows> m_rows; // these two let go of the database before it closes
+    std::unique_ptr<CatalogueRows> m_rows; // these two are destroyed before the database is closed
     std::unique_ptr<class PreparedStatements> m_statements;
     QString m_path;
     const CatalogueStore::WaitLimits *m_waitLimits = nullptr;

@@ -21,7 +21,7 @@ const QStringList &subtitleExtensions()
     return list;
 }
 
-/// "german" → "ger": the English names of the languages that have two letters.
+/// Maps English names to codes ("german" to "ger"), for languages with two-letter codes.
 const QHash<QString, QString> &languageNames()
 {
     static const QHash<QString, QString> names = [] {
@@ -39,7 +39,7 @@ const QHash<QString, QString> &languageNames()
     return names;
 }
 
-/// The language a word is, as "de", "ger", "pt-BR" or "German"; empty for any other word.
+/// The language that a word names ("de", "ger", "pt-BR" or "German"); empty for other words.
 QString languageOf(const QString &word)
 {
     const QString lower = word.trimmed().toLower();
@@ -51,7 +51,7 @@ QString languageOf(const QString &word)
     if (isOfTheFile || !tag.match(lower).hasMatch())
         return {};
     const QString code = ServiceLanguages::code(lower);
-    // Any three letters pass as a code; those of a language have two as well.
+    // Any three letters would pass as a code; those of real languages also have two letters.
     return ServiceLanguages::twoLetterCode(code).isEmpty() ? QString() : code;
 }
 
@@ -64,7 +64,7 @@ QString withoutExtension(const QString &name)
     return dot > 0 ? base.left(dot) : base;
 }
 
-/// Takes one mark off the end of the base name and enters it.
+/// Removes one mark from the end of the base name and stores it.
 bool takeMark(QString &base, SubtitleName &said)
 {
     const qsizetype dot = base.lastIndexOf(u'.');
@@ -72,7 +72,7 @@ bool takeMark(QString &base, SubtitleName &said)
         return false;
     const QString mark = base.mid(dot + 1).toLower();
     const QString before = base.left(dot);
-    // Alone it is Hindi; behind another language it marks a text for the hard of hearing.
+    // Alone "hi" is Hindi; after another language it marks subtitles for the hard of hearing.
     const bool isBehindLanguage = !languageOf(before.section(u'.', -1)).isEmpty() && before.contains(u'.');
     if (mark == "sdh"_L1 || mark == "cc"_L1 || mark == "hoh"_L1 || (mark == "hi"_L1 && isBehindLanguage))
         said.hearingImpaired = true;
@@ -86,7 +86,7 @@ bool takeMark(QString &base, SubtitleName &said)
     return true;
 }
 
-/// "English" or "2_English", as disc folders have them: the name is a language and no release.
+/// "English" or "2_English" in disc folders: the whole name is a language, not a release.
 QString wholeNameLanguage(const QString &base)
 {
     static const QRegularExpression numbered(u"^(?:\\d{1,3}[ _.-]+)?([^\\d].*)$"_s);

@@ -1,6 +1,6 @@
 #pragma once
 #include <QByteArray>
 
-/// An SVG drawing as an encoded picture, sharp at three times the size it is shown in; empty when it is no
-/// drawing. Drawings hold no text, so that no font of the building machine matters.
+/// Renders an SVG drawing as an encoded picture at three times its displayed size; empty when it is invalid.
+/// Drawings contain no text, so that fonts of the building machine do not matter.
 QByteArray drawnPoster(const QByteArray &svg);

@@ -38,7 +38,7 @@ Result<void> readVideo(SubtitleRecord &record, const QJsonValue &video, const QD
 {
     if (video.isUndefined())
         return {};
-    if (video.isObject()) { // a release that is not among the samples
+    if (video.isObject()) { // not one of the sample videos
         record.videoHash = video.toObject().value("hash"_L1).toString();
         record.videoSize = static_cast<quint64>(video.toObject().value("size"_L1).toInteger());
         return {};

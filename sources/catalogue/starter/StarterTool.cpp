@@ -39,7 +39,7 @@ Result<void> write(const QString &path, const QString &sources, const QString &s
     return writer.value().commit();
 }
 
-/// Written beside its place and moved there when whole, so that a broken build leaves no half a catalogue.
+/// Writes to a temporary file and renames it, so that a failed build leaves no partial catalogue.
 Result<void> build(const QString &sources, const QString &samples, const QString &target)
 {
     const QString draft = target + ".new"_L1;
