@@ -155,10 +155,10 @@ void HttpClient::begin(const std::shared_ptr<RedirectChain> &chain, const QNetwo
         chain->request.onLeaving();
     const std::weak_ptr weak(chain);
     chain->exchange = HttpExchange::begin(m_network, m_clock, m_service, chain->request,
-                                            [this, weak](const Result<HttpAnswer> &outcome) {
-                                                if (const auto held = weak.lock())
-                                                    arrive(held, outcome);
-                                            });
+                                          [this, weak](const Result<HttpAnswer> &outcome) {
+                                              if (const auto held = weak.lock())
+                                                  arrive(held, outcome);
+                                          });
 }
 
 void HttpClient::arrive(const std::shared_ptr<RedirectChain> &chain, const Result<HttpAnswer> &outcome)

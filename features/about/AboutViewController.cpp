@@ -98,7 +98,7 @@ void AboutViewController::viewWillAppear()
 void AboutViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
-    // The keys scroll the credits at once.
+    // Focus the credits, so that keys scroll them at once.
     if (Window *about = window())
         about->makeFirstResponder(creditsTextView);
 }
@@ -140,7 +140,7 @@ void AboutViewController::visitQuorvaneWebsite(QObject *)
 
 void AboutViewController::rateInAppStore(QObject *)
 {
-    // Few desktops have a store that takes the link.
+    // Few desktops have a store that opens the link.
     if (!Links::open(Links::AppStorePage))
         Links::open(Links::Website);
 }

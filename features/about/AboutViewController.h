@@ -9,8 +9,8 @@ class AboutViewController;
 }
 
 /// The content of the About window: the program's name, version and copyright, the credits, and two buttons
-/// for the maker's pages. What the scene shows is bound to the properties; the controller itself sets the
-/// credits and the window's look alone. Main thread only.
+/// for the maker's pages. The scene binds to the properties; the controller itself sets the credits and the
+/// window's look. Main thread only.
 class AboutViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
@@ -25,10 +25,10 @@ public:
     AboutViewController();
     ~AboutViewController() override;
 
-    /// The entries of the information dictionary as they are; invalid where there is none.
+    /// The entries of the information dictionary, unchanged; invalid when absent.
     QVariant appName() const { return m_appName; }
     QVariant appCopyright() const { return m_appCopyright; }
-    /// "Version 1.0 (100)", read anew each time; "Unknown" unless both parts are texts.
+    /// "Version 1.0 (100)", read anew on each call; "Unknown" unless both parts are texts.
     QString appVersion() const;
     QString visitWebSiteButtonTitle() const { return m_visitWebSiteButtonTitle; }
     QString rateAppButtonTitle() const { return m_rateAppButtonTitle; }
@@ -39,7 +39,7 @@ public:
     void viewDidAppear() override;
 
     Q_INVOKABLE void visitQuorvaneWebsite(QObject *sender);
-    /// Opens the maker's page in the App Store, where there is something that knows such links.
+    /// Opens the maker's page in the App Store, if an application handles such links.
     Q_INVOKABLE void rateInAppStore(QObject *sender);
 
 private:

@@ -1,8 +1,8 @@
 #pragma once
 #include <ui/window/WindowController.h>
 
-/// The About window. It is made by whoever opens it first and kept for the next time; `showWindow` brings it
-/// up. How it looks is the business of its content. Main thread only.
+/// The About window. The menu creates it on first use and keeps it; `showWindow` shows it. Its content
+/// decides its look. Main thread only.
 class AboutWindowController final : public WindowController
 {
     Q_OBJECT
@@ -13,5 +13,5 @@ public:
     void loadWindow() override;
 };
 
-/// Tells the storyboard how to make `AboutViewController`.
+/// Registers `AboutViewController` with the storyboard.
 void registerAboutScene();

@@ -24,7 +24,7 @@ Error refusal(const QString &detail)
     return {u"CompanionDelivery"_s, 0, {}, detail};
 }
 
-/// Named after the downloaded file, not after the video: the companion application knows its own document.
+/// Named after the downloaded file, not the video, because the companion application knows its own document.
 QByteArray deliveredName(const QUrl &file, const Subtitle &subtitle)
 {
     QByteArray name = FileName::lastPathComponent(FileManager::fileSystemPath(file));
@@ -33,7 +33,7 @@ QByteArray deliveredName(const QUrl &file, const Subtitle &subtitle)
     return FileName::appendingPathExtension(name, subtitle.subFormat.toLower());
 }
 
-/// The path goes into the query byte by byte, because the name on disk need not be UTF-8.
+/// The path is encoded byte by byte, because the name on disk need not be UTF-8.
 std::optional<QUrl> replyURL(const QByteArray &path, const std::optional<ExternalRequestInfo> &request)
 {
     URLComponents components;
@@ -81,7 +81,7 @@ Result<QUrl> CompanionDelivery::targetFolder() const
         path += '/';
     const QUrl folder = FileManager::urlFromFileSystemPath(path + FolderName);
     if (!m_files.fileExists(folder))
-        static_cast<void>(m_files.createDirectory(folder)); // the next line sees whether it is there
+        static_cast<void>(m_files.createDirectory(folder)); // the next line checks whether it exists
     if (!m_files.fileExists(folder))
         return couldNotFindMoviesFolder();
     return folder;

@@ -17,17 +17,17 @@ public:
     {
     }
 
-    QString urlScheme;  // also what the application sends as "sender"
+    QString urlScheme;  // also the value of "sender" in its requests
     QString identifier; // of its desktop entry
     QString name;
 
     bool operator==(const ExternalAppInfo &) const = default;
 };
 
-/// The companion applications that this program knows, in their fixed order. Any thread.
+/// The known companion applications in their fixed order. Any thread.
 const QList<ExternalAppInfo> &knownCompanionApps();
-/// The known companion applications that are installed, in the table's order; asked anew on every call.
+/// The installed companion applications in the same order; looked up on every call.
 QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace);
-/// The display name of the application that sends exactly this "sender": a known companion, or the one that
-/// comes with this program (companions/mpv). "Unknown" for a stranger.
+/// The display name of the application with exactly this "sender": a known companion, or the one shipped with
+/// this program (companions/mpv). "Unknown" for others.
 QString companionAppName(const QString &sender);

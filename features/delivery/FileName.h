@@ -4,20 +4,18 @@
 
 class QUrl;
 
-/// File names as the bytes they have on disk, which need not be UTF-8.
+/// File names as their bytes on disk, which need not be UTF-8.
 namespace FileName
 {
-/// What follows the last "/", trailing ones aside; empty for a path of nothing else.
+/// The part after the last "/", ignoring trailing ones; empty for a path of slashes.
 QByteArray lastPathComponent(const QByteArray &path);
-/// The same for what a URL of any scheme names: neither its host nor its query counts.
+/// The same for the path of a URL of any scheme, without host and query.
 QByteArray lastPathComponent(const QUrl &url);
-/// Without the last extension. A dot at the start or at the end begins none: ".profile" and "Film." stay as
-/// they are.
+/// The name without its last extension. A dot at the start or at the end does not count: ".profile" and
+/// "Film." stay unchanged.
 QByteArray deletingPathExtension(const QByteArray &name);
-/// "name.extension". The name stays as it is when the extension is empty or no part of a file name ("/",
-/// NUL).
+/// "name.extension". The name stays unchanged when the extension is empty or contains "/" or NUL.
 QByteArray appendingPathExtension(const QByteArray &name, const QString &extension);
-/// Whether it names a file in a folder, whatever the folder: one path component, not the folder itself or its
-/// parent.
+/// Whether the name is one path component, and neither the folder itself nor its parent.
 bool isPlain(const QByteArray &name);
 } // namespace FileName

@@ -1,8 +1,7 @@
 #pragma once
 #include "ExternalRequest.h"
 
-/// Takes video files to search subtitles for: the main window's content controller, as the rooms below see
-/// it.
+/// Searches subtitles for video files. The main window's content controller implements it.
 class FileSearching
 {
 public:

@@ -22,8 +22,8 @@ Error requestError(const QString &description)
     return {QString(), 0, description};
 }
 
-/// Text that spells a URL is that URL, unchanged; any other is a path. The empty one is as any relative path
-/// is: it starts at the working directory and leads no further.
+/// A text that is a URL is used unchanged; any other is a path, relative to the working directory. The empty
+/// one is the working directory itself.
 QUrl fileURL(const QString &value)
 {
     if (const auto url = parseURLString(value))

@@ -10,8 +10,8 @@ namespace
 {
 const QString OwnScheme = u"plovendix"_s;
 
-/// What browsers and mail programs open, and the places that the desktop opens where it can. The desktop is
-/// asked as well, because what it knows depends on what is installed.
+/// Schemes of browsers and mail programs, and of places that a desktop may open. The desktop is asked as
+/// well, because its schemes depend on what is installed.
 const QStringList &refusedSchemes()
 {
     static const QStringList schemes = {

@@ -3,6 +3,6 @@
 
 class Workspace;
 
-/// Whether a reply may be opened in the scheme that a request names. Any web page can make a request, so the
-/// reply, which holds a path, never goes to a browser, a server, a disk or this program itself. Any thread.
+/// Whether a reply may be opened in the requested scheme. Any web page can make a request, so the reply,
+/// which contains a path, must not go to a browser, a server, a disk or this program. Any thread.
 bool mayBeRepliedTo(const QString &scheme, Workspace &workspace);

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// What a service says about language and format, without what would make a path of the name.
+/// A service's language or format without characters that would make the name a path.
 QString namePart(const QString &text)
 {
     QString part = text.toLower();

@@ -52,7 +52,7 @@ void DonateViewController::viewDidAppear()
 
 void DonateViewController::closeAndDownload()
 {
-    // Once dismissed the prompt does not know any more who presented it.
+    // Get the presenter first, because the dismissed prompt no longer has one.
     const auto main = std::dynamic_pointer_cast<MainViewController>(presentingViewController());
     dismissController(nullptr);
     if (main)

@@ -8,9 +8,8 @@ namespace Ui
 class DonateViewController;
 }
 
-/// A prompt for a donation in front of a download. Each of its three buttons closes it and hands the download
-/// back to the main view that presented it; closing it in any other way is no answer and starts nothing.
-/// Main thread only.
+/// A prompt for a donation before a download. Each of its three buttons closes it and continues the download
+/// in the main view that presented it; closing it otherwise starts nothing. Main thread only.
 class DonateViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT

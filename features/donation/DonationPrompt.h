@@ -3,8 +3,8 @@
 #include <QDateTime>
 #include <functional>
 
-/// Puts the donation prompt in front of a download when its rule allows it. Made by the process entry; from
-/// then until it goes it is the shared download prompt. Main thread only.
+/// Shows the donation prompt before a download when its rule allows. Made by the process entry; it is the
+/// shared download prompt during its life. Main thread only.
 class DonationPrompt final : public DownloadPrompt
 {
 public:
@@ -22,5 +22,5 @@ private:
     Clock m_clock;
 };
 
-/// Tells the storyboard how to make `DonateViewController`.
+/// Registers `DonateViewController` with the storyboard.
 void registerDonationScene();

@@ -3,12 +3,12 @@
 
 class UserDefaults;
 
-/// When the program may ask for a donation, from what the settings say: never before the person has had use
-/// of the program, never once declined, a month after "later" at the earliest, and not twice a day when the
-/// prompt was closed without an answer. Main thread only, like the settings.
+/// Decides by the settings whether the program may ask for a donation: not before the program was useful,
+/// never after it was declined, at the earliest a month after "later", and not twice a day when the prompt
+/// was closed without an answer. Main thread only, like the settings.
 ///
-/// It reads the answers "dontAskMeToDonate" and "askMeToDonateLater", which the prompt writes, and keeps a
-/// count and a time of its own.
+/// Reads the answers "dontAskMeToDonate" and "askMeToDonateLater", which the prompt writes, and stores a
+/// count and a time.
 class DonationRule final
 {
 public:
@@ -19,10 +19,10 @@ public:
     explicit DonationRule(UserDefaults &defaults) : m_defaults(defaults) {}
 
     bool mayAsk(const QDateTime &now) const;
-    /// A subtitle has reached the person. Counts no further than needed.
+    /// Counts a delivered subtitle, up to the needed number.
     void noteDelivery();
     void noteAsked(const QDateTime &now);
-    /// A "later" of which nobody knows when it was said counts from now.
+    /// Dates an undated "later" from now.
     void dateLater(const QDateTime &now);
 
 private:
@@ -31,5 +31,5 @@ private:
     qlonglong deliveries() const;
     QDateTime lastAsked() const;
 
-    UserDefaults &m_defaults; // outlives us
+    UserDefaults &m_defaults; // must outlive this object
 };

@@ -17,7 +17,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.feedback", QtInfoMsg)
 
 const QString AddressKey = u"FeedbackURL"_s;
-/// A reserved host, until the maker has a real one.
+/// A reserved host until the maker has a real one.
 const QString StandardAddress = u"https://feedback.quorvane.example/plovendix/reports"_s;
 
 QString hintAbout(const KeptReports::Kept &kept)

@@ -7,13 +7,13 @@
 
 #include <optional>
 
-/// The feedback reporter: lets the person write, shows what goes along, and posts it to the address in the
-/// setting "FeedbackURL". A report that cannot be sent is kept in a file and offered the next time; so is one
-/// that is on its way when the program ends. Main thread only.
+/// The feedback reporter: shows the form with all data of a report, and posts the report to the address in
+/// the setting "FeedbackURL". A report that could not be sent, or was being sent when the program ended, is
+/// kept in a file and offered the next time. Main thread only.
 class FRFeedbackReporter final : public FeedbackReporting, private FeedbackPresenting::Answering
 {
 public:
-    /// Both outlive the reporter.
+    /// Both must outlive the reporter.
     FRFeedbackReporter(Clock &clock, FeedbackPresenting &window);
     ~FRFeedbackReporter() override;
     FRFeedbackReporter(const FRFeedbackReporter &) = delete;
@@ -35,8 +35,8 @@ private:
     FeedbackSender m_sender;
     KeptReports m_kept;
     Delegate *m_delegate = nullptr;
-    FeedbackForm m_form; // as last shown
-    QString m_keptPath;  // of the report the form began with; empty for a new one
+    FeedbackForm m_form; // as shown last
+    QString m_keptPath;  // of the kept report in the form; empty for a new one
     FeedbackReport m_report;
     HttpClient::Call m_sending;
 };

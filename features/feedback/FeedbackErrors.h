@@ -10,8 +10,8 @@ enum class FeedbackFault
     Unavailable,
     Insecure,
     Proxy,
-    Refused // the server does not take it
+    Refused // the server refuses it
 };
 
-/// An Error with a sentence for the person.
+/// An Error with a sentence for display.
 Error feedbackError(FeedbackFault fault, const QString &detail);

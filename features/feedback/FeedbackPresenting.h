@@ -4,39 +4,39 @@
 #include <QStringList>
 #include <utility>
 
-/// What a feedback window starts with.
+/// The initial content of a feedback window.
 struct FeedbackForm
 {
     QString text; // of a report that could not be sent before; empty for a new one
-    QString hint; // a sentence about it
-    QList<std::pair<QString, QString>> parameters; // what is sent with every report, by name
-    QStringList log;                               // what may be sent with it
+    QString hint; // a sentence about that report
+    QList<std::pair<QString, QString>> parameters; // sent with every report, by name
+    QStringList log;                               // may be sent with the report
 };
 
-/// The window in which a person writes to the maker. Main thread only.
+/// The window for writing a report. Main thread only.
 class FeedbackPresenting
 {
 public:
-    /// What the person does there. Only one report is sent at a time: the window asks for no second one.
+    /// Receives the person's actions. The window sends one report at a time.
     class Answering
     {
     public:
         virtual ~Answering() = default;
         virtual void send(const QString &text, bool withLog) = 0;
-        /// Ends the sending under way; the text is as it was.
+        /// Cancels a running transfer; the text stays unchanged.
         virtual void stopSending() = 0;
     };
 
     virtual ~FeedbackPresenting() = default;
 
-    /// Nothing is told after it was set to null. The receiver outlives the window otherwise.
+    /// Null stops the calls. Otherwise the receiver must outlive the window.
     virtual void setAnswering(Answering *answering) = 0;
-    /// Shows the window, ready to write. What the person wrote and did not send stays.
+    /// Shows the window with the form. Unsent text in the window stays.
     virtual void showForm(const FeedbackForm &form) = 0;
-    /// Shows the window while a report is on its way, or says so in the window that is shown.
+    /// Shows that a report is being sent.
     virtual void showSending() = 0;
     virtual void bringForward() = 0;
-    /// Told of the end whether or not the window is still shown; it never comes up because of it.
+    /// Called at the end even if the window is closed; does not open the window.
     virtual void showSent() = 0;
     virtual void showFailure(const QString &sentence) = 0;
 };

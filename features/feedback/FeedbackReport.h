@@ -6,14 +6,14 @@
 #include <optional>
 #include <utility>
 
-/// What a person sends to the maker: nothing but what the window shows. A plain value.
+/// A report to the maker, with exactly the data that the window shows. A plain value.
 struct FeedbackReport
 {
     QString text;
     QList<std::pair<QString, QString>> parameters; // by name
-    QStringList log;                               // empty unless the person wanted it sent
+    QStringList log;                               // empty unless the person includes it
 
     QByteArray toJson() const;
-    /// Nothing for what is no report.
+    /// None when the JSON is not a report.
     static std::optional<FeedbackReport> fromJson(const QByteArray &json);
 };

@@ -3,12 +3,12 @@
 #include <QString>
 #include <memory>
 
-/// The feedback reporter as the program sees it: a window in which a person writes a report, and what sends
-/// it. Main thread only.
+/// The program's interface to the feedback reporter, which shows a window and sends reports. Main thread
+/// only.
 class FeedbackReporting
 {
 public:
-    /// Adds to the reports.
+    /// Provides additional data of reports.
     class Delegate
     {
     public:
@@ -19,12 +19,12 @@ public:
 
     virtual ~FeedbackReporting() = default;
 
-    /// The delegate outlives the reporter.
+    /// The delegate must outlive the reporter.
     virtual void setDelegate(Delegate *delegate) = 0;
     /// Shows the window. Returns at once.
     virtual void reportFeedback() = 0;
 
-    /// What the process entry installed, or nothing.
+    /// The reporter that the process entry installed, or null.
     static std::shared_ptr<FeedbackReporting> sharedReporter();
     static void setSharedReporter(std::shared_ptr<FeedbackReporting> reporter);
 };

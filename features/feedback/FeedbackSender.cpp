@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto Deadline = 60s;
-constexpr qsizetype MaxAnswerBytes = 64LL * 1024; // nobody reads it
+constexpr qsizetype MaxAnswerBytes = 64LL * 1024; // the content is not used
 
 Result<void> read(const HttpAnswer &answer)
 {
@@ -22,7 +22,7 @@ Result<void> read(const HttpAnswer &answer)
 }
 } // namespace
 
-// The name only chooses the words of the client's own errors, which nobody sees: they are told in ours.
+// The service name only affects the client's error texts, which are replaced by ours.
 FeedbackSender::FeedbackSender(Clock &clock) : m_client(clock, ServiceName::Films) {}
 
 HttpClient::Call FeedbackSender::send(const FeedbackReport &report, const QString &address,

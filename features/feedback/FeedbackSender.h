@@ -3,8 +3,8 @@
 
 #include <net/HttpClient.h>
 
-/// Posts reports. HTTPS only, clear text to this machine alone; a report is sent once and follows nobody
-/// elsewhere. Main thread only.
+/// Posts reports. HTTPS only, clear text to this machine alone; a report is sent once and redirects are not
+/// followed. Main thread only.
 class FeedbackSender final
 {
 public:
@@ -12,7 +12,7 @@ public:
 
     explicit FeedbackSender(Clock &clock);
 
-    /// Completes on a later turn, and never once what this gives was let go.
+    /// Completes on a later turn, and never after the returned call was released.
     [[nodiscard]] HttpClient::Call send(const FeedbackReport &report, const QString &address,
                                         Completion completion);
 

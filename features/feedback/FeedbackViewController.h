@@ -7,14 +7,14 @@ namespace Ui
 class FeedbackViewController;
 }
 
-/// Where a person writes to the maker, with everything in sight that would be sent along. What was written
-/// and not sent stays when the window goes. Main thread only.
+/// The form of a report, which shows all data that would be sent. Unsent text stays when the window is
+/// closed. Main thread only.
 class FeedbackViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
 
 public:
-    /// A longer text is not taken, and the person is told.
+    /// A longer text is refused with a message.
     static constexpr int MaxTextLength = 20'000;
 
     FeedbackViewController();
@@ -30,7 +30,7 @@ public:
     void showFailure(const QString &sentence);
 
     Q_INVOKABLE void send(QObject *sender);
-    /// Stops a report under way, or closes the window.
+    /// Cancels a running transfer, or closes the window.
     Q_INVOKABLE void cancel(QObject *sender);
     Q_INVOKABLE void showDetails(QObject *sender);
 

@@ -4,8 +4,8 @@
 
 class FeedbackViewController;
 
-/// The feedback window. Made on first use and kept. Closing it while a report is on its way lets the report
-/// go on. Main thread only.
+/// The feedback window. Made on first use and kept. A running transfer continues when it is closed. Main
+/// thread only.
 class FeedbackWindowController final : public WindowController, public FeedbackPresenting
 {
     Q_OBJECT
@@ -30,5 +30,5 @@ private:
     std::shared_ptr<FeedbackViewController> m_viewController;
 };
 
-/// Tells the storyboard how to make `FeedbackViewController`.
+/// Registers `FeedbackViewController` with the storyboard.
 void registerFeedbackScene();

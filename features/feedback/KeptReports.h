@@ -5,8 +5,7 @@
 
 #include <QDateTime>
 
-/// Reports that could not be sent, one file each in a folder of their own that only the person can read.
-/// Main thread only.
+/// Reports that could not be sent, one file each in a folder with mode 0700. Main thread only.
 class KeptReports final
 {
 public:
@@ -22,9 +21,9 @@ public:
     /// $XDG_DATA_HOME/Plovendix/feedback.
     static QString standardFolder();
 
-    /// Writes the report to a new file, or over the one it was taken from, and gives its path.
+    /// Writes the report to a new file, or to the file it was loaded from, and returns its path.
     Result<QString> keep(const FeedbackReport &report, const QDateTime &date, const QString &over = {}) const;
-    /// The oldest, or nothing. Files that are no reports stay where they are.
+    /// The oldest report, or none. Invalid files are left in place.
     std::optional<Kept> oldest() const;
     void remove(const QString &path) const;
 

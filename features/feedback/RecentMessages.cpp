@@ -77,7 +77,7 @@ QString RecentMessages::cleaned(const QString &message)
 {
     static const QRegularExpression quoted(u"\"[^\"]*\"?|“[^”]*”?|„[^“]*“?|«[^»]*»?"_s);
     static const QRegularExpression address(u"\\b[A-Za-z][A-Za-z0-9+.-]*:/\\S*"_s);
-    // Up to the end or to a colon: the name of a file may hold anything, and what it is about comes after.
+    // Up to the end or a colon: a file name may contain anything, and the message continues after the colon.
     static const QRegularExpression path(u"(?<![\\w)])~?/[^:\\n]*"_s);
     static const QRegularExpression mail(u"\\S+@\\S+"_s);
     QString text = redacted(message).simplified();

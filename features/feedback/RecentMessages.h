@@ -1,22 +1,21 @@
 #pragma once
 #include <QStringList>
 
-/// The last messages of the program's own categories, for a report. Of each only what is safe to show is
-/// kept: no keys and passwords, no paths and addresses, nothing in quotation marks (names of films and
-/// files). Any thread.
+/// The last log messages of the program's own categories, for a report. Keys, passwords, paths, addresses and
+/// quoted texts (names of films and files) are removed. Any thread.
 namespace RecentMessages
 {
 inline constexpr qsizetype MaxLines = 100;
 inline constexpr qsizetype MaxLineLength = 300;
 
-/// From now on messages are noted, and go where they went before too. The second call does nothing.
+/// Starts to record messages, which are still logged as before. A second call does nothing.
 void install();
-/// Ends that and forgets them, for tests.
+/// Stops recording and drops the messages, for tests.
 void uninstall();
 
-/// The oldest first.
+/// The recorded lines, the oldest first.
 QStringList lines();
 
-/// What is left of a message.
+/// The message with private parts removed.
 QString cleaned(const QString &message);
 } // namespace RecentMessages

@@ -27,7 +27,7 @@ QString firstFolder()
     return QDir::homePath();
 }
 
-/// There are only folders to choose from; a desktop's own dialogue has none of these.
+/// Hides the file type, which is useless for folders; native dialogs have none.
 void hideTypes(const QFileDialog &dialog)
 {
     for (const QString &part : {u"fileTypeLabel"_s, u"fileTypeCombo"_s}) {

@@ -4,7 +4,7 @@
 
 class QWidget;
 
-/// Asks for a folder in a dialogue of `window`, on the folder chosen the last time, else on the one with the
-/// person's videos. `chosen` is called with what is accepted, never for a dialogue that is cancelled or goes
-/// with its window. Returns at once.
+/// Asks for a folder in a dialogue of `window`, starting at the folder chosen last or the Videos folder.
+/// `chosen` is called with an accepted folder, never when the dialogue is cancelled or destroyed. Returns at
+/// once.
 void askForFolder(QWidget &window, const std::function<void(QString)> &chosen);

@@ -13,9 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr int Steps = 1000; // of the line; there may be more files than it can count
+constexpr int Steps = 1000; // of the progress line, whose range is an int
 
-/// One button takes the place of another; the keyboard stays there, also while a dialogue is in front.
+/// Replaces one button by another and keeps the keyboard focus there, also while a dialogue is open.
 void exchange(QPushButton &from, QPushButton &to)
 {
     const bool hadFocus = from.window()->focusWidget() == &from;
@@ -74,7 +74,7 @@ void FolderImportSection::showControls(const FolderImportState &state)
 
 void FolderImportSection::showProgress(const FolderImportState &state)
 {
-    // There may be more of them by now than were counted.
+    // There may be more files now than were counted.
     const double part = state.total > 0 ? double(state.files) / double(state.total) : 0;
     m_parts.progressLine->setValue(qBound(0, qRound(part * Steps), Steps));
     m_parts.statusLabel->setText(progressText(state));

@@ -7,9 +7,9 @@ class QLabel;
 class QPushButton;
 class QWidget;
 
-/// The part of the Services pane that adds folders to the catalogue: a button; while an import runs a line
-/// that says how far it is, and another button that ends it; below them what there is to say. Shows an import
-/// that was begun before it was made. Without anybody who imports its button is disabled. Main thread only.
+/// The part of the Services pane that adds folders to the catalogue: a start button, a progress line and a
+/// stop button during an import, and a text about its state. Also shows an import that was started before.
+/// Without an importer its button is disabled. Main thread only.
 class FolderImportSection final : public QObject
 {
     Q_OBJECT
@@ -24,14 +24,14 @@ public:
         QLabel *statusLabel;
     };
 
-    /// The parts are below `view`, which owns us.
+    /// The parts are children of `view`, which owns this object.
     FolderImportSection(const Parts &parts, QWidget &view);
 
     void askAndStart();
     void cancel();
 
 Q_SIGNALS:
-    /// The catalogue may be another one than before.
+    /// Call when the catalogue may have changed.
     void catalogueChanged();
 
 private:

@@ -1,11 +1,11 @@
 #pragma once
 #include <model/FolderImporting.h>
 
-/// What the Services pane says of an import, in the person's language. Main thread only.
+/// The Services pane's sentences about an import, localised. Main thread only.
 namespace FolderImportSentences
 {
-/// One line.
+/// The progress as one line.
 QString whileRunning(const FolderImportState &state);
-/// Empty when there was none.
+/// The result; empty when there was no import.
 QString atTheEnd(const FolderImportState &state);
 } // namespace FolderImportSentences

@@ -34,7 +34,7 @@ QVariant MenuForBindings::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const Entry &entry = m_entries.at(index.row());
-    // How pop-ups mark their separator lines.
+    // Pop-ups mark separator lines in this way.
     if (entry.separator)
         return role == Qt::AccessibleDescriptionRole ? QVariant(u"separator"_s) : QVariant();
     switch (role) {
@@ -77,7 +77,7 @@ bool MenuForBindings::setData(const QModelIndex &index, const QVariant &value, i
         item.representedObject = value;
     else
         return role == Qt::AccessibleDescriptionRole && isSeparator(index.row());
-    // A separator line stays one whatever else its item is given.
+    // A separator line stays one, whatever data its item is given.
     if (!entry.separator)
         entry = entryFor(item);
     Q_EMIT dataChanged(index, index);

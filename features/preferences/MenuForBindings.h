@@ -4,15 +4,15 @@
 #include <QString>
 #include <QVariant>
 
-/// One item of a menu: what it is called and what it stands for.
+/// One item of a menu: its title and its value.
 struct MenuItem
 {
     QString title;
     QVariant representedObject = {};
 };
 
-/// The menu of a pop-up, filled item by item. An item that is titled "-" becomes a separator line, whoever
-/// inserts it: nobody can choose it, and it stands for nothing. Main thread only.
+/// The menu of a pop-up, filled item by item. An item titled "-" becomes a separator line, which cannot be
+/// chosen and has no value. Main thread only.
 class MenuForBindings final : public QAbstractListModel
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    /// What a pop-up's own insertion of items asks for: an empty item first, then its title and object.
+    /// Called by the pop-up's own insertion of items: an empty item first, then its title and value.
     bool insertRows(int row, int count, const QModelIndex &parent = {}) override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     bool removeRows(int row, int count, const QModelIndex &parent = {}) override;

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Makes the preferences panes of this room known to the storyboard "Preferences".
+/// Registers the preferences panes of this room with the storyboard "Preferences".
 void registerPreferencesScenes();

@@ -39,7 +39,7 @@ void PrefsGeneralViewController::loadView()
     popUp->setModel(menu);
     popUp->setMaxVisibleItems(VisibleLanguages);
     popUp->view()->setTextElideMode(Qt::ElideRight);
-    // The items come first, so that the binding finds the one to select.
+    // The items are added first, so that the binding finds the one to select.
     connectScene(*root, *this);
     setView(std::move(root));
 }

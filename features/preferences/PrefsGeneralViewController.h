@@ -19,10 +19,10 @@ public:
     PrefsGeneralViewController();
     ~PrefsGeneralViewController() override;
 
-    /// The language catalogue as of this pane's construction.
+    /// The language catalogue at construction time.
     const QList<Language> &languagesArray() const { return m_languagesArray; }
 
-    /// Always "General", whatever was set.
+    /// Always "General".
     QString title() const override;
     void loadView() override;
 

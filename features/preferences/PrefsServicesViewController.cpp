@@ -23,7 +23,7 @@ constexpr int LongestFolder = 270; // points
 constexpr size_t SubtitleAnswer = 0;
 constexpr size_t FilmAnswer = 1;
 
-/// The folder as people write it: their home is "~".
+/// The folder with "~" for the home folder.
 QString shortFolder(const QString &file)
 {
     const QString folder = QFileInfo(file).absolutePath();
@@ -107,14 +107,14 @@ void PrefsServicesViewController::makeFolderSection()
             &PrefsServicesViewController::showCataloguePlace);
 }
 
-/// May come before the view was loaded, which shows the same.
+/// May be called before the view was loaded, which then shows the same state.
 void PrefsServicesViewController::viewWillAppear()
 {
     if (isViewLoaded())
         showCataloguePlace();
 }
 
-/// The window has grown downwards to this pane's size.
+/// The window grew downwards to this pane's size.
 void PrefsServicesViewController::viewDidAppear()
 {
     Window *host = window();
@@ -126,7 +126,7 @@ void PrefsServicesViewController::viewDidAppear()
         host->move(host->x(), highest);
 }
 
-/// A field that somebody is typing in is left alone.
+/// A field that is being edited is left unchanged.
 void PrefsServicesViewController::showTexts()
 {
     for (const auto &[edit, item] : m_fields) {

@@ -13,9 +13,9 @@ namespace Ui
 class PrefsServicesViewController;
 }
 
-/// The Services pane of the preferences: keys, login, what a person thinks of kinds of subtitles, and where
-/// the catalogue lies and grows. What is typed is used and kept as soon as the edit ends. Without accounts
-/// the fields for them are disabled. Main thread only.
+/// The Services pane of the preferences: keys, login, preferences for kinds of subtitles, and the catalogue's
+/// place and imports. Typed text is used and stored when the edit ends. Without accounts their fields are
+/// disabled. Main thread only.
 class PrefsServicesViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
@@ -24,19 +24,19 @@ public:
     PrefsServicesViewController();
     ~PrefsServicesViewController() override;
 
-    /// Always "Services", whatever was set.
+    /// Always "Services".
     QString title() const override;
     void loadView() override;
     void viewDidLoad() override;
     void viewWillAppear() override;
     void viewDidAppear() override;
 
-    /// Opens the page that gives out keys.
+    /// Opens the page for application keys.
     Q_INVOKABLE void getKey(QObject *sender);
-    /// Asks the services whether they accept what is typed, and says so below the button.
+    /// Tests the typed keys at the services and shows the result below the button.
     Q_INVOKABLE void testConnection(QObject *sender);
     Q_INVOKABLE void showCatalogue(QObject *sender);
-    /// Asks for a folder and adds what is in it to the catalogue.
+    /// Asks for a folder and adds it to the catalogue.
     Q_INVOKABLE void addFolder(QObject *sender);
     Q_INVOKABLE void cancelImport(QObject *sender);
 
@@ -60,8 +60,8 @@ private:
 
     std::shared_ptr<ServiceAccounts> m_accounts;
     std::vector<Field> m_fields;
-    QString m_notKept;                             // what is wrong with the text that was typed last
-    std::vector<std::optional<QString>> m_answers; // of the last test, in the order in which they are shown
+    QString m_notKept;                             // the fault of the text that was typed last
+    std::vector<std::optional<QString>> m_answers; // of the last test, in display order
     std::unique_ptr<Ui::PrefsServicesViewController> m_scene;
-    QPointer<FolderImportSection> m_folders; // the view's
+    QPointer<FolderImportSection> m_folders; // owned by the view
 };

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A title as a button shows it: an ampersand is one, not a mnemonic.
+/// Escapes ampersands, which would mark mnemonics in a button.
 QString tabText(const QString &title)
 {
     return QString(title).replace(u'&', "&&"_L1);
@@ -113,7 +113,7 @@ void PrefsTabViewController::viewWillAppear()
 void PrefsTabViewController::viewDidAppear()
 {
     shown().notifyDidAppear();
-    // The arrow keys choose a pane at once.
+    // Focus the tabs, so that the arrow keys choose a pane at once.
     if (Window *host = window())
         host->makeFirstResponder(m_tabs->button(m_shown));
 }

@@ -8,9 +8,8 @@ namespace Ui
 class PrefsTabViewController;
 }
 
-/// The content of the preferences window: a row of tabs, and below it the pane that is chosen there. A pane
-/// is loaded when it is first chosen. The window takes its title and the size of its scene from that pane.
-/// Main thread only.
+/// The content of the preferences window: a row of tabs and the chosen pane below it. A pane is loaded when
+/// it is first chosen. The window takes the pane's title and its scene's size. Main thread only.
 class PrefsTabViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT

@@ -10,8 +10,8 @@ namespace Ui
 class PrefsUpdatesViewController;
 }
 
-/// The Updates pane of the preferences. Every control is bound to the updater's settings; the pane writes
-/// none itself and shows no result of a check. Main thread only.
+/// The Updates pane of the preferences. Its controls are bound to the updater's settings; the pane itself
+/// writes none and shows no results. Main thread only.
 class PrefsUpdatesViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
@@ -20,12 +20,12 @@ public:
     PrefsUpdatesViewController();
     ~PrefsUpdatesViewController() override;
 
-    /// Always "Updates", whatever was set.
+    /// Always "Updates".
     QString title() const override;
     void loadView() override;
     void viewDidLoad() override;
 
-    /// Asks the shared updater to check now; nothing happens while none is installed.
+    /// Asks the shared updater to check now; does nothing without an updater.
     Q_INVOKABLE void checkForUpdates(QObject *sender);
 
 private:

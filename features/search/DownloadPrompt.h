@@ -2,20 +2,19 @@
 
 class MainViewController;
 
-/// What may come up in front of a download that a person asks for: a room above this one decides. Main thread
-/// only.
+/// A prompt that may be shown before a download; a room above this one decides. Main thread only.
 class DownloadPrompt
 {
 public:
     virtual ~DownloadPrompt() = default;
 
-    /// Whether a prompt is up now, presented by `presenter`. It then starts the download itself, through
-    /// `downloadSelectedSubtitle`, or leaves it.
+    /// Shows a prompt over `presenter` if one is due, and returns whether it does. The prompt later starts
+    /// the download through `downloadSelectedSubtitle`, or drops it.
     virtual bool presentBeforeDownload(MainViewController &presenter) = 0;
-    /// A subtitle was saved where the person wanted it, or handed to the application that asked.
+    /// Call when a subtitle was saved or delivered to the requesting application.
     virtual void noteDelivery() = 0;
 
-    /// The program's prompt, or nothing when there is none.
+    /// The program's prompt, or null.
     static DownloadPrompt *shared();
     static void setShared(DownloadPrompt *prompt);
 };

@@ -102,7 +102,7 @@ void DragFilesHereView::takeDropsOf(Window &window)
     if (DropForwarder::existsBetween(*this, window))
         return;
     new DropForwarder(*this, window); // a child of the window
-    setAcceptDrops(false);            // the window takes what is dropped here too
+    setAcceptDrops(false);            // the window takes the drops here, too
 }
 
 void DragFilesHereView::outlineToo(QWidget &cover)
@@ -131,8 +131,8 @@ void DragFilesHereView::dragMoveEvent(QDragMoveEvent *event)
     answer(*event);
 }
 
-/// Accepted without an action, a drag is refused. The toolkit passes an ignored one on to the views behind,
-/// and then tells this one nothing of where the drag leaves.
+/// Accepting a drag without an action refuses it. An ignored event would go to the views behind, and this one
+/// would not see where the drag leaves.
 void DragFilesHereView::answer(QDragMoveEvent &event) const
 {
     event.setDropAction(isReceivingDrag ? Qt::CopyAction : Qt::IgnoreAction);

@@ -6,28 +6,27 @@ class QDragMoveEvent;
 class QMimeData;
 class Window;
 
-/// What a drag target answers; the numbers are the platform's.
+/// A drag target's answer; the numbers are the platform's.
 enum class DragOperation
 {
     None = 0,
     Copy = 1
 };
 
-/// The view onto which a person drops a video file: outlines itself while a drag with a file hovers over it
-/// and hands the first dropped file to its window's content controller (a DroppedFileReceiver). Main thread
-/// only.
+/// The view for dropped video files: outlines itself while a drag with a file is over it and passes the first
+/// dropped file to its window's content controller (a DroppedFileReceiver). Main thread only.
 ///
-/// The pasteboard's file-URL type is "text/uri-list", the one type in which files travel between programs
-/// here. Links to pages travel in it too, so a drag is acceptable when its list holds a file URL. The first
-/// file is handed on as it is, a folder as well, and the search judges it.
+/// The pasteboard's file-URL type is "text/uri-list", the only type for files between programs here. It also
+/// carries links to pages, so a drag is acceptable when its list contains a file URL. The first file is
+/// passed unchanged, even a folder; the search checks it.
 class DragFilesHereView : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// As code makes it.
+    /// For creation in code.
     explicit DragFilesHereView(const QRect &frame);
-    /// As a scene makes it.
+    /// For creation in a scene.
     explicit DragFilesHereView(QWidget *parent = nullptr);
 
     /// The file-URL type, the same for the whole process.
@@ -41,19 +40,19 @@ public:
     /// How often types were registered.
     int registrationCount() const { return m_registrationCount; }
 
-    /// Leaves drags to this view alone: subviews and theirs (no deeper) take none. Called before the view
-    /// first shows.
+    /// Makes this view the only drop target: disables drops in its children and grandchildren. Called before
+    /// the view is first shown.
     void awakeFromNib();
 
     DragOperation draggingEntered(const QMimeData *draggingPasteboard);
     void draggingExited();
     bool prepareForDragOperation(const QMimeData *draggingPasteboard) const;
-    /// Whether the drop was taken, also when nobody was there to search for it.
+    /// Whether the drop was accepted, also without a receiver.
     bool performDragOperation(const QMimeData *draggingPasteboard);
 
-    /// Hands the drops on the whole window to this view.
+    /// Sends the drops on the whole window to this view.
     void takeDropsOf(Window &window);
-    /// Outlines `cover` (the list, which shows in place of this view) like this view.
+    /// Outlines `cover` (the list that replaces this view) like this view.
     void outlineToo(QWidget &cover);
 
 Q_SIGNALS:

@@ -10,7 +10,7 @@ namespace
 using namespace Qt::StringLiterals;
 
 constexpr auto English = "eng"_L1;
-constexpr int LongestQuotedText = 60; // characters of a search text that a headline repeats
+constexpr int LongestQuotedText = 60; // characters of a search text in a headline
 
 QString languageName(const QString &code)
 {
@@ -23,17 +23,17 @@ QString shortened(const QString &text)
         return text;
     QString begun = text.first(LongestQuotedText - 1);
     if (begun.back().isHighSurrogate())
-        begun.chop(1); // half of a character
+        begun.chop(1); // an unpaired surrogate
     return begun.trimmed() + u'…';
 }
 
-/// Whether the code has no entry of its own in the table, so that English was sent in its place.
+/// Whether the table has no entry for the code, so that English was sent instead.
 bool isUnknown(const QString &preferredCode, const QString &searchedLanguage)
 {
     return !preferredCode.isEmpty() && preferredCode != "en"_L1 && searchedLanguage == English;
 }
 
-/// A sentence of its own for each number, because languages join a list in their own ways.
+/// A separate sentence for each number of names, because languages join lists differently.
 QString worksWith(const QStringList &names)
 {
     const QString format = names.size() == 1   ? String::localize(u"Works with %1$@"_s)

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-/// What the drop area says: a headline, and below it what can be done.
+/// The texts of the drop area: a headline, and what can be done below it.
 struct DropAreaMessage
 {
     QString headline;
@@ -12,21 +12,22 @@ struct DropAreaMessage
     bool operator==(const DropAreaMessage &) const = default;
 };
 
-/// The invitation of an idle window, which also names the companion applications that are installed.
+/// The text of an idle window, with the names of installed companion applications.
 DropAreaMessage dropPrompt(const QStringList &companions = {});
-/// What is said after a search for `text` found nothing. `preferredCode` is the language as stored in the
-/// settings, `searchedLanguage` the three-letter code that was sent.
+/// The text after a search for `text` found nothing. `preferredCode` is the language in the settings,
+/// `searchedLanguage` the three-letter code that was sent.
 DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
                              const QString &searchedLanguage);
-/// What is said while a file that no hash has found is searched for by the words of its name.
+/// The text while the words of a file's name are searched for, after its hash found nothing.
 DropAreaMessage wordsSearch(const QString &words);
-/// What a search misses that goes no further than this machine, and how that is changed.
+/// What a search without the network misses, and how to change that.
 QString offlineHint();
-/// That the rows are those of this machine alone, and why; empty when they are not.
+/// Why the rows come only from this machine; empty when they do not.
 QString localRowsNotice(const ServiceStatus::Value &status);
-/// Said above rows that are not all there are; empty where they are.
+/// The notice above rows that are not all results; empty when they are.
 QString leftOutNotice(qint64 shown, qint64 leftOut);
-/// Said while a search waits because the service gets too many requests.
+/// The notice while a search waits because of too many requests.
 QString pauseNotice(std::chrono::seconds pause);
-/// That the services do not know the preferred language and English was searched instead; empty when they do.
+/// The notice that the services do not know the preferred language and English was searched instead; empty
+/// when they know it.
 QString languageNotice(const QString &preferredCode, const QString &searchedLanguage);

@@ -7,13 +7,13 @@ namespace
 constexpr QSize DesignedSize{300, 196};
 constexpr qreal CornerRadius = 18;
 constexpr qreal LinePoints = 2;
-// Of the colour of secondary texts.
+// Matches the colour of secondary texts.
 constexpr float LineStrength = 0.45F;
 } // namespace
 
 DropAreaView::DropAreaView(QWidget *parent) : QWidget(parent)
 {
-    // As high as its texts need at that width.
+    // Its height follows from its texts at that width.
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Minimum);
 }
 

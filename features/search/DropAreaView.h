@@ -1,7 +1,7 @@
 #pragma once
 #include <QWidget>
 
-/// The dashed rounded frame that invites a drop; a scene puts the drawing and the texts into it. Main thread
+/// The dashed rounded frame of the drop area; a scene fills it with the drawing and the texts. Main thread
 /// only.
 class DropAreaView final : public QWidget
 {

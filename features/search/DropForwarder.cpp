@@ -32,14 +32,13 @@ bool DropForwarder::eventFilter(QObject *watched, QEvent *event)
         moveTo(*static_cast<QDragMoveEvent *>(event));
         return true;
     case QEvent::DragLeave:
-        // Between two views of the window the toolkit lets a drag leave and enter again at once.
+        // Moving between two views of the window gives a leave and an enter event at once.
         m_isLeaving = true;
         QMetaObject::invokeMethod(this, &DropForwarder::leave, Qt::QueuedConnection);
         return true;
     case QEvent::Drop:
         m_isOver = m_isLeaving = false;
-        // Handed over directly: sent through the application it would come back to the view under the
-        // pointer.
+        // Delivered directly: the application would send it to the view under the pointer again.
         m_target->event(event);
         return true;
     default:

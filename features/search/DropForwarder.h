@@ -6,10 +6,9 @@ class DragFilesHereView;
 class QDragMoveEvent;
 class Window;
 
-/// Hands the drags over a window to its drop target, wherever on the window they are. The target sees one
-/// entry and one exit for the whole window, however many views the drag crosses. The drag has left the window
-/// while it is over the shadow, or over a view that takes it itself, as the search field takes a text. The
-/// window owns the forwarder, which does nothing once the drop target is gone. Main thread only.
+/// Forwards drags over a window to its drop target, so that the whole window is one target, entered and left
+/// once. Its shadow is not part of it, nor a view that takes the drag itself (a field for a text). A child of
+/// the window; inactive once the drop target is destroyed. Main thread only.
 class DropForwarder final : public QObject
 {
     Q_OBJECT
@@ -17,7 +16,7 @@ class DropForwarder final : public QObject
 public:
     DropForwarder(DragFilesHereView &target, Window &window);
 
-    /// Whether drags over `window` are handed to `target` already.
+    /// Whether drags over `window` are already forwarded to `target`.
     static bool existsBetween(const DragFilesHereView &target, const Window &window);
 
 protected:
@@ -30,5 +29,5 @@ private:
     QPointer<DragFilesHereView> m_target;
     Window &m_window;
     bool m_isOver = false;
-    bool m_isLeaving = false; // unless the drag enters another view of the window within the same event
+    bool m_isLeaving = false; // unless the drag enters another view of the window in the same event
 };

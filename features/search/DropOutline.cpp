@@ -12,8 +12,7 @@ constexpr qreal OutlinePoints = 4;
 
 void drawDropOutline(QPainter &painter, const QRect &bounds, const QPalette &palette)
 {
-    // A view cannot draw beyond its edge: the stroke along it moves in by half its width, so that all of it
-    // shows.
+    // A view cannot draw beyond its edge, so the stroke is moved in by half its width.
     constexpr qreal half = OutlinePoints / 2;
     BezierPath path = BezierPath::rect(QRectF(bounds).adjusted(half, half, -half, -half));
     path.setLineWidth(OutlinePoints);
@@ -31,7 +30,7 @@ DropOutline::DropOutline(QWidget *parent) : QWidget(parent)
 void DropOutline::setShown(bool shown)
 {
     if (shown) {
-        // Beside the scroll bar, but not below what lies over the view's insets.
+        // Beside the scroll bar, but not below what covers the insets.
         const auto *area = qobject_cast<QAbstractScrollArea *>(parentWidget());
         const QRect place = area ? area->viewport()->geometry() : parentWidget()->rect();
         setGeometry(0, place.y(), parentWidget()->width(), place.height());

@@ -1,10 +1,10 @@
 #pragma once
 #include <QWidget>
 
-/// Outlines `bounds` in the selection's colour, as a place that would take the drag over it.
+/// Draws the outline of a drop target around `bounds`, in the selection's colour.
 void drawDropOutline(QPainter &painter, const QRect &bounds, const QPalette &palette);
 
-/// That outline over a view that cannot draw it itself. Takes no input.
+/// Draws that outline over a view that cannot draw it itself. Takes no input.
 class DropOutline final : public QWidget
 {
     Q_OBJECT
@@ -12,7 +12,7 @@ class DropOutline final : public QWidget
 public:
     explicit DropOutline(QWidget *parent);
 
-    /// Shows it around what of the parent can be seen: of a scroll area beside its insets.
+    /// Shows the outline around the visible part of the parent, for a scroll area without its insets.
     void setShown(bool shown);
 
 protected:

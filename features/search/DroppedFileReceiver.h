@@ -1,7 +1,7 @@
 #pragma once
 #include <QUrl>
 
-/// A window's content controller that takes dropped files, as the drop target sees it.
+/// Takes dropped files for the drop target. A window's content controller implements it.
 class DroppedFileReceiver
 {
 public:

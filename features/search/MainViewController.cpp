@@ -67,7 +67,7 @@ void MainViewController::viewDidLoad()
     // now.
     tableView->setDataSource(this);
     tableView->setDelegate(this);
-    dragFilesHereView->outlineToo(*tableView); // which shows in its place while there are results
+    dragFilesHereView->outlineToo(*tableView); // which replaces it while there are results
     connect(m_scene->searchField, &SearchField::leftDownwards, this, &MainViewController::enterList);
     cancelSearchButton->hide();
     showDropPrompt();
@@ -76,7 +76,7 @@ void MainViewController::viewDidLoad()
     connect(&ServiceStatus::shared(), &ServiceStatus::changed, this, &MainViewController::showPause);
     showRemainingDownloads();
     updateUIState(false);
-    // The property of that name, which has a value ("en") also where nothing is stored any more.
+    // This property is "en" also when nothing is stored.
     languageCodeObserver =
         UserDefaults::standard().observe(QStringLiteral("languageCode"), [this](const QVariant &) {
             languageObservation(UserDefaults::standard().languageCode());
@@ -109,12 +109,12 @@ void MainViewController::focusSearchField(QObject *)
     if (!host || !searchField)
         return;
     host->makeFirstResponder(searchField);
-    searchField->selectAll(); // what is typed next takes the place of the old text
+    searchField->selectAll(); // so that typing replaces the old text
 }
 
 void MainViewController::controlTextDidEndEditing(QObject *)
 {
-    // Where editing ended by Return, the field still has the focus and keeps its caret or selection.
+    // After Return the field still has the focus and keeps its caret or selection.
     if (!searchField || !searchField->hasFocus())
         return;
     const int caret = searchField->cursorPosition();
@@ -123,7 +123,7 @@ void MainViewController::controlTextDidEndEditing(QObject *)
     onMainQueue(weakSelf(), [=, text = searchField->text()](MainViewController &self) {
         if (!self.searchField || !self.searchField->hasFocus())
             return;
-        // Who types on meanwhile is not set back.
+        // Text that was typed meanwhile is kept.
         if (self.searchField->text() != text)
             return;
         if (start < 0)

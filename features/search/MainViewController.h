@@ -30,11 +30,10 @@ class MainViewController;
 /// The main window's content: searches for subtitles of a file or by words, lists them, shows the selected
 /// one, and downloads and delivers it. Owned by the window; lives on the main thread.
 ///
-/// Services answer on any thread. What their completions store there, and what delivery reads there
-/// (`subtitles`, `currentFileURL`, `currentExternalRequestInfo`), are snapshots; every change of a view is a
-/// block on the main queue. It never sorts or filters what a service answered, and never stops an earlier
-/// query for a later one: the last to finish wins. Derived from by tests alone, which look at the errors that
-/// it presents.
+/// Services call completions on any thread. Data that these write and delivery reads (`subtitles`,
+/// `currentFileURL`, `currentExternalRequestInfo`) are snapshots; views change only in blocks on the main
+/// queue. Results are neither sorted nor filtered, and a later query does not stop an earlier one: the last
+/// to finish wins. Only tests derive from it, to observe the presented errors.
 class MainViewController : public PlatformController<ViewController>,
                            public FileSearching,
                            public DroppedFileReceiver,
@@ -56,33 +55,33 @@ public:
 
     bool isSearching() const { return m_isSearching; }
     void setIsSearching(bool searching);
-    /// Whether any query is unanswered. `isSearching` is false already while the words of a file's name are
-    /// searched for after its hash has found nothing.
+    /// Whether any query is unanswered. `isSearching` is already false while the words of a file's name are
+    /// searched for after its hash found nothing.
     bool isQuerying() const { return !m_openQueries.isEmpty(); }
     bool isDownloading() const { return m_isDownloading; }
     void setIsDownloading(bool downloading);
     /// The installed companion applications, looked up on every call.
     QList<ExternalAppInfo> quorvaneAppsArray() const;
-    /// The language catalogue as of this controller's construction.
+    /// The language catalogue at construction time.
     const QList<Language> &languagesArray() const { return m_languagesArray; }
 
     /// Searches subtitles for the video file at `url`, by hash, then by the words of its name. Without
-    /// `requestInfo` the stored one stays.
+    /// `requestInfo` the stored one is kept.
     void searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &requestInfo) override;
     void searchForDroppedFile(const QUrl &url) override { searchForFile(url, std::nullopt); }
-    /// Searches by words, as they are.
+    /// Searches by unchanged words.
     void searchForText(const QString &text, const std::optional<ExternalRequestInfo> &requestInfo);
-    /// Names the delivery that a download will take.
+    /// Sets the button's title to the delivery that a download will use.
     void updateDownloadButton();
     /// Shows the results or the drop target, and the panel for a selected row.
     void updateUIState(bool animated);
     /// Fills the panel with the selected result and looks up its poster.
     void updateDetailView();
-    /// Downloads the selected result and delivers it; the save sheet is forced with Alt alone held.
+    /// Downloads the selected result and delivers it; Alt alone forces the save sheet.
     void downloadSelectedSubtitle();
     /// The same, always with the save sheet.
     void saveSelectedSubtitleAs();
-    /// Shows the sheet for the downloaded file, under its own name where none is suggested.
+    /// Shows the sheet for the downloaded file, under its own name when none is suggested.
     void presentSavePanel(const std::shared_ptr<SavePanel> &panel,
                           const std::optional<QString> &suggestedName, const QUrl &file);
 
@@ -118,7 +117,7 @@ private:
         AlwaysSheet
     };
 
-    /// The language of one search: what the settings held when it started, and what was sent.
+    /// The language of one search: the setting when it started, and the code that was sent.
     struct SearchLanguage
     {
         QString preferredCode; // empty when none is stored
@@ -195,11 +194,11 @@ private:
     void hideDelivered();
     void presentErrorOnWindow(const Error &error);
     std::weak_ptr<MainViewController> weakSelf();
-    /// Queues a block that runs on the main queue if the controller is still there then.
+    /// Queues a block for the main queue that runs if the controller still exists.
     static void onMainQueue(const std::weak_ptr<MainViewController> &controller,
                             std::function<void(MainViewController &)> block);
 
-    // Outlets of the scene; the weak ones may go while the controller stays.
+    // Outlets of the scene; the weak ones may be destroyed before the controller.
     QPointer<QLineEdit> searchField;
     QPointer<QToolButton> cancelSearchButton;
     ScrollView *scrollView = nullptr;
@@ -216,19 +215,19 @@ private:
     const QList<Language> m_languagesArray;
     bool m_isSearching = false;
     bool m_isDownloading = false;
-    bool m_hasToldOfKeys = false; // once is enough: what a person does not want is no news
+    bool m_hasToldOfKeys = false; // the hint is shown only once
     UserDefaults::Observation languageCodeObserver;
     Snapshot<SubtitleList> subtitles;
     Snapshot<QUrl> currentFileURL;
     Snapshot<ExternalRequestInfo> currentExternalRequestInfo;
 
     std::unique_ptr<Ui::MainViewController> m_scene;
-    QSet<int> m_openQueries; // the numbers of those that are neither answered nor cancelled
+    QSet<int> m_openQueries; // the numbers of queries that are neither answered nor cancelled
     int m_lastQuery = 0;
     int m_lastCancelledQuery = 0;
     int m_lastDownload = 0;
     int m_lastCancelledDownload = 0;
     AnswerMessage m_answer;                               // of the last answer; a search that fails leaves it
     std::shared_ptr<const SubtitleList> m_shownSubtitles; // the rows of the table as of its last reload
-    std::optional<QUrl> m_deliveredFile;                  // what "Show in folder" shows
+    std::optional<QUrl> m_deliveredFile;                  // for "Show in folder"
 };

@@ -65,7 +65,7 @@ void MainViewController::updateDetailView()
         printLine(u"No poster image found"_s);
 }
 
-/// Nobody checks that the selection is still the one the lookup began for: what arrives last is shown.
+/// Does not check that the selection is unchanged: the last poster to arrive is shown.
 void MainViewController::loadPoster(const QString &imdbID)
 {
     MetadataService::shared().findExternally(imdbID, ExternalSource::imdb,
@@ -123,8 +123,7 @@ void MainViewController::hideDetailView(bool animated)
         detailViewBottomConstraint->setConstant(PanelHidden);
 }
 
-/// The file of the search, which the save sheet begins from also after words were typed in the meantime. A
-/// companion application that waits gets the subtitle in its own folder instead.
+/// The file of the search, also after words were typed; the save sheet starts from it.
 void MainViewController::showSaveTarget()
 {
     const auto url = currentFileURL.value();

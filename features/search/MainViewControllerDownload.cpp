@@ -18,7 +18,7 @@ namespace
 {
 using namespace Qt::StringLiterals;
 
-/// Alt (the Option key of this platform) and no other modifier: Shift, Control and Meta count, the keypad
+/// Alt (Option on the original platform) and no other modifier: Shift, Control and Meta count, the keypad
 /// does not.
 bool isOptionAloneHeld()
 {
@@ -29,7 +29,7 @@ bool isOptionAloneHeld()
 
 void MainViewController::download(QObject *)
 {
-    // Not in front of nothing, and not where the modifier that is held now would be lost on the way.
+    // Not without a selection, and not when the prompt would lose the modifier that is held now.
     DownloadPrompt *prompt = DownloadPrompt::shared();
     const bool mayPrompt = prompt && rowToDownload() && !isOptionAloneHeld();
     if (!mayPrompt || !prompt->presentBeforeDownload(*this))
@@ -57,8 +57,7 @@ void MainViewController::startDownload(SaveChoice choice)
     const auto row = rowToDownload();
     if (!row)
         return;
-    // The row is one of the table's, so it picks from what the table shows, not from what has been stored
-    // since.
+    // The row refers to the shown table, not to results stored since.
     if (*row >= m_shownSubtitles->size())
         fatalFault(u"The selected row %1 lies beyond the results"_s.arg(*row));
     const SubtitlePtr subtitle = m_shownSubtitles->at(*row);
@@ -95,7 +94,7 @@ void MainViewController::finishDownload(const Download &download, const Result<Q
 void MainViewController::deliverDownloadedSubtitle(const Download &download, const QUrl &file)
 {
     const auto panel = std::make_shared<SavePanel>();
-    // Loaded once: a search that begins meanwhile on the main thread may change it.
+    // Loaded once, because a search that begins on the main thread may change it.
     const auto request = currentExternalRequestInfo.load();
     if (request && !download.forceSavePanel) {
         const Result<bool> sent = sendSubtitleToExternalApp(download, file, *request);
@@ -179,7 +178,7 @@ void MainViewController::moveToChosenPlace(const QUrl &file, const std::shared_p
 void MainViewController::askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel,
                                            const QUrl &taken)
 {
-    if (!window()) // closed while the alert was up
+    if (!window()) // closed during the alert
         return;
     panel->directoryURL = taken.adjusted(QUrl::RemoveFilename);
     panel->nameFieldStringValue = FileManager::displayName(taken);
@@ -193,7 +192,7 @@ void MainViewController::showDelivered(const QString &text, const std::optional<
         prompt->noteDelivery();
 }
 
-/// The companion application's folder has the file, but the platform did not take the reply URL.
+/// The file is in the companion application's folder, but the reply was not accepted.
 void MainViewController::showWhereItLies(const QUrl &file)
 {
     const QString folder = FileManager::displayPath(file.adjusted(QUrl::RemoveFilename));
@@ -208,7 +207,7 @@ void MainViewController::showDeliveryText(const QString &text, const std::option
     m_scene->showInFolderButton->setVisible(file.has_value());
 }
 
-/// What was delivered before says nothing about what is searched for or downloaded now.
+/// An earlier delivery is unrelated to the present search or download.
 void MainViewController::hideDelivered()
 {
     m_deliveredFile.reset();

@@ -36,8 +36,8 @@ Image iconForFormat(const QString &format)
 }
 } // namespace
 
-/// The table asks when it is reloaded, and from then on shows these very results, whatever a service stores
-/// meanwhile: it must be one and the same list that is counted here and whose rows are shown.
+/// Called on reload, and takes the list that the table shows until the next reload, whatever services store
+/// meanwhile: the counted list must be the shown one.
 int MainViewController::numberOfRowsInTableView()
 {
     m_shownSubtitles = subtitles.load();
@@ -83,7 +83,7 @@ void MainViewController::reloadTable()
         tableView->reloadData();
 }
 
-/// As a step with the arrow keys does: the first one selects.
+/// Like a step with the arrow keys: the first one selects.
 void MainViewController::enterList()
 {
     Window *host = window();
@@ -130,7 +130,8 @@ void MainViewController::showNothingFound(const QString &text, const SearchLangu
     showMessage(m_answer);
 }
 
-/// What stays if the search for the words of the file's name fails. The list may show still, without rows.
+/// The message that stays if the search for the words of the file's name fails. The list may still be shown,
+/// without rows.
 void MainViewController::showFileNotFound(const QUrl &url, const SearchLanguage &language)
 {
     const DropAreaMessage message =
@@ -139,7 +140,7 @@ void MainViewController::showFileNotFound(const QUrl &url, const SearchLanguage 
     showMessage(m_answer);
 }
 
-/// Until the answer comes, or the last one again.
+/// Shown until the answer comes.
 void MainViewController::showWordsSearch(const QString &words)
 {
     const DropAreaMessage message = wordsSearch(words);

@@ -22,7 +22,7 @@ constexpr int SearchErrorCode = 123;
 constexpr auto LanguageCodeKey = "languageCode"_L1;
 constexpr auto DefaultLanguage = "eng"_L1;
 
-/// The file's name with its extension, whatever kind of URL names it.
+/// The file's name with its extension, for any kind of URL.
 QString lastPathComponent(const QUrl &url)
 {
     return QString::fromUtf8(FileName::lastPathComponent(url)).remove(QChar::Null);
@@ -85,8 +85,7 @@ void MainViewController::beginQuery(const QList<Arg> &args,
         });
 }
 
-/// On whatever thread the service answers on: what was found is stored here, what is seen changes on the main
-/// queue.
+/// Runs on the service's thread: stores the results here and changes views on the main queue.
 void MainViewController::finishQuery(int query, const Result<QueryResult> &result,
                                      std::function<void(MainViewController &)> resultsStep)
 {
@@ -241,7 +240,7 @@ void MainViewController::updateDownloadButton()
     const QString comment = u"Download subtitle file"_s;
     if (const auto info = currentExternalRequestInfo.load()) {
         QString title = String::fill(String::localize(u"Send to %@"_s, comment), {info->name});
-        // The name comes from outside and the button has no mnemonic.
+        // The name comes from outside, so ampersands must not become mnemonics.
         downloadButton->setText(title.replace(u'&', "&&"_L1));
         return;
     }

@@ -12,7 +12,7 @@ namespace
 std::optional<QList<QUrl>> readLines(const QMimeData *pasteboard, const QString &type)
 {
     QByteArray content = pasteboard ? pasteboard->data(type) : QByteArray();
-    content.replace('\0', ""); // some programs end the list with one
+    content.replace('\0', ""); // some programs end the list with a NUL
     if (content.isEmpty())
         return std::nullopt;
     QList<QUrl> urls;

@@ -2,8 +2,8 @@
 #include <features/delivery/ExternalRequest.h>
 #include <optional>
 
-/// Holds at most one request of a companion application until the main view has loaded: the application
-/// delegate, as this room sees it. Main thread only.
+/// Keeps at most one request of a companion application until the main view has loaded. The application
+/// delegate implements it. Main thread only.
 class PendingRequest
 {
 public:
@@ -12,7 +12,7 @@ public:
     virtual std::optional<ExternalRequest> externalRequest() const = 0;
     virtual void setExternalRequest(const std::optional<ExternalRequest> &request) = 0;
 
-    /// The application's holder, or nothing when there is none.
+    /// The application's holder, or null.
     static PendingRequest *shared();
     static void setShared(PendingRequest *holder);
 };

@@ -2,7 +2,7 @@
 
 ScrollView::ScrollView(QWidget *parent) : QWidget(parent)
 {
-    // What the insets leave free shows the same ground as the table.
+    // The insets have the same background as the table.
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
 }

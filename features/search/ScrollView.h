@@ -1,7 +1,7 @@
 #pragma once
 #include <QWidget>
 
-/// The room around the results table, which keeps clear of what lies over its edges.
+/// The container of the results table, which leaves room for what covers its edges.
 class ScrollView final : public QWidget
 {
     Q_OBJECT

@@ -1,8 +1,8 @@
 #pragma once
 #include <QLineEdit>
 
-/// The search text's field, with room at both ends for the buttons that its scene lays over it. It takes a
-/// dragged text; dragged files and links are left to the window, which searches for a file. Main thread only.
+/// The search field, with room at both ends for the buttons that its scene puts over it. It accepts dragged
+/// text; the window takes dragged files and searches for them. Main thread only.
 class SearchField final : public QLineEdit
 {
     Q_OBJECT
@@ -11,7 +11,7 @@ public:
     explicit SearchField(QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    /// The Down key was pressed: the person wants to go on below the field.
+    /// The Down key was pressed, to move the focus below the field.
     void leftDownwards();
 
 protected:

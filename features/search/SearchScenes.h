@@ -1,5 +1,5 @@
 #pragma once
 
-/// Makes this room's scenes known to the storyboard "Main": "MainViewController" and the cell
+/// Registers this room's scenes with the storyboard "Main": "MainViewController" and the cell
 /// "SubtitleCellID".
 void registerSearchScenes();

@@ -5,7 +5,7 @@
 
 class Label;
 
-/// A result's row: format icon, file name, details. Filled by the table's delegate; no behaviour of its own.
+/// A result's row: format icon, file name, details. The table's delegate fills it.
 class SubtitleCellView final : public TableCellView
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     /// The cell laid out by its scene.
     static std::unique_ptr<SubtitleCellView> fromScene();
 
-    QPointer<ImageView> posterImageView; // declared for the layout; the list does not fill it
+    QPointer<ImageView> posterImageView; // takes part in the layout only; the list does not fill it
     QPointer<Label> titleTextField;
     QPointer<Label> subtitleTextField;
 };

@@ -17,7 +17,7 @@ bool isWebPage(QStringView name)
     return name.compare("html"_L1, Qt::CaseInsensitive) == 0;
 }
 
-/// Reads one document. What lies deeper than expected is skipped, never descended into.
+/// Reads one document. Elements at unexpected levels are skipped.
 class Reader final
 {
 public:
@@ -30,7 +30,7 @@ public:
         while (m_xml.readNextStartElement()) {
             readChannelElement();
         }
-        // An end that is missing further out would go unnoticed: a feed cut short is none.
+        // Read to the end of the document: a truncated feed is an error.
         while (!m_xml.atEnd())
             m_xml.readNext();
         if (m_xml.hasError())
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    /// Goes to the first element inside the current one that has this name.
+    /// Enters the first child element of that name.
     bool enter(QStringView name)
     {
         while (nextStart()) {
@@ -104,7 +104,7 @@ private:
             m_feed.items += item;
     }
 
-    /// The text of the current element itself, without the layout around it.
+    /// The text of the current element, trimmed.
     QString text() { return m_xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed(); }
 
     Error fault() const

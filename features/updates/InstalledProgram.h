@@ -4,13 +4,13 @@
 
 class Bundle;
 
-/// The program that runs, as far as updates are concerned. A plain value.
+/// The running program's data for updates. A plain value.
 struct InstalledProgram
 {
     QString identifier;
     QString version;
-    QByteArray publicKey; // of whom this program takes updates from
+    QByteArray publicKey; // the key that updates must be signed with
 
-    /// What the bundle's information dictionary says; empty where it says nothing.
+    /// Read from the bundle's information dictionary; absent entries are empty.
     static InstalledProgram ofBundle(const Bundle &bundle);
 };

@@ -9,7 +9,7 @@ namespace
 constexpr qsizetype MaxLength = 20'000;
 constexpr qsizetype MaxRead = 65'536;
 
-/// Where the element's content ends, its end tag included; the end of the text where it has none.
+/// The end of the element's content with its end tag; the end of the text when there is none.
 qsizetype endOfElement(const QString &text, const QString &name, qsizetype from)
 {
     const qsizetype end = text.indexOf(u"</"_s + name, from, Qt::CaseInsensitive);
@@ -81,7 +81,7 @@ QString withoutEntities(const QString &text)
     return result += QStringView(text).mid(place);
 }
 
-/// Controls, and the signs that reverse, embed or isolate what follows.
+/// Removes control characters and those that change the text direction.
 QString withoutControls(QString text)
 {
     static const QRegularExpression controls(
@@ -98,7 +98,7 @@ QString plainReleaseNotes(const QString &notes)
     static const QRegularExpression emptyLines(u"\\n{3,}"_s);
     QString text = notes.left(MaxRead);
     if (text.contains(markup)) {
-        // In markup, where a line ends says nothing.
+        // Line ends in markup are white space.
         text = withoutEntities(withoutTags(text.replace(layout, u" "_s)));
         text.replace(lineEdges, u"\n"_s);
     }

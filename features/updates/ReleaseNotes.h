@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-/// What a maker wrote about a version as plain text: markup becomes lines and bullets, scripts, styles and
-/// pictures go, and nothing is ever fetched or obeyed. Signs that would turn the direction of the text or
-/// control a device are left out; a very long text ends with an ellipsis. A plain function, any thread.
+/// Release notes as plain text: markup becomes lines and bullets, scripts, styles and pictures are removed,
+/// and nothing is fetched or executed. Control characters and those that change the text direction are
+/// removed; a very long text ends with an ellipsis. A plain function, any thread.
 QString plainReleaseNotes(const QString &notes);

@@ -10,7 +10,7 @@ namespace
 {
 constexpr qsizetype MaxLength = 64;
 
-/// A number, where the part is one.
+/// The number, when the part is one.
 std::optional<int> numberIn(const QString &part)
 {
     bool isNumber = false;
@@ -24,7 +24,7 @@ std::weak_ordering comparedParts(const QString &one, const QString &other)
     const auto otherNumber = numberIn(other);
     if (oneNumber && otherNumber)
         return *oneNumber <=> *otherNumber;
-    // "beta2" comes before "beta.b": a number stands below a word.
+    // "beta2" comes before "beta.b": numbers sort before words.
     if (oneNumber || otherNumber)
         return oneNumber ? std::weak_ordering::less : std::weak_ordering::greater;
     return QString::compare(one, other) <=> 0;

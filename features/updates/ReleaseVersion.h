@@ -5,12 +5,12 @@
 #include <optional>
 
 /// A version such as "1.10.2" or "2.0-beta.3": numbers between dots and, for a pre-release, a word that
-/// begins with a letter, set off by a hyphen or not. What follows a "+" says nothing about the order. Numbers
-/// are compared as numbers, missing ones are 0, and a pre-release stands below its release. A plain value.
+/// begins with a letter, with or without a hyphen. A part after "+" does not affect the order. Numbers
+/// compare as numbers, missing ones are 0, and a pre-release sorts before its release. A plain value.
 class ReleaseVersion final
 {
 public:
-    /// Nothing for a text that is no version.
+    /// None when the text is not a version.
     static std::optional<ReleaseVersion> parse(const QString &text);
 
     bool isPreRelease() const { return !m_preRelease.isEmpty(); }
@@ -20,5 +20,5 @@ public:
 
 private:
     QList<int> m_numbers;     // without zeros at the end
-    QStringList m_preRelease; // in lower case, runs of digits and of letters apart
+    QStringList m_preRelease; // in lower case, split between digits and letters
 };

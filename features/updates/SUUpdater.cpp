@@ -23,13 +23,14 @@ const QString IntervalKey = u"SUScheduledCheckInterval"_s;
 const QString LastCheckKey = u"SULastCheckTime"_s;
 const QString SkippedKey = u"SUSkippedVersion"_s;
 const QString FeedDateKey = u"SULastFeedDate"_s;
-/// A reserved host, until the maker has a real one.
+/// A reserved host until the maker has a real one.
 const QString StandardFeed = u"https://updates.quorvane.example/plovendix/appcast.xml"_s;
 
-/// The first minute belongs to what the person started the program for.
+/// The first minute is left to the person's own work.
 constexpr Clock::Duration StartPause = 1min;
 constexpr Clock::Duration RetryPause = 1h;
-/// The clock of waits stands still while the machine sleeps, and knows nothing of a date that is set.
+/// The monotonic clock stops during a suspend and does not follow changes of the date, so the date is checked
+/// again.
 constexpr Clock::Duration LongestSleep = 1h;
 
 UserDefaults &settings()
@@ -63,7 +64,7 @@ void SUUpdater::checkForUpdates(QObject *)
         return m_window.bringForward();
     m_asked = true;
     m_window.showChecking();
-    // One that came by itself and is under way becomes the person's.
+    // A running automatic check becomes the person's.
     if (!m_check)
         begin();
 }
@@ -92,7 +93,7 @@ void SUUpdater::wake()
     const bool isDue = wait && *wait <= Clock::Duration::zero() && m_clock.now() >= m_notBefore;
     if (!isDue)
         return schedule();
-    // What the person has in front of them is not replaced behind their back.
+    // A window that the person looks at is not replaced.
     if (m_window.isShown())
         return putOff(RetryPause);
     m_asked = false;

@@ -7,17 +7,17 @@
 #include "UpdatePresenting.h"
 #include <base/UserDefaults.h>
 
-/// The updater: checks at the times the settings name and whenever the person asks, and shows a newer version
-/// with a way to get it. It installs nothing. A check that comes by itself is silent unless it finds a
-/// version that the person has not skipped. Main thread only.
+/// The updater: checks at the times in the settings and on request, and offers a newer version. It installs
+/// nothing. An automatic check is silent unless it finds a version that the person has not skipped. Main
+/// thread only.
 ///
 /// Settings: "UpdateFeedURL"; "SUEnableAutomaticChecks", on unless set; "SUScheduledCheckInterval" in
-/// seconds; "SULastCheckTime", written when a check was completed, whatever it found; "SUSkippedVersion";
+/// seconds; "SULastCheckTime", written when a check was completed, with any result; "SUSkippedVersion";
 /// "SULastFeedDate", the date of the newest feed seen.
 class SUUpdater final : public UpdateChecking, private UpdatePresenting::Answering
 {
 public:
-    /// Both outlive the updater.
+    /// Both must outlive the updater.
     SUUpdater(Clock &clock, UpdatePresenting &window, InstalledProgram installed);
     ~SUUpdater() override;
     SUUpdater(const SUUpdater &) = delete;
@@ -43,10 +43,10 @@ private:
     UpdatePresenting &m_window;
     const InstalledProgram m_installed;
     UpdateFeed m_feed;
-    HttpClient::Call m_check; // under way
-    bool m_asked = false;     // by the person, who waits for its end
+    HttpClient::Call m_check; // the running check
+    bool m_asked = false;     // the person requested the check and waits for its end
     std::optional<UpdateOffer> m_offer;
-    Clock::Duration m_notBefore; // no check by itself
+    Clock::Duration m_notBefore; // no automatic check before that time
     Clock::Timer m_timer;
     std::vector<UserDefaults::Observation> m_observations;
 };

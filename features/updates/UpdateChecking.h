@@ -3,18 +3,18 @@
 
 class QObject;
 
-/// The program's updater as its panels and menus see it. It reads and writes the settings
-/// "SUEnableAutomaticChecks", "SUScheduledCheckInterval" (seconds) and "SULastCheckTime" (a date), and shows
-/// what a check finds in windows of its own. Main thread only.
+/// The updater's interface for panels and menus. It reads and writes the settings "SUEnableAutomaticChecks",
+/// "SUScheduledCheckInterval" (seconds) and "SULastCheckTime" (a date), and shows results in its own window.
+/// Main thread only.
 class UpdateChecking
 {
 public:
     virtual ~UpdateChecking() = default;
 
-    /// Starts a check now, on the person's own wish. Returns at once.
+    /// Starts a check that the person requested. Returns at once.
     virtual void checkForUpdates(QObject *sender) = 0;
 
-    /// What the process entry installed, or nothing.
+    /// The updater that the process entry installed, or null.
     static std::shared_ptr<UpdateChecking> sharedUpdater();
     static void setSharedUpdater(std::shared_ptr<UpdateChecking> updater);
 };

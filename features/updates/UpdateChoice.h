@@ -5,14 +5,14 @@
 #include <QDateTime>
 #include <optional>
 
-/// The date of a feed that the maker signed as a whole. A feed older than `newestSeen` (invalid for none) is
-/// an error: somebody repeats it to hide what has come since. A plain function, any thread.
+/// The date of a feed, after checking the maker's signature of the whole feed. A feed older than `newestSeen`
+/// (invalid for none) is an error, since replaying it would hide newer versions. A plain function, any
+/// thread.
 Result<QDateTime> checkedDate(const AppcastFeed &feed, const InstalledProgram &installed,
                               const QDateTime &newestSeen);
 
-/// The newest version of a feed that this program may be replaced by: newer than the one installed, signed by
-/// the maker, with an address that begins with https. A pre-release is for those alone who have one. Entries
-/// that do not pass are left out; where that leaves none although a newer one was announced, it is an error.
-/// A plain function, any thread.
+/// The newest version of a feed that may replace this program: newer than the installed one, signed by the
+/// maker, with an https address. Pre-releases are only offered to pre-releases. Other entries are dropped; it
+/// is an error when none is left although a newer one was announced. A plain function, any thread.
 Result<std::optional<AppcastItem>> chooseUpdate(const QList<AppcastItem> &items,
                                                 const InstalledProgram &installed);

@@ -1,7 +1,7 @@
 #pragma once
 #include <base/Error.h>
 
-/// Why a check for updates came to nothing. That there is no newer version is none of these.
+/// Why a check for updates failed. Finding no newer version is not a failure.
 enum class UpdateFault
 {
     ForbiddenAddress = 1, // of the feed, in the settings
@@ -10,18 +10,18 @@ enum class UpdateFault
     Unavailable,
     Insecure,
     Proxy,
-    NoFeed,       // what came is no list of versions
-    WebPage,      // what came is a page, or the server sent us elsewhere: a network that wants a login
-    CutShort,     // the list ends in the middle
-    TooLarge,     // the list is longer than any honest one
-    Declarations, // a document type declaration, which has no place in the list
+    NoFeed,       // the answer is not a list of versions
+    WebPage,      // the answer is a page or a redirect elsewhere: a network that requires a login
+    CutShort,     // the list is truncated
+    TooLarge,     // the list is longer than a valid one
+    Declarations, // a document type declaration, which is not allowed in the list
     NotSigned,    // a newer version without the maker's signature
     LinkNotSecure,
-    FeedNotSigned, // the list as a whole lacks the maker's signature over its date
-    FeedOutdated,  // an older list than one that was seen
-    DamagedCopy,   // this program does not know its own version or whom to take updates from
-    NoHandler,     // nothing opens the address; it has to be told instead
+    FeedNotSigned, // the list lacks the maker's signature over its date
+    FeedOutdated,  // the list is older than one seen before
+    DamagedCopy,   // this program lacks its version or the maker's key
+    NoHandler,     // no application opens the address, which is shown instead
 };
 
-/// An Error with a sentence for the person. `detail` is cleaned of secrets.
+/// An Error with a sentence for display. Secrets are removed from `detail`.
 Error updateError(UpdateFault fault, const QString &detail);

@@ -21,14 +21,14 @@ Result<AppcastFeed> read(const HttpAnswer &answer)
 }
 } // namespace
 
-// The name only chooses the words of the client's own errors, which nobody sees: they are told in ours.
+// The service name only affects the client's error texts, which are replaced by ours.
 UpdateFeed::UpdateFeed(Clock &clock) : m_client(clock, ServiceName::Films) {}
 
 HttpClient::Call UpdateFeed::fetch(const QString &address, Completion completion)
 {
     HttpRequest request;
     request.url = QUrl(address, QUrl::StrictMode);
-    // A list that has merely grown too long is told apart from what no list of ours would ever be.
+    // Allows more than the limit, so that a list that is slightly too long gets its own error.
     request.maxBytes = 4 * Appcast::MaxBytes;
     request.deadline = Deadline;
     request.setHeader("Accept", "application/rss+xml, application/xml;q=0.9, text/xml;q=0.9");

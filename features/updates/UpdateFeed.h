@@ -3,8 +3,8 @@
 
 #include <net/HttpClient.h>
 
-/// Fetches the feed and reads it. HTTPS only, clear text from this machine alone, and never from another host
-/// than the one asked. Main thread only.
+/// Fetches and parses the feed. HTTPS only, clear text from this machine alone, and redirects to other hosts
+/// are not followed. Main thread only.
 class UpdateFeed final
 {
 public:
@@ -12,7 +12,7 @@ public:
 
     explicit UpdateFeed(Clock &clock);
 
-    /// Completes on a later turn, and never once what this gives was let go.
+    /// Completes on a later turn, and never after the returned call was released.
     [[nodiscard]] HttpClient::Call fetch(const QString &address, Completion completion);
 
 private:

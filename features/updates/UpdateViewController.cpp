@@ -103,9 +103,9 @@ void UpdateViewController::enter(State state, const QString &headline, const QSt
 QSize UpdateViewController::sizeFor(State state)
 {
     const QSize least = state == State::Offer ? OfferSize : PlainSize;
-    // Sentences and buttons are longer in some languages.
+    // Resize the window, because sentences and buttons are longer in some languages.
     QLayout *layout = view()->layout();
-    layout->activate(); // what has just been shown or hidden counts
+    layout->activate(); // includes what was just shown or hidden
     const int width = std::max(least.width(), layout->totalMinimumSize().width());
     return {width, std::max(least.height(), layout->totalHeightForWidth(width))};
 }

@@ -8,8 +8,8 @@ namespace Ui
 class UpdateViewController;
 }
 
-/// What the update window shows: a check under way, that there is nothing newer, a newer version with its
-/// notes, or why there is no answer. All texts are plain. Main thread only.
+/// The content of the update window: a running check, no newer version, a newer version with its notes, or a
+/// failure. All texts are plain. Main thread only.
 class UpdateViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
@@ -30,7 +30,7 @@ public:
     Q_INVOKABLE void getUpdate(QObject *sender);
     Q_INVOKABLE void skipVersion(QObject *sender);
     Q_INVOKABLE void close(QObject *sender);
-    /// What Return does: the button that has the focus, else the one that is meant.
+    /// Called for Return: presses the focused button, else the default one.
     Q_INVOKABLE void pressDefaultButton(QObject *sender);
 
 Q_SIGNALS:

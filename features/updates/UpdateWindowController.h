@@ -4,7 +4,7 @@
 
 class UpdateViewController;
 
-/// The update window. Made on first use and kept; closing it is an answer too. Main thread only.
+/// The update window. Made on first use and kept; closing it is reported, too. Main thread only.
 class UpdateWindowController final : public WindowController, public UpdatePresenting
 {
     Q_OBJECT
@@ -31,5 +31,5 @@ private:
     std::shared_ptr<UpdateViewController> m_viewController;
 };
 
-/// Tells the storyboard how to make `UpdateViewController`.
+/// Registers `UpdateViewController` with the storyboard.
 void registerUpdateScene();
