@@ -152,7 +152,7 @@ FileSearching *AppDelegate::firstWindowContent()
 
 void AppDelegate::presentError(const Error &error)
 {
-    // An alert has an event loop of its own, in which the next request arrives: alerts upon alerts otherwise.
+    // An alert runs an event loop in which the next request may arrive; without this, alerts would nest.
     m_nextError = error;
     if (std::exchange(m_isPresenting, true))
         return;

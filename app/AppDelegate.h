@@ -13,16 +13,16 @@ class QObject;
 class QUrl;
 struct GetURLEvent;
 
-/// What the application delegate asks of the services around the program; the process entry fills it in.
+/// The functions of surrounding services that the application delegate calls; the process entry sets them.
 struct ApplicationServices
 {
-    /// Makes the shared updater, which runs the scheduled checks from then on.
+    /// Creates the shared updater, which then runs the scheduled checks.
     std::function<void()> obtainSharedUpdater = {};
 };
 
-/// The program as a whole: prepares settings before anything else, takes URLs and files from outside, keeps a
-/// companion's request until the main view can take it, and answers the menu's actions that concern no
-/// window. One for the whole process, on the main thread.
+/// The program as a whole: prepares the settings first, takes URLs and files from outside, keeps a
+/// companion's request until the main view can take it, and handles menu actions that concern no window. One
+/// per process, on the main thread.
 class AppDelegate final : public PendingRequest,
                           public IncomingRequestHost,
                           public FeedbackReporting::Delegate
@@ -34,7 +34,7 @@ public:
     AppDelegate(const AppDelegate &) = delete;
     AppDelegate &operator=(const AppDelegate &) = delete;
 
-    /// The one there is, or nothing.
+    /// The instance, or null.
     static AppDelegate *shared();
 
     std::optional<ExternalRequest> externalRequest() const override { return m_externalRequest; }
@@ -43,25 +43,25 @@ public:
         m_externalRequest = request;
     }
 
-    /// Installs the handler of get-URL events: before launch has finished, so that a URL that started the
-    /// program reaches it.
+    /// Installs the handler of get-URL events before launch has finished, so that it gets a URL that started
+    /// the program.
     void applicationWillFinishLaunching();
-    /// Obtains the shared updater.
+    /// Creates the shared updater.
     void applicationDidFinishLaunching();
-    /// Closing the last window ends the program, always.
+    /// Always true: closing the last window ends the program.
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 
-    /// Passes the event to the parser of incoming requests.
+    /// Passes the event to the handler of incoming requests.
     void handleGetURLEvent(const GetURLEvent &event);
-    /// Takes files and URLs given to the program: a URL is a get-URL event, of several files the first
-    /// counts, as with a drop.
+    /// Takes files and URLs given to the program: a URL is a get-URL event, and of several files the first is
+    /// used, as with a drop.
     void open(const QStringList &uris);
-    /// Brings the first window to the front, if there is one.
+    /// Activates the first window, if there is one.
     void activate();
 
     /// Opens the maker's website.
     void visitQuorvane(QObject *sender);
-    /// Lets the person write to the maker. Without a feedback reporter a fatal fault.
+    /// Opens the feedback window. A missing feedback reporter is a fatal fault.
     void sendFeedback(QObject *sender);
     /// The program's name and version for a feedback report.
     QMap<QString, QString> customParametersForFeedbackReport() const override;
@@ -69,7 +69,7 @@ public:
     bool bringFirstWindowForward() override;
     FileSearching *firstWindowContent() override;
     void park(const ExternalRequest &request) override { setExternalRequest(request); }
-    /// Shows the alert; of errors that come while it is up the last one is shown after it.
+    /// Shows the alert. Of the errors that arrive while it is shown, the last one is shown afterwards.
     void presentError(const Error &error) override;
 
 private:

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Makes every scene of the program known to its storyboard.
+/// Registers every scene of the program with its storyboard.
 void registerScenes();

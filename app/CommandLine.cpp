@@ -25,7 +25,7 @@ QString versionText()
     return u"Plovendix "_s + version.toString();
 }
 
-/// These need no host to be URLs: nobody means a file by them, as by other names with a colon.
+/// These URLs need no host; a file with such a name is unlikely, unlike other names with a colon.
 bool isURLOfOurs(const QByteArray &argument)
 {
     const QByteArray lower = argument.toLower();

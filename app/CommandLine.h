@@ -4,14 +4,14 @@
 #include <QStringList>
 #include <optional>
 
-/// What the program was started with.
+/// The parsed command line.
 struct CommandLine
 {
-    QStringList uris;             // files (as file URLs) and URLs to serve, in order
-    std::optional<QString> print; // what to print instead of running: help or version
-    std::optional<QString> error; // what is wrong with the arguments
+    QStringList uris;             // files (as file URLs) and URLs to open, in order
+    std::optional<QString> print; // the text to print instead of running: help or version
+    std::optional<QString> error; // the fault of the arguments
 };
 
-/// Reads the arguments after the program's name, as the bytes the system gave: a file name need not be UTF-8.
-/// Relative names are taken from `workingDirectory`. "--" ends the options.
+/// Parses the arguments after the program's name. They are bytes, because a file name need not be UTF-8.
+/// Relative names are resolved against `workingDirectory`. "--" ends the options.
 CommandLine parseCommandLine(const QByteArrayList &arguments, const QByteArray &workingDirectory);

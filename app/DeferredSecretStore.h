@@ -2,8 +2,8 @@
 #include <net/secrets/SecretStore.h>
 #include <memory>
 
-/// Reads secrets from another store, but only once the program's window has been painted: reaching a keyring
-/// loads libraries and starts threads, and the window's first appearance should not wait for that.
+/// Reads secrets from another store after the program's window was painted. Reaching a keyring loads
+/// libraries and starts threads, which would delay the first appearance of the window.
 class DeferredSecretStore final : public SecretStore
 {
 public:

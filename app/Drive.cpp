@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 
 constexpr auto LookInterval = 50ms;
 constexpr auto StepLimit = 30s;
-constexpr auto PosterLimit = 3s;   // a film without a poster is no reason to stop
+constexpr auto PosterLimit = 3s;   // a film without a poster is not an error
 constexpr auto SettleTime = 600ms; // fades and the sliding panel have ended
 constexpr int PictureMargin = 28;  // points around the window
 
@@ -49,7 +49,7 @@ void pressReturn(QWidget *widget)
 Drive::Drive(MainWindowController &mainWindow, const QString &picturePath)
     : m_mainWindow(mainWindow), m_picturePath(picturePath)
 {
-    // Nobody is there to answer a prompt, and these downloads are not a person's.
+    // No person can answer a prompt, and these downloads are not a person's.
     DownloadPrompt::setShared(nullptr);
     connect(&m_timer, &QTimer::timeout, this, &Drive::look);
     m_timer.start(LookInterval);
@@ -133,7 +133,7 @@ void Drive::go(Step next)
     m_inStep.restart();
 }
 
-/// The screen around the window, so that its shadow and corners are seen as the window system shows them.
+/// Captures the screen around the window, so that the picture shows its shadow and corners.
 bool Drive::takePicture() const
 {
     const Window *window = m_mainWindow.window();

@@ -7,9 +7,9 @@
 class MainWindowController;
 class QWidget;
 
-/// Uses the program as a person would, for machines without a display: waits for the results, downloads the
-/// first, accepts the save sheet's suggestion, takes a picture of the screen, prints what happened, and quits
-/// with 0. Quits with 1 and a line that says why when a step does not come about.
+/// Operates the program on a machine without a person: waits for the results, downloads the first, accepts
+/// the save sheet's suggestion, takes a picture of the screen, prints what happened, and quits with 0. Quits
+/// with 1 and a line with the reason when a step fails.
 class Drive final : public QObject
 {
     Q_OBJECT

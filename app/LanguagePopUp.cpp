@@ -27,7 +27,7 @@ void LanguagePopUp::setLanguages(const QList<Language> &languages)
     auto *menu = new MenuForBindings(this);
     for (const Language &language : languages)
         menu->insertItem({language.name(), language.iso639_1()}, menu->rowCount());
-    setModel(menu); // which deletes the one before
+    setModel(menu); // this deletes the former model
     setCurrentIndex(-1);
 }
 

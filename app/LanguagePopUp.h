@@ -3,8 +3,8 @@
 #include <QComboBox>
 #include <QList>
 
-/// A pop-up of languages that is as wide as its current choice. Its menu is a `MenuForBindings`: each item
-/// stands for its language's code, and a language named "-" is a separator line. Typing selects.
+/// A pop-up of languages that is as wide as its current choice. Its menu is a `MenuForBindings`: the value of
+/// an item is its language's code, and a language named "-" is a separator line. Typing selects.
 class LanguagePopUp final : public QComboBox
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ public:
 
     void setLanguages(const QList<Language> &languages);
     QSize sizeHint() const override;
-    /// The list is as wide as its names, however short the current one is.
+    /// The list is as wide as its longest name, not as the pop-up.
     void showPopup() override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 };

@@ -42,7 +42,7 @@ void MainMenuViewController::loadView()
     m_scene->setupUi(root.get());
     m_scene->menuButton->setMenu(m_scene->menu);
     connectScene(*root, *this);
-    // The others are the whole program's as well, but wait for the answer to a modal window.
+    // The other actions also belong to the whole program, but are disabled during a modal window.
     Window::addActionToEveryWindow(*m_scene->quitAction);
     connect(m_scene->menu, &QMenu::aboutToShow, this, &MainMenuViewController::showWhatIsThere);
     setView(std::move(root));

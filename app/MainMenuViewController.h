@@ -11,7 +11,7 @@ namespace Ui
 class MainMenuViewController;
 }
 
-/// The title bar's leading end: the button with the main menu, whose shortcuts work in every window.
+/// The leading end of the title bar: the button with the main menu, whose shortcuts work in every window.
 class MainMenuViewController final : public PlatformController<TitlebarAccessoryViewController>
 {
     Q_OBJECT
@@ -20,10 +20,10 @@ public:
     MainMenuViewController();
     ~MainMenuViewController() override;
 
-    /// Sends what concerns searches and results to `controller`.
+    /// Sends the actions for searches and results to `controller`.
     void serve(const std::shared_ptr<MainViewController> &controller);
 
-    /// Does what the entry of that name does ("preferences", "quit"); nothing where there is none.
+    /// Triggers the menu entry of that name ("preferences", "quit"); does nothing without one.
     void activateAction(const QString &name);
 
     void loadView() override;

@@ -6,8 +6,8 @@ class MainMenuViewController;
 class MainViewController;
 class TitlebarAccessoryViewController;
 
-/// The main window: its transparent title bar with the language pop-up at the trailing end and the main menu
-/// at the leading one, around the main view. One, made by the process entry; main thread only.
+/// The main window: a transparent title bar with the language pop-up at the trailing and the main menu at the
+/// leading end, around the main view. The process entry makes one; main thread only.
 class MainWindowController final : public WindowController
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     std::shared_ptr<MainViewController> mainViewController() const;
     std::shared_ptr<TitlebarAccessoryViewController> titlebarViewController;
 
-    /// Does what the main menu's entry of that name does; nothing where there is none.
+    /// Triggers the main menu's entry of that name; does nothing without one.
     void activateAction(const QString &name);
 
 private:

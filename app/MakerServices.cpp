@@ -12,7 +12,7 @@
 
 namespace
 {
-/// In this order: who uses the window and the clock goes first.
+/// Declared in this order, so that the user of the window and the clock is destroyed first.
 struct Updater
 {
     SystemClock clock;
@@ -35,7 +35,7 @@ void installMakerServices()
     UpdateChecking::setSharedUpdater({updater, &updater->updater});
     const auto reporter = std::make_shared<Reporter>();
     FeedbackReporting::setSharedReporter({reporter, &reporter->reporter});
-    // Windows and timers do not outlive the application object.
+    // Windows and timers must be destroyed before the application object.
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [] {
         UpdateChecking::setSharedUpdater({});
         FeedbackReporting::setSharedReporter({});

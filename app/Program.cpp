@@ -45,15 +45,15 @@ void describeApplication()
     QApplication::setDesktopFileName(u"com.quorvane.Plovendix"_s);
 }
 
-/// For task bars that do not find the desktop entry.
+/// Sets the icon for task bars that do not find the desktop entry.
 void showWindowIcon()
 {
     if (const auto icon = Image::named(u"com.quorvane.Plovendix"_s))
         QApplication::setWindowIcon(QIcon(icon->pixmap(QSizeF(64, 64), 1)));
 }
 
-/// Whether the arguments only ask for a text, so that no display is needed. Looks at the arguments alone: the
-/// bundle is found only once there is an application object.
+/// Whether the arguments only ask for a text, which needs no display. Uses the arguments alone, because the
+/// bundle needs an application object.
 bool asksForText(const QByteArrayList &arguments)
 {
     static const QByteArrayList texts{"-h", "--help", "-v", "--version"};
@@ -66,14 +66,14 @@ bool asksForText(const QByteArrayList &arguments)
     return false;
 }
 
-/// A text of several lines, for --help alone.
+/// Prints a text of several lines, for --help.
 void printText(const QString &text)
 {
     for (const QString &line : text.split(u'\n'))
         printLine(line);
 }
 
-/// Does what others ask for over the session bus.
+/// Handles requests from the session bus.
 void serve(ApplicationLink &link, AppDelegate &delegate, MainWindowController &mainWindow)
 {
     QObject::connect(&link, &ApplicationLink::activated, &link, [&delegate] { delegate.activate(); });
@@ -97,7 +97,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     }
     const QString activationToken = activationTokenOfStart();
     Preparation preparation;
-    // The toolkit takes its own options (-platform, -style) out of the arguments it is given.
+    // The toolkit removes its own options (-platform, -style) from the arguments.
     QApplication application(argc, argv);
     const CommandLine line = parseCommandLine(argumentsOf(argc, argv), QDir::currentPath().toLocal8Bit());
     if (line.error) {
@@ -106,7 +106,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     }
 
     MainQueue::shared();
-    // Goes last: while it says goodbye to servers, a new start already has an instance of its own.
+    // Destroyed last: while it logs out of servers, a new start can already become the first instance.
     std::shared_ptr<void> services;
     ApplicationLink link(parts.applicationIdentifier);
     if (!parts.applicationIdentifier.isEmpty() &&
@@ -125,7 +125,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     MainWindowController mainWindow;
     mainWindow.showWindow();
     FirstPaint::afterwards(showWindowIcon);
-    // Nobody should be left with a preferences window alone.
+    // Closing the main window ends the program, so that no preferences window stays alone.
     QObject::connect(mainWindow.window(), &Window::closed, &application,
                      [] { QApplication::closeAllWindows(); });
     serve(link, delegate, mainWindow);

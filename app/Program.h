@@ -7,21 +7,19 @@
 
 class MainWindowController;
 
-/// What differs between the program and the executables that drive it.
+/// The parts in which the program and its test executables differ.
 struct ProgramParts
 {
-    /// Makes the services and installs them as the shared ones. Called once, before the window is made. What
-    /// it gives is let go when the window is gone and before the application object goes.
+    /// Makes the services and installs them as the shared ones. Called once, before the window is made. The
+    /// result is released after the window and before the application object.
     std::function<std::shared_ptr<void>()> installServices;
-    /// Called once the main window is on screen.
+    /// Called once the main window is shown.
     std::function<void(MainWindowController &)> windowShown = {};
-    /// The name on the session bus under which one instance of the program runs; empty for one that shares
-    /// nothing with others.
+    /// The name on the session bus under which one instance of the program runs; empty for no such name.
     QString applicationIdentifier = {};
-    /// What the application delegate gets.
+    /// Passed to the application delegate.
     ApplicationServices applicationServices = {};
 };
 
-/// The whole run of the program, from its arguments to its exit code: 0, or 2 for arguments it does not
-/// understand.
+/// Runs the program from its arguments to its exit code: 0, or 2 for invalid arguments.
 int runProgram(int argc, char **argv, const ProgramParts &parts);

@@ -2,11 +2,12 @@
 #include <features/preferences/ServiceAccounts.h>
 #include <sources/combined/Services.h>
 
-/// The accounts of the program's services for the Services pane. Main thread only; goes before the services.
+/// The accounts of the program's services for the Services pane. Main thread only; destroyed before the
+/// services.
 class ProgramAccounts final : public ServiceAccounts
 {
 public:
-    /// `starterCatalogue` is the catalogue that comes with the program.
+    /// `starterCatalogue` is the catalogue shipped with the program.
     ProgramAccounts(Services &services, const QString &starterCatalogue);
 
     QString text(Item item) const override;
@@ -18,6 +19,6 @@ public:
     Catalogue catalogue() const override;
 
 private:
-    Services &m_services; // outlives us
+    Services &m_services; // must outlive this object
     const QString m_starterCatalogue;
 };

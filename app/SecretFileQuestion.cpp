@@ -30,7 +30,7 @@ void SecretFileQuestion::ask(Answer answer)
     const auto *keep = question->addButton(String::localize(u"Keep in a File"_s), QMessageBox::AcceptRole);
     question->addButton(String::localize(u"Do Not Keep"_s), QMessageBox::RejectRole);
     DialogFrame::putAround(*question);
-    // Also when the window it stands over takes it along, unanswered.
+    // Also answered when the box is destroyed with its window.
     const auto hasAgreed = std::make_shared<bool>(false);
     connect(question, &QMessageBox::buttonClicked, this,
             [=](const QAbstractButton *button) { *hasAgreed = button == keep; });

@@ -3,14 +3,15 @@
 #include <functional>
 #include <vector>
 
-/// Asks the person whether secrets may lie in a file when the keyring does not take them: once for all that
-/// come while the question is up, and not again in this run after a yes. Never waits. Main thread only.
+/// Asks the person whether secrets may be kept in a file when the keyring does not accept them. One question
+/// serves all requests that arrive while it is shown, and a yes holds for the whole run. Does not block. Main
+/// thread only.
 class SecretFileQuestion final : public QObject
 {
 public:
     using Answer = std::function<void(bool agreed)>;
 
-    /// The question stands over the active window.
+    /// Shows the question over the active window.
     void ask(Answer answer);
 
 private:

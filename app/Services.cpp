@@ -24,8 +24,8 @@ namespace
 {
 constexpr auto LogoutTimeout = 5s;
 
-/// Where secrets are kept. Only Linux needs a session bus to reach its keyring, and asking without one would
-/// start a bus of our own.
+/// The store of secrets. Only on Linux does the keyring need a session bus; asking without one would start a
+/// private bus.
 std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
 {
 #ifdef Q_OS_LINUX
@@ -39,7 +39,7 @@ std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
         hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent));
 }
 
-/// The services and those who show what they say, from the program's start to its end.
+/// The services and the objects that show their state, during the program's life.
 class ProgramServices final
 {
 public:
@@ -52,7 +52,7 @@ private:
     void logOut();
     void showStatus();
 
-    // A missing starter catalogue is met when it is searched, with a message.
+    // A search reports a missing starter catalogue.
     const QString m_starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s).value_or(QString());
     SecretFileQuestion m_question;
     Services m_services{{makeCatalogueSubtitleService(m_starter), CatalogueService::name(),
@@ -79,7 +79,7 @@ ProgramServices::~ProgramServices()
 {
     ServiceAccounts::setShared({});
     FolderImporting::setShared({});
-    m_folders->stop(); // ends while we say goodbye
+    m_folders->stop(); // its thread ends while the services log out
     m_services.setObserver({});
     m_services.setAnswerObserver({});
     logOut();

@@ -1,7 +1,7 @@
 #pragma once
 #include <memory>
 
-/// Makes the program's services and installs them as the shared ones: the one place that chooses
-/// implementations. They stay until what this gives is let go, which must be before the application object
-/// goes; that logs out, and takes a few seconds at the most.
+/// Makes the program's services and installs them as the shared ones. This is the only place that chooses
+/// implementations. They exist until the result is released, which must happen before the application object
+/// is destroyed; it logs out and takes a few seconds at most.
 std::shared_ptr<void> installServices();

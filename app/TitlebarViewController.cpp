@@ -13,7 +13,7 @@ void TitlebarViewController::loadView()
     auto root = std::make_unique<QWidget>();
     m_scene = std::make_unique<Ui::TitlebarViewController>();
     m_scene->setupUi(root.get());
-    // The items come first, so that the binding finds the one to select.
+    // The items are added first, so that the binding finds the one to select.
     m_scene->languagePopUp->setLanguages(m_languages);
     connectScene(*root, *this);
     setView(std::move(root));

@@ -11,7 +11,7 @@ namespace Ui
 class TitlebarViewController;
 }
 
-/// The title bar's trailing end: which language is searched in, and whether a search runs. Main thread only.
+/// The trailing end of the title bar: the search language, and whether a search is running. Main thread only.
 class TitlebarViewController final : public PlatformController<TitlebarAccessoryViewController>
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     TitlebarViewController();
     ~TitlebarViewController() override;
 
-    /// Shows the searches of `controller`, and offers its languages. Before the view is loaded.
+    /// Shows the state of `controller`'s searches and offers its languages. Call before the view is loaded.
     void follow(const std::shared_ptr<MainViewController> &controller);
     bool isSearching() const { return m_isSearching; }
 

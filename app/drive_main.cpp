@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <memory>
 
-/// plovendix-drive VIDEO PICTURE: the program with nobody at the keyboard.
+/// plovendix-drive VIDEO PICTURE: runs the program without a person.
 int main(int argc, char **argv)
 {
     if (argc != 3) {

@@ -37,7 +37,7 @@ std::optional<VideoHash> movieHash(VideoContent &content)
     const std::optional<quint64> size = content.size();
     if (!size || *size < MinimumBytes)
         return std::nullopt;
-    // One for both, and not cleared first: that takes as long as half a read.
+    // One buffer for both reads, not initialised, because clearing it takes as long as half a read.
     Window window; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by a read or not looked at
     const std::optional<quint64> head = sumAt(content, 0, window);
     const std::optional<quint64> tail = head ? sumAt(content, *size - WindowBytes, window) : std::nullopt;
@@ -66,11 +66,11 @@ std::optional<VideoHash> movieHashWithin(std::chrono::milliseconds timeout, cons
         return file ? movieHash(*file) : std::nullopt;
     });
     std::future<std::optional<VideoHash>> answer = task.get_future();
-    // Joining would wait for the disk after all. The task holds everything that the thread uses.
+    // Detached, because joining would wait for the disk. The task owns all that the thread uses.
     try {
         std::thread(std::move(task)).detach();
     } catch (const std::system_error &) {
-        return std::nullopt; // no more threads
+        return std::nullopt; // no thread could be started
     }
     return answer.wait_for(timeout) == std::future_status::ready ? answer.get() : std::nullopt;
 }

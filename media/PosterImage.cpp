@@ -10,7 +10,7 @@ namespace
 constexpr qsizetype MaxBytes = 5'242'880;
 constexpr int MaxSide = 4096;
 
-/// Kinds that are nothing but pixels: a drawing may take any time to draw, and names files to be read for it.
+/// Accepts only bitmap formats: a vector drawing may take long to draw and may name files to read.
 bool isPhotograph(const QByteArray &format)
 {
     return format == "jpeg" || format == "jpg" || format == "png" || format == "webp" || format == "gif";
@@ -36,8 +36,7 @@ QImage posterImage(const QByteArray &encoded, const QSize &size, qreal pixelRati
     const QSize whole = reader.size();
     if (!isBounded(whole))
         return {};
-    // Reduced while it is read: the decoder neither keeps the whole picture nor calls in other threads for
-    // it.
+    // Scaled while decoding: the decoder then neither keeps the whole picture nor uses other threads.
     const int width = static_cast<int>(std::lround(std::min(size.width() * pixelRatio, qreal(MaxSide))));
     if (width > 0 && width < whole.width())
         reader.setScaledSize({width, std::max(1, whole.height() * width / whole.width())});

@@ -2,7 +2,7 @@
 #include <QImage>
 #include <QSize>
 
-/// Decodes a poster at the size it is shown in: as wide as `size` times `pixelRatio`, with its own
-/// proportions, and that ratio set. A null image for what is no picture, larger than 5 MiB or 4,096 pixels a
-/// side, or cut short. Any thread.
+/// Decodes a poster at its displayed size: as wide as `size` times `pixelRatio`, with its own proportions,
+/// and that ratio set. A null image when the data is not a picture, larger than 5 MiB or 4,096 pixels a side,
+/// or truncated. Any thread.
 QImage posterImage(const QByteArray &encoded, const QSize &size, qreal pixelRatio);

@@ -53,7 +53,8 @@ static_assert(sizeof(off_t) == 8, "Videos are larger than 32 bits can say");
 
 std::unique_ptr<VideoContent> openRegularFile(const QByteArray &path)
 {
-    // A NUL inside would silently open another file. O_NONBLOCK: a pipe without a writer must not hold us.
+    // A NUL would truncate the name and open another file. O_NONBLOCK keeps a pipe without a writer from
+    // blocking.
     if (path.contains('\0'))
         return nullptr;
     const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);

@@ -4,18 +4,18 @@
 #include <optional>
 #include <span>
 
-/// Content that is read by offset and may change while it is read.
+/// Content with random access that may change during reading.
 class VideoContent
 {
 public:
     virtual ~VideoContent() = default;
 
-    /// The size at this moment; nothing when it cannot be told any more.
+    /// The present size; none when it cannot be determined.
     virtual std::optional<quint64> size() = 0;
-    /// Fills all of `buffer` from `offset` on, or says that it could not.
+    /// Fills `buffer` from `offset` on; returns false when that fails.
     virtual bool readExactly(quint64 offset, std::span<char> buffer) = 0;
 };
 
-/// Opens a regular file by the bytes of its path. Nothing for folders, pipes, devices, sockets and what
-/// cannot be read; opening never waits for the other end of a pipe. Any thread.
+/// Opens a regular file by the bytes of its path. Null for folders, pipes, devices, sockets and unreadable
+/// files; never blocks on a pipe. Any thread.
 std::unique_ptr<VideoContent> openRegularFile(const QByteArray &path);

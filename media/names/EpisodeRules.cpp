@@ -11,7 +11,8 @@ bool isEndMark(const QString &word)
     return word == "end"_L1 || word == "fin"_L1 || word == "final"_L1;
 }
 
-/// Whether nothing of the title follows the word: the name ends, is divided, or goes on about the file.
+/// Whether the title ends after the word: at the end of the name, at a division, or before words about the
+/// file.
 bool closesTitle(const NameTokens &name, qsizetype i)
 {
     if (i + 1 < name.count() && isEndMark(name[i + 1].word))
@@ -20,8 +21,7 @@ bool closesTitle(const NameTokens &name, qsizetype i)
            name[i + 1].kind.strength != WordStrength::None;
 }
 
-/// Whether the number is free to be an episode's: none of a date, a decimal or a frame size, nor about the
-/// file.
+/// Whether the number may be an episode's: not part of a date, a decimal or a frame size, nor about the file.
 bool isFree(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
     const bool isFraction = name.gapBefore(i) == QStringView(u".") && i > 0 &&
@@ -81,7 +81,7 @@ bool episodeWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
-/// The first word of the range that ends at `i`, as "1" of "1-12 серии"; `i` itself when there is none.
+/// The first word of the range that ends at `i`, such as "1" of "1-12 серии"; `i` itself without a range.
 qsizetype rangeBegin(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
     const bool isRange = i - 1 > facts.titleBegin && name.gapBefore(i) == QStringView(u"-") &&
@@ -89,7 +89,7 @@ qsizetype rangeBegin(const NameTokens &name, qsizetype i, const NameFacts &facts
     return isRange ? i - 1 : i;
 }
 
-/// "69. Blm", "24 серия". As all of a name, no title need stand before it.
+/// "69. Blm", "24 серия". When it is the whole name, no title needs to precede it.
 bool episodeWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const bool isAll = i + 2 == name.count();
@@ -149,7 +149,7 @@ bool episodeOfMany(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
-/// Behind a dash or in brackets of its own: "Show - 12 [720p]", "[Show][12]".
+/// After a dash or alone in brackets: "Show - 12 [720p]", "[Show][12]".
 bool dividedNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const std::optional<int> episode = versionedNumber(name[i].word);
@@ -162,7 +162,7 @@ bool dividedNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
     return true;
 }
 
-/// Whether a language or a kind of subtitles follows, with which fans count through all seasons.
+/// Whether a language or a kind of subtitles follows; fans then number through all seasons.
 bool countsThrough(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
     return facts.startsWithGroup || (i + 1 < name.count() && name[i + 1].kind.kind == WordKind::Language);
@@ -252,7 +252,7 @@ bool twoEpisodesInOneNumber(const NameTokens &name, qsizetype i, NameFacts &fact
     return true;
 }
 
-/// "grp-show-x264-103": at the very end, behind what is said of the file.
+/// "grp-show-x264-103": at the very end, after the words about the file.
 bool numberAtVeryEnd(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const std::optional<int> number = wholeNumber(name[i].word, 3);

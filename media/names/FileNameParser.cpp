@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// "Show Season 1 S01E02": the season said once more, in other words, is none of the title either.
+/// "Show Season 1 S01E02": the season's first mention is not part of the title.
 void endBeforeRepeatedSeason(const NameTokens &name, NameFacts &facts)
 {
     for (const NameRule &rule : seasonRules()) {

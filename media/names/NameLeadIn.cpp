@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The first word behind the brackets that word `i` stands in.
+/// The first word after the brackets around word `i`.
 qsizetype behindBracket(const NameTokens &name, qsizetype i)
 {
     const int bracket = name[i].outerBracket;
@@ -36,7 +36,7 @@ bool isTopLevelDomain(const QString &word)
     return known.contains(word);
 }
 
-/// "www.example.com - Title" and "example.com - Title": the first word behind the dash.
+/// "www.example.com - Title" and "example.com - Title": the first word after the dash.
 qsizetype behindSite(const NameTokens &name, qsizetype begin)
 {
     constexpr qsizetype MaxSiteWords = 6;
@@ -61,8 +61,8 @@ bool hasLatinLetter(const NameTokens &name, qsizetype begin, qsizetype end)
     return false;
 }
 
-/// "[Group][Batch] Title": the first word of the text behind brackets none of which is a number or about the
-/// file; -1 when the title must be among the brackets.
+/// "[Group][Batch] Title": the first word after brackets without numbers and words about the file; -1 when
+/// the title must be in brackets.
 qsizetype textBehindBrackets(const NameTokens &name, qsizetype begin)
 {
     while (begin < name.count() && name[begin].outerBracket > 0) {
@@ -76,7 +76,7 @@ qsizetype textBehindBrackets(const NameTokens &name, qsizetype begin)
     return isTitle ? begin : -1;
 }
 
-/// "1080p Title", "HD 720p: Title": the first word behind those about the file.
+/// "1080p Title", "HD 720p: Title": the first word after those about the file.
 qsizetype behindFileWords(const NameTokens &name, qsizetype begin)
 {
     bool isSure = false;
@@ -94,7 +94,7 @@ bool isMonthNews(const QString &word)
     return word.endsWith(u"月新番"_s);
 }
 
-/// How well a title serves for searching: 3 in Latin letters, 2 with some, 1 with none.
+/// The usefulness of a title for searching: 3 in Latin letters, 2 with some, 1 with none.
 int scriptRank(const NameTokens &name, qsizetype begin, qsizetype end)
 {
     if (!hasLatinLetter(name, begin, end))

@@ -1,6 +1,6 @@
 #pragma once
 #include "NameRules.h"
 
-/// Finds where the title begins, behind what stands before it: the group's brackets, the site it came from, a
-/// running number. Enters the title's first word, and where the name consists of brackets, also its end.
+/// Finds the beginning of the title after the group's brackets, the site's name or a running number. Stores
+/// the title's first word and, for a name that consists of brackets, also its end.
 void skipLeadIn(const NameTokens &name, NameFacts &facts);

@@ -37,7 +37,7 @@ bool isDigit(QChar c)
     return c >= u'0' && c <= u'9';
 }
 
-/// Steps over digits to the left of `end`, no further than `begin`.
+/// Skips digits to the left of `end`, not beyond `begin`.
 qsizetype digitsBefore(QStringView name, qsizetype begin, qsizetype end)
 {
     while (end > begin && isDigit(name[end - 1]))
@@ -45,7 +45,7 @@ qsizetype digitsBefore(QStringView name, qsizetype begin, qsizetype end)
     return end;
 }
 
-/// Where in the word "Brack1x02" or "BrackS01E02" the season begins; the word's end when it names none.
+/// The beginning of the season in the words "Brack1x02" or "BrackS01E02"; the word's end without one.
 qsizetype gluedSeason(QStringView name, qsizetype begin, qsizetype end)
 {
     constexpr qsizetype MinTitle = 2;
@@ -77,7 +77,7 @@ QString withoutExtension(const QString &name)
 
 NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimmed()).left(MaxCharacters))
 {
-    QList<Bracket> open = {Bracket()}; // the outside stays at the bottom
+    QList<Bracket> open = {Bracket()}; // the outside is the bottom element
     int pairs = 0;
     qsizetype begin = -1;
     for (qsizetype i = 0; i < m_name.size(); ++i) {
@@ -116,7 +116,7 @@ void NameTokens::addToken(qsizetype begin, qsizetype end, const Bracket &bracket
     m_tokens += NameToken{begin, end, word, bracket.number, bracket.outer, bracket.isSquare, {}, {}};
 }
 
-/// Classes of words; two words that make one ("Blu-ray", "H.264") share the class of both together.
+/// Classifies words; two words that make one ("Blu-ray", "H.264") share their class.
 void NameTokens::classify()
 {
     for (NameToken &token : m_tokens) {

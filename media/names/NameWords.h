@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-/// What a word of a release name is about, apart from the title.
+/// What a word of a release name says about the file.
 enum class WordKind
 {
     None,
@@ -14,9 +14,8 @@ enum class WordKind
     Remark
 };
 
-/// How sure it is that a word is none of the title's: a strong word ends the title wherever it stands, a weak
-/// one
-/// ("German", "Extended", "TS") only when nothing but such words follows it up to a strong one.
+/// Whether a word can be part of the title: a strong word ends the title anywhere, a weak one ("German",
+/// "Extended", "TS") only when just such words follow it up to a strong one.
 enum class WordStrength
 {
     None,
@@ -32,6 +31,6 @@ struct WordClass
 
 /// Looks up a lower-case word, as "bluray", "x264" or "1080p". Any thread.
 WordClass classOfWord(const QString &word);
-/// The same of two words that may make one, as "blu" and "ray". What is known by its form ("720p") counts
-/// here as none: "Part 2 720p" has no 2720 lines.
+/// The same for two words that may make one, such as "blu" and "ray". Words known by their form ("720p") do
+/// not count here: "Part 2 720p" has no 2720 lines.
 WordClass classOfJoinedWords(const QString &joined);

@@ -10,7 +10,7 @@ public:
 
     bool atEnd() const { return m_rest.isEmpty(); }
 
-    /// Takes `text` if the word goes on with it.
+    /// Consumes `text` if the word continues with it.
     bool take(QLatin1StringView text)
     {
         if (!m_rest.startsWith(text))
@@ -19,7 +19,7 @@ public:
         return true;
     }
 
-    /// Takes all digits that follow, if they are so many.
+    /// Consumes the following digits if their number is within the limits.
     std::optional<int> number(qsizetype minDigits, qsizetype maxDigits)
     {
         qsizetype digits = 0;

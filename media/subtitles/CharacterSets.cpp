@@ -60,7 +60,7 @@ QByteArray detectedCharacterSet(const QByteArray &bytes)
         return {};
     uchardet_data_end(detector.get());
     const QByteArray name = QByteArray(uchardet_get_charset(detector.get())).toLower();
-    // The detector's names for what is in fact written on the other system.
+    // Maps the detector's names to the Windows sets that were actually used.
     static const QHash<QByteArray, QByteArray> meant{{"iso-8859-1", "windows-1252"},
                                                      {"iso-8859-9", "windows-1254"},
                                                      {"uhc", "windows-949"},

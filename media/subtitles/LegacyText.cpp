@@ -7,7 +7,7 @@
 
 namespace
 {
-/// The system's converter from a set to UTF-8.
+/// The iconv converter from a set to UTF-8.
 class Converter final
 {
 public:
@@ -26,7 +26,7 @@ public:
         return m_converter != reinterpret_cast<iconv_t>(-1);
     }
 
-    /// Goes on after every byte that it cannot read.
+    /// Continues after every invalid byte.
     LegacyText read(QByteArray bytes)
     {
         LegacyText result;

@@ -3,13 +3,13 @@
 #include <QString>
 #include <optional>
 
-/// A text as a character set reads it.
+/// A text decoded from a character set.
 struct LegacyText
 {
     QString text;
-    bool hasErrors = false; // bytes that are no character of the set; U+FFFD stands for them
+    bool hasErrors = false; // some bytes are invalid and became U+FFFD
 
-    /// By the toolkit's decoders, or the system's for what those do not know; nothing for a set that neither
-    /// knows. Any thread.
+    /// Uses the toolkit's decoders, or iconv for sets that those lack; none for a set that neither knows. Any
+    /// thread.
     static std::optional<LegacyText> read(const QByteArray &bytes, const QByteArray &set);
 };

@@ -6,7 +6,7 @@
 
 namespace
 {
-// A cue alone takes forty; notices and error pages have no cue.
+// A single cue takes forty bytes; notices and error pages have no cue.
 constexpr qsizetype MinBytes = 20;
 
 SubtitleFile failed(SubtitleFile::Failure failure)
@@ -40,7 +40,7 @@ SubtitleFile understood(const QByteArray &content, const QString &language)
         return failed(content.trimmed().isEmpty() ? Failure::Empty : Failure::NoSubtitle);
     const DecodedText decoded = decodedText(content, language);
     const std::optional<QString> format = subtitleFormat(decoded.text);
-    // Pictures and programs have zeros in them; what was read as text has none.
+    // Pictures and programs contain zeros; decoded text has none.
     if (!format || decoded.text.contains(QChar(0)))
         return failed(Failure::NoSubtitle);
     SubtitleFile file;

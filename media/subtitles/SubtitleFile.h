@@ -2,7 +2,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// A subtitle as it was sent, understood: unpacked, checked to be one, and in UTF-8.
+/// A downloaded subtitle: unpacked, verified, and converted to UTF-8.
 struct SubtitleFile
 {
     enum class Failure
@@ -16,7 +16,7 @@ struct SubtitleFile
     };
 
     QByteArray original; // unpacked, otherwise as it came
-    QByteArray utf8;     // without a byte order mark, line ends as they came
+    QByteArray utf8;     // without a byte order mark; line ends unchanged
     QString extension;   // by its content
     Failure failure = Failure::None;
 

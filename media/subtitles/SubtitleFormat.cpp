@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-// A film's first cue comes early; nobody needs to look through megabytes.
+// A film's first cue comes early, so there is no need to search megabytes.
 constexpr qsizetype LookedAt = 256LL * 1024;
 
 struct Sign
@@ -31,7 +31,7 @@ QList<Sign> makeSigns()
         sign(u"mpl"_s, u"^\\[\\d+\\]\\[\\d*\\]."_s),
         sign(u"sub"_s, u"^\\d\\d:\\d\\d:\\d\\d\\.\\d\\d,\\d\\d:\\d\\d:\\d\\d\\.\\d\\d"_s),
         sign(u"smi"_s, u"<SAMI[^>]*>[^\\0]*?<SYNC\\s+Start"_s),
-        // From the first root alone: a text of nothing but roots would be searched to its end from each.
+        // Only after the first root element: a text of many roots would be searched to its end from each.
         sign(u"dfxp"_s, u"\\A(?>[^\\0]*?<tt(?::\\w+)?[\\s>])[^\\0]*?<(?:tt:)?p[\\s>]"_s),
         sign(u"txt"_s, u"^\\d{1,2}:\\d\\d:\\d\\d[:=]."_s),
     };
@@ -48,7 +48,7 @@ bool isPage(const QString &text)
 std::optional<QString> subtitleFormat(const QString &text)
 {
     static const QList<Sign> signs = makeSigns();
-    // Lines may end as on any system.
+    // Converts all kinds of line ends.
     const QString start = text.left(LookedAt).replace(u'\r', u'\n');
     if (isPage(start))
         return std::nullopt;

@@ -19,7 +19,7 @@ using SubtitleUnpacker::Unpacked;
 
 constexpr qsizetype BlockBytes = 64LL * 1024;
 constexpr int MaxEntries = 1000;
-// Of entries that turn out to be no subtitle: so many, and so much of them.
+// Limits of the number and size of unpacked entries that are not subtitles.
 constexpr std::size_t MaxTries = 16;
 constexpr qsizetype MaxTriedBytes = 2 * SubtitleUnpacker::MaxBytes;
 
@@ -34,7 +34,7 @@ bool startsWith(const QByteArray &bytes, const char *magic)
     return bytes.startsWith(QByteArray::fromHex(magic));
 }
 
-/// The content of the entry the reader stands at.
+/// The content of the reader's current entry.
 Unpacked contentOf(archive *reader, qsizetype limit)
 {
     Unpacked result;
@@ -79,7 +79,7 @@ QString baseName(archive_entry *entry)
     return name.section(u'/', -1);
 }
 
-/// How likely a file of that name is the subtitle; 0 for what is none.
+/// How likely a file of that name is the subtitle; 0 when it cannot be.
 int candidateScore(const QString &name)
 {
     static const QStringList extensions{u"xml"_s, u"ttml"_s, u"dfxp"_s, u"tmp"_s, u"mpl"_s, u"txt"_s,
@@ -99,7 +99,7 @@ struct Member
 Reader zipReader(const QByteArray &bytes)
 {
     Reader reader(archive_read_new());
-    // By its directory alone: without one, passing over what is not wanted would unpack it.
+    // Requires the ZIP directory: without it, skipping an entry would unpack it.
     archive_read_support_format_zip_seekable(reader.get());
     if (archive_read_open_memory(reader.get(), bytes.constData(), static_cast<std::size_t>(bytes.size())) !=
         ARCHIVE_OK)
@@ -113,7 +113,7 @@ bool goToNext(archive *reader, archive_entry *&entry)
     return status == ARCHIVE_OK || status == ARCHIVE_WARN;
 }
 
-/// The likeliest first, as far as the archive can be read.
+/// The candidates, the likeliest first, as far as the archive can be read.
 std::vector<Member> membersOf(const QByteArray &bytes)
 {
     std::vector<Member> members;
@@ -129,7 +129,7 @@ std::vector<Member> membersOf(const QByteArray &bytes)
     return members;
 }
 
-/// Read anew for each: after damage the reader goes no further.
+/// Opens the archive again for each member, because a reader stops at damage.
 Unpacked extracted(const QByteArray &bytes, const Member &member)
 {
     const Reader reader = zipReader(bytes);
@@ -173,7 +173,7 @@ Unpacked unzip(const QByteArray &bytes, const SubtitleUnpacker::Check &isGood)
         if (found.failure == Failure::None && isGood(found.content))
             return found;
         tried += found.failure == Failure::TooLarge ? limitFor(bytes) : found.content.size();
-        // Of all that can be wrong, a password is what explains the most.
+        // Among several failures, report the password, which explains the others.
         if (!likeliest || (found.failure == Failure::Locked && likeliest->failure != Failure::Locked))
             likeliest = std::move(found);
     }

@@ -3,7 +3,7 @@
 #include <QString>
 #include <functional>
 
-/// Takes a subtitle out of the gzip or ZIP it came in, by its bytes and whatever its name.
+/// Extracts a subtitle from gzip or ZIP data, recognised by its bytes.
 namespace SubtitleUnpacker
 {
 inline constexpr qsizetype MaxBytes = 8LL * 1024 * 1024;
@@ -26,11 +26,11 @@ struct Unpacked
     Failure failure = Failure::None;
 };
 
-/// Whether a content is what is looked for.
+/// Returns whether a content is acceptable.
 using Check = std::function<bool(const QByteArray &)>;
 
-/// What is no archive comes back as it is. At most MaxBytes, and MaxRatio times what came. Of an archive's
-/// files the likeliest by its name that can be read and that `isGood` takes; where there is none, the
-/// likeliest as it is, or what is wrong with it. Any thread.
+/// Returns data that is not an archive unchanged. The result is at most MaxBytes and MaxRatio times the
+/// input. Takes the likeliest file of an archive, by its name, that can be read and that `isGood` accepts;
+/// otherwise the likeliest one, or the failure. Any thread.
 Unpacked unpack(const QByteArray &bytes, const Check &isGood);
 } // namespace SubtitleUnpacker

@@ -11,15 +11,15 @@
 
 namespace
 {
-// Below that the detector guesses worse than the language does.
+// For shorter texts the language is a better guess than the detector's.
 constexpr qsizetype DetectorBytes = 256;
-// Longer than subtitles are: of more than that a part tells the set.
+// More than subtitles have; of longer texts only a part is examined.
 constexpr qsizetype JudgedBytes = 256LL * 1024;
 constexpr int UnreadablePenalty = 1000;
 constexpr int ControlPenalty = 10;
 
-/// What the character set is told by: lines from the first on that is not plain, and whole ones, because
-/// half a character is none.
+/// The part of the text that determines the character set: whole lines from the first that is not ASCII,
+/// because half a character is invalid.
 QByteArray judgedPart(const QByteArray &bytes)
 {
     if (bytes.size() <= JudgedBytes)
@@ -56,10 +56,10 @@ std::optional<DecodedText> byMark(const QByteArray &bytes)
     return std::nullopt;
 }
 
-/// The share of plain characters below which a text of wide ones is none: a cue's times alone have more.
-constexpr qsizetype FewestPlain = 20; // one in so many
+/// Below this share of ASCII characters a text is not UTF-16 or UTF-32; a cue's times alone have more.
+constexpr qsizetype FewestPlain = 20; // one in this many
 
-/// How many plain characters a text of wide ones has; 0 for what looks like none.
+/// The number of ASCII characters in a decoded wide text; 0 when it does not look like text.
 qsizetype plainWithinWide(const QString &text)
 {
     const qsizetype plain =
@@ -68,10 +68,9 @@ qsizetype plainWithinWide(const QString &text)
     return looksWide ? plain : 0;
 }
 
-/// UTF-16 and UTF-32 without a mark: digits, spaces and line ends have zeros in them, on one side, and read
-/// from the other side they are no plain characters. A few characters of East Asia become plain ones when
-/// they are read from the wrong side, so the reading with the most of them counts. A last character that was
-/// cut is left out.
+/// UTF-16 and UTF-32 without a mark: the zeros of digits, spaces and line ends are on one side, and from the
+/// other side these are not ASCII. Some East Asian characters become ASCII when read from the wrong side, so
+/// the reading with most ASCII characters is used. A truncated last character is dropped.
 std::optional<DecodedText> asWide(const QByteArray &bytes)
 {
     struct Width
@@ -122,7 +121,7 @@ std::optional<DecodedText> byEscapes(const QByteArray &bytes)
     return DecodedText{read->text, set};
 }
 
-/// UTF-8 in which a few bytes went wrong on the way: what is right in it cannot be chance.
+/// UTF-8 with a few damaged bytes: so many valid sequences cannot be chance.
 std::optional<DecodedText> asDamagedUtf8(const QByteArray &bytes)
 {
     constexpr qsizetype FewestCharacters = 20;
@@ -138,7 +137,7 @@ std::optional<DecodedText> asDamagedUtf8(const QByteArray &bytes)
     return DecodedText{std::move(text), "utf-8"};
 }
 
-/// What other Japanese sets look like when they are read as Shift-JIS.
+/// Other Japanese sets decoded as Shift-JIS give half-width kana.
 bool isHalfWidthKana(QChar c)
 {
     return c.unicode() >= 0xFF61 && c.unicode() <= 0xFF9F;
@@ -150,8 +149,7 @@ bool isSignWithinAWord(QStringView text, qsizetype at)
     return !c.isLetter() && !c.isMark() && !c.isSurrogate() && at + 1 < text.size() && text[at + 1].isLower();
 }
 
-/// What one Cyrillic set looks like when it is read as another, where small letters and capitals have changed
-/// places.
+/// One Cyrillic set decoded as another swaps small letters and capitals.
 bool isCapitalWithinAWord(QStringView text, qsizetype at)
 {
     return at > 0 && text[at].isUpper() && text[at - 1].isLower() && text[at - 1].unicode() >= 0x80;
@@ -167,14 +165,14 @@ bool isForeignWithinAWord(QStringView text, qsizetype at)
     return at > 0 && (isForeign(at, at - 1) || isForeign(at - 1, at));
 }
 
-/// Nobody means the sign for no currency in particular: in later sets the euro took its place.
+/// The generic currency sign, whose place the euro took in later sets.
 bool isCurrencySign(QChar c)
 {
     return c.unicode() == 0xA4;
 }
 
-/// How wrong a text looks. Decoders of one byte a character report no errors: what is no character becomes a
-/// C1 control, and a letter read as a sign stands right before small letters.
+/// How wrong a decoded text looks. Decoders of single-byte sets report no errors: invalid bytes become C1
+/// controls, and letters decoded as signs stand right before small letters.
 int mojibakeScore(const QString &text)
 {
     int score = 0;

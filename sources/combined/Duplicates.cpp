@@ -18,7 +18,7 @@ QString fileKey(const Subtitle &subtitle)
     return subtitle.service + Separator + subtitle.fileID;
 }
 
-/// Release names differ in their separators and extension from place to place.
+/// Services write release names with different separators and extensions.
 QString plainRelease(const Subtitle &subtitle)
 {
     QString name = subtitle.subFileName.toCaseFolded();
@@ -40,14 +40,14 @@ QString contentKey(const Subtitle &subtitle)
     return parts.join(Separator);
 }
 
-/// One service's kept subtitles of one content whose like of another service has not been met yet.
+/// One service's kept subtitles of one content that have no partner from another service yet.
 struct Waiting
 {
     QString service;
-    QQueue<qsizetype> places; // in the list that is kept
+    QQueue<qsizetype> places; // indexes in the list of kept subtitles
 };
 
-/// The place of the first one of another service, which then waits no longer.
+/// Takes the index of the first one of another service off the queue.
 std::optional<qsizetype> takePartner(const Subtitle &subtitle, QList<Waiting> &sameContent)
 {
     Waiting *first = nullptr;

@@ -2,7 +2,7 @@
 #include <model/Query.h>
 #include <stop_token>
 
-/// What a person thinks of subtitles of a kind.
+/// The person's preference for a kind of subtitles.
 enum class Preference
 {
     Neutral,
@@ -29,13 +29,13 @@ struct RankingPreferences
 QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &videoName,
                           const RankingPreferences &preferences, const std::stop_token &stop = {});
 
-/// What a search gives of all that was found.
+/// The rows of a search's answer.
 struct BestRows
 {
     QList<SubtitlePtr> subtitles;
     qint64 leftOut = 0; // ranked below them
 
-    /// Each subtitle once, the best first, and no more than a search gives.
+    /// Each subtitle once, the best first, limited to the number that is useful to a person.
     static BestRows of(const QList<SubtitlePtr> &found, const QString &videoName,
                        const RankingPreferences &preferences, const std::stop_token &stop = {});
 };
