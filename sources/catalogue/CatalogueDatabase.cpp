@@ -88,7 +88,7 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
         if (!isReadable(*database))
             return errors.error(CatalogueFailure::OtherVersion, path);
         verifySchema(*database);
-        return CatalogueDatabase(std::move(database), std::move(reading), path, errors);
+        return CatalogueDatabase(std::move(database), std::move(interrupter), path, errors);
     } catch (const SQLite::Exception &exception) {
         return errors.error(failureOf(exception), path, QString::fromUtf8(exception.what()));
     }

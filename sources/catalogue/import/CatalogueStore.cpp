@@ -25,15 +25,15 @@ constexpr int PauseMilliseconds = 20;
 
 int isWorthWaiting(void *place, int tries)
 {
-    const Patience &patience = *static_cast<const Patience *>(place);
+    const WaitLimits &limits = *static_cast<const WaitLimits *>(place);
     const std::chrono::milliseconds waited(tries * PauseMilliseconds);
-    if (timeout.isStopped || waited >= timeout.longest)
+    if (limits.isStopped || waited >= limits.longest)
         return 0;
     sqlite3_sleep(PauseMilliseconds);
     return 1;
 }
 
-/// SQLite's callbacks take a non-const pointer; ours only read.
+/// SQLite hands its callbacks a pointer that could be written through; these only read.
 void *forSqlite(const WaitLimits *limits)
 {
     return const_cast<WaitLimits *>(limits); // NOLINT(cppcoreguidelines-pro-type-const-cast)
@@ -49,7 +49,7 @@ QString draftOf(const QString &path)
     return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
 }
 
-/// Remove stale drafts of killed processes.
+/// A kill while a file was made leaves its draft; one that nobody has written to for so long is nobody's.
 void removeOldDrafts(const QString &path)
 {
     constexpr qint64 AbandonedAfterSeconds = 3600;
@@ -72,8 +72,7 @@ int pragma(SQLite::Database &database, const char *text)
     return database.execAndGet(text).getInt();
 }
 
-/// Creates the file complete, by rename, so that readers never see a partial one; of two processes the first
-/// wins.
+/// The file comes into being whole, so that no reader meets half of one; of two processes one comes first.
 void make(const QString &path)
 {
     const QString draft = draftOf(path);
@@ -86,10 +85,10 @@ void make(const QString &path)
         setVersion(database);
         transaction.commit();
     }
-    std::error_code failure; // the open that follows reports any error but a lost race
+    std::error_code failure; // another process was first, or the open that follows says what is wrong
     std::filesystem::create_hard_link(nameOf(draft), nameOf(path), failure);
     if (failure && !QFileInfo::exists(path))
-        QFile::rename(draft, path); // for file systems without links
+        QFile::rename(draft, path); // a file system without links
     QFile::remove(draft);
 }
 
@@ -118,7 +117,7 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
     }
 }
 
-/// Each commit is flushed before the next begins; the log is truncated after a large import.
+/// A commit is on the disk before the next begins; the log does not stay large after a large import.
 void prepare(SQLite::Database &database)
 {
     database.exec("PRAGMA journal_mode = WAL");
@@ -173,7 +172,7 @@ Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const Q
     try {
         if (!QFileInfo::exists(path))
             make(path);
-        Database database = opened(path, timeout);
+        Database database = opened(path, limits);
         if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
             return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
         if (pragma(*database, "PRAGMA user_version") != CatalogueSchema::Version)
