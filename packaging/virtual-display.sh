@@ -1,5 +1,5 @@
 #!/bin/bash
-# Runs a command in a desktop session of its own on a virtual display: X server, window manager, compositor (so that
+# Runs a command in a separate desktop session on a virtual display: X server, window manager, compositor (so that
 # rounded corners and shadows show), session bus. Its exit status is the command's; nothing is left running.
 # usage: packaging/virtual-display.sh COMMAND [ARGUMENT…]
 set -eu

@@ -1,4 +1,4 @@
-"""A desktop of its own for one test process: X server, compositor, window manager, session bus, accessibility bus and
+"""A separate desktop for one test process: X server, compositor, window manager, session bus, accessibility bus and
 homes for the programs. Nothing of the person's own desktop is seen or touched, and nothing is left running or lying about.
 """
 import os

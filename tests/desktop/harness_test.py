@@ -88,7 +88,7 @@ class EnvironmentTest(unittest.TestCase):
         return home, program.lines()
 
     def test_the_persons_variables_are_not_seen(self):
-        # In a process of its own, for a test has forgotten them by now.
+        # In a separate process, because the test process no longer knows them.
         script = 'import desktop, os\nwith desktop.Desktop() as made: print(made.new_home(), dict(os.environ))'
         foreign = {'QT_SCALE_FACTOR': '2', 'BROWSER': 'foreign-browser', 'XDG_DATA_DIRS': '/foreign-data', 'LANGUAGE': 'foreign',
                    'HTTPS_PROXY': 'foreign:1', 'GTK_THEME': 'foreign', 'PLOVENDIX_SUBTITLE_API_KEY': 'foreign'}

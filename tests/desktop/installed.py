@@ -124,7 +124,7 @@ class InstalledTest(ProgramTest):
         self.adopt()
 
     def adopt(self):
-        """Looks at the program that owns the name, whoever started it."""
+        """Looks at the program that owns the name, no matter how it was started."""
         wait_for(self.owner, 'the program runs')
         if not self.program:
             self.program = self.owner()

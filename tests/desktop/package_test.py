@@ -82,7 +82,7 @@ class PackageTest(UnpackedTest):
 
 
 class MetainfoTest(UnpackedTest):
-    """What software centres are told."""
+    """The metadata for software centres."""
 
     def test_it_is_what_software_centres_read(self):
         judged = subprocess.run(['appstreamcli', 'validate', '--no-net', self.unpacked(METAINFO)], capture_output=True, text=True,

@@ -11,12 +11,12 @@ _LIBC = ctypes.CDLL(None)
 
 
 def _die_with_parent():
-    # CTest stops a test that takes too long without asking, and then nobody would clean up.
+    # CTest kills a test that takes too long, and then no cleanup would run.
     _LIBC.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
 
 
 class Process:
-    """A program with its printed lines in files of its own."""
+    """A program whose printed lines go to files."""
 
     def __init__(self, arguments, environment, folder, name, pass_fds=(), stdin=subprocess.DEVNULL, cwd=None,
                  stdout=None):

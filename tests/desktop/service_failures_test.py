@@ -1,4 +1,4 @@
-"""What a person is told when the network's services fail, and that the program lives through it."""
+"""The messages shown when the network's services fail, and that the program lives through it."""
 import datetime
 import http.client
 import json

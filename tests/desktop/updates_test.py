@@ -56,7 +56,7 @@ class UpdatesTest(MakerTest):
         notes = self.tree.find('text', 'What is new')
         self.assertIn('• Subtitles in Icelandic and Welsh', notes.text)
         self.assertNotIn('<', notes.text)
-        # Nothing here opens web pages, so that the address is told instead.
+        # No program here opens web pages, so the address is shown instead.
         self.click(self.tree.find('push button', 'Get the Update'))
         self.tree.find('label', lambda name: name.endswith('\nhttps://www.quorvane.example/plovendix'))
         self.screen.press('Escape')

@@ -1,7 +1,7 @@
 """Waiting for facts: the one polling loop of the desktop tests."""
 import time
 
-# Long enough for a machine that runs other tests beside this one; nobody waits so long when all is well.
+# Long enough for a machine that runs other tests beside this one; a passing test never waits so long.
 DEADLINE_SECONDS = 30.0
 POLL_SECONDS = 0.02
 

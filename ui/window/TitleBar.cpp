@@ -90,7 +90,7 @@ QList<QWidget *> TitleBar::focusOrder() const
         accessoryViews(LayoutAttribute::Leading) + accessoryViews(LayoutAttribute::Trailing);
     for (QWidget *view : views) {
         for (QWidget *widget : QList<QWidget *>{view} + view->findChildren<QWidget *>()) {
-            // The list of a combo box is a child in a window of its own.
+            // The list of a combo box is a child in a separate window.
             if (widget->focusPolicy() != Qt::NoFocus && widget->window() == window())
                 order += widget;
         }

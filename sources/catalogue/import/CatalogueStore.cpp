@@ -49,7 +49,7 @@ QString draftOf(const QString &path)
     return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
 }
 
-/// A kill while a file was made leaves its draft; one that nobody has written to for so long is nobody's.
+/// Remove stale drafts of killed processes.
 void removeOldDrafts(const QString &path)
 {
     constexpr qint64 AbandonedAfterSeconds = 3600;
