@@ -1,32 +1,33 @@
 #pragma once
-#include <QHash>
-#include <QString>
-#include <QVariant>
+#include <QVariantMap>
 #include <optional>
 
 /// The text of a settings file: an INI file whose group "General" holds the values. A plain value; any
 /// thread.
 ///
-/// The file is made to be read and edited by people: true and false, numbers, ISO dates, lists and maps as
-/// JSON, everything else as text. A text that would read as one of these is written in double quotes; a pair
-/// of quotes around a text is dropped. Comments and other groups survive a change.
+/// People read and edit the file, so values stand there as they would write them: true and false, numbers,
+/// dates in ISO form, lists and maps as JSON, everything else as text. Text that would be taken for one of
+/// these is in double quotes; a pair of quotes around a text is dropped. Comments and other groups survive a
+/// change.
 class SettingsFile final
 {
 public:
-    using Values = QHash<QString, QVariant>;
+    using Values = QVariantMap;
 
-    /// None for bytes that are not a settings file: not UTF-8, truncated within a line, or of another format.
+    /// Nothing for bytes that are no settings: not UTF-8, cut off in the middle of a line, or another format.
     static std::optional<SettingsFile> parsed(const QByteArray &bytes);
-
-    /// An empty file.
+    /// No settings at all.
     SettingsFile() = default;
 
     Values values() const;
-    /// The bytes of the file with `changes` applied; an invalid value removes its key.
+    /// The same file with some keys given another value, or removed where the value is invalid.
     QByteArray bytesWith(const Values &changes) const;
 
-    /// The value as written in the file, without quotes. Two values of one spelling are the same setting.
+    /// A value as it stands in the file, without quotes: two values with the same spelling are the same
+    /// setting.
     static QString spelling(const QVariant &value);
+    /// The value as the file will give it back.
+    static QVariant readBack(const QVariant &value);
 
 private:
     QByteArray m_bytes;

@@ -1,140 +1,191 @@
 #include "UserDefaults.h"
+#include "DamagedFile.h"
+#include "FileWriting.h"
 #include "MainQueue.h"
 #include "SettingsFile.h"
-#include "SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QDir>
+#include <QFileSystemWatcher>
+#include <QLockFile>
+#include <QLoggingCategory>
 #include <QStandardPaths>
+#include <QTimer>
 
-#include <algorithm>
+#include <chrono>
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
-/// An observer and the value last reported to it, so that each change is reported once.
-struct ObserverEntry
-{
-    QString key;
-    UserDefaults::Observer observer;
-    std::optional<QString> known;
-    bool isActive = true;
-};
-using Entry = std::shared_ptr<ObserverEntry>;
+Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
-std::optional<QString> spellingOf(const QVariant &value)
-{
-    return value.isValid() ? std::optional<QString>(SettingsFile::spelling(value)) : std::nullopt;
-}
-
-/// Without an application object there is no main thread to check against.
-bool isRightThread()
-{
-    return !QCoreApplication::instance() || MainQueue::isMainThread();
-}
-
-QString standardPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           u"/Quorvane/Plovendix.conf"_s;
-}
+constexpr qint64 MaxBytes = 1024LL * 1024;
+/// An editor that empties the file before it fills it again must not be met half-way.
+constexpr auto SettlingTime = 50ms;
+constexpr auto LockPatience = 200ms;
 } // namespace
 
-class UserDefaults::Private final : public std::enable_shared_from_this<UserDefaults::Private>
+/// One observer and the setting it last knew, so that each change reaches it once however it came about.
+struct UserDefaults::ObserverEntry
+{
+    QString key;
+    Observer observer;
+    QVariant known;
+};
+
+class UserDefaults::Store final : public std::enable_shared_from_this<UserDefaults::Store>
 {
 public:
-    explicit Private(const QString &path) : m_store(path, [this] { notify(); }) {}
-
-    QString path() const { return m_store.path(); }
+    explicit Store(const QString &file) : path(file)
+    {
+        m_settled.setSingleShot(true);
+        m_settled.setInterval(SettlingTime);
+        const auto restart = [this] { m_settled.start(); };
+        QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_settled, restart);
+        QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_settled, restart);
+        QObject::connect(&m_settled, &QTimer::timeout, &m_settled, [this] {
+            takeIn();
+            notify();
+        });
+        takeIn();
+    }
 
     QVariant effective(const QString &key) const
     {
-        Q_ASSERT(isRightThread());
-        const QVariant stored = m_store.value(key);
-        return stored.isValid() ? stored : m_registered.value(key);
-    }
-
-    void registerDefaults(const QVariantMap &defaults)
-    {
-        Q_ASSERT(isRightThread());
-        m_registered.insert(defaults);
-        notify();
+        // Before there is an application object no thread is the main one yet.
+        Q_ASSERT(!QCoreApplication::instance() || MainQueue::isMainThread());
+        const QVariant value = m_unwritten.value(key, m_stored.value(key));
+        return value.isValid() ? value : registered.value(key);
     }
 
     void set(const QString &key, const QVariant &value)
     {
-        Q_ASSERT(isRightThread());
-        m_store.set(key, value);
-        notify();
+        // The value as it will read back, so that it is the same before and after a restart.
+        const QVariant kept = SettingsFile::readBack(value);
+        if (m_unwritten.isEmpty() && m_stored.value(key) == kept)
+            return;
+        m_unwritten.insert(key, kept);
+        write();
     }
 
-    void synchronize()
-    {
-        Q_ASSERT(isRightThread());
-        m_store.synchronize();
-        notify();
-    }
+    void synchronize() { m_unwritten.isEmpty() ? takeIn() : write(); }
 
-    Observation observe(const QString &key, Observer observer)
-    {
-        auto entry = std::make_shared<ObserverEntry>(
-            ObserverEntry{key, std::move(observer), spellingOf(effective(key))});
-        m_observers.push_back(entry);
-        return Observation([weak = weak_from_this(), entry] {
-            entry->isActive = false;
-            if (const auto self = weak.lock())
-                std::erase(self->m_observers, entry);
-        });
-    }
-
-private:
-    /// An observer may set values, end observations or replace the defaults. Each entry is compared just
-    /// before its call, so a nested change is not reported twice.
+    /// An observer may set values, end observations or replace the defaults: each entry is compared when its
+    /// turn comes, so that what a nested change has delivered already is not delivered again.
     void notify()
     {
-        const auto self = weak_from_this().lock();
-        const std::vector<Entry> entries = m_observers;
-        for (const Entry &entry : entries) {
-            const QVariant value = effective(entry->key);
-            std::optional<QString> spelling = spellingOf(value);
-            if (!entry->isActive || entry->known == spelling)
+        const auto keptAlive = shared_from_this();
+        for (const auto &weakEntry : std::vector(observers)) {
+            const auto entry = weakEntry.lock();
+            const QVariant value = entry ? effective(entry->key) : QVariant();
+            if (!entry || (value.isValid() == entry->known.isValid() &&
+                           SettingsFile::spelling(value) == SettingsFile::spelling(entry->known)))
                 continue;
-            entry->known = std::move(spelling);
+            entry->known = value;
             entry->observer(value);
         }
     }
 
-    QVariantMap m_registered;
-    std::vector<Entry> m_observers;
-    SettingsStore m_store;
+    const QString path;
+    QVariantMap registered;
+    std::vector<std::weak_ptr<ObserverEntry>> observers;
+
+private:
+    void takeIn()
+    {
+        watch();
+        if (const auto file = read())
+            m_stored = file->values();
+        else
+            qCWarning(log, "%s cannot be read as settings.", qUtf8Printable(path));
+    }
+
+    void write()
+    {
+        QLockFile lock(path + u".lock"_s);
+        if (QDir().mkpath(QFileInfo(path).absolutePath()))
+            lock.tryLock(LockPatience);
+        std::optional<SettingsFile> file = read();
+        if (!file) {
+            if (!setDamagedFileAside(path))
+                return;
+            // What was known before the file was damaged goes into its successor, as soon as that can be
+            // written.
+            m_stored.insert(std::exchange(m_unwritten, {}));
+            m_unwritten = m_stored;
+            file = SettingsFile();
+        }
+        if (const auto written = writeFile(path, file->bytesWith(m_unwritten)); !written) {
+            qCWarning(log, "The settings were not written: %s", qUtf8Printable(written.error().detail));
+            return;
+        }
+        m_unwritten.clear();
+        takeIn();
+    }
+
+    /// Nothing when there is a file that cannot be read as settings; no settings when there is none.
+    std::optional<SettingsFile> read() const
+    {
+        QFile file(path);
+        if (!file.exists())
+            return SettingsFile();
+        if (!file.open(QIODevice::ReadOnly) || file.size() > MaxBytes)
+            return {};
+        const QByteArray bytes = file.readAll();
+        return file.error() == QFileDevice::NoError ? SettingsFile::parsed(bytes) : std::nullopt;
+    }
+
+    /// A replaced file is another file to the watcher, and a folder may come or go: watches what is there
+    /// now.
+    void watch()
+    {
+        QString folder = QFileInfo(path).absolutePath();
+        while (!QFileInfo(folder).isDir() && folder != QDir::rootPath())
+            folder = QFileInfo(folder).absolutePath();
+        if (const QStringList watched = m_watcher.files() + m_watcher.directories(); !watched.isEmpty())
+            m_watcher.removePaths(watched);
+        m_watcher.addPath(folder);
+        if (QFileInfo::exists(path))
+            m_watcher.addPath(path);
+    }
+
+    QVariantMap m_stored;    // as the file was read last
+    QVariantMap m_unwritten; // an invalid value is a removal
+    QFileSystemWatcher m_watcher;
+    QTimer m_settled;
 };
 
 UserDefaults &UserDefaults::standard()
 {
-    // Never destroyed: it watches files through the event loop, which is destroyed before statics.
-    static auto *defaults = new UserDefaults(standardPath());
+    // Never destroyed: it watches files through the event loop, which is gone when statics are.
+    static auto *defaults =
+        new UserDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                         u"/Quorvane/Plovendix.conf"_s);
     return *defaults;
 }
 
 void UserDefaults::setStandardFile(const QString &path)
 {
-    standard().d = std::make_shared<Private>(path);
+    standard().d = std::make_shared<Store>(path);
 }
 
-UserDefaults::UserDefaults(const QString &path) : d(std::make_shared<Private>(path)) {}
+UserDefaults::UserDefaults(const QString &path) : d(std::make_shared<Store>(path)) {}
 
 UserDefaults::~UserDefaults() = default;
 
 QString UserDefaults::path() const
 {
-    return d->path();
+    return d->path;
 }
 
 void UserDefaults::registerDefaults(const QVariantMap &defaults)
 {
-    d->registerDefaults(defaults);
+    d->registered.insert(defaults);
+    d->notify();
 }
 
 QVariant UserDefaults::object(const QString &key) const
@@ -145,16 +196,10 @@ QVariant UserDefaults::object(const QString &key) const
 std::optional<QString> UserDefaults::string(const QString &key) const
 {
     const QVariant value = object(key);
-    switch (value.metaType().id()) {
-    case QMetaType::UnknownType:
-    case QMetaType::QByteArray:
-    case QMetaType::QStringList:
-    case QMetaType::QVariantList:
-    case QMetaType::QVariantMap:
-        return {};
-    default:
-        return SettingsFile::spelling(value);
-    }
+    const int type = value.metaType().id();
+    const bool isText = value.isValid() && type != QMetaType::QByteArray && type != QMetaType::QStringList &&
+                        type != QMetaType::QVariantList && type != QMetaType::QVariantMap;
+    return isText ? std::optional(SettingsFile::spelling(value)) : std::nullopt;
 }
 
 bool UserDefaults::boolean(const QString &key) const
@@ -174,29 +219,29 @@ qlonglong UserDefaults::integer(const QString &key) const
     return value.toLongLong();
 }
 
-void UserDefaults::setObject(const QString &key, const QVariant &value)
+QString UserDefaults::languageCode() const
 {
-    const auto keptAlive = d;
-    keptAlive->set(key, value);
+    return string(u"languageCode"_s).value_or(u"en"_s);
 }
 
-void UserDefaults::removeObject(const QString &key)
+void UserDefaults::setObject(const QString &key, const QVariant &value)
 {
-    setObject(key, {});
+    const auto store = d; // an observer may replace it
+    store->set(key, value);
+    store->notify();
 }
 
 void UserDefaults::synchronize()
 {
-    const auto keptAlive = d;
-    keptAlive->synchronize();
+    const auto store = d; // an observer may replace it
+    store->synchronize();
+    store->notify();
 }
 
 UserDefaults::Observation UserDefaults::observe(const QString &key, Observer observer)
 {
-    return d->observe(key, std::move(observer));
-}
-
-QString UserDefaults::languageCode() const
-{
-    return string(u"languageCode"_s).value_or(u"en"_s);
+    const auto entry = std::make_shared<ObserverEntry>(ObserverEntry{key, std::move(observer), object(key)});
+    std::erase_if(d->observers, [](const auto &known) { return known.expired(); });
+    d->observers.push_back(entry);
+    return Observation(entry);
 }

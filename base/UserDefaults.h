@@ -1,6 +1,5 @@
 #pragma once
 #include <QVariant>
-#include <utility>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -8,36 +7,33 @@
 /// The person's settings: stored values over registered defaults, kept as INI in the group "General" of
 /// $XDG_CONFIG_HOME/Quorvane/Plovendix.conf. Main thread only.
 ///
-/// Each change of a key, by a setter or by another process that writes the file, is reported to its observers
-/// once. An unreadable file is kept under another name and never overwritten.
+/// A change by any means (a setter here, another process that rewrites or replaces the file) reaches the
+/// observers of the key once. Every change is written at once, into the file as it is at that moment, and
+/// replaces it whole. While the file cannot be written, changes hold in memory and each later change tries
+/// again. A file that cannot be read as settings changes nothing in memory; it is renamed to
+/// "NAME.damaged-N" before the first write.
 class UserDefaults final
 {
+    struct ObserverEntry;
+    class Store;
+
 public:
     /// Called with the new effective value (stored, else registered, else invalid).
     using Observer = std::function<void(const QVariant &)>;
 
-    /// The destructor ends the observation. Movable; may outlive the defaults.
+    /// Ends the observation when it goes. Movable, may outlive the defaults.
     class Observation final
     {
     public:
         Observation() = default;
-        explicit Observation(std::function<void()> end) : m_end(std::move(end)) {}
-        Observation(Observation &&other) noexcept : m_end(std::exchange(other.m_end, nullptr)) {}
-        Observation &operator=(Observation &&other) noexcept
-        {
-            invalidate();
-            m_end = std::exchange(other.m_end, nullptr);
-            return *this;
-        }
-        ~Observation() { invalidate(); }
-        void invalidate()
-        {
-            if (m_end)
-                std::exchange(m_end, nullptr)();
-        }
+        explicit Observation(std::shared_ptr<ObserverEntry> entry) : m_entry(std::move(entry)) {}
+        Observation(Observation &&) noexcept = default;
+        Observation &operator=(Observation &&) noexcept = default;
+        ~Observation() = default;
+        void invalidate() { m_entry.reset(); }
 
     private:
-        std::function<void()> m_end;
+        std::shared_ptr<ObserverEntry> m_entry; // the store knows it weakly
     };
 
     static UserDefaults &standard();
@@ -50,8 +46,7 @@ public:
     UserDefaults &operator=(const UserDefaults &) = delete;
 
     QString path() const;
-
-    /// Adds default values; a key registered again takes the newer value.
+    /// Adds to the values that hold where nothing is stored; a key registered again takes the newer value.
     void registerDefaults(const QVariantMap &defaults);
 
     QVariant object(const QString &key) const;
@@ -59,20 +54,19 @@ public:
     /// text).
     std::optional<QString> string(const QString &key) const;
     bool boolean(const QString &key) const;
-    /// 0 when there is no value or it is not a number; the text "86400" reads as 86400.
+    /// 0 when there is no value or it is no number; the text "86400" reads as 86400.
     qlonglong integer(const QString &key) const;
+    /// The preferred subtitle language: the text under "languageCode", or "en" when there is none.
+    QString languageCode() const;
 
+    /// An invalid value removes the key.
     void setObject(const QString &key, const QVariant &value);
-    void removeObject(const QString &key);
-    /// Writes pending changes and reads those of other processes.
+    void removeObject(const QString &key) { setObject(key, {}); }
+    /// Writes what is pending and takes in what another process wrote.
     void synchronize();
 
     [[nodiscard]] Observation observe(const QString &key, Observer observer);
 
-    /// The preferred subtitle language: the text under "languageCode", or "en" when there is none.
-    QString languageCode() const;
-
 private:
-    class Private;
-    std::shared_ptr<Private> d;
+    std::shared_ptr<Store> d;
 };
