@@ -2,8 +2,11 @@
 #include "Result.h"
 #include <QVariant>
 
-/// Reads a property list file (XML or binary) into maps, lists, texts, numbers, booleans, dates and byte
-/// arrays. An Error for a file that is missing, too large (8 MiB) or no property list. Any thread.
+constexpr int MaxPropertyListDepth = 64;
+
+/// Reads a property list file (the XML form) into maps, lists, texts, numbers, booleans, dates and byte
+/// arrays. An Error for a file that is missing, too large (8 MiB), no property list, that declares entities
+/// or nests deeper than MaxPropertyListDepth. Any thread.
 Result<QVariant> readPropertyList(const QString &path);
 
 /// The same for bytes at hand.
