@@ -2,7 +2,6 @@
 
 #include <ui/views/BezierPath.h>
 
-#include <QAbstractScrollArea>
 #include <QPainter>
 
 namespace
@@ -30,10 +29,7 @@ DropOutline::DropOutline(QWidget *parent) : QWidget(parent)
 void DropOutline::setShown(bool shown)
 {
     if (shown) {
-        // Beside the scroll bar, but not below what covers the insets.
-        const auto *area = qobject_cast<QAbstractScrollArea *>(parentWidget());
-        const QRect place = area ? area->viewport()->geometry() : parentWidget()->rect();
-        setGeometry(0, place.y(), parentWidget()->width(), place.height());
+        setGeometry(parentWidget()->rect());
         raise();
     }
     setVisible(shown);

@@ -12,7 +12,7 @@ class DropOutline final : public QWidget
 public:
     explicit DropOutline(QWidget *parent);
 
-    /// Shows the outline around the visible part of the parent, for a scroll area without its insets.
+    /// Shows it over the whole parent.
     void setShown(bool shown);
 
 protected:

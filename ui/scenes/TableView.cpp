@@ -19,13 +19,7 @@ constexpr int ScrollStepPoints = 30;
 class TableView::Private
 {
 public:
-    explicit Private(TableView *table)
-        : model(new Model(table)),
-          painter(new Painter(table)),
-          aboveScrollBar(new QWidget(table)),
-          belowScrollBar(new QWidget(table))
-    {
-    }
+    explicit Private(TableView *table) : model(new Model(table)), painter(new Painter(table)) {}
 
     Model *model;
     Painter *painter;
@@ -33,10 +27,7 @@ public:
     TableViewDelegate *delegate = nullptr;
     QString cellStoryboard;
     QHash<QString, TableCellView *> cells; // children of the table
-    QMargins contentInsets;
-    QWidget *aboveScrollBar; // spacers that keep the scroll bar
-    QWidget *belowScrollBar; // between the insets
-    bool keepsQuiet = false; // while a reload restores the selection
+    bool keepsQuiet = false;               // while a reload takes the selection along
 };
 
 TableView::TableView(QWidget *parent) : QListView(parent), d(std::make_unique<Private>(this))
@@ -49,9 +40,6 @@ TableView::TableView(QWidget *parent) : QListView(parent), d(std::make_unique<Pr
     setVerticalScrollMode(ScrollPerPixel);
     verticalScrollBar()->setSingleStep(ScrollStepPoints);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    addScrollBarWidget(d->aboveScrollBar, Qt::AlignTop);
-    addScrollBarWidget(d->belowScrollBar, Qt::AlignBottom);
-    setContentInsets({});
     setFrameShape(NoFrame);
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
@@ -155,19 +143,6 @@ void TableView::scrollRowToVisible(int row)
 {
     if (const QModelIndex index = d->model->index(row, 0); index.isValid())
         scrollTo(index, EnsureVisible);
-}
-
-QMargins TableView::contentInsets() const
-{
-    return d->contentInsets;
-}
-
-void TableView::setContentInsets(const QMargins &insets)
-{
-    d->contentInsets = insets;
-    d->aboveScrollBar->setFixedHeight(insets.top());
-    d->belowScrollBar->setFixedHeight(insets.bottom());
-    setViewportMargins(insets);
 }
 
 void TableView::keyPressEvent(QKeyEvent *event)

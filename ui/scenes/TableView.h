@@ -58,10 +58,6 @@ public:
     void reloadData();
     void scrollRowToVisible(int row);
 
-    /// The space around the rows that the panel and the title bar cover.
-    QMargins contentInsets() const;
-    void setContentInsets(const QMargins &insets);
-
 Q_SIGNALS:
     /// A row was double-clicked, or Return pressed with a row selected, also with Alt and Shift held; the
     /// receiver reads the modifiers.

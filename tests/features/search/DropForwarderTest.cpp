@@ -21,7 +21,6 @@ struct Scene
         target = new DragFilesHereView(controller->view());
         list = new TableView(controller->view());
         list->setGeometry(0, 0, 300, 300);
-        list->setContentInsets({0, 80, 0, 60});
         target->takeDropsOf(window);
         target->outlineToo(*list);
         window.show();
@@ -80,9 +79,9 @@ void DropForwarderTest::listIsOutlinedWhileADragIsOverIt()
     QVERIFY(scene.colorAt(0, 10) != outline);
     QVERIFY(dragging.enter());
     for (const QPoint &point :
-         {QPoint(0, 150), QPoint(3, 150), QPoint(299, 150), QPoint(150, 80), QPoint(150, 239)})
+         {QPoint(0, 150), QPoint(3, 150), QPoint(299, 150), QPoint(150, 0), QPoint(150, 299)})
         QCOMPARE(scene.colorAt(point.x(), point.y()), outline);
-    for (const QPoint &point : {QPoint(150, 79), QPoint(150, 150), QPoint(150, 240)})
+    for (const QPoint &point : {QPoint(150, 4), QPoint(150, 150), QPoint(150, 295)})
         QVERIFY(scene.colorAt(point.x(), point.y()) != outline);
     dragging.leave();
     QVERIFY(scene.colorAt(0, 150) != outline);

@@ -28,9 +28,7 @@ private Q_SLOTS:
     void selectedRowIsTinted();
     void rowsAreParted();
     void cellIsNoVisibleChild();
-    void insetsKeepTheRowsFree();
-    void scrollBarStaysBetweenTheInsets();
-    void rowIsScrolledIntoTheFreeSpace();
+    void rowIsScrolledIntoView();
     void reloadKeepsTheScrollPosition();
     void scrollingIsByPoints();
     void rowsAreReadOut();
@@ -166,35 +164,9 @@ void TableViewTest::cellIsNoVisibleChild()
     QVERIFY(!fixture.table.makeView(u"RowID"_s)->isVisible());
 }
 
-void TableViewTest::insetsKeepTheRowsFree()
+void TableViewTest::rowIsScrolledIntoView()
 {
     TableFixture fixture(50);
-    fixture.table.setContentInsets({0, 80, 0, 168});
-    QCOMPARE(fixture.table.contentInsets(), QMargins(0, 80, 0, 168));
-    QCOMPARE(fixture.table.viewport()->geometry().top(), 80);
-    QCOMPARE(fixture.table.viewport()->geometry().bottom(), 400 - 168 - 1);
-    fixture.table.setContentInsets({0, 80, 0, 0});
-    QCOMPARE(fixture.table.viewport()->geometry().bottom(), 399);
-}
-
-void TableViewTest::scrollBarStaysBetweenTheInsets()
-{
-    TableFixture fixture(50);
-    fixture.table.setContentInsets({0, 80, 0, 100});
-    const QScrollBar *bar = fixture.table.verticalScrollBar();
-    QTRY_VERIFY(bar->isVisible());
-    const auto place = [&] { return QRect(bar->mapTo(&fixture.table, QPoint()), bar->size()); };
-    QTRY_COMPARE(place().top(), 80);
-    QCOMPARE(place().bottom(), 299);
-    QCOMPARE(place().right(), 399);
-    fixture.table.setContentInsets({0, 80, 0, 0});
-    QTRY_COMPARE(place().bottom(), 399);
-}
-
-void TableViewTest::rowIsScrolledIntoTheFreeSpace()
-{
-    TableFixture fixture(50);
-    fixture.table.setContentInsets({0, 80, 0, 100});
     fixture.table.scrollRowToVisible(20);
     const QRect row = fixture.table.visualRect(fixture.table.model()->index(20, 0));
     QVERIFY(fixture.table.viewport()->rect().contains(row));
