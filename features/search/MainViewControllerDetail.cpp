@@ -58,7 +58,7 @@ void MainViewController::updateDetailView()
         layer->setCornerRadius(PosterCornerRadius);
         layer->setMasksToBounds(true);
     }
-    Animator::setImage(*detailViewImageView, std::nullopt);
+    setImageWithFade(*detailViewImageView, std::nullopt);
     if (subtitle->imdbID)
         loadPoster(*subtitle->imdbID);
     else

@@ -2,7 +2,6 @@
 #include <ui/style/Appearance.h>
 #include "ConstraintMovement.h"
 #include "FadingSnapshot.h"
-#include "ImageView.h"
 #include "LayoutConstraint.h"
 
 #include <QLayout>
@@ -31,13 +30,6 @@ void Animator::setHidden(QWidget &view, bool hidden)
     if (QLayout *layout = view.parentWidget()->layout())
         layout->activate();
     FadingSnapshot::fade(view, before);
-}
-
-void Animator::setImage(ImageView &view, const std::optional<Image> &image)
-{
-    view.setWantsLayer(true);
-    view.layer()->addAnimation(Transition{}, QLatin1String(Layer::TransitionKey));
-    view.setImage(image);
 }
 
 void Animator::setConstant(LayoutConstraint &constraint, double constant, std::chrono::milliseconds duration,

@@ -3,13 +3,12 @@
 #include <functional>
 #include <optional>
 
-class Image;
-class ImageView;
 class LayoutConstraint;
 class QWidget;
 
-/// Animated changes of views. With reduced motion they take effect at once, completions included. The state
-/// that a caller reads back (isHidden, constant, image) is final from the start. Main thread only.
+/// Animated changes of views. With the desktop's reduced-motion setting they are at once, completions
+/// included. The state a caller reads back (isHidden, constant) is the new one from the start. Main
+/// thread only.
 class Animator final
 {
 public:
@@ -17,10 +16,8 @@ public:
 
     /// Fades a view in or out.
     static void setHidden(QWidget &view, bool hidden);
-    /// Fades an image view to another image (or none).
-    static void setImage(ImageView &view, const std::optional<Image> &image);
-    /// Moves a constraint from where it is shown, also during another movement. `completion` runs once when
-    /// the movement ends or is replaced.
+    /// Moves a constraint; a movement under way goes on from where it is. `completion` runs once when the
+    /// movement has ended, also when a later one took over.
     static void setConstant(LayoutConstraint &constraint, double constant,
                             std::chrono::milliseconds duration = DefaultDuration,
                             std::function<void()> completion = {});

@@ -49,9 +49,6 @@ private Q_SLOTS:
     void windowMayGoDuringAFade();
     void aViewInALayoutFadesAtItsPlace();
 
-    void imageFades();
-    void imageChangesAtOnceWithReducedMotion();
-
     void preferenceCanBeSetForTests();
 };
 
@@ -191,28 +188,6 @@ void AnimatorTest::aViewInALayoutFadesAtItsPlace()
     Animator::setHidden(above, false);
     QVERIFY(above.geometry().bottom() < below.geometry().top());
     QCOMPARE(layout.count(), 2);
-}
-
-void AnimatorTest::imageFades()
-{
-    ImageView view;
-    view.setWantsLayer(true);
-    view.setImage(solidImage({10, 10}, Qt::red));
-    Animator::setImage(view, std::nullopt);
-    QVERIFY(!view.image());
-    QCOMPARE(view.layer()->fadeProgress(), 0.0);
-    QTRY_COMPARE(view.layer()->fadeProgress(), 1.0);
-}
-
-void AnimatorTest::imageChangesAtOnceWithReducedMotion()
-{
-    Animator::setReducedMotion(true);
-    ImageView view;
-    const Image image = solidImage({10, 10}, Qt::red);
-    Animator::setImage(view, image);
-    QVERIFY(view.image() == image);
-    QVERIFY(view.layer()->contents() == image);
-    QCOMPARE(view.layer()->fadeProgress(), 1.0);
 }
 
 void AnimatorTest::preferenceCanBeSetForTests()

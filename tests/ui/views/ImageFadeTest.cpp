@@ -95,7 +95,11 @@ void ImageFadeTest::reducedMotionShowsTheImageAtOnce()
     ImageView view;
     view.resize(10, 10);
     view.setImage(solid(Qt::red));
-    setImageWithFade(view, solid(Qt::blue));
+    const Image fresh = solid(Qt::blue);
+    setImageWithFade(view, fresh);
+    QVERIFY(view.image() == fresh);
+    QVERIFY(view.layer()->contents() == fresh);
+    QCOMPARE(view.layer()->fadeProgress(), 1.0);
     QCOMPARE(view.grab().toImage().pixelColor(5, 5), QColor(Qt::blue));
 }
 
