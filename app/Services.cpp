@@ -12,7 +12,7 @@
 #include <sources/catalogue/CatalogueServices.h>
 #include <sources/catalogue/import/FolderImport.h>
 #include <sources/combined/Services.h>
-#include <ui/system/SessionBus.h>
+#include <base/SessionBus.h>
 
 #include <QEventLoop>
 #include <QTimer>

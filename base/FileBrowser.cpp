@@ -1,11 +1,10 @@
 #include "FileBrowser.h"
 #include "GObjectPointer.h"
+#include "SessionBus.h"
 
 #include <gio/gio.h>
 
-#include <QFileInfo>
-
-using namespace Qt::StringLiterals;
+#include <QByteArray>
 
 namespace
 {
@@ -14,16 +13,9 @@ constexpr int BusTimeoutMilliseconds = 2000; // the bus itself answers at once
 
 using Bus = GObjectPointer<GDBusConnection>;
 
-/// Without an address GLib would start a private bus on an X display, with no other program on it.
-bool hasSessionBus()
-{
-    return !qgetenv("DBUS_SESSION_BUS_ADDRESS").isEmpty() ||
-           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s);
-}
-
 Bus sessionBus()
 {
-    if (!hasSessionBus())
+    if (!hasSessionBus()) // GLib would start a private bus on an X display
         return {};
     Bus bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     // By default GLib ends the process when the bus closes.

@@ -1,7 +1,7 @@
 #include "ApplicationLink.h"
 
 #include "ApplicationObject.h"
-#include "SessionBus.h"
+#include <base/SessionBus.h>
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,6 +1,6 @@
 #include "SettingsPortal.h"
 
-#include "SessionBus.h"
+#include <base/SessionBus.h>
 
 #include <QDBusArgument>
 #include <QDBusConnection>
