@@ -157,7 +157,7 @@ QStringList CatalogueStore::faults(SQLite::Database &database)
         database.exec("INSERT INTO title_words(title_words) VALUES('integrity-check')");
         return found;
     } catch (const SQLite::Exception &exception) {
-        return QStringList{QString::fromUtf8(exception.what())};
+        return {QString::fromUtf8(exception.what())};
     }
 }
 
