@@ -50,20 +50,15 @@ std::optional<ReleaseVersion> ReleaseVersion::parse(const QString &text)
     if (!match.hasMatch())
         return std::nullopt;
     ReleaseVersion version;
-    for (const QString &number : match.captured(1).split(u'.'))
-        version.m_numbers += number.toInt();
-    while (!version.m_numbers.isEmpty() && version.m_numbers.constLast() == 0)
-        version.m_numbers.removeLast();
+    version.m_numbers = QVersionNumber::fromString(match.captured(1)).normalized();
     version.m_preRelease = partsOf(match.captured(2));
     return version;
 }
 
 std::weak_ordering ReleaseVersion::operator<=>(const ReleaseVersion &other) const
 {
-    const auto numbers = std::lexicographical_compare_three_way(
-        m_numbers.begin(), m_numbers.end(), other.m_numbers.begin(), other.m_numbers.end());
-    if (numbers != 0) // NOLINT(modernize-use-nullptr): an ordering is compared with the number
-        return numbers;
+    if (const int numbers = QVersionNumber::compare(m_numbers, other.m_numbers); numbers != 0)
+        return numbers <=> 0;
     if (isPreRelease() != other.isPreRelease())
         return isPreRelease() ? std::weak_ordering::less : std::weak_ordering::greater;
     return std::lexicographical_compare_three_way(m_preRelease.begin(), m_preRelease.end(),

@@ -1,6 +1,6 @@
 #pragma once
-#include <QList>
-#include <QString>
+#include <QStringList>
+#include <QVersionNumber>
 #include <compare>
 #include <optional>
 
@@ -19,6 +19,6 @@ public:
     bool operator==(const ReleaseVersion &other) const = default;
 
 private:
-    QList<int> m_numbers;     // without zeros at the end
-    QStringList m_preRelease; // in lower case, split between digits and letters
+    QVersionNumber m_numbers; // without zeros at the end
+    QStringList m_preRelease; // in lower case, runs of digits and of letters apart
 };
