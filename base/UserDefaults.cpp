@@ -204,7 +204,11 @@ std::optional<QString> UserDefaults::string(const QString &key) const
 
 bool UserDefaults::boolean(const QString &key) const
 {
-    const QVariant value = object(key);
+    return toBoolean(object(key));
+}
+
+bool UserDefaults::toBoolean(const QVariant &value)
+{
     if (value.metaType().id() != QMetaType::QString)
         return value.toBool();
     const QString text = value.toString().trimmed().toLower();

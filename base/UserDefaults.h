@@ -54,6 +54,9 @@ public:
     /// text).
     std::optional<QString> string(const QString &key) const;
     bool boolean(const QString &key) const;
+    /// A value as a yes or a no: the texts "yes" and "true" and numbers other than 0 are a yes, nothing is a
+    /// no.
+    static bool toBoolean(const QVariant &value);
     /// 0 when there is no value or it is no number; the text "86400" reads as 86400.
     qlonglong integer(const QString &key) const;
     /// The preferred subtitle language: the text under "languageCode", or "en" when there is none.

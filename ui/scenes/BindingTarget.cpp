@@ -3,6 +3,7 @@
 #include <ui/controls/Label.h>
 
 #include <base/FatalFault.h>
+#include <base/UserDefaults.h>
 
 #include <QAbstractButton>
 #include <QAbstractItemModel>
@@ -82,15 +83,6 @@ BindingTarget::BindingTarget(QWidget &control, Binding binding) : m_control(cont
     connectEdits();
 }
 
-bool BindingTarget::toBoolean(const QVariant &value)
-{
-    if (!isText(value))
-        return value.toBool();
-    const QString text = value.toString().trimmed().toLower();
-    static const QStringList yes = {QStringLiteral("yes"), QStringLiteral("true")};
-    return yes.contains(text) || text.toDouble() != 0;
-}
-
 bool BindingTarget::isSameValue(const QVariant &a, const QVariant &b)
 {
     if (!a.isValid() || !b.isValid())
@@ -125,7 +117,7 @@ void BindingTarget::show(const QVariant &value)
     switch (m_binding) {
     case Binding::Value:
         if (auto *button = qobject_cast<QAbstractButton *>(&m_control))
-            button->setChecked(toBoolean(value));
+            button->setChecked(UserDefaults::toBoolean(value));
         else
             showText(toText(value));
         break;
@@ -134,10 +126,10 @@ void BindingTarget::show(const QVariant &value)
         selectItem(value);
         break;
     case Binding::Enabled:
-        m_control.setEnabled(toBoolean(value));
+        m_control.setEnabled(UserDefaults::toBoolean(value));
         break;
     case Binding::Hidden:
-        m_control.setHidden(toBoolean(value));
+        m_control.setHidden(UserDefaults::toBoolean(value));
         break;
     case Binding::Title:
         showText(toText(value));

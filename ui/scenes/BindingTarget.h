@@ -16,9 +16,7 @@ public:
     /// The shown value; invalid for a pop-up without a selection and for a control that cannot be edited.
     QVariant shownValue() const;
 
-    /// The value as a boolean; an invalid value is false.
-    static bool toBoolean(const QVariant &value);
-    /// Whether two values are equal. Settings may be texts or numbers, so a number equals its text.
+    /// Whether two values mean the same. Settings are texts as often as numbers, so a number equals its text.
     static bool isSameValue(const QVariant &a, const QVariant &b);
 
 Q_SIGNALS:

@@ -51,7 +51,7 @@ void ControlBinding::showValue()
     if (const auto known = transformer())
         value = known->transformedValue(value);
     if (m_options.negate)
-        value = !BindingTarget::toBoolean(value);
+        value = !UserDefaults::toBoolean(value);
     const QScopedValueRollback showing(m_showing, true);
     m_target.show(value);
 }
@@ -62,7 +62,7 @@ void ControlBinding::takeEdit()
     if (m_showing || m_ended || !value.isValid())
         return;
     if (m_options.negate)
-        value = !BindingTarget::toBoolean(value);
+        value = !UserDefaults::toBoolean(value);
     const auto known = transformer();
     if (known && known->allowsReverseTransformation())
         value = known->reverseTransformedValue(value);
