@@ -25,9 +25,8 @@ LanguagePopUp::LanguagePopUp(QWidget *parent) : QComboBox(parent)
 void LanguagePopUp::setLanguages(const QList<Language> &languages)
 {
     auto *menu = new MenuForBindings(this);
-    for (const Language &language : languages)
-        menu->insertItem({language.name(), language.iso639_1()}, menu->rowCount());
-    setModel(menu); // this deletes the former model
+    menu->addLanguages(languages);
+    setModel(menu); // which deletes the one before
     setCurrentIndex(-1);
 }
 

@@ -19,6 +19,12 @@ void MenuForBindings::insertItem(const MenuItem &item, int index)
     endInsertRows();
 }
 
+void MenuForBindings::addLanguages(const QList<Language> &languages)
+{
+    for (const Language &language : languages)
+        insertItem({language.name(), language.iso639_1()}, rowCount());
+}
+
 bool MenuForBindings::isSeparator(int index) const
 {
     return index >= 0 && index < rowCount() && m_entries.at(index).separator;

@@ -1,4 +1,5 @@
 #pragma once
+#include <model/Language.h>
 #include <QAbstractListModel>
 #include <QList>
 #include <QString>
@@ -22,6 +23,8 @@ public:
 
     /// Inserts the item before the one at `index`; an index beyond the end appends.
     void insertItem(const MenuItem &item, int index);
+    /// Appends an item a language, which stands for the language's code.
+    void addLanguages(const QList<Language> &languages);
     bool isSeparator(int index) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -34,8 +34,7 @@ void PrefsGeneralViewController::loadView()
     m_scene->setupUi(root.get());
     QComboBox *popUp = m_scene->languagePopUp;
     auto *menu = new MenuForBindings(popUp);
-    for (const Language &language : m_languagesArray)
-        menu->insertItem({language.name(), language.iso639_1()}, menu->rowCount());
+    menu->addLanguages(m_languagesArray);
     popUp->setModel(menu);
     popUp->setMaxVisibleItems(VisibleLanguages);
     popUp->view()->setTextElideMode(Qt::ElideRight);
