@@ -1,7 +1,8 @@
 #pragma once
 #include "ExternalRequest.h"
 
-/// Searches subtitles for video files. The main window's content controller implements it.
+/// Takes video files to search subtitles for: the main window's content controller, as the drop target
+/// and incoming requests see it.
 class FileSearching
 {
 public:

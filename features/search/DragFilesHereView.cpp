@@ -1,10 +1,10 @@
 #include "DragFilesHereView.h"
 #include "DropForwarder.h"
 #include "DropOutline.h"
-#include "DroppedFileReceiver.h"
 #include "PasteboardURLs.h"
 
 #include <base/StandardOutput.h>
+#include <features/delivery/FileSearching.h>
 #include <ui/window/ViewController.h>
 #include <ui/window/Window.h>
 
@@ -92,8 +92,8 @@ bool DragFilesHereView::performDragOperation(const QMimeData *draggingPasteboard
     printLine(url.toString(QUrl::FullyEncoded));
     const auto *shownIn = qobject_cast<Window *>(window());
     const auto controller = shownIn ? shownIn->contentViewController() : nullptr;
-    if (auto *receiver = dynamic_cast<DroppedFileReceiver *>(controller.get()))
-        receiver->searchForDroppedFile(url);
+    if (auto *receiver = dynamic_cast<FileSearching *>(controller.get()))
+        receiver->searchForFile(url, std::nullopt);
     return true;
 }
 

@@ -13,8 +13,9 @@ enum class DragOperation
     Copy = 1
 };
 
-/// The view for dropped video files: outlines itself while a drag with a file is over it and passes the first
-/// dropped file to its window's content controller (a DroppedFileReceiver). Main thread only.
+/// The view onto which a person drops a video file: outlines itself while a drag with a file hovers over it
+/// and hands the first dropped file to its window's content controller (a FileSearching). Main thread
+/// only.
 ///
 /// The pasteboard's file-URL type is "text/uri-list", the only type for files between programs here. It also
 /// carries links to pages, so a drag is acceptable when its list contains a file URL. The first file is

@@ -9,7 +9,6 @@
 #include "Snapshot.h"
 #include <model/MetadataService.h>
 #include <model/SubtitleService.h>
-#include "DroppedFileReceiver.h"
 #include <ui/window/PlatformSpecificController.h>
 #include <QSet>
 
@@ -36,7 +35,6 @@ class MainViewController;
 /// to finish wins. Only tests derive from it, to observe the presented errors.
 class MainViewController : public PlatformController<ViewController>,
                            public FileSearching,
-                           public DroppedFileReceiver,
                            public TableViewDataSource,
                            public TableViewDelegate
 {
@@ -68,8 +66,7 @@ public:
     /// Searches subtitles for the video file at `url`, by hash, then by the words of its name. Without
     /// `requestInfo` the stored one is kept.
     void searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &requestInfo) override;
-    void searchForDroppedFile(const QUrl &url) override { searchForFile(url, std::nullopt); }
-    /// Searches by unchanged words.
+    /// Searches by words, as they are.
     void searchForText(const QString &text, const std::optional<ExternalRequestInfo> &requestInfo);
     /// Sets the button's title to the delivery that a download will use.
     void updateDownloadButton();

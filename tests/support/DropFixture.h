@@ -1,8 +1,8 @@
 #pragma once
 #include "RawPasteboard.h"
 
+#include <features/delivery/FileSearching.h>
 #include <features/search/DragFilesHereView.h>
-#include <features/search/DroppedFileReceiver.h>
 #include <ui/window/ViewController.h>
 #include <ui/window/Window.h>
 
@@ -12,10 +12,10 @@
 #include <memory>
 
 /// A content controller that notes the files dropped.
-class ReceivingController final : public ViewController, public DroppedFileReceiver
+class ReceivingController final : public ViewController, public FileSearching
 {
 public:
-    void searchForDroppedFile(const QUrl &url) override { urls += url; }
+    void searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &) override { urls += url; }
     QList<QUrl> urls;
 };
 
