@@ -11,8 +11,6 @@ enum class LayoutAttribute
 /// A controller whose view stands in a window's title bar.
 class TitlebarAccessoryViewController : public ViewController
 {
-    Q_OBJECT
-
 public:
     LayoutAttribute layoutAttribute() const { return m_layoutAttribute; }
     void setLayoutAttribute(LayoutAttribute attribute) { m_layoutAttribute = attribute; }
