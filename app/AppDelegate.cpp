@@ -2,12 +2,10 @@
 
 #include <base/Bundle.h>
 #include <base/FatalFault.h>
+#include <base/Links.h>
 #include <base/Locale.h>
-#include <base/StandardOutput.h>
-#include <base/URLComponents.h>
 #include <base/UserDefaults.h>
 #include <base/ValueTransformer.h>
-#include <base/Workspace.h>
 #include <features/delivery/FileSearching.h>
 #include <model/LanguageCodeToName.h>
 #include <ui/system/URLEventCentre.h>
@@ -21,8 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr auto Website = "https://www.quorvane.example/"_L1;
-
 AppDelegate *sharedDelegate = nullptr;
 
 Window *firstWindow()
@@ -40,7 +36,8 @@ QString informationText(const QString &key)
 }
 } // namespace
 
-AppDelegate::AppDelegate(ApplicationServices services) : m_services(std::move(services)), m_requests(*this)
+AppDelegate::AppDelegate(std::function<void()> obtainSharedUpdater)
+    : m_obtainSharedUpdater(std::move(obtainSharedUpdater)), m_requests(*this)
 {
     PendingRequest::setShared(this);
     sharedDelegate = this;
@@ -73,8 +70,8 @@ void AppDelegate::applicationWillFinishLaunching()
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    if (m_services.obtainSharedUpdater)
-        m_services.obtainSharedUpdater();
+    if (m_obtainSharedUpdater)
+        m_obtainSharedUpdater();
 }
 
 void AppDelegate::handleGetURLEvent(const GetURLEvent &event)
@@ -92,16 +89,7 @@ void AppDelegate::open(const QStringList &uris)
             file = url;
     }
     if (file)
-        searchForFile(*file);
-}
-
-void AppDelegate::searchForFile(const QUrl &file)
-{
-    if (!bringFirstWindowForward())
-        return printLine(u"No window open?"_s);
-    if (FileSearching *content = firstWindowContent())
-        return content->searchForFile(file, std::nullopt);
-    park({file, std::nullopt});
+        m_requests.deliver({*file, std::nullopt});
 }
 
 void AppDelegate::activate()
@@ -111,10 +99,7 @@ void AppDelegate::activate()
 
 void AppDelegate::visitQuorvane(QObject *)
 {
-    const auto url = parseURLString(Website);
-    if (!url)
-        fatalFault(u"The website's address is no URL"_s);
-    Workspace::sharedWorkspace().openURL(*url);
+    Links::open(Links::Website);
 }
 
 void AppDelegate::sendFeedback(QObject *)

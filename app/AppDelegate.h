@@ -10,26 +10,19 @@
 #include <optional>
 
 class QObject;
-class QUrl;
 struct GetURLEvent;
 
-/// The functions of surrounding services that the application delegate calls; the process entry sets them.
-struct ApplicationServices
-{
-    /// Creates the shared updater, which then runs the scheduled checks.
-    std::function<void()> obtainSharedUpdater = {};
-};
-
-/// The program as a whole: prepares the settings first, takes URLs and files from outside, keeps a
-/// companion's request until the main view can take it, and handles menu actions that concern no window. One
-/// per process, on the main thread.
+/// The program as a whole: prepares settings before anything else, takes URLs and files from outside, keeps a
+/// companion's request until the main view can take it, and answers the menu's actions that concern no
+/// window. One for the whole process, on the main thread.
 class AppDelegate final : public PendingRequest,
                           public IncomingRequestHost,
                           public FeedbackReporting::Delegate
 {
 public:
     /// Registers defaults and the transformer "LanguageCodeToName", unless the locale has no language code.
-    explicit AppDelegate(ApplicationServices services = {});
+    /// `obtainSharedUpdater` makes the shared updater, which runs the scheduled checks from then on.
+    explicit AppDelegate(std::function<void()> obtainSharedUpdater = {});
     ~AppDelegate() override;
     AppDelegate(const AppDelegate &) = delete;
     AppDelegate &operator=(const AppDelegate &) = delete;
@@ -73,9 +66,7 @@ public:
     void presentError(const Error &error) override;
 
 private:
-    void searchForFile(const QUrl &file);
-
-    const ApplicationServices m_services;
+    const std::function<void()> m_obtainSharedUpdater;
     IncomingRequestHandler m_requests;
     std::optional<ExternalRequest> m_externalRequest;
     bool m_isPresenting = false;

@@ -117,7 +117,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     Appearance::shared().install();
     registerScenes();
     services = parts.installServices();
-    AppDelegate delegate(parts.applicationServices);
+    AppDelegate delegate(parts.obtainSharedUpdater);
     QApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
 
     delegate.applicationWillFinishLaunching();

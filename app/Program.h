@@ -1,6 +1,4 @@
 #pragma once
-#include "AppDelegate.h"
-
 #include <QString>
 #include <functional>
 #include <memory>
@@ -17,8 +15,8 @@ struct ProgramParts
     std::function<void(MainWindowController &)> windowShown = {};
     /// The name on the session bus under which one instance of the program runs; empty for no such name.
     QString applicationIdentifier = {};
-    /// Passed to the application delegate.
-    ApplicationServices applicationServices = {};
+    /// Makes the shared updater, once launch has finished.
+    std::function<void()> obtainSharedUpdater = {};
 };
 
 /// Runs the program from its arguments to its exit code: 0, or 2 for invalid arguments.

@@ -7,5 +7,5 @@ int main(int argc, char **argv)
     return runProgram(argc, argv,
                       {.installServices = installServices,
                        .applicationIdentifier = QStringLiteral("com.quorvane.Plovendix"),
-                       .applicationServices = {.obtainSharedUpdater = installMakerServices}});
+                       .obtainSharedUpdater = installMakerServices});
 }

@@ -30,9 +30,9 @@ public:
     /// Starts the search that `text` asks for, or keeps it until the main view can take it. A text that is
     /// not a URL is ignored; a URL without a video shows an error.
     void handle(const std::optional<QString> &text);
-
-private:
+    /// Starts the search for the request's file in the first window, or parks it.
     void deliver(const ExternalRequest &request);
 
-    IncomingRequestHost &m_host; // must outlive this object
+private:
+    IncomingRequestHost &m_host; // outlives us
 };

@@ -91,7 +91,7 @@ private Q_SLOTS:
     void obtainsTheUpdaterWhenLaunchHasFinished()
     {
         int obtained = 0;
-        AppDelegate delegate({.obtainSharedUpdater = [&obtained] { ++obtained; }});
+        AppDelegate delegate([&obtained] { ++obtained; });
         delegate.applicationWillFinishLaunching();
         QCOMPARE(obtained, 0);
         delegate.applicationDidFinishLaunching();
