@@ -49,7 +49,9 @@ public:
             if (!found.hasMatch())
                 return false;
             place = found.capturedEnd();
-            const QString word = found.captured(1), number = found.captured(3), hex = found.captured(4);
+            const QString word = found.captured(1);
+            const QString number = found.captured(3);
+            const QString hex = found.captured(4);
             const QString text = found.captured(5);
             if (text == u'{' || text == u'}')
                 m_fallbackLeft = 0; // what stands in for a unicode escape ends with its group
