@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// Spellings that are not in the property list, each with its three-letter code: the other forms of ISO
-/// 639-2, and tags with a region that has a code of its own. Withdrawn two-letter codes stand here because
+/// 639-2, and tags whose region has a separate code. Withdrawn two-letter codes stand here because
 /// none of them is the two-letter code of its language; "sh" is not a code of one language.
 constexpr char Spellings[] =
     "gre:ell srp:scc deu:ger fra:fre nld:dut ces:cze ron:rum slk:slo sqi:alb hye:arm eus:baq mya:bur zho:chi "
@@ -76,7 +76,7 @@ QString ServiceLanguages::code(const QString &spelling)
     const qsizetype encoding = tag.indexOf(u'.');
     if (encoding >= 0)
         tag.truncate(encoding);
-    // From the whole tag to its language alone: "pt-br" has a code of its own, "de-at" has not.
+    // From the whole tag to its language alone: "pt-br" has a separate code, "de-at" has not.
     while (!tag.isEmpty()) {
         if (const auto found = tables().codes.constFind(tag); found != tables().codes.cend())
             return *found;

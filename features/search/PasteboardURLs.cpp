@@ -7,8 +7,8 @@
 
 namespace
 {
-/// One for each line that is no comment, or nothing where there is no content; what is no URL is an invalid
-/// one.
+/// A URL for each line but comments, invalid where the line is not a URL; nothing where the pasteboard has no
+/// content.
 std::optional<QList<QUrl>> readLines(const QMimeData *pasteboard, const QString &type)
 {
     QByteArray content = pasteboard ? pasteboard->data(type) : QByteArray();

@@ -20,7 +20,7 @@ public:
 
     void setTitleVisibility(Window::TitleVisibility visibility);
     Window::TitleVisibility titleVisibility() const { return m_titleVisibility; }
-    /// Whether the content shows behind the bar instead of its own background.
+    /// Whether the content shows behind the bar instead of the bar's background.
     void setTransparent(bool transparent);
     bool isTransparent() const { return m_transparent; }
     TitleBarButton *button(Window::StandardButton button) const;
