@@ -34,20 +34,148 @@ class BadFilesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        m_view = std::make_unique<MainViewFixture>();
+        const auto starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s);
+        QVERIFY(starter);
+        SubtitleService::setShared(makeCatalogueSubtitleService(*starter));
+        m_sandbox.clearPrintedLines();
+    }
+
     void cleanup() { m_view.reset(); }
     // The toolkit cannot remove a name that is no text.
     void cleanupTestCase() { std::filesystem::remove_all(folder().toStdString()); }
 
-    void whatHasNoHashIsSearchedByItsName_data();
-    void whatHasNoHashIsSearchedByItsName();
-    void nonFilesAreSearchedByName_data();
-    void nonFilesAreSearchedByName();
-    void unreadableFileIsSearchedByItsName();
-    void fileThatVanishesIsSearchedByItsName();
-    void hugeSparseFileIsHashedAtOnce();
-    void catalogueThatIsNoneIsAnError_data();
-    void catalogueThatIsNoneIsAnError();
+    void whatHasNoHashIsSearchedByItsName_data()
+    {
+        QTest::addColumn<QUrl>("url");
+        QTest::addColumn<QString>("name");
+        const auto row = [this](const char *description, const QByteArray &file, const QString &name) {
+            QTest::newRow(description) << urlOf(folder() + '/' + file) << name;
+        };
+        row("folder", "A Folder.mkv", u"A Folder.mkv"_s);
+        row("folder with a slash", "A Folder.mkv/", u"A Folder.mkv"_s);
+        row("pipe", "pipe.mkv", u"pipe.mkv"_s);
+        row("device", "device.mkv", u"device.mkv"_s);
+        row("dangling link", "dangling.mkv", u"dangling.mkv"_s);
+        row("link to itself", "loop.mkv", u"loop.mkv"_s);
+        row("empty", "empty.mkv", u"empty.mkv"_s);
+        row("too short", "short.mkv", u"short.mkv"_s);
+        row("no such file", "nothing there.mkv", u"nothing there.mkv"_s);
+        row("newline", "two\nlines.mkv", u"two\nlines.mkv"_s);
+        row("not UTF-8", "caf\xe9.mkv", u"caf\uFFFD.mkv"_s);
+        row("written from right to left", "\xe2\x80\xaevkm.txt", u"\u202Evkm.txt"_s);
+        row("signs that URLs escape", "50% #1?&x=y.mkv", u"50% #1?&x=y.mkv"_s);
+        QTest::newRow("NUL") << QUrl(u"file:///videos/a%00b.mkv"_s) << u"ab.mkv"_s;
+        QTest::newRow("another machine") << QUrl(u"file://elsewhere/videos/Film.mkv"_s) << u"Film.mkv"_s;
+    }
+
+    void whatHasNoHashIsSearchedByItsName()
+    {
+        QFETCH(QUrl, url);
+        QFETCH(QString, name);
+        makeSpecialFiles();
+        drop(url);
+        QCOMPARE(m_view->field()->text(), name);
+        QCOMPARE(m_sandbox.printedLines(), QStringList({url.toString(QUrl::FullyEncoded), NoHash}));
+        waitForTitle();
+        QCOMPARE(m_view->field()->text(), name);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void nonFilesAreSearchedByName_data()
+    {
+        QTest::addColumn<QUrl>("url");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("web page") << QUrl(u"https://films.example/some/Film%202019.mkv?x=y/z.mkv#top"_s)
+                                  << u"Film 2019.mkv"_s;
+        QTest::newRow("network folder") << QUrl(u"smb://server/share/Film.mkv"_s) << u"Film.mkv"_s;
+        QTest::newRow("no path") << QUrl(u"mailto:someone@films.example"_s) << u"someone@films.example"_s;
+    }
+
+    /// None of them is taken as a drop, but a player may ask for any.
+    void nonFilesAreSearchedByName()
+    {
+        QFETCH(QUrl, url);
+        QFETCH(QString, name);
+        m_view->controller->searchForFile(url, std::nullopt);
+        QCOMPARE(m_view->field()->text(), name);
+        QCOMPARE(m_sandbox.printedLines(), QStringList(NoHash));
+        waitForTitle();
+        QCOMPARE(m_view->field()->text(), name);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void unreadableFileIsSearchedByItsName()
+    {
+        const QString path = m_sandbox.writeFile(u"Secret.mkv"_s, QByteArray(200'000, 's'));
+        QVERIFY(QFile::setPermissions(path, {}));
+        // No mode keeps the superuser out.
+        constexpr uid_t nobody = 65534;
+        const uid_t person = geteuid();
+        const bool isSuperuser = person == 0;
+        QVERIFY(!isSuperuser || seteuid(nobody) == 0);
+        drop(QUrl::fromLocalFile(path));
+        QVERIFY(!isSuperuser || seteuid(person) == 0);
+        QCOMPARE(m_view->field()->text(), u"Secret.mkv"_s);
+        QVERIFY(m_sandbox.printedLines().contains(NoHash));
+        waitForTitle();
+    }
+
+    void fileThatVanishesIsSearchedByItsName()
+    {
+        const QString path = m_sandbox.writeFile(u"Vanishing.mkv"_s, QByteArray(200'000, 'v'));
+        drop(QUrl::fromLocalFile(path));
+        QVERIFY(!m_sandbox.printedLines().contains(NoHash));
+        waitForTitle();
+        QVERIFY(QFile::remove(path));
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s); // searches for it again
+        QVERIFY(m_sandbox.printedLines().contains(NoHash));
+        QCOMPARE(m_view->field()->text(), u"Vanishing.mkv"_s);
+        waitForTitle();
+    }
+
+    void hugeSparseFileIsHashedAtOnce()
+    {
+        QFile file(m_sandbox.path(u"Qqzx Vbnm Wrtp.mkv"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.resize(FiveGiB));
+        file.close();
+        drop(QUrl::fromLocalFile(file.fileName()));
+        QVERIFY(!m_sandbox.printedLines().contains(NoHash));
+        QVERIFY(m_view->controller->isSearching());
+        QTRY_VERIFY((m_view->turn(), m_view->field()->text() != u"Qqzx Vbnm Wrtp.mkv"_s));
+        QVERIFY(!m_view->field()->text().contains(u".mkv"_s)); // the words of the name, searched for next
+        QTRY_VERIFY((m_view->turn(), m_view->widget("dragFilesHereView")->isVisible()));
+        QVERIFY(file.remove());
+    }
+
+    void catalogueThatIsNoneIsAnError_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("damaged") << QByteArray("SQLite format 3\0 and then nothing that makes sense", 50);
+        QTest::newRow("foreign") << QByteArray("a text");
+        QTest::newRow("missing") << QByteArray();
+    }
+
+    void catalogueThatIsNoneIsAnError()
+    {
+        QFETCH(QByteArray, content);
+        const QString path = m_sandbox.path(u"catalogue.sqlite"_s);
+        QFile::remove(path);
+        if (!content.isEmpty())
+            m_sandbox.writeFile(u"catalogue.sqlite"_s, content);
+        SubtitleService::setShared(makeCatalogueSubtitleService(path));
+        m_view->field()->setText(u"harbour"_s);
+        m_view->controller->doSearch(nullptr);
+        const QString shown =
+            alertDuring([this] { QTRY_VERIFY((m_view->turn(), !m_view->controller->isSearching())); });
+        QVERIFY(!shown.isEmpty());
+        QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: "_s + shown});
+        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+        QCOMPARE(m_view->field()->text(), u"harbour"_s);
+    }
 
 private:
     QByteArray folder() const { return QFile::encodeName(m_sandbox.path(u"files"_s)); }
@@ -63,169 +191,29 @@ private:
         QTRY_VERIFY(
             (m_view->turn(), m_view->title() != u"Plovendix"_s && !m_view->controller->isSearching()));
     }
-    void makeSpecialFiles() const;
+
+    void makeSpecialFiles() const
+    {
+        if (QDir(m_sandbox.path(u"files"_s)).exists())
+            return;
+        const QByteArray in = folder() + '/';
+        QVERIFY(QDir().mkpath(m_sandbox.path(u"files/A Folder.mkv"_s)));
+        QCOMPARE(mkfifo((in + "pipe.mkv").constData(), 0600), 0);
+        QCOMPARE(symlink("nowhere", (in + "dangling.mkv").constData()), 0);
+        QCOMPARE(symlink("loop.mkv", (in + "loop.mkv").constData()), 0);
+        QCOMPARE(symlink("/dev/zero", (in + "device.mkv").constData()), 0);
+        for (const QByteArray &name : {"empty.mkv"_ba, "short.mkv"_ba, "two\nlines.mkv"_ba, "caf\xe9.mkv"_ba,
+                                       "\xe2\x80\xaevkm.txt"_ba, "50% #1?&x=y.mkv"_ba}) {
+            const int descriptor = creat((in + name).constData(), 0600);
+            QVERIFY(descriptor >= 0);
+            QVERIFY(name == "empty.mkv" || write(descriptor, "video", 5) == 5);
+            ::close(descriptor);
+        }
+    }
 
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
 };
-
-void BadFilesTest::init()
-{
-    m_view = std::make_unique<MainViewFixture>();
-    const auto starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s);
-    QVERIFY(starter);
-    SubtitleService::setShared(makeCatalogueSubtitleService(*starter));
-    m_sandbox.clearPrintedLines();
-}
-
-void BadFilesTest::makeSpecialFiles() const
-{
-    if (QDir(m_sandbox.path(u"files"_s)).exists())
-        return;
-    const QByteArray in = folder() + '/';
-    QVERIFY(QDir().mkpath(m_sandbox.path(u"files/A Folder.mkv"_s)));
-    QCOMPARE(mkfifo((in + "pipe.mkv").constData(), 0600), 0);
-    QCOMPARE(symlink("nowhere", (in + "dangling.mkv").constData()), 0);
-    QCOMPARE(symlink("loop.mkv", (in + "loop.mkv").constData()), 0);
-    QCOMPARE(symlink("/dev/zero", (in + "device.mkv").constData()), 0);
-    for (const QByteArray &name : {"empty.mkv"_ba, "short.mkv"_ba, "two\nlines.mkv"_ba, "caf\xe9.mkv"_ba,
-                                   "\xe2\x80\xaevkm.txt"_ba, "50% #1?&x=y.mkv"_ba}) {
-        const int descriptor = creat((in + name).constData(), 0600);
-        QVERIFY(descriptor >= 0);
-        QVERIFY(name == "empty.mkv" || write(descriptor, "video", 5) == 5);
-        ::close(descriptor);
-    }
-}
-
-void BadFilesTest::whatHasNoHashIsSearchedByItsName_data()
-{
-    QTest::addColumn<QUrl>("url");
-    QTest::addColumn<QString>("name");
-    const auto row = [this](const char *description, const QByteArray &file, const QString &name) {
-        QTest::newRow(description) << urlOf(folder() + '/' + file) << name;
-    };
-    row("folder", "A Folder.mkv", u"A Folder.mkv"_s);
-    row("folder with a slash", "A Folder.mkv/", u"A Folder.mkv"_s);
-    row("pipe", "pipe.mkv", u"pipe.mkv"_s);
-    row("device", "device.mkv", u"device.mkv"_s);
-    row("dangling link", "dangling.mkv", u"dangling.mkv"_s);
-    row("link to itself", "loop.mkv", u"loop.mkv"_s);
-    row("empty", "empty.mkv", u"empty.mkv"_s);
-    row("too short", "short.mkv", u"short.mkv"_s);
-    row("no such file", "nothing there.mkv", u"nothing there.mkv"_s);
-    row("newline", "two\nlines.mkv", u"two\nlines.mkv"_s);
-    row("not UTF-8", "caf\xe9.mkv", u"caf\uFFFD.mkv"_s);
-    row("written from right to left", "\xe2\x80\xaevkm.txt", u"\u202Evkm.txt"_s);
-    row("signs that URLs escape", "50% #1?&x=y.mkv", u"50% #1?&x=y.mkv"_s);
-    QTest::newRow("NUL") << QUrl(u"file:///videos/a%00b.mkv"_s) << u"ab.mkv"_s;
-    QTest::newRow("another machine") << QUrl(u"file://elsewhere/videos/Film.mkv"_s) << u"Film.mkv"_s;
-}
-
-void BadFilesTest::whatHasNoHashIsSearchedByItsName()
-{
-    QFETCH(QUrl, url);
-    QFETCH(QString, name);
-    makeSpecialFiles();
-    drop(url);
-    QCOMPARE(m_view->field()->text(), name);
-    QCOMPARE(m_sandbox.printedLines(), QStringList({url.toString(QUrl::FullyEncoded), NoHash}));
-    waitForTitle();
-    QCOMPARE(m_view->field()->text(), name);
-    QVERIFY(!QApplication::activeModalWidget());
-}
-
-void BadFilesTest::nonFilesAreSearchedByName_data()
-{
-    QTest::addColumn<QUrl>("url");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("web page") << QUrl(u"https://films.example/some/Film%202019.mkv?x=y/z.mkv#top"_s)
-                              << u"Film 2019.mkv"_s;
-    QTest::newRow("network folder") << QUrl(u"smb://server/share/Film.mkv"_s) << u"Film.mkv"_s;
-    QTest::newRow("no path") << QUrl(u"mailto:someone@films.example"_s) << u"someone@films.example"_s;
-}
-
-/// None of them is taken as a drop, but a player may ask for any.
-void BadFilesTest::nonFilesAreSearchedByName()
-{
-    QFETCH(QUrl, url);
-    QFETCH(QString, name);
-    m_view->controller->searchForFile(url, std::nullopt);
-    QCOMPARE(m_view->field()->text(), name);
-    QCOMPARE(m_sandbox.printedLines(), QStringList(NoHash));
-    waitForTitle();
-    QCOMPARE(m_view->field()->text(), name);
-    QVERIFY(!QApplication::activeModalWidget());
-}
-
-void BadFilesTest::unreadableFileIsSearchedByItsName()
-{
-    const QString path = m_sandbox.writeFile(u"Secret.mkv"_s, QByteArray(200'000, 's'));
-    QVERIFY(QFile::setPermissions(path, {}));
-    // No mode keeps the superuser out.
-    constexpr uid_t nobody = 65534;
-    const uid_t person = geteuid();
-    const bool isSuperuser = person == 0;
-    QVERIFY(!isSuperuser || seteuid(nobody) == 0);
-    drop(QUrl::fromLocalFile(path));
-    QVERIFY(!isSuperuser || seteuid(person) == 0);
-    QCOMPARE(m_view->field()->text(), u"Secret.mkv"_s);
-    QVERIFY(m_sandbox.printedLines().contains(NoHash));
-    waitForTitle();
-}
-
-void BadFilesTest::fileThatVanishesIsSearchedByItsName()
-{
-    const QString path = m_sandbox.writeFile(u"Vanishing.mkv"_s, QByteArray(200'000, 'v'));
-    drop(QUrl::fromLocalFile(path));
-    QVERIFY(!m_sandbox.printedLines().contains(NoHash));
-    waitForTitle();
-    QVERIFY(QFile::remove(path));
-    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s); // searches for it again
-    QVERIFY(m_sandbox.printedLines().contains(NoHash));
-    QCOMPARE(m_view->field()->text(), u"Vanishing.mkv"_s);
-    waitForTitle();
-}
-
-void BadFilesTest::hugeSparseFileIsHashedAtOnce()
-{
-    QFile file(m_sandbox.path(u"Qqzx Vbnm Wrtp.mkv"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.resize(FiveGiB));
-    file.close();
-    drop(QUrl::fromLocalFile(file.fileName()));
-    QVERIFY(!m_sandbox.printedLines().contains(NoHash));
-    QVERIFY(m_view->controller->isSearching());
-    QTRY_VERIFY((m_view->turn(), m_view->field()->text() != u"Qqzx Vbnm Wrtp.mkv"_s));
-    QVERIFY(!m_view->field()->text().contains(u".mkv"_s)); // the words of the name, searched for next
-    QTRY_VERIFY((m_view->turn(), m_view->widget("dragFilesHereView")->isVisible()));
-    QVERIFY(file.remove());
-}
-
-void BadFilesTest::catalogueThatIsNoneIsAnError_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("damaged") << QByteArray("SQLite format 3\0 and then nothing that makes sense", 50);
-    QTest::newRow("foreign") << QByteArray("a text");
-    QTest::newRow("missing") << QByteArray();
-}
-
-void BadFilesTest::catalogueThatIsNoneIsAnError()
-{
-    QFETCH(QByteArray, content);
-    const QString path = m_sandbox.path(u"catalogue.sqlite"_s);
-    QFile::remove(path);
-    if (!content.isEmpty())
-        m_sandbox.writeFile(u"catalogue.sqlite"_s, content);
-    SubtitleService::setShared(makeCatalogueSubtitleService(path));
-    m_view->field()->setText(u"harbour"_s);
-    m_view->controller->doSearch(nullptr);
-    const QString shown =
-        alertDuring([this] { QTRY_VERIFY((m_view->turn(), !m_view->controller->isSearching())); });
-    QVERIFY(!shown.isEmpty());
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: "_s + shown});
-    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-    QCOMPARE(m_view->field()->text(), u"harbour"_s);
-}
 
 PLOVENDIX_GUI_TEST(BadFilesTest)
 #include "BadFilesTest.moc"

@@ -15,45 +15,6 @@
 
 using namespace Qt::StringLiterals;
 
-class BundleTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-
-    void textIsLookedUpInTheLanguage_data();
-    void textIsLookedUpInTheLanguage();
-    void missingTextGivesTheValueElseTheKey();
-    void englishNeedsNoTable();
-    void damagedTableCountsAsMissing_data();
-    void damagedTableCountsAsMissing();
-    void valueThatIsNoTextIsPassedOver();
-    void environmentChoosesTheLanguage_data();
-    void environmentChoosesTheLanguage();
-    void otherLanguagesMayBeSetLater();
-    void noTableAtAllGivesTheKey();
-
-    void infoDictionaryIsRead();
-    void missingOrDamagedInfoGivesNothing();
-
-    void resourceIsFoundAtTheTop();
-    void resourceIsFoundInTheLanguagesFolder();
-    void resourceAtTheTopComesFirst();
-    void missingResourceGivesNothing();
-
-    void mainBundleMovesToAnotherFolder();
-    void anyThreadMayAsk();
-
-private:
-    void writeTable(const QString &language, const QString &key, const QString &text) const;
-    void write(const QString &name, const QByteArray &content) const;
-
-    Sandbox m_sandbox;
-    QString m_folder;
-    int m_number = 0;
-};
-
 namespace
 {
 QByteArray propertyList(const QByteArray &content)
@@ -62,21 +23,225 @@ QByteArray propertyList(const QByteArray &content)
 }
 } // namespace
 
-void BundleTest::init()
+class BundleTest : public QObject
 {
-    m_folder = u"bundle-%1"_s.arg(++m_number);
-}
+    Q_OBJECT
 
-void BundleTest::write(const QString &name, const QByteArray &content) const
-{
-    m_sandbox.writeFile(m_folder + u'/' + name, content);
-}
+private Q_SLOTS:
+    void init() { m_folder = u"bundle-%1"_s.arg(++m_number); }
 
-void BundleTest::writeTable(const QString &language, const QString &key, const QString &text) const
-{
-    const QString content = u"<dict><key>%1</key><string>%2</string></dict>"_s.arg(key, text);
-    write(language + u".lproj/Localizable.strings"_s, propertyList(content.toUtf8()));
-}
+    void textIsLookedUpInTheLanguage_data();
+    void textIsLookedUpInTheLanguage();
+
+    void missingTextGivesTheValueElseTheKey()
+    {
+        writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
+        Bundle bundle(m_sandbox.path(m_folder));
+        bundle.setPreferredLocalizations({u"de"_s});
+        QCOMPARE(bundle.localizedString(u"Open"_s), u"Open"_s);
+        QCOMPARE(bundle.localizedString(u"Open"_s, u"Öffnen"_s), u"Öffnen"_s);
+        QCOMPARE(bundle.localizedString(u"Save"_s, u"other"_s), u"Sichern"_s);
+    }
+
+    void englishNeedsNoTable()
+    {
+        writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
+        Bundle bundle(m_sandbox.path(m_folder));
+        bundle.setPreferredLocalizations({u"en_GB"_s, u"de"_s});
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
+    }
+
+    void damagedTableCountsAsMissing_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("junk") << QByteArray("\x00\xff\x13junk", 7);
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("cut off") << propertyList("<dict><key>Save</key><string>Sich").left(80);
+        QTest::newRow("a list") << propertyList("<array><string>Save</string></array>");
+    }
+
+    void damagedTableCountsAsMissing()
+    {
+        QFETCH(QByteArray, content);
+        write(u"de.lproj/Localizable.strings"_s, content);
+        writeTable(u"pt"_s, u"Save"_s, u"Guardar"_s);
+        Bundle bundle(m_sandbox.path(m_folder));
+        bundle.setPreferredLocalizations({u"de"_s});
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
+        bundle.setPreferredLocalizations({u"de"_s, u"pt"_s});
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Guardar"_s);
+    }
+
+    void valueThatIsNoTextIsPassedOver()
+    {
+        write(u"de.lproj/Localizable.strings"_s,
+              propertyList("<dict><key>Save</key><integer>1</integer></dict>"));
+        Bundle bundle(m_sandbox.path(m_folder));
+        bundle.setPreferredLocalizations({u"de"_s});
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
+    }
+
+    void environmentChoosesTheLanguage_data()
+    {
+        QTest::addColumn<QByteArray>("language");
+        QTest::addColumn<QByteArray>("all");
+        QTest::addColumn<QByteArray>("lang");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("LANG") << QByteArray() << QByteArray() << QByteArray("de_DE.UTF-8") << u"Sichern"_s;
+        QTest::newRow("LC_ALL over LANG")
+            << QByteArray() << QByteArray("pt_PT") << QByteArray("de_DE") << u"Guardar"_s;
+        QTest::newRow("LANGUAGE first")
+            << QByteArray("xx:de") << QByteArray("pt_PT") << QByteArray() << u"Sichern"_s;
+        QTest::newRow("locale after LANGUAGE")
+            << QByteArray("xx") << QByteArray("pt_PT") << QByteArray() << u"Guardar"_s;
+        QTest::newRow("C ignores LANGUAGE")
+            << QByteArray("de") << QByteArray("C") << QByteArray() << u"Save"_s;
+        QTest::newRow("nothing set") << QByteArray("de") << QByteArray() << QByteArray() << u"Save"_s;
+        QTest::newRow("C.UTF-8") << QByteArray() << QByteArray("C.UTF-8") << QByteArray("de_DE") << u"Save"_s;
+    }
+
+    void environmentChoosesTheLanguage()
+    {
+        QFETCH(QByteArray, language);
+        QFETCH(QByteArray, all);
+        QFETCH(QByteArray, lang);
+        QFETCH(QString, text);
+        const ScopedVariable first("LANGUAGE", language);
+        const ScopedVariable second("LC_ALL", all);
+        const ScopedVariable third("LC_MESSAGES");
+        const ScopedVariable fourth("LANG", lang);
+        writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
+        writeTable(u"pt"_s, u"Save"_s, u"Guardar"_s);
+        QCOMPARE(Bundle(m_sandbox.path(m_folder)).localizedString(u"Save"_s), text);
+    }
+
+    void otherLanguagesMayBeSetLater()
+    {
+        writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
+        Bundle bundle(m_sandbox.path(m_folder));
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
+        bundle.setPreferredLocalizations({u"de"_s});
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Sichern"_s);
+    }
+
+    void noTableAtAllGivesTheKey()
+    {
+        Bundle bundle(m_sandbox.path(u"no such folder"_s));
+        bundle.setPreferredLocalizations({u"de"_s});
+        QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
+    }
+
+    void infoDictionaryIsRead()
+    {
+        write(u"Info.plist"_s,
+              propertyList("<dict><key>CFBundleName</key><string>Plovendix</string></dict>"));
+        const Bundle bundle(m_sandbox.path(m_folder));
+        QCOMPARE(bundle.objectForInfoDictionaryKey(u"CFBundleName"_s), QVariant(u"Plovendix"_s));
+        QVERIFY(!bundle.objectForInfoDictionaryKey(u"CFBundleVersion"_s).isValid());
+        QCOMPARE(bundle.infoDictionary()->size(), 1);
+        QVERIFY(QFile::remove(m_sandbox.path(m_folder + u"/Info.plist"_s)));
+        QCOMPARE(bundle.objectForInfoDictionaryKey(u"CFBundleName"_s), QVariant(u"Plovendix"_s));
+    }
+
+    void missingOrDamagedInfoGivesNothing()
+    {
+        QVERIFY(!Bundle(m_sandbox.path(m_folder)).infoDictionary());
+        write(u"Info.plist"_s, "junk");
+        QVERIFY(!Bundle(m_sandbox.path(m_folder)).infoDictionary());
+        write(u"Info.plist"_s, propertyList("<array/>"));
+        const Bundle bundle(m_sandbox.path(m_folder));
+        QVERIFY(!bundle.infoDictionary());
+        QVERIFY(!bundle.objectForInfoDictionaryKey(u"CFBundleName"_s).isValid());
+    }
+
+    void resourceIsFoundAtTheTop()
+    {
+        write(u"Credits.rtf"_s, "x");
+        write(u"README"_s, "x");
+        const Bundle bundle(m_sandbox.path(m_folder));
+        QCOMPARE(bundle.pathForResource(u"Credits"_s, u"rtf"_s),
+                 m_sandbox.path(m_folder + u"/Credits.rtf"_s));
+        QCOMPARE(bundle.pathForResource(u"README"_s, u""_s), m_sandbox.path(m_folder + u"/README"_s));
+    }
+
+    void resourceIsFoundInTheLanguagesFolder()
+    {
+        write(u"de.lproj/Credits.rtf"_s, "x");
+        Bundle bundle(m_sandbox.path(m_folder));
+        QVERIFY(!bundle.pathForResource(u"Credits"_s, u"rtf"_s));
+        bundle.setPreferredLocalizations({u"de_AT"_s});
+        QCOMPARE(bundle.pathForResource(u"Credits"_s, u"rtf"_s),
+                 m_sandbox.path(m_folder + u"/de.lproj/Credits.rtf"_s));
+    }
+
+    void resourceAtTheTopComesFirst()
+    {
+        write(u"Credits.rtf"_s, "x");
+        write(u"de.lproj/Credits.rtf"_s, "x");
+        Bundle bundle(m_sandbox.path(m_folder));
+        bundle.setPreferredLocalizations({u"de"_s});
+        QCOMPARE(bundle.pathForResource(u"Credits"_s, u"rtf"_s),
+                 m_sandbox.path(m_folder + u"/Credits.rtf"_s));
+    }
+
+    void missingResourceGivesNothing()
+    {
+        write(u"Credits.rtf"_s, "x");
+        const Bundle bundle(m_sandbox.path(m_folder));
+        QVERIFY(!bundle.pathForResource(u"Credits"_s, u"txt"_s));
+        QVERIFY(!bundle.pathForResource(u"credits"_s, u"rtf"_s));
+        QVERIFY(!bundle.pathForResource(u""_s, u""_s));
+    }
+
+    void mainBundleMovesToAnotherFolder()
+    {
+        write(u"Info.plist"_s, propertyList("<dict><key>Key</key><string>new</string></dict>"));
+        Bundle &bundle = Bundle::main();
+        Bundle::setMainFolder(m_sandbox.path(m_folder));
+        QCOMPARE(&Bundle::main(), &bundle);
+        QCOMPARE(bundle.folder(), m_sandbox.path(m_folder));
+        QCOMPARE(bundle.objectForInfoDictionaryKey(u"Key"_s), QVariant(u"new"_s));
+        Bundle::setMainFolder(m_sandbox.path(u"nothing here"_s));
+        QVERIFY(!bundle.objectForInfoDictionaryKey(u"Key"_s).isValid());
+    }
+
+    void anyThreadMayAsk()
+    {
+        writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
+        write(u"Info.plist"_s, propertyList("<dict><key>Key</key><string>value</string></dict>"));
+        Bundle bundle(m_sandbox.path(m_folder));
+        bundle.setPreferredLocalizations({u"de"_s});
+        std::atomic<int> right = 0;
+        std::vector<std::thread> threads;
+        threads.reserve(4);
+        for (int index = 0; index < 4; ++index) {
+            threads.emplace_back([&] {
+                const bool isText = bundle.localizedString(u"Save"_s) == u"Sichern";
+                const bool isInfo = bundle.objectForInfoDictionaryKey(u"Key"_s).toString() == u"value";
+                right += isText && isInfo && bundle.pathForResource(u"Info"_s, u"plist"_s) ? 1 : 0;
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(right.load(), 4);
+    }
+
+private:
+    void writeTable(const QString &language, const QString &key, const QString &text) const
+    {
+        const QString content = u"<dict><key>%1</key><string>%2</string></dict>"_s.arg(key, text);
+        write(language + u".lproj/Localizable.strings"_s, propertyList(content.toUtf8()));
+    }
+
+    void write(const QString &name, const QByteArray &content) const
+    {
+        m_sandbox.writeFile(m_folder + u'/' + name, content);
+    }
+
+    Sandbox m_sandbox;
+    QString m_folder;
+    int m_number = 0;
+};
 
 void BundleTest::textIsLookedUpInTheLanguage_data()
 {
@@ -104,195 +269,6 @@ void BundleTest::textIsLookedUpInTheLanguage()
     Bundle bundle(m_sandbox.path(m_folder));
     bundle.setPreferredLocalizations(languages);
     QCOMPARE(bundle.localizedString(u"Save"_s), text);
-}
-
-void BundleTest::missingTextGivesTheValueElseTheKey()
-{
-    writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
-    Bundle bundle(m_sandbox.path(m_folder));
-    bundle.setPreferredLocalizations({u"de"_s});
-    QCOMPARE(bundle.localizedString(u"Open"_s), u"Open"_s);
-    QCOMPARE(bundle.localizedString(u"Open"_s, u"Öffnen"_s), u"Öffnen"_s);
-    QCOMPARE(bundle.localizedString(u"Save"_s, u"other"_s), u"Sichern"_s);
-}
-
-void BundleTest::englishNeedsNoTable()
-{
-    writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
-    Bundle bundle(m_sandbox.path(m_folder));
-    bundle.setPreferredLocalizations({u"en_GB"_s, u"de"_s});
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
-}
-
-void BundleTest::damagedTableCountsAsMissing_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("junk") << QByteArray("\x00\xff\x13junk", 7);
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("cut off") << propertyList("<dict><key>Save</key><string>Sich").left(80);
-    QTest::newRow("a list") << propertyList("<array><string>Save</string></array>");
-}
-
-void BundleTest::damagedTableCountsAsMissing()
-{
-    QFETCH(QByteArray, content);
-    write(u"de.lproj/Localizable.strings"_s, content);
-    writeTable(u"pt"_s, u"Save"_s, u"Guardar"_s);
-    Bundle bundle(m_sandbox.path(m_folder));
-    bundle.setPreferredLocalizations({u"de"_s});
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
-    bundle.setPreferredLocalizations({u"de"_s, u"pt"_s});
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Guardar"_s);
-}
-
-void BundleTest::valueThatIsNoTextIsPassedOver()
-{
-    write(u"de.lproj/Localizable.strings"_s,
-          propertyList("<dict><key>Save</key><integer>1</integer></dict>"));
-    Bundle bundle(m_sandbox.path(m_folder));
-    bundle.setPreferredLocalizations({u"de"_s});
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
-}
-
-void BundleTest::environmentChoosesTheLanguage_data()
-{
-    QTest::addColumn<QByteArray>("language");
-    QTest::addColumn<QByteArray>("all");
-    QTest::addColumn<QByteArray>("lang");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("LANG") << QByteArray() << QByteArray() << QByteArray("de_DE.UTF-8") << u"Sichern"_s;
-    QTest::newRow("LC_ALL over LANG")
-        << QByteArray() << QByteArray("pt_PT") << QByteArray("de_DE") << u"Guardar"_s;
-    QTest::newRow("LANGUAGE first") << QByteArray("xx:de") << QByteArray("pt_PT") << QByteArray()
-                                    << u"Sichern"_s;
-    QTest::newRow("locale after LANGUAGE")
-        << QByteArray("xx") << QByteArray("pt_PT") << QByteArray() << u"Guardar"_s;
-    QTest::newRow("C ignores LANGUAGE") << QByteArray("de") << QByteArray("C") << QByteArray() << u"Save"_s;
-    QTest::newRow("nothing set") << QByteArray("de") << QByteArray() << QByteArray() << u"Save"_s;
-    QTest::newRow("C.UTF-8") << QByteArray() << QByteArray("C.UTF-8") << QByteArray("de_DE") << u"Save"_s;
-}
-
-void BundleTest::environmentChoosesTheLanguage()
-{
-    QFETCH(QByteArray, language);
-    QFETCH(QByteArray, all);
-    QFETCH(QByteArray, lang);
-    QFETCH(QString, text);
-    const ScopedVariable first("LANGUAGE", language);
-    const ScopedVariable second("LC_ALL", all);
-    const ScopedVariable third("LC_MESSAGES");
-    const ScopedVariable fourth("LANG", lang);
-    writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
-    writeTable(u"pt"_s, u"Save"_s, u"Guardar"_s);
-    QCOMPARE(Bundle(m_sandbox.path(m_folder)).localizedString(u"Save"_s), text);
-}
-
-void BundleTest::otherLanguagesMayBeSetLater()
-{
-    writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
-    Bundle bundle(m_sandbox.path(m_folder));
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
-    bundle.setPreferredLocalizations({u"de"_s});
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Sichern"_s);
-}
-
-void BundleTest::noTableAtAllGivesTheKey()
-{
-    Bundle bundle(m_sandbox.path(u"no such folder"_s));
-    bundle.setPreferredLocalizations({u"de"_s});
-    QCOMPARE(bundle.localizedString(u"Save"_s), u"Save"_s);
-}
-
-void BundleTest::infoDictionaryIsRead()
-{
-    write(u"Info.plist"_s, propertyList("<dict><key>CFBundleName</key><string>Plovendix</string></dict>"));
-    const Bundle bundle(m_sandbox.path(m_folder));
-    QCOMPARE(bundle.objectForInfoDictionaryKey(u"CFBundleName"_s), QVariant(u"Plovendix"_s));
-    QVERIFY(!bundle.objectForInfoDictionaryKey(u"CFBundleVersion"_s).isValid());
-    QCOMPARE(bundle.infoDictionary()->size(), 1);
-    QVERIFY(QFile::remove(m_sandbox.path(m_folder + u"/Info.plist"_s)));
-    QCOMPARE(bundle.objectForInfoDictionaryKey(u"CFBundleName"_s), QVariant(u"Plovendix"_s));
-}
-
-void BundleTest::missingOrDamagedInfoGivesNothing()
-{
-    QVERIFY(!Bundle(m_sandbox.path(m_folder)).infoDictionary());
-    write(u"Info.plist"_s, "junk");
-    QVERIFY(!Bundle(m_sandbox.path(m_folder)).infoDictionary());
-    write(u"Info.plist"_s, propertyList("<array/>"));
-    const Bundle bundle(m_sandbox.path(m_folder));
-    QVERIFY(!bundle.infoDictionary());
-    QVERIFY(!bundle.objectForInfoDictionaryKey(u"CFBundleName"_s).isValid());
-}
-
-void BundleTest::resourceIsFoundAtTheTop()
-{
-    write(u"Credits.rtf"_s, "x");
-    write(u"README"_s, "x");
-    const Bundle bundle(m_sandbox.path(m_folder));
-    QCOMPARE(bundle.pathForResource(u"Credits"_s, u"rtf"_s), m_sandbox.path(m_folder + u"/Credits.rtf"_s));
-    QCOMPARE(bundle.pathForResource(u"README"_s, u""_s), m_sandbox.path(m_folder + u"/README"_s));
-}
-
-void BundleTest::resourceIsFoundInTheLanguagesFolder()
-{
-    write(u"de.lproj/Credits.rtf"_s, "x");
-    Bundle bundle(m_sandbox.path(m_folder));
-    QVERIFY(!bundle.pathForResource(u"Credits"_s, u"rtf"_s));
-    bundle.setPreferredLocalizations({u"de_AT"_s});
-    QCOMPARE(bundle.pathForResource(u"Credits"_s, u"rtf"_s),
-             m_sandbox.path(m_folder + u"/de.lproj/Credits.rtf"_s));
-}
-
-void BundleTest::resourceAtTheTopComesFirst()
-{
-    write(u"Credits.rtf"_s, "x");
-    write(u"de.lproj/Credits.rtf"_s, "x");
-    Bundle bundle(m_sandbox.path(m_folder));
-    bundle.setPreferredLocalizations({u"de"_s});
-    QCOMPARE(bundle.pathForResource(u"Credits"_s, u"rtf"_s), m_sandbox.path(m_folder + u"/Credits.rtf"_s));
-}
-
-void BundleTest::missingResourceGivesNothing()
-{
-    write(u"Credits.rtf"_s, "x");
-    const Bundle bundle(m_sandbox.path(m_folder));
-    QVERIFY(!bundle.pathForResource(u"Credits"_s, u"txt"_s));
-    QVERIFY(!bundle.pathForResource(u"credits"_s, u"rtf"_s));
-    QVERIFY(!bundle.pathForResource(u""_s, u""_s));
-}
-
-void BundleTest::mainBundleMovesToAnotherFolder()
-{
-    write(u"Info.plist"_s, propertyList("<dict><key>Key</key><string>new</string></dict>"));
-    Bundle &bundle = Bundle::main();
-    Bundle::setMainFolder(m_sandbox.path(m_folder));
-    QCOMPARE(&Bundle::main(), &bundle);
-    QCOMPARE(bundle.folder(), m_sandbox.path(m_folder));
-    QCOMPARE(bundle.objectForInfoDictionaryKey(u"Key"_s), QVariant(u"new"_s));
-    Bundle::setMainFolder(m_sandbox.path(u"nothing here"_s));
-    QVERIFY(!bundle.objectForInfoDictionaryKey(u"Key"_s).isValid());
-}
-
-void BundleTest::anyThreadMayAsk()
-{
-    writeTable(u"de"_s, u"Save"_s, u"Sichern"_s);
-    write(u"Info.plist"_s, propertyList("<dict><key>Key</key><string>value</string></dict>"));
-    Bundle bundle(m_sandbox.path(m_folder));
-    bundle.setPreferredLocalizations({u"de"_s});
-    std::atomic<int> right = 0;
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int index = 0; index < 4; ++index) {
-        threads.emplace_back([&] {
-            const bool isText = bundle.localizedString(u"Save"_s) == u"Sichern";
-            const bool isInfo = bundle.objectForInfoDictionaryKey(u"Key"_s).toString() == u"value";
-            right += isText && isInfo && bundle.pathForResource(u"Info"_s, u"plist"_s) ? 1 : 0;
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    QCOMPARE(right.load(), 4);
 }
 
 PLOVENDIX_TEST(BundleTest)

@@ -13,16 +13,6 @@
 
 using namespace Qt::StringLiterals;
 
-class FatalFaultTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void writesTheMessageAndAborts();
-    void trapMakesItAnException();
-    void abortReturnsAfterTheTrap();
-};
-
 namespace
 {
 struct Death
@@ -58,34 +48,40 @@ Death dieOf(const QString &message)
 }
 } // namespace
 
-void FatalFaultTest::writesTheMessageAndAborts()
+class FatalFaultTest : public QObject
 {
-    const Death death = dieOf(u"The outlet “searchField” is missing"_s);
-    QCOMPARE(death.signal, SIGABRT);
-    QCOMPARE(death.lastWords.left(death.lastWords.indexOf('\n')),
-             QByteArray("Fatal fault: The outlet “searchField” is missing"));
-}
+    Q_OBJECT
 
-void FatalFaultTest::trapMakesItAnException()
-{
-    const FatalFaultTrap trap;
-    QString message;
-    try {
-        fatalFault(u"wrong class"_s);
-    } catch (const FatalFaultCaught &caught) {
-        message = caught.message;
+private Q_SLOTS:
+    void writesTheMessageAndAborts()
+    {
+        const Death death = dieOf(u"The outlet “searchField” is missing"_s);
+        QCOMPARE(death.signal, SIGABRT);
+        QCOMPARE(death.lastWords.left(death.lastWords.indexOf('\n')),
+                 QByteArray("Fatal fault: The outlet “searchField” is missing"));
     }
-    QCOMPARE(message, u"wrong class"_s);
-}
 
-void FatalFaultTest::abortReturnsAfterTheTrap()
-{
+    void trapMakesItAnException()
     {
         const FatalFaultTrap trap;
-        QVERIFY_EXCEPTION_THROWN(fatalFault(u"once"_s), FatalFaultCaught);
+        QString message;
+        try {
+            fatalFault(u"wrong class"_s);
+        } catch (const FatalFaultCaught &caught) {
+            message = caught.message;
+        }
+        QCOMPARE(message, u"wrong class"_s);
     }
-    QCOMPARE(dieOf(u"twice"_s).signal, SIGABRT);
-}
+
+    void abortReturnsAfterTheTrap()
+    {
+        {
+            const FatalFaultTrap trap;
+            QVERIFY_EXCEPTION_THROWN(fatalFault(u"once"_s), FatalFaultCaught);
+        }
+        QCOMPARE(dieOf(u"twice"_s).signal, SIGABRT);
+    }
+};
 
 PLOVENDIX_PLAIN_TEST(FatalFaultTest)
 #include "FatalFaultTest.moc"

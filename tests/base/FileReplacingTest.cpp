@@ -22,19 +22,140 @@ private Q_SLOTS:
     void init() { m_files.startAnew(); }
 
     void olderFileGives_data() { disks(); }
-    void olderFileGives();
+
+    void olderFileGives()
+    {
+        QFETCH(Disk, disk);
+        m_files.writeSource("new");
+        m_files.write(m_files.destination, "old");
+        const auto calls = m_files.callsFor(disk);
+        QVERIFY(replace(calls));
+        QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+        QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
+        QCOMPARE(calls->openDescriptors, 0);
+    }
+
     void placeMayBeFree_data() { disks(); }
-    void placeMayBeFree();
+
+    void placeMayBeFree()
+    {
+        QFETCH(Disk, disk);
+        m_files.writeSource("new");
+        QVERIFY(replace(m_files.callsFor(disk)));
+        QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+        QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
+    }
+
     void folderGoesToTheTrash_data() { disks(); }
-    void folderGoesToTheTrash();
+
+    void folderGoesToTheTrash()
+    {
+        QFETCH(Disk, disk);
+        const qsizetype before = trashed().size();
+        m_files.writeSource("new");
+        m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
+        QVERIFY(replace(m_files.callsFor(disk)));
+        QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+        QCOMPARE(trashed().size(), before + 1);
+        QCOMPARE(trashed().constLast(), QByteArray("precious"));
+    }
+
     void thereIsNoMomentWithNeither_data() { disks(); }
-    void thereIsNoMomentWithNeither();
-    void sourceStaysWhileTheNewNameIsNotOnTheDisk();
+
+    void thereIsNoMomentWithNeither()
+    {
+        QFETCH(Disk, disk);
+        m_files.writeSource("new");
+        const auto counting = m_files.callsFor(disk);
+        QVERIFY(replace(counting));
+        const qsizetype steps = counting->made.size();
+        int failures = 0;
+        for (int step = 1; step <= steps; ++step) {
+            m_files.writeSource("new");
+            m_files.write(m_files.destination, "old");
+            const auto calls = m_files.callsFor(disk);
+            calls->failingCall = step;
+            calls->failure = EIO;
+            const Result<void> result = replace(calls);
+            const QByteArray there = m_files.read(m_files.destination);
+            const QByteArray context = calls->made.value(step - 1).toLatin1() + ": " + there;
+            QVERIFY2(there == "old" || there == "new", context.constData());
+            QVERIFY2(there == (result ? "new" : "old"), context.constData());
+            QVERIFY2(result || m_files.read(m_files.source) == "new", context.constData());
+            QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+            QCOMPARE(calls->openDescriptors, 0);
+            failures += result ? 0 : 1;
+        }
+        QVERIFY(failures >= 1);
+    }
+
+    /// A power failure could bring back the older file, whose successor is the source alone then.
+    void sourceStaysWhileTheNewNameIsNotOnTheDisk()
+    {
+        m_files.writeSource("new");
+        m_files.write(m_files.destination, "old");
+        const auto counting = m_files.callsFor(Disk{true, true, true});
+        QVERIFY(replace(counting));
+        m_files.writeSource("new");
+        m_files.write(m_files.destination, "old");
+        const auto calls = m_files.callsFor(Disk{true, true, true});
+        calls->failingCall = static_cast<int>(counting->made.lastIndexOf(u"flush"_s)) + 1;
+        calls->failure = EIO;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is kept"_s));
+        QVERIFY(replace(calls));
+        QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
+        QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
+    }
+
     void folderStaysWhereItCannotBeTrashed_data() { disks(); }
-    void folderStaysWhereItCannotBeTrashed();
-    void folderStaysWhileTheFileCannotCome();
-    void missingSourceLeavesTheOlderFile();
-    void sourceOnItsOwnPlaceStays();
+
+    void folderStaysWhereItCannotBeTrashed()
+    {
+        QFETCH(Disk, disk);
+        m_files.writeSource("new");
+        m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
+        const auto calls = m_files.callsFor(disk);
+        calls->failingName = u"moveToTrash"_s;
+        calls->failure = EOPNOTSUPP;
+        const Result<void> result = replace(calls);
+        QVERIFY(!result);
+        QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
+        QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
+        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+    }
+
+    void folderStaysWhileTheFileCannotCome()
+    {
+        m_files.writeSource("new");
+        m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
+        const auto calls = m_files.callsFor(Disk{true, true, true});
+        calls->failingName = u"write"_s;
+        calls->failure = ENOSPC;
+        const Result<void> result = replace(calls);
+        QVERIFY(!result);
+        QCOMPARE(result.error().code, ENOSPC);
+        QVERIFY(!calls->made.contains(u"moveToTrash"_s));
+        QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
+    }
+
+    void missingSourceLeavesTheOlderFile()
+    {
+        m_files.write(m_files.destination, "old");
+        const Result<void> result = replace(m_files.callsFor(Disk{}));
+        QVERIFY(!result);
+        QCOMPARE(result.error().code, ENOENT);
+        QCOMPARE(m_files.read(m_files.destination), QByteArray("old"));
+    }
+
+    void sourceOnItsOwnPlaceStays()
+    {
+        m_files.writeSource("new");
+        m_files.destination = m_files.source;
+        QVERIFY(replace(m_files.callsFor(Disk{})));
+        QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
+    }
 
 private:
     void disks() const
@@ -61,132 +182,6 @@ private:
 
     MoveFixture m_files;
 };
-
-void FileReplacingTest::olderFileGives()
-{
-    QFETCH(Disk, disk);
-    m_files.writeSource("new");
-    m_files.write(m_files.destination, "old");
-    const auto calls = m_files.callsFor(disk);
-    QVERIFY(replace(calls));
-    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
-    QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
-    QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
-    QCOMPARE(calls->openDescriptors, 0);
-}
-
-void FileReplacingTest::placeMayBeFree()
-{
-    QFETCH(Disk, disk);
-    m_files.writeSource("new");
-    QVERIFY(replace(m_files.callsFor(disk)));
-    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
-    QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
-}
-
-void FileReplacingTest::folderGoesToTheTrash()
-{
-    QFETCH(Disk, disk);
-    const qsizetype before = trashed().size();
-    m_files.writeSource("new");
-    m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
-    QVERIFY(replace(m_files.callsFor(disk)));
-    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
-    QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
-    QCOMPARE(trashed().size(), before + 1);
-    QCOMPARE(trashed().constLast(), QByteArray("precious"));
-}
-
-void FileReplacingTest::thereIsNoMomentWithNeither()
-{
-    QFETCH(Disk, disk);
-    m_files.writeSource("new");
-    const auto counting = m_files.callsFor(disk);
-    QVERIFY(replace(counting));
-    const qsizetype steps = counting->made.size();
-    int failures = 0;
-    for (int step = 1; step <= steps; ++step) {
-        m_files.writeSource("new");
-        m_files.write(m_files.destination, "old");
-        const auto calls = m_files.callsFor(disk);
-        calls->failingCall = step;
-        calls->failure = EIO;
-        const Result<void> result = replace(calls);
-        const QByteArray there = m_files.read(m_files.destination);
-        const QByteArray context = calls->made.value(step - 1).toLatin1() + ": " + there;
-        QVERIFY2(there == "old" || there == "new", context.constData());
-        QVERIFY2(there == (result ? "new" : "old"), context.constData());
-        QVERIFY2(result || m_files.read(m_files.source) == "new", context.constData());
-        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
-        QCOMPARE(calls->openDescriptors, 0);
-        failures += result ? 0 : 1;
-    }
-    QVERIFY(failures >= 1);
-}
-
-/// A power failure could bring back the older file, whose successor is the source alone then.
-void FileReplacingTest::sourceStaysWhileTheNewNameIsNotOnTheDisk()
-{
-    m_files.writeSource("new");
-    m_files.write(m_files.destination, "old");
-    const auto counting = m_files.callsFor(Disk{true, true, true});
-    QVERIFY(replace(counting));
-    m_files.writeSource("new");
-    m_files.write(m_files.destination, "old");
-    const auto calls = m_files.callsFor(Disk{true, true, true});
-    calls->failingCall = static_cast<int>(counting->made.lastIndexOf(u"flush"_s)) + 1;
-    calls->failure = EIO;
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is kept"_s));
-    QVERIFY(replace(calls));
-    QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
-    QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
-}
-
-void FileReplacingTest::folderStaysWhereItCannotBeTrashed()
-{
-    QFETCH(Disk, disk);
-    m_files.writeSource("new");
-    m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
-    const auto calls = m_files.callsFor(disk);
-    calls->failingName = u"moveToTrash"_s;
-    calls->failure = EOPNOTSUPP;
-    const Result<void> result = replace(calls);
-    QVERIFY(!result);
-    QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
-    QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
-    QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
-}
-
-void FileReplacingTest::folderStaysWhileTheFileCannotCome()
-{
-    m_files.writeSource("new");
-    m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
-    const auto calls = m_files.callsFor(Disk{true, true, true});
-    calls->failingName = u"write"_s;
-    calls->failure = ENOSPC;
-    const Result<void> result = replace(calls);
-    QVERIFY(!result);
-    QCOMPARE(result.error().code, ENOSPC);
-    QVERIFY(!calls->made.contains(u"moveToTrash"_s));
-    QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
-}
-
-void FileReplacingTest::missingSourceLeavesTheOlderFile()
-{
-    m_files.write(m_files.destination, "old");
-    const Result<void> result = replace(m_files.callsFor(Disk{}));
-    QVERIFY(!result);
-    QCOMPARE(result.error().code, ENOENT);
-    QCOMPARE(m_files.read(m_files.destination), QByteArray("old"));
-}
-
-void FileReplacingTest::sourceOnItsOwnPlaceStays()
-{
-    m_files.writeSource("new");
-    m_files.destination = m_files.source;
-    QVERIFY(replace(m_files.callsFor(Disk{})));
-    QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
-}
 
 PLOVENDIX_TEST(FileReplacingTest)
 #include "FileReplacingTest.moc"

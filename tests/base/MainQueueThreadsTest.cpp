@@ -11,26 +11,6 @@
 
 using namespace std::chrono_literals;
 
-/// Many threads and one queue; worth most under the thread sanitizer.
-class MainQueueThreadsTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void cleanup();
-
-    void blocksOfEachThreadKeepTheirOrder();
-    void everyBlockRunsOnTheMainThread();
-    void twoBlocksOfOneCompletionStayNeighboursInOrder();
-    void delayedBlocksOfManyThreadsAllRun();
-    void whatABlockHoldsIsReleasedOnTheMainThread();
-    void workersMayQueueWhileBlocksAreForgotten();
-    void mainThreadIsKnown();
-
-private:
-    MainQueue &m_queue = MainQueue::shared();
-};
-
 namespace
 {
 constexpr int Workers = 8;
@@ -58,119 +38,129 @@ private:
 };
 } // namespace
 
-void MainQueueThreadsTest::cleanup()
+/// Many threads and one queue; worth most under the thread sanitizer.
+class MainQueueThreadsTest : public QObject
 {
-    m_queue.useSystemClock();
-    m_queue.clear();
-}
+    Q_OBJECT
 
-void MainQueueThreadsTest::blocksOfEachThreadKeepTheirOrder()
-{
-    std::vector<QList<int>> seen(Workers);
-    int total = 0;
+private Q_SLOTS:
+    void cleanup()
     {
-        const Crew crew([&](int worker) {
-            for (int number = 0; number < BlocksEach; ++number) {
-                m_queue.async([&seen, &total, worker, number] {
-                    seen[static_cast<std::size_t>(worker)] += number;
-                    ++total;
-                });
-            }
-        });
-        QTRY_COMPARE(total, Workers * BlocksEach);
+        m_queue.useSystemClock();
+        m_queue.clear();
     }
-    for (const QList<int> &numbers : seen) {
-        QCOMPARE(numbers.size(), BlocksEach);
-        QVERIFY(std::is_sorted(numbers.begin(), numbers.end()));
-    }
-}
 
-void MainQueueThreadsTest::everyBlockRunsOnTheMainThread()
-{
-    int right = 0;
-    int total = 0;
-    const Crew crew([&](int) {
-        m_queue.async([&] {
-            ++total;
-            right += QThread::currentThread() == qApp->thread() ? 1 : 0;
-        });
-    });
-    QTRY_COMPARE(total, Workers);
-    QCOMPARE(right, Workers);
-}
-
-void MainQueueThreadsTest::twoBlocksOfOneCompletionStayNeighboursInOrder()
-{
-    std::vector<int> step(Workers, 0);
-    bool inOrder = true;
-    int finished = 0;
-    const Crew crew([&](int worker) {
-        const auto index = static_cast<std::size_t>(worker);
-        m_queue.async([&step, index] { step[index] = 1; });
-        m_queue.async([&step, &inOrder, &finished, index] {
-            inOrder = inOrder && step[index] == 1;
-            ++finished;
-        });
-    });
-    QTRY_COMPARE(finished, Workers);
-    QVERIFY(inOrder);
-}
-
-void MainQueueThreadsTest::delayedBlocksOfManyThreadsAllRun()
-{
-    int total = 0;
-    const Crew crew([&](int worker) {
-        for (int number = 0; number < 20; ++number)
-            m_queue.asyncAfter(std::chrono::milliseconds(worker + number), [&total] { ++total; });
-    });
-    QTRY_COMPARE(total, Workers * 20);
-}
-
-void MainQueueThreadsTest::whatABlockHoldsIsReleasedOnTheMainThread()
-{
-    std::atomic<int> releasedElsewhere = 0;
-    std::atomic<int> released = 0;
-    const auto release = [&](const int *value) {
-        delete value;
-        if (!MainQueue::isMainThread())
-            ++releasedElsewhere;
-        ++released;
-    };
-    const Crew crew([&](int worker) {
-        m_queue.async([held = std::shared_ptr<int>(new int(worker), release)] { *held += 1; });
-    });
-    QTRY_COMPARE(released.load(), Workers);
-    QCOMPARE(releasedElsewhere.load(), 0);
-}
-
-void MainQueueThreadsTest::workersMayQueueWhileBlocksAreForgotten()
-{
-    std::atomic<int> queued = 0;
-    int ran = 0;
+    void blocksOfEachThreadKeepTheirOrder()
     {
+        std::vector<QList<int>> seen(Workers);
+        int total = 0;
+        {
+            const Crew crew([&](int worker) {
+                for (int number = 0; number < BlocksEach; ++number) {
+                    m_queue.async([&seen, &total, worker, number] {
+                        seen[static_cast<std::size_t>(worker)] += number;
+                        ++total;
+                    });
+                }
+            });
+            QTRY_COMPARE(total, Workers * BlocksEach);
+        }
+        for (const QList<int> &numbers : seen) {
+            QCOMPARE(numbers.size(), BlocksEach);
+            QVERIFY(std::is_sorted(numbers.begin(), numbers.end()));
+        }
+    }
+
+    void everyBlockRunsOnTheMainThread()
+    {
+        int right = 0;
+        int total = 0;
         const Crew crew([&](int) {
-            for (int number = 0; number < BlocksEach; ++number) {
-                m_queue.async([&ran] { ++ran; });
-                ++queued;
-            }
+            m_queue.async([&] {
+                ++total;
+                right += QThread::currentThread() == qApp->thread() ? 1 : 0;
+            });
         });
-        while (queued.load() < Workers * BlocksEach)
-            m_queue.clear();
+        QTRY_COMPARE(total, Workers);
+        QCOMPARE(right, Workers);
     }
-    m_queue.runUntilIdle();
-    QVERIFY(ran <= Workers * BlocksEach);
-    bool isAlive = false;
-    m_queue.async([&] { isAlive = true; });
-    QTRY_VERIFY(isAlive);
-}
 
-void MainQueueThreadsTest::mainThreadIsKnown()
-{
-    QVERIFY(MainQueue::isMainThread());
-    std::atomic<bool> elsewhere = true;
-    std::thread([&] { elsewhere = MainQueue::isMainThread(); }).join();
-    QVERIFY(!elsewhere.load());
-}
+    void twoBlocksOfOneCompletionStayNeighboursInOrder()
+    {
+        std::vector<int> step(Workers, 0);
+        bool inOrder = true;
+        int finished = 0;
+        const Crew crew([&](int worker) {
+            const auto index = static_cast<std::size_t>(worker);
+            m_queue.async([&step, index] { step[index] = 1; });
+            m_queue.async([&step, &inOrder, &finished, index] {
+                inOrder = inOrder && step[index] == 1;
+                ++finished;
+            });
+        });
+        QTRY_COMPARE(finished, Workers);
+        QVERIFY(inOrder);
+    }
+
+    void delayedBlocksOfManyThreadsAllRun()
+    {
+        int total = 0;
+        const Crew crew([&](int worker) {
+            for (int number = 0; number < 20; ++number)
+                m_queue.asyncAfter(std::chrono::milliseconds(worker + number), [&total] { ++total; });
+        });
+        QTRY_COMPARE(total, Workers * 20);
+    }
+
+    void whatABlockHoldsIsReleasedOnTheMainThread()
+    {
+        std::atomic<int> releasedElsewhere = 0;
+        std::atomic<int> released = 0;
+        const auto release = [&](const int *value) {
+            delete value;
+            if (!MainQueue::isMainThread())
+                ++releasedElsewhere;
+            ++released;
+        };
+        const Crew crew([&](int worker) {
+            m_queue.async([held = std::shared_ptr<int>(new int(worker), release)] { *held += 1; });
+        });
+        QTRY_COMPARE(released.load(), Workers);
+        QCOMPARE(releasedElsewhere.load(), 0);
+    }
+
+    void workersMayQueueWhileBlocksAreForgotten()
+    {
+        std::atomic<int> queued = 0;
+        int ran = 0;
+        {
+            const Crew crew([&](int) {
+                for (int number = 0; number < BlocksEach; ++number) {
+                    m_queue.async([&ran] { ++ran; });
+                    ++queued;
+                }
+            });
+            while (queued.load() < Workers * BlocksEach)
+                m_queue.clear();
+        }
+        m_queue.runUntilIdle();
+        QVERIFY(ran <= Workers * BlocksEach);
+        bool isAlive = false;
+        m_queue.async([&] { isAlive = true; });
+        QTRY_VERIFY(isAlive);
+    }
+
+    void mainThreadIsKnown()
+    {
+        QVERIFY(MainQueue::isMainThread());
+        std::atomic<bool> elsewhere = true;
+        std::thread([&] { elsewhere = MainQueue::isMainThread(); }).join();
+        QVERIFY(!elsewhere.load());
+    }
+
+private:
+    MainQueue &m_queue = MainQueue::shared();
+};
 
 PLOVENDIX_TEST(MainQueueThreadsTest)
 #include "MainQueueThreadsTest.moc"

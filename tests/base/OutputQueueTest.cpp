@@ -14,18 +14,6 @@
 
 using namespace Qt::StringLiterals;
 
-/// What is still queued while the reader takes a little at a time.
-class OutputQueueTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase() { ignoreBrokenPipes(); }
-
-    void everyPageThatIsTakenLeavesTheQueue();
-    void linesOfAProgramThatEndsReachASlowReader();
-};
-
 namespace
 {
 constexpr int PageBytes = 4096;
@@ -67,50 +55,60 @@ QString line(int number)
 }
 } // namespace
 
-void OutputQueueTest::everyPageThatIsTakenLeavesTheQueue()
+/// What is still queued while the reader takes a little at a time.
+class OutputQueueTest : public QObject
 {
-    constexpr int Pages = 32;
-    const SmallPipe pipe;
-    // Its thread waits in a write for as long as the process lives, and so does the queue.
-    static OutputQueue *const queue = new OutputQueue(pipe.writer);
-    queue->write(QByteArray(Pages * PageBytes, 'x'));
-    for (int page = 1; page < Pages - 1; ++page) {
-        QTRY_VERIFY(pipe.isFull());
-        QCOMPARE(queue->waitingBytes(), (Pages - page) * PageBytes);
-        QCOMPARE(pipe.takePage(), QByteArray(PageBytes, 'x'));
-        QTRY_COMPARE(queue->waitingBytes(), (Pages - page - 1) * PageBytes);
-    }
-}
+    Q_OBJECT
 
-/// The program has printed everything, and ends, before the reader takes the first of many pages.
-void OutputQueueTest::linesOfAProgramThatEndsReachASlowReader()
-{
-    constexpr int Lines = 3000; // of a hundred bytes each
-    const SmallPipe pipe;
-    const SmallPipe hasPrinted;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        std::atexit([] { ::_exit(0); }); // after the queue, before what judges the threads that a fork lacks
-        ::dup2(pipe.writer, STDOUT_FILENO);
-        for (int number = 0; number < Lines; ++number)
-            printLine(line(number));
-        ::close(hasPrinted.writer);
-        std::exit(0);
+private Q_SLOTS:
+    void initTestCase() { ignoreBrokenPipes(); }
+
+    void everyPageThatIsTakenLeavesTheQueue()
+    {
+        constexpr int Pages = 32;
+        const SmallPipe pipe;
+        // Its thread waits in a write for as long as the process lives, and so does the queue.
+        static OutputQueue *const queue = new OutputQueue(pipe.writer);
+        queue->write(QByteArray(Pages * PageBytes, 'x'));
+        for (int page = 1; page < Pages - 1; ++page) {
+            QTRY_VERIFY(pipe.isFull());
+            QCOMPARE(queue->waitingBytes(), (Pages - page) * PageBytes);
+            QCOMPARE(pipe.takePage(), QByteArray(PageBytes, 'x'));
+            QTRY_COMPARE(queue->waitingBytes(), (Pages - page - 1) * PageBytes);
+        }
     }
-    ::close(pipe.writer);
-    ::close(hasPrinted.writer);
-    QCOMPARE(hasPrinted.takePage(), QByteArray());
-    QByteArray text;
-    for (QByteArray page = pipe.takePage(); !page.isEmpty(); page = pipe.takePage())
-        text += page;
-    int status = -1;
-    QCOMPARE(::waitpid(child, &status, 0), child);
-    QCOMPARE(status, 0);
-    const QByteArrayList lines = text.split('\n');
-    QCOMPARE(lines.size(), Lines + 1);
-    for (int number = 0; number < Lines; ++number)
-        QCOMPARE(lines.at(number), line(number).toUtf8());
-}
+
+    /// The program has printed everything, and ends, before the reader takes the first of many pages.
+    void linesOfAProgramThatEndsReachASlowReader()
+    {
+        constexpr int Lines = 3000; // of a hundred bytes each
+        const SmallPipe pipe;
+        const SmallPipe hasPrinted;
+        const pid_t child = ::fork();
+        if (child == 0) {
+            std::atexit(
+                [] { ::_exit(0); }); // after the queue, before what judges the threads that a fork lacks
+            ::dup2(pipe.writer, STDOUT_FILENO);
+            for (int number = 0; number < Lines; ++number)
+                printLine(line(number));
+            ::close(hasPrinted.writer);
+            std::exit(0);
+        }
+        ::close(pipe.writer);
+        ::close(hasPrinted.writer);
+        QCOMPARE(hasPrinted.takePage(), QByteArray());
+        QByteArray text;
+        for (QByteArray page = pipe.takePage(); !page.isEmpty(); page = pipe.takePage())
+            text += page;
+        int status = -1;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QCOMPARE(status, 0);
+        const QByteArrayList lines = text.split('\n');
+        QCOMPARE(lines.size(), Lines + 1);
+        for (int number = 0; number < Lines; ++number)
+            QCOMPARE(lines.at(number), line(number).toUtf8());
+    }
+};
 
 PLOVENDIX_PLAIN_TEST(OutputQueueTest)
 #include "OutputQueueTest.moc"

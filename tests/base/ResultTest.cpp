@@ -12,55 +12,49 @@ class ResultTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void valueIsAValue();
-    void errorIsAnError();
-    void readingTheOtherSideIsAFault();
-    void valueThatCannotBeCopiedIsMovedOut();
-    void successWithoutAValue();
+    void valueIsAValue()
+    {
+        const Result<int> result(7);
+        QVERIFY(result);
+        QVERIFY(result.hasValue());
+        QCOMPARE(*result, 7);
+    }
+
+    void errorIsAnError()
+    {
+        const Result<int> result(Error{u"Domain"_s, 5, u"It did not work."_s});
+        QVERIFY(!result);
+        QCOMPARE(result.error().domain, u"Domain"_s);
+        QCOMPARE(result.error().code, 5);
+        QCOMPARE(result.error().localizedDescription, u"It did not work."_s);
+        QCOMPARE(result.error().detail, QString());
+    }
+
+    void readingTheOtherSideIsAFault()
+    {
+        const Result<int> failed(Error{});
+        QVERIFY_EXCEPTION_THROWN(failed.value(), std::bad_variant_access);
+        const Result<int> worked(1);
+        QVERIFY_EXCEPTION_THROWN(worked.error(), std::bad_variant_access);
+    }
+
+    void valueThatCannotBeCopiedIsMovedOut()
+    {
+        Result<std::unique_ptr<int>> result(std::make_unique<int>(3));
+        const std::unique_ptr<int> taken = std::move(result).value();
+        QCOMPARE(*taken, 3);
+    }
+
+    void successWithoutAValue()
+    {
+        const Result<void> worked;
+        QVERIFY(worked);
+        QVERIFY_EXCEPTION_THROWN(worked.error(), std::bad_variant_access);
+        const Result<void> failed(Error{u"Domain"_s, 1, u"No."_s});
+        QVERIFY(!failed);
+        QCOMPARE(failed.error().code, 1);
+    }
 };
-
-void ResultTest::valueIsAValue()
-{
-    const Result<int> result(7);
-    QVERIFY(result);
-    QVERIFY(result.hasValue());
-    QCOMPARE(*result, 7);
-}
-
-void ResultTest::errorIsAnError()
-{
-    const Result<int> result(Error{u"Domain"_s, 5, u"It did not work."_s});
-    QVERIFY(!result);
-    QCOMPARE(result.error().domain, u"Domain"_s);
-    QCOMPARE(result.error().code, 5);
-    QCOMPARE(result.error().localizedDescription, u"It did not work."_s);
-    QCOMPARE(result.error().detail, QString());
-}
-
-void ResultTest::readingTheOtherSideIsAFault()
-{
-    const Result<int> failed(Error{});
-    QVERIFY_EXCEPTION_THROWN(failed.value(), std::bad_variant_access);
-    const Result<int> worked(1);
-    QVERIFY_EXCEPTION_THROWN(worked.error(), std::bad_variant_access);
-}
-
-void ResultTest::valueThatCannotBeCopiedIsMovedOut()
-{
-    Result<std::unique_ptr<int>> result(std::make_unique<int>(3));
-    const std::unique_ptr<int> taken = std::move(result).value();
-    QCOMPARE(*taken, 3);
-}
-
-void ResultTest::successWithoutAValue()
-{
-    const Result<void> worked;
-    QVERIFY(worked);
-    QVERIFY_EXCEPTION_THROWN(worked.error(), std::bad_variant_access);
-    const Result<void> failed(Error{u"Domain"_s, 1, u"No."_s});
-    QVERIFY(!failed);
-    QCOMPARE(failed.error().code, 1);
-}
 
 PLOVENDIX_PLAIN_TEST(ResultTest)
 #include "ResultTest.moc"

@@ -18,23 +18,6 @@
 
 using namespace Qt::StringLiterals;
 
-class StandardOutputTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void lineIsThereAsSoonAsItIsPrinted();
-    void textIsWrittenAsUtf8();
-    void lineBreaksInsideBecomeSpaces();
-    void linesOfManyThreadsNeverMix();
-    void observerSeesEveryLineUntilItIsRemoved();
-    void controlCharactersAreLeftOut();
-    void fullPipeDoesNotBlock();
-    void whatAReaderNeverTakesIsBounded();
-    void brokenPipeDropsTheLines();
-    void fullSocketDoesNotBlock();
-};
-
 namespace
 {
 /// Sends standard output to a file for one scope.
@@ -130,141 +113,147 @@ QString numbered(int number)
 }
 } // namespace
 
-void StandardOutputTest::lineIsThereAsSoonAsItIsPrinted()
+class StandardOutputTest : public QObject
 {
-    QByteArray written;
-    {
-        const Capture capture;
-        printLine(u"No window open?"_s);
-        written = capture.written();
-    }
-    QCOMPARE(written, QByteArray("No window open?\n"));
-}
+    Q_OBJECT
 
-void StandardOutputTest::textIsWrittenAsUtf8()
-{
-    QByteArray written;
+private Q_SLOTS:
+    void lineIsThereAsSoonAsItIsPrinted()
     {
-        const Capture capture;
-        printLine(u"Größe 映画"_s);
-        written = capture.written();
-    }
-    QCOMPARE(written, QByteArray("Größe 映画\n"));
-}
-
-void StandardOutputTest::lineBreaksInsideBecomeSpaces()
-{
-    QByteArray written;
-    {
-        const Capture capture;
-        printLine(u"Error: first\nsecond\r\nthird"_s);
-        written = capture.written();
-    }
-    QCOMPARE(written, QByteArray("Error: first second  third\n"));
-}
-
-void StandardOutputTest::linesOfManyThreadsNeverMix()
-{
-    constexpr int Threads = 6;
-    constexpr int LinesEach = 100;
-    QByteArray written;
-    {
-        const Capture capture;
-        std::vector<std::thread> threads;
-        for (int index = 0; index < Threads; ++index) {
-            threads.emplace_back([index] {
-                for (int line = 0; line < LinesEach; ++line)
-                    printLine(QString(200, QChar(u'a' + index)));
-            });
+        QByteArray written;
+        {
+            const Capture capture;
+            printLine(u"No window open?"_s);
+            written = capture.written();
         }
-        for (std::thread &thread : threads)
-            thread.join();
-        written = capture.written();
+        QCOMPARE(written, QByteArray("No window open?\n"));
     }
-    const QList<QByteArray> lines = written.trimmed().split('\n');
-    QCOMPARE(lines.size(), Threads * LinesEach);
-    for (const QByteArray &line : lines)
-        QCOMPARE(line, QByteArray(200, line.at(0)));
-}
 
-void StandardOutputTest::observerSeesEveryLineUntilItIsRemoved()
-{
-    QStringList seen;
+    void textIsWrittenAsUtf8()
     {
-        const Capture capture;
-        setPrintedLineObserver([&seen](const QString &line) { seen += line; });
-        printLine(u"one"_s);
-        printLine(u"two\nlines"_s);
-        setPrintedLineObserver({});
-        printLine(u"three"_s);
+        QByteArray written;
+        {
+            const Capture capture;
+            printLine(u"Größe 映画"_s);
+            written = capture.written();
+        }
+        QCOMPARE(written, QByteArray("Größe 映画\n"));
     }
-    QCOMPARE(seen, (QStringList{u"one"_s, u"two lines"_s}));
-}
 
-void StandardOutputTest::controlCharactersAreLeftOut()
-{
-    QByteArray written;
+    void lineBreaksInsideBecomeSpaces()
     {
-        const Capture capture;
-        printLine(u"Error: \u001b[2J\u0007\u202etxt"_s);
-        written = capture.written();
+        QByteArray written;
+        {
+            const Capture capture;
+            printLine(u"Error: first\nsecond\r\nthird"_s);
+            written = capture.written();
+        }
+        QCOMPARE(written, QByteArray("Error: first second  third\n"));
     }
-    QCOMPARE(written, QByteArray("Error: [2Jtxt\n"));
-}
 
-void StandardOutputTest::fullPipeDoesNotBlock()
-{
-    constexpr int Lines = 5000; // a pipe holds about 300 of them
-    Piped piped;
-    for (int number = 0; number < Lines; ++number)
-        printLine(numbered(number));
-    printLine(u"end"_s);
-    const QByteArrayList lines = piped.readUntil("\nend\n").split('\n');
-    QCOMPARE(lines.size(), Lines + 2);
-    for (int number = 0; number < Lines; ++number)
-        QCOMPARE(lines.at(number), numbered(number).toUtf8());
-}
-
-void StandardOutputTest::whatAReaderNeverTakesIsBounded()
-{
-    constexpr int Lines = 30'000; // six million bytes
-    Piped piped;
-    for (int number = 0; number < Lines; ++number)
-        printLine(numbered(number));
-    QByteArray text = piped.readUntil({}, 4'000'000);
-    printLine(u"end"_s); // there is room again
-    text += piped.readUntil("end\n");
-    const QByteArrayList lines = text.trimmed().split('\n');
-    QVERIFY(lines.size() > 20'000 && lines.size() < 21'000);
-    for (int number = 0; number < 20'000; ++number)
-        QCOMPARE(lines.at(number), numbered(number).toUtf8());
-    QCOMPARE(lines.constLast(), QByteArray("end"));
-}
-
-void StandardOutputTest::brokenPipeDropsTheLines()
-{
-    std::signal(SIGPIPE, SIG_DFL);
-    ignoreBrokenPipes();
+    void linesOfManyThreadsNeverMix()
     {
+        constexpr int Threads = 6;
+        constexpr int LinesEach = 100;
+        QByteArray written;
+        {
+            const Capture capture;
+            std::vector<std::thread> threads;
+            for (int index = 0; index < Threads; ++index) {
+                threads.emplace_back([index] {
+                    for (int line = 0; line < LinesEach; ++line)
+                        printLine(QString(200, QChar(u'a' + index)));
+                });
+            }
+            for (std::thread &thread : threads)
+                thread.join();
+            written = capture.written();
+        }
+        const QList<QByteArray> lines = written.trimmed().split('\n');
+        QCOMPARE(lines.size(), Threads * LinesEach);
+        for (const QByteArray &line : lines)
+            QCOMPARE(line, QByteArray(200, line.at(0)));
+    }
+
+    void observerSeesEveryLineUntilItIsRemoved()
+    {
+        QStringList seen;
+        {
+            const Capture capture;
+            setPrintedLineObserver([&seen](const QString &line) { seen += line; });
+            printLine(u"one"_s);
+            printLine(u"two\nlines"_s);
+            setPrintedLineObserver({});
+            printLine(u"three"_s);
+        }
+        QCOMPARE(seen, (QStringList{u"one"_s, u"two lines"_s}));
+    }
+
+    void controlCharactersAreLeftOut()
+    {
+        QByteArray written;
+        {
+            const Capture capture;
+            printLine(u"Error: \u001b[2J\u0007\u202etxt"_s);
+            written = capture.written();
+        }
+        QCOMPARE(written, QByteArray("Error: [2Jtxt\n"));
+    }
+
+    void fullPipeDoesNotBlock()
+    {
+        constexpr int Lines = 5000; // a pipe holds about 300 of them
         Piped piped;
-        piped.closeReader();
-        printLine(u"nobody reads this"_s);
+        for (int number = 0; number < Lines; ++number)
+            printLine(numbered(number));
+        printLine(u"end"_s);
+        const QByteArrayList lines = piped.readUntil("\nend\n").split('\n');
+        QCOMPARE(lines.size(), Lines + 2);
+        for (int number = 0; number < Lines; ++number)
+            QCOMPARE(lines.at(number), numbered(number).toUtf8());
     }
-    Piped again;
-    printLine(u"first"_s);
-    printLine(u"second"_s);
-    QCOMPARE(again.readUntil("second\n"), QByteArray("first\nsecond\n"));
-}
 
-void StandardOutputTest::fullSocketDoesNotBlock()
-{
-    constexpr int Lines = 5000;
-    Piped piped(Piped::Kind::Sockets);
-    for (int number = 0; number < Lines; ++number)
-        printLine(numbered(number));
-    printLine(u"end"_s);
-    QCOMPARE(piped.readUntil("\nend\n").count('\n'), Lines + 1);
-}
+    void whatAReaderNeverTakesIsBounded()
+    {
+        constexpr int Lines = 30'000; // six million bytes
+        Piped piped;
+        for (int number = 0; number < Lines; ++number)
+            printLine(numbered(number));
+        QByteArray text = piped.readUntil({}, 4'000'000);
+        printLine(u"end"_s); // there is room again
+        text += piped.readUntil("end\n");
+        const QByteArrayList lines = text.trimmed().split('\n');
+        QVERIFY(lines.size() > 20'000 && lines.size() < 21'000);
+        for (int number = 0; number < 20'000; ++number)
+            QCOMPARE(lines.at(number), numbered(number).toUtf8());
+        QCOMPARE(lines.constLast(), QByteArray("end"));
+    }
+
+    void brokenPipeDropsTheLines()
+    {
+        std::signal(SIGPIPE, SIG_DFL);
+        ignoreBrokenPipes();
+        {
+            Piped piped;
+            piped.closeReader();
+            printLine(u"nobody reads this"_s);
+        }
+        Piped again;
+        printLine(u"first"_s);
+        printLine(u"second"_s);
+        QCOMPARE(again.readUntil("second\n"), QByteArray("first\nsecond\n"));
+    }
+
+    void fullSocketDoesNotBlock()
+    {
+        constexpr int Lines = 5000;
+        Piped piped(Piped::Kind::Sockets);
+        for (int number = 0; number < Lines; ++number)
+            printLine(numbered(number));
+        printLine(u"end"_s);
+        QCOMPARE(piped.readUntil("\nend\n").count('\n'), Lines + 1);
+    }
+};
 
 PLOVENDIX_PLAIN_TEST(StandardOutputTest)
 #include "StandardOutputTest.moc"

@@ -16,258 +16,236 @@ class UserDefaultsDamageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        m_folder = u"damage-%1"_s.arg(++m_number);
+        m_path = m_sandbox.path(m_folder + u"/Plovendix.conf"_s);
+    }
 
-    void damagedFileIsKeptAside_data();
-    void damagedFileIsKeptAside();
-    void damagedFileStaysWhileNothingIsWritten();
-    void everyDamagedFileGetsANameOfItsOwn();
-    void repairedFileIsReadAgain();
-    void valuesKnownBeforeTheDamageAreWrittenAgain();
-    void folderInTheFilesPlaceIsKeptAside();
-    void tooLargeAFileIsKeptAside();
+    void damagedFileIsKeptAside_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("binary") << QByteArray("\x7f\x45\x4c\x46\x00\x01\xff", 7);
+        QTest::newRow("half-written") << QByteArray("[General]\nlanguageCode=de\nSUEna");
+        QTest::newRow("zeros") << QByteArray(512, '\0');
+        QTest::newRow("another format") << QByteArray("<plist/>");
+    }
 
-    void valuesHoldWhereTheFolderCannotBeMade();
-    void valuesAreWrittenOnceThePlaceCanBe();
-    void removalHoldsWhereNothingCanBeWritten();
-    void linkToTheFileStaysALink();
-    void noOtherFileIsLeftBehind();
+    void damagedFileIsKeptAside()
+    {
+        QFETCH(QByteArray, content);
+        write(content);
+        UserDefaults defaults(m_path);
+        QCOMPARE(defaults.languageCode(), u"en"_s);
+        defaults.setObject(u"languageCode"_s, u"fr"_s);
+        QCOMPARE(filesBeside(), (QStringList{u"Plovendix.conf"_s, u"Plovendix.conf.damaged-1"_s}));
+        QCOMPARE(read(m_path + u".damaged-1"_s), content);
+        QCOMPARE(UserDefaults(m_path).languageCode(), u"fr"_s);
+    }
+
+    void damagedFileStaysWhileNothingIsWritten()
+    {
+        write("junk");
+        {
+            UserDefaults defaults(m_path);
+            defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
+            defaults.synchronize();
+            QCOMPARE(defaults.languageCode(), u"de"_s);
+        }
+        QCOMPARE(filesBeside(), QStringList{u"Plovendix.conf"_s});
+        QCOMPARE(read(m_path), QByteArray("junk"));
+    }
+
+    void everyDamagedFileGetsANameOfItsOwn()
+    {
+        for (const char *content : {"first", "second"}) {
+            write(content);
+            UserDefaults(m_path).setObject(u"key"_s, 1);
+        }
+        QCOMPARE(read(m_path + u".damaged-1"_s), QByteArray("first"));
+        QCOMPARE(read(m_path + u".damaged-2"_s), QByteArray("second"));
+    }
+
+    void repairedFileIsReadAgain()
+    {
+        write("junk");
+        UserDefaults defaults(m_path);
+        write("[General]\nlanguageCode=de\n");
+        defaults.synchronize();
+        QCOMPARE(defaults.languageCode(), u"de"_s);
+    }
+
+    void valuesKnownBeforeTheDamageAreWrittenAgain()
+    {
+        write("[General]\nlanguageCode=de\n");
+        UserDefaults defaults(m_path);
+        int calls = 0;
+        const auto observation = defaults.observe(u"languageCode"_s, [&](const QVariant &) { ++calls; });
+        write("[General]\nlanguag");
+        defaults.synchronize();
+        QCOMPARE(defaults.languageCode(), u"de"_s);
+        defaults.setObject(u"key"_s, 1);
+        QCOMPARE(UserDefaults(m_path).languageCode(), u"de"_s);
+        QCOMPARE(UserDefaults(m_path).integer(u"key"_s), 1);
+        QCOMPARE(read(m_path + u".damaged-1"_s), QByteArray("[General]\nlanguag"));
+        QCOMPARE(calls, 0);
+    }
+
+    void folderInTheFilesPlaceIsKeptAside()
+    {
+        QVERIFY(QDir().mkpath(m_path + u"/inner"_s));
+        UserDefaults defaults(m_path);
+        defaults.setObject(u"key"_s, 1);
+        QCOMPARE(UserDefaults(m_path).integer(u"key"_s), 1);
+        QVERIFY(QFileInfo(m_path + u".damaged-1/inner"_s).isDir());
+    }
+
+    void tooLargeAFileIsKeptAside()
+    {
+        const QByteArray content = "[General]\n#" + QByteArray(2 * 1024 * 1024, 'x') + "\nlanguageCode=de\n";
+        write(content);
+        UserDefaults defaults(m_path);
+        QCOMPARE(defaults.languageCode(), u"en"_s);
+        defaults.setObject(u"key"_s, 1);
+        QCOMPARE(read(m_path + u".damaged-1"_s), content);
+    }
+
+    void valuesHoldWhereTheFolderCannotBeMade()
+    {
+        // A file where the folder should be: nobody, root included, can write there.
+        m_sandbox.writeFile(m_folder, "in the way");
+        UserDefaults defaults(m_path);
+        QVariantList seen;
+        const auto observation =
+            defaults.observe(u"languageCode"_s, [&](const QVariant &value) { seen += value; });
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        defaults.setObject(u"other"_s, 1);
+        defaults.synchronize();
+        QCOMPARE(defaults.languageCode(), u"de"_s);
+        QCOMPARE(defaults.integer(u"other"_s), 1);
+        QCOMPARE(seen, QVariantList{u"de"_s});
+        QCOMPARE(read(m_sandbox.path(m_folder)), QByteArray("in the way"));
+    }
+
+    void valuesAreWrittenOnceThePlaceCanBe()
+    {
+        const QString obstacle = m_sandbox.writeFile(m_folder, "in the way");
+        UserDefaults defaults(m_path);
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        QVERIFY(QFile::remove(obstacle));
+        write("[General]\nlanguageCode=fr\nother=1\n");
+        defaults.synchronize();
+        const UserDefaults again(m_path);
+        QCOMPARE(again.languageCode(), u"de"_s);
+        QCOMPARE(again.integer(u"other"_s), 1);
+    }
+
+    void removalHoldsWhereNothingCanBeWritten()
+    {
+        const QString obstacle = m_sandbox.writeFile(m_folder, "in the way");
+        UserDefaults defaults(m_path);
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        defaults.removeObject(u"languageCode"_s);
+        QVERIFY(!defaults.object(u"languageCode"_s).isValid());
+        QVERIFY(QFile::remove(obstacle));
+        write("[General]\nlanguageCode=fr\n");
+        defaults.synchronize();
+        QVERIFY(!defaults.object(u"languageCode"_s).isValid());
+        QVERIFY(!UserDefaults(m_path).object(u"languageCode"_s).isValid());
+    }
+
+    void linkToTheFileStaysALink()
+    {
+        const QString real =
+            m_sandbox.writeFile(m_folder + u"/elsewhere/mine.conf"_s, "[General]\nlanguageCode=de\n");
+        QVERIFY(QFile::link(real, m_path));
+        UserDefaults defaults(m_path);
+        QCOMPARE(defaults.languageCode(), u"de"_s);
+        defaults.setObject(u"languageCode"_s, u"fr"_s);
+        QVERIFY(QFileInfo(m_path).isSymLink());
+        QVERIFY(read(real).contains("languageCode=fr"));
+    }
+
+    void noOtherFileIsLeftBehind()
+    {
+        UserDefaults defaults(m_path);
+        for (int number = 0; number < 10; ++number)
+            defaults.setObject(u"key"_s, number);
+        QCOMPARE(filesBeside(), QStringList{u"Plovendix.conf"_s});
+    }
 
     void fullDiskKeepsTheSettings_data() { FullDisk::addRows(); }
-    void fullDiskKeepsTheSettings();
+
+    void fullDiskKeepsTheSettings()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const QString path = disk.path(u"Plovendix.conf"_s);
+        UserDefaults defaults(path);
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        defaults.setObject(u"other"_s, 1);
+        const QByteArray before = read(path);
+        disk.fill();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The settings were not written: "_s));
+        defaults.setObject(u"languageCode"_s, u"fr"_s);
+        QCOMPARE(read(path), before);
+        QCOMPARE(disk.files(), QStringList{u"Plovendix.conf"_s});
+        QCOMPARE(defaults.languageCode(), u"fr"_s);
+        disk.makeRoom();
+        defaults.synchronize();
+        const UserDefaults again(path);
+        QCOMPARE(again.languageCode(), u"fr"_s);
+        QCOMPARE(again.integer(u"other"_s), 1);
+    }
+
     void damageOnAFullDiskLosesNothing_data() { FullDisk::addRows(); }
-    void damageOnAFullDiskLosesNothing();
+
+    void damageOnAFullDiskLosesNothing()
+    {
+        QFETCH(const QString, failingCall);
+        FullDisk disk(m_sandbox, failingCall);
+        const QString path = disk.path(u"Plovendix.conf"_s);
+        UserDefaults defaults(path);
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("junk") == 4);
+        file.close();
+        disk.fill();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as "_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The settings were not written: "_s));
+        defaults.setObject(u"other"_s, 1);
+        QCOMPARE(read(path + u".damaged-1"_s), QByteArray("junk"));
+        disk.makeRoom();
+        defaults.setObject(u"third"_s, 3);
+        const UserDefaults again(path);
+        QCOMPARE(again.languageCode(), u"de"_s);
+        QCOMPARE(again.integer(u"other"_s), 1);
+        QCOMPARE(again.integer(u"third"_s), 3);
+    }
 
 private:
-    void write(const QByteArray &content) const;
-    QByteArray read(const QString &path) const;
-    QStringList filesBeside() const;
+    void write(const QByteArray &content) const
+    {
+        m_sandbox.writeFile(m_folder + u"/Plovendix.conf"_s, content);
+    }
+
+    QByteArray read(const QString &path) const
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QStringList filesBeside() const
+    {
+        return QDir(m_sandbox.path(m_folder))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
 
     Sandbox m_sandbox;
     QString m_folder;
     QString m_path;
     int m_number = 0;
 };
-
-void UserDefaultsDamageTest::init()
-{
-    m_folder = u"damage-%1"_s.arg(++m_number);
-    m_path = m_sandbox.path(m_folder + u"/Plovendix.conf"_s);
-}
-
-void UserDefaultsDamageTest::write(const QByteArray &content) const
-{
-    m_sandbox.writeFile(m_folder + u"/Plovendix.conf"_s, content);
-}
-
-QByteArray UserDefaultsDamageTest::read(const QString &path) const
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList UserDefaultsDamageTest::filesBeside() const
-{
-    return QDir(m_sandbox.path(m_folder))
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-}
-
-void UserDefaultsDamageTest::damagedFileIsKeptAside_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("binary") << QByteArray("\x7f\x45\x4c\x46\x00\x01\xff", 7);
-    QTest::newRow("half-written") << QByteArray("[General]\nlanguageCode=de\nSUEna");
-    QTest::newRow("zeros") << QByteArray(512, '\0');
-    QTest::newRow("another format") << QByteArray("<plist/>");
-}
-
-void UserDefaultsDamageTest::damagedFileIsKeptAside()
-{
-    QFETCH(QByteArray, content);
-    write(content);
-    UserDefaults defaults(m_path);
-    QCOMPARE(defaults.languageCode(), u"en"_s);
-    defaults.setObject(u"languageCode"_s, u"fr"_s);
-    QCOMPARE(filesBeside(), (QStringList{u"Plovendix.conf"_s, u"Plovendix.conf.damaged-1"_s}));
-    QCOMPARE(read(m_path + u".damaged-1"_s), content);
-    QCOMPARE(UserDefaults(m_path).languageCode(), u"fr"_s);
-}
-
-void UserDefaultsDamageTest::damagedFileStaysWhileNothingIsWritten()
-{
-    write("junk");
-    {
-        UserDefaults defaults(m_path);
-        defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
-        defaults.synchronize();
-        QCOMPARE(defaults.languageCode(), u"de"_s);
-    }
-    QCOMPARE(filesBeside(), QStringList{u"Plovendix.conf"_s});
-    QCOMPARE(read(m_path), QByteArray("junk"));
-}
-
-void UserDefaultsDamageTest::everyDamagedFileGetsANameOfItsOwn()
-{
-    for (const char *content : {"first", "second"}) {
-        write(content);
-        UserDefaults(m_path).setObject(u"key"_s, 1);
-    }
-    QCOMPARE(read(m_path + u".damaged-1"_s), QByteArray("first"));
-    QCOMPARE(read(m_path + u".damaged-2"_s), QByteArray("second"));
-}
-
-void UserDefaultsDamageTest::repairedFileIsReadAgain()
-{
-    write("junk");
-    UserDefaults defaults(m_path);
-    write("[General]\nlanguageCode=de\n");
-    defaults.synchronize();
-    QCOMPARE(defaults.languageCode(), u"de"_s);
-}
-
-void UserDefaultsDamageTest::valuesKnownBeforeTheDamageAreWrittenAgain()
-{
-    write("[General]\nlanguageCode=de\n");
-    UserDefaults defaults(m_path);
-    int calls = 0;
-    const auto observation = defaults.observe(u"languageCode"_s, [&](const QVariant &) { ++calls; });
-    write("[General]\nlanguag");
-    defaults.synchronize();
-    QCOMPARE(defaults.languageCode(), u"de"_s);
-    defaults.setObject(u"key"_s, 1);
-    QCOMPARE(UserDefaults(m_path).languageCode(), u"de"_s);
-    QCOMPARE(UserDefaults(m_path).integer(u"key"_s), 1);
-    QCOMPARE(read(m_path + u".damaged-1"_s), QByteArray("[General]\nlanguag"));
-    QCOMPARE(calls, 0);
-}
-
-void UserDefaultsDamageTest::folderInTheFilesPlaceIsKeptAside()
-{
-    QVERIFY(QDir().mkpath(m_path + u"/inner"_s));
-    UserDefaults defaults(m_path);
-    defaults.setObject(u"key"_s, 1);
-    QCOMPARE(UserDefaults(m_path).integer(u"key"_s), 1);
-    QVERIFY(QFileInfo(m_path + u".damaged-1/inner"_s).isDir());
-}
-
-void UserDefaultsDamageTest::tooLargeAFileIsKeptAside()
-{
-    const QByteArray content = "[General]\n#" + QByteArray(2 * 1024 * 1024, 'x') + "\nlanguageCode=de\n";
-    write(content);
-    UserDefaults defaults(m_path);
-    QCOMPARE(defaults.languageCode(), u"en"_s);
-    defaults.setObject(u"key"_s, 1);
-    QCOMPARE(read(m_path + u".damaged-1"_s), content);
-}
-
-void UserDefaultsDamageTest::valuesHoldWhereTheFolderCannotBeMade()
-{
-    // A file where the folder should be: nobody, root included, can write there.
-    m_sandbox.writeFile(m_folder, "in the way");
-    UserDefaults defaults(m_path);
-    QVariantList seen;
-    const auto observation =
-        defaults.observe(u"languageCode"_s, [&](const QVariant &value) { seen += value; });
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    defaults.setObject(u"other"_s, 1);
-    defaults.synchronize();
-    QCOMPARE(defaults.languageCode(), u"de"_s);
-    QCOMPARE(defaults.integer(u"other"_s), 1);
-    QCOMPARE(seen, QVariantList{u"de"_s});
-    QCOMPARE(read(m_sandbox.path(m_folder)), QByteArray("in the way"));
-}
-
-void UserDefaultsDamageTest::valuesAreWrittenOnceThePlaceCanBe()
-{
-    const QString obstacle = m_sandbox.writeFile(m_folder, "in the way");
-    UserDefaults defaults(m_path);
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    QVERIFY(QFile::remove(obstacle));
-    write("[General]\nlanguageCode=fr\nother=1\n");
-    defaults.synchronize();
-    const UserDefaults again(m_path);
-    QCOMPARE(again.languageCode(), u"de"_s);
-    QCOMPARE(again.integer(u"other"_s), 1);
-}
-
-void UserDefaultsDamageTest::removalHoldsWhereNothingCanBeWritten()
-{
-    const QString obstacle = m_sandbox.writeFile(m_folder, "in the way");
-    UserDefaults defaults(m_path);
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    defaults.removeObject(u"languageCode"_s);
-    QVERIFY(!defaults.object(u"languageCode"_s).isValid());
-    QVERIFY(QFile::remove(obstacle));
-    write("[General]\nlanguageCode=fr\n");
-    defaults.synchronize();
-    QVERIFY(!defaults.object(u"languageCode"_s).isValid());
-    QVERIFY(!UserDefaults(m_path).object(u"languageCode"_s).isValid());
-}
-
-void UserDefaultsDamageTest::linkToTheFileStaysALink()
-{
-    const QString real =
-        m_sandbox.writeFile(m_folder + u"/elsewhere/mine.conf"_s, "[General]\nlanguageCode=de\n");
-    QVERIFY(QFile::link(real, m_path));
-    UserDefaults defaults(m_path);
-    QCOMPARE(defaults.languageCode(), u"de"_s);
-    defaults.setObject(u"languageCode"_s, u"fr"_s);
-    QVERIFY(QFileInfo(m_path).isSymLink());
-    QVERIFY(read(real).contains("languageCode=fr"));
-}
-
-void UserDefaultsDamageTest::noOtherFileIsLeftBehind()
-{
-    UserDefaults defaults(m_path);
-    for (int number = 0; number < 10; ++number)
-        defaults.setObject(u"key"_s, number);
-    QCOMPARE(filesBeside(), QStringList{u"Plovendix.conf"_s});
-}
-
-void UserDefaultsDamageTest::fullDiskKeepsTheSettings()
-{
-    QFETCH(const QString, failingCall);
-    FullDisk disk(m_sandbox, failingCall);
-    const QString path = disk.path(u"Plovendix.conf"_s);
-    UserDefaults defaults(path);
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    defaults.setObject(u"other"_s, 1);
-    const QByteArray before = read(path);
-    disk.fill();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The settings were not written: "_s));
-    defaults.setObject(u"languageCode"_s, u"fr"_s);
-    QCOMPARE(read(path), before);
-    QCOMPARE(disk.files(), QStringList{u"Plovendix.conf"_s});
-    QCOMPARE(defaults.languageCode(), u"fr"_s);
-    disk.makeRoom();
-    defaults.synchronize();
-    const UserDefaults again(path);
-    QCOMPARE(again.languageCode(), u"fr"_s);
-    QCOMPARE(again.integer(u"other"_s), 1);
-}
-
-void UserDefaultsDamageTest::damageOnAFullDiskLosesNothing()
-{
-    QFETCH(const QString, failingCall);
-    FullDisk disk(m_sandbox, failingCall);
-    const QString path = disk.path(u"Plovendix.conf"_s);
-    UserDefaults defaults(path);
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("junk") == 4);
-    file.close();
-    disk.fill();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was damaged and is kept as "_s));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^The settings were not written: "_s));
-    defaults.setObject(u"other"_s, 1);
-    QCOMPARE(read(path + u".damaged-1"_s), QByteArray("junk"));
-    disk.makeRoom();
-    defaults.setObject(u"third"_s, 3);
-    const UserDefaults again(path);
-    QCOMPARE(again.languageCode(), u"de"_s);
-    QCOMPARE(again.integer(u"other"_s), 1);
-    QCOMPARE(again.integer(u"third"_s), 3);
-}
 
 PLOVENDIX_TEST(UserDefaultsDamageTest)
 #include "UserDefaultsDamageTest.moc"

@@ -6,34 +6,6 @@
 
 using namespace Qt::StringLiterals;
 
-class UserDefaultsObserversTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-
-    void setterNotifiesAtOnce();
-    void equalValueDoesNotNotify();
-    void removalShowsTheRegisteredValue();
-    void invalidValueRemoves();
-    void registrationNotifies();
-    void observerOfAnotherKeyIsLeftAlone();
-    void observerMayEndItsObservation();
-    void observerMayEndAnothersObservation();
-    void observerMaySetValues();
-    void observerThatSetsTheValueBackHidesItFromTheRest();
-    void observationMayOutliveTheDefaults();
-    void movedObservationGoesOn();
-    void observationReplacedByAnotherEnds();
-    void observerMayReplaceTheStandardFile();
-
-private:
-    QString m_path;
-    Sandbox m_sandbox;
-    int m_number = 0;
-};
-
 namespace
 {
 /// Keeps what an observer was told.
@@ -52,179 +24,187 @@ private:
 };
 } // namespace
 
-void UserDefaultsObserversTest::init()
+class UserDefaultsObserversTest : public QObject
 {
-    m_path = m_sandbox.path(u"defaults-%1/Plovendix.conf"_s.arg(++m_number));
-}
+    Q_OBJECT
 
-void UserDefaultsObserversTest::setterNotifiesAtOnce()
-{
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    QCOMPARE(witness.seen(), QVariantList{u"de"_s});
-    defaults.setObject(u"languageCode"_s, u"fr"_s);
-    QCOMPARE(witness.seen(), (QVariantList{u"de"_s, u"fr"_s}));
-}
+private Q_SLOTS:
+    void init() { m_path = m_sandbox.path(u"defaults-%1/Plovendix.conf"_s.arg(++m_number)); }
 
-void UserDefaultsObserversTest::equalValueDoesNotNotify()
-{
-    UserDefaults defaults(m_path);
-    defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
-    const Witness witness(defaults, u"SUScheduledCheckInterval"_s);
-    defaults.setObject(u"SUScheduledCheckInterval"_s, 86400);
-    defaults.setObject(u"SUScheduledCheckInterval"_s, 86400);
-    defaults.synchronize();
-    QVERIFY(witness.seen().isEmpty());
-    // Chosen by the person now, so that another registered value does not show.
-    defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"3600"_s}});
-    QCOMPARE(defaults.integer(u"SUScheduledCheckInterval"_s), 86400);
-    QVERIFY(witness.seen().isEmpty());
-}
-
-void UserDefaultsObserversTest::removalShowsTheRegisteredValue()
-{
-    UserDefaults defaults(m_path);
-    defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
-    defaults.setObject(u"languageCode"_s, u"fr"_s);
-    const Witness witness(defaults, u"languageCode"_s);
-    defaults.removeObject(u"languageCode"_s);
-    defaults.removeObject(u"languageCode"_s);
-    QCOMPARE(witness.seen(), QVariantList{u"de"_s});
-}
-
-void UserDefaultsObserversTest::invalidValueRemoves()
-{
-    UserDefaults defaults(m_path);
-    defaults.setObject(u"key"_s, 1);
-    const Witness witness(defaults, u"key"_s);
-    defaults.setObject(u"key"_s, {});
-    QCOMPARE(witness.seen(), QVariantList{QVariant()});
-    QVERIFY(!UserDefaults(m_path).object(u"key"_s).isValid());
-}
-
-void UserDefaultsObserversTest::registrationNotifies()
-{
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
-    defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
-    QCOMPARE(witness.seen(), QVariantList{u"de"_s});
-}
-
-void UserDefaultsObserversTest::observerOfAnotherKeyIsLeftAlone()
-{
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    defaults.setObject(u"LanguageCode"_s, u"de"_s);
-    QVERIFY(witness.seen().isEmpty());
-}
-
-void UserDefaultsObserversTest::observerMayEndItsObservation()
-{
-    UserDefaults defaults(m_path);
-    UserDefaults::Observation observation;
-    int calls = 0;
-    observation = defaults.observe(u"key"_s, [&](const QVariant &) {
-        ++calls;
-        observation.invalidate();
-    });
-    defaults.setObject(u"key"_s, 1);
-    defaults.setObject(u"key"_s, 2);
-    QCOMPARE(calls, 1);
-}
-
-void UserDefaultsObserversTest::observerMayEndAnothersObservation()
-{
-    UserDefaults defaults(m_path);
-    UserDefaults::Observation second;
-    int secondCalls = 0;
-    const auto first = defaults.observe(u"key"_s, [&](const QVariant &) { second.invalidate(); });
-    second = defaults.observe(u"key"_s, [&](const QVariant &) { ++secondCalls; });
-    defaults.setObject(u"key"_s, 1);
-    QCOMPARE(secondCalls, 0);
-}
-
-void UserDefaultsObserversTest::observerMaySetValues()
-{
-    UserDefaults defaults(m_path);
-    const auto capping = defaults.observe(u"key"_s, [&](const QVariant &value) {
-        if (value.toInt() > 10)
-            defaults.setObject(u"key"_s, 10);
-        defaults.setObject(u"other"_s, value);
-    });
-    const Witness witness(defaults, u"key"_s);
-    const Witness other(defaults, u"other"_s);
-    defaults.setObject(u"key"_s, 50);
-    QCOMPARE(defaults.integer(u"key"_s), 10);
-    QCOMPARE(witness.seen(), QVariantList{10LL});
-    QCOMPARE(other.seen(), (QVariantList{10LL, 50LL}));
-}
-
-void UserDefaultsObserversTest::observerThatSetsTheValueBackHidesItFromTheRest()
-{
-    UserDefaults defaults(m_path);
-    defaults.setObject(u"key"_s, 1);
-    const auto stubborn =
-        defaults.observe(u"key"_s, [&](const QVariant &) { defaults.setObject(u"key"_s, 1); });
-    const Witness witness(defaults, u"key"_s);
-    defaults.setObject(u"key"_s, 2);
-    QCOMPARE(defaults.integer(u"key"_s), 1);
-    QVERIFY(witness.seen().isEmpty());
-}
-
-void UserDefaultsObserversTest::observationMayOutliveTheDefaults()
-{
-    int calls = 0;
-    UserDefaults::Observation observation;
+    void setterNotifiesAtOnce()
     {
         UserDefaults defaults(m_path);
-        observation = defaults.observe(u"key"_s, [&](const QVariant &) { ++calls; });
-        defaults.setObject(u"key"_s, 1);
+        const Witness witness(defaults, u"languageCode"_s);
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        QCOMPARE(witness.seen(), QVariantList{u"de"_s});
+        defaults.setObject(u"languageCode"_s, u"fr"_s);
+        QCOMPARE(witness.seen(), (QVariantList{u"de"_s, u"fr"_s}));
     }
-    observation.invalidate();
-    observation.invalidate();
-    QCOMPARE(calls, 1);
-}
 
-void UserDefaultsObserversTest::movedObservationGoesOn()
-{
-    UserDefaults defaults(m_path);
-    int calls = 0;
-    auto first = defaults.observe(u"key"_s, [&](const QVariant &) { ++calls; });
-    UserDefaults::Observation second = std::move(first);
-    defaults.setObject(u"key"_s, 1);
-    QCOMPARE(calls, 1);
-    second.invalidate();
-    defaults.setObject(u"key"_s, 2);
-    QCOMPARE(calls, 1);
-}
+    void equalValueDoesNotNotify()
+    {
+        UserDefaults defaults(m_path);
+        defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
+        const Witness witness(defaults, u"SUScheduledCheckInterval"_s);
+        defaults.setObject(u"SUScheduledCheckInterval"_s, 86400);
+        defaults.setObject(u"SUScheduledCheckInterval"_s, 86400);
+        defaults.synchronize();
+        QVERIFY(witness.seen().isEmpty());
+        // Chosen by the person now, so that another registered value does not show.
+        defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"3600"_s}});
+        QCOMPARE(defaults.integer(u"SUScheduledCheckInterval"_s), 86400);
+        QVERIFY(witness.seen().isEmpty());
+    }
 
-void UserDefaultsObserversTest::observationReplacedByAnotherEnds()
-{
-    UserDefaults defaults(m_path);
-    int oldCalls = 0;
-    int newCalls = 0;
-    auto observation = defaults.observe(u"key"_s, [&](const QVariant &) { ++oldCalls; });
-    observation = defaults.observe(u"key"_s, [&](const QVariant &) { ++newCalls; });
-    defaults.setObject(u"key"_s, 1);
-    QCOMPARE(oldCalls, 0);
-    QCOMPARE(newCalls, 1);
-}
+    void removalShowsTheRegisteredValue()
+    {
+        UserDefaults defaults(m_path);
+        defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
+        defaults.setObject(u"languageCode"_s, u"fr"_s);
+        const Witness witness(defaults, u"languageCode"_s);
+        defaults.removeObject(u"languageCode"_s);
+        defaults.removeObject(u"languageCode"_s);
+        QCOMPARE(witness.seen(), QVariantList{u"de"_s});
+    }
 
-void UserDefaultsObserversTest::observerMayReplaceTheStandardFile()
-{
-    UserDefaults::setStandardFile(m_path);
-    UserDefaults &standard = UserDefaults::standard();
-    int calls = 0;
-    const auto observation = standard.observe(u"key"_s, [&](const QVariant &) {
-        ++calls;
-        UserDefaults::setStandardFile(m_path + u".other"_s);
-    });
-    standard.setObject(u"key"_s, 1);
-    QCOMPARE(calls, 1);
-    QVERIFY(!standard.object(u"key"_s).isValid());
-}
+    void invalidValueRemoves()
+    {
+        UserDefaults defaults(m_path);
+        defaults.setObject(u"key"_s, 1);
+        const Witness witness(defaults, u"key"_s);
+        defaults.setObject(u"key"_s, {});
+        QCOMPARE(witness.seen(), QVariantList{QVariant()});
+        QVERIFY(!UserDefaults(m_path).object(u"key"_s).isValid());
+    }
+
+    void registrationNotifies()
+    {
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
+        defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
+        QCOMPARE(witness.seen(), QVariantList{u"de"_s});
+    }
+
+    void observerOfAnotherKeyIsLeftAlone()
+    {
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        defaults.setObject(u"LanguageCode"_s, u"de"_s);
+        QVERIFY(witness.seen().isEmpty());
+    }
+
+    void observerMayEndItsObservation()
+    {
+        UserDefaults defaults(m_path);
+        UserDefaults::Observation observation;
+        int calls = 0;
+        observation = defaults.observe(u"key"_s, [&](const QVariant &) {
+            ++calls;
+            observation.invalidate();
+        });
+        defaults.setObject(u"key"_s, 1);
+        defaults.setObject(u"key"_s, 2);
+        QCOMPARE(calls, 1);
+    }
+
+    void observerMayEndAnothersObservation()
+    {
+        UserDefaults defaults(m_path);
+        UserDefaults::Observation second;
+        int secondCalls = 0;
+        const auto first = defaults.observe(u"key"_s, [&](const QVariant &) { second.invalidate(); });
+        second = defaults.observe(u"key"_s, [&](const QVariant &) { ++secondCalls; });
+        defaults.setObject(u"key"_s, 1);
+        QCOMPARE(secondCalls, 0);
+    }
+
+    void observerMaySetValues()
+    {
+        UserDefaults defaults(m_path);
+        const auto capping = defaults.observe(u"key"_s, [&](const QVariant &value) {
+            if (value.toInt() > 10)
+                defaults.setObject(u"key"_s, 10);
+            defaults.setObject(u"other"_s, value);
+        });
+        const Witness witness(defaults, u"key"_s);
+        const Witness other(defaults, u"other"_s);
+        defaults.setObject(u"key"_s, 50);
+        QCOMPARE(defaults.integer(u"key"_s), 10);
+        QCOMPARE(witness.seen(), QVariantList{10LL});
+        QCOMPARE(other.seen(), (QVariantList{10LL, 50LL}));
+    }
+
+    void observerThatSetsTheValueBackHidesItFromTheRest()
+    {
+        UserDefaults defaults(m_path);
+        defaults.setObject(u"key"_s, 1);
+        const auto stubborn =
+            defaults.observe(u"key"_s, [&](const QVariant &) { defaults.setObject(u"key"_s, 1); });
+        const Witness witness(defaults, u"key"_s);
+        defaults.setObject(u"key"_s, 2);
+        QCOMPARE(defaults.integer(u"key"_s), 1);
+        QVERIFY(witness.seen().isEmpty());
+    }
+
+    void observationMayOutliveTheDefaults()
+    {
+        int calls = 0;
+        UserDefaults::Observation observation;
+        {
+            UserDefaults defaults(m_path);
+            observation = defaults.observe(u"key"_s, [&](const QVariant &) { ++calls; });
+            defaults.setObject(u"key"_s, 1);
+        }
+        observation.invalidate();
+        observation.invalidate();
+        QCOMPARE(calls, 1);
+    }
+
+    void movedObservationGoesOn()
+    {
+        UserDefaults defaults(m_path);
+        int calls = 0;
+        auto first = defaults.observe(u"key"_s, [&](const QVariant &) { ++calls; });
+        UserDefaults::Observation second = std::move(first);
+        defaults.setObject(u"key"_s, 1);
+        QCOMPARE(calls, 1);
+        second.invalidate();
+        defaults.setObject(u"key"_s, 2);
+        QCOMPARE(calls, 1);
+    }
+
+    void observationReplacedByAnotherEnds()
+    {
+        UserDefaults defaults(m_path);
+        int oldCalls = 0;
+        int newCalls = 0;
+        auto observation = defaults.observe(u"key"_s, [&](const QVariant &) { ++oldCalls; });
+        observation = defaults.observe(u"key"_s, [&](const QVariant &) { ++newCalls; });
+        defaults.setObject(u"key"_s, 1);
+        QCOMPARE(oldCalls, 0);
+        QCOMPARE(newCalls, 1);
+    }
+
+    void observerMayReplaceTheStandardFile()
+    {
+        UserDefaults::setStandardFile(m_path);
+        UserDefaults &standard = UserDefaults::standard();
+        int calls = 0;
+        const auto observation = standard.observe(u"key"_s, [&](const QVariant &) {
+            ++calls;
+            UserDefaults::setStandardFile(m_path + u".other"_s);
+        });
+        standard.setObject(u"key"_s, 1);
+        QCOMPARE(calls, 1);
+        QVERIFY(!standard.object(u"key"_s).isValid());
+    }
+
+private:
+    QString m_path;
+    Sandbox m_sandbox;
+    int m_number = 0;
+};
 
 PLOVENDIX_TEST(UserDefaultsObserversTest)
 #include "UserDefaultsObserversTest.moc"

@@ -9,41 +9,6 @@
 
 using namespace Qt::StringLiterals;
 
-/// What other processes do to the settings file while the program runs.
-class UserDefaultsWatchingTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-
-    void fileRewrittenInPlaceIsNoticed();
-    void fileReplacedByARenameIsNoticed();
-    void severalReplacementsAreNoticed();
-    void ofTheSameLengthIsNoticedToo();
-    void deletedFileShowsTheRegisteredValue();
-    void fileMadeAgainIsNoticed();
-    void fileInAFolderThatDidNotExistIsNoticed();
-    void folderMadeAgainIsNoticed();
-    void eachChangeReachesObserversOnce();
-    void ownChangeIsNotReportedAgain();
-    void onlyChangedKeysAreReported();
-    void halfWrittenFileChangesNothing();
-    void registeredValueWrittenByAnotherIsNoChange();
-
-private:
-    void write(const QByteArray &content) const;
-    void replace(const QByteArray &content) const;
-    /// Waits until a change made after the ones before has been taken in, so that nothing can still be on its
-    /// way.
-    void replaceAndAwait(UserDefaults &defaults, const QByteArray &rest);
-
-    Sandbox m_sandbox;
-    QString m_folder;
-    QString m_path;
-    int m_number = 0;
-};
-
 namespace
 {
 QByteArray settings(const QByteArray &language)
@@ -66,181 +31,196 @@ private:
 };
 } // namespace
 
-void UserDefaultsWatchingTest::init()
+/// What other processes do to the settings file while the program runs.
+class UserDefaultsWatchingTest : public QObject
 {
-    m_folder = u"watched-%1"_s.arg(++m_number);
-    m_path = m_sandbox.path(m_folder + u"/Plovendix.conf"_s);
-}
+    Q_OBJECT
 
-void UserDefaultsWatchingTest::write(const QByteArray &content) const
-{
-    m_sandbox.writeFile(m_folder + u"/Plovendix.conf"_s, content);
-}
-
-void UserDefaultsWatchingTest::replace(const QByteArray &content) const
-{
-    const QString next = m_sandbox.writeFile(m_folder + u"/next"_s, content);
-    if (::rename(QFile::encodeName(next).constData(), QFile::encodeName(m_path).constData()) != 0)
-        qFatal("The settings file could not be replaced");
-}
-
-void UserDefaultsWatchingTest::replaceAndAwait(UserDefaults &defaults, const QByteArray &rest)
-{
-    const Witness marker(defaults, u"marker"_s);
-    replace(rest + "marker=" + QByteArray::number(m_number) + "\n");
-    QTRY_COMPARE(marker.seen().size(), 1);
-}
-
-void UserDefaultsWatchingTest::fileRewrittenInPlaceIsNoticed()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    write(settings("fr"));
-    QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
-    QCOMPARE(defaults.languageCode(), u"fr"_s);
-}
-
-void UserDefaultsWatchingTest::fileReplacedByARenameIsNoticed()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    replace(settings("fr"));
-    QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
-}
-
-void UserDefaultsWatchingTest::severalReplacementsAreNoticed()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    QVariantList expected;
-    for (const char *language : {"fr", "it", "es"}) {
-        replace(settings(language));
-        expected += QString::fromLatin1(language);
-        QTRY_COMPARE(witness.seen(), expected);
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = u"watched-%1"_s.arg(++m_number);
+        m_path = m_sandbox.path(m_folder + u"/Plovendix.conf"_s);
     }
-    write(settings("nl"));
-    QTRY_COMPARE(witness.seen().last(), QVariant(u"nl"_s));
-}
 
-void UserDefaultsWatchingTest::ofTheSameLengthIsNoticedToo()
-{
-    write(settings("de"));
-    const QDateTime before = QFileInfo(m_path).lastModified();
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    const QString next = m_sandbox.writeFile(m_folder + u"/next"_s, settings("fr"));
-    QFile file(next);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(before, QFileDevice::FileModificationTime));
-    file.close();
-    QCOMPARE(::rename(QFile::encodeName(next).constData(), QFile::encodeName(m_path).constData()), 0);
-    QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
-}
+    void fileRewrittenInPlaceIsNoticed()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        write(settings("fr"));
+        QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
+        QCOMPARE(defaults.languageCode(), u"fr"_s);
+    }
 
-void UserDefaultsWatchingTest::deletedFileShowsTheRegisteredValue()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    defaults.registerDefaults({{u"languageCode"_s, u"it"_s}});
-    const Witness witness(defaults, u"languageCode"_s);
-    QVERIFY(QFile::remove(m_path));
-    QTRY_COMPARE(witness.seen(), QVariantList{u"it"_s});
-}
+    void fileReplacedByARenameIsNoticed()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        replace(settings("fr"));
+        QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
+    }
 
-void UserDefaultsWatchingTest::fileMadeAgainIsNoticed()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    QVERIFY(QFile::remove(m_path));
-    QTRY_COMPARE(witness.seen().size(), 1);
-    write(settings("fr"));
-    QTRY_COMPARE(witness.seen(), (QVariantList{QVariant(), u"fr"_s}));
-}
+    void severalReplacementsAreNoticed()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        QVariantList expected;
+        for (const char *language : {"fr", "it", "es"}) {
+            replace(settings(language));
+            expected += QString::fromLatin1(language);
+            QTRY_COMPARE(witness.seen(), expected);
+        }
+        write(settings("nl"));
+        QTRY_COMPARE(witness.seen().last(), QVariant(u"nl"_s));
+    }
 
-void UserDefaultsWatchingTest::fileInAFolderThatDidNotExistIsNoticed()
-{
-    m_folder += u"/deep/deeper"_s;
-    m_path = m_sandbox.path(m_folder + u"/Plovendix.conf"_s);
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    write(settings("fr"));
-    QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
-    replace(settings("it"));
-    QTRY_COMPARE(witness.seen().last(), QVariant(u"it"_s));
-}
+    void ofTheSameLengthIsNoticedToo()
+    {
+        write(settings("de"));
+        const QDateTime before = QFileInfo(m_path).lastModified();
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        const QString next = m_sandbox.writeFile(m_folder + u"/next"_s, settings("fr"));
+        QFile file(next);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(before, QFileDevice::FileModificationTime));
+        file.close();
+        QCOMPARE(::rename(QFile::encodeName(next).constData(), QFile::encodeName(m_path).constData()), 0);
+        QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
+    }
 
-void UserDefaultsWatchingTest::folderMadeAgainIsNoticed()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    QVERIFY(QDir(m_sandbox.path(m_folder)).removeRecursively());
-    QTRY_COMPARE(witness.seen(), QVariantList{QVariant()});
-    write(settings("fr"));
-    QTRY_COMPARE(witness.seen(), (QVariantList{QVariant(), u"fr"_s}));
-}
+    void deletedFileShowsTheRegisteredValue()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        defaults.registerDefaults({{u"languageCode"_s, u"it"_s}});
+        const Witness witness(defaults, u"languageCode"_s);
+        QVERIFY(QFile::remove(m_path));
+        QTRY_COMPARE(witness.seen(), QVariantList{u"it"_s});
+    }
 
-void UserDefaultsWatchingTest::eachChangeReachesObserversOnce()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    write(settings("fr"));
-    defaults.synchronize();
-    QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
-    replaceAndAwait(defaults, settings("fr"));
-    QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
-}
+    void fileMadeAgainIsNoticed()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        QVERIFY(QFile::remove(m_path));
+        QTRY_COMPARE(witness.seen().size(), 1);
+        write(settings("fr"));
+        QTRY_COMPARE(witness.seen(), (QVariantList{QVariant(), u"fr"_s}));
+    }
 
-void UserDefaultsWatchingTest::ownChangeIsNotReportedAgain()
-{
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    const Witness interval(defaults, u"SUScheduledCheckInterval"_s);
-    defaults.setObject(u"languageCode"_s, u"de"_s);
-    defaults.setObject(u"SUScheduledCheckInterval"_s, 3600);
-    replaceAndAwait(defaults, settings("de") + "SUScheduledCheckInterval=3600\n");
-    QCOMPARE(witness.seen(), QVariantList{u"de"_s});
-    QCOMPARE(interval.seen(), QVariantList{3600LL});
-}
+    void fileInAFolderThatDidNotExistIsNoticed()
+    {
+        m_folder += u"/deep/deeper"_s;
+        m_path = m_sandbox.path(m_folder + u"/Plovendix.conf"_s);
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        write(settings("fr"));
+        QTRY_COMPARE(witness.seen(), QVariantList{u"fr"_s});
+        replace(settings("it"));
+        QTRY_COMPARE(witness.seen().last(), QVariant(u"it"_s));
+    }
 
-void UserDefaultsWatchingTest::onlyChangedKeysAreReported()
-{
-    write(settings("de") + "SUEnableAutomaticChecks=true\n");
-    UserDefaults defaults(m_path);
-    const Witness language(defaults, u"languageCode"_s);
-    const Witness checks(defaults, u"SUEnableAutomaticChecks"_s);
-    replace("[General]\nSUEnableAutomaticChecks=false\nlanguageCode=\"de\"\n");
-    QTRY_COMPARE(checks.seen(), QVariantList{false});
-    QVERIFY(language.seen().isEmpty());
-}
+    void folderMadeAgainIsNoticed()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        QVERIFY(QDir(m_sandbox.path(m_folder)).removeRecursively());
+        QTRY_COMPARE(witness.seen(), QVariantList{QVariant()});
+        write(settings("fr"));
+        QTRY_COMPARE(witness.seen(), (QVariantList{QVariant(), u"fr"_s}));
+    }
 
-void UserDefaultsWatchingTest::halfWrittenFileChangesNothing()
-{
-    write(settings("de"));
-    UserDefaults defaults(m_path);
-    const Witness witness(defaults, u"languageCode"_s);
-    write("[General]\nlangua");
-    defaults.synchronize();
-    QCOMPARE(defaults.languageCode(), u"de"_s);
-    replaceAndAwait(defaults, settings("fr"));
-    QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
-}
+    void eachChangeReachesObserversOnce()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        write(settings("fr"));
+        defaults.synchronize();
+        QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
+        replaceAndAwait(defaults, settings("fr"));
+        QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
+    }
 
-void UserDefaultsWatchingTest::registeredValueWrittenByAnotherIsNoChange()
-{
-    UserDefaults defaults(m_path);
-    defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
-    const Witness witness(defaults, u"SUScheduledCheckInterval"_s);
-    m_sandbox.writeFile(m_folder + u"/empty"_s, "");
-    replaceAndAwait(defaults, "[General]\nSUScheduledCheckInterval=86400\n");
-    QVERIFY(witness.seen().isEmpty());
-    QCOMPARE(defaults.object(u"SUScheduledCheckInterval"_s), QVariant(86400LL));
-}
+    void ownChangeIsNotReportedAgain()
+    {
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        const Witness interval(defaults, u"SUScheduledCheckInterval"_s);
+        defaults.setObject(u"languageCode"_s, u"de"_s);
+        defaults.setObject(u"SUScheduledCheckInterval"_s, 3600);
+        replaceAndAwait(defaults, settings("de") + "SUScheduledCheckInterval=3600\n");
+        QCOMPARE(witness.seen(), QVariantList{u"de"_s});
+        QCOMPARE(interval.seen(), QVariantList{3600LL});
+    }
+
+    void onlyChangedKeysAreReported()
+    {
+        write(settings("de") + "SUEnableAutomaticChecks=true\n");
+        UserDefaults defaults(m_path);
+        const Witness language(defaults, u"languageCode"_s);
+        const Witness checks(defaults, u"SUEnableAutomaticChecks"_s);
+        replace("[General]\nSUEnableAutomaticChecks=false\nlanguageCode=\"de\"\n");
+        QTRY_COMPARE(checks.seen(), QVariantList{false});
+        QVERIFY(language.seen().isEmpty());
+    }
+
+    void halfWrittenFileChangesNothing()
+    {
+        write(settings("de"));
+        UserDefaults defaults(m_path);
+        const Witness witness(defaults, u"languageCode"_s);
+        write("[General]\nlangua");
+        defaults.synchronize();
+        QCOMPARE(defaults.languageCode(), u"de"_s);
+        replaceAndAwait(defaults, settings("fr"));
+        QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
+    }
+
+    void registeredValueWrittenByAnotherIsNoChange()
+    {
+        UserDefaults defaults(m_path);
+        defaults.registerDefaults({{u"SUScheduledCheckInterval"_s, u"86400"_s}});
+        const Witness witness(defaults, u"SUScheduledCheckInterval"_s);
+        m_sandbox.writeFile(m_folder + u"/empty"_s, "");
+        replaceAndAwait(defaults, "[General]\nSUScheduledCheckInterval=86400\n");
+        QVERIFY(witness.seen().isEmpty());
+        QCOMPARE(defaults.object(u"SUScheduledCheckInterval"_s), QVariant(86400LL));
+    }
+
+private:
+    void write(const QByteArray &content) const
+    {
+        m_sandbox.writeFile(m_folder + u"/Plovendix.conf"_s, content);
+    }
+
+    void replace(const QByteArray &content) const
+    {
+        const QString next = m_sandbox.writeFile(m_folder + u"/next"_s, content);
+        if (::rename(QFile::encodeName(next).constData(), QFile::encodeName(m_path).constData()) != 0)
+            qFatal("The settings file could not be replaced");
+    }
+
+    /// Waits until a change made after the ones before has been taken in, so that nothing can still be on its
+    /// way.
+    void replaceAndAwait(UserDefaults &defaults, const QByteArray &rest)
+    {
+        const Witness marker(defaults, u"marker"_s);
+        replace(rest + "marker=" + QByteArray::number(m_number) + "\n");
+        QTRY_COMPARE(marker.seen().size(), 1);
+    }
+
+    Sandbox m_sandbox;
+    QString m_folder;
+    QString m_path;
+    int m_number = 0;
+};
 
 PLOVENDIX_TEST(UserDefaultsWatchingTest)
 #include "UserDefaultsWatchingTest.moc"

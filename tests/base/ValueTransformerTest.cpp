@@ -5,18 +5,6 @@
 
 using namespace Qt::StringLiterals;
 
-class ValueTransformerTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void unknownNameGivesNothing();
-    void registeredTransformerIsFoundByName();
-    void newerRegistrationReplacesTheOlder();
-    void emptyPointerForgetsTheName();
-    void oneWayIsTheDefault();
-};
-
 namespace
 {
 class Prefixing final : public ValueTransformer
@@ -30,41 +18,44 @@ private:
 };
 } // namespace
 
-void ValueTransformerTest::unknownNameGivesNothing()
+class ValueTransformerTest : public QObject
 {
-    QVERIFY(!ValueTransformer::forName(u"Nobody"_s));
-}
+    Q_OBJECT
 
-void ValueTransformerTest::registeredTransformerIsFoundByName()
-{
-    ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"a-"_s), u"A"_s);
-    const auto found = ValueTransformer::forName(u"A"_s);
-    QVERIFY(found);
-    QCOMPARE(found->transformedValue(u"x"_s), QVariant(u"a-x"_s));
-    QVERIFY(!ValueTransformer::forName(u"a"_s));
-}
+private Q_SLOTS:
+    void unknownNameGivesNothing() { QVERIFY(!ValueTransformer::forName(u"Nobody"_s)); }
 
-void ValueTransformerTest::newerRegistrationReplacesTheOlder()
-{
-    ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"old-"_s), u"B"_s);
-    ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"new-"_s), u"B"_s);
-    QCOMPARE(ValueTransformer::forName(u"B"_s)->transformedValue(u"x"_s), QVariant(u"new-x"_s));
-}
+    void registeredTransformerIsFoundByName()
+    {
+        ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"a-"_s), u"A"_s);
+        const auto found = ValueTransformer::forName(u"A"_s);
+        QVERIFY(found);
+        QCOMPARE(found->transformedValue(u"x"_s), QVariant(u"a-x"_s));
+        QVERIFY(!ValueTransformer::forName(u"a"_s));
+    }
 
-void ValueTransformerTest::emptyPointerForgetsTheName()
-{
-    ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u""_s), u"C"_s);
-    QVERIFY(ValueTransformer::forName(u"C"_s));
-    ValueTransformer::setValueTransformer({}, u"C"_s);
-    QVERIFY(!ValueTransformer::forName(u"C"_s));
-}
+    void newerRegistrationReplacesTheOlder()
+    {
+        ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"old-"_s), u"B"_s);
+        ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"new-"_s), u"B"_s);
+        QCOMPARE(ValueTransformer::forName(u"B"_s)->transformedValue(u"x"_s), QVariant(u"new-x"_s));
+    }
 
-void ValueTransformerTest::oneWayIsTheDefault()
-{
-    const Prefixing transformer(u"p"_s);
-    QVERIFY(!transformer.allowsReverseTransformation());
-    QVERIFY(!transformer.reverseTransformedValue(u"px"_s).isValid());
-}
+    void emptyPointerForgetsTheName()
+    {
+        ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u""_s), u"C"_s);
+        QVERIFY(ValueTransformer::forName(u"C"_s));
+        ValueTransformer::setValueTransformer({}, u"C"_s);
+        QVERIFY(!ValueTransformer::forName(u"C"_s));
+    }
+
+    void oneWayIsTheDefault()
+    {
+        const Prefixing transformer(u"p"_s);
+        QVERIFY(!transformer.allowsReverseTransformation());
+        QVERIFY(!transformer.reverseTransformedValue(u"px"_s).isValid());
+    }
+};
 
 PLOVENDIX_PLAIN_TEST(ValueTransformerTest)
 #include "ValueTransformerTest.moc"

@@ -16,38 +16,34 @@ class DropAreaViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void hasTheDesignedSize();
-    void frameIsDashed();
-    void cornersAreRoundAndTheMiddleIsEmpty();
+    void hasTheDesignedSize()
+    {
+        const DropAreaView view;
+        QCOMPARE(view.sizeHint(), QSize(300, 196));
+    }
+
+    void frameIsDashed()
+    {
+        DropAreaView view;
+        view.resize(view.sizeHint());
+        const QImage image = view.grab().toImage();
+        int inked = 0;
+        for (int x = 50; x < 250; ++x)
+            inked += isInked(image, x, 0);
+        QVERIFY2(inked > 100 && inked < 180, qPrintable(QString::number(inked)));
+    }
+
+    void cornersAreRoundAndTheMiddleIsEmpty()
+    {
+        DropAreaView view;
+        view.resize(view.sizeHint());
+        const QImage image = view.grab().toImage();
+        for (int x = 0; x < 4; ++x)
+            QVERIFY(!isInked(image, x, x));
+        for (int x = 3; x < 297; ++x)
+            QVERIFY(!isInked(image, x, 98));
+    }
 };
-
-void DropAreaViewTest::hasTheDesignedSize()
-{
-    const DropAreaView view;
-    QCOMPARE(view.sizeHint(), QSize(300, 196));
-}
-
-void DropAreaViewTest::frameIsDashed()
-{
-    DropAreaView view;
-    view.resize(view.sizeHint());
-    const QImage image = view.grab().toImage();
-    int inked = 0;
-    for (int x = 50; x < 250; ++x)
-        inked += isInked(image, x, 0);
-    QVERIFY2(inked > 100 && inked < 180, qPrintable(QString::number(inked)));
-}
-
-void DropAreaViewTest::cornersAreRoundAndTheMiddleIsEmpty()
-{
-    DropAreaView view;
-    view.resize(view.sizeHint());
-    const QImage image = view.grab().toImage();
-    for (int x = 0; x < 4; ++x)
-        QVERIFY(!isInked(image, x, x));
-    for (int x = 3; x < 297; ++x)
-        QVERIFY(!isInked(image, x, 98));
-}
 
 PLOVENDIX_GUI_TEST(DropAreaViewTest)
 #include "DropAreaViewTest.moc"

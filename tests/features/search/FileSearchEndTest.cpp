@@ -23,13 +23,110 @@ private Q_SLOTS:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
-    void fallbackToWordsKeepsTheFileToSaveBeside();
-    void fallbackToWordsKeepsTheRequestToAnswer();
-    void failureIsShownAsAnAlert();
-    void alertComesBeforeTheEndOfTheSearch();
-    void cancelButtonAppearsAfterTenSeconds();
-    void unhashableFileLeavesARunningSearchAsItWas();
-    void unhashableFileLeavesFileAndRequestOfAnEndedSearch();
+    void fallbackToWordsKeepsTheFileToSaveBeside()
+    {
+        findByWords({});
+        downloadFirst();
+        finishWith(downloadedFile());
+        QVERIFY(sheet());
+        QCOMPARE(sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"a.b.eng.srt"_s);
+        QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"videos"_s));
+        answerSheet(true);
+        QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.eng.srt"_s)));
+    }
+
+    void fallbackToWordsKeepsTheRequestToAnswer()
+    {
+        findByWords(tessaly());
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+        downloadFirst();
+        finishWith(downloadedFile());
+        QVERIFY(!sheet());
+        QCOMPARE(m_workspace->opened.size(), 1);
+        QCOMPARE(m_workspace->opened.first().scheme(), u"tessaly3"_s);
+        QVERIFY(m_workspace->opened.first().query().endsWith(u"docid=42"_s));
+        QVERIFY(QFile::exists(m_sandbox.path(u"Movies/Plovendix/A.eng.srt"_s)));
+    }
+
+    void failureIsShownAsAnAlert()
+    {
+        m_view->controller->searchForFile(m_video, {});
+        m_view->service->finishLast(refusal());
+        const QString shown = alertDuring([this] { m_view->turn(); });
+        QCOMPARE(shown, refusal().localizedDescription);
+        QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: "_s + refusal().localizedDescription});
+        QCOMPARE(m_view->service->queries.size(), 1);
+        QVERIFY(!m_view->controller->isSearching());
+        QVERIFY(m_view->cancelButton()->isVisible());
+    }
+
+    void alertComesBeforeTheEndOfTheSearch()
+    {
+        m_view->controller->searchForFile(m_video, {});
+        m_view->service->finishLast(refusal());
+        bool wasSearching = false;
+        bool couldBeCleared = true;
+        QVERIFY(whileAlertIsUp([this] { m_view->turn(); },
+                               [&] {
+                                   wasSearching = m_view->controller->isSearching();
+                                   couldBeCleared = m_view->cancelButton()->isVisible();
+                                   dismissAlert();
+                               }));
+        QVERIFY(wasSearching);
+        QVERIFY(!couldBeCleared);
+        QVERIFY(!m_view->controller->isSearching());
+        QVERIFY(m_view->cancelButton()->isVisible());
+    }
+
+    void cancelButtonAppearsAfterTenSeconds()
+    {
+        m_view->controller->searchForFile(m_video, {});
+        m_view->advance(9999ms);
+        QVERIFY(m_view->cancelButton()->isHidden());
+        m_view->advance(1ms);
+        QVERIFY(m_view->cancelButton()->isVisible());
+        QVERIFY(m_view->controller->isSearching());
+    }
+
+    void unhashableFileLeavesARunningSearchAsItWas()
+    {
+        m_view->controller->searchForFile(m_video, tessaly());
+        QSignalSpy searching(m_view->controller.get(), &MainViewController::isSearchingChanged);
+        m_view->service->hash.reset();
+        m_view->controller->searchForFile(QUrl(u"file:///videos/notes.txt"_s), Glimmet);
+        QVERIFY(m_view->controller->isSearching());
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+        QCOMPARE(m_view->service->queries.size(), 1);
+        m_view->turn();
+        QVERIFY(m_view->service->queries.last() == textArgs(u"notes.txt"_s));
+        QVERIFY(searching.isEmpty());
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+    }
+
+    void unhashableFileLeavesFileAndRequestOfAnEndedSearch()
+    {
+        const auto hash = m_view->service->hash;
+        searchVideo(tessaly());
+        m_view->service->hash.reset();
+        m_view->controller->searchForFile(QUrl(u"file:///videos/notes.txt"_s), Glimmet);
+        QVERIFY(!m_view->controller->isSearching()); // until the next turn
+        m_view->turn();
+        QVERIFY(m_view->controller->isSearching());
+        m_view->service->finishLast(answerWith(1));
+        m_view->turn();
+        // The file and the request are those of the search before.
+        m_view->service->hash = hash;
+        m_view->service->hashed.clear();
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        QCOMPARE(m_view->service->hashed, QList<QUrl>{m_video});
+        m_view->service->finishLast(answerWith(1));
+        m_view->turn();
+        downloadFirst();
+        finishWith(downloadedFile());
+        QVERIFY(!sheet());
+        QCOMPARE(m_workspace->opened.size(), 1);
+        QCOMPARE(m_workspace->opened.first().scheme(), u"tessaly3"_s);
+    }
 
 private:
     /// Searches for the video, which no hash matches; the words of its name find one subtitle.
@@ -44,111 +141,6 @@ private:
         QCOMPARE(m_view->table()->numberOfRows(), 1);
     }
 };
-
-void FileSearchEndTest::fallbackToWordsKeepsTheFileToSaveBeside()
-{
-    findByWords({});
-    downloadFirst();
-    finishWith(downloadedFile());
-    QVERIFY(sheet());
-    QCOMPARE(sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"a.b.eng.srt"_s);
-    QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"videos"_s));
-    answerSheet(true);
-    QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.eng.srt"_s)));
-}
-
-void FileSearchEndTest::fallbackToWordsKeepsTheRequestToAnswer()
-{
-    findByWords(tessaly());
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-    downloadFirst();
-    finishWith(downloadedFile());
-    QVERIFY(!sheet());
-    QCOMPARE(m_workspace->opened.size(), 1);
-    QCOMPARE(m_workspace->opened.first().scheme(), u"tessaly3"_s);
-    QVERIFY(m_workspace->opened.first().query().endsWith(u"docid=42"_s));
-    QVERIFY(QFile::exists(m_sandbox.path(u"Movies/Plovendix/A.eng.srt"_s)));
-}
-
-void FileSearchEndTest::failureIsShownAsAnAlert()
-{
-    m_view->controller->searchForFile(m_video, {});
-    m_view->service->finishLast(refusal());
-    const QString shown = alertDuring([this] { m_view->turn(); });
-    QCOMPARE(shown, refusal().localizedDescription);
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: "_s + refusal().localizedDescription});
-    QCOMPARE(m_view->service->queries.size(), 1);
-    QVERIFY(!m_view->controller->isSearching());
-    QVERIFY(m_view->cancelButton()->isVisible());
-}
-
-void FileSearchEndTest::alertComesBeforeTheEndOfTheSearch()
-{
-    m_view->controller->searchForFile(m_video, {});
-    m_view->service->finishLast(refusal());
-    bool wasSearching = false;
-    bool couldBeCleared = true;
-    QVERIFY(whileAlertIsUp([this] { m_view->turn(); },
-                           [&] {
-                               wasSearching = m_view->controller->isSearching();
-                               couldBeCleared = m_view->cancelButton()->isVisible();
-                               dismissAlert();
-                           }));
-    QVERIFY(wasSearching);
-    QVERIFY(!couldBeCleared);
-    QVERIFY(!m_view->controller->isSearching());
-    QVERIFY(m_view->cancelButton()->isVisible());
-}
-
-void FileSearchEndTest::cancelButtonAppearsAfterTenSeconds()
-{
-    m_view->controller->searchForFile(m_video, {});
-    m_view->advance(9999ms);
-    QVERIFY(m_view->cancelButton()->isHidden());
-    m_view->advance(1ms);
-    QVERIFY(m_view->cancelButton()->isVisible());
-    QVERIFY(m_view->controller->isSearching());
-}
-
-void FileSearchEndTest::unhashableFileLeavesARunningSearchAsItWas()
-{
-    m_view->controller->searchForFile(m_video, tessaly());
-    QSignalSpy searching(m_view->controller.get(), &MainViewController::isSearchingChanged);
-    m_view->service->hash.reset();
-    m_view->controller->searchForFile(QUrl(u"file:///videos/notes.txt"_s), Glimmet);
-    QVERIFY(m_view->controller->isSearching());
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-    QCOMPARE(m_view->service->queries.size(), 1);
-    m_view->turn();
-    QVERIFY(m_view->service->queries.last() == textArgs(u"notes.txt"_s));
-    QVERIFY(searching.isEmpty());
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-}
-
-void FileSearchEndTest::unhashableFileLeavesFileAndRequestOfAnEndedSearch()
-{
-    const auto hash = m_view->service->hash;
-    searchVideo(tessaly());
-    m_view->service->hash.reset();
-    m_view->controller->searchForFile(QUrl(u"file:///videos/notes.txt"_s), Glimmet);
-    QVERIFY(!m_view->controller->isSearching()); // until the next turn
-    m_view->turn();
-    QVERIFY(m_view->controller->isSearching());
-    m_view->service->finishLast(answerWith(1));
-    m_view->turn();
-    // The file and the request are those of the search before.
-    m_view->service->hash = hash;
-    m_view->service->hashed.clear();
-    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
-    QCOMPARE(m_view->service->hashed, QList<QUrl>{m_video});
-    m_view->service->finishLast(answerWith(1));
-    m_view->turn();
-    downloadFirst();
-    finishWith(downloadedFile());
-    QVERIFY(!sheet());
-    QCOMPARE(m_workspace->opened.size(), 1);
-    QCOMPARE(m_workspace->opened.first().scheme(), u"tessaly3"_s);
-}
 
 PLOVENDIX_GUI_TEST(FileSearchEndTest)
 #include "FileSearchEndTest.moc"

@@ -62,255 +62,234 @@ private Q_SLOTS:
     }
     void cleanup() { m_view.reset(); }
 
-    void startsIdle();
-    void fileSearchAsksForSizeHashAndLanguageInThatOrder();
-    void sizeIsPrintedUnsignedWithoutSeparators();
-    void fileSearchShowsTheNameAndKeepsFileAndRequest();
-    void fileSearchWithoutRequestKeepsTheStoredOne();
-    void unhashableFileIsSearchedByItsFullName();
-    void nulInANameIsNoPartOfTheSearch();
-    void unhashableFileLeavesStateAndDropsItsRequest();
-    void foundFilesShowTheCountAndTheList();
-    void emptyFileSearchFallsBackToWordsOfTheName();
-    void fallbackRunsWithTheFlagSetBack();
-    void viewStaysAsItWasUntilTheFallbackIsAnswered();
-    void dropOnTheResultsIsSearchedForToo();
-    void downloadButtonNamesTheDelivery();
-    void requesterNameIsNoMnemonic();
-    void laterRequestTakesThePlaceOfTheStoredOne();
-    void stateIsSetBeforeTheServiceIsAsked();
-    void answerOnTheMainThreadWaitsForItsTurn();
-    void parkedRequestIsServedOnceWhenTheViewLoads();
-    void parkedFileWithoutAHashIsServedOnceToo();
+    void startsIdle()
+    {
+        QVERIFY(!m_view->controller->isSearching());
+        QVERIFY(!m_view->controller->isDownloading());
+        QVERIFY(m_view->cancelButton()->isHidden());
+        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+        QVERIFY(!m_view->widget("scrollView")->isVisible());
+        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
+        QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
+    }
+
+    void fileSearchAsksForSizeHashAndLanguageInThatOrder()
+    {
+        m_view->controller->searchForFile(Video, std::nullopt);
+        const QList<Arg> expected = {{Param::byteSize, u"1234567"_s},
+                                     {Param::movieHash, u"0123456789abcdef"_s},
+                                     {Param::language, u"eng"_s}};
+        QCOMPARE(m_view->service->queries.size(), 1);
+        QVERIFY(m_view->service->queries.first() == expected);
+        QCOMPARE(static_cast<int>(Param::byteSize), 2);
+        QCOMPARE(static_cast<int>(Param::movieHash), 3);
+        QCOMPARE(static_cast<int>(Param::text), 4);
+        QCOMPARE(static_cast<int>(Param::language), 6);
+    }
+
+    void sizeIsPrintedUnsignedWithoutSeparators()
+    {
+        m_view->service->hash = VideoHash{u"ffffffffffffffff"_s, std::numeric_limits<quint64>::max()};
+        m_view->controller->searchForFile(Video, std::nullopt);
+        QCOMPARE(m_view->service->queries.first().first().value, u"18446744073709551615"_s);
+    }
+
+    void fileSearchShowsTheNameAndKeepsFileAndRequest()
+    {
+        QSignalSpy searching(m_view->controller.get(), &MainViewController::isSearchingChanged);
+        m_view->controller->searchForFile(Video, Tessaly);
+        QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
+        QCOMPARE(searching.size(), 1);
+        QVERIFY(m_view->controller->isSearching());
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+    }
+
+    void fileSearchWithoutRequestKeepsTheStoredOne()
+    {
+        m_view->controller->searchForFile(Video, Tessaly);
+        m_view->controller->searchForFile(Video, std::nullopt);
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+    }
+
+    void unhashableFileIsSearchedByItsFullName()
+    {
+        m_view->service->hash.reset();
+        m_view->controller->searchForFile(Video, std::nullopt);
+        QVERIFY(m_view->service->queries.isEmpty()); // only on the next turn
+        QCOMPARE(m_sandbox.printedLines(), QStringList{u"Failed to create a file hash for the url"_s});
+        m_view->turn();
+        QVERIFY(m_view->service->queries.last() == textArgs(u"Some.Film.2019.mkv"_s));
+        QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
+    }
+
+    void nulInANameIsNoPartOfTheSearch()
+    {
+        m_view->service->hash.reset();
+        m_view->controller->searchForFile(QUrl(u"file:///videos/Some%00Film.mkv"_s), std::nullopt);
+        m_view->turn();
+        QCOMPARE(m_view->field()->text(), u"SomeFilm.mkv"_s);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"SomeFilm.mkv"_s));
+    }
+
+    void unhashableFileLeavesStateAndDropsItsRequest()
+    {
+        m_view->service->hash.reset();
+        m_view->controller->searchForFile(Video, Tessaly);
+        QVERIFY(!m_view->controller->isSearching());
+        m_view->turn();
+        QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
+        // No file is kept either: a language change repeats the words.
+        UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"Some.Film.2019.mkv"_s, u"fre"_s));
+    }
+
+    void foundFilesShowTheCountAndTheList()
+    {
+        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->service->finishLast(answerWith(2));
+        m_view->turn();
+        QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
+        QVERIFY(m_view->widget("scrollView")->isVisible());
+        QVERIFY(!m_view->widget("dragFilesHereView")->isVisible());
+        QCOMPARE(m_view->service->queries.size(), 1);
+    }
+
+    void emptyFileSearchFallsBackToWordsOfTheName()
+    {
+        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->service->finishLast(answerWith(0));
+        m_view->turn();
+        QCOMPARE(m_view->field()->text(), u"words from name"_s);
+        QCOMPARE(m_view->service->queries.size(), 2);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"words from name"_s));
+        QCOMPARE(m_view->title(), u"Plovendix (0 subtitles found)"_s);
+    }
+
+    void fallbackRunsWithTheFlagSetBack()
+    {
+        m_view->controller->searchForFile(Video, std::nullopt);
+        QSignalSpy changes(m_view->controller.get(), &MainViewController::isSearchingChanged);
+        m_view->service->finishLast(answerWith(0));
+        m_view->turn();
+        QCOMPARE(changes.size(), 1); // the fallback starts while it is still set
+        QVERIFY(!m_view->controller->isSearching());
+        QVERIFY(m_view->cancelButton()->isVisible());
+        m_view->service->finishLast(answerWith(1));
+        m_view->turn();
+        QCOMPARE(m_view->title(), u"Plovendix (1 subtitles found)"_s);
+    }
+
+    void viewStaysAsItWasUntilTheFallbackIsAnswered()
+    {
+        m_view->showResults(3);
+        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->service->finishLast(answerWith(0));
+        m_view->turn();
+        QVERIFY(m_view->widget("scrollView")->isVisible());
+        QVERIFY(!m_view->widget("dragFilesHereView")->isVisible());
+        QCOMPARE(m_view->table()->numberOfRows(), 0);
+        m_view->service->finishLast(answerWith(0));
+        m_view->turn();
+        QVERIFY(!m_view->widget("scrollView")->isVisible());
+        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+    }
+
+    void dropOnTheResultsIsSearchedForToo()
+    {
+        m_view->showResults(3);
+        QWidget *rows = m_view->table()->viewport();
+        QMimeData file;
+        file.setUrls({Video});
+        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(rows, &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(rows, &drop);
+        QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
+        QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
+    }
+
+    void downloadButtonNamesTheDelivery()
+    {
+        m_view->controller->searchForText(u"a"_s, Tessaly);
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+        m_view->controller->cancelQuery(nullptr);
+        QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
+    }
+
+    void requesterNameIsNoMnemonic()
+    {
+        m_view->controller->searchForText(u"a"_s, ExternalRequestInfo{u"x"_s, u"1"_s, u"A&B"_s});
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to A&&B"_s);
+    }
+
+    void laterRequestTakesThePlaceOfTheStoredOne()
+    {
+        m_view->controller->searchForFile(Video, Tessaly);
+        m_view->controller->searchForFile(Video, ExternalRequestInfo{u"glimmet"_s, u"7"_s, u"Glimmet"_s});
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Glimmet"_s);
+    }
+
+    void stateIsSetBeforeTheServiceIsAsked()
+    {
+        const auto looking = std::make_shared<LookingService>();
+        looking->controller = m_view->controller.get();
+        looking->button = m_view->downloadButton();
+        SubtitleService::setShared(looking);
+        m_view->controller->searchForFile(Video, Tessaly);
+        QVERIFY(looking->wasSearching);
+        QCOMPARE(looking->title, u"Send to Tessaly"_s);
+        m_view->controller->cancelQuery(nullptr);
+        looking->wasSearching = false;
+        m_view->controller->searchForText(u"words"_s, Tessaly);
+        QVERIFY(looking->wasSearching);
+        QCOMPARE(looking->title, u"Send to Tessaly"_s);
+    }
+
+    void answerOnTheMainThreadWaitsForItsTurn()
+    {
+        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->service->finishLast(answerWith(2), AnswerOn::MainThread);
+        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 2); // stored at once
+        QCOMPARE(m_view->title(), QString());
+        QVERIFY(m_view->controller->isSearching());
+        m_view->turn();
+        QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
+        QVERIFY(!m_view->controller->isSearching());
+    }
+
+    void parkedRequestIsServedOnceWhenTheViewLoads()
+    {
+        Parked parked;
+        parked.request = ExternalRequest{Video, Tessaly};
+        PendingRequest::setShared(&parked);
+        m_view = std::make_unique<MainViewFixture>();
+        PendingRequest::setShared(nullptr);
+        QVERIFY(!parked.request);
+        QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
+        QCOMPARE(m_view->service->queries.size(), 1);
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+    }
+
+    void parkedFileWithoutAHashIsServedOnceToo()
+    {
+        Parked parked;
+        parked.request = ExternalRequest{QUrl(u"file:///videos/notes.txt"_s), Tessaly};
+        PendingRequest::setShared(&parked);
+        m_view->service->hash.reset();
+        const auto controller = ViewController::make<MainViewController>();
+        controller->view();
+        PendingRequest::setShared(nullptr);
+        QVERIFY(!parked.request);
+        m_view->turn();
+        QVERIFY(m_view->service->queries.last() == textArgs(u"notes.txt"_s));
+        QCOMPARE(controller->view()->findChild<QPushButton *>(u"downloadButton"_s)->text(), u"Download"_s);
+    }
 
 private:
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
 };
-
-void FileSearchTest::startsIdle()
-{
-    QVERIFY(!m_view->controller->isSearching());
-    QVERIFY(!m_view->controller->isDownloading());
-    QVERIFY(m_view->cancelButton()->isHidden());
-    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-    QVERIFY(!m_view->widget("scrollView")->isVisible());
-    QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
-    QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
-}
-
-void FileSearchTest::fileSearchAsksForSizeHashAndLanguageInThatOrder()
-{
-    m_view->controller->searchForFile(Video, std::nullopt);
-    const QList<Arg> expected = {{Param::byteSize, u"1234567"_s},
-                                 {Param::movieHash, u"0123456789abcdef"_s},
-                                 {Param::language, u"eng"_s}};
-    QCOMPARE(m_view->service->queries.size(), 1);
-    QVERIFY(m_view->service->queries.first() == expected);
-    QCOMPARE(static_cast<int>(Param::byteSize), 2);
-    QCOMPARE(static_cast<int>(Param::movieHash), 3);
-    QCOMPARE(static_cast<int>(Param::text), 4);
-    QCOMPARE(static_cast<int>(Param::language), 6);
-}
-
-void FileSearchTest::sizeIsPrintedUnsignedWithoutSeparators()
-{
-    m_view->service->hash = VideoHash{u"ffffffffffffffff"_s, std::numeric_limits<quint64>::max()};
-    m_view->controller->searchForFile(Video, std::nullopt);
-    QCOMPARE(m_view->service->queries.first().first().value, u"18446744073709551615"_s);
-}
-
-void FileSearchTest::fileSearchShowsTheNameAndKeepsFileAndRequest()
-{
-    QSignalSpy searching(m_view->controller.get(), &MainViewController::isSearchingChanged);
-    m_view->controller->searchForFile(Video, Tessaly);
-    QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
-    QCOMPARE(searching.size(), 1);
-    QVERIFY(m_view->controller->isSearching());
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-}
-
-void FileSearchTest::fileSearchWithoutRequestKeepsTheStoredOne()
-{
-    m_view->controller->searchForFile(Video, Tessaly);
-    m_view->controller->searchForFile(Video, std::nullopt);
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-}
-
-void FileSearchTest::unhashableFileIsSearchedByItsFullName()
-{
-    m_view->service->hash.reset();
-    m_view->controller->searchForFile(Video, std::nullopt);
-    QVERIFY(m_view->service->queries.isEmpty()); // only on the next turn
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"Failed to create a file hash for the url"_s});
-    m_view->turn();
-    QVERIFY(m_view->service->queries.last() == textArgs(u"Some.Film.2019.mkv"_s));
-    QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
-}
-
-void FileSearchTest::nulInANameIsNoPartOfTheSearch()
-{
-    m_view->service->hash.reset();
-    m_view->controller->searchForFile(QUrl(u"file:///videos/Some%00Film.mkv"_s), std::nullopt);
-    m_view->turn();
-    QCOMPARE(m_view->field()->text(), u"SomeFilm.mkv"_s);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"SomeFilm.mkv"_s));
-}
-
-void FileSearchTest::unhashableFileLeavesStateAndDropsItsRequest()
-{
-    m_view->service->hash.reset();
-    m_view->controller->searchForFile(Video, Tessaly);
-    QVERIFY(!m_view->controller->isSearching());
-    m_view->turn();
-    QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
-    // No file is kept either: a language change repeats the words.
-    UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"Some.Film.2019.mkv"_s, u"fre"_s));
-}
-
-void FileSearchTest::foundFilesShowTheCountAndTheList()
-{
-    m_view->controller->searchForFile(Video, std::nullopt);
-    m_view->service->finishLast(answerWith(2));
-    m_view->turn();
-    QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
-    QVERIFY(m_view->widget("scrollView")->isVisible());
-    QVERIFY(!m_view->widget("dragFilesHereView")->isVisible());
-    QCOMPARE(m_view->service->queries.size(), 1);
-}
-
-void FileSearchTest::emptyFileSearchFallsBackToWordsOfTheName()
-{
-    m_view->controller->searchForFile(Video, std::nullopt);
-    m_view->service->finishLast(answerWith(0));
-    m_view->turn();
-    QCOMPARE(m_view->field()->text(), u"words from name"_s);
-    QCOMPARE(m_view->service->queries.size(), 2);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"words from name"_s));
-    QCOMPARE(m_view->title(), u"Plovendix (0 subtitles found)"_s);
-}
-
-void FileSearchTest::fallbackRunsWithTheFlagSetBack()
-{
-    m_view->controller->searchForFile(Video, std::nullopt);
-    QSignalSpy changes(m_view->controller.get(), &MainViewController::isSearchingChanged);
-    m_view->service->finishLast(answerWith(0));
-    m_view->turn();
-    QCOMPARE(changes.size(), 1); // the fallback starts while it is still set
-    QVERIFY(!m_view->controller->isSearching());
-    QVERIFY(m_view->cancelButton()->isVisible());
-    m_view->service->finishLast(answerWith(1));
-    m_view->turn();
-    QCOMPARE(m_view->title(), u"Plovendix (1 subtitles found)"_s);
-}
-
-void FileSearchTest::viewStaysAsItWasUntilTheFallbackIsAnswered()
-{
-    m_view->showResults(3);
-    m_view->controller->searchForFile(Video, std::nullopt);
-    m_view->service->finishLast(answerWith(0));
-    m_view->turn();
-    QVERIFY(m_view->widget("scrollView")->isVisible());
-    QVERIFY(!m_view->widget("dragFilesHereView")->isVisible());
-    QCOMPARE(m_view->table()->numberOfRows(), 0);
-    m_view->service->finishLast(answerWith(0));
-    m_view->turn();
-    QVERIFY(!m_view->widget("scrollView")->isVisible());
-    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-}
-
-void FileSearchTest::dropOnTheResultsIsSearchedForToo()
-{
-    m_view->showResults(3);
-    QWidget *rows = m_view->table()->viewport();
-    QMimeData file;
-    file.setUrls({Video});
-    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(rows, &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(rows, &drop);
-    QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
-    QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
-}
-
-void FileSearchTest::downloadButtonNamesTheDelivery()
-{
-    m_view->controller->searchForText(u"a"_s, Tessaly);
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-    m_view->controller->cancelQuery(nullptr);
-    QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
-}
-
-void FileSearchTest::requesterNameIsNoMnemonic()
-{
-    m_view->controller->searchForText(u"a"_s, ExternalRequestInfo{u"x"_s, u"1"_s, u"A&B"_s});
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to A&&B"_s);
-}
-
-void FileSearchTest::laterRequestTakesThePlaceOfTheStoredOne()
-{
-    m_view->controller->searchForFile(Video, Tessaly);
-    m_view->controller->searchForFile(Video, ExternalRequestInfo{u"glimmet"_s, u"7"_s, u"Glimmet"_s});
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Glimmet"_s);
-}
-
-void FileSearchTest::stateIsSetBeforeTheServiceIsAsked()
-{
-    const auto looking = std::make_shared<LookingService>();
-    looking->controller = m_view->controller.get();
-    looking->button = m_view->downloadButton();
-    SubtitleService::setShared(looking);
-    m_view->controller->searchForFile(Video, Tessaly);
-    QVERIFY(looking->wasSearching);
-    QCOMPARE(looking->title, u"Send to Tessaly"_s);
-    m_view->controller->cancelQuery(nullptr);
-    looking->wasSearching = false;
-    m_view->controller->searchForText(u"words"_s, Tessaly);
-    QVERIFY(looking->wasSearching);
-    QCOMPARE(looking->title, u"Send to Tessaly"_s);
-}
-
-void FileSearchTest::answerOnTheMainThreadWaitsForItsTurn()
-{
-    m_view->controller->searchForFile(Video, std::nullopt);
-    m_view->service->finishLast(answerWith(2), AnswerOn::MainThread);
-    QCOMPARE(m_view->controller->numberOfRowsInTableView(), 2); // stored at once
-    QCOMPARE(m_view->title(), QString());
-    QVERIFY(m_view->controller->isSearching());
-    m_view->turn();
-    QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
-    QVERIFY(!m_view->controller->isSearching());
-}
-
-void FileSearchTest::parkedFileWithoutAHashIsServedOnceToo()
-{
-    Parked parked;
-    parked.request = ExternalRequest{QUrl(u"file:///videos/notes.txt"_s), Tessaly};
-    PendingRequest::setShared(&parked);
-    m_view->service->hash.reset();
-    const auto controller = ViewController::make<MainViewController>();
-    controller->view();
-    PendingRequest::setShared(nullptr);
-    QVERIFY(!parked.request);
-    m_view->turn();
-    QVERIFY(m_view->service->queries.last() == textArgs(u"notes.txt"_s));
-    QCOMPARE(controller->view()->findChild<QPushButton *>(u"downloadButton"_s)->text(), u"Download"_s);
-}
-
-void FileSearchTest::parkedRequestIsServedOnceWhenTheViewLoads()
-{
-    Parked parked;
-    parked.request = ExternalRequest{Video, Tessaly};
-    PendingRequest::setShared(&parked);
-    m_view = std::make_unique<MainViewFixture>();
-    PendingRequest::setShared(nullptr);
-    QVERIFY(!parked.request);
-    QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
-    QCOMPARE(m_view->service->queries.size(), 1);
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-}
 
 PLOVENDIX_GUI_TEST(FileSearchTest)
 #include "FileSearchTest.moc"

@@ -24,12 +24,74 @@ private Q_SLOTS:
     }
     void cleanup() { m_view.reset(); }
 
-    void panelIsShownInAQuarterOfASecond();
-    void panelIsHiddenInAQuarterOfASecond();
-    void panelIsHiddenAnimatedWhenTheResultsAreCleared();
-    void rowIsScrolledToAfterTheMovementOnly();
-    void rowIsScrolledToOnATurnOfItsOwn();
-    void nothingIsScrolledToWhenThePanelIsHidden();
+    void panelIsShownInAQuarterOfASecond()
+    {
+        m_view->showResults(3);
+        m_view->table()->selectRow(0);
+        QVERIFY(movement());
+        QCOMPARE(movement()->duration(), 250);
+        QCOMPARE(constraint()->presentedConstant(), -168.0);
+        finishMovement();
+        QCOMPARE(constraint()->presentedConstant(), 0.0);
+        QVERIFY(!movement());
+    }
+
+    void panelIsHiddenInAQuarterOfASecond()
+    {
+        showPanel();
+        m_view->table()->deselectAll();
+        QCOMPARE(constraint()->constant(), -168.0);
+        QCOMPARE(constraint()->presentedConstant(), 0.0);
+        QCOMPARE(m_view->child<ScrollView>("scrollView")->contentInsets(), QMargins(0, 80, 0, 0));
+        QVERIFY(movement());
+        QCOMPARE(movement()->duration(), 250);
+        finishMovement();
+        QCOMPARE(constraint()->presentedConstant(), -168.0);
+    }
+
+    void panelIsHiddenAnimatedWhenTheResultsAreCleared()
+    {
+        showPanel();
+        m_view->controller->cancelQuery(nullptr);
+        QVERIFY(movement());
+        QCOMPARE(movement()->endValue().toReal(), -168.0);
+        QCOMPARE(constraint()->presentedConstant(), 0.0);
+    }
+
+    void rowIsScrolledToAfterTheMovementOnly()
+    {
+        selectOutOfSight();
+        QVERIFY(movement());
+        movement()->setCurrentTime(movement()->duration() - 1);
+        m_view->turn();
+        QCOMPARE(bar()->value(), 0);
+        finishMovement();
+        m_view->turn();
+        QVERIFY(bar()->value() > 0);
+        const QRect row = m_view->table()->visualRect(m_view->table()->model()->index(30, 0));
+        QVERIFY(m_view->table()->viewport()->rect().contains(row));
+    }
+
+    void rowIsScrolledToOnATurnOfItsOwn()
+    {
+        selectOutOfSight();
+        finishMovement();
+        QCOMPARE(bar()->value(), 0);
+        m_view->turn();
+        QVERIFY(bar()->value() > 0);
+    }
+
+    void nothingIsScrolledToWhenThePanelIsHidden()
+    {
+        showPanel();
+        bar()->setValue(bar()->maximum() / 2);
+        const int before = bar()->value();
+        QVERIFY(before > 0);
+        m_view->table()->deselectAll();
+        finishMovement();
+        m_view->turn();
+        QCOMPARE(bar()->value(), before);
+    }
 
 private:
     LayoutConstraint *constraint() const
@@ -71,75 +133,6 @@ private:
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
 };
-
-void PanelMovementTest::panelIsShownInAQuarterOfASecond()
-{
-    m_view->showResults(3);
-    m_view->table()->selectRow(0);
-    QVERIFY(movement());
-    QCOMPARE(movement()->duration(), 250);
-    QCOMPARE(constraint()->presentedConstant(), -168.0);
-    finishMovement();
-    QCOMPARE(constraint()->presentedConstant(), 0.0);
-    QVERIFY(!movement());
-}
-
-void PanelMovementTest::panelIsHiddenInAQuarterOfASecond()
-{
-    showPanel();
-    m_view->table()->deselectAll();
-    QCOMPARE(constraint()->constant(), -168.0);
-    QCOMPARE(constraint()->presentedConstant(), 0.0);
-    QCOMPARE(m_view->child<ScrollView>("scrollView")->contentInsets(), QMargins(0, 80, 0, 0));
-    QVERIFY(movement());
-    QCOMPARE(movement()->duration(), 250);
-    finishMovement();
-    QCOMPARE(constraint()->presentedConstant(), -168.0);
-}
-
-void PanelMovementTest::panelIsHiddenAnimatedWhenTheResultsAreCleared()
-{
-    showPanel();
-    m_view->controller->cancelQuery(nullptr);
-    QVERIFY(movement());
-    QCOMPARE(movement()->endValue().toReal(), -168.0);
-    QCOMPARE(constraint()->presentedConstant(), 0.0);
-}
-
-void PanelMovementTest::rowIsScrolledToAfterTheMovementOnly()
-{
-    selectOutOfSight();
-    QVERIFY(movement());
-    movement()->setCurrentTime(movement()->duration() - 1);
-    m_view->turn();
-    QCOMPARE(bar()->value(), 0);
-    finishMovement();
-    m_view->turn();
-    QVERIFY(bar()->value() > 0);
-    const QRect row = m_view->table()->visualRect(m_view->table()->model()->index(30, 0));
-    QVERIFY(m_view->table()->viewport()->rect().contains(row));
-}
-
-void PanelMovementTest::rowIsScrolledToOnATurnOfItsOwn()
-{
-    selectOutOfSight();
-    finishMovement();
-    QCOMPARE(bar()->value(), 0);
-    m_view->turn();
-    QVERIFY(bar()->value() > 0);
-}
-
-void PanelMovementTest::nothingIsScrolledToWhenThePanelIsHidden()
-{
-    showPanel();
-    bar()->setValue(bar()->maximum() / 2);
-    const int before = bar()->value();
-    QVERIFY(before > 0);
-    m_view->table()->deselectAll();
-    finishMovement();
-    m_view->turn();
-    QCOMPARE(bar()->value(), before);
-}
 
 PLOVENDIX_GUI_TEST(PanelMovementTest)
 #include "PanelMovementTest.moc"

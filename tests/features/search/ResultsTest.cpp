@@ -45,31 +45,288 @@ private Q_SLOTS:
     }
     void cleanup() { m_view.reset(); }
 
-    void absentAndEmptyListsHaveNoRows();
-    void cellShowsNameDetailsAndIcon();
-    void unknownFormatShowsTheUnknownIcon();
-    void formatIsNoPath();
-    void rowsAreReadByTheirNames();
-    void selectionFillsAndShowsThePanel();
-    void selectionWithThePanelShownDoesNotMoveIt();
-    void deselectionHidesThePanel();
-    void panelStartsHiddenWithInsets();
-    void panelIsInPlaceWhenTheViewLoads();
-    void insetsChangeBeforeThePanelMoves();
-    void shownPanelScrollsToTheSelectedRowWhenAnimated();
-    void shownPanelDoesNotScrollWithoutAnimation();
-    void emptyResultsDropTheSelection();
-    void reloadKeepsTheSelectedRow();
-    void storedListDoesNotChangeTheRowsShown();
-    void listStoredDuringAReloadIsShownWholeOrNotAtAll();
-    void selectionOverAnEmptyListIsOnlyPrinted();
-    void selectionOverAnAbsentListIsPassedOver();
-    void absentListTakesASelectedRowAway();
-    void fillingThePanelWithoutASelectionIsOnlyPrinted();
-    void panelThatIsShownIsLeftAlone();
-    void panelThatIsHiddenIsLeftAlone();
-    void scrollingEndsWithTheTable();
-    void hundredThousandRowsAreShown();
+    void absentAndEmptyListsHaveNoRows()
+    {
+        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
+        m_view->showResults(0);
+        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
+        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+    }
+
+    void cellShowsNameDetailsAndIcon()
+    {
+        m_view->showResults(2);
+        auto *cell = qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(1));
+        QVERIFY(cell);
+        QCOMPARE(cell->titleTextField->text(), u"Film.2"_s);
+        QCOMPARE(cell->subtitleTextField->text(), u"Film"_s);
+        QVERIFY(cell->imageView()->image());
+        QVERIFY(*cell->imageView()->image() == *Image::named(u"SRT"_s));
+        QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
+    }
+
+    void unknownFormatShowsTheUnknownIcon()
+    {
+        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->service->finishLast(answerWith(someSubtitles(1, u"odd"_s)));
+        m_view->turn();
+        TableCellView *cell = m_view->controller->tableViewViewForRow(0);
+        QVERIFY(*cell->imageView()->image() == *Image::named(u"UNKNOWN"_s));
+        QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
+    }
+
+    void formatIsNoPath()
+    {
+        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->service->finishLast(answerWith(someSubtitles(1, u"../icons/srt"_s)));
+        m_view->turn();
+        TableCellView *cell = m_view->controller->tableViewViewForRow(0);
+        QVERIFY(*cell->imageView()->image() == *Image::named(u"UNKNOWN"_s));
+    }
+
+    void rowsAreReadByTheirNames()
+    {
+        m_view->showResults(2);
+        QAccessibleInterface *list = QAccessible::queryAccessibleInterface(m_view->table());
+        QCOMPARE(list->text(QAccessible::Name), u"Results"_s);
+        QCOMPARE(list->child(0)->text(QAccessible::Name), u"Film.1, Film"_s);
+    }
+
+    void selectionFillsAndShowsThePanel()
+    {
+        m_view->showResults(3);
+        select(1);
+        QCOMPARE(label("detailFileLabel"), u"Film.2"_s);
+        QCOMPARE(label("detailTitleLabel"), u"Film"_s);
+        QCOMPARE(label("detailLanguageLabel"), u"English"_s);
+        QCOMPARE(constraint()->constant(), 0.0);
+        QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 168));
+    }
+
+    void selectionWithThePanelShownDoesNotMoveIt()
+    {
+        m_view->showResults(3);
+        select(0);
+        int movements = 0;
+        connect(constraint(), &LayoutConstraint::constantChanged, this, [&] { ++movements; });
+        select(2);
+        QCOMPARE(label("detailFileLabel"), u"Film.3"_s);
+        QCOMPARE(movements, 0);
+        QCOMPARE(constraint()->constant(), 0.0);
+    }
+
+    void deselectionHidesThePanel()
+    {
+        m_view->showResults(3);
+        select(0);
+        m_view->table()->deselectAll();
+        QCOMPARE(constraint()->constant(), -168.0);
+        QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 0));
+    }
+
+    void panelStartsHiddenWithInsets()
+    {
+        QCOMPARE(constraint()->constant(), -168.0);
+        QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 0));
+    }
+
+    void panelIsInPlaceWhenTheViewLoads()
+    {
+        Animator::setReducedMotion(false);
+        const auto controller = ViewController::make<MainViewController>();
+        const auto *bottom = static_cast<BottomPanelView *>(controller->view())->bottomConstraint();
+        QCOMPARE(bottom->constant(), -168.0);
+        QCOMPARE(bottom->presentedConstant(), -168.0);
+    }
+
+    void insetsChangeBeforeThePanelMoves()
+    {
+        Animator::setReducedMotion(false);
+        m_view->showResults(3);
+        QMargins insetsAtFirstMovement;
+        connect(constraint(), &LayoutConstraint::presentedConstantChanged, this, [&] {
+            if (insetsAtFirstMovement.isNull())
+                insetsAtFirstMovement = scrollView()->contentInsets();
+        });
+        select(0);
+        QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 168));
+        QVERIFY(constraint()->presentedConstant() < 0);
+        QTRY_COMPARE(constraint()->presentedConstant(), 0.0);
+        QCOMPARE(insetsAtFirstMovement, QMargins(0, 80, 0, 168));
+    }
+
+    void shownPanelScrollsToTheSelectedRowWhenAnimated()
+    {
+        m_view->showResults(50);
+        QScrollBar *bar = m_view->table()->verticalScrollBar();
+        select(30);
+        bar->setValue(0);
+        QCOMPARE(bar->value(), 0);
+        QTRY_VERIFY((m_view->turn(), bar->value() > 0));
+        const QRect row = m_view->table()->visualRect(m_view->table()->model()->index(30, 0));
+        QVERIFY(m_view->table()->viewport()->rect().contains(row));
+    }
+
+    void shownPanelDoesNotScrollWithoutAnimation()
+    {
+        m_view->showResults(50);
+        QScrollBar *bar = m_view->table()->verticalScrollBar();
+        {
+            const QSignalBlocker quiet(m_view->table()->selectionModel());
+            select(30);
+        }
+        bar->setValue(0);
+        m_view->controller->updateUIState(false);
+        QCOMPARE(constraint()->constant(), 0.0);
+        m_view->turn();
+        QCOMPARE(bar->value(), 0);
+    }
+
+    void emptyResultsDropTheSelection()
+    {
+        m_view->showResults(3);
+        select(2);
+        m_view->showResults(1);
+        QCOMPARE(m_view->table()->selectedRow(), -1);
+        QCOMPARE(constraint()->constant(), -168.0);
+    }
+
+    void reloadKeepsTheSelectedRow()
+    {
+        m_view->showResults(3);
+        select(1);
+        m_view->controller->searchForText(u"another"_s, std::nullopt);
+        m_view->service->finishLast(answerWith(someSubtitles(3).mid(1)));
+        m_view->turn();
+        QCOMPARE(m_view->table()->selectedRow(), 1);
+        QCOMPARE(label("detailFileLabel"), u"Film.3"_s); // what stands in that row now
+        QCOMPARE(constraint()->constant(), 0.0);
+    }
+
+    void storedListDoesNotChangeTheRowsShown()
+    {
+        m_view->showResults(5);
+        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->service->finishLast(answerWith(1));
+        QCOMPARE(m_view->table()->numberOfRows(), 5);
+        QCOMPARE(qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(4))
+                     ->titleTextField->text(),
+                 u"Film.5"_s);
+        select(4); // fills the panel from the rows shown
+        QCOMPARE(label("detailFileLabel"), u"Film.5"_s);
+    }
+
+    void listStoredDuringAReloadIsShownWholeOrNotAtAll()
+    {
+        const auto controller = ViewController::make<InterruptedController>();
+        m_view->window->setContentViewController(controller);
+        controller->searchForText(u"a"_s, std::nullopt);
+        controller->searchForText(u"b"_s, std::nullopt);
+        m_view->service->finish(0, answerWith(2));
+        controller->interrupt = [this] { m_view->service->finish(1, answerWith(5)); };
+        QStringList rows;
+        MainQueue::shared().async([&] { // before the steps of the second search
+            for (int row = 0; row < m_view->table()->numberOfRows(); ++row)
+                rows += controller->tableViewAccessibleTextForRow(row);
+        });
+        m_view->turn();
+        QCOMPARE(rows, (QStringList{u"Film.1, Film"_s, u"Film.2, Film"_s, u"Film.3, Film"_s,
+                                    u"Film.4, Film"_s, u"Film.5, Film"_s}));
+    }
+
+    void selectionOverAnEmptyListIsOnlyPrinted()
+    {
+        m_view->showResults(3);
+        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->service->finishLast(answerWith(0)); // stored, not shown yet
+        m_sandbox.clearPrintedLines();
+        select(1);
+        QCOMPARE(m_sandbox.printedLines(), QStringList{u"This doesn't work"_s});
+        QVERIFY(label("detailFileLabel") != u"Film.2"_s);
+    }
+
+    void selectionOverAnAbsentListIsPassedOver()
+    {
+        m_view->showResults(3);
+        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->service->finishLast(QueryResult{}); // stored, not shown yet
+        m_sandbox.clearPrintedLines();
+        select(1);
+        QCOMPARE(m_sandbox.printedLines(), QStringList());
+        QVERIFY(label("detailFileLabel") != u"Film.2"_s);
+        m_view->controller->downloadSelectedSubtitle();
+        QCOMPARE(m_view->service->downloadCount(), 0);
+    }
+
+    void absentListTakesASelectedRowAway()
+    {
+        m_view->showResults(3);
+        select(1);
+        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->service->finishLast(QueryResult{});
+        m_sandbox.clearPrintedLines();
+        m_view->controller->updateUIState(false); // a row is selected still, and fills nothing
+        m_view->controller->downloadSelectedSubtitle();
+        QCOMPARE(m_sandbox.printedLines(), QStringList());
+        QCOMPARE(m_view->service->downloadCount(), 0);
+        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+        m_view->turn();
+        QCOMPARE(m_view->table()->numberOfRows(), 0);
+        QCOMPARE(m_view->table()->selectedRow(), -1);
+        QCOMPARE(constraint()->constant(), -168.0);
+        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+    }
+
+    void fillingThePanelWithoutASelectionIsOnlyPrinted()
+    {
+        m_view->showResults(3);
+        m_sandbox.clearPrintedLines();
+        m_view->controller->updateDetailView();
+        QCOMPARE(m_sandbox.printedLines(), QStringList{u"No subtitles available"_s});
+    }
+
+    void panelThatIsShownIsLeftAlone()
+    {
+        m_view->showResults(50);
+        select(0);
+        m_view->turn();
+        QScrollBar *bar = m_view->table()->verticalScrollBar();
+        scrollView()->setContentInsets({0, 80, 0, 100});
+        select(1);
+        bar->setValue(bar->maximum());
+        m_view->turn(); // nothing moved, so nothing scrolls
+        QCOMPARE(bar->value(), bar->maximum());
+        QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 100));
+    }
+
+    void panelThatIsHiddenIsLeftAlone()
+    {
+        m_view->showResults(3);
+        scrollView()->setContentInsets({0, 80, 0, 100});
+        m_view->controller->updateUIState(true);
+        QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 100));
+        QCOMPARE(constraint()->constant(), -168.0);
+    }
+
+    void scrollingEndsWithTheTable()
+    {
+        m_view->showResults(50);
+        select(30); // the panel is there, its row to be scrolled to on the next turn
+        delete m_view->table();
+        m_view->turn();
+        QCOMPARE(constraint()->constant(), 0.0);
+    }
+
+    void hundredThousandRowsAreShown()
+    {
+        constexpr int Rows = 100'000;
+        m_view->showResults(Rows);
+        QCOMPARE(m_view->table()->numberOfRows(), Rows);
+        select(Rows - 1);
+        m_view->table()->scrollRowToVisible(Rows - 1);
+        QVERIFY(!m_view->window->grab().isNull());
+        QCOMPARE(label("detailFileLabel"), u"Film.100000"_s);
+    }
 
 private:
     ScrollView *scrollView() const { return m_view->child<ScrollView>("scrollView"); }
@@ -83,289 +340,6 @@ private:
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
 };
-
-void ResultsTest::absentAndEmptyListsHaveNoRows()
-{
-    QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
-    m_view->showResults(0);
-    QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
-    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-}
-
-void ResultsTest::cellShowsNameDetailsAndIcon()
-{
-    m_view->showResults(2);
-    auto *cell = qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(1));
-    QVERIFY(cell);
-    QCOMPARE(cell->titleTextField->text(), u"Film.2"_s);
-    QCOMPARE(cell->subtitleTextField->text(), u"Film"_s);
-    QVERIFY(cell->imageView()->image());
-    QVERIFY(*cell->imageView()->image() == *Image::named(u"SRT"_s));
-    QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
-}
-
-void ResultsTest::unknownFormatShowsTheUnknownIcon()
-{
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(answerWith(someSubtitles(1, u"odd"_s)));
-    m_view->turn();
-    TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-    QVERIFY(*cell->imageView()->image() == *Image::named(u"UNKNOWN"_s));
-    QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
-}
-
-void ResultsTest::formatIsNoPath()
-{
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(answerWith(someSubtitles(1, u"../icons/srt"_s)));
-    m_view->turn();
-    TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-    QVERIFY(*cell->imageView()->image() == *Image::named(u"UNKNOWN"_s));
-}
-
-void ResultsTest::rowsAreReadByTheirNames()
-{
-    m_view->showResults(2);
-    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(m_view->table());
-    QCOMPARE(list->text(QAccessible::Name), u"Results"_s);
-    QCOMPARE(list->child(0)->text(QAccessible::Name), u"Film.1, Film"_s);
-}
-
-void ResultsTest::selectionFillsAndShowsThePanel()
-{
-    m_view->showResults(3);
-    select(1);
-    QCOMPARE(label("detailFileLabel"), u"Film.2"_s);
-    QCOMPARE(label("detailTitleLabel"), u"Film"_s);
-    QCOMPARE(label("detailLanguageLabel"), u"English"_s);
-    QCOMPARE(constraint()->constant(), 0.0);
-    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 168));
-}
-
-void ResultsTest::selectionWithThePanelShownDoesNotMoveIt()
-{
-    m_view->showResults(3);
-    select(0);
-    int movements = 0;
-    connect(constraint(), &LayoutConstraint::constantChanged, this, [&] { ++movements; });
-    select(2);
-    QCOMPARE(label("detailFileLabel"), u"Film.3"_s);
-    QCOMPARE(movements, 0);
-    QCOMPARE(constraint()->constant(), 0.0);
-}
-
-void ResultsTest::deselectionHidesThePanel()
-{
-    m_view->showResults(3);
-    select(0);
-    m_view->table()->deselectAll();
-    QCOMPARE(constraint()->constant(), -168.0);
-    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 0));
-}
-
-void ResultsTest::panelStartsHiddenWithInsets()
-{
-    QCOMPARE(constraint()->constant(), -168.0);
-    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 0));
-}
-
-void ResultsTest::panelIsInPlaceWhenTheViewLoads()
-{
-    Animator::setReducedMotion(false);
-    const auto controller = ViewController::make<MainViewController>();
-    const auto *bottom = static_cast<BottomPanelView *>(controller->view())->bottomConstraint();
-    QCOMPARE(bottom->constant(), -168.0);
-    QCOMPARE(bottom->presentedConstant(), -168.0);
-}
-
-void ResultsTest::insetsChangeBeforeThePanelMoves()
-{
-    Animator::setReducedMotion(false);
-    m_view->showResults(3);
-    QMargins insetsAtFirstMovement;
-    connect(constraint(), &LayoutConstraint::presentedConstantChanged, this, [&] {
-        if (insetsAtFirstMovement.isNull())
-            insetsAtFirstMovement = scrollView()->contentInsets();
-    });
-    select(0);
-    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 168));
-    QVERIFY(constraint()->presentedConstant() < 0);
-    QTRY_COMPARE(constraint()->presentedConstant(), 0.0);
-    QCOMPARE(insetsAtFirstMovement, QMargins(0, 80, 0, 168));
-}
-
-void ResultsTest::shownPanelScrollsToTheSelectedRowWhenAnimated()
-{
-    m_view->showResults(50);
-    QScrollBar *bar = m_view->table()->verticalScrollBar();
-    select(30);
-    bar->setValue(0);
-    QCOMPARE(bar->value(), 0);
-    QTRY_VERIFY((m_view->turn(), bar->value() > 0));
-    const QRect row = m_view->table()->visualRect(m_view->table()->model()->index(30, 0));
-    QVERIFY(m_view->table()->viewport()->rect().contains(row));
-}
-
-void ResultsTest::shownPanelDoesNotScrollWithoutAnimation()
-{
-    m_view->showResults(50);
-    QScrollBar *bar = m_view->table()->verticalScrollBar();
-    {
-        const QSignalBlocker quiet(m_view->table()->selectionModel());
-        select(30);
-    }
-    bar->setValue(0);
-    m_view->controller->updateUIState(false);
-    QCOMPARE(constraint()->constant(), 0.0);
-    m_view->turn();
-    QCOMPARE(bar->value(), 0);
-}
-
-void ResultsTest::emptyResultsDropTheSelection()
-{
-    m_view->showResults(3);
-    select(2);
-    m_view->showResults(1);
-    QCOMPARE(m_view->table()->selectedRow(), -1);
-    QCOMPARE(constraint()->constant(), -168.0);
-}
-
-void ResultsTest::reloadKeepsTheSelectedRow()
-{
-    m_view->showResults(3);
-    select(1);
-    m_view->controller->searchForText(u"another"_s, std::nullopt);
-    m_view->service->finishLast(answerWith(someSubtitles(3).mid(1)));
-    m_view->turn();
-    QCOMPARE(m_view->table()->selectedRow(), 1);
-    QCOMPARE(label("detailFileLabel"), u"Film.3"_s); // what stands in that row now
-    QCOMPARE(constraint()->constant(), 0.0);
-}
-
-void ResultsTest::storedListDoesNotChangeTheRowsShown()
-{
-    m_view->showResults(5);
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(answerWith(1));
-    QCOMPARE(m_view->table()->numberOfRows(), 5);
-    QCOMPARE(
-        qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(4))->titleTextField->text(),
-        u"Film.5"_s);
-    select(4); // fills the panel from the rows shown
-    QCOMPARE(label("detailFileLabel"), u"Film.5"_s);
-}
-
-void ResultsTest::listStoredDuringAReloadIsShownWholeOrNotAtAll()
-{
-    const auto controller = ViewController::make<InterruptedController>();
-    m_view->window->setContentViewController(controller);
-    controller->searchForText(u"a"_s, std::nullopt);
-    controller->searchForText(u"b"_s, std::nullopt);
-    m_view->service->finish(0, answerWith(2));
-    controller->interrupt = [this] { m_view->service->finish(1, answerWith(5)); };
-    QStringList rows;
-    MainQueue::shared().async([&] { // before the steps of the second search
-        for (int row = 0; row < m_view->table()->numberOfRows(); ++row)
-            rows += controller->tableViewAccessibleTextForRow(row);
-    });
-    m_view->turn();
-    QCOMPARE(rows, (QStringList{u"Film.1, Film"_s, u"Film.2, Film"_s, u"Film.3, Film"_s, u"Film.4, Film"_s,
-                                u"Film.5, Film"_s}));
-}
-
-void ResultsTest::selectionOverAnEmptyListIsOnlyPrinted()
-{
-    m_view->showResults(3);
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(answerWith(0)); // stored, not shown yet
-    m_sandbox.clearPrintedLines();
-    select(1);
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"This doesn't work"_s});
-    QVERIFY(label("detailFileLabel") != u"Film.2"_s);
-}
-
-void ResultsTest::selectionOverAnAbsentListIsPassedOver()
-{
-    m_view->showResults(3);
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(QueryResult{}); // stored, not shown yet
-    m_sandbox.clearPrintedLines();
-    select(1);
-    QCOMPARE(m_sandbox.printedLines(), QStringList());
-    QVERIFY(label("detailFileLabel") != u"Film.2"_s);
-    m_view->controller->downloadSelectedSubtitle();
-    QCOMPARE(m_view->service->downloadCount(), 0);
-}
-
-void ResultsTest::absentListTakesASelectedRowAway()
-{
-    m_view->showResults(3);
-    select(1);
-    m_view->controller->searchForText(u"a"_s, std::nullopt);
-    m_view->service->finishLast(QueryResult{});
-    m_sandbox.clearPrintedLines();
-    m_view->controller->updateUIState(false); // a row is selected still, and fills nothing
-    m_view->controller->downloadSelectedSubtitle();
-    QCOMPARE(m_sandbox.printedLines(), QStringList());
-    QCOMPARE(m_view->service->downloadCount(), 0);
-    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-    m_view->turn();
-    QCOMPARE(m_view->table()->numberOfRows(), 0);
-    QCOMPARE(m_view->table()->selectedRow(), -1);
-    QCOMPARE(constraint()->constant(), -168.0);
-    QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-}
-
-void ResultsTest::panelThatIsShownIsLeftAlone()
-{
-    m_view->showResults(50);
-    select(0);
-    m_view->turn();
-    QScrollBar *bar = m_view->table()->verticalScrollBar();
-    scrollView()->setContentInsets({0, 80, 0, 100});
-    select(1);
-    bar->setValue(bar->maximum());
-    m_view->turn(); // nothing moved, so nothing scrolls
-    QCOMPARE(bar->value(), bar->maximum());
-    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 100));
-}
-
-void ResultsTest::panelThatIsHiddenIsLeftAlone()
-{
-    m_view->showResults(3);
-    scrollView()->setContentInsets({0, 80, 0, 100});
-    m_view->controller->updateUIState(true);
-    QCOMPARE(scrollView()->contentInsets(), QMargins(0, 80, 0, 100));
-    QCOMPARE(constraint()->constant(), -168.0);
-}
-
-void ResultsTest::scrollingEndsWithTheTable()
-{
-    m_view->showResults(50);
-    select(30); // the panel is there, its row to be scrolled to on the next turn
-    delete m_view->table();
-    m_view->turn();
-    QCOMPARE(constraint()->constant(), 0.0);
-}
-
-void ResultsTest::fillingThePanelWithoutASelectionIsOnlyPrinted()
-{
-    m_view->showResults(3);
-    m_sandbox.clearPrintedLines();
-    m_view->controller->updateDetailView();
-    QCOMPARE(m_sandbox.printedLines(), QStringList{u"No subtitles available"_s});
-}
-
-void ResultsTest::hundredThousandRowsAreShown()
-{
-    constexpr int Rows = 100'000;
-    m_view->showResults(Rows);
-    QCOMPARE(m_view->table()->numberOfRows(), Rows);
-    select(Rows - 1);
-    m_view->table()->scrollRowToVisible(Rows - 1);
-    QVERIFY(!m_view->window->grab().isNull());
-    QCOMPARE(label("detailFileLabel"), u"Film.100000"_s);
-}
 
 PLOVENDIX_GUI_TEST(ResultsTest)
 #include "ResultsTest.moc"

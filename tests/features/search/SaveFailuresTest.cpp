@@ -48,16 +48,168 @@ private Q_SLOTS:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
-    void diskThatRefusesIsAnErrorAndNothingIsLost_data();
-    void diskThatRefusesIsAnErrorAndNothingIsLost();
-    void folderThatIsGoneIsAnError();
-    void folderOfTheNameIsKept();
-    void errorOfAMoveIsTheFileManagersOwn();
-    void afterATakenNameTheSheetComesBackAsItWas();
-    void takenNamesMayComeInARow();
-    void afterATakenNameTheSheetMayBeCancelled();
-    void windowThatClosesWithTheAlertGetsNoSheet();
-    void afterAnotherFailureTheSheetStaysAway();
+    void diskThatRefusesIsAnErrorAndNothingIsLost_data()
+    {
+        QTest::addColumn<int>("openFailure");
+        QTest::addColumn<int>("writeFailure");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("full disk") << 0 << ENOSPC << u"there is not enough free space"_s;
+        QTest::newRow("no room for another file") << ENOSPC << 0 << u"there is not enough free space"_s;
+        QTest::newRow("over quota") << 0 << EDQUOT << u"there is not enough free space"_s;
+        QTest::newRow("read-only disk") << EROFS << 0 << u"the disk can only be read"_s;
+        QTest::newRow("read-only folder") << EACCES << 0 << u"you do not have the permission"_s;
+        QTest::newRow("failing disk") << 0 << EIO << u"Input/output error"_s;
+    }
+
+    void diskThatRefusesIsAnErrorAndNothingIsLost()
+    {
+        QFETCH(int, openFailure);
+        QFETCH(int, writeFailure);
+        QFETCH(QString, reason);
+        const auto disk = std::make_shared<VideoDisk>();
+        disk->openFailure = openFailure;
+        disk->writeFailure = writeFailure;
+        FileManager::setDefaultManager(std::make_shared<FileManager>(disk));
+        searchVideo();
+        downloadFirst();
+        const QUrl file = downloadedFile();
+        finishWith(file);
+        const QString shown = saveAndReadTheAlert();
+        QVERIFY2(shown.contains(u"A.srt"_s) && shown.contains(m_sandbox.path(u"videos"_s)),
+                 qUtf8Printable(shown));
+        QVERIFY2(shown.contains(reason), qUtf8Printable(shown));
+        QVERIFY(QFile::exists(file.toLocalFile()));
+        QCOMPARE(QDir(m_sandbox.path(u"videos"_s)).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{u"a.b.mp4"_s});
+        QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+    }
+
+    void folderThatIsGoneIsAnError()
+    {
+        searchVideo();
+        downloadFirst();
+        const QUrl file = downloadedFile();
+        finishWith(file);
+        QVERIFY(QDir(m_sandbox.path(u"videos"_s)).removeRecursively());
+        QVERIFY(!saveAndReadTheAlert().isEmpty());
+        QVERIFY(QFile::exists(file.toLocalFile()));
+        QVERIFY(!QFile::exists(m_sandbox.path(u"videos"_s)));
+    }
+
+    void folderOfTheNameIsKept()
+    {
+        searchVideo();
+        downloadFirst();
+        const QUrl file = downloadedFile();
+        finishWith(file);
+        QFileDialog *dialog = sheet();
+        QVERIFY(dialog);
+        // It appears after the sheet has looked and before the file is moved.
+        QTest::keyClick(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
+        QVERIFY(QDir().mkpath(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
+        const QString shown = alertDuring([this] { m_view->turn(); });
+        QVERIFY2(shown.contains(u"a.b.pob.srt"_s), qUtf8Printable(shown));
+        QVERIFY(QFile::exists(file.toLocalFile()));
+    }
+
+    void errorOfAMoveIsTheFileManagersOwn()
+    {
+        struct Refusing final : FileManager
+        {
+            Result<void> moveItem(const QUrl &, const QUrl &) override
+            {
+                return Error{u"Files"_s, 4, u"Not today."_s};
+            }
+        };
+        FileManager::setDefaultManager(std::make_shared<Refusing>());
+        searchVideo();
+        downloadFirst();
+        finishWith(downloadedFile());
+        QCOMPARE(saveAndReadTheAlert(), u"Not today."_s);
+        QVERIFY(m_sandbox.printedLines().filter(u"Not today"_s).isEmpty());
+    }
+
+    void afterATakenNameTheSheetComesBackAsItWas()
+    {
+        m_sandbox.writeFile(u"videos/sub folder/My name.srt"_s, "mine");
+        searchVideo();
+        downloadFirst();
+        const QUrl file = downloadedFile();
+        finishWith(file);
+        sheet()->setDirectory(m_sandbox.path(u"videos/sub folder"_s));
+        enter(u"My name.srt"_s);
+        const QString shown = saveAndReadTheAlert();
+        QVERIFY2(shown.contains(u"already exists"_s), qUtf8Printable(u"shown: "_s + shown));
+        QVERIFY(sheet());
+        QCOMPARE(name()->text(), u"My name.srt"_s);
+        QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"videos/sub folder"_s));
+        QVERIFY(QFile::exists(file.toLocalFile()));
+        enter(u"My other name.srt"_s);
+        QVERIFY(saveAndReadTheAlert().isEmpty());
+        QVERIFY(!sheet());
+        QVERIFY(QFile::exists(m_sandbox.path(u"videos/sub folder/My other name.srt"_s)));
+        QCOMPARE(m_view->child<Label>("deliveryLabel")->text(), u"Saved as My other name.srt"_s);
+        QVERIFY(!QFile::exists(file.toLocalFile()));
+    }
+
+    void takenNamesMayComeInARow()
+    {
+        m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+        searchVideo();
+        downloadFirst();
+        finishWith(downloadedFile());
+        for (int times = 0; times < 3; ++times) {
+            QVERIFY(!saveAndReadTheAlert().isEmpty());
+            QVERIFY(sheet());
+            QCOMPARE(name()->text(), u"a.b.pob.srt"_s);
+        }
+        QVERIFY(QFile::remove(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
+        QVERIFY(saveAndReadTheAlert().isEmpty());
+        QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
+    }
+
+    void afterATakenNameTheSheetMayBeCancelled()
+    {
+        m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+        searchVideo();
+        downloadFirst();
+        const QUrl file = downloadedFile();
+        finishWith(file);
+        QVERIFY(!saveAndReadTheAlert().isEmpty());
+        answerSheet(false);
+        QVERIFY(!sheet());
+        QVERIFY(QFile::exists(file.toLocalFile()));
+        QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+    }
+
+    void windowThatClosesWithTheAlertGetsNoSheet()
+    {
+        m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+        searchVideo();
+        downloadFirst();
+        finishWith(downloadedFile());
+        const bool came = whileAlertIsUp([this] { answerSheet(true); },
+                                         [this] {
+                                             m_view->window->setContentViewController({});
+                                             dismissAlert();
+                                         });
+        QVERIFY(came);
+        m_view->turn();
+        QVERIFY(!sheet());
+    }
+
+    void afterAnotherFailureTheSheetStaysAway()
+    {
+        const auto disk = std::make_shared<VideoDisk>();
+        disk->writeFailure = ENOSPC;
+        FileManager::setDefaultManager(std::make_shared<FileManager>(disk));
+        searchVideo();
+        downloadFirst();
+        finishWith(downloadedFile());
+        QVERIFY(!saveAndReadTheAlert().isEmpty());
+        m_view->turn();
+        QVERIFY(!sheet());
+    }
 
 private:
     QLineEdit *name() const { return sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s); }
@@ -68,169 +220,6 @@ private:
         return alertDuring([this] { answerSheet(true); });
     }
 };
-
-void SaveFailuresTest::diskThatRefusesIsAnErrorAndNothingIsLost_data()
-{
-    QTest::addColumn<int>("openFailure");
-    QTest::addColumn<int>("writeFailure");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("full disk") << 0 << ENOSPC << u"there is not enough free space"_s;
-    QTest::newRow("no room for another file") << ENOSPC << 0 << u"there is not enough free space"_s;
-    QTest::newRow("over quota") << 0 << EDQUOT << u"there is not enough free space"_s;
-    QTest::newRow("read-only disk") << EROFS << 0 << u"the disk can only be read"_s;
-    QTest::newRow("read-only folder") << EACCES << 0 << u"you do not have the permission"_s;
-    QTest::newRow("failing disk") << 0 << EIO << u"Input/output error"_s;
-}
-
-void SaveFailuresTest::diskThatRefusesIsAnErrorAndNothingIsLost()
-{
-    QFETCH(int, openFailure);
-    QFETCH(int, writeFailure);
-    QFETCH(QString, reason);
-    const auto disk = std::make_shared<VideoDisk>();
-    disk->openFailure = openFailure;
-    disk->writeFailure = writeFailure;
-    FileManager::setDefaultManager(std::make_shared<FileManager>(disk));
-    searchVideo();
-    downloadFirst();
-    const QUrl file = downloadedFile();
-    finishWith(file);
-    const QString shown = saveAndReadTheAlert();
-    QVERIFY2(shown.contains(u"A.srt"_s) && shown.contains(m_sandbox.path(u"videos"_s)),
-             qUtf8Printable(shown));
-    QVERIFY2(shown.contains(reason), qUtf8Printable(shown));
-    QVERIFY(QFile::exists(file.toLocalFile()));
-    QCOMPARE(QDir(m_sandbox.path(u"videos"_s)).entryList(QDir::Files | QDir::Hidden),
-             QStringList{u"a.b.mp4"_s});
-    QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
-}
-
-void SaveFailuresTest::folderThatIsGoneIsAnError()
-{
-    searchVideo();
-    downloadFirst();
-    const QUrl file = downloadedFile();
-    finishWith(file);
-    QVERIFY(QDir(m_sandbox.path(u"videos"_s)).removeRecursively());
-    QVERIFY(!saveAndReadTheAlert().isEmpty());
-    QVERIFY(QFile::exists(file.toLocalFile()));
-    QVERIFY(!QFile::exists(m_sandbox.path(u"videos"_s)));
-}
-
-void SaveFailuresTest::folderOfTheNameIsKept()
-{
-    searchVideo();
-    downloadFirst();
-    const QUrl file = downloadedFile();
-    finishWith(file);
-    QFileDialog *dialog = sheet();
-    QVERIFY(dialog);
-    // It appears after the sheet has looked and before the file is moved.
-    QTest::keyClick(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
-    QVERIFY(QDir().mkpath(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
-    const QString shown = alertDuring([this] { m_view->turn(); });
-    QVERIFY2(shown.contains(u"a.b.pob.srt"_s), qUtf8Printable(shown));
-    QVERIFY(QFile::exists(file.toLocalFile()));
-}
-
-void SaveFailuresTest::errorOfAMoveIsTheFileManagersOwn()
-{
-    struct Refusing final : FileManager
-    {
-        Result<void> moveItem(const QUrl &, const QUrl &) override
-        {
-            return Error{u"Files"_s, 4, u"Not today."_s};
-        }
-    };
-    FileManager::setDefaultManager(std::make_shared<Refusing>());
-    searchVideo();
-    downloadFirst();
-    finishWith(downloadedFile());
-    QCOMPARE(saveAndReadTheAlert(), u"Not today."_s);
-    QVERIFY(m_sandbox.printedLines().filter(u"Not today"_s).isEmpty());
-}
-
-void SaveFailuresTest::afterATakenNameTheSheetComesBackAsItWas()
-{
-    m_sandbox.writeFile(u"videos/sub folder/My name.srt"_s, "mine");
-    searchVideo();
-    downloadFirst();
-    const QUrl file = downloadedFile();
-    finishWith(file);
-    sheet()->setDirectory(m_sandbox.path(u"videos/sub folder"_s));
-    enter(u"My name.srt"_s);
-    const QString shown = saveAndReadTheAlert();
-    QVERIFY2(shown.contains(u"already exists"_s), qUtf8Printable(u"shown: "_s + shown));
-    QVERIFY(sheet());
-    QCOMPARE(name()->text(), u"My name.srt"_s);
-    QCOMPARE(sheet()->directory().path(), m_sandbox.path(u"videos/sub folder"_s));
-    QVERIFY(QFile::exists(file.toLocalFile()));
-    enter(u"My other name.srt"_s);
-    QVERIFY(saveAndReadTheAlert().isEmpty());
-    QVERIFY(!sheet());
-    QVERIFY(QFile::exists(m_sandbox.path(u"videos/sub folder/My other name.srt"_s)));
-    QCOMPARE(m_view->child<Label>("deliveryLabel")->text(), u"Saved as My other name.srt"_s);
-    QVERIFY(!QFile::exists(file.toLocalFile()));
-}
-
-void SaveFailuresTest::takenNamesMayComeInARow()
-{
-    m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
-    searchVideo();
-    downloadFirst();
-    finishWith(downloadedFile());
-    for (int times = 0; times < 3; ++times) {
-        QVERIFY(!saveAndReadTheAlert().isEmpty());
-        QVERIFY(sheet());
-        QCOMPARE(name()->text(), u"a.b.pob.srt"_s);
-    }
-    QVERIFY(QFile::remove(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
-    QVERIFY(saveAndReadTheAlert().isEmpty());
-    QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
-}
-
-void SaveFailuresTest::afterATakenNameTheSheetMayBeCancelled()
-{
-    m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
-    searchVideo();
-    downloadFirst();
-    const QUrl file = downloadedFile();
-    finishWith(file);
-    QVERIFY(!saveAndReadTheAlert().isEmpty());
-    answerSheet(false);
-    QVERIFY(!sheet());
-    QVERIFY(QFile::exists(file.toLocalFile()));
-    QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
-}
-
-void SaveFailuresTest::windowThatClosesWithTheAlertGetsNoSheet()
-{
-    m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
-    searchVideo();
-    downloadFirst();
-    finishWith(downloadedFile());
-    const bool came = whileAlertIsUp([this] { answerSheet(true); },
-                                     [this] {
-                                         m_view->window->setContentViewController({});
-                                         dismissAlert();
-                                     });
-    QVERIFY(came);
-    m_view->turn();
-    QVERIFY(!sheet());
-}
-
-void SaveFailuresTest::afterAnotherFailureTheSheetStaysAway()
-{
-    const auto disk = std::make_shared<VideoDisk>();
-    disk->writeFailure = ENOSPC;
-    FileManager::setDefaultManager(std::make_shared<FileManager>(disk));
-    searchVideo();
-    downloadFirst();
-    finishWith(downloadedFile());
-    QVERIFY(!saveAndReadTheAlert().isEmpty());
-    m_view->turn();
-    QVERIFY(!sheet());
-}
 
 PLOVENDIX_GUI_TEST(SaveFailuresTest)
 #include "SaveFailuresTest.moc"

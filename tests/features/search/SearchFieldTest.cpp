@@ -22,282 +22,257 @@ private Q_SLOTS:
     }
     void cleanup() { m_view.reset(); }
 
-    void textSearchAsksForTheTextAsTypedAndTheLanguage();
-    void textSearchLeavesFieldAndFileAlone();
-    void searchButtonWithAnEmptyFieldDoesNothing();
-    void returnWithAnEmptyFieldDoesNothing();
-    void searchButtonForgetsFileAndRequest();
-    void returnKeepsFileAndRequest();
-    void returnLeavesTheSelectionWhereItWas();
-    void returnLeavesCaretAndSelectionAsTheyWere_data();
-    void returnLeavesCaretAndSelectionAsTheyWere();
-    void endOfEditingElsewhereLeavesTheFieldAlone();
-    void fieldLeftMeanwhileIsLeftAlone();
-    void wordsTypedMeanwhileStayInOrder();
-    void spacesAreAText();
-    void fieldHasTheFocusWhenTheWindowAppears();
-    void shortcutsGoToTheFieldAndSelectItsText_data();
-    void shortcutsGoToTheFieldAndSelectItsText();
-    void cancelLeavesTheKeptTextSelected();
-    void downEntersTheList();
-    void downGoesBackToTheRowThatIsSelected();
-    void downWithoutResultsStaysInTheField();
-    void controllerOutlivesItsWeakOutlets();
+    void textSearchAsksForTheTextAsTypedAndTheLanguage()
+    {
+        m_view->controller->searchForText(u"  two words "_s, std::nullopt);
+        QVERIFY(m_view->service->queries.first() == textArgs(u"  two words "_s));
+    }
+
+    void textSearchLeavesFieldAndFileAlone()
+    {
+        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->controller->searchForText(u"other"_s, std::nullopt);
+        QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
+        // The file is still the one that a language change repeats.
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        QCOMPARE(m_view->service->queries.last().first().param, Param::byteSize);
+    }
+
+    void searchButtonWithAnEmptyFieldDoesNothing()
+    {
+        m_view->controller->searchForFile(Video, Tessaly);
+        m_view->field()->clear();
+        QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
+        QCOMPARE(m_view->service->queries.size(), 1);
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+    }
+
+    void returnWithAnEmptyFieldDoesNothing()
+    {
+        m_view->field()->clear();
+        m_view->press(Qt::Key_Return);
+        QVERIFY(m_view->service->queries.isEmpty());
+        QVERIFY(!m_view->controller->isSearching());
+    }
+
+    void searchButtonForgetsFileAndRequest()
+    {
+        m_view->controller->searchForFile(Video, Tessaly);
+        m_view->field()->setText(u"typed"_s);
+        QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
+        QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s, u"ger"_s));
+    }
+
+    void returnKeepsFileAndRequest()
+    {
+        m_view->controller->searchForFile(Video, Tessaly);
+        m_view->field()->setText(u"typed"_s);
+        m_view->field()->setFocus();
+        m_view->press(Qt::Key_Return);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
+        QCOMPARE(m_view->service->queries.size(), 2);
+        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        QCOMPARE(m_view->service->queries.last().first().param, Param::byteSize);
+    }
+
+    void returnLeavesTheSelectionWhereItWas()
+    {
+        m_view->field()->setText(u"some words"_s);
+        m_view->field()->setFocus();
+        QTRY_VERIFY(m_view->field()->hasFocus());
+        m_view->field()->setSelection(5, 5);
+        connect(m_view->field(), &QLineEdit::editingFinished, m_view->field(),
+                [this] { m_view->field()->deselect(); });
+        m_view->press(Qt::Key_Return);
+        m_view->turn();
+        QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+    }
+
+    void returnLeavesCaretAndSelectionAsTheyWere_data()
+    {
+        QTest::addColumn<int>("anchor");
+        QTest::addColumn<int>("caret");
+        QTest::newRow("caret within") << 4 << 4;
+        QTest::newRow("caret at the start") << 0 << 0;
+        QTest::newRow("selected forwards") << 2 << 7;
+        QTest::newRow("selected backwards") << 7 << 2;
+        QTest::newRow("all of it") << 0 << 10;
+    }
+
+    void returnLeavesCaretAndSelectionAsTheyWere()
+    {
+        QFETCH(int, anchor);
+        QFETCH(int, caret);
+        QLineEdit *field = m_view->field();
+        field->setText(u"some words"_s);
+        field->setFocus();
+        QTRY_VERIFY(field->hasFocus());
+        field->setCursorPosition(anchor);
+        if (caret != anchor)
+            field->setSelection(anchor, caret - anchor);
+        connect(field, &QLineEdit::editingFinished, field, [field] {
+            field->deselect();
+            field->setCursorPosition(9);
+        });
+        m_view->press(Qt::Key_Return);
+        m_view->turn();
+        QCOMPARE(field->cursorPosition(), caret);
+        QCOMPARE(field->selectedText(), u"some words"_s.mid(qMin(anchor, caret), qAbs(caret - anchor)));
+    }
+
+    void endOfEditingElsewhereLeavesTheFieldAlone()
+    {
+        m_view->showResults(2);
+        m_view->field()->setText(u"some words"_s);
+        m_view->field()->setSelection(0, 4);
+        m_view->table()->setFocus();
+        m_view->controller->controlTextDidEndEditing(m_view->table());
+        m_view->field()->setSelection(5, 5);
+        m_view->turn();
+        QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+        QVERIFY(m_view->table()->hasFocus());
+    }
+
+    void fieldLeftMeanwhileIsLeftAlone()
+    {
+        m_view->showResults(2);
+        m_view->field()->setText(u"some words"_s);
+        m_view->field()->setFocus();
+        m_view->field()->setSelection(0, 4);
+        m_view->controller->controlTextDidEndEditing(m_view->field());
+        m_view->table()->setFocus();
+        m_view->field()->setSelection(5, 5);
+        m_view->turn();
+        QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+    }
+
+    void wordsTypedMeanwhileStayInOrder()
+    {
+        QLineEdit *field = m_view->field();
+        field->setFocus();
+        QTRY_VERIFY(field->hasFocus());
+        m_view->controller->controlTextDidEndEditing(field);
+        QTest::keyClicks(field, u"l"_s); // before the turn that puts the caret back
+        m_view->turn();
+        QTest::keyClicks(field, u"ater"_s);
+        QCOMPARE(field->text(), u"later"_s);
+    }
+
+    void spacesAreAText()
+    {
+        m_view->field()->setText(u"  "_s);
+        QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"  "_s));
+        m_view->field()->setFocus();
+        m_view->press(Qt::Key_Return);
+        QCOMPARE(m_view->service->queries.size(), 2);
+    }
+
+    void fieldHasTheFocusWhenTheWindowAppears() { QTRY_VERIFY(m_view->field()->hasFocus()); }
+
+    void shortcutsGoToTheFieldAndSelectItsText_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Ctrl+F") << Qt::Key_F;
+        QTest::newRow("Ctrl+L") << Qt::Key_L;
+    }
+
+    void shortcutsGoToTheFieldAndSelectItsText()
+    {
+        QFETCH(Qt::Key, key);
+        m_view->showResults(2);
+        m_view->field()->setText(u"old words"_s);
+        m_view->table()->setFocus();
+        m_view->press(key, Qt::ControlModifier);
+        QVERIFY(m_view->field()->hasFocus());
+        QCOMPARE(m_view->field()->selectedText(), u"old words"_s);
+        QTest::keyClicks(m_view->field(), u"new"_s);
+        QCOMPARE(m_view->field()->text(), u"new"_s);
+        m_view->press(key, Qt::ControlModifier); // where the field has the focus already
+        QCOMPARE(m_view->field()->selectedText(), u"new"_s);
+    }
+
+    void cancelLeavesTheKeptTextSelected()
+    {
+        m_view->field()->setText(u"typed"_s);
+        m_view->controller->doSearch(nullptr);
+        m_view->controller->cancelQuery(nullptr);
+        QVERIFY(m_view->field()->hasFocus());
+        QCOMPARE(m_view->field()->selectedText(), u"typed"_s);
+    }
+
+    void downEntersTheList()
+    {
+        m_view->showResults(3);
+        m_view->field()->setFocus();
+        QTRY_VERIFY(m_view->field()->hasFocus());
+        m_view->press(Qt::Key_Down);
+        QVERIFY(m_view->table()->hasFocus());
+        QCOMPARE(m_view->table()->selectedRow(), 0);
+        m_view->press(Qt::Key_Down);
+        QCOMPARE(m_view->table()->selectedRow(), 1);
+    }
+
+    void downGoesBackToTheRowThatIsSelected()
+    {
+        m_view->showResults(3);
+        m_view->table()->selectRow(2);
+        m_view->field()->setFocus();
+        QTRY_VERIFY(m_view->field()->hasFocus());
+        m_view->press(Qt::Key_Down, Qt::ControlModifier); // no plain step
+        QVERIFY(m_view->field()->hasFocus());
+        m_view->press(Qt::Key_Down, Qt::KeypadModifier);
+        QVERIFY(m_view->table()->hasFocus());
+        QCOMPARE(m_view->table()->selectedRow(), 2);
+    }
+
+    void downWithoutResultsStaysInTheField()
+    {
+        m_view->field()->setFocus();
+        QTRY_VERIFY(m_view->field()->hasFocus());
+        m_view->press(Qt::Key_Down);
+        QVERIFY(m_view->field()->hasFocus());
+        m_view->showResults(0);
+        m_view->press(Qt::Key_Down);
+        QVERIFY(m_view->field()->hasFocus());
+    }
+
+    /// Everything that names a search goes on without the views that only show it.
+    void controllerOutlivesItsWeakOutlets()
+    {
+        m_view->showResults(2);
+        m_view->table()->selectRow(0);
+        delete m_view->field();
+        delete m_view->cancelButton();
+        delete m_view->downloadButton();
+        delete m_view->table();
+        const qsizetype before = m_view->service->queries.size();
+        m_view->controller->searchForFile(Video, Tessaly);
+        m_view->service->finishLast(answerWith(0)); // its words are searched for next
+        m_view->turn();
+        QCOMPARE(m_view->service->queries.size(), before + 2);
+        QVERIFY(m_view->service->queries.last() == textArgs(u"words from name"_s));
+        m_view->service->finishLast(answerWith(1));
+        m_view->advance(std::chrono::seconds(10));
+        QCOMPARE(m_view->title(), u"Plovendix (1 subtitles found)"_s);
+        m_view->controller->download(nullptr);
+        QCOMPARE(m_view->service->downloadCount(), 0);
+        m_view->controller->doSearch(nullptr);
+        m_view->controller->textFieldActionWithTextField(nullptr);
+        m_view->controller->controlTextDidEndEditing(nullptr);
+        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        m_view->controller->cancelQuery(nullptr);
+        QCOMPARE(m_view->title(), u"Plovendix"_s);
+    }
 
 private:
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
 };
-
-void SearchFieldTest::textSearchAsksForTheTextAsTypedAndTheLanguage()
-{
-    m_view->controller->searchForText(u"  two words "_s, std::nullopt);
-    QVERIFY(m_view->service->queries.first() == textArgs(u"  two words "_s));
-}
-
-void SearchFieldTest::textSearchLeavesFieldAndFileAlone()
-{
-    m_view->controller->searchForFile(Video, std::nullopt);
-    m_view->controller->searchForText(u"other"_s, std::nullopt);
-    QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
-    // The file is still the one that a language change repeats.
-    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
-    QCOMPARE(m_view->service->queries.last().first().param, Param::byteSize);
-}
-
-void SearchFieldTest::searchButtonWithAnEmptyFieldDoesNothing()
-{
-    m_view->controller->searchForFile(Video, Tessaly);
-    m_view->field()->clear();
-    QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
-    QCOMPARE(m_view->service->queries.size(), 1);
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-}
-
-void SearchFieldTest::returnWithAnEmptyFieldDoesNothing()
-{
-    m_view->field()->clear();
-    m_view->press(Qt::Key_Return);
-    QVERIFY(m_view->service->queries.isEmpty());
-    QVERIFY(!m_view->controller->isSearching());
-}
-
-void SearchFieldTest::searchButtonForgetsFileAndRequest()
-{
-    m_view->controller->searchForFile(Video, Tessaly);
-    m_view->field()->setText(u"typed"_s);
-    QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
-    QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
-    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s, u"ger"_s));
-}
-
-void SearchFieldTest::returnKeepsFileAndRequest()
-{
-    m_view->controller->searchForFile(Video, Tessaly);
-    m_view->field()->setText(u"typed"_s);
-    m_view->field()->setFocus();
-    m_view->press(Qt::Key_Return);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"typed"_s));
-    QCOMPARE(m_view->service->queries.size(), 2);
-    QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
-    QCOMPARE(m_view->service->queries.last().first().param, Param::byteSize);
-}
-
-void SearchFieldTest::returnLeavesTheSelectionWhereItWas()
-{
-    m_view->field()->setText(u"some words"_s);
-    m_view->field()->setFocus();
-    QTRY_VERIFY(m_view->field()->hasFocus());
-    m_view->field()->setSelection(5, 5);
-    connect(m_view->field(), &QLineEdit::editingFinished, m_view->field(),
-            [this] { m_view->field()->deselect(); });
-    m_view->press(Qt::Key_Return);
-    m_view->turn();
-    QCOMPARE(m_view->field()->selectedText(), u"words"_s);
-}
-
-void SearchFieldTest::returnLeavesCaretAndSelectionAsTheyWere_data()
-{
-    QTest::addColumn<int>("anchor");
-    QTest::addColumn<int>("caret");
-    QTest::newRow("caret within") << 4 << 4;
-    QTest::newRow("caret at the start") << 0 << 0;
-    QTest::newRow("selected forwards") << 2 << 7;
-    QTest::newRow("selected backwards") << 7 << 2;
-    QTest::newRow("all of it") << 0 << 10;
-}
-
-void SearchFieldTest::returnLeavesCaretAndSelectionAsTheyWere()
-{
-    QFETCH(int, anchor);
-    QFETCH(int, caret);
-    QLineEdit *field = m_view->field();
-    field->setText(u"some words"_s);
-    field->setFocus();
-    QTRY_VERIFY(field->hasFocus());
-    field->setCursorPosition(anchor);
-    if (caret != anchor)
-        field->setSelection(anchor, caret - anchor);
-    connect(field, &QLineEdit::editingFinished, field, [field] {
-        field->deselect();
-        field->setCursorPosition(9);
-    });
-    m_view->press(Qt::Key_Return);
-    m_view->turn();
-    QCOMPARE(field->cursorPosition(), caret);
-    QCOMPARE(field->selectedText(), u"some words"_s.mid(qMin(anchor, caret), qAbs(caret - anchor)));
-}
-
-void SearchFieldTest::endOfEditingElsewhereLeavesTheFieldAlone()
-{
-    m_view->showResults(2);
-    m_view->field()->setText(u"some words"_s);
-    m_view->field()->setSelection(0, 4);
-    m_view->table()->setFocus();
-    m_view->controller->controlTextDidEndEditing(m_view->table());
-    m_view->field()->setSelection(5, 5);
-    m_view->turn();
-    QCOMPARE(m_view->field()->selectedText(), u"words"_s);
-    QVERIFY(m_view->table()->hasFocus());
-}
-
-void SearchFieldTest::fieldLeftMeanwhileIsLeftAlone()
-{
-    m_view->showResults(2);
-    m_view->field()->setText(u"some words"_s);
-    m_view->field()->setFocus();
-    m_view->field()->setSelection(0, 4);
-    m_view->controller->controlTextDidEndEditing(m_view->field());
-    m_view->table()->setFocus();
-    m_view->field()->setSelection(5, 5);
-    m_view->turn();
-    QCOMPARE(m_view->field()->selectedText(), u"words"_s);
-}
-
-void SearchFieldTest::wordsTypedMeanwhileStayInOrder()
-{
-    QLineEdit *field = m_view->field();
-    field->setFocus();
-    QTRY_VERIFY(field->hasFocus());
-    m_view->controller->controlTextDidEndEditing(field);
-    QTest::keyClicks(field, u"l"_s); // before the turn that puts the caret back
-    m_view->turn();
-    QTest::keyClicks(field, u"ater"_s);
-    QCOMPARE(field->text(), u"later"_s);
-}
-
-void SearchFieldTest::spacesAreAText()
-{
-    m_view->field()->setText(u"  "_s);
-    QTest::mouseClick(m_view->widget("searchButton"), Qt::LeftButton);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"  "_s));
-    m_view->field()->setFocus();
-    m_view->press(Qt::Key_Return);
-    QCOMPARE(m_view->service->queries.size(), 2);
-}
-
-void SearchFieldTest::fieldHasTheFocusWhenTheWindowAppears()
-{
-    QTRY_VERIFY(m_view->field()->hasFocus());
-}
-
-void SearchFieldTest::shortcutsGoToTheFieldAndSelectItsText_data()
-{
-    QTest::addColumn<Qt::Key>("key");
-    QTest::newRow("Ctrl+F") << Qt::Key_F;
-    QTest::newRow("Ctrl+L") << Qt::Key_L;
-}
-
-void SearchFieldTest::shortcutsGoToTheFieldAndSelectItsText()
-{
-    QFETCH(Qt::Key, key);
-    m_view->showResults(2);
-    m_view->field()->setText(u"old words"_s);
-    m_view->table()->setFocus();
-    m_view->press(key, Qt::ControlModifier);
-    QVERIFY(m_view->field()->hasFocus());
-    QCOMPARE(m_view->field()->selectedText(), u"old words"_s);
-    QTest::keyClicks(m_view->field(), u"new"_s);
-    QCOMPARE(m_view->field()->text(), u"new"_s);
-    m_view->press(key, Qt::ControlModifier); // where the field has the focus already
-    QCOMPARE(m_view->field()->selectedText(), u"new"_s);
-}
-
-void SearchFieldTest::cancelLeavesTheKeptTextSelected()
-{
-    m_view->field()->setText(u"typed"_s);
-    m_view->controller->doSearch(nullptr);
-    m_view->controller->cancelQuery(nullptr);
-    QVERIFY(m_view->field()->hasFocus());
-    QCOMPARE(m_view->field()->selectedText(), u"typed"_s);
-}
-
-void SearchFieldTest::downEntersTheList()
-{
-    m_view->showResults(3);
-    m_view->field()->setFocus();
-    QTRY_VERIFY(m_view->field()->hasFocus());
-    m_view->press(Qt::Key_Down);
-    QVERIFY(m_view->table()->hasFocus());
-    QCOMPARE(m_view->table()->selectedRow(), 0);
-    m_view->press(Qt::Key_Down);
-    QCOMPARE(m_view->table()->selectedRow(), 1);
-}
-
-void SearchFieldTest::downGoesBackToTheRowThatIsSelected()
-{
-    m_view->showResults(3);
-    m_view->table()->selectRow(2);
-    m_view->field()->setFocus();
-    QTRY_VERIFY(m_view->field()->hasFocus());
-    m_view->press(Qt::Key_Down, Qt::ControlModifier); // no plain step
-    QVERIFY(m_view->field()->hasFocus());
-    m_view->press(Qt::Key_Down, Qt::KeypadModifier);
-    QVERIFY(m_view->table()->hasFocus());
-    QCOMPARE(m_view->table()->selectedRow(), 2);
-}
-
-void SearchFieldTest::downWithoutResultsStaysInTheField()
-{
-    m_view->field()->setFocus();
-    QTRY_VERIFY(m_view->field()->hasFocus());
-    m_view->press(Qt::Key_Down);
-    QVERIFY(m_view->field()->hasFocus());
-    m_view->showResults(0);
-    m_view->press(Qt::Key_Down);
-    QVERIFY(m_view->field()->hasFocus());
-}
-
-/// Everything that names a search goes on without the views that only show it.
-void SearchFieldTest::controllerOutlivesItsWeakOutlets()
-{
-    m_view->showResults(2);
-    m_view->table()->selectRow(0);
-    delete m_view->field();
-    delete m_view->cancelButton();
-    delete m_view->downloadButton();
-    delete m_view->table();
-    const qsizetype before = m_view->service->queries.size();
-    m_view->controller->searchForFile(Video, Tessaly);
-    m_view->service->finishLast(answerWith(0)); // its words are searched for next
-    m_view->turn();
-    QCOMPARE(m_view->service->queries.size(), before + 2);
-    QVERIFY(m_view->service->queries.last() == textArgs(u"words from name"_s));
-    m_view->service->finishLast(answerWith(1));
-    m_view->advance(std::chrono::seconds(10));
-    QCOMPARE(m_view->title(), u"Plovendix (1 subtitles found)"_s);
-    m_view->controller->download(nullptr);
-    QCOMPARE(m_view->service->downloadCount(), 0);
-    m_view->controller->doSearch(nullptr);
-    m_view->controller->textFieldActionWithTextField(nullptr);
-    m_view->controller->controlTextDidEndEditing(nullptr);
-    UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
-    m_view->controller->cancelQuery(nullptr);
-    QCOMPARE(m_view->title(), u"Plovendix"_s);
-}
 
 PLOVENDIX_GUI_TEST(SearchFieldTest)
 #include "SearchFieldTest.moc"

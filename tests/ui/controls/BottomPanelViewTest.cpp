@@ -42,127 +42,116 @@ private Q_SLOTS:
     void init() { Animator::setReducedMotion(true); }
     void cleanup() { Animator::setReducedMotion(std::nullopt); }
 
-    void hiddenPanelLiesBelowTheEdge();
-    void shownPanelStandsAtTheBottomOverTheOthers();
-    void othersFillOrKeepTheirPlace();
-    void everythingFollowsTheSize();
-    void panelMovesThroughTheAnimation();
-    void hiddenPanelTakesNoFocusAndIsNotReadOut();
-    void focusLeavesAPanelThatHides();
-    void childrenThatComeLaterAreLaidOut();
-    void withoutANamedPanelAllChildrenFill();
-    void panelWithoutAHeightTakesItsHint();
+    void hiddenPanelLiesBelowTheEdge()
+    {
+        Scene scene;
+        QCOMPARE(scene.panel.geometry(), QRect(0, 300, 400, 100));
+        QVERIFY(scene.panel.isHidden());
+    }
+
+    void shownPanelStandsAtTheBottomOverTheOthers()
+    {
+        Scene scene;
+        scene.view.bottomConstraint()->setConstant(0);
+        QCOMPARE(scene.panel.geometry(), QRect(0, 200, 400, 100));
+        QVERIFY(scene.panel.isVisible());
+        QCOMPARE(scene.view.childAt(200, 290), &scene.panel);
+        scene.view.bottomConstraint()->setConstant(-100);
+        QVERIFY(!scene.panel.isVisible());
+    }
+
+    void othersFillOrKeepTheirPlace()
+    {
+        Scene scene;
+        QCOMPARE(scene.list.geometry(), QRect(0, 0, 400, 300));
+        QCOMPARE(scene.header.geometry(), QRect(10, 0, 380, 80));
+    }
+
+    void everythingFollowsTheSize()
+    {
+        Scene scene;
+        scene.view.bottomConstraint()->setConstant(0);
+        scene.view.resize(600, 500);
+        QCOMPARE(scene.panel.geometry(), QRect(0, 400, 600, 100));
+        QCOMPARE(scene.list.geometry(), QRect(0, 0, 600, 500));
+        QCOMPARE(scene.header.geometry(), QRect(10, 0, 580, 80));
+    }
+
+    void panelMovesThroughTheAnimation()
+    {
+        Animator::setReducedMotion(false);
+        Scene scene;
+        Animator::setConstant(*scene.view.bottomConstraint(), 0);
+        auto *movement = scene.view.bottomConstraint()->findChild<QVariantAnimation *>();
+        QVERIFY(movement);
+        movement->pause();
+        movement->setCurrentTime(125);
+        QVERIFY(scene.panel.isVisible());
+        QVERIFY(qAbs(scene.panel.y() - 250) <= 1);
+        movement->resume();
+        QTRY_COMPARE(scene.panel.y(), 200);
+    }
+
+    void hiddenPanelTakesNoFocusAndIsNotReadOut()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+        scene.header.setFocus();
+        QTest::keyClick(&scene.header, Qt::Key_Tab);
+        QVERIFY(!scene.button.hasFocus());
+        const auto *accessible = QAccessible::queryAccessibleInterface(&scene.button);
+        QVERIFY(accessible->state().invisible);
+
+        scene.view.bottomConstraint()->setConstant(0);
+        QVERIFY(!accessible->state().invisible);
+        scene.header.setFocus();
+        QTest::keyClick(&scene.header, Qt::Key_Tab);
+        QVERIFY(scene.button.hasFocus());
+    }
+
+    void focusLeavesAPanelThatHides()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowActive(&scene.view));
+        scene.view.bottomConstraint()->setConstant(0);
+        scene.button.setFocus();
+        QVERIFY(scene.button.hasFocus());
+        scene.view.bottomConstraint()->setConstant(-100);
+        QVERIFY(!scene.button.hasFocus());
+    }
+
+    void childrenThatComeLaterAreLaidOut()
+    {
+        Scene scene;
+        scene.view.bottomConstraint()->setConstant(0);
+        QWidget late(&scene.view);
+        late.show();
+        QTRY_COMPARE(late.geometry(), QRect(0, 0, 400, 300));
+        QTRY_COMPARE(scene.view.childAt(200, 290), &scene.panel); // still on top
+    }
+
+    void withoutANamedPanelAllChildrenFill()
+    {
+        BottomPanelView view;
+        QWidget nameless(&view);
+        view.resize(100, 50);
+        view.show();
+        QCOMPARE(nameless.geometry(), QRect(0, 0, 100, 50));
+        QVERIFY(nameless.isVisible());
+    }
+
+    void panelWithoutAHeightTakesItsHint()
+    {
+        BottomPanelView view;
+        QPushButton panel(&view);
+        panel.setObjectName(QStringLiteral("panel"));
+        view.setPanelName(QStringLiteral("panel"));
+        view.resize(200, 200);
+        view.show();
+        QCOMPARE(panel.height(), panel.sizeHint().height());
+        QCOMPARE(panel.geometry().bottom(), 199);
+    }
 };
-
-void BottomPanelViewTest::hiddenPanelLiesBelowTheEdge()
-{
-    Scene scene;
-    QCOMPARE(scene.panel.geometry(), QRect(0, 300, 400, 100));
-    QVERIFY(scene.panel.isHidden());
-}
-
-void BottomPanelViewTest::shownPanelStandsAtTheBottomOverTheOthers()
-{
-    Scene scene;
-    scene.view.bottomConstraint()->setConstant(0);
-    QCOMPARE(scene.panel.geometry(), QRect(0, 200, 400, 100));
-    QVERIFY(scene.panel.isVisible());
-    QCOMPARE(scene.view.childAt(200, 290), &scene.panel);
-    scene.view.bottomConstraint()->setConstant(-100);
-    QVERIFY(!scene.panel.isVisible());
-}
-
-void BottomPanelViewTest::othersFillOrKeepTheirPlace()
-{
-    Scene scene;
-    QCOMPARE(scene.list.geometry(), QRect(0, 0, 400, 300));
-    QCOMPARE(scene.header.geometry(), QRect(10, 0, 380, 80));
-}
-
-void BottomPanelViewTest::everythingFollowsTheSize()
-{
-    Scene scene;
-    scene.view.bottomConstraint()->setConstant(0);
-    scene.view.resize(600, 500);
-    QCOMPARE(scene.panel.geometry(), QRect(0, 400, 600, 100));
-    QCOMPARE(scene.list.geometry(), QRect(0, 0, 600, 500));
-    QCOMPARE(scene.header.geometry(), QRect(10, 0, 580, 80));
-}
-
-void BottomPanelViewTest::panelMovesThroughTheAnimation()
-{
-    Animator::setReducedMotion(false);
-    Scene scene;
-    Animator::setConstant(*scene.view.bottomConstraint(), 0);
-    auto *movement = scene.view.bottomConstraint()->findChild<QVariantAnimation *>();
-    QVERIFY(movement);
-    movement->pause();
-    movement->setCurrentTime(125);
-    QVERIFY(scene.panel.isVisible());
-    QVERIFY(qAbs(scene.panel.y() - 250) <= 1);
-    movement->resume();
-    QTRY_COMPARE(scene.panel.y(), 200);
-}
-
-void BottomPanelViewTest::hiddenPanelTakesNoFocusAndIsNotReadOut()
-{
-    Scene scene;
-    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
-    scene.header.setFocus();
-    QTest::keyClick(&scene.header, Qt::Key_Tab);
-    QVERIFY(!scene.button.hasFocus());
-    const auto *accessible = QAccessible::queryAccessibleInterface(&scene.button);
-    QVERIFY(accessible->state().invisible);
-
-    scene.view.bottomConstraint()->setConstant(0);
-    QVERIFY(!accessible->state().invisible);
-    scene.header.setFocus();
-    QTest::keyClick(&scene.header, Qt::Key_Tab);
-    QVERIFY(scene.button.hasFocus());
-}
-
-void BottomPanelViewTest::focusLeavesAPanelThatHides()
-{
-    Scene scene;
-    QVERIFY(QTest::qWaitForWindowActive(&scene.view));
-    scene.view.bottomConstraint()->setConstant(0);
-    scene.button.setFocus();
-    QVERIFY(scene.button.hasFocus());
-    scene.view.bottomConstraint()->setConstant(-100);
-    QVERIFY(!scene.button.hasFocus());
-}
-
-void BottomPanelViewTest::childrenThatComeLaterAreLaidOut()
-{
-    Scene scene;
-    scene.view.bottomConstraint()->setConstant(0);
-    QWidget late(&scene.view);
-    late.show();
-    QTRY_COMPARE(late.geometry(), QRect(0, 0, 400, 300));
-    QTRY_COMPARE(scene.view.childAt(200, 290), &scene.panel); // still on top
-}
-
-void BottomPanelViewTest::withoutANamedPanelAllChildrenFill()
-{
-    BottomPanelView view;
-    QWidget nameless(&view);
-    view.resize(100, 50);
-    view.show();
-    QCOMPARE(nameless.geometry(), QRect(0, 0, 100, 50));
-    QVERIFY(nameless.isVisible());
-}
-
-void BottomPanelViewTest::panelWithoutAHeightTakesItsHint()
-{
-    BottomPanelView view;
-    QPushButton panel(&view);
-    panel.setObjectName(QStringLiteral("panel"));
-    view.setPanelName(QStringLiteral("panel"));
-    view.resize(200, 200);
-    view.show();
-    QCOMPARE(panel.height(), panel.sizeHint().height());
-    QCOMPARE(panel.geometry().bottom(), 199);
-}
 
 PLOVENDIX_GUI_TEST(BottomPanelViewTest)
 #include "BottomPanelViewTest.moc"

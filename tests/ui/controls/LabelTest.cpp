@@ -48,200 +48,183 @@ class LabelTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        QPalette palette;
+        palette.setColor(QPalette::WindowText, Qt::black);
+        palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0, 0));
+        QApplication::setPalette(palette);
+    }
 
-    void sizeDoesNotDependOnTheText();
-    void textIsNeverMarkup();
-    void lineBreaksAndControlsBecomeSpaces_data();
-    void lineBreaksAndControlsBecomeSpaces();
-    void reorderingCharactersDoNotShow();
-    void rightToLeftTextKeepsItsLetters();
-    void endlessTextIsBounded();
-    void textThatDoesNotFitIsElided();
-    void middleElisionKeepsBothEnds();
-    void nothingIsDrawnOutsideTheRectangle();
-    void alignmentIsThatOfTheInterface();
-    void rolesHaveTheirColours();
-    void readsAsStaticTextWithItsText();
-    void givenAccessibleNameWins();
-    void showsWhatItDraws();
-};
+    void sizeDoesNotDependOnTheText()
+    {
+        Label label;
+        const QSize hint = label.sizeHint();
+        const QSize minimum = label.minimumSizeHint();
+        label.setText(u"A text that is a good deal longer than nothing\nand has two lines"_s);
+        QCOMPARE(label.sizeHint(), hint);
+        QCOMPARE(label.minimumSizeHint(), minimum);
+        QCOMPARE(hint.height(), label.fontMetrics().height());
+    }
 
-void LabelTest::init()
-{
-    QPalette palette;
-    palette.setColor(QPalette::WindowText, Qt::black);
-    palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0, 0));
-    QApplication::setPalette(palette);
-}
+    void textIsNeverMarkup()
+    {
+        Label label;
+        label.setText(u"<img src=\"x\">"_s);
+        QVERIFY(isInked(label));
+        QCOMPARE(Label::singleLine(u"<b>a</b> &amp;"_s), u"<b>a</b> &amp;"_s);
+        // An ampersand is no mnemonic either.
+        QVERIFY(drawnText(u"a&b"_s, Qt::ElideNone) != drawnText(u"ab"_s, Qt::ElideNone));
+    }
 
-void LabelTest::sizeDoesNotDependOnTheText()
-{
-    Label label;
-    const QSize hint = label.sizeHint();
-    const QSize minimum = label.minimumSizeHint();
-    label.setText(u"A text that is a good deal longer than nothing\nand has two lines"_s);
-    QCOMPARE(label.sizeHint(), hint);
-    QCOMPARE(label.minimumSizeHint(), minimum);
-    QCOMPARE(hint.height(), label.fontMetrics().height());
-}
+    void lineBreaksAndControlsBecomeSpaces_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("plain") << u"A film (2019)"_s << u"A film (2019)"_s;
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("newline") << u"a\nb"_s << u"a b"_s;
+        QTest::newRow("carriage return and newline") << u"a\r\nb"_s << u"a b"_s;
+        QTest::newRow("tabulator") << u"a\tb"_s << u"a b"_s;
+        QTest::newRow("zero") << u"a"_s + QChar(u'\0') + u"b"_s << u"a b"_s;
+        QTest::newRow("bell and escape") << u"a\u0007\u001bb"_s << u"a  b"_s;
+        QTest::newRow("next line") << u"a\u0085b"_s << u"a b"_s;
+        QTest::newRow("line separator") << u"a\u2028b"_s << u"a b"_s;
+        QTest::newRow("paragraph separator") << u"a\u2029b"_s << u"a b"_s;
+    }
 
-void LabelTest::textIsNeverMarkup()
-{
-    Label label;
-    label.setText(u"<img src=\"x\">"_s);
-    QVERIFY(isInked(label));
-    QCOMPARE(Label::singleLine(u"<b>a</b> &amp;"_s), u"<b>a</b> &amp;"_s);
-    // An ampersand is no mnemonic either.
-    QVERIFY(drawnText(u"a&b"_s, Qt::ElideNone) != drawnText(u"ab"_s, Qt::ElideNone));
-}
+    void lineBreaksAndControlsBecomeSpaces()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, line);
+        QCOMPARE(Label::singleLine(text), line);
+    }
 
-void LabelTest::lineBreaksAndControlsBecomeSpaces_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("plain") << u"A film (2019)"_s << u"A film (2019)"_s;
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("newline") << u"a\nb"_s << u"a b"_s;
-    QTest::newRow("carriage return and newline") << u"a\r\nb"_s << u"a b"_s;
-    QTest::newRow("tabulator") << u"a\tb"_s << u"a b"_s;
-    QTest::newRow("zero") << u"a"_s + QChar(u'\0') + u"b"_s << u"a b"_s;
-    QTest::newRow("bell and escape") << u"a\u0007\u001bb"_s << u"a  b"_s;
-    QTest::newRow("next line") << u"a\u0085b"_s << u"a b"_s;
-    QTest::newRow("line separator") << u"a\u2028b"_s << u"a b"_s;
-    QTest::newRow("paragraph separator") << u"a\u2029b"_s << u"a b"_s;
-}
+    void reorderingCharactersDoNotShow()
+    {
+        // Such a character would make "exe.srt" of "trs.exe".
+        QCOMPARE(Label::singleLine(u"film\u202etrs.exe\u202c"_s), u"filmtrs.exe"_s);
+        QCOMPARE(Label::singleLine(u"\u2066a\u2069b"_s), u"ab"_s);
+        QCOMPARE(drawnText(u"film\u202etrs.exe"_s, Qt::ElideNone),
+                 drawnText(u"filmtrs.exe"_s, Qt::ElideNone));
+    }
 
-void LabelTest::lineBreaksAndControlsBecomeSpaces()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, line);
-    QCOMPARE(Label::singleLine(text), line);
-}
+    void rightToLeftTextKeepsItsLetters()
+    {
+        const QString hebrew = u"\u05e9\u05dc\u05d5\u05dd 2019"_s;
+        QCOMPARE(Label::singleLine(hebrew), hebrew);
+        QCOMPARE(Label::singleLine(hebrew + u"\u200f"_s),
+                 hebrew + u"\u200f"_s); // a mark that is part of good spelling
+    }
 
-void LabelTest::reorderingCharactersDoNotShow()
-{
-    // Such a character would make "exe.srt" of "trs.exe".
-    QCOMPARE(Label::singleLine(u"film\u202etrs.exe\u202c"_s), u"filmtrs.exe"_s);
-    QCOMPARE(Label::singleLine(u"\u2066a\u2069b"_s), u"ab"_s);
-    QCOMPARE(drawnText(u"film\u202etrs.exe"_s, Qt::ElideNone), drawnText(u"filmtrs.exe"_s, Qt::ElideNone));
-}
+    void endlessTextIsBounded()
+    {
+        const QString text = u"begin"_s + QString(1'000'000, u'x') + u"end"_s;
+        const QString line = Label::singleLine(text);
+        QVERIFY(line.size() <= 1001);
+        QVERIFY(line.startsWith(u"begin"_s));
+        QVERIFY(line.endsWith(u"end"_s));
+        Label label;
+        label.setText(text);
+        QCOMPARE(label.text(), text); // the text itself is kept
+        QVERIFY(isInked(label));
+    }
 
-void LabelTest::rightToLeftTextKeepsItsLetters()
-{
-    const QString hebrew = u"\u05e9\u05dc\u05d5\u05dd 2019"_s;
-    QCOMPARE(Label::singleLine(hebrew), hebrew);
-    QCOMPARE(Label::singleLine(hebrew + u"\u200f"_s),
-             hebrew + u"\u200f"_s); // a mark that is part of good spelling
-}
+    void textThatDoesNotFitIsElided()
+    {
+        const QString text = u"A very long name that does not fit into its place at all"_s;
+        QCOMPARE(drawnText(text + u" one"_s, Qt::ElideRight), drawnText(text + u" two"_s, Qt::ElideRight));
+        QVERIFY(drawnText(text, Qt::ElideRight) != drawnText(text, Qt::ElideNone));
+    }
 
-void LabelTest::endlessTextIsBounded()
-{
-    const QString text = u"begin"_s + QString(1'000'000, u'x') + u"end"_s;
-    const QString line = Label::singleLine(text);
-    QVERIFY(line.size() <= 1001);
-    QVERIFY(line.startsWith(u"begin"_s));
-    QVERIFY(line.endsWith(u"end"_s));
-    Label label;
-    label.setText(text);
-    QCOMPARE(label.text(), text); // the text itself is kept
-    QVERIFY(isInked(label));
-}
+    void middleElisionKeepsBothEnds()
+    {
+        const QString middle(60, u'm');
+        const auto drawn = [](const QString &text) { return drawnText(text, Qt::ElideMiddle); };
+        QVERIFY(drawn(u"A"_s + middle + u"Z"_s) != drawn(u"B"_s + middle + u"Z"_s));
+        QVERIFY(drawn(u"A"_s + middle + u"Z"_s) != drawn(u"A"_s + middle + u"Y"_s));
+        QCOMPARE(drawn(u"A"_s + middle + u"i"_s + middle + u"Z"_s), drawn(u"A"_s + middle + u"Z"_s));
+    }
 
-void LabelTest::textThatDoesNotFitIsElided()
-{
-    const QString text = u"A very long name that does not fit into its place at all"_s;
-    QCOMPARE(drawnText(text + u" one"_s, Qt::ElideRight), drawnText(text + u" two"_s, Qt::ElideRight));
-    QVERIFY(drawnText(text, Qt::ElideRight) != drawnText(text, Qt::ElideNone));
-}
-
-void LabelTest::middleElisionKeepsBothEnds()
-{
-    const QString middle(60, u'm');
-    const auto drawn = [](const QString &text) { return drawnText(text, Qt::ElideMiddle); };
-    QVERIFY(drawn(u"A"_s + middle + u"Z"_s) != drawn(u"B"_s + middle + u"Z"_s));
-    QVERIFY(drawn(u"A"_s + middle + u"Z"_s) != drawn(u"A"_s + middle + u"Y"_s));
-    QCOMPARE(drawn(u"A"_s + middle + u"i"_s + middle + u"Z"_s), drawn(u"A"_s + middle + u"Z"_s));
-}
-
-void LabelTest::nothingIsDrawnOutsideTheRectangle()
-{
-    Label label;
-    label.setText(QString(200, u'M'));
-    for (const auto mode : {Qt::ElideRight, Qt::ElideMiddle, Qt::ElideLeft}) {
-        label.setElideMode(mode);
-        const QImage image = painted({200, 30}, [&](QPainter &painter) {
-            label.draw(painter, {50, 0, 100, 30}, label.palette());
-        });
-        for (int y = 0; y < 30; ++y) {
-            QCOMPARE(image.pixelColor(47, y), QColor(Qt::white));
-            QCOMPARE(image.pixelColor(152, y), QColor(Qt::white));
+    void nothingIsDrawnOutsideTheRectangle()
+    {
+        Label label;
+        label.setText(QString(200, u'M'));
+        for (const auto mode : {Qt::ElideRight, Qt::ElideMiddle, Qt::ElideLeft}) {
+            label.setElideMode(mode);
+            const QImage image = painted({200, 30}, [&](QPainter &painter) {
+                label.draw(painter, {50, 0, 100, 30}, label.palette());
+            });
+            for (int y = 0; y < 30; ++y) {
+                QCOMPARE(image.pixelColor(47, y), QColor(Qt::white));
+                QCOMPARE(image.pixelColor(152, y), QColor(Qt::white));
+            }
         }
     }
-}
 
-void LabelTest::alignmentIsThatOfTheInterface()
-{
-    Label label;
-    label.setText(
-        u"\u05e9\u05dc\u05d5\u05dd"_s); // a text from right to left stays on the left of this interface
-    QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
-    label.setText(u"film"_s);
-    QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
-    label.setLayoutDirection(Qt::RightToLeft);
-    QVERIFY(inkedColumns(label, {200, 30}).first() > 100);
-    label.setAlignment(Qt::AlignCenter);
-    const auto columns = inkedColumns(label, {200, 30});
-    QVERIFY(qAbs(columns.first() + columns.last() - 200) < 6);
-}
+    void alignmentIsThatOfTheInterface()
+    {
+        Label label;
+        label.setText(
+            u"\u05e9\u05dc\u05d5\u05dd"_s); // a text from right to left stays on the left of this interface
+        QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
+        label.setText(u"film"_s);
+        QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
+        label.setLayoutDirection(Qt::RightToLeft);
+        QVERIFY(inkedColumns(label, {200, 30}).first() > 100);
+        label.setAlignment(Qt::AlignCenter);
+        const auto columns = inkedColumns(label, {200, 30});
+        QVERIFY(qAbs(columns.first() + columns.last() - 200) < 6);
+    }
 
-void LabelTest::rolesHaveTheirColours()
-{
-    Label label;
-    label.setText(QString(30, QChar(0x2588))); // full blocks
-    const auto ink = [&] {
-        const QImage image = painted({60, 20}, [&](QPainter &painter) {
-            label.draw(painter, {0, 0, 60, 20}, label.palette());
-        });
-        QColor darkest = Qt::white;
-        for (int x = 0; x < 60; ++x)
-            darkest =
-                image.pixelColor(x, 10).lightness() < darkest.lightness() ? image.pixelColor(x, 10) : darkest;
-        return darkest;
-    };
-    QVERIFY(isNear(ink(), Qt::black, 40));
-    label.setRole(Label::TextRole::Secondary);
-    QVERIFY(isNear(ink(), QColor(0x80, 0, 0), 40));
-}
+    void rolesHaveTheirColours()
+    {
+        Label label;
+        label.setText(QString(30, QChar(0x2588))); // full blocks
+        const auto ink = [&] {
+            const QImage image = painted({60, 20}, [&](QPainter &painter) {
+                label.draw(painter, {0, 0, 60, 20}, label.palette());
+            });
+            QColor darkest = Qt::white;
+            for (int x = 0; x < 60; ++x)
+                darkest = image.pixelColor(x, 10).lightness() < darkest.lightness() ? image.pixelColor(x, 10)
+                                                                                    : darkest;
+            return darkest;
+        };
+        QVERIFY(isNear(ink(), Qt::black, 40));
+        label.setRole(Label::TextRole::Secondary);
+        QVERIFY(isNear(ink(), QColor(0x80, 0, 0), 40));
+    }
 
-void LabelTest::readsAsStaticTextWithItsText()
-{
-    Label label;
-    label.setText(u"A film\n(2019)"_s);
-    const auto *accessible = QAccessible::queryAccessibleInterface(&label);
-    QVERIFY(accessible);
-    QCOMPARE(accessible->role(), QAccessible::StaticText);
-    QCOMPARE(accessible->text(QAccessible::Name), u"A film\n(2019)"_s);
-    label.setText(u"Another"_s);
-    QCOMPARE(accessible->text(QAccessible::Name), u"Another"_s);
-}
+    void readsAsStaticTextWithItsText()
+    {
+        Label label;
+        label.setText(u"A film\n(2019)"_s);
+        const auto *accessible = QAccessible::queryAccessibleInterface(&label);
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::StaticText);
+        QCOMPARE(accessible->text(QAccessible::Name), u"A film\n(2019)"_s);
+        label.setText(u"Another"_s);
+        QCOMPARE(accessible->text(QAccessible::Name), u"Another"_s);
+    }
 
-void LabelTest::givenAccessibleNameWins()
-{
-    Label label;
-    label.setText(u"2019"_s);
-    label.setAccessibleName(u"Year"_s);
-    QCOMPARE(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name), u"Year"_s);
-}
+    void givenAccessibleNameWins()
+    {
+        Label label;
+        label.setText(u"2019"_s);
+        label.setAccessibleName(u"Year"_s);
+        QCOMPARE(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name), u"Year"_s);
+    }
 
-void LabelTest::showsWhatItDraws()
-{
-    Label label;
-    label.resize(120, 30);
-    const QImage empty = label.grab().toImage();
-    label.setText(u"Something"_s);
-    QVERIFY(label.grab().toImage() != empty);
-}
+    void showsWhatItDraws()
+    {
+        Label label;
+        label.resize(120, 30);
+        const QImage empty = label.grab().toImage();
+        label.setText(u"Something"_s);
+        QVERIFY(label.grab().toImage() != empty);
+    }
+};
 
 PLOVENDIX_GUI_TEST(LabelTest)
 #include "LabelTest.moc"

@@ -75,114 +75,104 @@ class TableCellViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void imageViewIsTheOutletThatWasSet();
-    void partsAreDrawnWhereTheyAreLaidOut();
-    void cellIsDrawnWithoutBeingShown();
-    void layoutIsDoneOnceForASize();
-    void newContentsNeedNoLayout();
-    void anotherSizeIsLaidOutAnew();
-    void partsThatComeOrGoAreSeen();
-    void hiddenPartsAreLeftOut();
-    void anotherFontIsLaidOutAnew();
-};
-
-void TableCellViewTest::imageViewIsTheOutletThatWasSet()
-{
-    TableCellView view;
-    QCOMPARE(view.imageView(), nullptr);
-    const Cell cell;
-    QCOMPARE(cell.view.imageView(), cell.square);
-}
-
-void TableCellViewTest::partsAreDrawnWhereTheyAreLaidOut()
-{
-    Cell cell;
-    const QImage image = cell.drawn({20, 100, 250, 80});
-    QCOMPARE(image.pixelColor(29, 140), QColor(Qt::white));
-    QCOMPARE(image.pixelColor(30, 121), QColor(Qt::red));
-    QCOMPARE(image.pixelColor(69, 158), QColor(Qt::red));
-    QVERIFY(hasInk(image, {70, 100, 200, 40}));
-    QVERIFY(hasInk(image, {70, 140, 200, 40}));
-    QVERIFY(!hasInk(image, {0, 0, 300, 100}));
-}
-
-void TableCellViewTest::cellIsDrawnWithoutBeingShown()
-{
-    Cell cell;
-    QVERIFY(hasInk(cell.drawn({0, 0, 250, 80}), {0, 0, 250, 80}));
-    QVERIFY(!cell.view.isVisible());
-}
-
-void TableCellViewTest::layoutIsDoneOnceForASize()
-{
-    Cell cell;
-    cell.drawn({0, 0, 250, 80});
-    const int after = cell.outer->count;
-    QVERIFY(after > 0);
-    for (int y = 0; y < 100; ++y)
-        cell.drawn({0, y, 250, 80});
-    QCOMPARE(cell.outer->count, after);
-}
-
-void TableCellViewTest::newContentsNeedNoLayout()
-{
-    Cell cell;
-    cell.drawn({0, 0, 250, 80});
-    QCoreApplication::sendPostedEvents(); // of the cell's making
-    cell.drawn({0, 0, 250, 80});
-    const int after = cell.outer->count;
-    for (int row = 0; row < 50; ++row) {
-        cell.title->setText(u"A longer title %1"_s.arg(row));
-        cell.details->setText(QString(row, u'x'));
-        cell.square->setImage(solidImage({40 + row, 40}, Qt::blue));
-        cell.drawn({0, 0, 250, 80});
-        QCoreApplication::sendPostedEvents();
+    void imageViewIsTheOutletThatWasSet()
+    {
+        TableCellView view;
+        QCOMPARE(view.imageView(), nullptr);
+        const Cell cell;
+        QCOMPARE(cell.view.imageView(), cell.square);
     }
-    QCOMPARE(cell.outer->count, after);
-}
 
-void TableCellViewTest::anotherSizeIsLaidOutAnew()
-{
-    Cell cell;
-    cell.drawn({0, 0, 250, 80});
-    const QImage image = cell.drawn({0, 0, 250, 120});
-    QCOMPARE(image.pixelColor(20, 78), QColor(Qt::red));
-    QCOMPARE(image.pixelColor(20, 38), QColor(Qt::white));
-}
+    void partsAreDrawnWhereTheyAreLaidOut()
+    {
+        Cell cell;
+        const QImage image = cell.drawn({20, 100, 250, 80});
+        QCOMPARE(image.pixelColor(29, 140), QColor(Qt::white));
+        QCOMPARE(image.pixelColor(30, 121), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(69, 158), QColor(Qt::red));
+        QVERIFY(hasInk(image, {70, 100, 200, 40}));
+        QVERIFY(hasInk(image, {70, 140, 200, 40}));
+        QVERIFY(!hasInk(image, {0, 0, 300, 100}));
+    }
 
-void TableCellViewTest::partsThatComeOrGoAreSeen()
-{
-    Cell cell;
-    cell.drawn({0, 0, 250, 80});
-    auto *late = new ImageView(&cell.view);
-    late->setGeometry(200, 0, 20, 20);
-    late->setImage(solidImage({20, 20}, Qt::blue));
-    QCOMPARE(cell.drawn({0, 0, 250, 80}).pixelColor(210, 10), QColor(Qt::blue));
-    delete late;
-    QVERIFY(cell.drawn({0, 0, 250, 80}).pixelColor(210, 10) != QColor(Qt::blue));
-}
+    void cellIsDrawnWithoutBeingShown()
+    {
+        Cell cell;
+        QVERIFY(hasInk(cell.drawn({0, 0, 250, 80}), {0, 0, 250, 80}));
+        QVERIFY(!cell.view.isVisible());
+    }
 
-void TableCellViewTest::hiddenPartsAreLeftOut()
-{
-    Cell cell;
-    cell.drawn({0, 0, 250, 80});
-    cell.square->hide();
-    QVERIFY(cell.drawn({0, 0, 250, 80}).pixelColor(30, 40) != QColor(Qt::red));
-    cell.square->show();
-    QCOMPARE(cell.drawn({0, 0, 250, 80}).pixelColor(30, 40), QColor(Qt::red));
-}
+    void layoutIsDoneOnceForASize()
+    {
+        Cell cell;
+        cell.drawn({0, 0, 250, 80});
+        const int after = cell.outer->count;
+        QVERIFY(after > 0);
+        for (int y = 0; y < 100; ++y)
+            cell.drawn({0, y, 250, 80});
+        QCOMPARE(cell.outer->count, after);
+    }
 
-void TableCellViewTest::anotherFontIsLaidOutAnew()
-{
-    Cell cell;
-    cell.drawn({0, 0, 250, 80});
-    const int before = cell.title->height();
-    QFont large = cell.view.font();
-    large.setPointSize(large.pointSize() * 2);
-    cell.view.setFont(large);
-    cell.drawn({0, 0, 250, 80});
-    QVERIFY(cell.title->height() > before);
-}
+    void newContentsNeedNoLayout()
+    {
+        Cell cell;
+        cell.drawn({0, 0, 250, 80});
+        QCoreApplication::sendPostedEvents(); // of the cell's making
+        cell.drawn({0, 0, 250, 80});
+        const int after = cell.outer->count;
+        for (int row = 0; row < 50; ++row) {
+            cell.title->setText(u"A longer title %1"_s.arg(row));
+            cell.details->setText(QString(row, u'x'));
+            cell.square->setImage(solidImage({40 + row, 40}, Qt::blue));
+            cell.drawn({0, 0, 250, 80});
+            QCoreApplication::sendPostedEvents();
+        }
+        QCOMPARE(cell.outer->count, after);
+    }
+
+    void anotherSizeIsLaidOutAnew()
+    {
+        Cell cell;
+        cell.drawn({0, 0, 250, 80});
+        const QImage image = cell.drawn({0, 0, 250, 120});
+        QCOMPARE(image.pixelColor(20, 78), QColor(Qt::red));
+        QCOMPARE(image.pixelColor(20, 38), QColor(Qt::white));
+    }
+
+    void partsThatComeOrGoAreSeen()
+    {
+        Cell cell;
+        cell.drawn({0, 0, 250, 80});
+        auto *late = new ImageView(&cell.view);
+        late->setGeometry(200, 0, 20, 20);
+        late->setImage(solidImage({20, 20}, Qt::blue));
+        QCOMPARE(cell.drawn({0, 0, 250, 80}).pixelColor(210, 10), QColor(Qt::blue));
+        delete late;
+        QVERIFY(cell.drawn({0, 0, 250, 80}).pixelColor(210, 10) != QColor(Qt::blue));
+    }
+
+    void hiddenPartsAreLeftOut()
+    {
+        Cell cell;
+        cell.drawn({0, 0, 250, 80});
+        cell.square->hide();
+        QVERIFY(cell.drawn({0, 0, 250, 80}).pixelColor(30, 40) != QColor(Qt::red));
+        cell.square->show();
+        QCOMPARE(cell.drawn({0, 0, 250, 80}).pixelColor(30, 40), QColor(Qt::red));
+    }
+
+    void anotherFontIsLaidOutAnew()
+    {
+        Cell cell;
+        cell.drawn({0, 0, 250, 80});
+        const int before = cell.title->height();
+        QFont large = cell.view.font();
+        large.setPointSize(large.pointSize() * 2);
+        cell.view.setFont(large);
+        cell.drawn({0, 0, 250, 80});
+        QVERIFY(cell.title->height() > before);
+    }
+};
 
 PLOVENDIX_GUI_TEST(TableCellViewTest)
 #include "TableCellViewTest.moc"

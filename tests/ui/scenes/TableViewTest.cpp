@@ -15,223 +15,205 @@ class TableViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        QPalette palette;
+        palette.setColor(QPalette::Base, Qt::white);
+        palette.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xde));
+        QApplication::setPalette(palette);
+    }
 
-    void rowsAreThoseOfTheLastReload();
-    void onlyVisibleRowsAreAskedFor();
-    void oneCellServesEveryRow();
-    void withoutACellARowIsEmpty();
-    void unregisteredStoryboardIsAFault();
-    void rowsHaveTheirHeight();
-    void cellsAreDrawnInTheirRows();
-    void selectedRowIsTinted_data();
-    void selectedRowIsTinted();
-    void rowsAreParted();
-    void cellIsNoVisibleChild();
-    void rowIsScrolledIntoView();
-    void reloadKeepsTheScrollPosition();
-    void scrollingIsByPoints();
-    void rowsAreReadOut();
-    void hundredThousandRowsAreNotTouchedOneByOne();
-};
+    void rowsAreThoseOfTheLastReload()
+    {
+        TableFixture fixture(3);
+        fixture.rows = 50;
+        fixture.table.grab();
+        QCOMPARE(fixture.table.numberOfRows(), 3);
+        QCOMPARE(*std::max_element(fixture.asked.begin(), fixture.asked.end()), 2);
+        fixture.table.reloadData();
+        QCOMPARE(fixture.table.numberOfRows(), 50);
+    }
 
-void TableViewTest::init()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xde));
-    QApplication::setPalette(palette);
-}
+    void onlyVisibleRowsAreAskedFor()
+    {
+        TableFixture fixture(100);
+        fixture.asked.clear();
+        fixture.table.grab();
+        QCOMPARE(fixture.asked, QList<int>({0, 1, 2, 3, 4}));
+    }
 
-void TableViewTest::rowsAreThoseOfTheLastReload()
-{
-    TableFixture fixture(3);
-    fixture.rows = 50;
-    fixture.table.grab();
-    QCOMPARE(fixture.table.numberOfRows(), 3);
-    QCOMPARE(*std::max_element(fixture.asked.begin(), fixture.asked.end()), 2);
-    fixture.table.reloadData();
-    QCOMPARE(fixture.table.numberOfRows(), 50);
-}
+    void oneCellServesEveryRow()
+    {
+        TableFixture fixture(5);
+        TableCellView *cell = fixture.table.makeView(u"RowID"_s);
+        QVERIFY(cell);
+        QCOMPARE(fixture.table.makeView(u"RowID"_s), cell);
+        QCOMPARE(fixture.table.findChildren<TableCellView *>().size(), 1);
+    }
 
-void TableViewTest::onlyVisibleRowsAreAskedFor()
-{
-    TableFixture fixture(100);
-    fixture.asked.clear();
-    fixture.table.grab();
-    QCOMPARE(fixture.asked, QList<int>({0, 1, 2, 3, 4}));
-}
+    void withoutACellARowIsEmpty()
+    {
+        TableFixture fixture(5);
+        QCOMPARE(fixture.table.makeView(u"NoSuchID"_s), nullptr);
+        fixture.hasCells = false;
+        const QImage image = fixture.table.grab().toImage();
+        QCOMPARE(image.pixelColor(100, 40), QColor(Qt::white));
+        TableView nameless;
+        QCOMPARE(nameless.makeView(u"RowID"_s), nullptr);
+    }
 
-void TableViewTest::oneCellServesEveryRow()
-{
-    TableFixture fixture(5);
-    TableCellView *cell = fixture.table.makeView(u"RowID"_s);
-    QVERIFY(cell);
-    QCOMPARE(fixture.table.makeView(u"RowID"_s), cell);
-    QCOMPARE(fixture.table.findChildren<TableCellView *>().size(), 1);
-}
+    void unregisteredStoryboardIsAFault()
+    {
+        const FatalFaultTrap trap;
+        TableView table;
+        table.setCellStoryboard(u"NoSuchStoryboard"_s);
+        QCOMPARE(table.cellStoryboard(), u"NoSuchStoryboard"_s);
+        QVERIFY_EXCEPTION_THROWN(table.makeView(u"RowID"_s), FatalFaultCaught);
+    }
 
-void TableViewTest::withoutACellARowIsEmpty()
-{
-    TableFixture fixture(5);
-    QCOMPARE(fixture.table.makeView(u"NoSuchID"_s), nullptr);
-    fixture.hasCells = false;
-    const QImage image = fixture.table.grab().toImage();
-    QCOMPARE(image.pixelColor(100, 40), QColor(Qt::white));
-    TableView nameless;
-    QCOMPARE(nameless.makeView(u"RowID"_s), nullptr);
-}
+    void rowsHaveTheirHeight()
+    {
+        TableFixture fixture(5);
+        QCOMPARE(fixture.table.visualRect(fixture.table.model()->index(2, 0)).height(), 80);
+        QCOMPARE(fixture.table.visualRect(fixture.table.model()->index(2, 0)).width(), 400);
+        fixture.table.setRowHeight(50);
+        QCOMPARE(fixture.table.rowHeight(), 50);
+        QTRY_COMPARE(fixture.table.visualRect(fixture.table.model()->index(2, 0)), QRect(0, 100, 400, 50));
+    }
 
-void TableViewTest::unregisteredStoryboardIsAFault()
-{
-    const FatalFaultTrap trap;
-    TableView table;
-    table.setCellStoryboard(u"NoSuchStoryboard"_s);
-    QCOMPARE(table.cellStoryboard(), u"NoSuchStoryboard"_s);
-    QVERIFY_EXCEPTION_THROWN(table.makeView(u"RowID"_s), FatalFaultCaught);
-}
-
-void TableViewTest::rowsHaveTheirHeight()
-{
-    TableFixture fixture(5);
-    QCOMPARE(fixture.table.visualRect(fixture.table.model()->index(2, 0)).height(), 80);
-    QCOMPARE(fixture.table.visualRect(fixture.table.model()->index(2, 0)).width(), 400);
-    fixture.table.setRowHeight(50);
-    QCOMPARE(fixture.table.rowHeight(), 50);
-    QTRY_COMPARE(fixture.table.visualRect(fixture.table.model()->index(2, 0)), QRect(0, 100, 400, 50));
-}
-
-void TableViewTest::cellsAreDrawnInTheirRows()
-{
-    TableFixture fixture(2);
-    const QImage image = fixture.table.grab().toImage();
-    const auto rowHasInk = [&](int row) {
-        for (int x = 0; x < 400; ++x) {
-            for (int y = row * 80; y < row * 80 + 78; ++y) {
-                if (image.pixelColor(x, y).lightness() < 150)
-                    return true;
+    void cellsAreDrawnInTheirRows()
+    {
+        TableFixture fixture(2);
+        const QImage image = fixture.table.grab().toImage();
+        const auto rowHasInk = [&](int row) {
+            for (int x = 0; x < 400; ++x) {
+                for (int y = row * 80; y < row * 80 + 78; ++y) {
+                    if (image.pixelColor(x, y).lightness() < 150)
+                        return true;
+                }
             }
-        }
-        return false;
-    };
-    QVERIFY(rowHasInk(0));
-    QVERIFY(rowHasInk(1));
-    QVERIFY(!rowHasInk(2));
-}
+            return false;
+        };
+        QVERIFY(rowHasInk(0));
+        QVERIFY(rowHasInk(1));
+        QVERIFY(!rowHasInk(2));
+    }
 
-void TableViewTest::selectedRowIsTinted_data()
-{
-    QTest::addColumn<QColor>("base");
-    QTest::addColumn<QColor>("highlight");
-    QTest::addColumn<QColor>("tint");
-    QTest::newRow("light") << QColor(Qt::white) << QColor(0x2f, 0x6f, 0xde) << QColor(0xe3, 0xec, 0xfb);
-    QTest::newRow("dark") << QColor(0x20, 0x22, 0x26) << QColor(0x4c, 0x8d, 0xff) << QColor(0x28, 0x36, 0x4e);
-}
+    void selectedRowIsTinted_data()
+    {
+        QTest::addColumn<QColor>("base");
+        QTest::addColumn<QColor>("highlight");
+        QTest::addColumn<QColor>("tint");
+        QTest::newRow("light") << QColor(Qt::white) << QColor(0x2f, 0x6f, 0xde) << QColor(0xe3, 0xec, 0xfb);
+        QTest::newRow("dark") << QColor(0x20, 0x22, 0x26) << QColor(0x4c, 0x8d, 0xff)
+                              << QColor(0x28, 0x36, 0x4e);
+    }
 
-void TableViewTest::selectedRowIsTinted()
-{
-    QFETCH(QColor, base);
-    QFETCH(QColor, highlight);
-    QFETCH(QColor, tint);
-    QPalette palette;
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::Highlight, highlight);
-    QApplication::setPalette(palette);
-    TableFixture fixture(3);
-    fixture.table.selectRow(1);
-    const QImage image = fixture.table.grab().toImage();
-    QVERIFY2(isNear(image.pixelColor(380, 120), tint, 2), qPrintable(image.pixelColor(380, 120).name()));
-    QCOMPARE(image.pixelColor(380, 40), base);
-    QCOMPARE(image.pixelColor(380, 300), base);
-}
+    void selectedRowIsTinted()
+    {
+        QFETCH(QColor, base);
+        QFETCH(QColor, highlight);
+        QFETCH(QColor, tint);
+        QPalette palette;
+        palette.setColor(QPalette::Base, base);
+        palette.setColor(QPalette::Highlight, highlight);
+        QApplication::setPalette(palette);
+        TableFixture fixture(3);
+        fixture.table.selectRow(1);
+        const QImage image = fixture.table.grab().toImage();
+        QVERIFY2(isNear(image.pixelColor(380, 120), tint, 2), qPrintable(image.pixelColor(380, 120).name()));
+        QCOMPARE(image.pixelColor(380, 40), base);
+        QCOMPARE(image.pixelColor(380, 300), base);
+    }
 
-void TableViewTest::rowsAreParted()
-{
-    TableFixture fixture(2);
-    const QImage image = fixture.table.grab().toImage();
-    QCOMPARE(image.pixelColor(380, 78), QColor(Qt::white));
-    QVERIFY(image.pixelColor(380, 79) != QColor(Qt::white));
-    QCOMPARE(image.pixelColor(380, 80), QColor(Qt::white));
-    QVERIFY(image.pixelColor(380, 159) != QColor(Qt::white));
-}
+    void rowsAreParted()
+    {
+        TableFixture fixture(2);
+        const QImage image = fixture.table.grab().toImage();
+        QCOMPARE(image.pixelColor(380, 78), QColor(Qt::white));
+        QVERIFY(image.pixelColor(380, 79) != QColor(Qt::white));
+        QCOMPARE(image.pixelColor(380, 80), QColor(Qt::white));
+        QVERIFY(image.pixelColor(380, 159) != QColor(Qt::white));
+    }
 
-void TableViewTest::cellIsNoVisibleChild()
-{
-    TableFixture fixture(5);
-    fixture.table.grab();
-    fixture.table.hide();
-    fixture.table.show();
-    QVERIFY(!fixture.table.makeView(u"RowID"_s)->isVisible());
-}
+    void cellIsNoVisibleChild()
+    {
+        TableFixture fixture(5);
+        fixture.table.grab();
+        fixture.table.hide();
+        fixture.table.show();
+        QVERIFY(!fixture.table.makeView(u"RowID"_s)->isVisible());
+    }
 
-void TableViewTest::rowIsScrolledIntoView()
-{
-    TableFixture fixture(50);
-    fixture.table.scrollRowToVisible(20);
-    const QRect row = fixture.table.visualRect(fixture.table.model()->index(20, 0));
-    QVERIFY(fixture.table.viewport()->rect().contains(row));
-    const int before = fixture.table.verticalScrollBar()->value();
-    fixture.table.scrollRowToVisible(20);
-    fixture.table.scrollRowToVisible(-1);
-    fixture.table.scrollRowToVisible(50);
-    QCOMPARE(fixture.table.verticalScrollBar()->value(), before);
-}
+    void rowIsScrolledIntoView()
+    {
+        TableFixture fixture(50);
+        fixture.table.scrollRowToVisible(20);
+        const QRect row = fixture.table.visualRect(fixture.table.model()->index(20, 0));
+        QVERIFY(fixture.table.viewport()->rect().contains(row));
+        const int before = fixture.table.verticalScrollBar()->value();
+        fixture.table.scrollRowToVisible(20);
+        fixture.table.scrollRowToVisible(-1);
+        fixture.table.scrollRowToVisible(50);
+        QCOMPARE(fixture.table.verticalScrollBar()->value(), before);
+    }
 
-void TableViewTest::reloadKeepsTheScrollPosition()
-{
-    TableFixture fixture(50);
-    fixture.table.selectRow(0);
-    fixture.table.verticalScrollBar()->setValue(1234);
-    fixture.table.reloadData();
-    QCOMPARE(fixture.table.verticalScrollBar()->value(), 1234);
-    fixture.rows = 6;
-    fixture.table.reloadData();
-    QCOMPARE(fixture.table.verticalScrollBar()->value(), 80); // as far as there are rows
-    fixture.rows = 0;
-    fixture.table.reloadData();
-    fixture.rows = 50;
-    fixture.table.reloadData();
-    QCOMPARE(fixture.table.verticalScrollBar()->value(), 0);
-}
+    void reloadKeepsTheScrollPosition()
+    {
+        TableFixture fixture(50);
+        fixture.table.selectRow(0);
+        fixture.table.verticalScrollBar()->setValue(1234);
+        fixture.table.reloadData();
+        QCOMPARE(fixture.table.verticalScrollBar()->value(), 1234);
+        fixture.rows = 6;
+        fixture.table.reloadData();
+        QCOMPARE(fixture.table.verticalScrollBar()->value(), 80); // as far as there are rows
+        fixture.rows = 0;
+        fixture.table.reloadData();
+        fixture.rows = 50;
+        fixture.table.reloadData();
+        QCOMPARE(fixture.table.verticalScrollBar()->value(), 0);
+    }
 
-void TableViewTest::scrollingIsByPoints()
-{
-    TableFixture fixture(50);
-    QWheelEvent wheel({50, 50}, fixture.table.mapToGlobal(QPointF(50, 50)), {0, -7}, {0, -14}, Qt::NoButton,
-                      {}, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(fixture.table.viewport(), &wheel);
-    const int value = fixture.table.verticalScrollBar()->value();
-    QVERIFY2(value > 0 && value < 40, qPrintable(QString::number(value)));
-}
+    void scrollingIsByPoints()
+    {
+        TableFixture fixture(50);
+        QWheelEvent wheel({50, 50}, fixture.table.mapToGlobal(QPointF(50, 50)), {0, -7}, {0, -14},
+                          Qt::NoButton, {}, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(fixture.table.viewport(), &wheel);
+        const int value = fixture.table.verticalScrollBar()->value();
+        QVERIFY2(value > 0 && value < 40, qPrintable(QString::number(value)));
+    }
 
-void TableViewTest::rowsAreReadOut()
-{
-    TableFixture fixture(5);
-    fixture.table.selectRow(2);
-    auto *list = QAccessible::queryAccessibleInterface(&fixture.table);
-    QVERIFY(list && list->tableInterface());
-    auto *row = list->tableInterface()->cellAt(2, 0);
-    QVERIFY(row);
-    QCOMPARE(row->text(QAccessible::Name), u"c row 2"_s);
-    QVERIFY(row->state().selected);
-}
+    void rowsAreReadOut()
+    {
+        TableFixture fixture(5);
+        fixture.table.selectRow(2);
+        auto *list = QAccessible::queryAccessibleInterface(&fixture.table);
+        QVERIFY(list && list->tableInterface());
+        auto *row = list->tableInterface()->cellAt(2, 0);
+        QVERIFY(row);
+        QCOMPARE(row->text(QAccessible::Name), u"c row 2"_s);
+        QVERIFY(row->state().selected);
+    }
 
-void TableViewTest::hundredThousandRowsAreNotTouchedOneByOne()
-{
-    TableFixture fixture(100'000);
-    fixture.asked.clear();
-    fixture.texts = 0;
-    fixture.table.reloadData();
-    fixture.table.scrollRowToVisible(99'999);
-    fixture.table.grab();
-    fixture.table.verticalScrollBar()->setValue(4'000'000);
-    fixture.table.grab();
-    QVERIFY2(fixture.asked.size() <= 30, qPrintable(QString::number(fixture.asked.size())));
-    QVERIFY2(fixture.texts <= 30, qPrintable(QString::number(fixture.texts)));
-    QVERIFY(fixture.asked.contains(99'999));
-    QVERIFY(fixture.asked.contains(50'000));
-    QCOMPARE(fixture.table.findChildren<TableCellView *>().size(), 1);
-}
+    void hundredThousandRowsAreNotTouchedOneByOne()
+    {
+        TableFixture fixture(100'000);
+        fixture.asked.clear();
+        fixture.texts = 0;
+        fixture.table.reloadData();
+        fixture.table.scrollRowToVisible(99'999);
+        fixture.table.grab();
+        fixture.table.verticalScrollBar()->setValue(4'000'000);
+        fixture.table.grab();
+        QVERIFY2(fixture.asked.size() <= 30, qPrintable(QString::number(fixture.asked.size())));
+        QVERIFY2(fixture.texts <= 30, qPrintable(QString::number(fixture.texts)));
+        QVERIFY(fixture.asked.contains(99'999));
+        QVERIFY(fixture.asked.contains(50'000));
+        QCOMPARE(fixture.table.findChildren<TableCellView *>().size(), 1);
+    }
+};
 
 PLOVENDIX_GUI_TEST(TableViewTest)
 #include "TableViewTest.moc"

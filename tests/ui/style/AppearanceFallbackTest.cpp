@@ -22,23 +22,21 @@ public:
     }
 
 private Q_SLOTS:
-    void followsTheThemeWithoutABus();
+    void followsTheThemeWithoutABus()
+    {
+        QPalette theme;
+        theme.setColor(QPalette::Window, QColor(40, 40, 40));
+        theme.setColor(QPalette::WindowText, QColor(230, 230, 230));
+        QApplication::setPalette(theme);
+        Appearance::shared().install();
+        QCOMPARE(Appearance::shared().scheme(), Appearance::Scheme::Dark);
+        QVERIFY(ChromeColors::isDark(QApplication::palette()));
+        QVERIFY(!Appearance::shared().prefersReducedMotion());
+    }
 
 private:
     Sandbox m_sandbox;
 };
-
-void AppearanceFallbackTest::followsTheThemeWithoutABus()
-{
-    QPalette theme;
-    theme.setColor(QPalette::Window, QColor(40, 40, 40));
-    theme.setColor(QPalette::WindowText, QColor(230, 230, 230));
-    QApplication::setPalette(theme);
-    Appearance::shared().install();
-    QCOMPARE(Appearance::shared().scheme(), Appearance::Scheme::Dark);
-    QVERIFY(ChromeColors::isDark(QApplication::palette()));
-    QVERIFY(!Appearance::shared().prefersReducedMotion());
-}
 
 PLOVENDIX_GUI_TEST(AppearanceFallbackTest)
 #include "AppearanceFallbackTest.moc"

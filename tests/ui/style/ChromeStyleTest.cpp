@@ -61,219 +61,194 @@ class ChromeStyleTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void heightsAreThoseOfTheLook_data();
-    void heightsAreThoseOfTheLook();
-    void keyboardFocusIsSeenOnEveryControl_data();
-    void keyboardFocusIsSeenOnEveryControl();
-    void aClickedButtonShowsNoRing();
-    void focusedFieldHasARingOfTheAccent();
-    void buttonsAreFilledByTheirRole_data();
-    void buttonsAreFilledByTheirRole();
-    void tabIsFlatUntilChecked();
-    void checkedBoxIsFilledWithTheAccent();
-    void coloursFollowThePalette_data();
-    void coloursFollowThePalette();
-    void clearSignTakesTheColoursOfTheMoment();
+    void initTestCase() { QApplication::setStyle(new ChromeStyle); }
+
+    void init() { QApplication::setPalette(appearancePalette(Appearance::Scheme::Light, Accent)); }
+
+    void heightsAreThoseOfTheLook_data()
+    {
+        QTest::addColumn<Maker>("maker");
+        QTest::addColumn<int>("height");
+        QTest::newRow("push button") << makerOf<QPushButton>(u"Check Now"_s) << 30;
+        QTest::newRow("accented button") << makerOf<QPushButton>(u"Download"_s, u"accent"_s) << 30;
+        QTest::newRow("tab") << makerOf<QPushButton>(u"General"_s, u"tab"_s) << 28;
+        QTest::newRow("pill") << makerOf<QComboBox>(u"English"_s, u"pill"_s) << 22;
+        QTest::newRow("combo box") << makerOf<QComboBox>(u"English"_s) << 28;
+        QTest::newRow("field") << makerOf<QLineEdit>(u"film"_s) << 30;
+        QTest::newRow("menu button") << makerOf<QToolButton>(QString(), u"menu"_s) << 22;
+    }
+
+    void heightsAreThoseOfTheLook()
+    {
+        QFETCH(Maker, maker);
+        QFETCH(int, height);
+        QWidget parent;
+        QFont font;
+        font.setPixelSize(13);
+        parent.setFont(font);
+        QWidget *control = maker(&parent);
+        control->ensurePolished();
+        QCOMPARE(control->sizeHint().height(), height);
+    }
+
+    void keyboardFocusIsSeenOnEveryControl_data()
+    {
+        QTest::addColumn<Maker>("maker");
+        QTest::newRow("push button") << makerOf<QPushButton>(u"Check Now"_s);
+        QTest::newRow("accented button") << makerOf<QPushButton>(u"Download"_s, u"accent"_s);
+        QTest::newRow("tab") << makerOf<QPushButton>(u"General"_s, u"tab"_s);
+        QTest::newRow("tool button") << makerOf<QToolButton>(u"Search"_s);
+        QTest::newRow("menu button") << makerOf<QToolButton>(QString(), u"menu"_s);
+        QTest::newRow("check box") << makerOf<QCheckBox>(u"Automatically"_s);
+        QTest::newRow("radio button") << makerOf<QRadioButton>(u"One"_s);
+        QTest::newRow("combo box") << makerOf<QComboBox>(u"English"_s);
+        QTest::newRow("pill") << makerOf<QComboBox>(u"English"_s, u"pill"_s);
+        QTest::newRow("field") << makerOf<QLineEdit>(u"film"_s);
+    }
+
+    void keyboardFocusIsSeenOnEveryControl()
+    {
+        QFETCH(Maker, maker);
+        QWidget window;
+        auto *before = new QPushButton(u"Before"_s, &window);
+        QWidget *control = maker(&window);
+        control->move(0, 50);
+        window.resize(300, 100);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        before->setFocus(Qt::TabFocusReason);
+        const QImage without = picture(*control);
+        QTest::keyClick(before, Qt::Key_Tab);
+        QVERIFY(control->hasFocus());
+        const QImage with = picture(*control);
+        int changed = 0;
+        for (int y = 0; y < with.height(); ++y) {
+            for (int x = 0; x < with.width(); ++x)
+                changed += with.pixel(x, y) != without.pixel(x, y) ? 1 : 0;
+        }
+        // More than the text cursor of a field.
+        QVERIFY2(changed > 40, qPrintable(QString::number(changed)));
+    }
+
+    void aClickedButtonShowsNoRing()
+    {
+        QWidget window;
+        auto *button = new QPushButton(u"Check Now"_s, &window);
+        button->move(20, 20);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::mouseClick(button, Qt::LeftButton);
+        button->setAttribute(Qt::WA_UnderMouse, false);
+        QVERIFY(button->hasFocus());
+        QCOMPARE(pixelsOf(picture(*button), Accent), 0);
+    }
+
+    void focusedFieldHasARingOfTheAccent()
+    {
+        QWidget window;
+        auto *field = new QLineEdit(&window);
+        field->resize(200, 32);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        field->setFocus();
+        QImage image = picture(*field);
+        QCOMPARE(image.pixelColor(100, 0), Accent);
+        QCOMPARE(image.pixelColor(100, 1), Accent);
+        QVERIFY(image.pixelColor(100, 2) != Accent);
+        QVERIFY(image.pixelColor(0, 0) != Accent); // rounded
+        field->clearFocus();
+        image = picture(*field);
+        QCOMPARE(pixelsOf(image, Accent), 0);
+        const QColor border = ChromeColors::of(field->palette()).border;
+        QCOMPARE(image.pixelColor(100, 0), border);
+        QVERIFY(image.pixelColor(100, 1) != border);
+    }
+
+    void buttonsAreFilledByTheirRole_data()
+    {
+        QTest::addColumn<QString>("role");
+        QTest::addColumn<bool>("isDefault");
+        QTest::addColumn<bool>("accented");
+        QTest::newRow("plain") << QString() << false << false;
+        QTest::newRow("accent") << u"accent"_s << false << true;
+        QTest::newRow("default") << QString() << true << true;
+    }
+
+    void buttonsAreFilledByTheirRole()
+    {
+        QFETCH(QString, role);
+        QFETCH(bool, isDefault);
+        QFETCH(bool, accented);
+        QWidget parent;
+        QPushButton button(&parent);
+        button.setProperty("role", role);
+        button.setDefault(isDefault);
+        button.resize(100, 30);
+        const QColor fill = picture(button).pixelColor(10, 15);
+        QCOMPARE(fill == Accent, accented);
+        if (!accented)
+            QVERIFY2(fill.red() == fill.green() && fill.red() < 250, qPrintable(fill.name()));
+        button.setEnabled(false);
+        QVERIFY(picture(button).pixelColor(10, 15) != Accent);
+    }
+
+    void tabIsFlatUntilChecked()
+    {
+        QWidget parent;
+        QPushButton button(&parent);
+        button.setProperty("role", u"tab"_s);
+        button.setCheckable(true);
+        button.resize(100, 28);
+        QCOMPARE(picture(button).pixelColor(10, 14), QColor(Qt::white));
+        button.setChecked(true);
+        QVERIFY(picture(button).pixelColor(10, 14) != QColor(Qt::white));
+    }
+
+    void checkedBoxIsFilledWithTheAccent()
+    {
+        QWidget parent;
+        QCheckBox box(u"Automatically check"_s, &parent);
+        box.resize(box.sizeHint());
+        QCOMPARE(pixelsOf(picture(box), Accent), 0);
+        box.setChecked(true);
+        QVERIFY(pixelsOf(picture(box), Accent) > 100);
+    }
+
+    void coloursFollowThePalette_data() { keyboardFocusIsSeenOnEveryControl_data(); }
+
+    void coloursFollowThePalette()
+    {
+        QFETCH(Maker, maker);
+        QApplication::setPalette(appearancePalette(Appearance::Scheme::Dark, Accent));
+        QWidget parent;
+        QWidget *control = maker(&parent);
+        control->resize(control->sizeHint());
+        // On a dark desktop the ground is dark everywhere, and what is written on it is light somewhere.
+        const QImage image = picture(*control);
+        int light = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                light += qGray(image.pixel(x, y)) > 140 ? 1 : 0;
+        }
+        QVERIFY(light > 0);
+        QVERIFY(light < image.width() * image.height() / 3);
+    }
+
+    void clearSignTakesTheColoursOfTheMoment()
+    {
+        const QIcon icon = QApplication::style()->standardIcon(QStyle::SP_LineEditClearButton);
+        const QColor light = icon.pixmap(32, 32).toImage().pixelColor(16, 3);
+        QApplication::setPalette(appearancePalette(Appearance::Scheme::Dark, Accent));
+        const QColor dark = icon.pixmap(32, 32).toImage().pixelColor(16, 3);
+        QVERIFY(dark.lightness() > light.lightness() + 30);
+    }
 
 private:
     Sandbox m_sandbox;
 };
-
-void ChromeStyleTest::initTestCase()
-{
-    QApplication::setStyle(new ChromeStyle);
-}
-
-void ChromeStyleTest::init()
-{
-    QApplication::setPalette(appearancePalette(Appearance::Scheme::Light, Accent));
-}
-
-void ChromeStyleTest::heightsAreThoseOfTheLook_data()
-{
-    QTest::addColumn<Maker>("maker");
-    QTest::addColumn<int>("height");
-    QTest::newRow("push button") << makerOf<QPushButton>(u"Check Now"_s) << 30;
-    QTest::newRow("accented button") << makerOf<QPushButton>(u"Download"_s, u"accent"_s) << 30;
-    QTest::newRow("tab") << makerOf<QPushButton>(u"General"_s, u"tab"_s) << 28;
-    QTest::newRow("pill") << makerOf<QComboBox>(u"English"_s, u"pill"_s) << 22;
-    QTest::newRow("combo box") << makerOf<QComboBox>(u"English"_s) << 28;
-    QTest::newRow("field") << makerOf<QLineEdit>(u"film"_s) << 30;
-    QTest::newRow("menu button") << makerOf<QToolButton>(QString(), u"menu"_s) << 22;
-}
-
-void ChromeStyleTest::heightsAreThoseOfTheLook()
-{
-    QFETCH(Maker, maker);
-    QFETCH(int, height);
-    QWidget parent;
-    QFont font;
-    font.setPixelSize(13);
-    parent.setFont(font);
-    QWidget *control = maker(&parent);
-    control->ensurePolished();
-    QCOMPARE(control->sizeHint().height(), height);
-}
-
-void ChromeStyleTest::keyboardFocusIsSeenOnEveryControl_data()
-{
-    QTest::addColumn<Maker>("maker");
-    QTest::newRow("push button") << makerOf<QPushButton>(u"Check Now"_s);
-    QTest::newRow("accented button") << makerOf<QPushButton>(u"Download"_s, u"accent"_s);
-    QTest::newRow("tab") << makerOf<QPushButton>(u"General"_s, u"tab"_s);
-    QTest::newRow("tool button") << makerOf<QToolButton>(u"Search"_s);
-    QTest::newRow("menu button") << makerOf<QToolButton>(QString(), u"menu"_s);
-    QTest::newRow("check box") << makerOf<QCheckBox>(u"Automatically"_s);
-    QTest::newRow("radio button") << makerOf<QRadioButton>(u"One"_s);
-    QTest::newRow("combo box") << makerOf<QComboBox>(u"English"_s);
-    QTest::newRow("pill") << makerOf<QComboBox>(u"English"_s, u"pill"_s);
-    QTest::newRow("field") << makerOf<QLineEdit>(u"film"_s);
-}
-
-void ChromeStyleTest::keyboardFocusIsSeenOnEveryControl()
-{
-    QFETCH(Maker, maker);
-    QWidget window;
-    auto *before = new QPushButton(u"Before"_s, &window);
-    QWidget *control = maker(&window);
-    control->move(0, 50);
-    window.resize(300, 100);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    before->setFocus(Qt::TabFocusReason);
-    const QImage without = picture(*control);
-    QTest::keyClick(before, Qt::Key_Tab);
-    QVERIFY(control->hasFocus());
-    const QImage with = picture(*control);
-    int changed = 0;
-    for (int y = 0; y < with.height(); ++y) {
-        for (int x = 0; x < with.width(); ++x)
-            changed += with.pixel(x, y) != without.pixel(x, y) ? 1 : 0;
-    }
-    // More than the text cursor of a field.
-    QVERIFY2(changed > 40, qPrintable(QString::number(changed)));
-}
-
-void ChromeStyleTest::aClickedButtonShowsNoRing()
-{
-    QWidget window;
-    auto *button = new QPushButton(u"Check Now"_s, &window);
-    button->move(20, 20);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QTest::mouseClick(button, Qt::LeftButton);
-    button->setAttribute(Qt::WA_UnderMouse, false);
-    QVERIFY(button->hasFocus());
-    QCOMPARE(pixelsOf(picture(*button), Accent), 0);
-}
-
-void ChromeStyleTest::focusedFieldHasARingOfTheAccent()
-{
-    QWidget window;
-    auto *field = new QLineEdit(&window);
-    field->resize(200, 32);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    field->setFocus();
-    QImage image = picture(*field);
-    QCOMPARE(image.pixelColor(100, 0), Accent);
-    QCOMPARE(image.pixelColor(100, 1), Accent);
-    QVERIFY(image.pixelColor(100, 2) != Accent);
-    QVERIFY(image.pixelColor(0, 0) != Accent); // rounded
-    field->clearFocus();
-    image = picture(*field);
-    QCOMPARE(pixelsOf(image, Accent), 0);
-    const QColor border = ChromeColors::of(field->palette()).border;
-    QCOMPARE(image.pixelColor(100, 0), border);
-    QVERIFY(image.pixelColor(100, 1) != border);
-}
-
-void ChromeStyleTest::buttonsAreFilledByTheirRole_data()
-{
-    QTest::addColumn<QString>("role");
-    QTest::addColumn<bool>("isDefault");
-    QTest::addColumn<bool>("accented");
-    QTest::newRow("plain") << QString() << false << false;
-    QTest::newRow("accent") << u"accent"_s << false << true;
-    QTest::newRow("default") << QString() << true << true;
-}
-
-void ChromeStyleTest::buttonsAreFilledByTheirRole()
-{
-    QFETCH(QString, role);
-    QFETCH(bool, isDefault);
-    QFETCH(bool, accented);
-    QWidget parent;
-    QPushButton button(&parent);
-    button.setProperty("role", role);
-    button.setDefault(isDefault);
-    button.resize(100, 30);
-    const QColor fill = picture(button).pixelColor(10, 15);
-    QCOMPARE(fill == Accent, accented);
-    if (!accented)
-        QVERIFY2(fill.red() == fill.green() && fill.red() < 250, qPrintable(fill.name()));
-    button.setEnabled(false);
-    QVERIFY(picture(button).pixelColor(10, 15) != Accent);
-}
-
-void ChromeStyleTest::tabIsFlatUntilChecked()
-{
-    QWidget parent;
-    QPushButton button(&parent);
-    button.setProperty("role", u"tab"_s);
-    button.setCheckable(true);
-    button.resize(100, 28);
-    QCOMPARE(picture(button).pixelColor(10, 14), QColor(Qt::white));
-    button.setChecked(true);
-    QVERIFY(picture(button).pixelColor(10, 14) != QColor(Qt::white));
-}
-
-void ChromeStyleTest::checkedBoxIsFilledWithTheAccent()
-{
-    QWidget parent;
-    QCheckBox box(u"Automatically check"_s, &parent);
-    box.resize(box.sizeHint());
-    QCOMPARE(pixelsOf(picture(box), Accent), 0);
-    box.setChecked(true);
-    QVERIFY(pixelsOf(picture(box), Accent) > 100);
-}
-
-void ChromeStyleTest::coloursFollowThePalette_data()
-{
-    keyboardFocusIsSeenOnEveryControl_data();
-}
-
-void ChromeStyleTest::coloursFollowThePalette()
-{
-    QFETCH(Maker, maker);
-    QApplication::setPalette(appearancePalette(Appearance::Scheme::Dark, Accent));
-    QWidget parent;
-    QWidget *control = maker(&parent);
-    control->resize(control->sizeHint());
-    // On a dark desktop the ground is dark everywhere, and what is written on it is light somewhere.
-    const QImage image = picture(*control);
-    int light = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            light += qGray(image.pixel(x, y)) > 140 ? 1 : 0;
-    }
-    QVERIFY(light > 0);
-    QVERIFY(light < image.width() * image.height() / 3);
-}
-
-void ChromeStyleTest::clearSignTakesTheColoursOfTheMoment()
-{
-    const QIcon icon = QApplication::style()->standardIcon(QStyle::SP_LineEditClearButton);
-    const QColor light = icon.pixmap(32, 32).toImage().pixelColor(16, 3);
-    QApplication::setPalette(appearancePalette(Appearance::Scheme::Dark, Accent));
-    const QColor dark = icon.pixmap(32, 32).toImage().pixelColor(16, 3);
-    QVERIFY(dark.lightness() > light.lightness() + 30);
-}
 
 PLOVENDIX_GUI_TEST(ChromeStyleTest)
 #include "ChromeStyleTest.moc"

@@ -6,131 +6,124 @@
 using WindowFrame::Look;
 using WindowFrame::Situation;
 
+Q_DECLARE_METATYPE(Situation)
+Q_DECLARE_METATYPE(Look)
+
 class WindowFrameTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void lookFollowsTheSituation_data();
-    void lookFollowsTheSituation();
-    void edgesAreWhereTheyAreGrabbed_data();
-    void edgesAreWhereTheyAreGrabbed();
-    void grabZoneIsEveryPlaceWithAnEdge_data();
-    void grabZoneIsEveryPlaceWithAnEdge();
-    void cursorPointsTheWayOfTheEdges_data();
-    void cursorPointsTheWayOfTheEdges();
-};
-
-Q_DECLARE_METATYPE(Situation)
-Q_DECLARE_METATYPE(Look)
-
-void WindowFrameTest::lookFollowsTheSituation_data()
-{
-    constexpr Look shadowed{.rounded = true, .margin = 28, .hairline = false};
-    constexpr Look roundedAlone{.rounded = true, .margin = 0, .hairline = true};
-    constexpr Look squareLined{.rounded = false, .margin = 0, .hairline = true};
-    constexpr Look bare{};
-    QTest::addColumn<Situation>("situation");
-    QTest::addColumn<Look>("look");
-    QTest::newRow("compositor that knows of margins")
-        << Situation{.composited = true, .placedByFrame = true} << shadowed;
-    QTest::newRow("compositor that does not") << Situation{.composited = true} << roundedAlone;
-    QTest::newRow("no compositor") << Situation{.placedByFrame = true} << squareLined;
-    QTest::newRow("maximised") << Situation{.composited = true, .placedByFrame = true, .maximized = true}
-                               << bare;
-    QTest::newRow("full screen") << Situation{.composited = true, .placedByFrame = true, .fullScreen = true}
-                                 << bare;
-    QTest::newRow("tiled") << Situation{.composited = true, .placedByFrame = true, .tiled = true}
-                           << squareLined;
-    QTest::newRow("maximised without compositor") << Situation{.maximized = true} << bare;
-}
-
-void WindowFrameTest::lookFollowsTheSituation()
-{
-    QFETCH(Situation, situation);
-    QFETCH(Look, look);
-    QCOMPARE(WindowFrame::lookFor(situation), look);
-}
-
-void WindowFrameTest::edgesAreWhereTheyAreGrabbed_data()
-{
-    QTest::addColumn<QPoint>("point");
-    QTest::addColumn<int>("margin");
-    QTest::addColumn<Qt::Edges>("edges");
-    const auto row = [](const char *name, const QPoint &point, int margin, Qt::Edges edges) {
-        QTest::newRow(name) << point << margin << edges;
-    };
-    // The window is 816 × 696: a frame of 760 × 640 inside a margin of 28, or all frame.
-    row("left", {24, 300}, 28, Qt::LeftEdge);
-    row("left, the outermost point", {20, 300}, 28, Qt::LeftEdge);
-    row("beyond the left zone", {19, 300}, 28, {});
-    row("the frame itself", {28, 300}, 28, {});
-    row("right", {788, 300}, 28, Qt::RightEdge);
-    row("right, the outermost point", {795, 300}, 28, Qt::RightEdge);
-    row("beyond the right zone", {796, 300}, 28, {});
-    row("top", {400, 22}, 28, Qt::TopEdge);
-    row("bottom", {400, 670}, 28, Qt::BottomEdge);
-    row("corner", {24, 24}, 28, Qt::LeftEdge | Qt::TopEdge);
-    row("top near the left corner", {40, 24}, 28, Qt::LeftEdge | Qt::TopEdge);
-    row("left near the bottom corner", {24, 660}, 28, Qt::LeftEdge | Qt::BottomEdge);
-    row("right near the top corner", {790, 30}, 28, Qt::RightEdge | Qt::TopEdge);
-    row("bottom near the right corner", {780, 672}, 28, Qt::RightEdge | Qt::BottomEdge);
-    row("square: left", {4, 300}, 0, Qt::LeftEdge);
-    row("square: inside", {5, 300}, 0, {});
-    row("square: right", {811, 300}, 0, Qt::RightEdge);
-    row("square: inside the right", {810, 300}, 0, {});
-    row("square: corner", {0, 0}, 0, Qt::LeftEdge | Qt::TopEdge);
-    row("square: outside", {-1, 300}, 0, {});
-}
-
-void WindowFrameTest::edgesAreWhereTheyAreGrabbed()
-{
-    QFETCH(QPoint, point);
-    QFETCH(int, margin);
-    QFETCH(Qt::Edges, edges);
-    QCOMPARE(WindowFrame::edgesAt(point, {816, 696}, margin), edges);
-}
-
-void WindowFrameTest::grabZoneIsEveryPlaceWithAnEdge_data()
-{
-    QTest::addColumn<int>("margin");
-    QTest::newRow("shadow") << 28;
-    QTest::newRow("square") << 0;
-}
-
-void WindowFrameTest::grabZoneIsEveryPlaceWithAnEdge()
-{
-    QFETCH(int, margin);
-    constexpr QSize size{150, 120};
-    const QRegion zone = WindowFrame::grabZone(size, margin);
-    QVERIFY(!zone.isEmpty());
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x)
-            QCOMPARE(zone.contains(QPoint(x, y)), bool(WindowFrame::edgesAt({x, y}, size, margin)));
+    void lookFollowsTheSituation_data()
+    {
+        constexpr Look shadowed{.rounded = true, .margin = 28, .hairline = false};
+        constexpr Look roundedAlone{.rounded = true, .margin = 0, .hairline = true};
+        constexpr Look squareLined{.rounded = false, .margin = 0, .hairline = true};
+        constexpr Look bare{};
+        QTest::addColumn<Situation>("situation");
+        QTest::addColumn<Look>("look");
+        QTest::newRow("compositor that knows of margins")
+            << Situation{.composited = true, .placedByFrame = true} << shadowed;
+        QTest::newRow("compositor that does not") << Situation{.composited = true} << roundedAlone;
+        QTest::newRow("no compositor") << Situation{.placedByFrame = true} << squareLined;
+        QTest::newRow("maximised") << Situation{.composited = true, .placedByFrame = true, .maximized = true}
+                                   << bare;
+        QTest::newRow("full screen") << Situation{.composited = true,
+                                                  .placedByFrame = true,
+                                                  .fullScreen = true}
+                                     << bare;
+        QTest::newRow("tiled") << Situation{.composited = true, .placedByFrame = true, .tiled = true}
+                               << squareLined;
+        QTest::newRow("maximised without compositor") << Situation{.maximized = true} << bare;
     }
-}
 
-void WindowFrameTest::cursorPointsTheWayOfTheEdges_data()
-{
-    QTest::addColumn<Qt::Edges>("edges");
-    QTest::addColumn<Qt::CursorShape>("shape");
-    QTest::newRow("none") << Qt::Edges() << Qt::ArrowCursor;
-    QTest::newRow("left") << Qt::Edges(Qt::LeftEdge) << Qt::SizeHorCursor;
-    QTest::newRow("right") << Qt::Edges(Qt::RightEdge) << Qt::SizeHorCursor;
-    QTest::newRow("top") << Qt::Edges(Qt::TopEdge) << Qt::SizeVerCursor;
-    QTest::newRow("bottom") << Qt::Edges(Qt::BottomEdge) << Qt::SizeVerCursor;
-    QTest::newRow("top left") << (Qt::TopEdge | Qt::LeftEdge) << Qt::SizeFDiagCursor;
-    QTest::newRow("bottom right") << (Qt::BottomEdge | Qt::RightEdge) << Qt::SizeFDiagCursor;
-    QTest::newRow("top right") << (Qt::TopEdge | Qt::RightEdge) << Qt::SizeBDiagCursor;
-    QTest::newRow("bottom left") << (Qt::BottomEdge | Qt::LeftEdge) << Qt::SizeBDiagCursor;
-}
+    void lookFollowsTheSituation()
+    {
+        QFETCH(Situation, situation);
+        QFETCH(Look, look);
+        QCOMPARE(WindowFrame::lookFor(situation), look);
+    }
 
-void WindowFrameTest::cursorPointsTheWayOfTheEdges()
-{
-    QFETCH(Qt::Edges, edges);
-    QFETCH(Qt::CursorShape, shape);
-    QCOMPARE(WindowFrame::cursorFor(edges), shape);
-}
+    void edgesAreWhereTheyAreGrabbed_data()
+    {
+        QTest::addColumn<QPoint>("point");
+        QTest::addColumn<int>("margin");
+        QTest::addColumn<Qt::Edges>("edges");
+        const auto row = [](const char *name, const QPoint &point, int margin, Qt::Edges edges) {
+            QTest::newRow(name) << point << margin << edges;
+        };
+        // The window is 816 × 696: a frame of 760 × 640 inside a margin of 28, or all frame.
+        row("left", {24, 300}, 28, Qt::LeftEdge);
+        row("left, the outermost point", {20, 300}, 28, Qt::LeftEdge);
+        row("beyond the left zone", {19, 300}, 28, {});
+        row("the frame itself", {28, 300}, 28, {});
+        row("right", {788, 300}, 28, Qt::RightEdge);
+        row("right, the outermost point", {795, 300}, 28, Qt::RightEdge);
+        row("beyond the right zone", {796, 300}, 28, {});
+        row("top", {400, 22}, 28, Qt::TopEdge);
+        row("bottom", {400, 670}, 28, Qt::BottomEdge);
+        row("corner", {24, 24}, 28, Qt::LeftEdge | Qt::TopEdge);
+        row("top near the left corner", {40, 24}, 28, Qt::LeftEdge | Qt::TopEdge);
+        row("left near the bottom corner", {24, 660}, 28, Qt::LeftEdge | Qt::BottomEdge);
+        row("right near the top corner", {790, 30}, 28, Qt::RightEdge | Qt::TopEdge);
+        row("bottom near the right corner", {780, 672}, 28, Qt::RightEdge | Qt::BottomEdge);
+        row("square: left", {4, 300}, 0, Qt::LeftEdge);
+        row("square: inside", {5, 300}, 0, {});
+        row("square: right", {811, 300}, 0, Qt::RightEdge);
+        row("square: inside the right", {810, 300}, 0, {});
+        row("square: corner", {0, 0}, 0, Qt::LeftEdge | Qt::TopEdge);
+        row("square: outside", {-1, 300}, 0, {});
+    }
+
+    void edgesAreWhereTheyAreGrabbed()
+    {
+        QFETCH(QPoint, point);
+        QFETCH(int, margin);
+        QFETCH(Qt::Edges, edges);
+        QCOMPARE(WindowFrame::edgesAt(point, {816, 696}, margin), edges);
+    }
+
+    void grabZoneIsEveryPlaceWithAnEdge_data()
+    {
+        QTest::addColumn<int>("margin");
+        QTest::newRow("shadow") << 28;
+        QTest::newRow("square") << 0;
+    }
+
+    void grabZoneIsEveryPlaceWithAnEdge()
+    {
+        QFETCH(int, margin);
+        constexpr QSize size{150, 120};
+        const QRegion zone = WindowFrame::grabZone(size, margin);
+        QVERIFY(!zone.isEmpty());
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x)
+                QCOMPARE(zone.contains(QPoint(x, y)), bool(WindowFrame::edgesAt({x, y}, size, margin)));
+        }
+    }
+
+    void cursorPointsTheWayOfTheEdges_data()
+    {
+        QTest::addColumn<Qt::Edges>("edges");
+        QTest::addColumn<Qt::CursorShape>("shape");
+        QTest::newRow("none") << Qt::Edges() << Qt::ArrowCursor;
+        QTest::newRow("left") << Qt::Edges(Qt::LeftEdge) << Qt::SizeHorCursor;
+        QTest::newRow("right") << Qt::Edges(Qt::RightEdge) << Qt::SizeHorCursor;
+        QTest::newRow("top") << Qt::Edges(Qt::TopEdge) << Qt::SizeVerCursor;
+        QTest::newRow("bottom") << Qt::Edges(Qt::BottomEdge) << Qt::SizeVerCursor;
+        QTest::newRow("top left") << (Qt::TopEdge | Qt::LeftEdge) << Qt::SizeFDiagCursor;
+        QTest::newRow("bottom right") << (Qt::BottomEdge | Qt::RightEdge) << Qt::SizeFDiagCursor;
+        QTest::newRow("top right") << (Qt::TopEdge | Qt::RightEdge) << Qt::SizeBDiagCursor;
+        QTest::newRow("bottom left") << (Qt::BottomEdge | Qt::LeftEdge) << Qt::SizeBDiagCursor;
+    }
+
+    void cursorPointsTheWayOfTheEdges()
+    {
+        QFETCH(Qt::Edges, edges);
+        QFETCH(Qt::CursorShape, shape);
+        QCOMPARE(WindowFrame::cursorFor(edges), shape);
+    }
+};
 
 PLOVENDIX_PLAIN_TEST(WindowFrameTest)
 #include "WindowFrameTest.moc"

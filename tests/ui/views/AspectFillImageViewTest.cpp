@@ -33,82 +33,76 @@ class AspectFillImageViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void imageIsNeverReadBack();
-    void imageGoesToANewLayerThatFills();
-    void everyImageReplacesTheLayerWithWhatItHad();
-    void absentImageEmptiesTheLayer();
-    void frameIsFilledAndTheOverflowCropped();
-    void fadeIsLostWithTheLayer();
+    void imageIsNeverReadBack()
+    {
+        AspectFillImageView view;
+        QVERIFY(!view.image());
+        view.setImage(solid({10, 10}, Qt::red));
+        QVERIFY(!view.image());
+        const ImageView &base = view;
+        QVERIFY(!base.image());
+    }
+
+    void imageGoesToANewLayerThatFills()
+    {
+        AspectFillImageView view;
+        const Image image = solid({10, 10}, Qt::red);
+        QVERIFY(!view.layer());
+        view.setImage(image);
+        QVERIFY(view.wantsLayer());
+        QVERIFY(view.layer());
+        QCOMPARE(view.layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
+        QVERIFY(view.layer()->contents() == image);
+    }
+
+    void everyImageReplacesTheLayerWithWhatItHad()
+    {
+        AspectFillImageView view;
+        view.setImage(solid({10, 10}, Qt::red));
+        const QPointer<Layer> first = view.layer();
+        first->setCornerRadius(6);
+        first->setMasksToBounds(true);
+        first->addAnimation(Transition{}, u"transition"_s);
+        view.setImage(solid({10, 10}, Qt::blue));
+        QVERIFY(!first);
+        QCOMPARE(view.layer()->cornerRadius(), 0.0);
+        QVERIFY(!view.layer()->masksToBounds());
+        QVERIFY(!view.layer()->animation(u"transition"_s));
+    }
+
+    void absentImageEmptiesTheLayer()
+    {
+        AspectFillImageView view;
+        view.resize(20, 20);
+        view.setImage(solid({10, 10}, Qt::red));
+        QCOMPARE(view.grab().toImage().pixelColor(10, 10), QColor(Qt::red));
+        view.setImage(std::nullopt);
+        QVERIFY(view.layer());
+        QVERIFY(!view.layer()->contents());
+        QVERIFY(view.grab().toImage().pixelColor(10, 10) != QColor(Qt::red));
+    }
+
+    void frameIsFilledAndTheOverflowCropped()
+    {
+        AspectFillImageView view;
+        view.resize(60, 60); // the picture, twice as wide, is 180 high: the middle 60 are the blue stripe
+        view.setImage(striped());
+        const QImage shown = view.grab().toImage();
+        for (const QPoint &point :
+             {QPoint(1, 3), QPoint(58, 3), QPoint(1, 56), QPoint(58, 56), QPoint(30, 30)})
+            QCOMPARE(shown.pixelColor(point), QColor(Qt::blue));
+    }
+
+    void fadeIsLostWithTheLayer()
+    {
+        Animator::setReducedMotion(false);
+        AspectFillImageView view;
+        view.setImage(solid({10, 10}, Qt::red));
+        setImageWithFade(view, solid({10, 10}, Qt::blue));
+        QCOMPARE(view.layer()->fadeProgress(), 1.0);
+        Animator::setReducedMotion(std::nullopt);
+    }
 };
-
-void AspectFillImageViewTest::imageIsNeverReadBack()
-{
-    AspectFillImageView view;
-    QVERIFY(!view.image());
-    view.setImage(solid({10, 10}, Qt::red));
-    QVERIFY(!view.image());
-    const ImageView &base = view;
-    QVERIFY(!base.image());
-}
-
-void AspectFillImageViewTest::imageGoesToANewLayerThatFills()
-{
-    AspectFillImageView view;
-    const Image image = solid({10, 10}, Qt::red);
-    QVERIFY(!view.layer());
-    view.setImage(image);
-    QVERIFY(view.wantsLayer());
-    QVERIFY(view.layer());
-    QCOMPARE(view.layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
-    QVERIFY(view.layer()->contents() == image);
-}
-
-void AspectFillImageViewTest::everyImageReplacesTheLayerWithWhatItHad()
-{
-    AspectFillImageView view;
-    view.setImage(solid({10, 10}, Qt::red));
-    const QPointer<Layer> first = view.layer();
-    first->setCornerRadius(6);
-    first->setMasksToBounds(true);
-    first->addAnimation(Transition{}, u"transition"_s);
-    view.setImage(solid({10, 10}, Qt::blue));
-    QVERIFY(!first);
-    QCOMPARE(view.layer()->cornerRadius(), 0.0);
-    QVERIFY(!view.layer()->masksToBounds());
-    QVERIFY(!view.layer()->animation(u"transition"_s));
-}
-
-void AspectFillImageViewTest::absentImageEmptiesTheLayer()
-{
-    AspectFillImageView view;
-    view.resize(20, 20);
-    view.setImage(solid({10, 10}, Qt::red));
-    QCOMPARE(view.grab().toImage().pixelColor(10, 10), QColor(Qt::red));
-    view.setImage(std::nullopt);
-    QVERIFY(view.layer());
-    QVERIFY(!view.layer()->contents());
-    QVERIFY(view.grab().toImage().pixelColor(10, 10) != QColor(Qt::red));
-}
-
-void AspectFillImageViewTest::frameIsFilledAndTheOverflowCropped()
-{
-    AspectFillImageView view;
-    view.resize(60, 60); // the picture, twice as wide, is 180 high: the middle 60 are the blue stripe
-    view.setImage(striped());
-    const QImage shown = view.grab().toImage();
-    for (const QPoint &point : {QPoint(1, 3), QPoint(58, 3), QPoint(1, 56), QPoint(58, 56), QPoint(30, 30)})
-        QCOMPARE(shown.pixelColor(point), QColor(Qt::blue));
-}
-
-void AspectFillImageViewTest::fadeIsLostWithTheLayer()
-{
-    Animator::setReducedMotion(false);
-    AspectFillImageView view;
-    view.setImage(solid({10, 10}, Qt::red));
-    setImageWithFade(view, solid({10, 10}, Qt::blue));
-    QCOMPARE(view.layer()->fadeProgress(), 1.0);
-    Animator::setReducedMotion(std::nullopt);
-}
 
 PLOVENDIX_GUI_TEST(AspectFillImageViewTest)
 #include "AspectFillImageViewTest.moc"

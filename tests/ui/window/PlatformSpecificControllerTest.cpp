@@ -64,122 +64,109 @@ class PlatformSpecificControllerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void viewIsLoadedOnceItWasUsed();
-    void errorMessageIsPresentedBeforeTheCompletion_data();
-    void errorMessageIsPresentedBeforeTheCompletion();
-    void emptyMessageStillShowsTheAlert();
-    void dismissalIgnoresTheAnimation_data();
-    void dismissalIgnoresTheAnimation();
-    void presentationCompletesAtOnce_data();
-    void presentationCompletesAtOnce();
-    void completionComesWhileTheWindowIsUp();
+    void viewIsLoadedOnceItWasUsed()
+    {
+        const auto controller = ViewController::make<PlatformController<>>();
+        const PlatformSpecificController &operations = *controller;
+        QCOMPARE(operations.viewActuallyLoaded(), false);
+        controller->view();
+        QCOMPARE(operations.viewActuallyLoaded(), true);
+    }
+
+    void errorMessageIsPresentedBeforeTheCompletion_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::newRow("a message") << u"The file could not be read."_s;
+        QTest::newRow("none") << QString();
+    }
+
+    void errorMessageIsPresentedBeforeTheCompletion()
+    {
+        QFETCH(QString, message);
+        const auto controller = ViewController::make<Controller>();
+        controller->presentErrorMessage(message, [&] { controller->calls += u"completion"_s; });
+        QCOMPARE(controller->calls, QStringList({u"error"_s, u"completion"_s}));
+        QCOMPARE(controller->errors.size(), 1);
+        const Error &error = controller->errors.first();
+        QCOMPARE(error.domain, QString());
+        QCOMPARE(error.code, 123);
+        QCOMPARE(error.localizedDescription, message);
+    }
+
+    void emptyMessageStillShowsTheAlert()
+    {
+        AlertDismisser alerts;
+        const auto controller = ViewController::make<PlatformController<>>();
+        Window window;
+        window.setContentViewController(controller);
+        window.show();
+        qsizetype shownBefore = -1;
+        int completions = 0;
+        controller->presentErrorMessage(QString(), [&] {
+            shownBefore = alerts.texts.size();
+            ++completions;
+        });
+        QCOMPARE(shownBefore, 1);
+        QCOMPARE(completions, 1);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    void dismissalIgnoresTheAnimation_data()
+    {
+        QTest::addColumn<bool>("animated");
+        QTest::addColumn<bool>("completes");
+        QTest::newRow("plain") << false << false;
+        QTest::newRow("animated") << true << false;
+        QTest::newRow("plain, with a completion") << false << true;
+        QTest::newRow("animated, with a completion") << true << true;
+    }
+
+    void dismissalIgnoresTheAnimation()
+    {
+        QFETCH(bool, animated);
+        QFETCH(bool, completes);
+        const auto controller = ViewController::make<Controller>();
+        const auto complete = [&] { controller->calls += u"completion"_s; };
+        controller->dismissCurrentViewController(
+            animated, completes ? PlatformSpecificController::Completion(complete) : nullptr);
+        QCOMPARE(controller->calls,
+                 completes ? QStringList({u"dismiss"_s, u"completion"_s}) : QStringList{u"dismiss"_s});
+    }
+
+    void presentationCompletesAtOnce_data() { dismissalIgnoresTheAnimation_data(); }
+
+    void presentationCompletesAtOnce()
+    {
+        QFETCH(bool, animated);
+        QFETCH(bool, completes);
+        const auto controller = ViewController::make<Controller>();
+        const auto panel = ViewController::make<ViewController>();
+        const auto complete = [&] { controller->calls += u"completion"_s; };
+        controller->presentViewControllerModally(
+            panel, animated, completes ? PlatformSpecificController::Completion(complete) : nullptr);
+        QCOMPARE(controller->presented.size(), 1);
+        QCOMPARE(controller->presented.first(), panel);
+        QCOMPARE(controller->calls,
+                 completes ? QStringList({u"present"_s, u"completion"_s}) : QStringList{u"present"_s});
+    }
+
+    void completionComesWhileTheWindowIsUp()
+    {
+        const auto controller = ViewController::make<PlatformController<>>();
+        const auto panel = ViewController::make<PlatformController<>>();
+        Window window;
+        window.setContentViewController(controller);
+        window.show();
+        bool wasUp = false;
+        controller->presentViewControllerModally(
+            panel, true, [&] { wasUp = panel->window() && panel->window()->isVisible(); });
+        QVERIFY(wasUp);
+        QVERIFY(panel->window() != &window);
+        bool dismissed = false;
+        panel->dismissCurrentViewController(false, [&] { dismissed = !panel->presentingViewController(); });
+        QVERIFY(dismissed);
+    }
 };
-
-void PlatformSpecificControllerTest::viewIsLoadedOnceItWasUsed()
-{
-    const auto controller = ViewController::make<PlatformController<>>();
-    const PlatformSpecificController &operations = *controller;
-    QCOMPARE(operations.viewActuallyLoaded(), false);
-    controller->view();
-    QCOMPARE(operations.viewActuallyLoaded(), true);
-}
-
-void PlatformSpecificControllerTest::errorMessageIsPresentedBeforeTheCompletion_data()
-{
-    QTest::addColumn<QString>("message");
-    QTest::newRow("a message") << u"The file could not be read."_s;
-    QTest::newRow("none") << QString();
-}
-
-void PlatformSpecificControllerTest::errorMessageIsPresentedBeforeTheCompletion()
-{
-    QFETCH(QString, message);
-    const auto controller = ViewController::make<Controller>();
-    controller->presentErrorMessage(message, [&] { controller->calls += u"completion"_s; });
-    QCOMPARE(controller->calls, QStringList({u"error"_s, u"completion"_s}));
-    QCOMPARE(controller->errors.size(), 1);
-    const Error &error = controller->errors.first();
-    QCOMPARE(error.domain, QString());
-    QCOMPARE(error.code, 123);
-    QCOMPARE(error.localizedDescription, message);
-}
-
-void PlatformSpecificControllerTest::emptyMessageStillShowsTheAlert()
-{
-    AlertDismisser alerts;
-    const auto controller = ViewController::make<PlatformController<>>();
-    Window window;
-    window.setContentViewController(controller);
-    window.show();
-    qsizetype shownBefore = -1;
-    int completions = 0;
-    controller->presentErrorMessage(QString(), [&] {
-        shownBefore = alerts.texts.size();
-        ++completions;
-    });
-    QCOMPARE(shownBefore, 1);
-    QCOMPARE(completions, 1);
-    QVERIFY(!QApplication::activeModalWidget());
-}
-
-void PlatformSpecificControllerTest::dismissalIgnoresTheAnimation_data()
-{
-    QTest::addColumn<bool>("animated");
-    QTest::addColumn<bool>("completes");
-    QTest::newRow("plain") << false << false;
-    QTest::newRow("animated") << true << false;
-    QTest::newRow("plain, with a completion") << false << true;
-    QTest::newRow("animated, with a completion") << true << true;
-}
-
-void PlatformSpecificControllerTest::dismissalIgnoresTheAnimation()
-{
-    QFETCH(bool, animated);
-    QFETCH(bool, completes);
-    const auto controller = ViewController::make<Controller>();
-    const auto complete = [&] { controller->calls += u"completion"_s; };
-    controller->dismissCurrentViewController(
-        animated, completes ? PlatformSpecificController::Completion(complete) : nullptr);
-    QCOMPARE(controller->calls,
-             completes ? QStringList({u"dismiss"_s, u"completion"_s}) : QStringList{u"dismiss"_s});
-}
-
-void PlatformSpecificControllerTest::presentationCompletesAtOnce_data()
-{
-    dismissalIgnoresTheAnimation_data();
-}
-
-void PlatformSpecificControllerTest::presentationCompletesAtOnce()
-{
-    QFETCH(bool, animated);
-    QFETCH(bool, completes);
-    const auto controller = ViewController::make<Controller>();
-    const auto panel = ViewController::make<ViewController>();
-    const auto complete = [&] { controller->calls += u"completion"_s; };
-    controller->presentViewControllerModally(
-        panel, animated, completes ? PlatformSpecificController::Completion(complete) : nullptr);
-    QCOMPARE(controller->presented.size(), 1);
-    QCOMPARE(controller->presented.first(), panel);
-    QCOMPARE(controller->calls,
-             completes ? QStringList({u"present"_s, u"completion"_s}) : QStringList{u"present"_s});
-}
-
-void PlatformSpecificControllerTest::completionComesWhileTheWindowIsUp()
-{
-    const auto controller = ViewController::make<PlatformController<>>();
-    const auto panel = ViewController::make<PlatformController<>>();
-    Window window;
-    window.setContentViewController(controller);
-    window.show();
-    bool wasUp = false;
-    controller->presentViewControllerModally(
-        panel, true, [&] { wasUp = panel->window() && panel->window()->isVisible(); });
-    QVERIFY(wasUp);
-    QVERIFY(panel->window() != &window);
-    bool dismissed = false;
-    panel->dismissCurrentViewController(false, [&] { dismissed = !panel->presentingViewController(); });
-    QVERIFY(dismissed);
-}
 
 PLOVENDIX_GUI_TEST(PlatformSpecificControllerTest)
 #include "PlatformSpecificControllerTest.moc"

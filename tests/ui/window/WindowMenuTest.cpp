@@ -30,54 +30,46 @@ class WindowMenuTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void rightClickOpensTheWindowMenu();
-    void windowMenuOffersWhatCanBeDone();
-    void windowMenuOfAMaximisedWindow();
+    void init() { m_window.showNormal(); }
+
+    void rightClickOpensTheWindowMenu()
+    {
+        auto *titleBar = m_window.findChild<TitleBar *>();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15}, titleBar->mapToGlobal(QPoint(300, 15)));
+        QApplication::sendEvent(titleBar, &event);
+        QPointer<QMenu> menu = m_window.findChild<QMenu *>();
+        QVERIFY(menu && menu->isVisible());
+        menu->close();
+        QTRY_VERIFY(menu.isNull());
+    }
+
+    void windowMenuOffersWhatCanBeDone()
+    {
+        QPointer<QMenu> menu = popUpWindowMenu(m_window, {10, 10});
+        QVERIFY(!actionNamed(*menu, u"Restore"_s)->isEnabled());
+        QVERIFY(actionNamed(*menu, u"Move"_s)->isEnabled());
+        QVERIFY(actionNamed(*menu, u"Minimize"_s)->isEnabled());
+        QVERIFY(actionNamed(*menu, u"Maximize"_s)->isEnabled());
+        QSignalSpy closed(&m_window, &Window::closed);
+        actionNamed(*menu, u"Close"_s)->trigger();
+        QCOMPARE(closed.size(), 1);
+    }
+
+    void windowMenuOfAMaximisedWindow()
+    {
+        m_window.showMaximized();
+        QPointer<QMenu> menu = popUpWindowMenu(m_window, {10, 10});
+        QVERIFY(actionNamed(*menu, u"Restore"_s)->isEnabled());
+        QVERIFY(!actionNamed(*menu, u"Move"_s)->isEnabled());
+        QVERIFY(!actionNamed(*menu, u"Maximize"_s)->isEnabled());
+        actionNamed(*menu, u"Restore"_s)->trigger();
+        QVERIFY(!m_window.isMaximized());
+    }
 
 private:
     Sandbox m_sandbox;
     Window m_window;
 };
-
-void WindowMenuTest::init()
-{
-    m_window.showNormal();
-}
-
-void WindowMenuTest::rightClickOpensTheWindowMenu()
-{
-    auto *titleBar = m_window.findChild<TitleBar *>();
-    QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15}, titleBar->mapToGlobal(QPoint(300, 15)));
-    QApplication::sendEvent(titleBar, &event);
-    QPointer<QMenu> menu = m_window.findChild<QMenu *>();
-    QVERIFY(menu && menu->isVisible());
-    menu->close();
-    QTRY_VERIFY(menu.isNull());
-}
-
-void WindowMenuTest::windowMenuOffersWhatCanBeDone()
-{
-    QPointer<QMenu> menu = popUpWindowMenu(m_window, {10, 10});
-    QVERIFY(!actionNamed(*menu, u"Restore"_s)->isEnabled());
-    QVERIFY(actionNamed(*menu, u"Move"_s)->isEnabled());
-    QVERIFY(actionNamed(*menu, u"Minimize"_s)->isEnabled());
-    QVERIFY(actionNamed(*menu, u"Maximize"_s)->isEnabled());
-    QSignalSpy closed(&m_window, &Window::closed);
-    actionNamed(*menu, u"Close"_s)->trigger();
-    QCOMPARE(closed.size(), 1);
-}
-
-void WindowMenuTest::windowMenuOfAMaximisedWindow()
-{
-    m_window.showMaximized();
-    QPointer<QMenu> menu = popUpWindowMenu(m_window, {10, 10});
-    QVERIFY(actionNamed(*menu, u"Restore"_s)->isEnabled());
-    QVERIFY(!actionNamed(*menu, u"Move"_s)->isEnabled());
-    QVERIFY(!actionNamed(*menu, u"Maximize"_s)->isEnabled());
-    actionNamed(*menu, u"Restore"_s)->trigger();
-    QVERIFY(!m_window.isMaximized());
-}
 
 PLOVENDIX_GUI_TEST(WindowMenuTest)
 #include "WindowMenuTest.moc"

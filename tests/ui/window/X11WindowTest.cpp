@@ -36,25 +36,229 @@ public:
     }
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-    void frameIsPublishedWhileACompositorRuns();
-    void compositorMayComeAndGo();
-    void compositorMayDie();
-    void clicksInTheShadowGoToWhatIsBehind();
-    void draggingTheTitleBarMovesThroughTheWindowManager();
-    void draggingAnEdgeResizesThroughTheWindowManager_data();
-    void draggingAnEdgeResizesThroughTheWindowManager();
-    void windowManagersOwnMenuIsShown();
-    void windowManagerWithoutAMenuLeavesItToUs();
-    void callersTimeComesWithTheWishForTheFocus_data();
-    void callersTimeComesWithTheWishForTheFocus();
-    void signOfTheCallersStartIsEnded_data();
-    void signOfTheCallersStartIsEnded();
-    void tiledWindowIsSquare_data();
-    void tiledWindowIsSquare();
+    void initTestCase()
+    {
+        QVERIFY2(desktop->isRunning(), "No X server could be started");
+        desktop->listen();
+    }
+
+    void init()
+    {
+        desktop->startCompositor();
+        QTRY_VERIFY(WindowSystem::shared().isComposited());
+        desktop->requests.clear();
+        m_window = std::make_unique<Window>();
+        m_titleBar = m_window->findChild<TitleBar *>();
+        m_window->setContentSize({500, 400});
+        m_window->move(100, 100);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QCOMPARE(m_window->shadowMargin(), 28);
+        QTRY_COMPARE(m_window->pos(), QPoint(100, 100));
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void cleanupTestCase() { desktop.reset(); }
+
+    void frameIsPublishedWhileACompositorRuns()
+    {
+        QTRY_COMPARE(desktop->property(id(), "_GTK_FRAME_EXTENTS"), (Numbers{28, 28, 28, 28}));
+        // Two bars that leave the rounded corners out.
+        QCOMPARE(desktop->property(id(), "_NET_WM_OPAQUE_REGION"),
+                 (Numbers{28 + 12, 28, 500 - 24, 438, 28, 28 + 12, 500, 438 - 24}));
+        m_window->setContentSize({600, 400});
+        QTRY_COMPARE(desktop->property(id(), "_NET_WM_OPAQUE_REGION").at(6), 600U);
+    }
+
+    void compositorMayComeAndGo()
+    {
+        desktop->stopCompositor();
+        QTRY_COMPARE(m_window->shadowMargin(), 0);
+        QTRY_COMPARE(desktop->property(id(), "_GTK_FRAME_EXTENTS"), (Numbers{0, 0, 0, 0}));
+        QCOMPARE(desktop->property(id(), "_NET_WM_OPAQUE_REGION"), (Numbers{0, 0, 500, 438, 0, 0, 500, 438}));
+        QTRY_COMPARE(m_window->geometry(), QRect(128, 128, 500, 438));
+        desktop->startCompositor();
+        QTRY_COMPARE(m_window->shadowMargin(), 28);
+        QTRY_COMPARE(desktop->property(id(), "_GTK_FRAME_EXTENTS"), (Numbers{28, 28, 28, 28}));
+        QTRY_COMPARE(m_window->geometry(), QRect(100, 100, 556, 494));
+    }
+
+    void compositorMayDie()
+    {
+        xcb_connection_t *compositor = desktop->startOtherCompositor();
+        QCOMPARE(m_window->shadowMargin(), 28);
+        xcb_disconnect(compositor);
+        QTRY_COMPARE(m_window->shadowMargin(), 0);
+    }
+
+    void clicksInTheShadowGoToWhatIsBehind()
+    {
+        QTRY_COMPARE(desktop->windowUnder(100 + 5, 300), desktop->root());
+        QCOMPARE(desktop->windowUnder(100 + 22, 300), id()); // where it is resized
+        QCOMPARE(desktop->windowUnder(100 + 40, 300), id());
+        desktop->stopCompositor();
+        QTRY_COMPARE(desktop->windowUnder(128, 300), id());
+    }
+
+    void draggingTheTitleBarMovesThroughTheWindowManager()
+    {
+        constexpr quint32 move = 8;
+        Q_EMIT m_titleBar->moveRequested();
+        QTRY_VERIFY(request(u"_NET_WM_MOVERESIZE"_s));
+        QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->window, id());
+        QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->data.at(2), move);
+    }
+
+    void draggingAnEdgeResizesThroughTheWindowManager_data()
+    {
+        QTest::addColumn<QPoint>("place");
+        QTest::addColumn<quint32>("direction");
+        // Clockwise from the top left corner, as the protocol counts. The window is 556 × 494.
+        QTest::newRow("top left") << QPoint(24, 24) << 0U;
+        QTest::newRow("top") << QPoint(250, 24) << 1U;
+        QTest::newRow("top right") << QPoint(531, 24) << 2U;
+        QTest::newRow("right") << QPoint(531, 250) << 3U;
+        QTest::newRow("bottom right") << QPoint(531, 469) << 4U;
+        QTest::newRow("bottom") << QPoint(250, 469) << 5U;
+        QTest::newRow("bottom left") << QPoint(24, 469) << 6U;
+        QTest::newRow("left") << QPoint(24, 250) << 7U;
+    }
+
+    void draggingAnEdgeResizesThroughTheWindowManager()
+    {
+        QFETCH(QPoint, place);
+        QFETCH(quint32, direction);
+        QTest::mousePress(m_window->windowHandle(), Qt::LeftButton, {}, place);
+        QTRY_VERIFY(request(u"_NET_WM_MOVERESIZE"_s));
+        QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->data.at(2), direction);
+        QTest::mouseRelease(m_window->windowHandle(), Qt::LeftButton, {}, place);
+    }
+
+    void windowManagersOwnMenuIsShown()
+    {
+        rightClickTitleBar();
+        QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
+        const auto asked = request(u"_GTK_SHOW_WINDOW_MENU"_s);
+        QCOMPARE(asked->window, id());
+        QCOMPARE(asked->data.at(1), 100U + 28 + 300);
+        QCOMPARE(asked->data.at(2), 100U + 28 + 15);
+        QVERIFY(!m_window->findChild<QMenu *>());
+    }
+
+    void windowManagerWithoutAMenuLeavesItToUs()
+    {
+        const Numbers supported = desktop->property(desktop->root(), "_NET_SUPPORTED");
+        desktop->setProperty(desktop->root(), "_NET_SUPPORTED", XCB_ATOM_ATOM,
+                             {desktop->atom("_NET_WM_STATE")});
+        QTRY_COMPARE(desktop->property(desktop->root(), "_NET_SUPPORTED").size(), 1U);
+        rightClickTitleBar();
+        desktop->setProperty(desktop->root(), "_NET_SUPPORTED", XCB_ATOM_ATOM, supported);
+        auto *menu = m_window->findChild<QMenu *>();
+        QVERIFY(menu && menu->isVisible());
+        menu->close();
+    }
+
+    void callersTimeComesWithTheWishForTheFocus_data()
+    {
+        QTest::addColumn<QString>("token");
+        QTest::addColumn<bool>("passedOn");
+        QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s << true;
+        QTest::newRow("no time") << u"launcher"_s << false;
+        QTest::newRow("too large a time") << u"launcher_TIME42949672900"_s << false;
+        QTest::newRow("none") << QString() << false;
+    }
+
+    void callersTimeComesWithTheWishForTheFocus()
+    {
+        QFETCH(QString, token);
+        QFETCH(bool, passedOn);
+        const auto wishesAtThatTime = [] {
+            return std::count_if(desktop->requests.begin(), desktop->requests.end(), [](const auto &wish) {
+                return wish.type == u"_NET_ACTIVE_WINDOW"_s && wish.data[0] == 1 &&
+                       wish.data[1] == 4294967290U;
+            });
+        };
+        setActivationToken(token);
+        m_window->makeKeyAndOrderFront();
+        // It is good for one window; the menu's request shows that everything before it has arrived.
+        m_window->makeKeyAndOrderFront();
+        rightClickTitleBar();
+        QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
+        QCOMPARE(wishesAtThatTime(), passedOn ? 1 : 0);
+    }
+
+    void signOfTheCallersStartIsEnded_data()
+    {
+        QTest::addColumn<QString>("token");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s
+                                    << QByteArray(
+                                           "remove: ID=\"launcher-1-host-plovendix-0_TIME4294967290\"");
+        QTest::newRow("short") << u"a"_s << QByteArray("remove: ID=\"a\"");
+        QTest::newRow("as long as the pieces")
+            << u"12345678901234567890123456"_s << QByteArray("remove: ID=\"12345678901234567890123456\"");
+        QTest::newRow("quotes") << u"a\"\\b"_s << QByteArray("remove: ID=\"a\\\"\\\\b\"");
+        QTest::newRow("none") << QString() << QByteArray();
+    }
+
+    void signOfTheCallersStartIsEnded()
+    {
+        QFETCH(QString, token);
+        QFETCH(QByteArray, text);
+        setActivationToken(token);
+        m_window->makeKeyAndOrderFront();
+        m_window->makeKeyAndOrderFront();
+        rightClickTitleBar();
+        QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
+        QByteArray pieces;
+        int beginnings = 0;
+        for (const auto &message : desktop->requests) {
+            if (!message.type.startsWith(u"_NET_STARTUP_INFO"_s))
+                continue;
+            beginnings += message.type.endsWith(u"BEGIN"_s) ? 1 : 0;
+            QCOMPARE(pieces.isEmpty(), message.type.endsWith(u"BEGIN"_s));
+            pieces +=
+                QByteArray(static_cast<const char *>(static_cast<const void *>(message.data.data())), 20);
+        }
+        QCOMPARE(beginnings, text.isEmpty() ? 0 : 1);
+        // A zero ends the text; without one a listener waits for more.
+        QCOMPARE(pieces.contains('\0'), !text.isEmpty());
+        QCOMPARE(QByteArray(pieces.constData()), text);
+    }
+
+    void tiledWindowIsSquare_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<quint32>("type");
+        QTest::addColumn<Numbers>("tiled");
+        QTest::addColumn<Numbers>("free");
+        const quint32 atoms = XCB_ATOM_ATOM;
+        const quint32 numbers = XCB_ATOM_CARDINAL;
+        QTest::newRow("vertically maximised")
+            << QByteArray("_NET_WM_STATE") << atoms << Numbers{desktop->atom("_NET_WM_STATE_MAXIMIZED_VERT")}
+            << Numbers{};
+        QTest::newRow("horizontally maximised")
+            << QByteArray("_NET_WM_STATE") << atoms << Numbers{desktop->atom("_NET_WM_STATE_MAXIMIZED_HORZ")}
+            << Numbers{};
+        // One bit says that an edge is tiled, the next that it may be resized.
+        QTest::newRow("left half") << QByteArray("_GTK_EDGE_CONSTRAINTS") << numbers
+                                   << Numbers{0x1 | 0x8 | 0x10 | 0x40} << Numbers{0xaa};
+        QTest::newRow("right half") << QByteArray("_GTK_EDGE_CONSTRAINTS") << numbers << Numbers{0x4}
+                                    << Numbers{0};
+    }
+
+    void tiledWindowIsSquare()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(quint32, type);
+        QFETCH(Numbers, tiled);
+        QFETCH(Numbers, free);
+        desktop->setProperty(id(), property.constData(), type, tiled);
+        QTRY_COMPARE(m_window->shadowMargin(), 0);
+        desktop->setProperty(id(), property.constData(), type, free);
+        QTRY_COMPARE(m_window->shadowMargin(), 28);
+    }
 
 private:
     xcb_window_t id() const { return static_cast<xcb_window_t>(m_window->winId()); }
@@ -78,232 +282,6 @@ private:
     std::unique_ptr<Window> m_window;
     TitleBar *m_titleBar = nullptr;
 };
-
-void X11WindowTest::initTestCase()
-{
-    QVERIFY2(desktop->isRunning(), "No X server could be started");
-    desktop->listen();
-}
-
-void X11WindowTest::init()
-{
-    desktop->startCompositor();
-    QTRY_VERIFY(WindowSystem::shared().isComposited());
-    desktop->requests.clear();
-    m_window = std::make_unique<Window>();
-    m_titleBar = m_window->findChild<TitleBar *>();
-    m_window->setContentSize({500, 400});
-    m_window->move(100, 100);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    QCOMPARE(m_window->shadowMargin(), 28);
-    QTRY_COMPARE(m_window->pos(), QPoint(100, 100));
-}
-
-void X11WindowTest::cleanup()
-{
-    m_window.reset();
-}
-
-void X11WindowTest::cleanupTestCase()
-{
-    desktop.reset();
-}
-
-void X11WindowTest::frameIsPublishedWhileACompositorRuns()
-{
-    QTRY_COMPARE(desktop->property(id(), "_GTK_FRAME_EXTENTS"), (Numbers{28, 28, 28, 28}));
-    // Two bars that leave the rounded corners out.
-    QCOMPARE(desktop->property(id(), "_NET_WM_OPAQUE_REGION"),
-             (Numbers{28 + 12, 28, 500 - 24, 438, 28, 28 + 12, 500, 438 - 24}));
-    m_window->setContentSize({600, 400});
-    QTRY_COMPARE(desktop->property(id(), "_NET_WM_OPAQUE_REGION").at(6), 600U);
-}
-
-void X11WindowTest::compositorMayComeAndGo()
-{
-    desktop->stopCompositor();
-    QTRY_COMPARE(m_window->shadowMargin(), 0);
-    QTRY_COMPARE(desktop->property(id(), "_GTK_FRAME_EXTENTS"), (Numbers{0, 0, 0, 0}));
-    QCOMPARE(desktop->property(id(), "_NET_WM_OPAQUE_REGION"), (Numbers{0, 0, 500, 438, 0, 0, 500, 438}));
-    QTRY_COMPARE(m_window->geometry(), QRect(128, 128, 500, 438));
-    desktop->startCompositor();
-    QTRY_COMPARE(m_window->shadowMargin(), 28);
-    QTRY_COMPARE(desktop->property(id(), "_GTK_FRAME_EXTENTS"), (Numbers{28, 28, 28, 28}));
-    QTRY_COMPARE(m_window->geometry(), QRect(100, 100, 556, 494));
-}
-
-void X11WindowTest::compositorMayDie()
-{
-    xcb_connection_t *compositor = desktop->startOtherCompositor();
-    QCOMPARE(m_window->shadowMargin(), 28);
-    xcb_disconnect(compositor);
-    QTRY_COMPARE(m_window->shadowMargin(), 0);
-}
-
-void X11WindowTest::clicksInTheShadowGoToWhatIsBehind()
-{
-    QTRY_COMPARE(desktop->windowUnder(100 + 5, 300), desktop->root());
-    QCOMPARE(desktop->windowUnder(100 + 22, 300), id()); // where it is resized
-    QCOMPARE(desktop->windowUnder(100 + 40, 300), id());
-    desktop->stopCompositor();
-    QTRY_COMPARE(desktop->windowUnder(128, 300), id());
-}
-
-void X11WindowTest::draggingTheTitleBarMovesThroughTheWindowManager()
-{
-    constexpr quint32 move = 8;
-    Q_EMIT m_titleBar->moveRequested();
-    QTRY_VERIFY(request(u"_NET_WM_MOVERESIZE"_s));
-    QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->window, id());
-    QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->data.at(2), move);
-}
-
-void X11WindowTest::draggingAnEdgeResizesThroughTheWindowManager_data()
-{
-    QTest::addColumn<QPoint>("place");
-    QTest::addColumn<quint32>("direction");
-    // Clockwise from the top left corner, as the protocol counts. The window is 556 × 494.
-    QTest::newRow("top left") << QPoint(24, 24) << 0U;
-    QTest::newRow("top") << QPoint(250, 24) << 1U;
-    QTest::newRow("top right") << QPoint(531, 24) << 2U;
-    QTest::newRow("right") << QPoint(531, 250) << 3U;
-    QTest::newRow("bottom right") << QPoint(531, 469) << 4U;
-    QTest::newRow("bottom") << QPoint(250, 469) << 5U;
-    QTest::newRow("bottom left") << QPoint(24, 469) << 6U;
-    QTest::newRow("left") << QPoint(24, 250) << 7U;
-}
-
-void X11WindowTest::draggingAnEdgeResizesThroughTheWindowManager()
-{
-    QFETCH(QPoint, place);
-    QFETCH(quint32, direction);
-    QTest::mousePress(m_window->windowHandle(), Qt::LeftButton, {}, place);
-    QTRY_VERIFY(request(u"_NET_WM_MOVERESIZE"_s));
-    QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->data.at(2), direction);
-    QTest::mouseRelease(m_window->windowHandle(), Qt::LeftButton, {}, place);
-}
-
-void X11WindowTest::windowManagersOwnMenuIsShown()
-{
-    rightClickTitleBar();
-    QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
-    const auto asked = request(u"_GTK_SHOW_WINDOW_MENU"_s);
-    QCOMPARE(asked->window, id());
-    QCOMPARE(asked->data.at(1), 100U + 28 + 300);
-    QCOMPARE(asked->data.at(2), 100U + 28 + 15);
-    QVERIFY(!m_window->findChild<QMenu *>());
-}
-
-void X11WindowTest::windowManagerWithoutAMenuLeavesItToUs()
-{
-    const Numbers supported = desktop->property(desktop->root(), "_NET_SUPPORTED");
-    desktop->setProperty(desktop->root(), "_NET_SUPPORTED", XCB_ATOM_ATOM, {desktop->atom("_NET_WM_STATE")});
-    QTRY_COMPARE(desktop->property(desktop->root(), "_NET_SUPPORTED").size(), 1U);
-    rightClickTitleBar();
-    desktop->setProperty(desktop->root(), "_NET_SUPPORTED", XCB_ATOM_ATOM, supported);
-    auto *menu = m_window->findChild<QMenu *>();
-    QVERIFY(menu && menu->isVisible());
-    menu->close();
-}
-
-void X11WindowTest::callersTimeComesWithTheWishForTheFocus_data()
-{
-    QTest::addColumn<QString>("token");
-    QTest::addColumn<bool>("passedOn");
-    QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s << true;
-    QTest::newRow("no time") << u"launcher"_s << false;
-    QTest::newRow("too large a time") << u"launcher_TIME42949672900"_s << false;
-    QTest::newRow("none") << QString() << false;
-}
-
-void X11WindowTest::callersTimeComesWithTheWishForTheFocus()
-{
-    QFETCH(QString, token);
-    QFETCH(bool, passedOn);
-    const auto wishesAtThatTime = [] {
-        return std::count_if(desktop->requests.begin(), desktop->requests.end(), [](const auto &wish) {
-            return wish.type == u"_NET_ACTIVE_WINDOW"_s && wish.data[0] == 1 && wish.data[1] == 4294967290U;
-        });
-    };
-    setActivationToken(token);
-    m_window->makeKeyAndOrderFront();
-    // It is good for one window; the menu's request shows that everything before it has arrived.
-    m_window->makeKeyAndOrderFront();
-    rightClickTitleBar();
-    QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
-    QCOMPARE(wishesAtThatTime(), passedOn ? 1 : 0);
-}
-
-void X11WindowTest::signOfTheCallersStartIsEnded_data()
-{
-    QTest::addColumn<QString>("token");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s
-                                << QByteArray("remove: ID=\"launcher-1-host-plovendix-0_TIME4294967290\"");
-    QTest::newRow("short") << u"a"_s << QByteArray("remove: ID=\"a\"");
-    QTest::newRow("as long as the pieces")
-        << u"12345678901234567890123456"_s << QByteArray("remove: ID=\"12345678901234567890123456\"");
-    QTest::newRow("quotes") << u"a\"\\b"_s << QByteArray("remove: ID=\"a\\\"\\\\b\"");
-    QTest::newRow("none") << QString() << QByteArray();
-}
-
-void X11WindowTest::signOfTheCallersStartIsEnded()
-{
-    QFETCH(QString, token);
-    QFETCH(QByteArray, text);
-    setActivationToken(token);
-    m_window->makeKeyAndOrderFront();
-    m_window->makeKeyAndOrderFront();
-    rightClickTitleBar();
-    QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
-    QByteArray pieces;
-    int beginnings = 0;
-    for (const auto &message : desktop->requests) {
-        if (!message.type.startsWith(u"_NET_STARTUP_INFO"_s))
-            continue;
-        beginnings += message.type.endsWith(u"BEGIN"_s) ? 1 : 0;
-        QCOMPARE(pieces.isEmpty(), message.type.endsWith(u"BEGIN"_s));
-        pieces += QByteArray(static_cast<const char *>(static_cast<const void *>(message.data.data())), 20);
-    }
-    QCOMPARE(beginnings, text.isEmpty() ? 0 : 1);
-    // A zero ends the text; without one a listener waits for more.
-    QCOMPARE(pieces.contains('\0'), !text.isEmpty());
-    QCOMPARE(QByteArray(pieces.constData()), text);
-}
-
-void X11WindowTest::tiledWindowIsSquare_data()
-{
-    QTest::addColumn<QByteArray>("property");
-    QTest::addColumn<quint32>("type");
-    QTest::addColumn<Numbers>("tiled");
-    QTest::addColumn<Numbers>("free");
-    const quint32 atoms = XCB_ATOM_ATOM;
-    const quint32 numbers = XCB_ATOM_CARDINAL;
-    QTest::newRow("vertically maximised")
-        << QByteArray("_NET_WM_STATE") << atoms << Numbers{desktop->atom("_NET_WM_STATE_MAXIMIZED_VERT")}
-        << Numbers{};
-    QTest::newRow("horizontally maximised")
-        << QByteArray("_NET_WM_STATE") << atoms << Numbers{desktop->atom("_NET_WM_STATE_MAXIMIZED_HORZ")}
-        << Numbers{};
-    // One bit says that an edge is tiled, the next that it may be resized.
-    QTest::newRow("left half") << QByteArray("_GTK_EDGE_CONSTRAINTS") << numbers
-                               << Numbers{0x1 | 0x8 | 0x10 | 0x40} << Numbers{0xaa};
-    QTest::newRow("right half") << QByteArray("_GTK_EDGE_CONSTRAINTS") << numbers << Numbers{0x4}
-                                << Numbers{0};
-}
-
-void X11WindowTest::tiledWindowIsSquare()
-{
-    QFETCH(QByteArray, property);
-    QFETCH(quint32, type);
-    QFETCH(Numbers, tiled);
-    QFETCH(Numbers, free);
-    desktop->setProperty(id(), property.constData(), type, tiled);
-    QTRY_COMPARE(m_window->shadowMargin(), 0);
-    desktop->setProperty(id(), property.constData(), type, free);
-    QTRY_COMPARE(m_window->shadowMargin(), 28);
-}
 
 PLOVENDIX_GUI_TEST(X11WindowTest)
 #include "X11WindowTest.moc"
