@@ -21,9 +21,9 @@ namespace
 {
 AppDelegate *sharedDelegate = nullptr;
 
-Window *firstWindow()
+ui::Window *firstWindow()
 {
-    const QList<Window *> windows = Window::openWindows();
+    const QList<ui::Window *> windows = ui::Window::openWindows();
     return windows.isEmpty() ? nullptr : windows.first();
 }
 
@@ -120,7 +120,7 @@ QMap<QString, QString> AppDelegate::customParametersForFeedbackReport() const
 
 bool AppDelegate::bringFirstWindowForward()
 {
-    Window *window = firstWindow();
+    ui::Window *window = firstWindow();
     if (!window)
         return false;
     window->makeKeyAndOrderFront();
@@ -129,13 +129,13 @@ bool AppDelegate::bringFirstWindowForward()
 
 FileSearching *AppDelegate::firstWindowContent()
 {
-    const Window *window = firstWindow();
+    const ui::Window *window = firstWindow();
     if (!window)
         return nullptr;
     return dynamic_cast<FileSearching *>(window->contentViewController().get());
 }
 
-void AppDelegate::presentError(const Error &error)
+void AppDelegate::presentError(const base::Error &error)
 {
     // An alert runs an event loop in which the next request may arrive; without this, alerts would nest.
     m_nextError = error;

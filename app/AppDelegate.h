@@ -63,12 +63,12 @@ public:
     FileSearching *firstWindowContent() override;
     void park(const ExternalRequest &request) override { setExternalRequest(request); }
     /// Shows the alert. Of the errors that arrive while it is shown, the last one is shown afterwards.
-    void presentError(const Error &error) override;
+    void presentError(const base::Error &error) override;
 
 private:
     const std::function<void()> m_obtainSharedUpdater;
     IncomingRequestHandler m_requests;
     std::optional<ExternalRequest> m_externalRequest;
     bool m_isPresenting = false;
-    std::optional<Error> m_nextError;
+    std::optional<base::Error> m_nextError;
 };

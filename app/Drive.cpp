@@ -80,7 +80,7 @@ void Drive::look()
 
 void Drive::lookForResults()
 {
-    Window *window = m_mainWindow.window();
+    ui::Window *window = m_mainWindow.window();
     auto *table = window->findChild<TableView *>(u"tableView"_s);
     if (!table->isVisible() || table->numberOfRows() == 0)
         return;
@@ -93,7 +93,7 @@ void Drive::lookForResults()
 
 void Drive::lookForPoster()
 {
-    Window *window = m_mainWindow.window();
+    ui::Window *window = m_mainWindow.window();
     const auto *poster = window->findChild<ImageView *>(u"detailViewImageView"_s);
     if (!poster->image() && std::chrono::milliseconds(m_inStep.elapsed()) < PosterLimit)
         return;
@@ -136,7 +136,7 @@ void Drive::go(Step next)
 /// Captures the screen around the window, so that the picture shows its shadow and corners.
 bool Drive::takePicture() const
 {
-    const Window *window = m_mainWindow.window();
+    const ui::Window *window = m_mainWindow.window();
     const int margin = PictureMargin - window->shadowMargin();
     const QScreen *screen = window->screen();
     const QRect around = window->geometry().adjusted(-margin, -margin, margin, margin) & screen->geometry();

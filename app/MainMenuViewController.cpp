@@ -43,7 +43,7 @@ void MainMenuViewController::loadView()
     m_scene->menuButton->setMenu(m_scene->menu);
     connectScene(*root, *this);
     // The other actions also belong to the whole program, but are disabled during a modal window.
-    Window::addActionToEveryWindow(*m_scene->quitAction);
+    ui::Window::addActionToEveryWindow(*m_scene->quitAction);
     connect(m_scene->menu, &QMenu::aboutToShow, this, &MainMenuViewController::showWhatIsThere);
     setView(std::move(root));
 }

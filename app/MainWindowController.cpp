@@ -29,7 +29,7 @@ std::shared_ptr<MainViewController> MainWindowController::mainViewController() c
 
 void MainWindowController::loadWindow()
 {
-    auto window = std::make_unique<Window>();
+    auto window = std::make_unique<ui::Window>();
     window->setObjectName(u"MainWindow"_s);
     window->setWindowTitle(u"Plovendix"_s);
     window->setFullSizeContentView(true);
@@ -40,7 +40,7 @@ void MainWindowController::loadWindow()
 void MainWindowController::windowDidLoad()
 {
     WindowController::windowDidLoad();
-    Window *mainWindow = window();
+    ui::Window *mainWindow = window();
     if (mainWindow) {
         mainWindow->setTitlebarAppearsTransparent(true);
         mainWindow->center();

@@ -48,7 +48,7 @@ void describeApplication()
 /// Sets the icon for task bars that do not find the desktop entry.
 void showWindowIcon()
 {
-    if (const auto icon = Image::named(u"com.quorvane.Plovendix"_s))
+    if (const auto icon = ui::Image::named(u"com.quorvane.Plovendix"_s))
         QApplication::setWindowIcon(QIcon(icon->pixmap(QSizeF(64, 64), 1)));
 }
 
@@ -126,7 +126,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     mainWindow.showWindow();
     FirstPaint::afterwards(showWindowIcon);
     // Closing the main window ends the program, so that no preferences window stays alone.
-    QObject::connect(mainWindow.window(), &Window::closed, &application,
+    QObject::connect(mainWindow.window(), &ui::Window::closed, &application,
                      [] { QApplication::closeAllWindows(); });
     serve(link, delegate, mainWindow);
     delegate.open(line.uris);

@@ -44,7 +44,7 @@ void ProgramAccounts::setText(Item item, const QString &text, std::function<void
 
 QString ProgramAccounts::whyUnread() const
 {
-    const std::optional<Error> &failure = m_services.readFailure();
+    const std::optional<base::Error> &failure = m_services.readFailure();
     return failure ? failure->localizedDescription : QString();
 }
 

@@ -30,9 +30,9 @@ QString DownloadFolder::standardPath()
 
 Result<QUrl> DownloadFolder::publish(const QString &name, const QByteArray &content) const
 {
-    const auto failure = [this](const Error &reason) {
+    const auto failure = [this](const base::Error &reason) {
         const QString sentence = String::fill(m_failureFormat, {m_path});
-        return Error{u"Downloads"_s, 1, sentence + u' ' + reason.localizedDescription, reason.detail};
+        return base::Error{u"Downloads"_s, 1, sentence + u' ' + reason.localizedDescription, reason.detail};
     };
     if (const Result<void> made = makeFolders(m_path); !made)
         return failure(made.error());

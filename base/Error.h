@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
 
+namespace base
+{
 /// An expected failure as a value: its domain, a code within that domain, and the sentence that is shown.
 /// `detail` is for the log only and is never shown.
 struct Error
@@ -10,3 +12,4 @@ struct Error
     QString localizedDescription;
     QString detail = {};
 };
+} // namespace base

@@ -54,13 +54,14 @@ QString writeSentence(int code)
     }
 }
 
-Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
+base::Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
 {
     const QString sentence = String::fill(String::localize(key), arguments);
-    return Error{ErrorDomain, code, sentence, detail + u": "_s + qt_error_string(code)};
+    return base::Error{ErrorDomain, code, sentence, detail + u": "_s + qt_error_string(code)};
 }
 
-Error moveErrorSaying(const QString &key, int code, const QByteArray &source, const QByteArray &destination)
+base::Error moveErrorSaying(const QString &key, int code, const QByteArray &source,
+                            const QByteArray &destination)
 {
     const QStringList arguments{textOfName(lastComponent(source)), textOfName(lastComponent(destination)),
                                 textOfName(parentFolder(destination)), qt_error_string(code)};
@@ -69,31 +70,31 @@ Error moveErrorSaying(const QString &key, int code, const QByteArray &source, co
 }
 } // namespace
 
-Error moveError(int code, const QByteArray &source, const QByteArray &destination)
+base::Error moveError(int code, const QByteArray &source, const QByteArray &destination)
 {
     return moveErrorSaying(moveSentence(code), code, source, destination);
 }
 
-Error missingSourceError(const QByteArray &source, const QByteArray &destination)
+base::Error missingSourceError(const QByteArray &source, const QByteArray &destination)
 {
     return moveErrorSaying(u"“%1$@” could not be moved because it no longer exists."_s, ENOENT, source,
                            destination);
 }
 
-Error missingFolderError(const QByteArray &source, const QByteArray &destination)
+base::Error missingFolderError(const QByteArray &source, const QByteArray &destination)
 {
     return moveErrorSaying(u"“%1$@” could not be moved to “%3$@” because that folder does not exist."_s,
                            ENOENT, source, destination);
 }
 
-Error folderBetweenDisksError(const QByteArray &source, const QByteArray &destination)
+base::Error folderBetweenDisksError(const QByteArray &source, const QByteArray &destination)
 {
     return moveErrorSaying(
         u"“%1$@” could not be moved to “%3$@” because only files can be moved to another disk."_s, EXDEV,
         source, destination);
 }
 
-Error createFolderError(int code, const QByteArray &folder)
+base::Error createFolderError(int code, const QByteArray &folder)
 {
     return fileError(
         code, u"The folder “%1$@” could not be created in “%2$@”: %3$@."_s,
@@ -101,17 +102,17 @@ Error createFolderError(int code, const QByteArray &folder)
         u"create "_s + textOfName(folder));
 }
 
-bool isFileError(const Error &error, int code)
+bool isFileError(const base::Error &error, int code)
 {
     return error.domain == ErrorDomain && error.code == code;
 }
 
-Error writeError(int code, const QByteArray &file)
+base::Error writeError(int code, const QByteArray &file)
 {
     return fileError(code, writeSentence(code), {qt_error_string(code)}, u"write "_s + textOfName(file));
 }
 
-Error notAFileError(const QString &url)
+base::Error notAFileError(const QString &url)
 {
     return fileError(EINVAL, u"“%1$@” is not the address of a file on this computer."_s, {url}, url);
 }

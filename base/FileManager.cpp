@@ -125,7 +125,7 @@ QString FileManager::displayPath(const QUrl &url)
     return textOfName(isBelowHome ? '~' + path.mid(home.size()) : path);
 }
 
-bool FileManager::isDestinationTaken(const Error &error)
+bool FileManager::isDestinationTaken(const base::Error &error)
 {
     return isFileError(error, EEXIST) || isFileError(error, ENOTEMPTY);
 }

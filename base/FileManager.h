@@ -47,7 +47,7 @@ public:
     /// The whole path for display, with "~" for the home folder.
     static QString displayPath(const QUrl &url);
     /// Whether a move failed because its destination exists.
-    static bool isDestinationTaken(const Error &error);
+    static bool isDestinationTaken(const base::Error &error);
 
 private:
     std::shared_ptr<FileSystemCalls> m_calls;

@@ -164,7 +164,7 @@ int FileMove::copyBytes(int from, int to)
     }
 }
 
-Error FileMove::failure(int code)
+base::Error FileMove::failure(int code)
 {
     struct stat status = {};
     if (code == ENOENT && m_calls.status(m_source, status) == -ENOENT)

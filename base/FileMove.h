@@ -32,7 +32,7 @@ private:
     Result<void> copyAcross(const struct stat &status);
     int copyInto(int target, const struct stat &status);
     int copyBytes(int from, int to);
-    Error failure(int code);
+    base::Error failure(int code);
 
     FileSystemCalls &m_calls;
     const QByteArray m_source;

@@ -10,9 +10,9 @@ namespace
 {
 constexpr qint64 MaxBytes = 8LL * 1024 * 1024;
 
-Error failure(const QString &detail)
+base::Error failure(const QString &detail)
 {
-    return Error{u"PropertyList"_s, 1, u"The property list could not be read."_s, detail};
+    return base::Error{u"PropertyList"_s, 1, u"The property list could not be read."_s, detail};
 }
 
 /// The reader stops at the root, unless an entity is declared before it.

@@ -10,7 +10,7 @@ class [[nodiscard]] Result final
 {
 public:
     Result(Value value) : m_content(std::in_place_index<0>, std::move(value)) {}
-    Result(Error error) : m_content(std::in_place_index<1>, std::move(error)) {}
+    Result(base::Error error) : m_content(std::in_place_index<1>, std::move(error)) {}
 
     bool hasValue() const { return m_content.index() == 0; }
     explicit operator bool() const { return hasValue(); }
@@ -20,10 +20,10 @@ public:
     Value &&value() && { return std::get<0>(std::move(m_content)); }
     const Value &operator*() const & { return value(); }
     const Value *operator->() const { return &value(); }
-    const Error &error() const { return std::get<1>(m_content); }
+    const base::Error &error() const { return std::get<1>(m_content); }
 
 private:
-    std::variant<Value, Error> m_content;
+    std::variant<Value, base::Error> m_content;
 };
 
 /// Success without a value, or an Error.
@@ -32,12 +32,12 @@ class [[nodiscard]] Result<void> final
 {
 public:
     Result() = default;
-    Result(Error error) : m_content(std::move(error)) {}
+    Result(base::Error error) : m_content(std::move(error)) {}
 
     bool hasValue() const { return m_content.index() == 0; }
     explicit operator bool() const { return hasValue(); }
-    const Error &error() const { return std::get<1>(m_content); }
+    const base::Error &error() const { return std::get<1>(m_content); }
 
 private:
-    std::variant<std::monostate, Error> m_content;
+    std::variant<std::monostate, base::Error> m_content;
 };

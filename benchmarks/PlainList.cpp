@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    const QPixmap m_icon = Image::named(QStringLiteral("SRT"))->pixmap(QSizeF(IconSide, IconSide), 1);
+    const QPixmap m_icon = ui::Image::named(QStringLiteral("SRT"))->pixmap(QSizeF(IconSide, IconSide), 1);
 };
 
 PlainList::PlainList(const QList<SubtitlePtr> &subtitles)

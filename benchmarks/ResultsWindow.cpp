@@ -23,7 +23,7 @@ ResultsWindow::ResultsWindow()
     Appearance::shared().install();
     registerSearchScenes();
     m_controller = ViewController::make<MainViewController>();
-    m_window = std::make_unique<Window>();
+    m_window = std::make_unique<ui::Window>();
     m_window->setFullSizeContentView(true);
     m_window->setTitlebarAppearsTransparent(true);
     m_window->setContentSize(ContentSize);

@@ -6,7 +6,10 @@
 
 class MainViewController;
 class TableView;
+namespace ui
+{
 class Window;
+}
 
 /// The main window's content in a window of its own, as the program shows it, with a service that answers
 /// when told.
@@ -21,7 +24,7 @@ public:
     /// Shows these results at once.
     void showResults(const QList<SubtitlePtr> &subtitles);
     TableView &table() const;
-    Window &window() const { return *m_window; }
+    ui::Window &window() const { return *m_window; }
     MainViewController &controller() const { return *m_controller; }
     ScriptedSubtitleService &service() const { return *m_service; }
 
@@ -31,6 +34,6 @@ public:
 private:
     std::shared_ptr<ScriptedSubtitleService> m_service = ScriptedSubtitleService::install();
     std::shared_ptr<ScriptedMetadataService> m_metadata = ScriptedMetadataService::install();
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     std::shared_ptr<MainViewController> m_controller;
 };

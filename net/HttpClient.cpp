@@ -53,9 +53,9 @@ std::shared_ptr<QNetworkAccessManager> HttpClient::newNetwork() const
     return network;
 }
 
-Error HttpClient::forbidden(const QUrl &url) const
+base::Error HttpClient::forbidden(const QUrl &url) const
 {
-    Error error =
+    base::Error error =
         serviceError(ServiceFailure::Insecure, m_service, "not a permitted address: "_L1 + url.host());
     error.localizedDescription = String::localize(
         u"The service cannot be asked at the address in the settings: it must begin with https."_s);
@@ -113,7 +113,7 @@ HttpClient::Call HttpClient::send(const HttpRequest &request, const HostRules &r
         step(chain);
         return chain;
     }
-    const Error refused = forbidden(request.url);
+    const base::Error refused = forbidden(request.url);
     chain->wait = m_clock.after(Clock::Duration::zero(), [weak = std::weak_ptr(chain), refused] {
         if (const auto held = weak.lock())
             held->completion(refused);

@@ -37,7 +37,7 @@ private:
     void begin(const std::shared_ptr<RedirectChain> &chain, const QNetworkProxy &proxy);
     void follow(const std::shared_ptr<RedirectChain> &chain, const QUrl &next);
     void arrive(const std::shared_ptr<RedirectChain> &chain, const Result<HttpAnswer> &outcome);
-    Error forbidden(const QUrl &url) const;
+    base::Error forbidden(const QUrl &url) const;
     Result<QUrl> nextAddress(const RedirectChain &chain, const HttpAnswer &answer) const;
 
     Clock &m_clock;

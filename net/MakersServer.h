@@ -14,7 +14,7 @@ bool isPassing(int status);
 
 /// Translates the error into the caller's own fault type; `badAnswer` is used for unreadable answers.
 template <class Fault>
-Fault faultOf(const Error &error, Fault badAnswer)
+Fault faultOf(const base::Error &error, Fault badAnswer)
 {
     switch (kindOf(error).value_or(ServiceFailure::Unavailable)) {
     case ServiceFailure::Offline:

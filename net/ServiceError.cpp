@@ -131,16 +131,16 @@ QString pauseSentence(bool isTooFast, bool isSubtitles)
 }
 } // namespace
 
-Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail)
+base::Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail)
 {
     const QString sentence = service == ServiceName::Subtitles ? subtitleSentence(kind) : filmSentence(kind);
     return {Domain, static_cast<int>(kind), sentence, redacted(detail).left(MaxDetailLength)};
 }
 
-Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
-                 const QDateTime &now, const QString &detail)
+base::Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
+                       const QDateTime &now, const QString &detail)
 {
-    Error error = serviceError(ServiceFailure::LimitReached, service, detail);
+    base::Error error = serviceError(ServiceFailure::LimitReached, service, detail);
     const bool counted = allowed && *allowed > 0;
     const bool dated = reset.isValid() && reset > now;
     QString sentence;
@@ -159,16 +159,16 @@ Error limitError(ServiceName service, std::optional<int> allowed, const QDateTim
     return error;
 }
 
-Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now)
+base::Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now)
 {
-    Error error = serviceError(kind, service, u"asked to wait until "_s + end.toString(Qt::ISODate));
+    base::Error error = serviceError(kind, service, u"asked to wait until "_s + end.toString(Qt::ISODate));
     error.localizedDescription = String::fill(
         pauseSentence(kind == ServiceFailure::TooManyRequests, service == ServiceName::Subtitles),
         {timeUntil(end, now)});
     return error;
 }
 
-std::optional<ServiceFailure> kindOf(const Error &error)
+std::optional<ServiceFailure> kindOf(const base::Error &error)
 {
     if (error.domain != Domain)
         return std::nullopt;

@@ -32,15 +32,15 @@ enum class ServiceName
 
 /// An Error whose code is the kind and whose sentence says what a person can do. Secrets are removed from
 /// `detail`.
-Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail);
+base::Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail);
 /// The download limit is reached. The sentence says when it ends, in local time, if `reset` is valid and
 /// after `now`.
-Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
-                 const QDateTime &now, const QString &detail);
+base::Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
+                       const QDateTime &now, const QString &detail);
 
 /// The service asked for a pause. The sentence says when it ends, in local time. `kind` is TooManyRequests or
 /// Unavailable.
-Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now);
+base::Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now);
 
 /// The kind of an Error made by these functions; none for other Errors.
-std::optional<ServiceFailure> kindOf(const Error &error);
+std::optional<ServiceFailure> kindOf(const base::Error &error);

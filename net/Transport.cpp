@@ -109,7 +109,7 @@ void Transport::markAsPaused(const std::shared_ptr<RequestState> &state, Clock::
 }
 
 /// Completes on a later turn, because the caller does not hold the call before this one returns.
-void Transport::fail(const std::shared_ptr<RequestState> &state, const Error &error)
+void Transport::fail(const std::shared_ptr<RequestState> &state, const base::Error &error)
 {
     state->place.reset();
     state->paused.reset();
@@ -120,7 +120,7 @@ void Transport::fail(const std::shared_ptr<RequestState> &state, const Error &er
 }
 
 /// The error when the pause is longer than a request may wait.
-std::optional<Error> Transport::longPause() const
+std::optional<base::Error> Transport::longPause() const
 {
     const Clock::Duration left = m_rate.pauseLeft();
     if (left <= RetryPolicy::MaxWait)

@@ -41,8 +41,8 @@ private:
     void enqueue(const std::shared_ptr<RequestState> &state);
     void waitForTheRate(const std::shared_ptr<RequestState> &state);
     void attempt(const std::shared_ptr<RequestState> &state);
-    void fail(const std::shared_ptr<RequestState> &state, const Error &error);
-    std::optional<Error> longPause() const;
+    void fail(const std::shared_ptr<RequestState> &state, const base::Error &error);
+    std::optional<base::Error> longPause() const;
     void markAsPaused(const std::shared_ptr<RequestState> &state, Clock::Duration length);
     void finishAttempt(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
 

@@ -78,7 +78,7 @@ void AboutViewController::loadView()
     creditsTextView = m_scene->creditsTextView;
     creditsTextView->viewport()->setAutoFillBackground(false);
     creditsTextView->document()->setDocumentMargin(CreditsMargin);
-    m_scene->iconView->setImage(Image::named(u"com.quorvane.Plovendix"_s));
+    m_scene->iconView->setImage(ui::Image::named(u"com.quorvane.Plovendix"_s));
     connect(creditsTextView, &QTextBrowser::anchorClicked, this,
             [](const QUrl &link) { Workspace::sharedWorkspace().openURL(link); });
     connectScene(*root, *this);
@@ -88,7 +88,7 @@ void AboutViewController::loadView()
 void AboutViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    Window *about = window();
+    ui::Window *about = window();
     if (!about)
         return;
     styleWindow(*about);
@@ -99,17 +99,17 @@ void AboutViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
     // Focus the credits, so that keys scroll them at once.
-    if (Window *about = window())
+    if (ui::Window *about = window())
         about->makeFirstResponder(creditsTextView);
 }
 
-void AboutViewController::styleWindow(Window &about)
+void AboutViewController::styleWindow(ui::Window &about)
 {
     about.setFullSizeContentView(true);
     about.setTitlebarAppearsTransparent(true);
-    about.setTitleVisibility(Window::TitleVisibility::Hidden);
-    about.setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
-    about.setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    about.setTitleVisibility(ui::Window::TitleVisibility::Hidden);
+    about.setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    about.setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
     about.center();
 }
 

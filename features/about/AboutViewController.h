@@ -43,7 +43,7 @@ public:
     Q_INVOKABLE void rateInAppStore(QObject *sender);
 
 private:
-    void styleWindow(Window &about);
+    void styleWindow(ui::Window &about);
     void showCredits();
 
     QTextBrowser *creditsTextView = nullptr;

@@ -21,7 +21,7 @@ AboutWindowController::AboutWindowController()
 
 void AboutWindowController::loadWindow()
 {
-    auto window = std::make_unique<Window>();
+    auto window = std::make_unique<ui::Window>();
     window->setObjectName(u"AboutWindow"_s);
     window->setWindowTitle(String::localize(u"About Plovendix"_s));
     window->setResizable(false);

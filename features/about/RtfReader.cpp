@@ -169,7 +169,7 @@ Result<QList<RtfRun>> readRtf(const QByteArray &file)
 {
     Reader reader;
     if (file.size() > MaxRtfBytes || !file.startsWith("{\\rtf") || !reader.read(QString::fromLatin1(file)))
-        return Error{u"RichText"_s, 1, QString(), u"too large, cut off, or no rich text"_s};
+        return base::Error{u"RichText"_s, 1, QString(), u"too large, cut off, or no rich text"_s};
     QList<RtfRun> runs = reader.takeRuns();
     for (RtfRun &run : runs) // replaces lone halves of surrogate pairs
         run.text = QString::fromStdU32String(run.text.toStdU32String());

@@ -14,12 +14,12 @@ namespace
 const QByteArray FolderName = "Plovendix";
 const QString ReplyHost = u"plovendix-file"_s;
 
-Error couldNotFindMoviesFolder()
+base::Error couldNotFindMoviesFolder()
 {
     return {u"SendSubtitleErrors"_s, static_cast<int>(SendSubtitleErrors::couldNotFindMoviesFolder), {}};
 }
 
-Error refusal(const QString &detail)
+base::Error refusal(const QString &detail)
 {
     return {u"CompanionDelivery"_s, 0, {}, detail};
 }

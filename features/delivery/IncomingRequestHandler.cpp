@@ -17,7 +17,7 @@ namespace
 {
 const QString SupportAddress = u"support@quorvane.example"_s;
 
-Error requestError(const QString &description)
+base::Error requestError(const QString &description)
 {
     return {QString(), 0, description};
 }

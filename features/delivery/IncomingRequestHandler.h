@@ -17,7 +17,7 @@ public:
     /// Keeps the request until the main view can take it and replaces an earlier one.
     virtual void park(const ExternalRequest &request) = 0;
     /// Shows the error in the standard alert.
-    virtual void presentError(const Error &error) = 0;
+    virtual void presentError(const base::Error &error) = 0;
 };
 
 /// Handles the URLs by which companion applications ask for subtitles: the query items "fileurl" (the video),

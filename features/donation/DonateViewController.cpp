@@ -31,7 +31,7 @@ void DonateViewController::loadView()
     m_scene->setupUi(root.get());
     maybeLaterButton = m_scene->maybeLaterButton;
     dontAskMeAgainButton = m_scene->dontAskMeAgainButton;
-    m_scene->iconView->setImage(Image::named(u"com.quorvane.Plovendix"_s));
+    m_scene->iconView->setImage(ui::Image::named(u"com.quorvane.Plovendix"_s));
     connectScene(*root, *this);
     setView(std::move(root));
 }
@@ -39,14 +39,14 @@ void DonateViewController::loadView()
 void DonateViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    if (Window *prompt = window())
+    if (ui::Window *prompt = window())
         prompt->setResizable(false);
 }
 
 void DonateViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
-    if (Window *prompt = window())
+    if (ui::Window *prompt = window())
         prompt->makeFirstResponder(m_scene->maybeLaterButton);
 }
 

@@ -32,7 +32,7 @@ QString sentence(FeedbackFault fault)
 }
 } // namespace
 
-Error feedbackError(FeedbackFault fault, const QString &detail)
+base::Error feedbackError(FeedbackFault fault, const QString &detail)
 {
     return {u"Feedback"_s, static_cast<int>(fault), sentence(fault), redacted(detail)};
 }

@@ -14,4 +14,4 @@ enum class FeedbackFault
 };
 
 /// An Error with a sentence for display.
-Error feedbackError(FeedbackFault fault, const QString &detail);
+base::Error feedbackError(FeedbackFault fault, const QString &detail);

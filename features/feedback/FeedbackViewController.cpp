@@ -41,14 +41,14 @@ void FeedbackViewController::loadView()
 void FeedbackViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    if (Window *shown = window())
+    if (ui::Window *shown = window())
         shown->center();
 }
 
 void FeedbackViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
-    if (Window *shown = window())
+    if (ui::Window *shown = window())
         shown->makeFirstResponder(m_scene->textView);
 }
 
@@ -112,7 +112,7 @@ void FeedbackViewController::enter(State state, const QString &status)
     QWidget *next = isWriting                 ? static_cast<QWidget *>(m_scene->textView)
                     : state == State::Sending ? static_cast<QWidget *>(m_scene->cancelButton)
                                               : static_cast<QWidget *>(m_scene->closeButton);
-    if (Window *shown = window())
+    if (ui::Window *shown = window())
         shown->makeFirstResponder(next);
 }
 
@@ -145,6 +145,6 @@ void FeedbackViewController::cancel(QObject *)
         Q_EMIT stopRequested();
         return enter(State::Writing, String::localize(u"The report was not sent."_s));
     }
-    if (Window *shown = window())
+    if (ui::Window *shown = window())
         shown->close();
 }

@@ -14,7 +14,7 @@ constexpr QSize ContentSize(520, 540);
 
 void FeedbackWindowController::loadWindow()
 {
-    auto window = std::make_unique<Window>();
+    auto window = std::make_unique<ui::Window>();
     window->setObjectName(u"FeedbackWindow"_s);
     window->setContentSize(ContentSize);
     setWindow(std::move(window));
@@ -24,10 +24,10 @@ void FeedbackWindowController::windowDidLoad()
 {
     m_viewController =
         Storyboard::named(u"Main"_s).instantiate<FeedbackViewController>(u"FeedbackViewController"_s);
-    Window *shown = window();
+    ui::Window *shown = window();
     shown->setContentViewController(m_viewController);
-    shown->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
-    shown->setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    shown->setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    shown->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
     connect(m_viewController.get(), &FeedbackViewController::sendRequested, this,
             [this](const QString &text, bool withLog) {
                 if (m_answering)

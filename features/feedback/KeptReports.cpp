@@ -20,7 +20,7 @@ std::optional<FeedbackReport> reportIn(const QFileInfo &entry)
     return FeedbackReport::fromJson(file.read(MaxBytes));
 }
 
-Error notKept(const QString &folder, const Error &reason)
+base::Error notKept(const QString &folder, const base::Error &reason)
 {
     const QString sentence = String::localize(u"The report could not be kept in “%@” either."_s);
     return {u"Feedback"_s, 0, String::fill(sentence, {folder}) + u' ' + reason.localizedDescription,

@@ -117,7 +117,7 @@ void PrefsServicesViewController::viewWillAppear()
 /// The window grew downwards to this pane's size.
 void PrefsServicesViewController::viewDidAppear()
 {
-    Window *host = window();
+    ui::Window *host = window();
     if (!host)
         return;
     const QRect room = host->screen()->availableGeometry();

@@ -101,7 +101,7 @@ void PrefsTabViewController::showPane(int index)
 
 void PrefsTabViewController::fitWindow()
 {
-    if (Window *host = window())
+    if (ui::Window *host = window())
         host->setContentSize(m_sizes.at(m_shown) + QSize(0, m_scene->header->minimumHeight()));
 }
 
@@ -114,12 +114,12 @@ void PrefsTabViewController::viewDidAppear()
 {
     shown().notifyDidAppear();
     // Focus the tabs, so that the arrow keys choose a pane at once.
-    if (Window *host = window())
+    if (ui::Window *host = window())
         host->makeFirstResponder(m_tabs->button(m_shown));
 }
 
 void PrefsTabViewController::cancel(QObject *)
 {
-    if (Window *host = window())
+    if (ui::Window *host = window())
         host->close();
 }

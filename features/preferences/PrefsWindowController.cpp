@@ -47,11 +47,11 @@ void PrefsWindowController::showPane(const QString &identifier)
 
 void PrefsWindowController::loadWindow()
 {
-    auto window = std::make_unique<Window>();
+    auto window = std::make_unique<ui::Window>();
     window->setObjectName(u"PreferencesWindow"_s);
     window->setResizable(false);
-    window->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
-    window->setStandardButtonHidden(Window::StandardButton::Zoom, true);
+    window->setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    window->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
     setWindow(std::move(window));
 }
 
@@ -59,6 +59,6 @@ void PrefsWindowController::windowDidLoad()
 {
     WindowController::windowDidLoad();
     m_tabs->fitWindow();
-    if (Window *preferences = window())
+    if (ui::Window *preferences = window())
         preferences->center();
 }

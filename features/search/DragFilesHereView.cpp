@@ -90,14 +90,14 @@ bool DragFilesHereView::performDragOperation(const QMimeData *draggingPasteboard
         return false;
     const QUrl &url = *file;
     printLine(url.toString(QUrl::FullyEncoded));
-    const auto *shownIn = qobject_cast<Window *>(window());
+    const auto *shownIn = qobject_cast<ui::Window *>(window());
     const auto controller = shownIn ? shownIn->contentViewController() : nullptr;
     if (auto *receiver = dynamic_cast<FileSearching *>(controller.get()))
         receiver->searchForFile(url, std::nullopt);
     return true;
 }
 
-void DragFilesHereView::takeDropsOf(Window &window)
+void DragFilesHereView::takeDropsOf(ui::Window &window)
 {
     if (DropForwarder::existsBetween(*this, window))
         return;

@@ -4,7 +4,10 @@
 
 class QDragMoveEvent;
 class QMimeData;
+namespace ui
+{
 class Window;
+}
 
 /// A drag target's answer; the numbers are the platform's.
 enum class DragOperation
@@ -52,7 +55,7 @@ public:
     bool performDragOperation(const QMimeData *draggingPasteboard);
 
     /// Sends the drops on the whole window to this view.
-    void takeDropsOf(Window &window);
+    void takeDropsOf(ui::Window &window);
     /// Outlines `cover` (the list that replaces this view) like this view.
     void outlineToo(QWidget &cover);
 

@@ -8,14 +8,14 @@
 #include <algorithm>
 #include <utility>
 
-DropForwarder::DropForwarder(DragFilesHereView &target, Window &window)
+DropForwarder::DropForwarder(DragFilesHereView &target, ui::Window &window)
     : QObject(&window), m_target(&target), m_window(window)
 {
     window.setAcceptDrops(true);
     window.installEventFilter(this);
 }
 
-bool DropForwarder::existsBetween(const DragFilesHereView &target, const Window &window)
+bool DropForwarder::existsBetween(const DragFilesHereView &target, const ui::Window &window)
 {
     const auto forwarders = window.findChildren<DropForwarder *>(QString(), Qt::FindDirectChildrenOnly);
     return std::any_of(forwarders.begin(), forwarders.end(),

@@ -4,7 +4,10 @@
 
 class DragFilesHereView;
 class QDragMoveEvent;
+namespace ui
+{
 class Window;
+}
 
 /// Forwards drags over a window to its drop target, so that the whole window is one target, entered and left
 /// once. Its shadow is not part of it, nor a view that takes the drag itself (a field for a text). A child of
@@ -14,10 +17,10 @@ class DropForwarder final : public QObject
     Q_OBJECT
 
 public:
-    DropForwarder(DragFilesHereView &target, Window &window);
+    DropForwarder(DragFilesHereView &target, ui::Window &window);
 
     /// Whether drags over `window` are already forwarded to `target`.
-    static bool existsBetween(const DragFilesHereView &target, const Window &window);
+    static bool existsBetween(const DragFilesHereView &target, const ui::Window &window);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -27,7 +30,7 @@ private:
     void leave();
 
     QPointer<DragFilesHereView> m_target;
-    Window &m_window;
+    ui::Window &m_window;
     bool m_isOver = false;
     bool m_isLeaving = false; // unless the drag enters another view of the window in the same event
 };

@@ -94,7 +94,7 @@ void MainViewController::viewDidLoad()
 void MainViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    if (Window *host = window())
+    if (ui::Window *host = window())
         dragFilesHereView->takeDropsOf(*host);
 }
 
@@ -105,7 +105,7 @@ void MainViewController::viewDidAppear()
 
 void MainViewController::focusSearchField(QObject *)
 {
-    Window *host = window();
+    ui::Window *host = window();
     if (!host || !searchField)
         return;
     host->makeFirstResponder(searchField);

@@ -14,7 +14,10 @@
 
 class DragFilesHereView;
 class ImageView;
+namespace ui
+{
 class Label;
+}
 class LayoutConstraint;
 class QLineEdit;
 class QPushButton;
@@ -189,7 +192,7 @@ private:
     void showWhereItLies(const QUrl &file);
     void showDeliveryText(const QString &text, const std::optional<QUrl> &file);
     void hideDelivered();
-    void presentErrorOnWindow(const Error &error);
+    void presentErrorOnWindow(const base::Error &error);
     std::weak_ptr<MainViewController> weakSelf();
     /// Queues a block for the main queue that runs if the controller still exists.
     static void onMainQueue(const std::weak_ptr<MainViewController> &controller,
@@ -203,9 +206,9 @@ private:
     QWidget *detailView = nullptr;
     LayoutConstraint *detailViewBottomConstraint = nullptr;
     ImageView *detailViewImageView = nullptr;
-    Label *detailFileLabel = nullptr;
-    Label *detailTitleLabel = nullptr;
-    Label *detailLanguageLabel = nullptr;
+    ui::Label *detailFileLabel = nullptr;
+    ui::Label *detailTitleLabel = nullptr;
+    ui::Label *detailLanguageLabel = nullptr;
     DragFilesHereView *dragFilesHereView = nullptr;
     QPointer<QPushButton> downloadButton;
 

@@ -26,7 +26,7 @@ constexpr auto PanelDuration = 250ms;
 constexpr qreal PosterCornerRadius = 6;
 constexpr QSize PosterSize(154, 154);
 
-void printError(const Error &error)
+void printError(const base::Error &error)
 {
     printLine(u"Error: "_s + error.localizedDescription);
 }
@@ -54,7 +54,7 @@ void MainViewController::updateDetailView()
 
     detailViewImageView->setWantsLayer(true);
     detailViewImageView->setCanDrawSubviewsIntoLayer(true);
-    if (Layer *layer = detailViewImageView->layer()) {
+    if (ui::Layer *layer = detailViewImageView->layer()) {
         layer->setCornerRadius(PosterCornerRadius);
         layer->setMasksToBounds(true);
     }
@@ -91,7 +91,7 @@ void MainViewController::fetchPoster(const FindResult &found)
                                                  return;
                                              if (!image)
                                                  return printError(image.error());
-                                             setImageWithFade(*self->detailViewImageView, Image(*image));
+                                             setImageWithFade(*self->detailViewImageView, ui::Image(*image));
                                          });
 }
 

@@ -221,8 +221,8 @@ void MainViewController::showInFolder(QObject *)
         Workspace::sharedWorkspace().showInFileBrowser(*m_deliveredFile);
 }
 
-void MainViewController::presentErrorOnWindow(const Error &error)
+void MainViewController::presentErrorOnWindow(const base::Error &error)
 {
-    if (Window *host = window())
+    if (ui::Window *host = window())
         showErrorAlert(error, host);
 }

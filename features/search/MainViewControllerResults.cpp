@@ -24,11 +24,11 @@ constexpr auto UnknownFormatIcon = "UNKNOWN"_L1;
 constexpr QSizeF IconSize(64, 64);
 constexpr int RoomBelowLongHint = 18; // points, to the outline
 
-Image iconForFormat(const QString &format)
+ui::Image iconForFormat(const QString &format)
 {
-    auto icon = Image::named(format.toUpper());
+    auto icon = ui::Image::named(format.toUpper());
     if (!icon)
-        icon = Image::named(UnknownFormatIcon);
+        icon = ui::Image::named(UnknownFormatIcon);
     if (!icon)
         fatalFault(u"The image \"UNKNOWN\" is missing"_s);
     icon->setSize(IconSize);
@@ -86,7 +86,7 @@ void MainViewController::reloadTable()
 /// Like a step with the arrow keys: the first one selects.
 void MainViewController::enterList()
 {
-    Window *host = window();
+    ui::Window *host = window();
     if (!host || !tableView || !tableView->isVisible() || tableView->numberOfRows() == 0)
         return;
     host->makeFirstResponder(tableView);

@@ -105,7 +105,7 @@ void MainViewController::finishQuery(int query, const Result<QueryResult> &resul
             if (self.isQueryCancelled(query))
                 return;
             self.endQuery(query);
-            self.presentError(Error{QString(), SearchErrorCode, description});
+            self.presentError(base::Error{QString(), SearchErrorCode, description});
         });
     }
     // Queued after the step above, so it also runs after a fallback search that the step has started, and
@@ -257,7 +257,7 @@ void MainViewController::showResultCount()
 
 void MainViewController::setWindowTitle(const QString &title)
 {
-    if (Window *host = window())
+    if (ui::Window *host = window())
         host->setWindowTitle(title);
 }
 

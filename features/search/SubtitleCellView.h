@@ -3,7 +3,10 @@
 #include <QPointer>
 #include <memory>
 
+namespace ui
+{
 class Label;
+}
 
 /// A result's row: format icon, file name, details. The table's delegate fills it.
 class SubtitleCellView final : public TableCellView
@@ -18,6 +21,6 @@ public:
     static std::unique_ptr<SubtitleCellView> fromScene();
 
     QPointer<ImageView> posterImageView; // takes part in the layout only; the list does not fill it
-    QPointer<Label> titleTextField;
-    QPointer<Label> subtitleTextField;
+    QPointer<ui::Label> titleTextField;
+    QPointer<ui::Label> subtitleTextField;
 };

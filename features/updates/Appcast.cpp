@@ -107,7 +107,7 @@ private:
     /// The text of the current element, trimmed.
     QString text() { return m_xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed(); }
 
-    Error fault() const
+    base::Error fault() const
     {
         if (m_fault)
             return updateError(*m_fault, u"line %1"_s.arg(m_xml.lineNumber()));

@@ -132,7 +132,7 @@ void SUUpdater::finish(const Result<AppcastFeed> &outcome)
     schedule();
 }
 
-void SUUpdater::fail(const Error &error)
+void SUUpdater::fail(const base::Error &error)
 {
     qCInfo(log).noquote() << "no answer about updates:" << error.code << error.detail;
     if (std::exchange(m_asked, false))
@@ -162,7 +162,7 @@ void SUUpdater::getUpdate()
     const QUrl link = m_offer->link;
     if (Workspace::sharedWorkspace().openURL(link))
         return m_window.dismiss();
-    const Error error = updateError(UpdateFault::NoHandler, link.host());
+    const base::Error error = updateError(UpdateFault::NoHandler, link.host());
     m_window.showFailure(error.localizedDescription + u'\n' + link.toString(QUrl::FullyEncoded));
 }
 

@@ -35,7 +35,7 @@ private:
     void wake();
     void begin();
     void finish(const Result<AppcastFeed> &outcome);
-    void fail(const Error &error);
+    void fail(const base::Error &error);
     void present(const std::optional<AppcastItem> &found);
     void putOff(Clock::Duration pause);
 

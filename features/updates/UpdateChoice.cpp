@@ -66,7 +66,7 @@ Result<std::optional<AppcastItem>> chooseUpdate(const QList<AppcastItem> &items,
     if (!knowsItself(installed))
         return updateError(UpdateFault::DamagedCopy, installed.version);
     const auto version = ReleaseVersion::parse(installed.version);
-    std::optional<Error> refusal;
+    std::optional<base::Error> refusal;
     for (const Candidate &candidate : newerThan(*version, items)) {
         const auto wrong = whatIsWrongWith(candidate.item, installed);
         if (!wrong)

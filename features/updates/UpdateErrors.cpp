@@ -76,7 +76,7 @@ QString sentence(UpdateFault fault)
 }
 } // namespace
 
-Error updateError(UpdateFault fault, const QString &detail)
+base::Error updateError(UpdateFault fault, const QString &detail)
 {
     return {u"Update"_s, static_cast<int>(fault), sentence(fault), redacted(detail).left(MaxDetailLength)};
 }

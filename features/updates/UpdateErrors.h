@@ -24,4 +24,4 @@ enum class UpdateFault
 };
 
 /// An Error with a sentence for display. Secrets are removed from `detail`.
-Error updateError(UpdateFault fault, const QString &detail);
+base::Error updateError(UpdateFault fault, const QString &detail);

@@ -30,7 +30,7 @@ void UpdateViewController::loadView()
     auto root = std::make_unique<QWidget>();
     m_scene = std::make_unique<Ui::UpdateViewController>();
     m_scene->setupUi(root.get());
-    m_scene->iconView->setImage(Image::named(u"com.quorvane.Plovendix"_s));
+    m_scene->iconView->setImage(ui::Image::named(u"com.quorvane.Plovendix"_s));
     m_scene->notesView->viewport()->setAutoFillBackground(false);
     m_scene->notesView->document()->setDocumentMargin(NotesMargin);
     connectScene(*root, *this);
@@ -40,7 +40,7 @@ void UpdateViewController::loadView()
 void UpdateViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    Window *shown = window();
+    ui::Window *shown = window();
     if (!shown)
         return;
     shown->setResizable(false);
@@ -50,7 +50,7 @@ void UpdateViewController::viewWillAppear()
 void UpdateViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
-    if (Window *shown = window())
+    if (ui::Window *shown = window())
         shown->makeFirstResponder(defaultButton());
 }
 
@@ -94,7 +94,7 @@ void UpdateViewController::enter(State state, const QString &headline, const QSt
          {static_cast<QWidget *>(m_scene->notesView), static_cast<QWidget *>(m_scene->skipButton),
           static_cast<QWidget *>(m_scene->laterButton), static_cast<QWidget *>(m_scene->getButton)})
         part->setVisible(state == State::Offer);
-    if (Window *shown = window()) {
+    if (ui::Window *shown = window()) {
         shown->setContentSize(sizeFor(state));
         shown->makeFirstResponder(defaultButton());
     }
@@ -135,7 +135,7 @@ void UpdateViewController::skipVersion(QObject *)
 
 void UpdateViewController::close(QObject *)
 {
-    if (Window *shown = window())
+    if (ui::Window *shown = window())
         shown->close();
 }
 

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 void UpdateWindowController::loadWindow()
 {
-    auto window = std::make_unique<Window>();
+    auto window = std::make_unique<ui::Window>();
     window->setObjectName(u"UpdateWindow"_s);
     setWindow(std::move(window));
 }
@@ -18,11 +18,11 @@ void UpdateWindowController::windowDidLoad()
 {
     m_viewController =
         Storyboard::named(u"Main"_s).instantiate<UpdateViewController>(u"UpdateViewController"_s);
-    Window *shown = window();
+    ui::Window *shown = window();
     shown->setContentViewController(m_viewController);
-    shown->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
-    shown->setStandardButtonHidden(Window::StandardButton::Zoom, true);
-    connect(shown, &Window::closed, this, [this] {
+    shown->setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    shown->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
+    connect(shown, &ui::Window::closed, this, [this] {
         if (m_answering)
             m_answering->windowClosed();
     });

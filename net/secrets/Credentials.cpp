@@ -21,8 +21,8 @@ struct Loading
 {
     Credentials credentials;
     std::size_t missing = AllSecrets.size();
-    bool hasComplained = false;   // what ails one ails them all
-    std::optional<Error> failure; // the first that a person can read
+    bool hasComplained = false;         // what ails one ails them all
+    std::optional<base::Error> failure; // the first that a person can read
     LoadCompletion done;
 
     void take(Secret secret, const QString &text)

@@ -22,7 +22,7 @@ Credentials environmentCredentials();
 
 /// Takes the secrets, and the first Error of the store that has a sentence for the person.
 using LoadCompletion =
-    std::function<void(const Credentials &credentials, const std::optional<Error> &failure)>;
+    std::function<void(const Credentials &credentials, const std::optional<base::Error> &failure)>;
 
 /// Reads them all, each from the environment or else from the store, where what cannot be read counts as
 /// none. Whatever is read appears in no log from then on. `done` comes once, on a later turn of the main

@@ -19,7 +19,7 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.secrets", QtInfoMsg)
 
 constexpr qint64 MaxBytes = 64LL * 1024;
 
-Error notRead(const QString &path, const QString &detail)
+base::Error notRead(const QString &path, const QString &detail)
 {
     const QString sentence = String::localize(u"The keys in “%@” cannot be read."_s);
     return {u"Secrets"_s, 4, String::fill(sentence, {path}), path + u' ' + detail};
@@ -50,7 +50,7 @@ std::optional<QString> secretIn(const QJsonObject &secrets, Secret secret)
     return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
-Error notStored(const QString &path, const QString &reason, const QString &detail)
+base::Error notStored(const QString &path, const QString &reason, const QString &detail)
 {
     const QString sentence = String::localize(u"The key could not be stored in “%@”."_s);
     return {u"Secrets"_s, 1, (String::fill(sentence, {path}) + u' ' + reason).trimmed(), detail};

@@ -13,7 +13,7 @@ namespace
 {
 const QString ServiceName = u"com.quorvane.Plovendix"_s;
 
-Error refused(const QString &reason)
+base::Error refused(const QString &reason)
 {
     return {
         u"Secrets"_s, 2,
@@ -22,12 +22,12 @@ Error refused(const QString &reason)
 }
 
 /// Without a sentence: the desktop has asked the person itself, or there is no keyring.
-Error notOpened(const QString &reason)
+base::Error notOpened(const QString &reason)
 {
     return {u"Secrets"_s, 5, {}, reason};
 }
 
-Error stillThere(const QString &reason)
+base::Error stillThere(const QString &reason)
 {
     return {
         u"Secrets"_s, 3,

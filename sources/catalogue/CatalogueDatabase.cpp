@@ -104,7 +104,7 @@ Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) con
         return read();
     } catch (const SQLite::Exception &exception) {
         const CatalogueFailure failure = failureOf(exception);
-        const Error error = m_errors.error(failure, m_path, QString::fromUtf8(exception.what()));
+        const base::Error error = m_errors.error(failure, m_path, QString::fromUtf8(exception.what()));
         if (!m_interrupter->isCancelled())
             qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(error.detail));
         return error;

@@ -22,7 +22,7 @@ CatalogueErrors::CatalogueErrors()
         u"Reading the subtitle catalogue “%@” took too long. Try again, or replace the file."_s);
 }
 
-Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, const QString &detail) const
+base::Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, const QString &detail) const
 {
     const auto sentence = [&]() -> QString {
         switch (failure) {
@@ -49,6 +49,6 @@ Error CatalogueErrors::error(CatalogueFailure failure, const QString &path, cons
         }
         return {};
     };
-    return Error{u"Catalogue"_s, static_cast<int>(failure), String::fill(sentence(), {path}),
-                 terminalText(detail)};
+    return base::Error{u"Catalogue"_s, static_cast<int>(failure), String::fill(sentence(), {path}),
+                       terminalText(detail)};
 }

@@ -24,7 +24,7 @@ public:
 
     /// Domain "Catalogue", code the failure. `path` names the file concerned; `detail` is for the log, and
     /// shown to a terminal there: it may hold names from the file.
-    Error error(CatalogueFailure failure, const QString &path, const QString &detail = {}) const;
+    base::Error error(CatalogueFailure failure, const QString &path, const QString &detail = {}) const;
 
 private:
     QString m_missing;

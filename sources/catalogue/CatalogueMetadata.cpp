@@ -45,7 +45,7 @@ struct CatalogueMetadata::State
     Result<FindResult> find(const QString &id) const
     {
         const std::optional<qint64> number = imdbNumber(id);
-        std::optional<Error> failure;
+        std::optional<base::Error> failure;
         for (const CataloguePlace &place : places) {
             const bool isAbsent =
                 place.presence == CataloguePlace::Presence::Optional && !QFileInfo::exists(place.path);

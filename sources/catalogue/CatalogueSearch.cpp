@@ -114,7 +114,7 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
     if (request.language && request.language->isEmpty())
         return QueryResult{QList<SubtitlePtr>()};
     QList<RankedEntry> found;
-    std::optional<Error> failure;
+    std::optional<base::Error> failure;
     for (qsizetype i = 0; i < places.size(); ++i) {
         if (!isWanted(places[i]))
             continue;

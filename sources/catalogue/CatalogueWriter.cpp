@@ -11,9 +11,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Error writeError(const SQLite::Exception &exception)
+base::Error writeError(const SQLite::Exception &exception)
 {
-    return Error{u"Catalogue"_s, exception.getErrorCode(), QString::fromUtf8(exception.what())};
+    return base::Error{u"Catalogue"_s, exception.getErrorCode(), QString::fromUtf8(exception.what())};
 }
 } // namespace
 
@@ -32,7 +32,7 @@ CatalogueWriter::CatalogueWriter(CatalogueWriter &&) noexcept = default;
 Result<CatalogueWriter> CatalogueWriter::create(const QString &path)
 {
     if (QFile::exists(path))
-        return Error{u"Catalogue"_s, 0, u"There is a file at %1 already."_s.arg(path)};
+        return base::Error{u"Catalogue"_s, 0, u"There is a file at %1 already."_s.arg(path)};
     try {
         return CatalogueWriter(std::make_unique<SQLite::Database>(
             QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE));

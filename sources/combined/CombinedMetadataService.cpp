@@ -24,7 +24,7 @@ bool isEmpty(const FindResult &result)
     return result.movieResults.isEmpty() && result.tvResults.isEmpty();
 }
 
-Error noPicture()
+base::Error noPicture()
 {
     return {u"Service"_s, 0, String::localize(u"There is no poster of this film."_s),
             u"an item of no source"_s};
@@ -40,7 +40,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
         ExternalSource source;
         std::optional<QString> language;
         FindCompletion completion;
-        std::optional<Error> failure;
+        std::optional<base::Error> failure;
         quint64 lookup = 0;
     };
     struct Picture
@@ -50,7 +50,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
         QSize size;
         std::optional<QString> language;
         ImageCompletion completion;
-        std::optional<Error> failure;
+        std::optional<base::Error> failure;
         quint64 lookup = 0;
     };
 
@@ -123,7 +123,7 @@ struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
             });
     }
 
-    void fetchElsewhere(qsizetype start, const std::shared_ptr<Picture> &task, const Error &error)
+    void fetchElsewhere(qsizetype start, const std::shared_ptr<Picture> &task, const base::Error &error)
     {
         if (!task->failure)
             task->failure = error;

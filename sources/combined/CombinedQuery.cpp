@@ -29,7 +29,7 @@ Result<QueryResult> CombinedQuery::outcome(const std::stop_token &stop) const
     const std::scoped_lock lock(m_mutex);
     QList<SubtitlePtr> rows;
     qint64 leftOut = 0;
-    std::optional<Error> failure;
+    std::optional<base::Error> failure;
     for (const std::optional<Result<QueryResult>> &answer : m_answers) {
         if (!answer)
             continue;
@@ -51,7 +51,7 @@ Result<QueryResult> CombinedQuery::outcome(const std::stop_token &stop) const
     return QueryResult{best.subtitles, leftOut + best.leftOut};
 }
 
-std::optional<Error> CombinedQuery::failureOf(qsizetype source) const
+std::optional<base::Error> CombinedQuery::failureOf(qsizetype source) const
 {
     const std::scoped_lock lock(m_mutex);
     const std::optional<Result<QueryResult>> &answer = m_answers[source];

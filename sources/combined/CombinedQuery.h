@@ -25,7 +25,7 @@ public:
     /// match the hash come first, each subtitle once. Stops early on request; the result is then useless.
     Result<QueryResult> outcome(const std::stop_token &stop = {}) const;
     /// The failure of that source, if any.
-    std::optional<Error> failureOf(qsizetype source) const;
+    std::optional<base::Error> failureOf(qsizetype source) const;
 
 private:
     mutable std::mutex m_mutex; // guards the answers

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Error unknownService(const QString &name)
+base::Error unknownService(const QString &name)
 {
     return {u"Service"_s, 0, String::localize(u"The service this subtitle came from is not in use now."_s),
             u"no service named "_s + name};
@@ -36,7 +36,7 @@ CombinedSubtitleService::Failures failuresIn(const CombinedQuery &query, const Q
 {
     CombinedSubtitleService::Failures failures;
     for (qsizetype i = 0; i < sources.size(); ++i) {
-        if (const std::optional<Error> failure = query.failureOf(i))
+        if (const std::optional<base::Error> failure = query.failureOf(i))
             failures.insert(sources[i], *failure);
     }
     return failures;

@@ -28,7 +28,7 @@ public:
                             std::function<RankingPreferences()> preferences);
     ~CombinedSubtitleService() override;
 
-    using Failures = QMap<QString, Error>; // by source
+    using Failures = QMap<QString, base::Error>; // by source
     /// The parts that a successful answer lacks.
     struct Gaps
     {

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 constexpr auto KeyringTimeout = 2s; // unlocking a keyring may need the person
 
-ServiceStatus::Missing missingBy(const Error &failure)
+ServiceStatus::Missing missingBy(const base::Error &failure)
 {
     switch (kindOf(failure).value_or(ServiceFailure::Unavailable)) {
     case ServiceFailure::Offline:
@@ -121,14 +121,15 @@ void Services::reloadSecrets()
 
 void Services::readSecrets()
 {
-    loadCredentials(*m_parts.secrets, [weak = std::weak_ptr(m_alive)](const Credentials &credentials,
-                                                                      const std::optional<Error> &failure) {
-        const auto alive = weak.lock();
-        if (!alive)
-            return;
-        (*alive)->m_readFailure = failure;
-        (*alive)->takeCredentials(credentials);
-    });
+    loadCredentials(*m_parts.secrets,
+                    [weak = std::weak_ptr(m_alive)](const Credentials &credentials,
+                                                    const std::optional<base::Error> &failure) {
+                        const auto alive = weak.lock();
+                        if (!alive)
+                            return;
+                        (*alive)->m_readFailure = failure;
+                        (*alive)->takeCredentials(credentials);
+                    });
 }
 
 void Services::takeCredentials(Credentials credentials)

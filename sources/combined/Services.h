@@ -34,7 +34,7 @@ public:
     void saveSecret(Secret secret, const QString &text, SecretStore::WriteCompletion completion);
     const Credentials &credentials() const { return m_credentials; }
     /// Why the store's secrets could not be read the last time, until it has taken one.
-    const std::optional<Error> &readFailure() const { return m_readFailure; }
+    const std::optional<base::Error> &readFailure() const { return m_readFailure; }
 
     RestService &rest() { return *m_rest; }
     FilmDatabase &films() { return *m_films; }
@@ -67,7 +67,7 @@ private:
     SystemClock m_clock; // before the services that use it
     Credentials m_credentials;
     QMap<Secret, QString> m_saved; // since the last reading began
-    std::optional<Error> m_readFailure;
+    std::optional<base::Error> m_readFailure;
     bool m_areSecretsRead = false;
     Clock::Timer m_keyringTimeout; // runs while the store does not answer
     std::shared_ptr<VideoNames> m_names;

@@ -39,9 +39,9 @@ qreal screenPixelRatio()
     return application ? application->devicePixelRatio() : 1.0;
 }
 
-Error noKey()
+base::Error noKey()
 {
-    Error error = serviceError(ServiceFailure::KeyRefused, ServiceName::Films, u"no key is set"_s);
+    base::Error error = serviceError(ServiceFailure::KeyRefused, ServiceName::Films, u"no key is set"_s);
     error.localizedDescription =
         String::localize(u"The film database wants a key. Enter one in the preferences."_s);
     return error;
@@ -77,7 +77,7 @@ CachedFetch::Question question(const FilmSettings &settings, const QString &path
 }
 
 /// A missing film is an answer without films, not a failure.
-Result<FindResult> answerFor(const Error &error)
+Result<FindResult> answerFor(const base::Error &error)
 {
     return kindOf(error) == ServiceFailure::NotFound ? Result<FindResult>(FindResult())
                                                      : Result<FindResult>(error);
@@ -269,7 +269,7 @@ void FilmDatabase::decode(const std::shared_ptr<Task> &task, const Picture &pict
             const auto held = weak.lock();
             if (!held)
                 return;
-            const Error error =
+            const base::Error error =
                 serviceError(ServiceFailure::BadAnswer, ServiceName::Films, u"the picture cannot be read"_s);
             finishPicture(held, picture, image.isNull() ? Result<QImage>(error) : Result<QImage>(image));
         });

@@ -27,7 +27,7 @@ ServiceFailure kindOfStatus(int status, bool isOwn, bool isPage)
 }
 } // namespace
 
-Error filmError(const HttpAnswer &answer)
+base::Error filmError(const HttpAnswer &answer)
 {
     const std::optional<QJsonObject> object = Json::object(answer.body.left(16LL * 1024));
     const QString message = object ? Json::text(*object, u"status_message"_s) : QString();
@@ -37,9 +37,9 @@ Error filmError(const HttpAnswer &answer)
                         u"status %1: %2"_s.arg(answer.status).arg(message));
 }
 
-Error noPosterError()
+base::Error noPosterError()
 {
-    Error error = serviceError(ServiceFailure::Rejected, ServiceName::Films, u"no poster"_s);
+    base::Error error = serviceError(ServiceFailure::Rejected, ServiceName::Films, u"no poster"_s);
     error.localizedDescription = String::localize(u"The film database has no poster of this film."_s);
     return error;
 }

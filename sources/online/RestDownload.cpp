@@ -23,9 +23,9 @@ constexpr qsizetype MaxFileBytes = 8LL * 1024 * 1024;
 constexpr Clock::Duration TransferLimit = 120s;
 
 /// At the present service the number would name another file.
-Error ofAnotherService(const QString &id)
+base::Error ofAnotherService(const QString &id)
 {
-    Error error =
+    base::Error error =
         serviceError(ServiceFailure::Rejected, ServiceName::Subtitles, u"a file of another service: "_s + id);
     error.localizedDescription =
         String::localize(u"The service this subtitle came from is not in use now."_s);
@@ -235,7 +235,7 @@ void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &
 
 /// Only the service knows whether a broken order was counted, so the quota is requested before the next
 /// order.
-void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const Error &error)
+void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const base::Error &error)
 {
     const auto kind = kindOf(error);
     const bool wasPerhapsCounted = kind == ServiceFailure::Timeout || kind == ServiceFailure::Unavailable ||

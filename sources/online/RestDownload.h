@@ -70,7 +70,7 @@ private:
     void takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void keep(const std::shared_ptr<Job> &job, const QByteArray &bytes);
     void publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link);
-    void askForQuota(const std::shared_ptr<Job> &job, const Error &error);
+    void askForQuota(const std::shared_ptr<Job> &job, const base::Error &error);
     void takeCost(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void finish(const std::shared_ptr<Job> &job, const Result<QList<QUrl>> &files);
     void forget(const Job &job);

@@ -80,7 +80,7 @@ QString RestErrors::message(const HttpAnswer &answer)
     return plainLine(redacted(text), MaxMessageLength);
 }
 
-Error RestErrors::linkError(const HttpAnswer &answer)
+base::Error RestErrors::linkError(const HttpAnswer &answer)
 {
     if (!isLinkRefused(answer))
         return error(answer);
@@ -101,13 +101,13 @@ bool RestErrors::isTokenRefused(const HttpAnswer &answer)
            message(answer).contains("invalid token"_L1, Qt::CaseInsensitive);
 }
 
-Error RestErrors::error(const HttpAnswer &answer)
+base::Error RestErrors::error(const HttpAnswer &answer)
 {
     const QString words = message(answer);
     ServiceFailure kind = kindOfStatus(answer.status);
     if (words.contains("query is too short"_L1, Qt::CaseInsensitive))
         kind = ServiceFailure::NothingToAsk;
-    Error error =
+    base::Error error =
         serviceError(kind, ServiceName::Subtitles, u"status %1: %2"_s.arg(answer.status).arg(words));
     // The general sentence would not say what was wrong with the request.
     if (kind == ServiceFailure::Rejected && !words.isEmpty())

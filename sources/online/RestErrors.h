@@ -8,9 +8,9 @@ namespace RestErrors
 /// The token is missing, expired or unknown: 401, or 406 and 500 with such a body.
 bool isTokenRefused(const HttpAnswer &answer);
 /// The Error of any unsuccessful answer. RestQuota reads the quotas.
-Error error(const HttpAnswer &answer);
+base::Error error(const HttpAnswer &answer);
 /// For download links: refusal means the link expired.
-Error linkError(const HttpAnswer &answer);
+base::Error linkError(const HttpAnswer &answer);
 bool isLinkRefused(const HttpAnswer &answer);
 /// The server's message on one line; empty when it sent none.
 QString message(const HttpAnswer &answer);

@@ -14,7 +14,7 @@ constexpr std::chrono::hours KeptFor = 7 * 24h;
 // A message of the service may look like a subtitle of a line or two.
 constexpr qsizetype FewestBytes = 100;
 
-Error refusal(SubtitleFile::Failure failure)
+base::Error refusal(SubtitleFile::Failure failure)
 {
     switch (failure) {
     case SubtitleFile::Failure::TooLarge:
@@ -23,14 +23,15 @@ Error refusal(SubtitleFile::Failure failure)
     case SubtitleFile::Failure::Damaged:
         return serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles, u"a damaged archive"_s);
     case SubtitleFile::Failure::Empty: {
-        Error error = serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles, u"an empty file"_s);
+        base::Error error =
+            serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles, u"an empty file"_s);
         error.localizedDescription =
             String::localize(u"This subtitle is broken at the service: it is empty. Choose another one."_s);
         return error;
     }
     case SubtitleFile::Failure::UnknownArchive: {
-        Error error = serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles,
-                                   u"an archive of another kind"_s);
+        base::Error error = serviceError(ServiceFailure::NotASubtitle, ServiceName::Subtitles,
+                                         u"an archive of another kind"_s);
         error.localizedDescription = String::localize(
             u"This subtitle comes in an archive that cannot be opened here. Choose another one."_s);
         return error;

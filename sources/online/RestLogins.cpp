@@ -22,12 +22,12 @@ QByteArray keyOf(const RestAccess &access)
 
 RestLogins::RestLogins(Clock &clock) : m_rate(clock, RateLimiter(1, 1s)) {}
 
-void RestLogins::noteRefusal(const RestAccess &access, const Error &error)
+void RestLogins::noteRefusal(const RestAccess &access, const base::Error &error)
 {
     m_refused.insert(keyOf(access), error);
 }
 
-std::optional<Error> RestLogins::refusal(const RestAccess &access) const
+std::optional<base::Error> RestLogins::refusal(const RestAccess &access) const
 {
     const auto known = m_refused.constFind(keyOf(access));
     return known == m_refused.constEnd() ? std::nullopt : std::optional(*known);

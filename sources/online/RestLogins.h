@@ -16,11 +16,11 @@ public:
     explicit RestLogins(Clock &clock);
 
     RateQueue &rate() { return m_rate; }
-    void noteRefusal(const RestAccess &access, const Error &error);
+    void noteRefusal(const RestAccess &access, const base::Error &error);
     /// Why that account cannot log in, if known.
-    std::optional<Error> refusal(const RestAccess &access) const;
+    std::optional<base::Error> refusal(const RestAccess &access) const;
 
 private:
     RateQueue m_rate;
-    QHash<QByteArray, Error> m_refused; // by a hash of address, user name and password
+    QHash<QByteArray, base::Error> m_refused; // by a hash of address, user name and password
 };

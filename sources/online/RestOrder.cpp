@@ -14,7 +14,7 @@ namespace
 constexpr auto QuotaKey = "remaining"_L1;
 
 /// Without stored credentials: account required.
-Error accountWanted(Error error)
+base::Error accountWanted(base::Error error)
 {
     error.localizedDescription = String::localize(
         u"The subtitle service wants an account for downloads. Enter user name and password in the "
@@ -22,7 +22,7 @@ Error accountWanted(Error error)
     return error;
 }
 
-Error badAnswer(const QString &detail)
+base::Error badAnswer(const QString &detail)
 {
     return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, detail);
 }
@@ -66,9 +66,9 @@ Result<QUrl> RestOrder::linkFrom(const RestSession &session, const HttpAnswer &a
     return link;
 }
 
-Error RestOrder::limitReached(const RestSession &session, const QDateTime &date, const QString &detail)
+base::Error RestOrder::limitReached(const RestSession &session, const QDateTime &date, const QString &detail)
 {
-    Error error = session.quota().error(date, detail);
+    base::Error error = session.quota().error(date, detail);
     if (!session.access().hasAccount())
         error.localizedDescription +=
             u' ' + String::localize(u"With an account, entered in the preferences, there are more."_s);

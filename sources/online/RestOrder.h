@@ -13,5 +13,5 @@ std::optional<RestQuota> quotaAfter(const RestQuota &quota, const HttpAnswer &an
 /// The link in the answer, if its host is allowed. The session's quota must be that of the answer.
 Result<QUrl> linkFrom(const RestSession &session, const HttpAnswer &answer, const QDateTime &date);
 /// The Error for a used-up quota.
-Error limitReached(const RestSession &session, const QDateTime &date, const QString &detail);
+base::Error limitReached(const RestSession &session, const QDateTime &date, const QString &detail);
 } // namespace RestOrder

@@ -14,7 +14,7 @@ namespace
 constexpr int MaxRecords = 500;
 constexpr qint64 MaxTotal = 1'000'000; // larger counts are ignored as invalid
 
-Error nonsense(const QString &detail)
+base::Error nonsense(const QString &detail)
 {
     return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, detail);
 }

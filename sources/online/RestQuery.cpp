@@ -12,7 +12,7 @@ namespace
 // The service refuses shorter words, and the hash with them.
 constexpr qsizetype ShortestQuery = 3;
 
-Error refusal(ServiceFailure kind, const QString &detail)
+base::Error refusal(ServiceFailure kind, const QString &detail)
 {
     return serviceError(kind, ServiceName::Subtitles, detail);
 }

@@ -16,7 +16,7 @@ bool RestQuota::isUsedUp(const QDateTime &date) const
            date.secsTo(reset) < LongestWaitSeconds;
 }
 
-Error RestQuota::error(const QDateTime &date, const QString &detail) const
+base::Error RestQuota::error(const QDateTime &date, const QString &detail) const
 {
     const bool isPlausible = reset.isValid() && date.secsTo(reset) < LongestWaitSeconds;
     return limitError(ServiceName::Subtitles, allowed, isPlausible ? reset : QDateTime(), date, detail);

@@ -13,7 +13,7 @@ struct RestQuota
     /// Whether another order would be refused at that date.
     bool isUsedUp(const QDateTime &date) const;
     /// The Error for that.
-    Error error(const QDateTime &date, const QString &detail) const;
+    base::Error error(const QDateTime &date, const QString &detail) const;
 
     /// Reads the answer to an order; absent members keep their values.
     void takeOrder(const QJsonObject &answer);

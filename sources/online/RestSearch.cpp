@@ -169,7 +169,7 @@ bool RestSearch::isLast(const RestPage &read)
 }
 
 /// After a later page fails, the rows found so far are the answer.
-void RestSearch::fail(const Error &error)
+void RestSearch::fail(const base::Error &error)
 {
     if (!m_found.isEmpty()) {
         qCWarning(log).noquote() << "the search ended early:" << error.detail;

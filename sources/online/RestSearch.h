@@ -44,7 +44,7 @@ private:
     bool isLast(const RestPage &read);
     void countPages(const RestPage &first);
     void finish();
-    void fail(const Error &error);
+    void fail(const base::Error &error);
     struct CachedPage;
     CachedPage cachedPage(int page) const;
     RestURL::Parameters parameters(int page) const;

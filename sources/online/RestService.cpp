@@ -21,9 +21,9 @@ constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
 constexpr std::chrono::hours LanguagesKeptFor = 90 * 24h; // an old list is better than none
 constexpr qint64 MaxCacheBytes = 64LL * 1024 * 1024;
 
-Error noKey()
+base::Error noKey()
 {
-    Error error = serviceError(ServiceFailure::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
+    base::Error error = serviceError(ServiceFailure::KeyRefused, ServiceName::Subtitles, u"no key is set"_s);
     error.localizedDescription =
         String::localize(u"The subtitle service wants an API key. Enter one in the preferences."_s);
     return error;
@@ -108,7 +108,7 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
     m_languages.noteSearch();
 }
 
-void RestService::refuse(quint64 number, const Error &error)
+void RestService::refuse(quint64 number, const base::Error &error)
 {
     MainQueue::shared().async([weak = std::weak_ptr(m_alive), number, error] {
         if (const auto self = weak.lock())

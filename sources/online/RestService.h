@@ -63,7 +63,7 @@ protected:
 
 private:
     void answer(quint64 number, const Result<QueryResult> &result);
-    void refuse(quint64 number, const Error &error);
+    void refuse(quint64 number, const base::Error &error);
     void finishTest(RestSession &session, const std::function<void(Result<RestReport>)> &completion,
                     const Result<HttpAnswer> &outcome);
 

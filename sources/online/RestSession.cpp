@@ -135,7 +135,7 @@ void RestSession::logIn(const std::shared_ptr<RequestState> &state)
     m_loginTurn = m_logins->rate().wait([this] { sendLogin(); });
 }
 
-void RestSession::goOnWithout(const std::shared_ptr<RequestState> &state, const Error &error)
+void RestSession::goOnWithout(const std::shared_ptr<RequestState> &state, const base::Error &error)
 {
     if (state->login == Login::Wanted)
         state->completion(error);
@@ -158,7 +158,7 @@ void RestSession::sendLogin()
                          [this](const Result<HttpAnswer> &outcome) { finishLogin(takeToken(outcome)); });
 }
 
-void RestSession::finishLogin(const std::optional<Error> &error)
+void RestSession::finishLogin(const std::optional<base::Error> &error)
 {
     const std::shared_ptr<RestSession> self = shared_from_this(); // a completion may release this object
     m_isLoggingIn = false;
@@ -174,14 +174,15 @@ void RestSession::finishLogin(const std::optional<Error> &error)
     }
 }
 
-std::optional<Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
+std::optional<base::Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
 {
     if (!outcome)
         return outcome.error();
     if (outcome->status == 400 || outcome->status == 401) {
         const QString detail =
             u"login, status %1: %2"_s.arg(outcome->status).arg(RestErrors::message(*outcome));
-        const Error refused = serviceError(ServiceFailure::LoginRefused, ServiceName::Subtitles, detail);
+        const base::Error refused =
+            serviceError(ServiceFailure::LoginRefused, ServiceName::Subtitles, detail);
         m_logins->noteRefusal(m_access, refused);
         return refused;
     }

@@ -58,9 +58,9 @@ private:
     void arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
     void logIn(const std::shared_ptr<RequestState> &state);
     void sendLogin();
-    void finishLogin(const std::optional<Error> &error);
-    void goOnWithout(const std::shared_ptr<RequestState> &state, const Error &error);
-    std::optional<Error> takeToken(const Result<HttpAnswer> &outcome);
+    void finishLogin(const std::optional<base::Error> &error);
+    void goOnWithout(const std::shared_ptr<RequestState> &state, const base::Error &error);
+    std::optional<base::Error> takeToken(const Result<HttpAnswer> &outcome);
     HttpRequest prepared(const Request &request, const QUrl &base) const;
     void forgetLogin();
 

@@ -90,7 +90,7 @@ private Q_SLOTS:
         QVERIFY(operations->viewActuallyLoaded());
 
         AlertAccepter alerts;
-        Window window;
+        ui::Window window;
         window.setContentViewController(controller);
         window.show();
         QStringList textsBefore;

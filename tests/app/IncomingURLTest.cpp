@@ -179,7 +179,7 @@ private Q_SLOTS:
     void requestBeforeTheMainViewIsParkedAndTheLatestServed()
     {
         {
-            Window empty;
+            ui::Window empty;
             empty.show();
             sendURL(request(u"fileurl=/v/One.mkv&docid=1&sender=verbrook3"_s));
             QCOMPARE(m_delegate->externalRequest()->requestInfo->name, u"Verbrook"_s);
@@ -198,7 +198,7 @@ private Q_SLOTS:
     void otherWindowsNeverSwallowARequest()
     {
         showMainWindow();
-        Window preferences;
+        ui::Window preferences;
         preferences.makeKeyAndOrderFront();
         sendURL(request(u"fileurl=/v/A.mkv"_s));
         QCOMPARE(m_service->hashed.size(), 1);

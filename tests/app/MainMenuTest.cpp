@@ -139,25 +139,25 @@ private Q_SLOTS:
     void preferencesOpenOnceAndComeBack()
     {
         QTest::keyClick(m_window->window(), Qt::Key_Comma, Qt::ControlModifier);
-        const QList<Window *> windows = Window::openWindows();
+        const QList<ui::Window *> windows = ui::Window::openWindows();
         QCOMPARE(windows.size(), 2);
         QCOMPARE(windows.first(), m_window->window());
         QCOMPARE(windows.last()->windowTitle(), u"General"_s);
         trigger(u"preferencesAction"_s);
-        QCOMPARE(Window::openWindows(), windows);
+        QCOMPARE(ui::Window::openWindows(), windows);
         windows.last()->close();
-        QCOMPARE(Window::openWindows().size(), 1);
+        QCOMPARE(ui::Window::openWindows().size(), 1);
         trigger(u"preferencesAction"_s);
-        QCOMPARE(Window::openWindows(), windows);
+        QCOMPARE(ui::Window::openWindows(), windows);
     }
 
     void shortcutsWorkInEveryWindow()
     {
         trigger(u"preferencesAction"_s);
-        Window *preferences = Window::openWindows().last();
+        ui::Window *preferences = ui::Window::openWindows().last();
         trigger(u"aboutAction"_s);
-        QTRY_VERIFY(Window::openWindows().last()->isActiveWindow());
-        QTest::keyClick(Window::openWindows().last()->windowHandle(), Qt::Key_Comma, Qt::ControlModifier);
+        QTRY_VERIFY(ui::Window::openWindows().last()->isActiveWindow());
+        QTest::keyClick(ui::Window::openWindows().last()->windowHandle(), Qt::Key_Comma, Qt::ControlModifier);
         QTRY_VERIFY(preferences->isActiveWindow());
         QTest::keyClick(preferences->windowHandle(), Qt::Key_O, Qt::ControlModifier);
         QTRY_VERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
@@ -167,10 +167,10 @@ private Q_SLOTS:
     void controlWClosesTheFrontWindowAlone()
     {
         trigger(u"preferencesAction"_s);
-        Window *preferences = Window::openWindows().last();
+        ui::Window *preferences = ui::Window::openWindows().last();
         QTRY_VERIFY(preferences->isActiveWindow());
         QTest::keyClick(preferences->windowHandle(), Qt::Key_W, Qt::ControlModifier);
-        QCOMPARE(Window::openWindows(), QList<Window *>{m_window->window()});
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{m_window->window()});
     }
 
     void controlQQuitsFromEveryWindow_data()
@@ -195,7 +195,7 @@ private Q_SLOTS:
         QTRY_VERIFY(modal->window()->isActiveWindow());
         // What would open another window behind this one does not.
         QTest::keyClick(modal->window()->windowHandle(), Qt::Key_Comma, Qt::ControlModifier);
-        QCOMPARE(Window::openWindows().size(), 2);
+        QCOMPARE(ui::Window::openWindows().size(), 2);
         pressControlQ();
     }
 
@@ -210,18 +210,18 @@ private Q_SLOTS:
     void actionsAreReachedByName()
     {
         m_window->activateAction(u"preferences"_s);
-        QCOMPARE(Window::openWindows().size(), 2);
+        QCOMPARE(ui::Window::openWindows().size(), 2);
         for (const QString &name : {u"nothing"_s, QString(), u"feedback"_s}) // there is no reporter
             m_window->activateAction(name);
         m_window->activateAction(u"quit"_s);
-        QVERIFY(Window::openWindows().isEmpty());
+        QVERIFY(ui::Window::openWindows().isEmpty());
     }
 
     void aboutOpens()
     {
         trigger(u"aboutAction"_s);
         trigger(u"aboutAction"_s);
-        QCOMPARE(Window::openWindows().size(), 2);
+        QCOMPARE(ui::Window::openWindows().size(), 2);
     }
 
     void pagesOpen_data()
@@ -244,7 +244,7 @@ private Q_SLOTS:
     {
         trigger(u"preferencesAction"_s);
         trigger(u"quitAction"_s);
-        QVERIFY(Window::openWindows().isEmpty());
+        QVERIFY(ui::Window::openWindows().isEmpty());
     }
 
 private:
@@ -252,10 +252,10 @@ private:
     /// In the window in front, and sees all of them go.
     static void pressControlQ()
     {
-        Window *front = Window::openWindows().last();
+        ui::Window *front = ui::Window::openWindows().last();
         QTRY_VERIFY(front->isActiveWindow());
         QTest::keyClick(front->windowHandle(), Qt::Key_Q, Qt::ControlModifier);
-        QVERIFY(Window::openWindows().isEmpty());
+        QVERIFY(ui::Window::openWindows().isEmpty());
     }
     void trigger(const QString &action) const { m_window->window()->findChild<QAction *>(action)->trigger(); }
 

@@ -62,7 +62,7 @@ private Q_SLOTS:
         QVERIFY(m_controller->titlebarViewController);
         QCOMPARE(static_cast<int>(m_controller->titlebarViewController->layoutAttribute()), 6);
         QVERIFY(m_controller->window()->contentViewController() == m_controller->mainViewController());
-        QCOMPARE(Window::openWindows().first(), m_controller->window());
+        QCOMPARE(ui::Window::openWindows().first(), m_controller->window());
         QCOMPARE(m_controller->window()->contentSize(), QSize(760, 640));
     }
 
@@ -74,7 +74,7 @@ private Q_SLOTS:
             return accessory;
         });
         MainWindowController other;
-        const Window *window = other.window();
+        const ui::Window *window = other.window();
         registerScenes();
         QCOMPARE(static_cast<int>(other.titlebarViewController->layoutAttribute()), 6);
         const QWidget *view = other.titlebarViewController->view();
@@ -83,7 +83,7 @@ private Q_SLOTS:
 
     void windowComesUpInTheMiddleOfTheScreen()
     {
-        const Window *window = m_controller->window();
+        const ui::Window *window = m_controller->window();
         const QPoint off = window->geometry().center() - window->screen()->availableGeometry().center();
         QVERIFY2(off.manhattanLength() <= 2, qPrintable(u"%1, %2"_s.arg(off.x()).arg(off.y())));
     }
@@ -222,7 +222,7 @@ private Q_SLOTS:
 
     void tabWalksForthAndBack()
     {
-        Window *window = m_controller->window();
+        ui::Window *window = m_controller->window();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window));
         auto *field = window->findChild<QWidget *>(u"searchField"_s);

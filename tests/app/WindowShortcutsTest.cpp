@@ -40,7 +40,7 @@ class WindowShortcutsTest final : public QObject
         QTest::newRow("feedback") << u"feedback"_s;
     }
 
-    Window *opened(const QString &name)
+    ui::Window *opened(const QString &name)
     {
         if (name == u"feedback"_s)
             m_feedback->showForm({u"Not sent yet."_s, {}, {}, {}});
@@ -54,7 +54,7 @@ class WindowShortcutsTest final : public QObject
         return inFront();
     }
 
-    Window *openedDonation() const
+    ui::Window *openedDonation() const
     {
         m_main->mainViewController()->presentViewControllerAsModalWindow(
             Storyboard::named(u"Main"_s).instantiate<DonateViewController>(u"DonateViewController"_s));
@@ -62,14 +62,14 @@ class WindowShortcutsTest final : public QObject
     }
 
     /// The window that opened last, once keys go to it.
-    Window *inFront() const
+    ui::Window *inFront() const
     {
-        Window *window = Window::openWindows().last();
+        ui::Window *window = ui::Window::openWindows().last();
         const bool isActive = QTest::qWaitFor([&] { return window->isActiveWindow(); });
         return isActive && window != m_main->window() ? window : nullptr;
     }
 
-    static void press(const Window *window, Qt::Key key)
+    static void press(const ui::Window *window, Qt::Key key)
     {
         QTest::keyClick(window->windowHandle(), key, Qt::ControlModifier);
     }
@@ -98,30 +98,30 @@ private Q_SLOTS:
     void controlWClosesItAlone()
     {
         QFETCH(const QString, window);
-        Window *shown = opened(window);
+        ui::Window *shown = opened(window);
         QVERIFY(shown);
         press(shown, Qt::Key_W);
-        QCOMPARE(Window::openWindows(), QList<Window *>{m_main->window()});
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{m_main->window()});
     }
 
     void controlQEndsEverything_data() { addWindows(); }
     void controlQEndsEverything()
     {
         QFETCH(const QString, window);
-        Window *shown = opened(window);
+        ui::Window *shown = opened(window);
         QVERIFY(shown);
         press(shown, Qt::Key_Q);
-        QCOMPARE(Window::openWindows(), QList<Window *>());
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>());
     }
 
     void controlCommaOpensThePreferences_data() { addWindows(); }
     void controlCommaOpensThePreferences()
     {
         QFETCH(const QString, window);
-        Window *shown = opened(window);
+        ui::Window *shown = opened(window);
         QVERIFY(shown);
         press(shown, Qt::Key_Comma);
-        const Window *preferences = inFront();
+        const ui::Window *preferences = inFront();
         QVERIFY(preferences);
         QCOMPARE(preferences->windowTitle(), u"General"_s);
         QVERIFY(shown->isVisible());
@@ -131,7 +131,7 @@ private Q_SLOTS:
     void controlOOpensAVideo()
     {
         QFETCH(const QString, window);
-        Window *shown = opened(window);
+        ui::Window *shown = opened(window);
         QVERIFY(shown);
         press(shown, Qt::Key_O);
         QTRY_VERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
@@ -140,7 +140,7 @@ private Q_SLOTS:
 
     void textOfAReportTakesNoneOfThemAsText()
     {
-        Window *shown = opened(u"feedback"_s);
+        ui::Window *shown = opened(u"feedback"_s);
         QVERIFY(shown);
         const auto *text = shown->findChild<QPlainTextEdit *>();
         QTRY_VERIFY(text->hasFocus());
@@ -151,10 +151,10 @@ private Q_SLOTS:
 
     void controlWClosesTheDonationPromptWithoutAnAnswer()
     {
-        Window *prompt = openedDonation();
+        ui::Window *prompt = openedDonation();
         QVERIFY(prompt);
         press(prompt, Qt::Key_W);
-        QCOMPARE(Window::openWindows(), QList<Window *>{m_main->window()});
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{m_main->window()});
         QVERIFY(!UserDefaults::standard().object(u"dontAskMeToDonate"_s).isValid());
         QVERIFY(!UserDefaults::standard().object(u"askMeToDonateLater"_s).isValid());
         QCOMPARE(m_service->downloadCount(), 0);
@@ -162,10 +162,10 @@ private Q_SLOTS:
 
     void controlQEndsFromTheDonationPrompt()
     {
-        Window *prompt = openedDonation();
+        ui::Window *prompt = openedDonation();
         QVERIFY(prompt);
         press(prompt, Qt::Key_Q);
-        QCOMPARE(Window::openWindows(), QList<Window *>());
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>());
     }
 
     /// What would open another window behind the prompt does not.
@@ -178,10 +178,10 @@ private Q_SLOTS:
     void nothingOpensBehindTheDonationPrompt()
     {
         QFETCH(const Qt::Key, key);
-        Window *prompt = openedDonation();
+        ui::Window *prompt = openedDonation();
         QVERIFY(prompt);
         press(prompt, key);
-        QCOMPARE(Window::openWindows(), (QList<Window *>{m_main->window(), prompt}));
+        QCOMPARE(ui::Window::openWindows(), (QList<ui::Window *>{m_main->window(), prompt}));
         QCOMPARE(QApplication::activeModalWidget(), prompt);
     }
 };

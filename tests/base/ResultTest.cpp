@@ -22,7 +22,7 @@ private Q_SLOTS:
 
     void errorIsAnError()
     {
-        const Result<int> result(Error{u"Domain"_s, 5, u"It did not work."_s});
+        const Result<int> result(base::Error{u"Domain"_s, 5, u"It did not work."_s});
         QVERIFY(!result);
         QCOMPARE(result.error().domain, u"Domain"_s);
         QCOMPARE(result.error().code, 5);
@@ -32,7 +32,7 @@ private Q_SLOTS:
 
     void readingTheOtherSideIsAFault()
     {
-        const Result<int> failed(Error{});
+        const Result<int> failed(base::Error{});
         QVERIFY_EXCEPTION_THROWN(failed.value(), std::bad_variant_access);
         const Result<int> worked(1);
         QVERIFY_EXCEPTION_THROWN(worked.error(), std::bad_variant_access);
@@ -50,7 +50,7 @@ private Q_SLOTS:
         const Result<void> worked;
         QVERIFY(worked);
         QVERIFY_EXCEPTION_THROWN(worked.error(), std::bad_variant_access);
-        const Result<void> failed(Error{u"Domain"_s, 1, u"No."_s});
+        const Result<void> failed(base::Error{u"Domain"_s, 1, u"No."_s});
         QVERIFY(!failed);
         QCOMPARE(failed.error().code, 1);
     }

@@ -141,7 +141,7 @@ private:
             client.send(request, HostRules({}, HostRules::Loopback::Accepted), caught.completion());
         return QTest::qWaitFor([&] { return caught.came(); }, WaitLimit)
                    ? *caught
-                   : Result<HttpAnswer>(Error{u"test"_s, 1, u"never answered"_s});
+                   : Result<HttpAnswer>(base::Error{u"test"_s, 1, u"never answered"_s});
     }
 };
 

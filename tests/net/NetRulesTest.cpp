@@ -128,12 +128,12 @@ private Q_SLOTS:
         QFETCH(const int, service);
         for (int kind = static_cast<int>(ServiceFailure::Offline);
              kind <= static_cast<int>(ServiceFailure::NotFound); ++kind) {
-            const Error error =
+            const base::Error error =
                 serviceError(static_cast<ServiceFailure>(kind), static_cast<ServiceName>(service), u"why"_s);
             QVERIFY2(error.localizedDescription.size() > 20, qPrintable(QString::number(kind)));
             QCOMPARE(kindOf(error), static_cast<ServiceFailure>(kind));
         }
-        QCOMPARE(kindOf(Error{u"Other"_s, 1, {}}), std::nullopt);
+        QCOMPARE(kindOf(base::Error{u"Other"_s, 1, {}}), std::nullopt);
     }
 
     void theStatesHaveSentencesOfTheirOwn()
@@ -174,8 +174,8 @@ private Q_SLOTS:
         QLocale::setDefault(QLocale::c());
         const QDateTime now(QDate(2030, 3, 4), QTime(20, 48), Qt::UTC);
         const QDateTime reset = secondsToReset == 0 ? QDateTime() : now.addSecs(secondsToReset);
-        const Error error = limitError(ServiceName::Subtitles,
-                                       allowed > 0 ? std::optional(allowed) : std::nullopt, reset, now, {});
+        const base::Error error = limitError(
+            ServiceName::Subtitles, allowed > 0 ? std::optional(allowed) : std::nullopt, reset, now, {});
         const QString local =
             reset.toLocalTime().time().toString(u"HH:mm"_s); // this locale would count seconds
         QCOMPARE(error.localizedDescription, sentence.replace(u"%1"_s, local));

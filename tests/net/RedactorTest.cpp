@@ -72,8 +72,8 @@ private Q_SLOTS:
     void errorsCarryNone()
     {
         hideSecret(u"hush-hush"_s);
-        const Error error = serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles,
-                                         u"it said hush-hush, token=xyz123"_s);
+        const base::Error error = serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles,
+                                               u"it said hush-hush, token=xyz123"_s);
         QVERIFY(!error.detail.contains(u"hush"_s));
         QVERIFY(!error.detail.contains(u"xyz123"_s));
     }

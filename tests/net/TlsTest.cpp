@@ -102,7 +102,7 @@ private Q_SLOTS:
     }
 
 private:
-    static Result<HttpAnswer> never() { return Error{u"test"_s, 1, u"never answered"_s}; }
+    static Result<HttpAnswer> never() { return base::Error{u"test"_s, 1, u"never answered"_s}; }
 
     std::unique_ptr<Result<HttpAnswer>> ask(const UnknownServer &server)
     {

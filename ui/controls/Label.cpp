@@ -15,11 +15,11 @@ constexpr qsizetype MaxLineLength = 1000;
 class LabelAccessible final : public QAccessibleWidget
 {
 public:
-    explicit LabelAccessible(Label *label) : QAccessibleWidget(label, QAccessible::StaticText) {}
+    explicit LabelAccessible(ui::Label *label) : QAccessibleWidget(label, QAccessible::StaticText) {}
 
     QString text(QAccessible::Text kind) const override
     {
-        const auto *label = qobject_cast<Label *>(widget());
+        const auto *label = qobject_cast<ui::Label *>(widget());
         if (kind == QAccessible::Name && label && label->accessibleName().isEmpty())
             return label->text();
         return QAccessibleWidget::text(kind);
@@ -28,7 +28,7 @@ public:
 
 QAccessibleInterface *makeAccessible(const QString &, QObject *object)
 {
-    auto *label = qobject_cast<Label *>(object);
+    auto *label = qobject_cast<ui::Label *>(object);
     return label ? new LabelAccessible(label) : nullptr;
 }
 
@@ -45,7 +45,7 @@ bool isLineBreakOrControl(QChar character)
 }
 } // namespace
 
-Label::Label(QWidget *parent) : QWidget(parent)
+ui::Label::Label(QWidget *parent) : QWidget(parent)
 {
     static const bool installed = [] {
         QAccessible::installFactory(makeAccessible);
@@ -55,7 +55,7 @@ Label::Label(QWidget *parent) : QWidget(parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-void Label::setText(const QString &text)
+void ui::Label::setText(const QString &text)
 {
     if (m_text == text)
         return;
@@ -70,32 +70,32 @@ void Label::setText(const QString &text)
     }
 }
 
-void Label::setRole(TextRole role)
+void ui::Label::setRole(TextRole role)
 {
     m_role = role;
     update();
 }
 
-void Label::setElideMode(Qt::TextElideMode mode)
+void ui::Label::setElideMode(Qt::TextElideMode mode)
 {
     m_elideMode = mode;
     update();
 }
 
-void Label::setAlignment(Qt::Alignment alignment)
+void ui::Label::setAlignment(Qt::Alignment alignment)
 {
     m_alignment = alignment;
     update();
 }
 
-void Label::setHugsText(bool hugs)
+void ui::Label::setHugsText(bool hugs)
 {
     m_hugsText = hugs;
     setSizePolicy(hugs ? QSizePolicy::Maximum : QSizePolicy::Preferred, QSizePolicy::Fixed);
     updateGeometry();
 }
 
-QString Label::singleLine(const QString &text)
+QString ui::Label::singleLine(const QString &text)
 {
     QString line = text;
     if (line.size() > MaxLineLength)
@@ -106,7 +106,7 @@ QString Label::singleLine(const QString &text)
     return line;
 }
 
-void Label::draw(QPainter &painter, const QRect &rect, const QPalette &palette) const
+void ui::Label::draw(QPainter &painter, const QRect &rect, const QPalette &palette) const
 {
     if (m_line.isEmpty() || rect.isEmpty())
         return;
@@ -118,7 +118,7 @@ void Label::draw(QPainter &painter, const QRect &rect, const QPalette &palette) 
     painter.drawText(rect, int(alignment) | Qt::TextSingleLine, drawnLine(rect.width()));
 }
 
-QString Label::drawnLine(int width) const
+QString ui::Label::drawnLine(int width) const
 {
     // Skip eliding, which shapes the text a second time and takes half the time of a row.
     if (m_widths.surelyFits(m_line, font(), width))
@@ -126,18 +126,18 @@ QString Label::drawnLine(int width) const
     return QFontMetrics(font()).elidedText(m_line, m_elideMode, width);
 }
 
-QSize Label::sizeHint() const
+QSize ui::Label::sizeHint() const
 {
     const int width = m_hugsText ? fontMetrics().horizontalAdvance(m_line) + 1 : minimumSizeHint().width();
     return {width, fontMetrics().height()};
 }
 
-QSize Label::minimumSizeHint() const
+QSize ui::Label::minimumSizeHint() const
 {
     return {fontMetrics().averageCharWidth() * 4, fontMetrics().height()};
 }
 
-void Label::paintEvent(QPaintEvent *)
+void ui::Label::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     draw(painter, rect(), palette());

@@ -5,6 +5,8 @@
 
 class QPainter;
 
+namespace ui
+{
 /// One line of plain text, elided when it does not fit. Unless it hugs its text, its size does not depend on
 /// the text, so that changing it causes no layout. The text is never markup: line breaks and other control
 /// characters show as spaces, and characters that reorder their surroundings are not shown. Assistive tools
@@ -61,3 +63,4 @@ private:
     Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
     mutable CharacterWidths m_widths;
 };
+} // namespace ui

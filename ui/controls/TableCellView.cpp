@@ -71,7 +71,7 @@ void TableCellView::layOut(const QSize &size)
     m_parts.clear();
     const auto widgets = findChildren<QWidget *>();
     for (QWidget *widget : widgets) {
-        auto *label = qobject_cast<Label *>(widget);
+        auto *label = qobject_cast<ui::Label *>(widget);
         auto *imageView = qobject_cast<ImageView *>(widget);
         if (label || imageView)
             m_parts.append({widget, label, imageView, QRect(widget->mapTo(this, QPoint()), widget->size())});

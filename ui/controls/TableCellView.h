@@ -3,7 +3,10 @@
 #include <QWidget>
 
 class ImageView;
+namespace ui
+{
 class Label;
+}
 
 /// A table cell made from a scene and reused for every row: the delegate fills it and the table draws it. It
 /// is never shown as a widget: its labels and image views are laid out once for a size and then drawn row by
@@ -30,7 +33,7 @@ private:
     struct Part
     {
         QWidget *widget = nullptr;
-        Label *label = nullptr;         // or else
+        ui::Label *label = nullptr;     // or else
         ImageView *imageView = nullptr; // set when there is no label
         QRect geometry;                 // in the cell
     };

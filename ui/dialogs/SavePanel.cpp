@@ -63,7 +63,7 @@ void SavePanel::setObserver(std::function<void()> observer)
     panelObserver = std::move(observer);
 }
 
-void SavePanel::beginSheetModalForWindow(Window *window, std::function<void(ModalResponse)> completion)
+void SavePanel::beginSheetModalForWindow(ui::Window *window, std::function<void(ModalResponse)> completion)
 {
     Q_ASSERT(MainQueue::isMainThread());
     m_url.reset();
@@ -72,7 +72,7 @@ void SavePanel::beginSheetModalForWindow(Window *window, std::function<void(Moda
     });
 }
 
-QDialog *SavePanel::makeSheet(Window *window, std::function<void(ModalResponse)> completion)
+QDialog *SavePanel::makeSheet(ui::Window *window, std::function<void(ModalResponse)> completion)
 {
     const auto folder = directoryURL ? folderOf(*directoryURL) : std::nullopt;
     auto *dialog = new SaveDialog(window, title, folder ? *folder : defaultFolder(), nameFieldStringValue);

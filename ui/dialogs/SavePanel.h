@@ -7,7 +7,10 @@
 
 class QDialog;
 class SaveDialog;
+namespace ui
+{
 class Window;
+}
 
 /// The answer of a save sheet; the numbers are the platform's.
 enum class ModalResponse
@@ -37,12 +40,12 @@ public:
     /// Shows the sheet on `window` and returns at once. `completion` is called once on the main thread with
     /// the answer, or never when the window is destroyed first. The panel, which must be held by a shared
     /// pointer, keeps itself alive until then. A window shows one sheet at a time; others wait.
-    void beginSheetModalForWindow(Window *window, std::function<void(ModalResponse)> completion);
+    void beginSheetModalForWindow(ui::Window *window, std::function<void(ModalResponse)> completion);
     /// The chosen file; none before OK.
     std::optional<QUrl> URL() const { return m_url; }
 
 private:
-    QDialog *makeSheet(Window *window, std::function<void(ModalResponse)> completion);
+    QDialog *makeSheet(ui::Window *window, std::function<void(ModalResponse)> completion);
     ModalResponse takeAnswer(const SaveDialog &dialog, int result);
 
     std::optional<QUrl> m_url;

@@ -55,7 +55,7 @@ QString toText(const QVariant &value)
 bool hasAspect(QWidget &control, Binding binding)
 {
     const bool isButton = qobject_cast<QAbstractButton *>(&control);
-    const bool isLabel = qobject_cast<QLabel *>(&control) || qobject_cast<Label *>(&control);
+    const bool isLabel = qobject_cast<QLabel *>(&control) || qobject_cast<ui::Label *>(&control);
     switch (binding) {
     case Binding::Value:
         return isButton || isLabel || qobject_cast<QLineEdit *>(&control);
@@ -148,7 +148,7 @@ void BindingTarget::showText(const QString &text)
         field->setText(text); // only when it differs, because it moves the caret
     else if (auto *label = qobject_cast<QLabel *>(&m_control))
         label->setText(text);
-    else if (auto *plainLabel = qobject_cast<Label *>(&m_control))
+    else if (auto *plainLabel = qobject_cast<ui::Label *>(&m_control))
         plainLabel->setText(text);
 }
 

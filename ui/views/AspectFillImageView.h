@@ -11,6 +11,6 @@ public:
     using ImageView::ImageView;
 
     /// Always none.
-    std::optional<Image> image() const override;
-    void setImage(const std::optional<Image> &image) override;
+    std::optional<ui::Image> image() const override;
+    void setImage(const std::optional<ui::Image> &image) override;
 };

@@ -6,7 +6,7 @@
 
 void drawGlyph(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color)
 {
-    const auto image = Image::named(name);
+    const auto image = ui::Image::named(name);
     if (!image)
         return;
     QPixmap shape = image->pixmap(rect.size(), painter.device()->devicePixelRatioF());

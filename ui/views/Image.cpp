@@ -15,7 +15,7 @@ namespace
 struct NamedImages
 {
     QString folder;
-    QHash<QString, Image> byName;
+    QHash<QString, ui::Image> byName;
 };
 
 NamedImages &namedImages()
@@ -38,19 +38,22 @@ bool isPlainName(const QString &name)
 }
 } // namespace
 
-Image::Image(const QImage &pixels) : Image(std::make_shared<Source>(pixels)) {}
+ui::Image::Image(const QImage &pixels) : ui::Image(std::make_shared<Source>(pixels)) {}
 
-Image::Image(std::shared_ptr<Source> source) : m_source(std::move(source)), m_size(m_source->naturalSize()) {}
+ui::Image::Image(std::shared_ptr<Source> source)
+    : m_source(std::move(source)), m_size(m_source->naturalSize())
+{
+}
 
-std::optional<Image> Image::fromFile(const QString &path)
+std::optional<ui::Image> ui::Image::fromFile(const QString &path)
 {
     auto source = Source::read(path);
     if (!source)
         return std::nullopt;
-    return Image(std::move(source));
+    return ui::Image(std::move(source));
 }
 
-std::optional<Image> Image::named(const QString &name)
+std::optional<ui::Image> ui::Image::named(const QString &name)
 {
     if (!isPlainName(name))
         return std::nullopt;
@@ -72,22 +75,22 @@ std::optional<Image> Image::named(const QString &name)
     return std::nullopt;
 }
 
-QSizeF Image::size() const
+QSizeF ui::Image::size() const
 {
     return m_size;
 }
 
-void Image::setSize(const QSizeF &size)
+void ui::Image::setSize(const QSizeF &size)
 {
     m_size = size;
 }
 
-QPixmap Image::pixmap(const QSizeF &size, qreal devicePixelRatio) const
+QPixmap ui::Image::pixmap(const QSizeF &size, qreal devicePixelRatio) const
 {
     return m_source->pixmap(size, devicePixelRatio);
 }
 
-bool Image::operator==(const Image &other) const
+bool ui::Image::operator==(const ui::Image &other) const
 {
     return m_source == other.m_source && m_size == other.m_size;
 }

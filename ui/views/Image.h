@@ -5,6 +5,8 @@
 #include <memory>
 #include <optional>
 
+namespace ui
+{
 /// A picture that is drawn at a size in points: pixels, or SVG, which is sharp at every scale. Copies share
 /// their content; drawings are cached by size and scale. Main thread only.
 class Image final
@@ -31,3 +33,4 @@ private:
     std::shared_ptr<Source> m_source;
     QSizeF m_size;
 };
+} // namespace ui

@@ -39,7 +39,7 @@ QRectF placedByGravity(const QSizeF &size, const QRectF &bounds, ContentsGravity
     return placed;
 }
 
-void drawImage(QPainter &painter, const Image &image, const QRectF &bounds, ContentsGravity gravity)
+void drawImage(QPainter &painter, const ui::Image &image, const QRectF &bounds, ContentsGravity gravity)
 {
     QRectF target = placedByGravity(image.size(), bounds, gravity);
     const qreal ratio = painter.device()->devicePixelRatioF();

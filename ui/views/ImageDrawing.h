@@ -7,4 +7,4 @@ class QPainter;
 QRectF placedByGravity(const QSizeF &size, const QRectF &bounds, ContentsGravity gravity);
 
 /// Draws the image by gravity, without leaving `bounds`.
-void drawImage(QPainter &painter, const Image &image, const QRectF &bounds, ContentsGravity gravity);
+void drawImage(QPainter &painter, const ui::Image &image, const QRectF &bounds, ContentsGravity gravity);

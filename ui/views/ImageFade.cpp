@@ -9,11 +9,11 @@ namespace
 constexpr auto FadeDuration = 250ms;
 } // namespace
 
-void setImageWithFade(ImageView &view, const std::optional<Image> &image)
+void setImageWithFade(ImageView &view, const std::optional<ui::Image> &image)
 {
     const Transition transition{Transition::Type::Fade, FadeDuration, TimingFunction::EaseInEaseOut};
     view.setWantsLayer(true);
-    if (Layer *layer = view.layer())
-        layer->addAnimation(transition, QLatin1String(Layer::TransitionKey));
+    if (ui::Layer *layer = view.layer())
+        layer->addAnimation(transition, QLatin1String(ui::Layer::TransitionKey));
     view.setImage(image);
 }

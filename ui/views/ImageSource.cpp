@@ -27,7 +27,7 @@ bool isSvg(const QString &path)
 }
 } // namespace
 
-std::shared_ptr<Image::Source> Image::Source::read(const QString &path)
+std::shared_ptr<ui::Image::Source> ui::Image::Source::read(const QString &path)
 {
     if (isSvg(path)) {
         auto svg = std::make_unique<QSvgRenderer>();
@@ -44,12 +44,12 @@ std::shared_ptr<Image::Source> Image::Source::read(const QString &path)
     return std::make_shared<Source>(pixels);
 }
 
-QSizeF Image::Source::naturalSize() const
+QSizeF ui::Image::Source::naturalSize() const
 {
     return m_svg ? QSizeF(m_svg->defaultSize()) : m_pixels.deviceIndependentSize();
 }
 
-QPixmap Image::Source::pixmap(const QSizeF &size, qreal devicePixelRatio)
+QPixmap ui::Image::Source::pixmap(const QSizeF &size, qreal devicePixelRatio)
 {
     const QSize pixels(bounded(size.width() * devicePixelRatio), bounded(size.height() * devicePixelRatio));
     if (pixels.isEmpty())
@@ -64,7 +64,7 @@ QPixmap Image::Source::pixmap(const QSizeF &size, qreal devicePixelRatio)
     return m_drawn.front().pixmap;
 }
 
-QPixmap Image::Source::draw(const QSize &pixels, qreal devicePixelRatio) const
+QPixmap ui::Image::Source::draw(const QSize &pixels, qreal devicePixelRatio) const
 {
     QImage drawn;
     if (m_svg) {
@@ -80,7 +80,7 @@ QPixmap Image::Source::draw(const QSize &pixels, qreal devicePixelRatio) const
     return pixmap;
 }
 
-void Image::Source::keep(const Drawn &drawn)
+void ui::Image::Source::keep(const Drawn &drawn)
 {
     m_drawn.push_front(drawn);
     if (m_drawn.size() > MaxDrawnPixmaps)

@@ -6,7 +6,7 @@
 #include <list>
 
 /// The content of an image, shared by its copies, and the pixmaps drawn recently. Main thread only.
-class Image::Source final
+class ui::Image::Source final
 {
 public:
     /// The file's content, or null when it is not a complete picture.

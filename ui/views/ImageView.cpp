@@ -7,12 +7,12 @@ ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
 
 ImageView::~ImageView() = default;
 
-std::optional<Image> ImageView::image() const
+std::optional<ui::Image> ImageView::image() const
 {
     return m_image;
 }
 
-void ImageView::setImage(const std::optional<Image> &image)
+void ImageView::setImage(const std::optional<ui::Image> &image)
 {
     m_image = image;
     if (m_layer)
@@ -32,7 +32,7 @@ void ImageView::setWantsLayer(bool wants)
 {
     m_wantsLayer = wants;
     if (wants && !m_layer) {
-        auto layer = std::make_unique<Layer>();
+        auto layer = std::make_unique<ui::Layer>();
         layer->setContentsGravity(ownGravity());
         layer->setContents(m_image);
         setLayer(std::move(layer));
@@ -41,12 +41,12 @@ void ImageView::setWantsLayer(bool wants)
     update();
 }
 
-void ImageView::setLayer(std::unique_ptr<Layer> layer)
+void ImageView::setLayer(std::unique_ptr<ui::Layer> layer)
 {
     m_layer = std::move(layer);
     m_layerIsOwn = false;
     if (m_layer)
-        connect(m_layer.get(), &Layer::needsDisplay, this, qOverload<>(&QWidget::update));
+        connect(m_layer.get(), &ui::Layer::needsDisplay, this, qOverload<>(&QWidget::update));
     update();
 }
 

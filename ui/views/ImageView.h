@@ -16,8 +16,8 @@ public:
     explicit ImageView(QWidget *parent = nullptr);
     ~ImageView() override;
 
-    virtual std::optional<Image> image() const;
-    virtual void setImage(const std::optional<Image> &image);
+    virtual std::optional<ui::Image> image() const;
+    virtual void setImage(const std::optional<ui::Image> &image);
 
     bool isAspectFill() const { return m_aspectFill; }
     void setAspectFill(bool fill);
@@ -25,8 +25,8 @@ public:
     bool wantsLayer() const { return m_wantsLayer; }
     /// Makes the view layer-backed; creates a layer with its image unless one was set before.
     void setWantsLayer(bool wants);
-    Layer *layer() const { return m_layer.get(); }
-    void setLayer(std::unique_ptr<Layer> layer);
+    ui::Layer *layer() const { return m_layer.get(); }
+    void setLayer(std::unique_ptr<ui::Layer> layer);
     /// Whether subviews should draw into the view's layer. Here they share one surface in any case.
     bool canDrawSubviewsIntoLayer() const { return m_canDrawSubviewsIntoLayer; }
     void setCanDrawSubviewsIntoLayer(bool can);
@@ -40,8 +40,8 @@ protected:
 private:
     ContentsGravity ownGravity() const;
 
-    std::optional<Image> m_image;
-    std::unique_ptr<Layer> m_layer;
+    std::optional<ui::Image> m_image;
+    std::unique_ptr<ui::Layer> m_layer;
     bool m_layerIsOwn = false; // created here, not set
     bool m_wantsLayer = false;
     bool m_aspectFill = false;

@@ -34,7 +34,7 @@ void cutCorners(QImage &image, qreal radius)
 }
 } // namespace
 
-void Layer::setContents(const std::optional<Image> &contents)
+void ui::Layer::setContents(const std::optional<ui::Image> &contents)
 {
     if (contents == m_contents)
         return;
@@ -47,41 +47,41 @@ void Layer::setContents(const std::optional<Image> &contents)
     Q_EMIT needsDisplay();
 }
 
-void Layer::setContentsGravity(ContentsGravity gravity)
+void ui::Layer::setContentsGravity(ContentsGravity gravity)
 {
     m_gravity = gravity;
     Q_EMIT needsDisplay();
 }
 
-void Layer::setCornerRadius(qreal points)
+void ui::Layer::setCornerRadius(qreal points)
 {
     m_cornerRadius = points;
     Q_EMIT needsDisplay();
 }
 
-void Layer::setMasksToBounds(bool masks)
+void ui::Layer::setMasksToBounds(bool masks)
 {
     m_masksToBounds = masks;
     Q_EMIT needsDisplay();
 }
 
-void Layer::addAnimation(const Transition &transition, const QString &key)
+void ui::Layer::addAnimation(const Transition &transition, const QString &key)
 {
     m_animations.insert(key, transition);
 }
 
-std::optional<Transition> Layer::animation(const QString &key) const
+std::optional<Transition> ui::Layer::animation(const QString &key) const
 {
     const auto found = m_animations.constFind(key);
     return found == m_animations.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-qreal Layer::fadeProgress() const
+qreal ui::Layer::fadeProgress() const
 {
     return m_progress;
 }
 
-void Layer::beginFade(const Transition &transition)
+void ui::Layer::beginFade(const Transition &transition)
 {
     // An interrupted fade continues from the visible mixture.
     for (Outgoing &outgoing : m_outgoing)
@@ -99,7 +99,7 @@ void Layer::beginFade(const Transition &transition)
     m_fade->start();
 }
 
-void Layer::makeFade()
+void ui::Layer::makeFade()
 {
     m_fade = new QVariantAnimation(this);
     m_fade->setStartValue(qreal(0));
@@ -114,7 +114,7 @@ void Layer::makeFade()
     });
 }
 
-void Layer::endFade()
+void ui::Layer::endFade()
 {
     if (m_fade)
         m_fade->stop();
@@ -122,7 +122,7 @@ void Layer::endFade()
     m_progress = 1;
 }
 
-void Layer::draw(QPainter &painter, const QRectF &bounds) const
+void ui::Layer::draw(QPainter &painter, const QRectF &bounds) const
 {
     if (bounds.isEmpty())
         return;
@@ -133,7 +133,7 @@ void Layer::draw(QPainter &painter, const QRectF &bounds) const
         drawImage(painter, *m_contents, bounds, m_gravity);
 }
 
-void Layer::add(QImage &mixture, const Image &image, qreal opacity) const
+void ui::Layer::add(QImage &mixture, const ui::Image &image, qreal opacity) const
 {
     QImage part = transparentImage(mixture.size(), mixture.devicePixelRatio());
     QPainter drawing(&part);
@@ -146,7 +146,7 @@ void Layer::add(QImage &mixture, const Image &image, qreal opacity) const
     adding.drawImage(QPoint(), part);
 }
 
-QImage Layer::composed(const QSizeF &size, qreal devicePixelRatio) const
+QImage ui::Layer::composed(const QSizeF &size, qreal devicePixelRatio) const
 {
     QImage image = transparentImage((size * devicePixelRatio).toSize().expandedTo({1, 1}), devicePixelRatio);
     for (const Outgoing &outgoing : m_outgoing)

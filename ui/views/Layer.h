@@ -36,6 +36,8 @@ struct Transition
     TimingFunction timingFunction = TimingFunction::EaseInEaseOut;
 };
 
+namespace ui
+{
 /// What a layer-backed view draws: contents with a gravity, clipped to rounded corners. A transition added
 /// before the contents change blends the old into the new; with reduced motion the change is at once. Main
 /// thread only.
@@ -89,3 +91,4 @@ private:
     qreal m_progress = 1;                // below 1 while a fade runs
     QList<Outgoing> m_outgoing;
 };
+} // namespace ui

@@ -36,8 +36,8 @@ DialogFrame::DialogFrame(QDialog &dialog)
     dialog.setAttribute(Qt::WA_TranslucentBackground);
     dialog.setSizeGripEnabled(false);
     m_titleBar->setTransparent(true);
-    m_titleBar->setButtonHidden(Window::StandardButton::Miniaturize, true);
-    m_titleBar->setButtonHidden(Window::StandardButton::Zoom, true);
+    m_titleBar->setButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    m_titleBar->setButtonHidden(ui::Window::StandardButton::Zoom, true);
     connect(m_titleBar, &TitleBar::closeRequested, &dialog, &QWidget::close);
     connect(m_titleBar, &TitleBar::moveRequested, this, [this] {
         if (m_dialog.windowHandle())
@@ -114,7 +114,8 @@ void DialogFrame::correctPosition()
 void DialogFrame::setLook(const WindowFrame::Look &look)
 {
     m_look = look;
-    m_dialog.setContentsMargins(look.margin, look.margin + Window::TitleBarHeight, look.margin, look.margin);
+    m_dialog.setContentsMargins(look.margin, look.margin + ui::Window::TitleBarHeight, look.margin,
+                                look.margin);
     m_overlay->setLook(look);
     m_grip->setMargin(look.margin);
     layOut();
@@ -124,7 +125,7 @@ void DialogFrame::setLook(const WindowFrame::Look &look)
 void DialogFrame::layOut()
 {
     const int margin = m_look.margin;
-    m_titleBar->setGeometry(margin, margin, m_dialog.width() - 2 * margin, Window::TitleBarHeight);
+    m_titleBar->setGeometry(margin, margin, m_dialog.width() - 2 * margin, ui::Window::TitleBarHeight);
     for (QWidget *cover : {static_cast<QWidget *>(m_titleBar), static_cast<QWidget *>(m_grip),
                            static_cast<QWidget *>(m_overlay)})
         cover->raise();

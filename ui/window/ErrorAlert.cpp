@@ -44,7 +44,7 @@ QString breakable(const QString &text)
 }
 } // namespace
 
-void showErrorAlert(const Error &error, QWidget *window)
+void showErrorAlert(const base::Error &error, QWidget *window)
 {
     Q_ASSERT(MainQueue::isMainThread());
     // The alert is deleted with its window, possibly while it is shown.

@@ -33,7 +33,7 @@ public:
 
     void presentErrorMessage(const QString &message, const Completion &completion) override
     {
-        this->presentError(Error{QString(), MessageErrorCode, message});
+        this->presentError(base::Error{QString(), MessageErrorCode, message});
         completion();
     }
 

@@ -28,7 +28,7 @@ TitleBar::TitleBar(QWidget *window)
     connect(window, &QWidget::windowTitleChanged, this, qOverload<>(&QWidget::update));
 }
 
-void TitleBar::setTitleVisibility(Window::TitleVisibility visibility)
+void TitleBar::setTitleVisibility(ui::Window::TitleVisibility visibility)
 {
     m_titleVisibility = visibility;
     update();
@@ -40,20 +40,20 @@ void TitleBar::setTransparent(bool transparent)
     update();
 }
 
-TitleBarButton *TitleBar::button(Window::StandardButton button) const
+TitleBarButton *TitleBar::button(ui::Window::StandardButton button) const
 {
     switch (button) {
-    case Window::StandardButton::Miniaturize:
+    case ui::Window::StandardButton::Miniaturize:
         return m_minimize;
-    case Window::StandardButton::Zoom:
+    case ui::Window::StandardButton::Zoom:
         return m_zoom;
-    case Window::StandardButton::Close:
+    case ui::Window::StandardButton::Close:
         break;
     }
     return m_close;
 }
 
-void TitleBar::setButtonHidden(Window::StandardButton which, bool hidden)
+void TitleBar::setButtonHidden(ui::Window::StandardButton which, bool hidden)
 {
     button(which)->setHidden(hidden);
     layOut();
@@ -170,7 +170,7 @@ void TitleBar::paintEvent(QPaintEvent *)
     if (!m_transparent)
         painter.fillRect(rect(), colors.window);
     const QRect place = titleRect();
-    if (m_titleVisibility == Window::TitleVisibility::Hidden || place.width() <= 0)
+    if (m_titleVisibility == ui::Window::TitleVisibility::Hidden || place.width() <= 0)
         return;
     QFont titleFont = font();
     titleFont.setWeight(QFont::DemiBold);

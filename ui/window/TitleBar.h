@@ -18,13 +18,13 @@ class TitleBar final : public QWidget
 public:
     explicit TitleBar(QWidget *window);
 
-    void setTitleVisibility(Window::TitleVisibility visibility);
-    Window::TitleVisibility titleVisibility() const { return m_titleVisibility; }
+    void setTitleVisibility(ui::Window::TitleVisibility visibility);
+    ui::Window::TitleVisibility titleVisibility() const { return m_titleVisibility; }
     /// Whether the content shows behind the bar instead of the bar's background.
     void setTransparent(bool transparent);
     bool isTransparent() const { return m_transparent; }
-    TitleBarButton *button(Window::StandardButton button) const;
-    void setButtonHidden(Window::StandardButton which, bool hidden);
+    TitleBarButton *button(ui::Window::StandardButton button) const;
+    void setButtonHidden(ui::Window::StandardButton which, bool hidden);
     void setMaximized(bool maximized);
     void addAccessory(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
     /// Every focusable widget of the bar, in reading order.
@@ -55,7 +55,7 @@ private:
     void place(QWidget *widget, int left);
     QList<QWidget *> accessoryViews(LayoutAttribute end) const;
 
-    Window::TitleVisibility m_titleVisibility = Window::TitleVisibility::Visible;
+    ui::Window::TitleVisibility m_titleVisibility = ui::Window::TitleVisibility::Visible;
     bool m_transparent = false;
     TitleBarButton *m_minimize;
     TitleBarButton *m_zoom;

@@ -45,9 +45,9 @@ bool ViewController::isViewLoaded() const
     return m_keeper && m_keeper->view();
 }
 
-Window *ViewController::window() const
+ui::Window *ViewController::window() const
 {
-    return isViewLoaded() ? qobject_cast<Window *>(m_keeper->view()->window()) : nullptr;
+    return isViewLoaded() ? qobject_cast<ui::Window *>(m_keeper->view()->window()) : nullptr;
 }
 
 QString ViewController::title() const
@@ -88,12 +88,12 @@ void ViewController::presentViewControllerAsModalWindow(const std::shared_ptr<Vi
 
 void ViewController::beginModalPresentation(const std::shared_ptr<ViewController> &presenter)
 {
-    auto *modalWindow = new Window;
+    auto *modalWindow = new ui::Window;
     m_presenting = presenter;
     m_modalWindow = modalWindow;
     // The window has no parent, so a presentation that is still shown at the program's end is ended here.
     connect(qApp, &QCoreApplication::aboutToQuit, modalWindow, [this] { dismissController(); });
-    connect(modalWindow, &Window::closed, this, [this] { dismissController(); });
+    connect(modalWindow, &ui::Window::closed, this, [this] { dismissController(); });
 
     // The size that the scene gave the view; the window would overwrite it.
     const QSize contentSize = view()->testAttribute(Qt::WA_Resized) ? view()->size() : view()->sizeHint();
@@ -102,9 +102,9 @@ void ViewController::beginModalPresentation(const std::shared_ptr<ViewController
         modalWindow->setContentSize(contentSize);
     modalWindow->setWindowModality(Qt::ApplicationModal);
     // A minimised modal window would block the program invisibly.
-    modalWindow->setStandardButtonHidden(Window::StandardButton::Miniaturize, true);
-    modalWindow->setStandardButtonHidden(Window::StandardButton::Zoom, true);
-    Window *presenterWindow = presenter ? presenter->window() : nullptr;
+    modalWindow->setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    modalWindow->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
+    ui::Window *presenterWindow = presenter ? presenter->window() : nullptr;
     if (presenterWindow && presenterWindow->windowHandle()) {
         modalWindow->winId();
         modalWindow->windowHandle()->setTransientParent(presenterWindow->windowHandle());
@@ -117,7 +117,7 @@ void ViewController::dismissController(QObject *)
 {
     if (!m_modalWindow)
         return;
-    Window *modalWindow = m_modalWindow;
+    ui::Window *modalWindow = m_modalWindow;
     m_modalWindow = nullptr;
     m_presenting.reset();
     modalWindow->hide();
@@ -125,7 +125,7 @@ void ViewController::dismissController(QObject *)
     modalWindow->deleteLater();
 }
 
-bool ViewController::presentError(const Error &error)
+bool ViewController::presentError(const base::Error &error)
 {
     showErrorAlert(error, window());
     return false;

@@ -6,7 +6,10 @@
 #include <memory>
 
 class ViewKeeper;
+namespace ui
+{
 class Window;
+}
 
 /// Holds a view and its logic. Main thread only, but the last reference may be released on any thread: `make`
 /// returns a pointer whose deleter switches to the main thread.
@@ -34,7 +37,7 @@ public:
     QWidget *view();
     bool isViewLoaded() const;
     /// The window that shows the view, or null.
-    Window *window() const;
+    ui::Window *window() const;
 
     virtual QString title() const;
     virtual void setTitle(const QString &title);
@@ -60,7 +63,7 @@ public:
 
     /// Shows the standard error alert over the controller's window and returns when it is dismissed. Returns
     /// whether the program recovered from the error, which is always false.
-    virtual bool presentError(const Error &error);
+    virtual bool presentError(const base::Error &error);
 
 Q_SIGNALS:
     void titleChanged(const QString &title);
@@ -76,5 +79,5 @@ private:
     std::unique_ptr<ViewKeeper> m_keeper;
     bool m_loadingView = false;
     std::weak_ptr<ViewController> m_presenting;
-    QPointer<Window> m_modalWindow; // of the current presentation; holds this controller
+    QPointer<ui::Window> m_modalWindow; // of the current presentation; holds this controller
 };

@@ -29,9 +29,9 @@ namespace
 {
 constexpr QSize DefaultContentSize{760, 640};
 
-QList<Window *> &allWindows()
+QList<ui::Window *> &allWindows()
 {
-    static QList<Window *> windows;
+    static QList<ui::Window *> windows;
     return windows;
 }
 
@@ -42,7 +42,7 @@ QList<QPointer<QAction>> &commonActions()
 }
 } // namespace
 
-Window::Window(QWidget *parent)
+ui::Window::Window(QWidget *parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), d(std::make_unique<Private>(this))
 {
     // Set even without a compositor, because one may start later; without one everything is painted opaque.
@@ -57,37 +57,37 @@ Window::Window(QWidget *parent)
     }
 }
 
-Window::~Window()
+ui::Window::~Window()
 {
     allWindows().removeOne(this);
     // Done while the window is whole, because removing the view moves the focus.
     d->releaseContent();
 }
 
-QList<Window *> Window::openWindows()
+QList<ui::Window *> ui::Window::openWindows()
 {
-    QList<Window *> open;
-    for (Window *window : allWindows()) {
+    QList<ui::Window *> open;
+    for (ui::Window *window : allWindows()) {
         if (window->isVisible())
             open += window;
     }
     return open;
 }
 
-void Window::addActionToEveryWindow(QAction &action)
+void ui::Window::addActionToEveryWindow(QAction &action)
 {
     commonActions().removeAll(nullptr); // removes the destroyed ones
     commonActions() += &action;
-    for (Window *window : allWindows())
+    for (ui::Window *window : allWindows())
         window->addAction(&action);
 }
 
-std::shared_ptr<ViewController> Window::contentViewController() const
+std::shared_ptr<ViewController> ui::Window::contentViewController() const
 {
     return d->controller;
 }
 
-void Window::setContentViewController(const std::shared_ptr<ViewController> &controller)
+void ui::Window::setContentViewController(const std::shared_ptr<ViewController> &controller)
 {
     if (controller == d->controller)
         return;
@@ -96,7 +96,7 @@ void Window::setContentViewController(const std::shared_ptr<ViewController> &con
         d->adoptContent(controller);
 }
 
-void Window::setContentSize(const QSize &size)
+void ui::Window::setContentSize(const QSize &size)
 {
     d->contentMinimum = size.boundedTo(Private::ContentMinimum);
     d->chosenContentSize = size;
@@ -104,32 +104,32 @@ void Window::setContentSize(const QSize &size)
     resize(d->windowSizeFor(size));
 }
 
-QSize Window::contentSize() const
+QSize ui::Window::contentSize() const
 {
     return d->contentRect().size();
 }
 
-void Window::setTitlebarAppearsTransparent(bool transparent)
+void ui::Window::setTitlebarAppearsTransparent(bool transparent)
 {
     d->titleBar->setTransparent(transparent);
 }
 
-bool Window::titlebarAppearsTransparent() const
+bool ui::Window::titlebarAppearsTransparent() const
 {
     return d->titleBar->isTransparent();
 }
 
-void Window::setTitleVisibility(TitleVisibility visibility)
+void ui::Window::setTitleVisibility(TitleVisibility visibility)
 {
     d->titleBar->setTitleVisibility(visibility);
 }
 
-Window::TitleVisibility Window::titleVisibility() const
+ui::Window::TitleVisibility ui::Window::titleVisibility() const
 {
     return d->titleBar->titleVisibility();
 }
 
-void Window::setFullSizeContentView(bool fullSize)
+void ui::Window::setFullSizeContentView(bool fullSize)
 {
     if (fullSize == d->fullSizeContentView)
         return;
@@ -138,51 +138,51 @@ void Window::setFullSizeContentView(bool fullSize)
     d->layOut();
 }
 
-bool Window::isFullSizeContentView() const
+bool ui::Window::isFullSizeContentView() const
 {
     return d->fullSizeContentView;
 }
 
-void Window::setStandardButtonHidden(StandardButton button, bool hidden)
+void ui::Window::setStandardButtonHidden(StandardButton button, bool hidden)
 {
     d->titleBar->setButtonHidden(button, hidden);
 }
 
-bool Window::isStandardButtonHidden(StandardButton button) const
+bool ui::Window::isStandardButtonHidden(StandardButton button) const
 {
     return d->titleBar->button(button)->isHidden();
 }
 
-void Window::setResizable(bool resizable)
+void ui::Window::setResizable(bool resizable)
 {
     d->resizable = resizable;
     d->applySizeLimits();
     d->refreshFrame();
 }
 
-bool Window::isResizable() const
+bool ui::Window::isResizable() const
 {
     return d->resizable;
 }
 
-bool Window::isZoomable() const
+bool ui::Window::isZoomable() const
 {
     return d->resizable && !isStandardButtonHidden(StandardButton::Zoom);
 }
 
-QAction *Window::closeAction() const
+QAction *ui::Window::closeAction() const
 {
     return d->closeAction;
 }
 
-void Window::addTitlebarAccessoryViewController(
+void ui::Window::addTitlebarAccessoryViewController(
     const std::shared_ptr<TitlebarAccessoryViewController> &accessory)
 {
     d->titleBar->addAccessory(accessory);
     d->orderFocus();
 }
 
-void Window::center()
+void ui::Window::center()
 {
     if (!screen())
         return;
@@ -195,7 +195,7 @@ void Window::center()
     move(qMax(place.left(), room.left()), qMax(place.top(), room.top()));
 }
 
-void Window::makeKeyAndOrderFront()
+void ui::Window::makeKeyAndOrderFront()
 {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
@@ -203,7 +203,7 @@ void Window::makeKeyAndOrderFront()
     activateWithToken(*this);
 }
 
-void Window::makeFirstResponder(QWidget *widget)
+void ui::Window::makeFirstResponder(QWidget *widget)
 {
     if (widget)
         widget->setFocus(Qt::OtherFocusReason);
@@ -211,12 +211,12 @@ void Window::makeFirstResponder(QWidget *widget)
         focusWidget()->clearFocus();
 }
 
-int Window::shadowMargin() const
+int ui::Window::shadowMargin() const
 {
     return d->look.margin;
 }
 
-void Window::setVisible(bool visible)
+void ui::Window::setVisible(bool visible)
 {
     // Show events also come when a window is un-minimised.
     const bool appears = visible && !isVisible();
@@ -236,14 +236,14 @@ void Window::setVisible(bool visible)
         Q_EMIT closed();
 }
 
-bool Window::event(QEvent *event)
+bool ui::Window::event(QEvent *event)
 {
     if (event->type() == QEvent::WinIdChange)
         d->watchHandle();
     return QWidget::event(event);
 }
 
-void Window::changeEvent(QEvent *event)
+void ui::Window::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange)
@@ -252,18 +252,18 @@ void Window::changeEvent(QEvent *event)
         update();
 }
 
-void Window::closeEvent(QCloseEvent *event)
+void ui::Window::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
     d->closing = event->isAccepted() && isVisible();
 }
 
-void Window::resizeEvent(QResizeEvent *)
+void ui::Window::resizeEvent(QResizeEvent *)
 {
     d->layOut();
 }
 
-void Window::paintEvent(QPaintEvent *)
+void ui::Window::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     if (d->look.margin > 0)

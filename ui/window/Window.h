@@ -9,6 +9,8 @@ class TitleBar;
 class TitlebarAccessoryViewController;
 class ViewController;
 
+namespace ui
+{
 /// A top-level window that draws its own title bar, rounded corners and shadow. The window system moves,
 /// resizes and maximises it and shows its menu. It has square corners and no margin when it is maximised,
 /// full screen or no compositor runs. Main thread only.
@@ -97,3 +99,4 @@ private:
     class Private;
     std::unique_ptr<Private> d;
 };
+} // namespace ui

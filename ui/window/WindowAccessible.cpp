@@ -8,7 +8,7 @@ namespace
 {
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
-    auto *window = qobject_cast<Window *>(object);
+    auto *window = qobject_cast<ui::Window *>(object);
     return window ? new WindowAccessible(window) : nullptr;
 }
 } // namespace

@@ -8,7 +8,7 @@
 WindowController::WindowController() = default;
 WindowController::~WindowController() = default;
 
-Window *WindowController::window()
+ui::Window *WindowController::window()
 {
     if (m_window)
         return m_window.get();
@@ -47,10 +47,10 @@ void WindowController::setContentViewController(const std::shared_ptr<ViewContro
 
 void WindowController::loadWindow()
 {
-    setWindow(std::make_unique<Window>());
+    setWindow(std::make_unique<ui::Window>());
 }
 
-void WindowController::setWindow(std::unique_ptr<Window> window)
+void WindowController::setWindow(std::unique_ptr<ui::Window> window)
 {
     m_window = std::move(window);
 }

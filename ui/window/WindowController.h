@@ -3,7 +3,10 @@
 #include <memory>
 
 class ViewController;
+namespace ui
+{
 class Window;
+}
 
 /// Owns one window and prepares it once it has loaded. Main thread only.
 class WindowController : public QObject
@@ -15,7 +18,7 @@ public:
     ~WindowController() override;
 
     /// The window, made by `loadWindow` and prepared by `windowDidLoad` on first use.
-    Window *window();
+    ui::Window *window();
     bool isWindowLoaded() const;
     void showWindow(QObject *sender = nullptr);
 
@@ -26,9 +29,9 @@ public:
     virtual void windowDidLoad() {}
 
 protected:
-    void setWindow(std::unique_ptr<Window> window);
+    void setWindow(std::unique_ptr<ui::Window> window);
 
 private:
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     std::shared_ptr<ViewController> m_content; // until the window has loaded
 };

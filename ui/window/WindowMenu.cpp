@@ -12,7 +12,7 @@ namespace
 {
 } // namespace
 
-QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition)
+QMenu *popUpWindowMenu(ui::Window &window, const QPoint &globalPosition)
 {
     auto *menu = new QMenu(&window);
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -27,7 +27,7 @@ QMenu *popUpWindowMenu(Window &window, const QPoint &globalPosition)
                     })
         ->setEnabled(!maximized);
     menu->addAction(String::localize(u"Minimize"_s), &window, &QWidget::showMinimized)
-        ->setEnabled(!window.isStandardButtonHidden(Window::StandardButton::Miniaturize));
+        ->setEnabled(!window.isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
     menu->addAction(String::localize(u"Maximize"_s), &window, &QWidget::showMaximized)
         ->setEnabled(zoomable && !maximized);
     menu->addSeparator();

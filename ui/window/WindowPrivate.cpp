@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-void Window::Private::build()
+void ui::Window::Private::build()
 {
     titleBar = new TitleBar(q);
     grip = new EdgeGrip(q);
@@ -43,7 +43,7 @@ void Window::Private::build()
     grip->setMargin(look.margin);
 }
 
-void Window::Private::adoptContent(const std::shared_ptr<ViewController> &newController)
+void ui::Window::Private::adoptContent(const std::shared_ptr<ViewController> &newController)
 {
     controller = newController;
     contentView = controller->view();
@@ -62,7 +62,7 @@ void Window::Private::adoptContent(const std::shared_ptr<ViewController> &newCon
         controller->notifyDidAppear();
 }
 
-void Window::Private::releaseContent()
+void ui::Window::Private::releaseContent()
 {
     if (!controller)
         return;
@@ -73,22 +73,22 @@ void Window::Private::releaseContent()
     controller.reset();
 }
 
-QRect Window::Private::frameRect() const
+QRect ui::Window::Private::frameRect() const
 {
     return q->rect().marginsRemoved({look.margin, look.margin, look.margin, look.margin});
 }
 
-QRect Window::Private::contentRect() const
+QRect ui::Window::Private::contentRect() const
 {
     return frameRect().adjusted(0, fullSizeContentView ? 0 : TitleBarHeight, 0, 0);
 }
 
-QSize Window::Private::windowSizeFor(const QSize &contentSize) const
+QSize ui::Window::Private::windowSizeFor(const QSize &contentSize) const
 {
     return contentSize + QSize(2 * look.margin, 2 * look.margin + (fullSizeContentView ? 0 : TitleBarHeight));
 }
 
-void Window::Private::applySizeLimits()
+void ui::Window::Private::applySizeLimits()
 {
     if (!resizable) {
         q->setFixedSize(windowSizeFor(chosenContentSize));
@@ -99,7 +99,7 @@ void Window::Private::applySizeLimits()
     q->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
 }
 
-void Window::Private::layOut()
+void ui::Window::Private::layOut()
 {
     const QRect frame = frameRect();
     if (contentView)
@@ -110,7 +110,7 @@ void Window::Private::layOut()
     publishFrame();
 }
 
-void Window::Private::refreshFrame()
+void ui::Window::Private::refreshFrame()
 {
     const WindowFrame::Situation now = WindowSystem::shared().situationOf(*q);
     const WindowFrame::Look newLook = WindowFrame::lookFor(now);
@@ -132,7 +132,7 @@ void Window::Private::refreshFrame()
     publishFrame();
 }
 
-void Window::Private::keepFrameInPlace(const QRect &geometry)
+void ui::Window::Private::keepFrameInPlace(const QRect &geometry)
 {
     // After un-maximising, the normal geometry may not have arrived yet.
     const QRect normal = m_geometryToReturnTo.value_or(geometry);
@@ -143,12 +143,12 @@ void Window::Private::keepFrameInPlace(const QRect &geometry)
         q->setGeometry(normal.adjusted(-grown, -grown, grown, grown));
 }
 
-void Window::Private::publishFrame()
+void ui::Window::Private::publishFrame()
 {
     WindowSystem::shared().publishFrame(*q, look);
 }
 
-void Window::Private::watchHandle()
+void ui::Window::Private::watchHandle()
 {
     publishFrame();
     // The margins are published in device pixels, which depend on the screen.
@@ -156,7 +156,7 @@ void Window::Private::watchHandle()
         QObject::connect(q->windowHandle(), &QWindow::screenChanged, q, [this] { publishFrame(); });
 }
 
-void Window::Private::orderFocus()
+void ui::Window::Private::orderFocus()
 {
     const QList<QWidget *> last = titleBar->focusOrder();
     QWidget *previous = nullptr;
@@ -176,7 +176,7 @@ void Window::Private::orderFocus()
     }
 }
 
-void Window::Private::toggleZoom()
+void ui::Window::Private::toggleZoom()
 {
     if (!q->isZoomable())
         return;
@@ -186,7 +186,7 @@ void Window::Private::toggleZoom()
         q->showMaximized();
 }
 
-void Window::Private::showMenu(const QPoint &globalPosition)
+void ui::Window::Private::showMenu(const QPoint &globalPosition)
 {
     if (!q->windowHandle() || !WindowSystem::shared().showWindowMenu(q->windowHandle(), globalPosition))
         popUpWindowMenu(*q, globalPosition);

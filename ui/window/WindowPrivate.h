@@ -10,12 +10,12 @@ class EdgeGrip;
 class FrameOverlay;
 
 /// A window's parts and their layout. Created and destroyed with its window.
-class Window::Private final
+class ui::Window::Private final
 {
 public:
     static constexpr QSize ContentMinimum{480, 360};
 
-    explicit Private(Window *window) : q(window) {}
+    explicit Private(ui::Window *window) : q(window) {}
 
     void build();
     void adoptContent(const std::shared_ptr<ViewController> &newController);
@@ -35,7 +35,7 @@ public:
     void toggleZoom();
     void showMenu(const QPoint &globalPosition);
 
-    Window *q;
+    ui::Window *q;
     TitleBar *titleBar = nullptr;
     FrameOverlay *overlay = nullptr;
     EdgeGrip *grip = nullptr;

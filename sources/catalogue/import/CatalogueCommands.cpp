@@ -26,7 +26,7 @@ std::string shown(const QString &text)
     return terminalText(text).toStdString();
 }
 
-int failed(const Error &error)
+int failed(const base::Error &error)
 {
     std::cerr << "plovendix-catalogue: " << shown(error.localizedDescription);
     if (!error.detail.isEmpty())
@@ -58,7 +58,8 @@ Result<QList<SubtitlePtr>> found(const CatalogueOptions &options, const QString 
 }
 
 /// Removes in batches, and stops between two of them when the person asks to.
-bool removeAll(OwnCatalogue &catalogue, const QString &path, qint64 &removed, std::optional<Error> &error)
+bool removeAll(OwnCatalogue &catalogue, const QString &path, qint64 &removed,
+               std::optional<base::Error> &error)
 {
     constexpr qint64 BatchSources = 500;
     while (!ImportProgress::isInterrupted()) {
@@ -109,7 +110,7 @@ int CatalogueCommands::remove(const CatalogueOptions &options, const QStringList
     ImportProgress::listenForInterrupts();
     for (const QString &path : paths) {
         qint64 removed = 0;
-        std::optional<Error> error;
+        std::optional<base::Error> error;
         const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
         const bool isDone = removeAll(catalogue.value(), absolute, removed, error);
         if (error)
@@ -180,7 +181,7 @@ int CatalogueCommands::stats(const CatalogueOptions &options)
 int CatalogueCommands::vacuum(const CatalogueOptions &options)
 {
     if (!QFileInfo::exists(options.path))
-        return failed(Error{u"Catalogue"_s, 0, options.path + u": there is no catalogue yet"_s});
+        return failed(base::Error{u"Catalogue"_s, 0, options.path + u": there is no catalogue yet"_s});
     Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
     if (!catalogue)
         return failed(catalogue.error());

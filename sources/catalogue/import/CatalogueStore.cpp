@@ -127,12 +127,12 @@ void prepare(SQLite::Database &database)
 }
 } // namespace
 
-Error CatalogueStore::error(const QString &path, const QString &what, CatalogueFailure failure)
+base::Error CatalogueStore::error(const QString &path, const QString &what, CatalogueFailure failure)
 {
-    return Error{u"Catalogue"_s, static_cast<int>(failure), u"%1: %2"_s.arg(path, what)};
+    return base::Error{u"Catalogue"_s, static_cast<int>(failure), u"%1: %2"_s.arg(path, what)};
 }
 
-Error CatalogueStore::error(const QString &path, const SQLite::Exception &exception)
+base::Error CatalogueStore::error(const QString &path, const SQLite::Exception &exception)
 {
     return error(path, QString::fromUtf8(exception.what()), failureOf(exception));
 }

@@ -36,7 +36,7 @@ void waitForWriters(SQLite::Database &database, const WaitLimits *limits);
 QStringList faults(SQLite::Database &database);
 
 /// For the terminal; the code is a CatalogueFailure.
-Error error(const QString &path, const QString &what,
-            CatalogueFailure failure = CatalogueFailure::Unwritable);
-Error error(const QString &path, const SQLite::Exception &exception);
+base::Error error(const QString &path, const QString &what,
+                  CatalogueFailure failure = CatalogueFailure::Unwritable);
+base::Error error(const QString &path, const SQLite::Exception &exception);
 } // namespace CatalogueStore

@@ -55,7 +55,7 @@ QString FolderImportTexts::folderIsUnreadable(const QString &folder) const
     return String::fill(m_unreadable, {folder.simplified()});
 }
 
-QString FolderImportTexts::catalogueFailed(const QString &catalogue, const Error &error) const
+QString FolderImportTexts::catalogueFailed(const QString &catalogue, const base::Error &error) const
 {
     return m_catalogue.error(static_cast<CatalogueFailure>(error.code), catalogue).localizedDescription;
 }

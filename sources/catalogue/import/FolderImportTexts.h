@@ -13,7 +13,7 @@ public:
     QString folderIsEmptied(const QString &folder) const;
     QString folderIsUnreadable(const QString &folder) const;
     /// The sentence for an Error of OwnCatalogue.
-    QString catalogueFailed(const QString &catalogue, const Error &error) const;
+    QString catalogueFailed(const QString &catalogue, const base::Error &error) const;
     /// `folder` is the imported folder; file names are relative to it.
     QString refusal(const ImportCounts::Refused &refused, const QString &folder) const;
 

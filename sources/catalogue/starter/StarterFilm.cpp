@@ -16,9 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Error faultIn(const QString &file, const QString &fault)
+base::Error faultIn(const QString &file, const QString &fault)
 {
-    return Error{u"Starter"_s, 1, u"%1: %2"_s.arg(file, fault)};
+    return base::Error{u"Starter"_s, 1, u"%1: %2"_s.arg(file, fault)};
 }
 
 Result<QByteArray> contentOf(const QString &path)

@@ -48,7 +48,7 @@ Result<void> build(const QString &sources, const QString &samples, const QString
         return written;
     QFile::remove(target);
     if (!QFile::rename(draft, target))
-        return Error{u"Starter"_s, 2, u"%1 cannot be written"_s.arg(target)};
+        return base::Error{u"Starter"_s, 2, u"%1 cannot be written"_s.arg(target)};
     return {};
 }
 } // namespace

@@ -15,9 +15,9 @@ using namespace Qt::StringLiterals;
 
 constexpr quint64 ScriptedSize = 1'000'000;
 
-Error refusal()
+base::Error refusal()
 {
-    return Error{u"Scripted"_s, 1, u"The scripted service refuses."_s};
+    return base::Error{u"Scripted"_s, 1, u"The scripted service refuses."_s};
 }
 
 Result<QueryResult> resultFor(const QString &words)

@@ -66,7 +66,7 @@ private:
         m_about->showWindow();
         QVERIFY(QTest::qWaitForWindowExposed(m_about->window()));
     }
-    Window &window() const { return *m_about->window(); }
+    ui::Window &window() const { return *m_about->window(); }
     QString shownText(const char *label) const
     {
         return window().findChild<QLabel *>(QString::fromLatin1(label))->text();
@@ -190,10 +190,10 @@ private Q_SLOTS:
         open();
         QVERIFY(window().isFullSizeContentView());
         QVERIFY(window().titlebarAppearsTransparent());
-        QCOMPARE(window().titleVisibility(), Window::TitleVisibility::Hidden);
-        QVERIFY(window().isStandardButtonHidden(Window::StandardButton::Miniaturize));
-        QVERIFY(window().isStandardButtonHidden(Window::StandardButton::Zoom));
-        QVERIFY(!window().isStandardButtonHidden(Window::StandardButton::Close));
+        QCOMPARE(window().titleVisibility(), ui::Window::TitleVisibility::Hidden);
+        QVERIFY(window().isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
+        QVERIFY(window().isStandardButtonHidden(ui::Window::StandardButton::Zoom));
+        QVERIFY(!window().isStandardButtonHidden(ui::Window::StandardButton::Close));
         QVERIFY(isCentred());
         QCOMPARE(window().contentSize(), QSize(402, 502));
     }
@@ -204,16 +204,16 @@ private Q_SLOTS:
         window().close();
         window().setFullSizeContentView(false);
         window().setTitlebarAppearsTransparent(false);
-        window().setTitleVisibility(Window::TitleVisibility::Visible);
-        window().setStandardButtonHidden(Window::StandardButton::Miniaturize, false);
-        window().setStandardButtonHidden(Window::StandardButton::Zoom, false);
+        window().setTitleVisibility(ui::Window::TitleVisibility::Visible);
+        window().setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, false);
+        window().setStandardButtonHidden(ui::Window::StandardButton::Zoom, false);
         window().move(1, 2);
         m_about->showWindow();
         QVERIFY(window().isFullSizeContentView());
         QVERIFY(window().titlebarAppearsTransparent());
-        QCOMPARE(window().titleVisibility(), Window::TitleVisibility::Hidden);
-        QVERIFY(window().isStandardButtonHidden(Window::StandardButton::Miniaturize));
-        QVERIFY(window().isStandardButtonHidden(Window::StandardButton::Zoom));
+        QCOMPARE(window().titleVisibility(), ui::Window::TitleVisibility::Hidden);
+        QVERIFY(window().isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
+        QVERIFY(window().isStandardButtonHidden(ui::Window::StandardButton::Zoom));
         QVERIFY(isCentred());
     }
 

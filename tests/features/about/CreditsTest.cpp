@@ -40,7 +40,7 @@ private:
     QString m_resources = Bundle::main().folder();
     std::shared_ptr<OpenedURLs> m_workspace;
     std::shared_ptr<AboutViewController> m_content;
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
 
     /// The program's bundle with other credits; nothing for none.
     void useCredits(const std::optional<QByteArray> &credits)
@@ -56,7 +56,7 @@ private:
     void open()
     {
         m_content = Storyboard::named(u"Main"_s).instantiate<AboutViewController>(u"AboutViewController"_s);
-        m_window = std::make_unique<Window>();
+        m_window = std::make_unique<ui::Window>();
         m_window->setContentSize(QSize(402, 502));
         m_window->setContentViewController(m_content);
         m_window->show();

@@ -177,7 +177,7 @@ private Q_SLOTS:
     void folderThatCannotBeMadeCountsAsNoMoviesFolder()
     {
         DeliveryFixture fixture;
-        fixture.files.createError = Error{u"FileManager"_s, EACCES, u"No permission"_s};
+        fixture.files.createError = base::Error{u"FileManager"_s, EACCES, u"No permission"_s};
         const auto sent = fixture.send(fixture.writeFile("downloads/A.srt", "1\n"), u"en"_s, u"srt"_s);
         QVERIFY(!sent);
         QCOMPARE(sent.error().domain, u"SendSubtitleErrors"_s);
@@ -232,7 +232,7 @@ private Q_SLOTS:
     void failureToMoveIsReportedAndNoReplySent()
     {
         DeliveryFixture fixture;
-        fixture.files.moveError = Error{u"FileManager"_s, ENOSPC, u"The disk is full."_s};
+        fixture.files.moveError = base::Error{u"FileManager"_s, ENOSPC, u"The disk is full."_s};
         const auto sent = fixture.send(fixture.writeFile("downloads/A.srt", "1\n"), u"en"_s, u"srt"_s);
         QVERIFY(!sent);
         QCOMPARE(sent.error().code, ENOSPC);

@@ -15,8 +15,8 @@ public:
     using FileManager::FileManager;
 
     std::optional<QUrl> movies;
-    std::optional<Error> createError;
-    std::optional<Error> moveError;
+    std::optional<base::Error> createError;
+    std::optional<base::Error> moveError;
     mutable QStringList calls;
 
     Result<void> moveItemReplacing(const QUrl &source, const QUrl &destination) override

@@ -13,7 +13,7 @@ public:
     QStringList events;
     QList<ExternalRequest> searched;
     QList<ExternalRequest> parked;
-    QList<Error> errors;
+    QList<base::Error> errors;
 
     bool bringFirstWindowForward() override
     {
@@ -30,7 +30,7 @@ public:
         events += QStringLiteral("park");
         parked += request;
     }
-    void presentError(const Error &error) override
+    void presentError(const base::Error &error) override
     {
         events += QStringLiteral("error");
         errors += error;

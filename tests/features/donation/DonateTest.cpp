@@ -46,9 +46,9 @@ private:
     static bool flag(const QString &key) { return UserDefaults::standard().boolean(key); }
     static bool isStored(const QString &key) { return UserDefaults::standard().object(key).isValid(); }
     /// The prompt that is up, or nothing.
-    static Window *promptWindow()
+    static ui::Window *promptWindow()
     {
-        for (Window *window : Window::openWindows()) {
+        for (ui::Window *window : ui::Window::openWindows()) {
             if (window->findChild<QPushButton *>(u"buyMeACoffeeButton"_s))
                 return window;
         }
@@ -85,7 +85,7 @@ private Q_SLOTS:
     }
     void cleanup()
     {
-        if (Window *prompt = promptWindow())
+        if (ui::Window *prompt = promptWindow())
             prompt->contentViewController()->dismissController();
         m_donate.reset();
         m_prompt.reset();

@@ -43,7 +43,7 @@ private:
     NotingReporter m_reporter;
     std::unique_ptr<FeedbackWindowController> m_controller;
 
-    Window &window() const { return *m_controller->window(); }
+    ui::Window &window() const { return *m_controller->window(); }
     template <class Type>
     Type *child(const char *name) const
     {

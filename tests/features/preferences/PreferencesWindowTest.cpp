@@ -53,7 +53,7 @@ private:
     std::unique_ptr<PrefsWindowController> m_preferences;
     int m_files = 0;
 
-    Window *window() const { return m_preferences->window(); }
+    ui::Window *window() const { return m_preferences->window(); }
     QComboBox *popUp() const { return window()->findChild<QComboBox *>(u"languagePopUp"_s); }
     QList<QPushButton *> tabs() const
     {
@@ -117,9 +117,9 @@ private Q_SLOTS:
         QVERIFY(tabs().first()->isChecked());
         QCOMPARE(window()->contentSize(), QSize(560, 242));
         QVERIFY(!window()->isResizable());
-        QVERIFY(window()->isStandardButtonHidden(Window::StandardButton::Miniaturize));
-        QVERIFY(window()->isStandardButtonHidden(Window::StandardButton::Zoom));
-        QVERIFY(!window()->isStandardButtonHidden(Window::StandardButton::Close));
+        QVERIFY(window()->isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
+        QVERIFY(window()->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
+        QVERIFY(!window()->isStandardButtonHidden(ui::Window::StandardButton::Close));
     }
 
     void whateverIsSetTheLabelStaysGeneral()

@@ -145,7 +145,7 @@ private Q_SLOTS:
         m_fixture->window->setContentSize({PaneWidth, PaneHeight}); // as the preferences do
         child<QPushButton>("testButton")->click();
         const auto answer = [](const QString &key) {
-            return Error{u"test"_s, 1, Bundle::main().localizedString(key)};
+            return base::Error{u"test"_s, 1, Bundle::main().localizedString(key)};
         };
         m_fixture->accounts->answerSubtitles(
             answer(u"The subtitle service gave an answer that makes no sense. If you are on a network that "

@@ -46,7 +46,7 @@ private:
     Sandbox m_sandbox;
     std::shared_ptr<FakeUpdater> m_updater;
     std::shared_ptr<PrefsUpdatesViewController> m_pane;
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     int m_files = 0;
 
     static UserDefaults &defaults() { return UserDefaults::standard(); }
@@ -63,7 +63,7 @@ private:
     {
         m_pane = Storyboard::named(u"Preferences"_s)
                      .instantiate<PrefsUpdatesViewController>(u"PrefsUpdatesViewController"_s);
-        m_window = std::make_unique<Window>();
+        m_window = std::make_unique<ui::Window>();
         m_window->setContentViewController(m_pane);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));

@@ -65,7 +65,7 @@ struct FakeWorkspace final : Workspace
     QStringList shown;
 };
 
-inline Error refusal(const QString &sentence)
+inline base::Error refusal(const QString &sentence)
 {
     return {QStringLiteral("test"), 1, sentence};
 }
@@ -95,7 +95,7 @@ struct ServicesPaneFixture
     {
         pane = Storyboard::named(QStringLiteral("Preferences"))
                    .instantiate<PrefsServicesViewController>(QStringLiteral("PrefsServicesViewController"));
-        window = std::make_unique<Window>();
+        window = std::make_unique<ui::Window>();
         window->setContentViewController(pane);
         window->show();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
@@ -109,5 +109,5 @@ struct ServicesPaneFixture
     std::shared_ptr<FakeAccounts> accounts = std::make_shared<FakeAccounts>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<PrefsServicesViewController> pane;
-    std::unique_ptr<Window> window;
+    std::unique_ptr<ui::Window> window;
 };

@@ -15,9 +15,9 @@ const QUrl Video(u"file:///videos/Some.Film.2019.mkv"_s);
 const QString NotFound = u"Nothing found for “Some.Film.2019.mkv” in English"_s;
 const QString GoingOn = u"Searching for “words from name”…"_s;
 
-Error refusal()
+base::Error refusal()
 {
-    return Error{u"Service"_s, 7, u"The service refuses."_s};
+    return base::Error{u"Service"_s, 7, u"The service refuses."_s};
 }
 } // namespace
 
@@ -35,10 +35,10 @@ private:
     /// The line above the rows; empty while none is shown.
     QString aboveRows() const
     {
-        const auto *line = m_view->child<Label>("languageNotice");
+        const auto *line = m_view->child<ui::Label>("languageNotice");
         return line->isVisible() ? line->text() : QString();
     }
-    Label *saveTarget() const { return m_view->child<Label>("saveTargetLabel"); }
+    ui::Label *saveTarget() const { return m_view->child<ui::Label>("saveTargetLabel"); }
     /// Answers the last query with a failure, and the alert.
     void failLast() const
     {

@@ -29,7 +29,7 @@ private Q_SLOTS:
     void failureThatWaitsIsDroppedByACancel()
     {
         m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(Error{u"Service"_s, 7, u"The service refuses."_s});
+        m_view->service->finishLast(base::Error{u"Service"_s, 7, u"The service refuses."_s});
         m_view->controller->cancelQuery(nullptr);
         QCOMPARE(alertDuring([this] { m_view->turn(); }), QString());
         QVERIFY(m_view->cancelButton()->isHidden());

@@ -32,7 +32,7 @@ private Q_SLOTS:
         QCOMPARE(m_workspace->opened.size(), 1);
         QCOMPARE(m_workspace->opened.first().scheme(), u"tessaly3"_s);
         QCOMPARE(m_workspace->opened.first().host(), u"plovendix-file"_s);
-        QCOMPARE(m_view->child<Label>("deliveryLabel")->text(), u"Sent to Tessaly"_s);
+        QCOMPARE(m_view->child<ui::Label>("deliveryLabel")->text(), u"Sent to Tessaly"_s);
         QVERIFY(!m_view->controller->isDownloading());
     }
 
@@ -106,7 +106,7 @@ private Q_SLOTS:
         downloadFirst();
         finishWith(downloadedFile());
         answerSheet(false);
-        auto *label = m_view->child<Label>("deliveryLabel");
+        auto *label = m_view->child<ui::Label>("deliveryLabel");
         QVERIFY(label->isVisible());
         QCOMPARE(label->text(), u"The file is in “%1”."_s.arg(m_sandbox.path(u"Movies/Plovendix"_s)));
         QTest::mouseClick(m_view->widget("showInFolderButton"), Qt::LeftButton);
@@ -133,7 +133,7 @@ private Q_SLOTS:
             bool bringFirstWindowForward() override { return true; }
             FileSearching *firstWindowContent() override { return &m_content; }
             void park(const ExternalRequest &) override {}
-            void presentError(const Error &) override {}
+            void presentError(const base::Error &) override {}
 
         private:
             FileSearching &m_content;

@@ -11,9 +11,9 @@ ExternalRequestInfo DownloadFixture::tessaly()
     return {u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
 }
 
-Error DownloadFixture::refusal()
+base::Error DownloadFixture::refusal()
 {
-    return Error{u"Service"_s, 9, u"No more downloads today."_s};
+    return base::Error{u"Service"_s, 9, u"No more downloads today."_s};
 }
 
 void DownloadFixture::setUp()

@@ -58,7 +58,7 @@ protected:
     void answerSheet(bool accept) const;
 
     static ExternalRequestInfo tessaly();
-    static Error refusal();
+    static base::Error refusal();
 
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;

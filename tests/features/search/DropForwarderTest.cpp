@@ -30,7 +30,7 @@ struct Scene
     QColor colorAt(int x, int y) const { return list->grab().toImage().pixelColor(x, y); }
 
     std::shared_ptr<ReceivingController> controller = ViewController::make<ReceivingController>();
-    Window window;
+    ui::Window window;
     DragFilesHereView *target;
     TableView *list;
 };

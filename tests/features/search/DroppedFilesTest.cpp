@@ -21,7 +21,7 @@ struct Scene
     }
 
     std::shared_ptr<ReceivingController> controller = ViewController::make<ReceivingController>();
-    Window window;
+    ui::Window window;
     DragFilesHereView *view;
 };
 
@@ -41,7 +41,7 @@ private Q_SLOTS:
         QWidget plainWindow;
         DragFilesHereView inside(&plainWindow);
         QCOMPARE(inside.performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
-        Window windowWithoutController;
+        ui::Window windowWithoutController;
         auto *lonely = new DragFilesHereView(&windowWithoutController);
         QCOMPARE(lonely->performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);
     }
@@ -49,7 +49,7 @@ private Q_SLOTS:
     void dropOnAnotherControllerIsTaken()
     {
         const auto other = ViewController::make<ViewController>();
-        Window window;
+        ui::Window window;
         window.setContentViewController(other);
         auto *view = new DragFilesHereView(other->view());
         QCOMPARE(view->performDragOperation(pasteboardWith({u"file:///a.mkv"_s}).get()), true);

@@ -21,7 +21,7 @@ MainViewFixture::MainViewFixture()
     service = ScriptedSubtitleService::install();
     metadata = ScriptedMetadataService::install();
     controller = ViewController::make<MainViewController>();
-    window = std::make_unique<Window>();
+    window = std::make_unique<ui::Window>();
     window->setFullSizeContentView(true);
     window->setContentSize(QSize(760, 640));
     window->setContentViewController(controller);

@@ -41,7 +41,7 @@ struct MainViewFixture
 
     std::shared_ptr<ScriptedSubtitleService> service;
     std::shared_ptr<ScriptedMetadataService> metadata;
-    std::unique_ptr<Window> window;
+    std::unique_ptr<ui::Window> window;
     std::shared_ptr<MainViewController> controller;
 };
 

@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Error refusal()
+base::Error refusal()
 {
-    return Error{u"Metadata"_s, 3, u"The film database refuses."_s};
+    return base::Error{u"Metadata"_s, 3, u"The film database refuses."_s};
 }
 
 FindResult found(int movies, int shows)
@@ -196,7 +196,7 @@ private Q_SLOTS:
         Animator::setReducedMotion(false);
         m_view->showResults(2);
         select(0);
-        useLayerWithoutATransition(Image(picture(Qt::red))); // the poster's own fade has left one as well
+        useLayerWithoutATransition(ui::Image(picture(Qt::red))); // the poster's own fade has left one as well
         select(1);
         QVERIFY(!poster()->image());
         QVERIFY(!poster()->layer()->contents());
@@ -205,12 +205,12 @@ private Q_SLOTS:
 
 private:
     ImageView *poster() const { return m_view->child<ImageView>("detailViewImageView"); }
-    QString label(const char *name) const { return m_view->child<Label>(name)->text(); }
+    QString label(const char *name) const { return m_view->child<ui::Label>(name)->text(); }
     void select(int row) const { m_view->table()->selectRow(row); }
     /// A transition stays on its layer for later changes; this layer shows the image and has none.
-    void useLayerWithoutATransition(const std::optional<Image> &image) const
+    void useLayerWithoutATransition(const std::optional<ui::Image> &image) const
     {
-        auto layer = std::make_unique<Layer>();
+        auto layer = std::make_unique<ui::Layer>();
         layer->setContents(image);
         poster()->setLayer(std::move(layer));
     }

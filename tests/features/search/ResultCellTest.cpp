@@ -40,7 +40,7 @@ private Q_SLOTS:
         for (const QString &format : {u"vtt"_s, u"Ass"_s, u"SUB"_s}) {
             answerWithFormat(format);
             TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-            QVERIFY(*cell->imageView()->image() == *Image::named(format.toUpper()));
+            QVERIFY(*cell->imageView()->image() == *ui::Image::named(format.toUpper()));
         }
     }
 
@@ -92,8 +92,8 @@ private Q_SLOTS:
         QCOMPARE(cell->titleTextField->text(), odd);
         QCOMPARE(m_view->controller->tableViewAccessibleTextForRow(0), odd); // no details, no comma
         m_view->table()->selectRow(0);
-        QCOMPARE(m_view->child<Label>("detailFileLabel")->text(), odd);
-        QCOMPARE(m_view->child<Label>("detailLanguageLabel")->text(), odd);
+        QCOMPARE(m_view->child<ui::Label>("detailFileLabel")->text(), odd);
+        QCOMPARE(m_view->child<ui::Label>("detailLanguageLabel")->text(), odd);
         QVERIFY(!m_view->window->grab().isNull());
     }
 

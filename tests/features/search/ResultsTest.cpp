@@ -61,7 +61,7 @@ private Q_SLOTS:
         QCOMPARE(cell->titleTextField->text(), u"Film.2"_s);
         QCOMPARE(cell->subtitleTextField->text(), u"Film"_s);
         QVERIFY(cell->imageView()->image());
-        QVERIFY(*cell->imageView()->image() == *Image::named(u"SRT"_s));
+        QVERIFY(*cell->imageView()->image() == *ui::Image::named(u"SRT"_s));
         QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
     }
 
@@ -71,7 +71,7 @@ private Q_SLOTS:
         m_view->service->finishLast(answerWith(someSubtitles(1, u"odd"_s)));
         m_view->turn();
         TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-        QVERIFY(*cell->imageView()->image() == *Image::named(u"UNKNOWN"_s));
+        QVERIFY(*cell->imageView()->image() == *ui::Image::named(u"UNKNOWN"_s));
         QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
     }
 
@@ -81,7 +81,7 @@ private Q_SLOTS:
         m_view->service->finishLast(answerWith(someSubtitles(1, u"../icons/srt"_s)));
         m_view->turn();
         TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-        QVERIFY(*cell->imageView()->image() == *Image::named(u"UNKNOWN"_s));
+        QVERIFY(*cell->imageView()->image() == *ui::Image::named(u"UNKNOWN"_s));
     }
 
     void rowsAreReadByTheirNames()
@@ -334,7 +334,7 @@ private:
     {
         return static_cast<BottomPanelView *>(m_view->controller->view())->bottomConstraint();
     }
-    QString label(const char *name) const { return m_view->child<Label>(name)->text(); }
+    QString label(const char *name) const { return m_view->child<ui::Label>(name)->text(); }
     void select(int row) const { m_view->table()->selectRow(row); }
 
     Sandbox m_sandbox;

@@ -81,7 +81,7 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(file.toLocalFile()));
         QCOMPARE(QDir(m_sandbox.path(u"videos"_s)).entryList(QDir::Files | QDir::Hidden),
                  QStringList{u"a.b.mp4"_s});
-        QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+        QVERIFY(!m_view->child<ui::Label>("deliveryLabel")->isVisible());
     }
 
     void folderThatIsGoneIsAnError()
@@ -118,7 +118,7 @@ private Q_SLOTS:
         {
             Result<void> moveItem(const QUrl &, const QUrl &) override
             {
-                return Error{u"Files"_s, 4, u"Not today."_s};
+                return base::Error{u"Files"_s, 4, u"Not today."_s};
             }
         };
         FileManager::setDefaultManager(std::make_shared<Refusing>());
@@ -148,7 +148,7 @@ private Q_SLOTS:
         QVERIFY(saveAndReadTheAlert().isEmpty());
         QVERIFY(!sheet());
         QVERIFY(QFile::exists(m_sandbox.path(u"videos/sub folder/My other name.srt"_s)));
-        QCOMPARE(m_view->child<Label>("deliveryLabel")->text(), u"Saved as My other name.srt"_s);
+        QCOMPARE(m_view->child<ui::Label>("deliveryLabel")->text(), u"Saved as My other name.srt"_s);
         QVERIFY(!QFile::exists(file.toLocalFile()));
     }
 
@@ -179,7 +179,7 @@ private Q_SLOTS:
         answerSheet(false);
         QVERIFY(!sheet());
         QVERIFY(QFile::exists(file.toLocalFile()));
-        QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+        QVERIFY(!m_view->child<ui::Label>("deliveryLabel")->isVisible());
     }
 
     void windowThatClosesWithTheAlertGetsNoSheet()

@@ -64,8 +64,8 @@ private Q_SLOTS:
         answerSheet(true);
         QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
         QVERIFY(!QFile::exists(file.toLocalFile()));
-        QCOMPARE(m_view->child<Label>("deliveryLabel")->text(), u"Saved as a.b.pob.srt"_s);
-        QVERIFY(m_view->child<Label>("deliveryLabel")->isVisible());
+        QCOMPARE(m_view->child<ui::Label>("deliveryLabel")->text(), u"Saved as a.b.pob.srt"_s);
+        QVERIFY(m_view->child<ui::Label>("deliveryLabel")->isVisible());
     }
 
     void cancelledSheetLeavesTheFile()
@@ -78,7 +78,7 @@ private Q_SLOTS:
         QVERIFY(shown.isEmpty());
         QVERIFY(QFile::exists(file.toLocalFile()));
         QCOMPARE(QDir(m_sandbox.path(u"videos"_s)).entryList(QDir::Files), QStringList{u"a.b.mp4"_s});
-        QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+        QVERIFY(!m_view->child<ui::Label>("deliveryLabel")->isVisible());
     }
 
     void existingFileIsAnErrorAndKept()
@@ -213,10 +213,10 @@ private Q_SLOTS:
         downloadFirst();
         finishWith(downloadedFile());
         answerSheet(true);
-        QVERIFY(m_view->child<Label>("deliveryLabel")->isVisible());
+        QVERIFY(m_view->child<ui::Label>("deliveryLabel")->isVisible());
         QVERIFY(m_view->widget("showInFolderButton")->isVisible());
         step(*m_view->controller);
-        QVERIFY(!m_view->child<Label>("deliveryLabel")->isVisible());
+        QVERIFY(!m_view->child<ui::Label>("deliveryLabel")->isVisible());
         QVERIFY(!m_view->widget("showInFolderButton")->isVisible());
         m_view->controller->showInFolder(nullptr);
         QVERIFY(m_workspace->shown.isEmpty());

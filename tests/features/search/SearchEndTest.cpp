@@ -18,18 +18,18 @@ namespace
 const QUrl Video(u"file:///videos/Some.Film.2019.mkv"_s);
 const ExternalRequestInfo Tessaly{u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
 
-Error refusal()
+base::Error refusal()
 {
-    return Error{u"Service"_s, 7, u"The service refuses."_s};
+    return base::Error{u"Service"_s, 7, u"The service refuses."_s};
 }
 
 /// Keeps the errors instead of showing an alert.
 class ErrorKeepingController final : public MainViewController
 {
 public:
-    QList<Error> errors;
+    QList<base::Error> errors;
 
-    bool presentError(const Error &error) override
+    bool presentError(const base::Error &error) override
     {
         errors += error;
         return false;

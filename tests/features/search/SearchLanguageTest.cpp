@@ -159,17 +159,17 @@ private Q_SLOTS:
         UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s); // searches for the file again
         m_view->service->finish(m_view->service->queries.size() - 2, answerWith(1));
         m_view->turn();
-        QVERIFY(m_view->child<Label>("languageNotice")->text().contains(u"“qqq”"_s));
+        QVERIFY(m_view->child<ui::Label>("languageNotice")->text().contains(u"“qqq”"_s));
         m_view->service->finishLast(answerWith(1));
         m_view->turn();
-        QVERIFY(!m_view->child<Label>("languageNotice")->isVisible());
+        QVERIFY(!m_view->child<ui::Label>("languageNotice")->isVisible());
     }
 
     void resultsInEnglishForAnUnknownLanguageAreSaidToBe()
     {
         UserDefaults::standard().setObject(u"languageCode"_s, u"qqq"_s);
         m_view->showResults(2);
-        const auto *notice = m_view->child<Label>("languageNotice");
+        const auto *notice = m_view->child<ui::Label>("languageNotice");
         QVERIFY(notice->isVisible());
         QCOMPARE(notice->text(), u"The services do not know the language “qqq”; English was searched"_s);
         m_view->controller->searchForText(u"another"_s, std::nullopt);

@@ -21,7 +21,7 @@ private:
     std::unique_ptr<MainViewFixture> m_view;
 
     static void say(const ServiceStatus::Value &value) { ServiceStatus::shared().setValue(value); }
-    Label *remaining() const { return m_view->child<Label>("remainingLabel"); }
+    ui::Label *remaining() const { return m_view->child<ui::Label>("remainingLabel"); }
     QString hint() const { return m_view->child<QLabel>("dropHint")->text(); }
 
 private Q_SLOTS:
@@ -119,7 +119,7 @@ private Q_SLOTS:
     void rowsOfThisMachineAloneAreSaidToBe()
     {
         QFETCH(const int, missing);
-        const auto *notice = m_view->child<Label>("languageNotice");
+        const auto *notice = m_view->child<ui::Label>("languageNotice");
         m_view->showResults(2);
         QVERIFY(!notice->isVisibleTo(m_view->window.get()));
         say({true, std::nullopt, static_cast<ServiceStatus::Missing>(missing), u"Wait until 14:05."_s});
@@ -137,7 +137,7 @@ private Q_SLOTS:
 
     void rowsLeftOutAreSaid()
     {
-        const auto *notice = m_view->child<Label>("languageNotice");
+        const auto *notice = m_view->child<ui::Label>("languageNotice");
         ServiceStatus::Value status;
         status.leftOut = 1000;
         say(status);
@@ -152,7 +152,7 @@ private Q_SLOTS:
     void pauseIsSaidWhileASearchWaits()
     {
         const auto *hint = m_view->child<QLabel>("pauseHint");
-        const auto *notice = m_view->child<Label>("pauseNotice");
+        const auto *notice = m_view->child<ui::Label>("pauseNotice");
         ServiceStatus::Value waits;
         waits.pause = 3s;
         say(waits);

@@ -47,7 +47,7 @@ private:
             m_quietShows += window().testAttribute(Qt::WA_ShowWithoutActivating);
         return QObject::eventFilter(shown, event);
     }
-    Window &window() const { return *m_controller->window(); }
+    ui::Window &window() const { return *m_controller->window(); }
     template <class Type>
     Type *child(const char *name) const
     {
@@ -87,7 +87,7 @@ private Q_SLOTS:
     {
         QVERIFY(!m_controller->isShown());
         m_controller->dismiss();
-        QVERIFY(Window::openWindows().isEmpty());
+        QVERIFY(ui::Window::openWindows().isEmpty());
     }
 
     void itComesUpInTheMiddleEachTime()

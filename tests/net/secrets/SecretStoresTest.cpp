@@ -26,7 +26,7 @@ public:
     void read(Secret secret, ReadCompletion completion) override
     {
         const Result<std::optional<QString>> answer =
-            fails ? Result<std::optional<QString>>(Error{u"x"_s, 1, u"locked"_s, u"locked"_s})
+            fails ? Result<std::optional<QString>>(base::Error{u"x"_s, 1, u"locked"_s, u"locked"_s})
                   : Result<std::optional<QString>>(kept.value(nameOf(secret)));
         MainQueue::shared().async([=] { completion(answer); });
     }
@@ -36,10 +36,10 @@ public:
     bool fails = false;
 };
 
-Credentials loaded(SecretStore &store, std::optional<Error> *failure = nullptr)
+Credentials loaded(SecretStore &store, std::optional<base::Error> *failure = nullptr)
 {
     std::optional<Credentials> credentials;
-    loadCredentials(store, [&](const Credentials &read, const std::optional<Error> &why) {
+    loadCredentials(store, [&](const Credentials &read, const std::optional<base::Error> &why) {
         credentials = read;
         if (failure)
             *failure = why;
@@ -96,7 +96,7 @@ private Q_SLOTS:
     {
         FakeStore store;
         store.fails = true;
-        std::optional<Error> failure;
+        std::optional<base::Error> failure;
         QCOMPARE(loaded(store, &failure), Credentials());
         QVERIFY(failure);
         QCOMPARE(failure->localizedDescription, u"locked"_s);
@@ -186,7 +186,7 @@ private Q_SLOTS:
     void keyringThatDoesNotOpenLeavesNoSentence()
     {
         KeychainSecretStore store({}, FileSecretStore(filePath()));
-        std::optional<Error> failure;
+        std::optional<base::Error> failure;
         QCOMPARE(loaded(store, &failure), Credentials());
         QVERIFY(!failure);
     }

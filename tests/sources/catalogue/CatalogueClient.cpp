@@ -28,7 +28,7 @@ Result<QueryResult> answerTo(SubtitleService &service, const QList<Arg> &args)
     service.query(args,
                   [answers, completion = answers->completion()](const auto &result) { completion(result); });
     if (!QTest::qWaitFor([&] { return answers->count() == 1; }, TimeoutMilliseconds))
-        return Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
+        return base::Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
     return answers->last();
 }
 } // namespace
@@ -140,6 +140,6 @@ Result<QUrl> fetch(SubtitleService &service, const SubtitlePtr &subtitle)
         slot->answer = result;
     });
     if (!QTest::qWaitFor([&] { return slot->isFilled(); }, TimeoutMilliseconds))
-        return Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
+        return base::Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
     return *slot->answer;
 }

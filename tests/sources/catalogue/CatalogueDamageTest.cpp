@@ -44,7 +44,7 @@ class CatalogueDamageTest : public QObject
     }
 
     /// The first failure of opening the file and searching it in every way; nothing when all went well.
-    std::optional<Error> failure() const
+    std::optional<base::Error> failure() const
     {
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         if (!database)
@@ -67,7 +67,7 @@ class CatalogueDamageTest : public QObject
 
     void expectFailure(CatalogueFailure kind) const
     {
-        const std::optional<Error> error = failure();
+        const std::optional<base::Error> error = failure();
         QVERIFY(error);
         QCOMPARE(error->domain, QStringLiteral("Catalogue"));
         QCOMPARE(error->code, static_cast<int>(kind));
@@ -195,7 +195,7 @@ private Q_SLOTS:
     {
         for (qsizetype size = 0; size < m_whole.size(); size += 3571) {
             replace(m_whole.left(size));
-            const std::optional<Error> error = failure();
+            const std::optional<base::Error> error = failure();
             QVERIFY(!error || !error->localizedDescription.isEmpty());
         }
     }
@@ -208,7 +208,7 @@ private Q_SLOTS:
             for (int i = 0; i < 40; ++i)
                 content[qsizetype(random() % quint32(content.size()))] = static_cast<char>(random());
             replace(content);
-            const std::optional<Error> error = failure();
+            const std::optional<base::Error> error = failure();
             QVERIFY(!error || !error->localizedDescription.isEmpty());
         }
     }

@@ -38,7 +38,7 @@ class CatalogueMetadataTest : public QObject
         const bool wasLate = !answer.has_value();
         const bool came = QTest::qWaitFor([&] { return answer.has_value(); }, 20000);
         if (!came || !wasLate || !wasOnMainThread)
-            return Error{QStringLiteral("test"), 0, QStringLiteral("no proper answer")};
+            return base::Error{QStringLiteral("test"), 0, QStringLiteral("no proper answer")};
         return *answer;
     }
 
@@ -53,7 +53,7 @@ class CatalogueMetadataTest : public QObject
         const bool wasLate = !answer.has_value();
         const bool came = QTest::qWaitFor([&] { return answer.has_value(); }, 20000);
         if (!came || !wasLate || !wasOnMainThread)
-            return Error{QStringLiteral("test"), 0, QStringLiteral("no proper answer")};
+            return base::Error{QStringLiteral("test"), 0, QStringLiteral("no proper answer")};
         return *answer;
     }
 

@@ -129,7 +129,7 @@ private Q_SLOTS:
     void detailsOfErrorsAreOnOneLineWithoutControlCharacters()
     {
         const QString detail = u"table evil\x1b]0;owned\x07 is\ngone"_s;
-        const Error error = m_errors.error(CatalogueFailure::Damaged, m_path, detail);
+        const base::Error error = m_errors.error(CatalogueFailure::Damaged, m_path, detail);
         QCOMPARE(error.detail, u"table evil]0;owned is gone"_s);
     }
 

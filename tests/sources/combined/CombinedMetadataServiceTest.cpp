@@ -29,7 +29,8 @@ public:
         FindResult result;
         if (films.contains(id))
             result.movieResults += TmdbItem{id};
-        const Result<FindResult> answer = fails ? Result<FindResult>(Error{u"x"_s, 7, u"broken"_s}) : result;
+        const Result<FindResult> answer =
+            fails ? Result<FindResult>(base::Error{u"x"_s, 7, u"broken"_s}) : result;
         MainQueue::shared().async([=] { completion(answer); });
     }
     void fetchImage(const TmdbItem &item, ImageKind, const QSize &size, ImageCompletion completion) override
@@ -37,7 +38,7 @@ public:
         const bool has = pictures.contains(item.handle.toString());
         const QImage image(size, QImage::Format_RGB32);
         MainQueue::shared().async([=] {
-            completion(has ? Result<QImage>(image) : Result<QImage>(Error{u"x"_s, 8, u"no picture"_s}));
+            completion(has ? Result<QImage>(image) : Result<QImage>(base::Error{u"x"_s, 8, u"no picture"_s}));
         });
     }
 };

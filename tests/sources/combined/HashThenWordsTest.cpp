@@ -75,7 +75,7 @@ private Q_SLOTS:
         QFETCH(const bool, isAskedAgain);
         QList<int> told;
         m_combined->setGapsObserver([&told](const CombinedSubtitleService::Gaps &gaps) {
-            for (const Error &error : gaps.failures)
+            for (const base::Error &error : gaps.failures)
                 told += error.code;
         });
         const auto goOn = [this] { m_combined->query(Words, answer()); };

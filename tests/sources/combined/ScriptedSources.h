@@ -46,7 +46,7 @@ inline QueryResult rows(const QList<SubtitlePtr> &subtitles)
     return {subtitles};
 }
 
-inline Error failure(ServiceFailure kind)
+inline base::Error failure(ServiceFailure kind)
 {
     return serviceError(kind, ServiceName::Subtitles, {});
 }

@@ -63,7 +63,7 @@ public:
     void write(Secret, const QString &, WriteCompletion completion) override
     {
         MainQueue::shared().async([completion = std::move(completion)] {
-            completion(Error{QStringLiteral("test"), 1, QStringLiteral("locked")});
+            completion(base::Error{QStringLiteral("test"), 1, QStringLiteral("locked")});
         });
     }
 };

@@ -362,7 +362,7 @@ private:
 
     static Result<QueryResult> search(const QString &language = u"eng"_s)
     {
-        auto result = std::make_shared<Result<QueryResult>>(Error{u"test"_s, 1, u"never answered"_s});
+        auto result = std::make_shared<Result<QueryResult>>(base::Error{u"test"_s, 1, u"never answered"_s});
         auto came = std::make_shared<std::atomic<bool>>(false);
         SubtitleService::shared().query({{Param::text, u"paper lighthouse"_s}, {Param::language, language}},
                                         [result, came](const Result<QueryResult> &answer) {
@@ -371,7 +371,7 @@ private:
                                         });
         return QTest::qWaitFor([&] { return came->load(); }, WaitLimit)
                    ? *result
-                   : Error{u"test"_s, 1, u"never answered"_s};
+                   : base::Error{u"test"_s, 1, u"never answered"_s};
     }
 
     Sandbox m_sandbox;

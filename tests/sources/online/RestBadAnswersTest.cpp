@@ -76,7 +76,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QVERIFY(!**caught);
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
-        const Error error = (*caught)->error();
+        const base::Error error = (*caught)->error();
         QVERIFY(!error.localizedDescription.isEmpty());
         QVERIFY(!error.localizedDescription.contains(u'<'));
         QVERIFY(!error.detail.contains(SubtitleStandIn::ApiKey));

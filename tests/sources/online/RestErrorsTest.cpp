@@ -78,7 +78,7 @@ private Q_SLOTS:
 
     void rejectionsSayWhy()
     {
-        const Error error = RestErrors::error(answer(400, {}, "moviehash is wrong"));
+        const base::Error error = RestErrors::error(answer(400, {}, "moviehash is wrong"));
         QVERIFY(error.localizedDescription.contains(u"moviehash is wrong"_s));
     }
 

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 /// The columns that hold any ink.
-QList<int> inkedColumns(const Label &label, const QSize &size)
+QList<int> inkedColumns(const ui::Label &label, const QSize &size)
 {
     const QImage image =
         painted(size, [&](QPainter &painter) { label.draw(painter, QRect({}, size), label.palette()); });
@@ -27,14 +27,14 @@ QList<int> inkedColumns(const Label &label, const QSize &size)
     return columns;
 }
 
-bool isInked(const Label &label)
+bool isInked(const ui::Label &label)
 {
     return !inkedColumns(label, {200, 30}).isEmpty();
 }
 
 QImage drawnText(const QString &text, Qt::TextElideMode mode)
 {
-    Label label;
+    ui::Label label;
     label.setText(text);
     label.setElideMode(mode);
     return painted({120, 30}, [&](QPainter &painter) {
@@ -58,7 +58,7 @@ private Q_SLOTS:
 
     void sizeDoesNotDependOnTheText()
     {
-        Label label;
+        ui::Label label;
         const QSize hint = label.sizeHint();
         const QSize minimum = label.minimumSizeHint();
         label.setText(u"A text that is a good deal longer than nothing\nand has two lines"_s);
@@ -69,10 +69,10 @@ private Q_SLOTS:
 
     void textIsNeverMarkup()
     {
-        Label label;
+        ui::Label label;
         label.setText(u"<img src=\"x\">"_s);
         QVERIFY(isInked(label));
-        QCOMPARE(Label::singleLine(u"<b>a</b> &amp;"_s), u"<b>a</b> &amp;"_s);
+        QCOMPARE(ui::Label::singleLine(u"<b>a</b> &amp;"_s), u"<b>a</b> &amp;"_s);
         // An ampersand is no mnemonic either.
         QVERIFY(drawnText(u"a&b"_s, Qt::ElideNone) != drawnText(u"ab"_s, Qt::ElideNone));
     }
@@ -97,14 +97,14 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QFETCH(QString, line);
-        QCOMPARE(Label::singleLine(text), line);
+        QCOMPARE(ui::Label::singleLine(text), line);
     }
 
     void reorderingCharactersDoNotShow()
     {
         // Such a character would make "exe.srt" of "trs.exe".
-        QCOMPARE(Label::singleLine(u"film\u202etrs.exe\u202c"_s), u"filmtrs.exe"_s);
-        QCOMPARE(Label::singleLine(u"\u2066a\u2069b"_s), u"ab"_s);
+        QCOMPARE(ui::Label::singleLine(u"film\u202etrs.exe\u202c"_s), u"filmtrs.exe"_s);
+        QCOMPARE(ui::Label::singleLine(u"\u2066a\u2069b"_s), u"ab"_s);
         QCOMPARE(drawnText(u"film\u202etrs.exe"_s, Qt::ElideNone),
                  drawnText(u"filmtrs.exe"_s, Qt::ElideNone));
     }
@@ -112,19 +112,19 @@ private Q_SLOTS:
     void rightToLeftTextKeepsItsLetters()
     {
         const QString hebrew = u"\u05e9\u05dc\u05d5\u05dd 2019"_s;
-        QCOMPARE(Label::singleLine(hebrew), hebrew);
-        QCOMPARE(Label::singleLine(hebrew + u"\u200f"_s),
+        QCOMPARE(ui::Label::singleLine(hebrew), hebrew);
+        QCOMPARE(ui::Label::singleLine(hebrew + u"\u200f"_s),
                  hebrew + u"\u200f"_s); // a mark that is part of good spelling
     }
 
     void endlessTextIsBounded()
     {
         const QString text = u"begin"_s + QString(1'000'000, u'x') + u"end"_s;
-        const QString line = Label::singleLine(text);
+        const QString line = ui::Label::singleLine(text);
         QVERIFY(line.size() <= 1001);
         QVERIFY(line.startsWith(u"begin"_s));
         QVERIFY(line.endsWith(u"end"_s));
-        Label label;
+        ui::Label label;
         label.setText(text);
         QCOMPARE(label.text(), text); // the text itself is kept
         QVERIFY(isInked(label));
@@ -148,7 +148,7 @@ private Q_SLOTS:
 
     void nothingIsDrawnOutsideTheRectangle()
     {
-        Label label;
+        ui::Label label;
         label.setText(QString(200, u'M'));
         for (const auto mode : {Qt::ElideRight, Qt::ElideMiddle, Qt::ElideLeft}) {
             label.setElideMode(mode);
@@ -164,7 +164,7 @@ private Q_SLOTS:
 
     void alignmentIsThatOfTheInterface()
     {
-        Label label;
+        ui::Label label;
         label.setText(
             u"\u05e9\u05dc\u05d5\u05dd"_s); // a text from right to left stays on the left of this interface
         QVERIFY(inkedColumns(label, {200, 30}).last() < 100);
@@ -179,7 +179,7 @@ private Q_SLOTS:
 
     void rolesHaveTheirColours()
     {
-        Label label;
+        ui::Label label;
         label.setText(QString(30, QChar(0x2588))); // full blocks
         const auto ink = [&] {
             const QImage image = painted({60, 20}, [&](QPainter &painter) {
@@ -192,13 +192,13 @@ private Q_SLOTS:
             return darkest;
         };
         QVERIFY(isNear(ink(), Qt::black, 40));
-        label.setRole(Label::TextRole::Secondary);
+        label.setRole(ui::Label::TextRole::Secondary);
         QVERIFY(isNear(ink(), QColor(0x80, 0, 0), 40));
     }
 
     void readsAsStaticTextWithItsText()
     {
-        Label label;
+        ui::Label label;
         label.setText(u"A film\n(2019)"_s);
         const auto *accessible = QAccessible::queryAccessibleInterface(&label);
         QVERIFY(accessible);
@@ -210,7 +210,7 @@ private Q_SLOTS:
 
     void givenAccessibleNameWins()
     {
-        Label label;
+        ui::Label label;
         label.setText(u"2019"_s);
         label.setAccessibleName(u"Year"_s);
         QCOMPARE(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name), u"Year"_s);
@@ -218,7 +218,7 @@ private Q_SLOTS:
 
     void showsWhatItDraws()
     {
-        Label label;
+        ui::Label label;
         label.resize(120, 30);
         const QImage empty = label.grab().toImage();
         label.setText(u"Something"_s);

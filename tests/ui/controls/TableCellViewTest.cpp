@@ -54,8 +54,8 @@ struct Cell
     CountingLayout *outer = new CountingLayout(&view);
     ImageView *square = new ImageView;
     QWidget *texts = new QWidget;
-    Label *title = new Label;
-    Label *details = new Label;
+    ui::Label *title = new ui::Label;
+    ui::Label *details = new ui::Label;
 };
 
 bool hasInk(const QImage &image, const QRect &area)

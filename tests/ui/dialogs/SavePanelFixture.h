@@ -75,7 +75,7 @@ protected:
     Sandbox m_sandbox;
     QString m_folder;
     QString m_movies;
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     std::shared_ptr<SavePanel> m_panel;
     QList<ModalResponse> m_answers;
 
@@ -88,7 +88,7 @@ private Q_SLOTS:
         m_movies = makeFolder(QStringLiteral("Videos"));
         UserDefaults::setStandardFile(m_folder + QStringLiteral("/settings/Plovendix.conf"));
         FileManager::setDefaultManager(std::make_shared<MoviesAt>(QUrl::fromLocalFile(m_movies)));
-        m_window = std::make_unique<Window>();
+        m_window = std::make_unique<ui::Window>();
         m_window->show();
         m_panel = std::make_shared<SavePanel>();
         m_answers.clear();

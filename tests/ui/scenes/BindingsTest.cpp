@@ -188,7 +188,7 @@ private Q_SLOTS:
         QPushButton button;
         QGroupBox groupBox;
         QLabel label;
-        Label plainLabel;
+        ui::Label plainLabel;
         bind(button, Binding::Title, *m_model, u"text"_s);
         bind(groupBox, Binding::Title, *m_model, u"text"_s);
         bind(label, Binding::Title, *m_model, u"text"_s);
@@ -207,7 +207,7 @@ private Q_SLOTS:
     {
         const QDateTime time(QDate(2024, 3, 1), QTime(14, 5), Qt::UTC);
         m_model->setAnything(time);
-        Label label;
+        ui::Label label;
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         bind(label, Binding::Value, *m_model, u"anything"_s);
         const QString german = label.text();

@@ -95,7 +95,7 @@ private Q_SLOTS:
 
     void dateAppearsInTheOpenPane()
     {
-        Label label;
+        ui::Label label;
         bindToDefaults(label, Binding::Value, u"SULastCheckTime"_s);
         QCOMPARE(label.text(), QString());
         const QDateTime now(QDate(2024, 3, 1), QTime(14, 5), Qt::UTC);

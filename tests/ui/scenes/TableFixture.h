@@ -17,7 +17,7 @@ public:
         auto *layout = new QVBoxLayout(this);
         layout->addWidget(&label);
     }
-    Label label;
+    ui::Label label;
 };
 
 /// A table of some rows in a window of 400 by 400, and what it asked and told.

@@ -9,22 +9,22 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Image solid(const QSize &size, const QColor &color)
+ui::Image solid(const QSize &size, const QColor &color)
 {
     QImage pixels(size, QImage::Format_RGB32);
     pixels.fill(color);
-    return Image(pixels);
+    return ui::Image(pixels);
 }
 
 /// Three stripes one above the other, the middle one blue.
-Image striped()
+ui::Image striped()
 {
     QImage pixels(30, 90, QImage::Format_RGB32);
     for (int y = 0; y < 90; ++y) {
         for (int x = 0; x < 30; ++x)
             pixels.setPixelColor(x, y, y >= 30 && y < 60 ? Qt::blue : Qt::red);
     }
-    return Image(pixels);
+    return ui::Image(pixels);
 }
 } // namespace
 
@@ -46,7 +46,7 @@ private Q_SLOTS:
     void imageGoesToANewLayerThatFills()
     {
         AspectFillImageView view;
-        const Image image = solid({10, 10}, Qt::red);
+        const ui::Image image = solid({10, 10}, Qt::red);
         QVERIFY(!view.layer());
         view.setImage(image);
         QVERIFY(view.wantsLayer());
@@ -59,7 +59,7 @@ private Q_SLOTS:
     {
         AspectFillImageView view;
         view.setImage(solid({10, 10}, Qt::red));
-        const QPointer<Layer> first = view.layer();
+        const QPointer<ui::Layer> first = view.layer();
         first->setCornerRadius(6);
         first->setMasksToBounds(true);
         first->addAnimation(Transition{}, u"transition"_s);

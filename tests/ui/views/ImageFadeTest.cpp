@@ -12,18 +12,18 @@ using namespace std::chrono_literals;
 
 namespace
 {
-Image solid(const QColor &color)
+ui::Image solid(const QColor &color)
 {
     QImage pixels(10, 10, QImage::Format_RGB32);
     pixels.fill(color);
-    return Image(pixels);
+    return ui::Image(pixels);
 }
 
 /// Notes what the view had when the image was set.
 class WatchedImageView final : public ImageView
 {
 public:
-    void setImage(const std::optional<Image> &image) override
+    void setImage(const std::optional<ui::Image> &image) override
     {
         hadLayer = wantsLayer() && layer();
         transition = layer() ? layer()->animation(u"transition"_s) : std::nullopt;
@@ -58,7 +58,7 @@ private Q_SLOTS:
         ImageView view;
         view.resize(10, 10);
         view.setImage(solid(Qt::red));
-        const Image fresh = solid(Qt::blue);
+        const ui::Image fresh = solid(Qt::blue);
         setImageWithFade(view, fresh);
         QVERIFY(view.image() == fresh);
         QCOMPARE(view.layer()->fadeProgress(), 0.0);
@@ -87,7 +87,7 @@ private Q_SLOTS:
         ImageView view;
         view.resize(10, 10);
         view.setImage(solid(Qt::red));
-        const Image fresh = solid(Qt::blue);
+        const ui::Image fresh = solid(Qt::blue);
         setImageWithFade(view, fresh);
         QVERIFY(view.image() == fresh);
         QVERIFY(view.layer()->contents() == fresh);

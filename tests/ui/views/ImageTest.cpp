@@ -41,14 +41,14 @@ class ImageTest : public QObject
 private Q_SLOTS:
     void drawingIsReadWithItsSize()
     {
-        const auto image = Image::fromFile(m_sandbox.writeFile(u"halves.svg"_s, TwoHalves));
+        const auto image = ui::Image::fromFile(m_sandbox.writeFile(u"halves.svg"_s, TwoHalves));
         QVERIFY(image);
         QCOMPARE(image->size(), QSizeF(10, 10));
     }
 
     void bitmapIsReadWhateverItsSuffix()
     {
-        const auto image = Image::fromFile(m_sandbox.writeFile(u"picture.jpg"_s, pngOf({12, 7})));
+        const auto image = ui::Image::fromFile(m_sandbox.writeFile(u"picture.jpg"_s, pngOf({12, 7})));
         QVERIFY(image);
         QCOMPARE(image->size(), QSizeF(12, 7));
     }
@@ -72,8 +72,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
-        QVERIFY(!Image::fromFile(m_sandbox.writeFile(name, content)));
-        QVERIFY(!Image::fromFile(m_sandbox.path(u"absent/"_s + name)));
+        QVERIFY(!ui::Image::fromFile(m_sandbox.writeFile(name, content)));
+        QVERIFY(!ui::Image::fromFile(m_sandbox.path(u"absent/"_s + name)));
     }
 
     void drawingIsCrispAtEveryRatio_data()
@@ -88,7 +88,7 @@ private Q_SLOTS:
     void drawingIsCrispAtEveryRatio()
     {
         QFETCH(qreal, ratio);
-        const auto image = Image::fromFile(m_sandbox.writeFile(u"halves.svg"_s, TwoHalves));
+        const auto image = ui::Image::fromFile(m_sandbox.writeFile(u"halves.svg"_s, TwoHalves));
         QVERIFY(image);
         const QPixmap pixmap = image->pixmap({64, 64}, ratio);
         QCOMPARE(pixmap.size(), QSize(64, 64) * ratio);
@@ -127,8 +127,8 @@ private Q_SLOTS:
 
     void sameSizeIsDrawnOnce()
     {
-        const Image image = solidImage({10, 10}, Qt::red);
-        const Image copy = image;
+        const ui::Image image = solidImage({10, 10}, Qt::red);
+        const ui::Image copy = image;
         const auto key = image.pixmap({20, 20}, 2).cacheKey();
         QCOMPARE(copy.pixmap({20, 20}, 2).cacheKey(), key);
         QVERIFY(image.pixmap({40, 40}, 1).cacheKey() != key); // as many pixels, but another ratio
@@ -137,7 +137,7 @@ private Q_SLOTS:
 
     void onlyAFewSizesAreKept()
     {
-        const Image image = solidImage({10, 10}, Qt::red);
+        const ui::Image image = solidImage({10, 10}, Qt::red);
         const auto key = image.pixmap({20, 20}, 1).cacheKey();
         for (int side = 30; side < 60; ++side)
             QVERIFY(!image.pixmap(QSizeF(side, side), 1).isNull());
@@ -146,8 +146,8 @@ private Q_SLOTS:
 
     void sizeBelongsToTheCopy()
     {
-        const Image image = solidImage({10, 10}, Qt::red);
-        Image copy = image;
+        const ui::Image image = solidImage({10, 10}, Qt::red);
+        ui::Image copy = image;
         copy.setSize({64, 64});
         QCOMPARE(copy.size(), QSizeF(64, 64));
         QCOMPARE(image.size(), QSizeF(10, 10));
@@ -156,8 +156,8 @@ private Q_SLOTS:
 
     void imagesOfOneSourceAreEqual()
     {
-        const Image image = solidImage({10, 10}, Qt::red);
-        const Image copy = image;
+        const ui::Image image = solidImage({10, 10}, Qt::red);
+        const ui::Image copy = image;
         QVERIFY(copy == image);
         QVERIFY(!(solidImage({10, 10}, Qt::red) == image));
     }
@@ -166,15 +166,15 @@ private Q_SLOTS:
     {
         m_sandbox.writeFile(u"first/icons/SRT.svg"_s, TwoHalves);
         Bundle::setMainFolder(m_sandbox.path(u"first"_s));
-        const auto image = Image::named(u"SRT"_s);
+        const auto image = ui::Image::named(u"SRT"_s);
         QVERIFY(image);
         QCOMPARE(image->size(), QSizeF(10, 10));
-        QVERIFY(!Image::named(u"ASS"_s));
+        QVERIFY(!ui::Image::named(u"ASS"_s));
 
         m_sandbox.writeFile(u"second/icons/ASS.png"_s, pngOf({5, 5}));
         Bundle::setMainFolder(m_sandbox.path(u"second"_s));
-        QVERIFY(!Image::named(u"SRT"_s)); // nothing is left of the other bundle
-        QVERIFY(Image::named(u"ASS"_s));
+        QVERIFY(!ui::Image::named(u"SRT"_s)); // nothing is left of the other bundle
+        QVERIFY(ui::Image::named(u"ASS"_s));
     }
 
     void drawingIsPreferredToABitmapOfTheName()
@@ -182,7 +182,7 @@ private Q_SLOTS:
         m_sandbox.writeFile(u"both/icons/SUB.svg"_s, TwoHalves);
         m_sandbox.writeFile(u"both/icons/SUB.png"_s, pngOf({5, 5}));
         Bundle::setMainFolder(m_sandbox.path(u"both"_s));
-        QCOMPARE(Image::named(u"SUB"_s).value().size(), QSizeF(10, 10));
+        QCOMPARE(ui::Image::named(u"SUB"_s).value().size(), QSizeF(10, 10));
     }
 
     void aDamagedDrawingFallsBackToTheBitmap()
@@ -191,18 +191,18 @@ private Q_SLOTS:
         m_sandbox.writeFile(u"damaged/icons/VTT.png"_s, pngOf({5, 5}));
         m_sandbox.writeFile(u"damaged/icons/SMI.svg"_s, "<svg");
         Bundle::setMainFolder(m_sandbox.path(u"damaged"_s));
-        QCOMPARE(Image::named(u"VTT"_s).value().size(), QSizeF(5, 5));
-        QVERIFY(!Image::named(u"SMI"_s));
+        QCOMPARE(ui::Image::named(u"VTT"_s).value().size(), QSizeF(5, 5));
+        QVERIFY(!ui::Image::named(u"SMI"_s));
     }
 
     void namedPictureIsReadOnce()
     {
         const QString file = m_sandbox.writeFile(u"once/icons/SRT.svg"_s, TwoHalves);
         Bundle::setMainFolder(m_sandbox.path(u"once"_s));
-        const auto first = Image::named(u"SRT"_s);
+        const auto first = ui::Image::named(u"SRT"_s);
         QVERIFY(first);
         QVERIFY(QFile::remove(file));
-        const auto second = Image::named(u"SRT"_s);
+        const auto second = ui::Image::named(u"SRT"_s);
         QVERIFY(second);
         QVERIFY(*second == *first);
     }
@@ -228,7 +228,7 @@ private Q_SLOTS:
               "hostile/icons/..\\secret.svg", "hostile/icons/SRT.svg"})
             m_sandbox.writeFile(QString::fromLatin1(file), TwoHalves);
         Bundle::setMainFolder(m_sandbox.path(u"hostile"_s));
-        QVERIFY(!Image::named(name));
+        QVERIFY(!ui::Image::named(name));
     }
 
 private:

@@ -38,7 +38,7 @@ private Q_SLOTS:
     {
         ImageView view;
         QVERIFY(!view.image());
-        const Image image = solidImage({10, 10}, Qt::red);
+        const ui::Image image = solidImage({10, 10}, Qt::red);
         view.setImage(image);
         QVERIFY(view.image() == image);
         view.setImage(std::nullopt);
@@ -75,7 +75,7 @@ private Q_SLOTS:
     void wantingALayerMakesOneWithTheImage()
     {
         ImageView view;
-        const Image image = solidImage({10, 10}, Qt::red);
+        const ui::Image image = solidImage({10, 10}, Qt::red);
         view.setImage(image);
         QVERIFY(!view.layer());
         QVERIFY(!view.wantsLayer());
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QVERIFY(view.wantsLayer());
         QVERIFY(view.layer());
         QVERIFY(view.layer()->contents() == image);
-        const Layer *made = view.layer();
+        const ui::Layer *made = view.layer();
         view.setWantsLayer(true);
         QCOMPARE(view.layer(), made);
     }
@@ -91,8 +91,8 @@ private Q_SLOTS:
     void layerOfOthersIsKept()
     {
         ImageView view;
-        auto layer = std::make_unique<Layer>();
-        const Layer *set = layer.get();
+        auto layer = std::make_unique<ui::Layer>();
+        const ui::Layer *set = layer.get();
         view.setLayer(std::move(layer));
         view.setWantsLayer(true);
         QCOMPARE(view.layer(), set);
@@ -102,7 +102,7 @@ private Q_SLOTS:
     {
         ImageView view;
         view.setWantsLayer(true);
-        const Image image = solidImage({10, 10}, Qt::red);
+        const ui::Image image = solidImage({10, 10}, Qt::red);
         view.setImage(image);
         QVERIFY(view.layer()->contents() == image);
         view.setImage(std::nullopt);
@@ -113,7 +113,7 @@ private Q_SLOTS:
     {
         ImageView view;
         view.resize(40, 30);
-        auto layer = std::make_unique<Layer>();
+        auto layer = std::make_unique<ui::Layer>();
         layer->setContents(solidImage({40, 30}, Qt::red));
         view.setLayer(std::move(layer));
         QCOMPARE(covered(shown(view)), QSize(0, 0));
@@ -129,7 +129,7 @@ private Q_SLOTS:
         view.setAspectFill(true);
         QCOMPARE(view.layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
 
-        auto layer = std::make_unique<Layer>();
+        auto layer = std::make_unique<ui::Layer>();
         layer->setContentsGravity(ContentsGravity::Center);
         view.setLayer(std::move(layer));
         view.setAspectFill(false);

@@ -13,10 +13,10 @@ using namespace std::chrono_literals;
 
 namespace
 {
-const QString Key = QString::fromLatin1(Layer::TransitionKey);
+const QString Key = QString::fromLatin1(ui::Layer::TransitionKey);
 
 /// Stops the layer's fade at that moment.
-void holdFadeAt(Layer &layer, int milliseconds)
+void holdFadeAt(ui::Layer &layer, int milliseconds)
 {
     auto *fade = layer.findChild<QVariantAnimation *>();
     QVERIFY(fade);
@@ -24,7 +24,7 @@ void holdFadeAt(Layer &layer, int milliseconds)
     fade->setCurrentTime(milliseconds);
 }
 
-QColor centreOf(const Layer &layer)
+QColor centreOf(const ui::Layer &layer)
 {
     const QImage image = painted({20, 20}, [&](QPainter &painter) { layer.draw(painter, {0, 0, 20, 20}); });
     return image.pixelColor(10, 10);
@@ -41,8 +41,8 @@ private Q_SLOTS:
 
     void transitionFadesFromTheOldToTheNew()
     {
-        Layer layer;
-        const Image fresh = solidImage({20, 20}, Qt::blue);
+        ui::Layer layer;
+        const ui::Image fresh = solidImage({20, 20}, Qt::blue);
         layer.setContents(solidImage({20, 20}, Qt::red));
         layer.addAnimation(Transition{}, Key);
         layer.setContents(fresh);
@@ -55,7 +55,7 @@ private Q_SLOTS:
 
     void halfwayBothAreMixed()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::red));
         layer.addAnimation(Transition{}, Key);
         layer.setContents(solidImage({20, 20}, Qt::blue));
@@ -66,7 +66,7 @@ private Q_SLOTS:
 
     void twoOpaqueContentsStayOpaqueOnTheWay()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::black));
         layer.addAnimation(Transition{}, Key);
         layer.setContents(solidImage({20, 20}, QColor(1, 1, 1)));
@@ -76,7 +76,7 @@ private Q_SLOTS:
 
     void fadeToNothing()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::black));
         layer.addAnimation(Transition{}, Key);
         layer.setContents(std::nullopt);
@@ -89,7 +89,7 @@ private Q_SLOTS:
 
     void easesInAndOut()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.addAnimation(Transition{}, Key);
         layer.setContents(solidImage({20, 20}, Qt::red));
         QCOMPARE(layer.findChild<QVariantAnimation *>()->duration(), 250);
@@ -101,7 +101,7 @@ private Q_SLOTS:
 
     void linearTransitionIsEven()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.addAnimation({Transition::Type::Fade, 1000ms, TimingFunction::Linear}, Key);
         layer.setContents(solidImage({20, 20}, Qt::red));
         holdFadeAt(layer, 200);
@@ -110,7 +110,7 @@ private Q_SLOTS:
 
     void interruptedFadeGoesOnFromWhatIsSeen()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.addAnimation({Transition::Type::Fade, 1000ms, TimingFunction::Linear}, Key);
         layer.setContents(solidImage({20, 20}, Qt::red));
         holdFadeAt(layer, 1000);
@@ -126,7 +126,7 @@ private Q_SLOTS:
     void reducedMotionChangesAtOnce()
     {
         Animator::setReducedMotion(true);
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::red));
         layer.addAnimation(Transition{}, Key);
         layer.setContents(solidImage({20, 20}, Qt::blue));
@@ -136,8 +136,8 @@ private Q_SLOTS:
 
     void sameContentsStartNoFade()
     {
-        Layer layer;
-        const Image image = solidImage({20, 20}, Qt::red);
+        ui::Layer layer;
+        const ui::Image image = solidImage({20, 20}, Qt::red);
         layer.setContents(image);
         layer.addAnimation(Transition{}, Key);
         layer.setContents(image);
@@ -147,7 +147,7 @@ private Q_SLOTS:
 
     void transitionServesLaterChangesToo()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.addAnimation({Transition::Type::Fade, 1ms, TimingFunction::Linear}, Key);
         layer.setContents(solidImage({20, 20}, Qt::red));
         QTRY_COMPARE(layer.fadeProgress(), 1.0);
@@ -157,13 +157,13 @@ private Q_SLOTS:
 
     void transitionsAreFoundByTheirKey()
     {
-        Layer layer;
+        ui::Layer layer;
         QVERIFY(!layer.animation(Key));
         layer.addAnimation({Transition::Type::Fade, 70ms, TimingFunction::Linear}, Key);
         QVERIFY(!layer.animation(u"other"_s));
         QCOMPARE(layer.animation(Key).value().duration, 70ms);
         // One under another key is kept, but is not for the contents.
-        Layer other;
+        ui::Layer other;
         other.addAnimation(Transition{}, u"other"_s);
         other.setContents(solidImage({20, 20}, Qt::red));
         QCOMPARE(other.fadeProgress(), 1.0);
@@ -171,7 +171,7 @@ private Q_SLOTS:
 
     void layerMayGoDuringAFade()
     {
-        auto layer = std::make_unique<Layer>();
+        auto layer = std::make_unique<ui::Layer>();
         layer->addAnimation(Transition{}, Key);
         layer->setContents(solidImage({20, 20}, Qt::red));
         const QPointer<QVariantAnimation> fade = layer->findChild<QVariantAnimation *>();

@@ -12,7 +12,7 @@ Q_DECLARE_METATYPE(ContentsGravity)
 
 namespace
 {
-QColor centreOf(const Layer &layer)
+QColor centreOf(const ui::Layer &layer)
 {
     const QImage image = painted({20, 20}, [&](QPainter &painter) { layer.draw(painter, {0, 0, 20, 20}); });
     return image.pixelColor(10, 10);
@@ -38,7 +38,7 @@ private Q_SLOTS:
     {
         QFETCH(ContentsGravity, gravity);
         QFETCH(QRect, covered);
-        Layer layer;
+        ui::Layer layer;
         layer.setContentsGravity(gravity);
         layer.setContents(solidImage({10, 10}, Qt::red));
         const QImage image = painted({40, 20}, [&](QPainter &painter) {
@@ -54,7 +54,7 @@ private Q_SLOTS:
 
     void nothingIsDrawnOutsideTheBounds()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContentsGravity(ContentsGravity::ResizeAspectFill);
         layer.setContents(solidImage({10, 40}, Qt::red));
         const QImage image = painted({40, 40}, [&](QPainter &painter) {
@@ -68,16 +68,16 @@ private Q_SLOTS:
 
     void anEmptyLayerDrawsNothing()
     {
-        const Layer layer;
+        const ui::Layer layer;
         QCOMPARE(centreOf(layer), QColor(Qt::white));
-        Layer pictureless;
-        pictureless.setContents(Image(QImage()));
+        ui::Layer pictureless;
+        pictureless.setContents(ui::Image(QImage()));
         QCOMPARE(centreOf(pictureless), QColor(Qt::white));
     }
 
     void roundedCornersAreCutWhenMasking()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::red));
         layer.setCornerRadius(6);
         layer.setMasksToBounds(true);
@@ -101,7 +101,7 @@ private Q_SLOTS:
 
     void cornersStayWithoutMasking()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::red));
         layer.setCornerRadius(6);
         const QImage image = painted({20, 20}, [&](QPainter &painter) {
@@ -112,7 +112,7 @@ private Q_SLOTS:
 
     void contentsChangeAtOnceWithoutATransition()
     {
-        Layer layer;
+        ui::Layer layer;
         layer.setContents(solidImage({20, 20}, Qt::red));
         QCOMPARE(layer.fadeProgress(), 1.0);
         QCOMPARE(centreOf(layer), QColor(Qt::red));
@@ -120,8 +120,8 @@ private Q_SLOTS:
 
     void everyChangeAsksForDisplay()
     {
-        Layer layer;
-        QSignalSpy asked(&layer, &Layer::needsDisplay);
+        ui::Layer layer;
+        QSignalSpy asked(&layer, &ui::Layer::needsDisplay);
         layer.setContents(solidImage({20, 20}, Qt::red));
         QCOMPARE(asked.count(), 1);
         layer.setCornerRadius(3);

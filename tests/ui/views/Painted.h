@@ -20,11 +20,11 @@ inline QImage painted(const QSize &size, const std::function<void(QPainter &)> &
 }
 
 /// An image of one colour.
-inline Image solidImage(const QSize &size, const QColor &color)
+inline ui::Image solidImage(const QSize &size, const QColor &color)
 {
     QImage pixels(size, QImage::Format_ARGB32_Premultiplied);
     pixels.fill(color);
-    return Image(pixels);
+    return ui::Image(pixels);
 }
 
 /// Whether two colours are the same but for rounding.

@@ -18,9 +18,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-Error errorSaying(const QString &text)
+base::Error errorSaying(const QString &text)
 {
-    return Error{QString(), 123, text};
+    return base::Error{QString(), 123, text};
 }
 } // namespace
 
@@ -157,7 +157,7 @@ private Q_SLOTS:
     void programQuittingMeanwhileEndsTheAlert()
     {
         QFETCH(bool, byClosingEverything);
-        Window window;
+        ui::Window window;
         window.show();
         bool returned = false;
         AlertAnswerer person([&](QMessageBox &) {
@@ -196,7 +196,7 @@ private Q_SLOTS:
 
     void controllerPresentsOverItsWindow()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<ViewController>();
         window.setContentViewController(controller);
         QWidget *parent = nullptr;

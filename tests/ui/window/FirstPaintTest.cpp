@@ -22,7 +22,7 @@ private Q_SLOTS:
         FirstPaint::afterwards([&done] { ++done; });
         MainQueue::shared().runUntilIdle();
         QCOMPARE(done, 0);
-        Window window;
+        ui::Window window;
         window.show();
         QTRY_COMPARE(done, 1);
     }

@@ -39,7 +39,7 @@ class ModalPresentationTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_window = std::make_unique<Window>();
+        m_window = std::make_unique<ui::Window>();
         m_presenter = ViewController::make<ViewController>();
         m_window->setContentViewController(m_presenter);
         m_window->show();
@@ -57,7 +57,7 @@ private Q_SLOTS:
     void panelAppearsInAModalWindowOfItsOwn()
     {
         m_presenter->presentViewControllerAsModalWindow(m_panel);
-        Window *window = m_panel->window();
+        ui::Window *window = m_panel->window();
         QVERIFY(window);
         QVERIFY(window != m_window.get());
         QVERIFY(window->isVisible());
@@ -72,17 +72,17 @@ private Q_SLOTS:
     {
         m_panel->view()->resize(420, 260);
         m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const Window *window = m_panel->window();
+        const ui::Window *window = m_panel->window();
         QCOMPARE(window->contentSize(), QSize(420, 260));
-        QVERIFY(window->isStandardButtonHidden(Window::StandardButton::Miniaturize));
-        QVERIFY(window->isStandardButtonHidden(Window::StandardButton::Zoom));
-        QVERIFY(!window->isStandardButtonHidden(Window::StandardButton::Close));
+        QVERIFY(window->isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
+        QVERIFY(window->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
+        QVERIFY(!window->isStandardButtonHidden(ui::Window::StandardButton::Close));
     }
 
     void dismissalClosesTheWindowAndForgetsThePresenter()
     {
         m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const QPointer<Window> window = m_panel->window();
+        const QPointer<ui::Window> window = m_panel->window();
         m_panel->dismissController();
         QVERIFY(!m_panel->presentingViewController());
         QVERIFY(!window || !window->isVisible());
@@ -105,7 +105,7 @@ private Q_SLOTS:
     void closingTheWindowIsADismissal()
     {
         m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const QPointer<Window> window = m_panel->window();
+        const QPointer<ui::Window> window = m_panel->window();
         QVERIFY(window->close());
         QVERIFY(!m_panel->presentingViewController());
         QTRY_VERIFY(!window);
@@ -117,7 +117,7 @@ private Q_SLOTS:
         m_window.reset();
         m_presenter.reset();
         QVERIFY(!m_panel->presentingViewController());
-        const QPointer<Window> window = m_panel->window();
+        const QPointer<ui::Window> window = m_panel->window();
         QVERIFY(window && window->isVisible());
         m_panel->dismissController();
         QTRY_VERIFY(!window);
@@ -137,7 +137,7 @@ private Q_SLOTS:
     void secondPresentationWhileOneIsUpShowsTheSameWindow()
     {
         m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const Window *window = m_panel->window();
+        const ui::Window *window = m_panel->window();
         m_presenter->presentViewControllerAsModalWindow(m_panel);
         QCOMPARE(m_panel->window(), window);
     }
@@ -173,7 +173,7 @@ private Q_SLOTS:
 
 private:
     Sandbox m_sandbox;
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     std::shared_ptr<ViewController> m_presenter;
     std::shared_ptr<Panel> m_panel;
 };

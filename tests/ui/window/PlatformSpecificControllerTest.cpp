@@ -14,7 +14,7 @@ namespace
 class NotingController : public ViewController
 {
 public:
-    bool presentError(const Error &error) override
+    bool presentError(const base::Error &error) override
     {
         errors += error;
         calls += u"error"_s;
@@ -31,7 +31,7 @@ public:
         calls += u"present"_s;
     }
 
-    QList<Error> errors;
+    QList<base::Error> errors;
     QList<std::shared_ptr<ViewController>> presented;
     QStringList calls;
 };
@@ -87,7 +87,7 @@ private Q_SLOTS:
         controller->presentErrorMessage(message, [&] { controller->calls += u"completion"_s; });
         QCOMPARE(controller->calls, QStringList({u"error"_s, u"completion"_s}));
         QCOMPARE(controller->errors.size(), 1);
-        const Error &error = controller->errors.first();
+        const base::Error &error = controller->errors.first();
         QCOMPARE(error.domain, QString());
         QCOMPARE(error.code, 123);
         QCOMPARE(error.localizedDescription, message);
@@ -97,7 +97,7 @@ private Q_SLOTS:
     {
         AlertDismisser alerts;
         const auto controller = ViewController::make<PlatformController<>>();
-        Window window;
+        ui::Window window;
         window.setContentViewController(controller);
         window.show();
         qsizetype shownBefore = -1;
@@ -154,7 +154,7 @@ private Q_SLOTS:
     {
         const auto controller = ViewController::make<PlatformController<>>();
         const auto panel = ViewController::make<PlatformController<>>();
-        Window window;
+        ui::Window window;
         window.setContentViewController(controller);
         window.show();
         bool wasUp = false;

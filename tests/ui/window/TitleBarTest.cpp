@@ -70,7 +70,7 @@ class TitleBarTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_window = std::make_unique<Window>();
+        m_window = std::make_unique<ui::Window>();
         m_window->setWindowTitle(u"Plovendix"_s);
         m_window->setContentSize({760, 640});
         m_titleBar = m_window->findChild<TitleBar *>();
@@ -90,11 +90,11 @@ private Q_SLOTS:
 
     void hiddenButtonsLeaveNoGap()
     {
-        m_window->setStandardButtonHidden(Window::StandardButton::Zoom, true);
-        QVERIFY(m_window->isStandardButtonHidden(Window::StandardButton::Zoom));
+        m_window->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
+        QVERIFY(m_window->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
         QVERIFY(!button(u"Maximize"_s)->isVisible());
         QCOMPARE(inWindow(button(u"Minimize"_s)).right(), 760 - 12 - 30 - 1);
-        m_window->setStandardButtonHidden(Window::StandardButton::Zoom, false);
+        m_window->setStandardButtonHidden(ui::Window::StandardButton::Zoom, false);
         QVERIFY(button(u"Maximize"_s)->isVisible());
     }
 
@@ -155,8 +155,8 @@ private Q_SLOTS:
 
     void hiddenTitleIsNotDrawn()
     {
-        m_window->setTitleVisibility(Window::TitleVisibility::Hidden);
-        QCOMPARE(m_window->titleVisibility(), Window::TitleVisibility::Hidden);
+        m_window->setTitleVisibility(ui::Window::TitleVisibility::Hidden);
+        QCOMPARE(m_window->titleVisibility(), ui::Window::TitleVisibility::Hidden);
         QImage image(m_titleBar->size(), QImage::Format_RGB32);
         m_titleBar->render(&image);
         const QRgb ground = image.pixel(100, 10);
@@ -177,7 +177,7 @@ private Q_SLOTS:
         m_window->setPalette(appearancePalette(Appearance::Scheme::Light, Qt::blue));
         m_window->setFullSizeContentView(true);
         m_window->setContentViewController(content);
-        Window other;
+        ui::Window other;
         other.show();
         other.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&other));
@@ -229,7 +229,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, hidden);
         QFETCH(bool, resizable);
-        m_window->setStandardButtonHidden(Window::StandardButton::Zoom, hidden);
+        m_window->setStandardButtonHidden(ui::Window::StandardButton::Zoom, hidden);
         m_window->setResizable(resizable);
         QTest::mouseDClick(m_titleBar, Qt::LeftButton, {}, {300, 15});
         QVERIFY(!m_window->isMaximized());
@@ -304,7 +304,7 @@ private Q_SLOTS:
 
     void spacePressesAFocusedButton()
     {
-        QSignalSpy closed(m_window.get(), &Window::closed);
+        QSignalSpy closed(m_window.get(), &ui::Window::closed);
         button(u"Close"_s)->setFocus();
         QTest::keyClick(button(u"Close"_s), Qt::Key_Space);
         QCOMPARE(closed.size(), 1);
@@ -314,7 +314,7 @@ private:
     QAbstractButton *button(const QString &name) const { return buttonNamed(*m_window, name); }
 
     Sandbox m_sandbox;
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     TitleBar *m_titleBar = nullptr;
 };
 
@@ -325,7 +325,7 @@ void TitleBarTest::namesAreInThePersonsLanguage()
     const QString folder = Bundle::main().folder();
     Bundle::setMainFolder(m_sandbox.path(u"bundle"_s));
     Bundle::main().setPreferredLocalizations({u"de"_s});
-    const Window window;
+    const ui::Window window;
     Bundle::setMainFolder(folder);
     QVERIFY(buttonNamed(window, u"Schließen"_s));
     QVERIFY(buttonNamed(window, u"Minimize"_s));

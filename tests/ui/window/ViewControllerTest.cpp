@@ -208,7 +208,7 @@ private Q_SLOTS:
 
     void windowGoingFirstLeavesViewAndControllerWhole()
     {
-        auto window = std::make_unique<Window>();
+        auto window = std::make_unique<ui::Window>();
         window->setContentViewController(m_controller);
         QCOMPARE(m_controller->window(), window.get());
         window->show();
@@ -221,7 +221,7 @@ private Q_SLOTS:
 
     void windowWithTheLastReferenceTakesBothAlongOnce()
     {
-        auto window = std::make_unique<Window>();
+        auto window = std::make_unique<ui::Window>();
         window->setContentViewController(m_controller);
         window->show();
         const QPointer<QWidget> view = m_controller->view();
@@ -234,7 +234,7 @@ private Q_SLOTS:
 
     void replacedContentOfAWindowLivesOn()
     {
-        Window window;
+        ui::Window window;
         window.setContentViewController(m_controller);
         window.show();
         const auto other = ViewController::make<ViewController>();

@@ -15,7 +15,7 @@ class WindowContentTest : public QObject
 private Q_SLOTS:
     void titleFollowsTheControllers()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<ViewController>();
         controller->setTitle(u"General"_s);
         window.setContentViewController(controller);
@@ -30,7 +30,7 @@ private Q_SLOTS:
 
     void aControllerWithoutTitleLeavesTheWindows()
     {
-        Window window;
+        ui::Window window;
         window.setWindowTitle(u"Plovendix"_s);
         window.setContentViewController(ViewController::make<ViewController>());
         QCOMPARE(window.windowTitle(), u"Plovendix"_s);
@@ -38,7 +38,7 @@ private Q_SLOTS:
 
     void contentStandsBelowTheTitleBar()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         window.setContentSize({560, 280});
@@ -50,7 +50,7 @@ private Q_SLOTS:
 
     void fullSizeContentLiesUnderTheTitleBar()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         window.setFullSizeContentView(true);
@@ -64,7 +64,7 @@ private Q_SLOTS:
 
     void controllerAppearsEachTimeTheWindowIsShown()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         QCOMPARE(controller->willAppear, 0);
@@ -83,7 +83,7 @@ private Q_SLOTS:
 
     void unminimisingIsNoAppearance()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         window.show();
@@ -96,7 +96,7 @@ private Q_SLOTS:
 
     void newContentInAShownWindowAppears()
     {
-        Window window;
+        ui::Window window;
         window.show();
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
@@ -109,7 +109,7 @@ private Q_SLOTS:
     void swappedContentKeepsItsPlaceUnderTheTitleBar()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setFullSizeContentView(true);
         window.setContentViewController(ViewController::make<CountingController>());
         window.show();
@@ -129,7 +129,7 @@ private Q_SLOTS:
         const auto controller = ViewController::make<CountingController>();
         const QPointer<QWidget> view = controller->view();
         {
-            Window window;
+            ui::Window window;
             window.setContentViewController(controller);
             window.show();
             window.setContentViewController(ViewController::make<CountingController>());
@@ -145,7 +145,7 @@ private Q_SLOTS:
 
     void firstResponderTakesTheFocus()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         window.show();
@@ -156,7 +156,7 @@ private Q_SLOTS:
 
     void noFirstResponderTakesItAway()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         window.show();

@@ -46,7 +46,7 @@ private Q_SLOTS:
     {
         RecordingWindowController controller;
         QVERIFY(!controller.isWindowLoaded());
-        Window *window = controller.window();
+        ui::Window *window = controller.window();
         QVERIFY(window);
         QVERIFY(controller.isWindowLoaded());
         QCOMPARE(controller.window(), window);
@@ -92,7 +92,7 @@ private Q_SLOTS:
         const std::weak_ptr<ViewController> held = content;
         controller->setContentViewController(std::exchange(content, nullptr));
         controller->showWindow();
-        const QPointer<Window> window = controller->window();
+        const QPointer<ui::Window> window = controller->window();
         controller.reset();
         QVERIFY(!window);
         QVERIFY(held.expired());

@@ -38,7 +38,7 @@ public:
 };
 
 /// What assistive tools call it is how tests find it.
-inline QAbstractButton *buttonNamed(const Window &window, const QString &name)
+inline QAbstractButton *buttonNamed(const ui::Window &window, const QString &name)
 {
     for (QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
         if (button->accessibleName() == name)

@@ -50,7 +50,7 @@ private Q_SLOTS:
         QVERIFY(actionNamed(*menu, u"Move"_s)->isEnabled());
         QVERIFY(actionNamed(*menu, u"Minimize"_s)->isEnabled());
         QVERIFY(actionNamed(*menu, u"Maximize"_s)->isEnabled());
-        QSignalSpy closed(&m_window, &Window::closed);
+        QSignalSpy closed(&m_window, &ui::Window::closed);
         actionNamed(*menu, u"Close"_s)->trigger();
         QCOMPARE(closed.size(), 1);
     }
@@ -68,7 +68,7 @@ private Q_SLOTS:
 
 private:
     Sandbox m_sandbox;
-    Window m_window;
+    ui::Window m_window;
 };
 
 PLOVENDIX_GUI_TEST(WindowMenuTest)

@@ -14,7 +14,7 @@ constexpr QSize Content{500, 400};
 constexpr int Margin = 28;
 constexpr int Middle = 200;
 
-QImage picture(Window &window)
+QImage picture(ui::Window &window)
 {
     QImage image(window.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -27,7 +27,7 @@ int alphaAt(const QImage &image, int x, int y)
     return qAlpha(image.pixel(x, y));
 }
 
-void fillWithRed(Window &window)
+void fillWithRed(ui::Window &window)
 {
     const auto controller = ViewController::make<ViewController>();
     QPalette red;
@@ -49,7 +49,7 @@ private Q_SLOTS:
     void marginSurroundsTheFrameWhileACompositorRuns()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setContentSize(Content);
         QCOMPARE(window.shadowMargin(), Margin);
         QCOMPARE(window.contentSize(), Content);
@@ -59,7 +59,7 @@ private Q_SLOTS:
     void frameStaysInPlaceWhenTheCompositorComesAndGoes()
     {
         Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setContentSize(Content);
         window.move(100, 100);
         window.show();
@@ -76,7 +76,7 @@ private Q_SLOTS:
     void maximisedHasNoMarginAndIsNotResized()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setContentSize(Content);
         window.show();
         const auto *grip = window.findChild<EdgeGrip *>();
@@ -92,7 +92,7 @@ private Q_SLOTS:
     void restoredFrameIsWhereItWas()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setContentSize(Content);
         window.move(100, 100);
         window.show();
@@ -107,7 +107,7 @@ private Q_SLOTS:
     void compositorThatComesWhileMaximisedCountsAfterRestoring()
     {
         Composited composited(false);
-        Window window;
+        ui::Window window;
         window.setContentSize(Content);
         window.move(100, 100);
         window.show();
@@ -123,7 +123,7 @@ private Q_SLOTS:
     void contentNeverShowsInTheRoundedCorners()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         fillWithRed(window);
         window.show();
         const QImage image = picture(window);
@@ -142,7 +142,7 @@ private Q_SLOTS:
     void contentFillsTheCornersOfASquareWindow()
     {
         const Composited composited(false);
-        Window window;
+        ui::Window window;
         fillWithRed(window);
         window.showMaximized();
         const QImage image = picture(window);
@@ -153,7 +153,7 @@ private Q_SLOTS:
     void shadowFadesOutBeforeTheWindowEnds()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         fillWithRed(window);
         window.show();
         window.activateWindow();
@@ -174,13 +174,13 @@ private Q_SLOTS:
     void inactiveShadowIsLighter()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         fillWithRed(window);
         window.show();
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         const int active = alphaAt(picture(window), Margin - 3, Middle);
-        Window other;
+        ui::Window other;
         other.show();
         other.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&other));
@@ -190,7 +190,7 @@ private Q_SLOTS:
     void gripShowsTheWayItResizes()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setContentSize(Content);
         window.show();
         auto *grip = window.findChild<EdgeGrip *>();
@@ -205,7 +205,7 @@ private Q_SLOTS:
     void fixedSizeWindowHasNoGrip()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setResizable(false);
         window.show();
         QVERIFY(!window.findChild<EdgeGrip *>()->isVisible());

@@ -22,7 +22,7 @@ class WindowTest : public QObject
 private Q_SLOTS:
     void titleIsItsAccessibleName()
     {
-        Window window;
+        ui::Window window;
         window.setWindowTitle(u"Plovendix (6 subtitles found)"_s);
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&window);
         QCOMPARE(accessible->text(QAccessible::Name), u"Plovendix (6 subtitles found)"_s);
@@ -31,7 +31,7 @@ private Q_SLOTS:
 
     void assistiveToolsSeeAWindowWithContentAndTitleBarOnly()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&window);
@@ -46,9 +46,9 @@ private Q_SLOTS:
 
     void closeButtonClosesOnce()
     {
-        Window window;
+        ui::Window window;
         window.show();
-        QSignalSpy closed(&window, &Window::closed);
+        QSignalSpy closed(&window, &ui::Window::closed);
         QTest::mouseClick(buttonNamed(window, u"Close"_s), Qt::LeftButton);
         QCOMPARE(closed.size(), 1);
         QVERIFY(!window.isVisible());
@@ -56,13 +56,13 @@ private Q_SLOTS:
 
     void controlWCloses()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         window.setContentViewController(controller);
         window.show();
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
-        QSignalSpy closed(&window, &Window::closed);
+        QSignalSpy closed(&window, &ui::Window::closed);
         QTest::keyClick(controller->view()->findChild<QLineEdit *>(), Qt::Key_W, Qt::ControlModifier);
         QCOMPARE(closed.size(), 1);
         QVERIFY(window.closeAction()->shortcut() == QKeySequence(u"Ctrl+W"_s));
@@ -70,9 +70,9 @@ private Q_SLOTS:
 
     void mayBeDestroyedByWhoHearsOfItsClosing()
     {
-        auto window = std::make_unique<Window>();
-        const QPointer<Window> watched = window.get();
-        connect(window.get(), &Window::closed, this, [&window] { window.reset(); });
+        auto window = std::make_unique<ui::Window>();
+        const QPointer<ui::Window> watched = window.get();
+        connect(window.get(), &ui::Window::closed, this, [&window] { window.reset(); });
         window->show();
         watched->close();
         QVERIFY(watched.isNull());
@@ -82,8 +82,8 @@ private Q_SLOTS:
     {
         constexpr int ended = 7;
         QApplication::setQuitOnLastWindowClosed(false);
-        Window first;
-        Window second;
+        ui::Window first;
+        ui::Window second;
         first.show();
         second.show();
         QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
@@ -101,28 +101,28 @@ private Q_SLOTS:
 
     void openWindowsAreThoseShownInOrderOfCreation()
     {
-        QCOMPARE(Window::openWindows(), {});
-        Window first;
-        Window second;
+        QCOMPARE(ui::Window::openWindows(), {});
+        ui::Window first;
+        ui::Window second;
         {
-            Window third;
+            ui::Window third;
             third.show();
             second.show();
             first.show();
-            QCOMPARE(Window::openWindows(), (QList<Window *>{&first, &second, &third}));
+            QCOMPARE(ui::Window::openWindows(), (QList<ui::Window *>{&first, &second, &third}));
         }
-        QCOMPARE(Window::openWindows(), (QList<Window *>{&first, &second}));
+        QCOMPARE(ui::Window::openWindows(), (QList<ui::Window *>{&first, &second}));
         first.close();
-        QCOMPARE(Window::openWindows(), QList<Window *>{&second});
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{&second});
     }
 
     void minimisedWindowIsStillOpen()
     {
-        Window window;
+        ui::Window window;
         window.show();
         QTest::mouseClick(buttonNamed(window, u"Minimize"_s), Qt::LeftButton);
         QVERIFY(window.isMinimized());
-        QCOMPARE(Window::openWindows(), QList<Window *>{&window});
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{&window});
         window.makeKeyAndOrderFront();
         QVERIFY(!window.isMinimized());
     }
@@ -140,7 +140,7 @@ private Q_SLOTS:
     {
         QFETCH(QSize, content);
         QFETCH(QSize, smallest);
-        Window window;
+        ui::Window window;
         window.setContentSize(content);
         window.resize(10, 10);
         QCOMPARE(window.contentSize(), smallest);
@@ -148,7 +148,7 @@ private Q_SLOTS:
 
     void viewsOwnMinimumCounts()
     {
-        Window window;
+        ui::Window window;
         const auto controller = ViewController::make<CountingController>();
         controller->view()->setMinimumSize(600, 100);
         window.setContentViewController(controller);
@@ -158,7 +158,7 @@ private Q_SLOTS:
 
     void fixedSizeWindowKeepsItsContentsSize()
     {
-        Window window;
+        ui::Window window;
         window.setContentSize({560, 280});
         window.setResizable(false);
         window.resize(900, 900);
@@ -173,7 +173,7 @@ private Q_SLOTS:
     void centersItsFrame()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         window.setContentSize({500, 400});
         window.center();
         const QPoint off = window.geometry().center() - window.screen()->availableGeometry().center();
@@ -183,7 +183,7 @@ private Q_SLOTS:
     void centeredWindowIsNoLargerThanItsScreen()
     {
         const Composited composited(true);
-        Window window;
+        ui::Window window;
         const QRect room = window.screen()->availableGeometry();
         window.setContentSize(room.size() + QSize(300, 200));
         window.center();
@@ -198,9 +198,9 @@ private Q_SLOTS:
 
     void modalWindowBlocksTheOther()
     {
-        Window window;
+        ui::Window window;
         window.show();
-        Window about(&window);
+        ui::Window about(&window);
         about.setWindowModality(Qt::ApplicationModal);
         about.show();
         QCOMPARE(QApplication::activeModalWidget(), &about);

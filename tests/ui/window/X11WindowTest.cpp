@@ -47,7 +47,7 @@ private Q_SLOTS:
         desktop->startCompositor();
         QTRY_VERIFY(WindowSystem::shared().isComposited());
         desktop->requests.clear();
-        m_window = std::make_unique<Window>();
+        m_window = std::make_unique<ui::Window>();
         m_titleBar = m_window->findChild<TitleBar *>();
         m_window->setContentSize({500, 400});
         m_window->move(100, 100);
@@ -279,7 +279,7 @@ private:
     }
 
     Sandbox m_sandbox;
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<ui::Window> m_window;
     TitleBar *m_titleBar = nullptr;
 };
 
