@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QObject>
+#include <QPointer>
 #include <QThread>
 #include <QTimerEvent>
 
@@ -214,6 +215,15 @@ MainQueue &MainQueue::shared()
 void MainQueue::async(std::function<void()> block)
 {
     d->push(std::move(block));
+}
+
+void MainQueue::async(QObject *context, std::function<void()> block)
+{
+    Q_ASSERT(isMainThread());
+    async([alive = QPointer(context), block = std::move(block)] {
+        if (alive)
+            block();
+    });
 }
 
 void MainQueue::asyncAfter(std::chrono::milliseconds delay, std::function<void()> block)

@@ -3,6 +3,8 @@
 #include <functional>
 #include <memory>
 
+class QObject;
+
 /// The queue of blocks for the main thread, first in, first out. Any thread may queue. Blocks do not nest,
 /// not even in a modal alert's event loop: a block queued during another one waits until that one has
 /// returned. `shared()` must first be called on the main thread, after the application object was created.
@@ -16,6 +18,8 @@ public:
 
     /// Runs `block` on a later turn of the main thread, never before this call returns.
     void async(std::function<void()> block);
+    /// The same, but drops `block` when `context` was destroyed before its turn. Main thread only.
+    void async(QObject *context, std::function<void()> block);
     /// Runs `block` once `delay` has passed.
     void asyncAfter(std::chrono::milliseconds delay, std::function<void()> block);
 

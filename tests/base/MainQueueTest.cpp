@@ -38,6 +38,17 @@ private Q_SLOTS:
         QCOMPARE(m_order, QList<int>{1});
     }
 
+    void blockOfADestroyedContextIsDropped()
+    {
+        QObject lives;
+        auto gone = std::make_unique<QObject>();
+        m_queue.async(gone.get(), [this] { m_order += 1; });
+        m_queue.async(&lives, [this] { m_order += 2; });
+        gone.reset();
+        m_queue.runUntilIdle();
+        QCOMPARE(m_order, QList<int>{2});
+    }
+
     void blockQueuedByABlockRunsAfterItAndAfterThoseBefore()
     {
         m_queue.async([this] {

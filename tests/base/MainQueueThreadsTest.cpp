@@ -1,6 +1,7 @@
 #include <base/MainQueue.h>
 #include <tests/support/TestMain.h>
 
+#include <QCoreApplication>
 #include <QTest>
 #include <QThread>
 
@@ -78,7 +79,7 @@ private Q_SLOTS:
         const Crew crew([&](int) {
             m_queue.async([&] {
                 ++total;
-                right += QThread::currentThread() == qApp->thread() ? 1 : 0;
+                right += QThread::currentThread() == QCoreApplication::instance()->thread() ? 1 : 0;
             });
         });
         QTRY_COMPARE(total, Workers);
