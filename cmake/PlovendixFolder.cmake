@@ -106,7 +106,7 @@ endfunction()
 # start programs from a process with threads, which is sound as long as nothing but exec follows.
 # The leak checker's guess at where libraries that are loaded late keep what belongs to a thread can hit memory that is
 # none of theirs, and it stops at that.
-set(PLOVENDIX_SANITIZING "TSAN_OPTIONS=ignore_noninstrumented_modules=1 die_after_fork=0 suppressions=${PROJECT_SOURCE_DIR}/tests/support/toolkit-threads.supp;ASAN_OPTIONS=intercept_tls_get_addr=0")
+set(PLOVENDIX_SANITIZING "TSAN_OPTIONS=ignore_noninstrumented_modules=1 die_after_fork=0 suppressions=${PROJECT_SOURCE_DIR}/tests/support/toolkit-threads.supp;ASAN_OPTIONS=intercept_tls_get_addr=0;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/toolkit-leaks.supp:print_suppressions=0")
 
 function(plovendix_tests)
     file(RELATIVE_PATH room ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})

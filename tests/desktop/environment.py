@@ -5,7 +5,7 @@ started without an environment see none of them either. It is imported before an
 """
 import os
 
-INHERITED = ('PATH', 'LD_LIBRARY_PATH', 'TMPDIR', 'TSAN_OPTIONS', 'ASAN_OPTIONS', 'UBSAN_OPTIONS', 'LLVM_PROFILE_FILE')
+INHERITED = ('PATH', 'LD_LIBRARY_PATH', 'TMPDIR', 'TSAN_OPTIONS', 'ASAN_OPTIONS', 'LSAN_OPTIONS', 'UBSAN_OPTIONS', 'LLVM_PROFILE_FILE')
 OF_THE_TEST = ('PLOVENDIX_BUILD',)
 SYSTEM_DATA = '/usr/share'
 # Types of files, pictures of the pointer, the window manager's theme and the libraries' own settings. No applications:
