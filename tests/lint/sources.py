@@ -32,11 +32,11 @@ def read(root, path):
 
 
 def code_only(text):
-    """C++ text with comments and the insides of literals blanked, every line in its place."""
+    """C++ text with comments and the insides of literals blanked, every character in its place."""
     def blank(match):
         found = match.group()
-        kept = '""' if '"' in found[:2] and not found.startswith('/') else ' '
-        return kept + '\n' * found.count('\n')
+        blanks = re.sub(r'[^\n]', ' ', found)
+        return f'"{blanks[1:-1]}"' if '"' in found[:2] and not found.startswith('/') else blanks
     return _COMMENT_OR_STRING.sub(blank, text)
 
 
