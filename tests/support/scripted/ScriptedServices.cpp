@@ -1,5 +1,7 @@
 #include "ScriptedServices.h"
 
+#include <base/MainQueue.h>
+
 #include <thread>
 
 namespace
@@ -25,18 +27,24 @@ std::shared_ptr<ScriptedSubtitleService> ScriptedSubtitleService::install()
 
 void ScriptedSubtitleService::query(const QList<Arg> &args, QueryCompletion completion)
 {
-    m_open[queries.size()] = std::move(completion);
+    if (answer)
+        MainQueue::shared().async([=, result = answer(args)] { completion(result); });
+    else
+        m_open[queries.size()] = std::move(completion);
     queries += args;
 }
 
 void ScriptedSubtitleService::cancelQueryTask()
 {
     ++cancellations;
-    m_open.clear();
+    if (!ignoresCancelling)
+        m_open.clear();
 }
 
 void ScriptedSubtitleService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
+    if (file)
+        MainQueue::shared().async([=, result = *file] { completion(result); });
     m_downloads.push_back({subtitle, std::move(completion)});
 }
 
@@ -94,6 +102,8 @@ std::shared_ptr<ScriptedMetadataService> ScriptedMetadataService::install()
 void ScriptedMetadataService::findExternally(const QString &id, ExternalSource, FindCompletion completion)
 {
     finds += id;
+    if (answer)
+        MainQueue::shared().async([=, result = answer(id)] { completion(result); });
     findCompletions.push_back(std::move(completion));
 }
 
@@ -102,6 +112,8 @@ void ScriptedMetadataService::fetchImage(const TmdbItem &item, ImageKind, const 
 {
     fetchedItems += item;
     fetchSizes += size;
+    if (picture)
+        MainQueue::shared().async([=, result = picture(item, size)] { completion(result); });
     imageCompletions.push_back(std::move(completion));
 }
 

@@ -11,7 +11,8 @@ enum class AnswerOn
     WorkerThread
 };
 
-/// A subtitle service that answers when and where the test says, and keeps what it was asked.
+/// A subtitle service that answers when and where the test says, and keeps what it was asked. With an
+/// `answer` or a `file` it answers by itself, on a later turn of the main queue.
 class ScriptedSubtitleService final : public SubtitleService
 {
 public:
@@ -30,6 +31,10 @@ public:
     QList<QUrl> hashed;
     std::optional<VideoHash> hash = VideoHash{QStringLiteral("0123456789abcdef"), 1'234'567};
     QString searchString = QStringLiteral("words from name");
+
+    std::function<Result<QueryResult>(const QList<Arg> &)> answer;
+    std::optional<Result<QUrl>> file;
+    bool ignoresCancelling = false; // true: queries can be answered after they were cancelled
 
     /// Answers the query at `index` of `queries` and returns when the completion has run.
     void finish(qsizetype index, const Result<QueryResult> &result, AnswerOn thread = AnswerOn::WorkerThread);
@@ -59,13 +64,16 @@ private:
     std::vector<Download> m_downloads;
 };
 
-/// A metadata service of the same kind; it always answers on the calling thread of `finish…`.
+/// A metadata service of the same kind. Tests call the completions themselves, unless they give `answer` and
+/// `picture`.
 class ScriptedMetadataService final : public MetadataService
 {
 public:
     static std::shared_ptr<ScriptedMetadataService> install();
 
     QStringList finds;
+    std::function<Result<FindResult>(const QString &id)> answer;
+    std::function<Result<QImage>(const TmdbItem &item, const QSize &size)> picture;
     QList<QSize> fetchSizes;
     QList<TmdbItem> fetchedItems;
     std::vector<FindCompletion> findCompletions;
@@ -76,7 +84,7 @@ public:
                     ImageCompletion completion) override;
 };
 
-/// Results to answer with: "Film 1.srt"-like records named by number.
+/// Results to answer with, named "Film.1", "Film.2" and so on.
 QList<SubtitlePtr> someSubtitles(int count, const QString &format = QStringLiteral("srt"));
 Result<QueryResult> answerWith(int count);
 Result<QueryResult> answerWith(const QList<SubtitlePtr> &subtitles);

@@ -4,12 +4,15 @@
 #include <QTest>
 #include <functional>
 #include <optional>
+#include <source_location>
+#include <type_traits>
 
 /// How long a fact is waited for, in milliseconds: a machine may have much else to do, and sanitizers to
 /// carry.
 inline constexpr int WaitLimit = 30'000;
 
-/// Catches the one outcome of an asynchronous call. A second one fails the test.
+/// The one outcome of an asynchronous call. Whatever reads the outcome waits for it first; the test fails
+/// when none comes within WaitLimit, and when a second one comes.
 template <class Value>
 class Caught final
 {
@@ -21,10 +24,48 @@ public:
             m_outcome = outcome;
         };
     }
+
+    /// Whether the outcome is there, without waiting.
     bool came() const { return m_outcome.has_value(); }
-    const Result<Value> &operator*() const { return *m_outcome; }
-    const Result<Value> *operator->() const { return &*m_outcome; }
+    /// Waits for the outcome.
+    const Result<Value> &operator*() const
+    {
+        if (!QTest::qWaitFor([this] { return came(); }, WaitLimit)) {
+            static const Result<Value> none =
+                base::Error{QStringLiteral("test"), 0, QStringLiteral("no outcome came")};
+            fail("no outcome came", std::source_location::current());
+            return none;
+        }
+        return *m_outcome;
+    }
+    const Result<Value> *operator->() const { return &**this; }
+
+    /// Waits for a success and gives its value. A failure fails the test with its detail.
+    decltype(auto) value(std::source_location where = std::source_location::current()) const
+    {
+        const Result<Value> &outcome = **this;
+        if (!outcome)
+            fail(qPrintable(outcome.error().localizedDescription + u' ' + outcome.error().detail), where);
+        if constexpr (!std::is_void_v<Value>) {
+            static const Value none{};
+            return outcome ? outcome.value() : none;
+        }
+    }
+    /// Waits for a failure and gives its error. A success fails the test.
+    const base::Error &error(std::source_location where = std::source_location::current()) const
+    {
+        static const base::Error none;
+        if (!**this)
+            return (**this).error();
+        fail("succeeded instead of failing", where);
+        return none;
+    }
 
 private:
+    static void fail(const char *why, std::source_location where)
+    {
+        QTest::qFail(why, where.file_name(), static_cast<int>(where.line()));
+    }
+
     std::optional<Result<Value>> m_outcome;
 };
