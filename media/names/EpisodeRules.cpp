@@ -1,58 +1,42 @@
 #include "NameRules.h"
 #include "RuleWords.h"
-#include "WordReader.h"
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-bool isEndMark(const QString &word)
-{
-    return word == "end"_L1 || word == "fin"_L1 || word == "final"_L1;
-}
-
 /// Whether the title ends after the word: at the end of the name, at a division, or before words about the
 /// file.
 bool closesTitle(const NameTokens &name, qsizetype i)
 {
-    if (i + 1 < name.count() && isEndMark(name[i + 1].word))
-        return true;
-    return i + 1 >= name.count() || name.isDividedBefore(i + 1) ||
-           name[i + 1].kind.strength != WordStrength::None;
+    return i + 1 >= name.count() || isListed(name[i + 1].word, WordList::End) ||
+           name.isDividedBefore(i + 1) || name[i + 1].isAboutFile();
 }
 
 /// Whether the number may be an episode's: not part of a date, a decimal or a frame size, nor about the file.
 bool isFree(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
-    const bool isFraction = name.gapBefore(i) == QStringView(u".") && i > 0 &&
-                            wholeNumber(name[i - 1].word, 4) && !isYear(name[i - 1].word);
+    const QString &before = name[i - 1].word;
+    const bool isFraction = name.isJoinedBefore(i, u'.') && wholeNumber(before, 4) && !isYear(before);
     const bool isBeforeFile = i < facts.fileBegin || name.isAloneInBrackets(i);
-    const bool isFile = name[i].kind.strength != WordStrength::None;
-    return i > facts.titleBegin && isBeforeFile && !isFile && !facts.isDate(i) && !isYear(name[i].word) &&
-           !isFraction;
+    return i > facts.titleBegin && isBeforeFile && !name[i].isAboutFile() && !facts.isDate(i) &&
+           !isYear(name[i].word) && !isFraction;
 }
 
 bool startsRange(const NameTokens &name, qsizetype i)
 {
-    if (i + 1 >= name.count())
-        return false;
-    const bool isSpoken = isRangeWord(name[i + 1].word) && i + 2 < name.count() &&
-                          wholeNumber(name[i + 2].word, 4) && wholeNumber(name[i].word, 4) &&
-                          *wholeNumber(name[i].word, 4) < *wholeNumber(name[i + 2].word, 4);
-    return isSpoken || (name.gapBefore(i + 1) == QStringView(u"-") && versionedNumber(name[i + 1].word));
+    const std::optional<int> first = wholeNumber(name[i].word, 4);
+    const std::optional<int> last = wholeNumber(name[i + 2].word, 4);
+    const bool isSpoken = isListed(name[i + 1].word, WordList::Range) && first && last && *first < *last;
+    return isSpoken || (name.isJoinedBefore(i + 1, u'-') && versionedNumber(name[i + 1].word));
 }
 
 /// "e02", "ep02", "E01v2".
 bool episodeLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
-    if (!reader.take("ep"_L1) && !reader.take("e"_L1))
-        return false;
-    const std::optional<int> episode = reader.number(1, 5);
-    if (!episode || !(reader.atEnd() || reader.take("v"_L1)))
-        return false;
-    facts.enter(i, i + 1, std::nullopt, episode);
-    return true;
+    const std::optional<int> episode = reader.numberAfter({"ep"_L1, "e"_L1}, 5);
+    return episode && (reader.atEnd() || reader.take("v"_L1)) && facts.enter(i, i + 1, std::nullopt, episode);
 }
 
 /// "Lamps Episode 4 A New Lamp 1977": the year behind an episode of a film's series.
@@ -64,28 +48,24 @@ bool isFilmEpisode(const NameTokens &name, qsizetype i, const NameFacts &facts)
 
 bool episodeWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (!isEpisodeWord(name[i].word) || i + 1 >= name.count())
+    if (!isListed(name[i].word, WordList::Episode))
         return false;
-    const QStringView gap = name.gapBefore(i + 1);
-    const bool isBracketed = gap == QStringView(u"[") || gap == QStringView(u"("); // "Ep[03]"
-    const bool isBehindNumber = i > 0 && wholeNumber(name[i - 1].word, 4);         // "12 Ep (01.02.2020)"
+    const bool isBracketed = name.isJoinedBefore(i + 1, u'[') || name.isJoinedBefore(i + 1, u'('); // "Ep[03]"
+    const bool isBehindNumber = wholeNumber(name[i - 1].word, 4).has_value(); // "12 Ep (01.02.2020)"
     if (name.isDividedBefore(i + 1) && (!isBracketed || isBehindNumber))
         return false;
     // "Episode 50 (2011)" is a film.
     if (i == facts.titleBegin && facts.year)
         return false;
     const std::optional<int> episode = versionedNumber(name[i + 1].word);
-    if (!episode || isFilmEpisode(name, i, facts))
-        return false;
-    facts.enter(i, i + 2, std::nullopt, episode);
-    return true;
+    return episode && !isFilmEpisode(name, i, facts) && facts.enter(i, i + 2, std::nullopt, episode);
 }
 
 /// The first word of the range that ends at `i`, such as "1" of "1-12 серии"; `i` itself without a range.
 qsizetype rangeBegin(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
-    const bool isRange = i - 1 > facts.titleBegin && name.gapBefore(i) == QStringView(u"-") &&
-                         wholeNumber(name[i - 1].word, 4);
+    const bool isRange =
+        i - 1 > facts.titleBegin && name.isJoinedBefore(i, u'-') && wholeNumber(name[i - 1].word, 4);
     return isRange ? i - 1 : i;
 }
 
@@ -93,60 +73,51 @@ qsizetype rangeBegin(const NameTokens &name, qsizetype i, const NameFacts &facts
 bool episodeWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const bool isAll = i + 2 == name.count();
-    if (i + 1 >= name.count() || !isEpisodeWord(name[i + 1].word) || (i == facts.titleBegin && !isAll))
+    const QString &unit = name[i + 1].word;
+    if (!isListed(unit, WordList::Episode) || unit.size() < 3 || (i == facts.titleBegin && !isAll) ||
+        !wholeNumber(name[i].word, 4))
         return false;
     const qsizetype first = rangeBegin(name, i, facts);
-    const std::optional<int> episode = wholeNumber(name[first].word, 4);
-    if (!wholeNumber(name[i].word, 4) || name[i + 1].word.size() < 3)
-        return false;
-    facts.enter(first, i + 2, std::nullopt, episode);
-    return true;
+    return facts.enter(first, i + 2, std::nullopt, wholeNumber(name[first].word, 4));
 }
 
 /// "第12話", "12集", "12話".
 bool countedEpisode(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const std::optional<int> episode = countedNumber(name[i].word);
-    if (!episode)
-        return false;
-    facts.enter(i, i + 1, std::nullopt, episode);
-    return true;
+    return episode && facts.enter(i, i + 1, std::nullopt, episode);
 }
 
 bool episodeWithHash(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const std::optional<int> episode = wholeNumber(name[i].word, 4);
-    if (!episode || i == facts.titleBegin || !name.gapBefore(i).endsWith(u'#'))
-        return false;
-    facts.enter(i, i + 1, std::nullopt, episode);
-    return true;
+    return episode && i != facts.titleBegin && name.gapBefore(i).endsWith(u'#') &&
+           facts.enter(i, i + 1, std::nullopt, episode);
 }
 
 /// "14.5": a special between two episodes.
 bool isHalfEpisode(const NameTokens &name, qsizetype i)
 {
-    return i + 1 < name.count() && name.gapBefore(i + 1) == QStringView(u".") && name[i].word.size() >= 2 &&
-           name[i + 1].word.size() == 1 && wholeNumber(name[i + 1].word, 1) && closesTitle(name, i + 1);
+    return name.isJoinedBefore(i + 1, u'.') && name[i].word.size() >= 2 && wholeNumber(name[i + 1].word, 1) &&
+           closesTitle(name, i + 1);
 }
 
 /// "1of4", "14 of 21".
 bool episodeOfMany(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
-    const std::optional<int> episode = reader.number(1, 3);
+    const std::optional<int> episode = reader.number(3);
     if (!episode || i == facts.titleBegin)
         return false;
-    const bool isJoined = reader.take("of"_L1) && reader.number(1, 3) && reader.atEnd();
-    const bool isSpread = reader.atEnd() && i + 2 < name.count() && name[i + 1].word == "of"_L1 &&
-                          wholeNumber(name[i + 2].word, 3);
+    const bool isJoined = reader.numberAfter({"of"_L1}, 3) && reader.atEnd();
+    const bool isSpread = reader.atEnd() && name[i + 1].word == "of"_L1 && wholeNumber(name[i + 2].word, 3);
     if (!isJoined && !isSpread)
         return false;
     qsizetype first = rangeBegin(name, i, facts);
     const std::optional<int> inRange = first < i ? wholeNumber(name[first].word, 3) : episode;
     if (first - 1 > facts.titleBegin && name[first - 1].word == "part"_L1)
         --first;
-    facts.enter(first, isJoined ? i + 1 : i + 3, std::nullopt, inRange);
-    return true;
+    return facts.enter(first, isJoined ? i + 1 : i + 3, std::nullopt, inRange);
 }
 
 /// After a dash or alone in brackets: "Show - 12 [720p]", "[Show][12]".
@@ -156,28 +127,27 @@ bool dividedNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
     const bool isBehindSeason = i >= facts.factsEnd;
     if (!episode || !isBehindSeason || !isFree(name, i, facts) || !name.isDividedBefore(i))
         return false;
-    if (!startsRange(name, i) && !closesTitle(name, i) && !isHalfEpisode(name, i))
-        return false;
-    facts.enter(i, i + 1, std::nullopt, episode);
-    return true;
+    const bool closes = startsRange(name, i) || closesTitle(name, i) || isHalfEpisode(name, i);
+    return closes && facts.enter(i, i + 1, std::nullopt, episode);
 }
 
 /// Whether a language or a kind of subtitles follows; fans then number through all seasons.
 bool countsThrough(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
-    return facts.startsWithGroup || (i + 1 < name.count() && name[i + 1].kind.kind == WordKind::Language);
+    return facts.startsWithGroup || name[i + 1].kind == WordKind::Language;
 }
 
-void enterLongNumber(qsizetype i, int number, NameFacts &facts)
+/// The season in the number's hundreds.
+bool enterLongNumber(qsizetype i, int number, NameFacts &facts)
 {
-    facts.enter(i, i + 1, number / 100, number % 100);
+    return facts.enter(i, i + 1, number / 100, number % 100);
 }
 
 /// Whether the number is more likely an event's ("ppv") or a film's, which come from discs in high
 /// definition.
 bool isEventOrFilm(const NameTokens &name, qsizetype i, const NameFacts &facts)
 {
-    if (i + 1 < name.count() && name[i + 1].word == "ppv"_L1)
+    if (name[i + 1].word == "ppv"_L1)
         return true;
     if (facts.startsWithGroup || name[i].word.startsWith(u'0'))
         return false;
@@ -194,74 +164,62 @@ bool isEventOrFilm(const NameTokens &name, qsizetype i, const NameFacts &facts)
 bool closingNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const std::optional<int> number = versionedNumber(name[i].word);
+    if (!number || facts.season || !isFree(name, i, facts))
+        return false;
     const qsizetype digits = name[i].word.size();
     const bool isRange = startsRange(name, i);
-    if (!number || facts.season || !isFree(name, i, facts) || (digits < 2 && !isRange))
-        return false;
-    if (isEventOrFilm(name, i, facts))
+    if ((digits < 2 && !isRange) || isEventOrFilm(name, i, facts))
         return false;
     const bool hasYear = facts.year && (isRange || !isYear(name[i - 1].word));
     const bool isPadded = name[i].word.startsWith(u'0');
     const bool closes = closesTitle(name, i) && (i + 1 < name.count() || facts.startsWithGroup);
     if (!closes && !isRange && !(isPadded && !hasYear))
         return false;
-    if (hasYear && !facts.startsWithGroup && digits < 3)
-        return false;
-    if (facts.year && !hasYear && digits < 3 && !isPadded)
+    const bool isTitles = hasYear ? !facts.startsWithGroup : facts.year && !isPadded;
+    if (isTitles && digits < 3)
         return false;
     const bool hasSeason = !isPadded || digits == 4; // "102" and "0102"
     if (!countsThrough(name, i, facts) && hasSeason && *number >= 100 && !isRange)
-        enterLongNumber(i, *number, facts);
-    else
-        facts.enter(i, i + 1, std::nullopt, number);
-    return true;
+        return enterLongNumber(i, *number, facts);
+    return facts.enter(i, i + 1, std::nullopt, number);
 }
-
-constexpr int MaxEpisodeInHundreds = 39; // "Room 155" is a room, "Show 123" an episode
 
 /// "show_209_name_of_the_episode", "Show.101.Name.2010.11.23.HDTV": the season in the hundreds, the episode's
 /// name behind it. A year alone, or a disc's picture, means a film.
 bool numberAmidName(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    const std::optional<int> number = wholeNumber(name[i].word, 3);
+    constexpr int MaxEpisode = 39; // "Room 155" is a room, "Show 123" an episode
+    const int number = wholeNumber(name[i].word, 3).value_or(0);
     const bool isDated = facts.dateEnd > 0;
-    if (!number || *number < 100 || facts.season || i <= facts.titleBegin || i + 1 >= name.count() ||
+    if (number < 100 || facts.season || i <= facts.titleBegin || i + 1 >= name.count() ||
         i >= facts.fileBegin || facts.isDate(i) || name[i].bracket > 0 || (facts.year && !isDated) ||
         isEventOrFilm(name, i, facts))
         return false;
     const bool isFilm = facts.fileBegin < name.count() && name[facts.fileBegin].word != "hdtv"_L1;
-    const QStringView before = name.gapBefore(i);
-    const bool isSpread =
-        before == name.gapBefore(i + 1) && (before == QStringView(u".") || before == QStringView(u"_"));
-    if (isFilm || !isSpread || *number % 100 > MaxEpisodeInHundreds || wholeNumber(name[i - 1].word, 4))
-        return false;
-    enterLongNumber(i, *number, facts);
-    return true;
+    const bool isSpread = (name.isJoinedBefore(i, u'.') && name.isJoinedBefore(i + 1, u'.')) ||
+                          (name.isJoinedBefore(i, u'_') && name.isJoinedBefore(i + 1, u'_'));
+    return !isFilm && isSpread && number % 100 <= MaxEpisode && !wholeNumber(name[i - 1].word, 4) &&
+           enterLongNumber(i, number, facts);
 }
 
 /// "show.10910.hdtv": season 1, the episodes 9 and 10.
 bool twoEpisodesInOneNumber(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    const std::optional<int> number = wholeNumber(name[i].word, 5);
-    if (!number || *number < 10000 || facts.season || !isFree(name, i, facts) || !closesTitle(name, i))
-        return false;
-    const int first = *number / 100 % 100;
-    if (first + 1 != *number % 100)
-        return false;
-    facts.enter(i, i + 1, *number / 10000, first);
-    return true;
+    const int number = wholeNumber(name[i].word, 5).value_or(0);
+    const int first = number / 100 % 100;
+    return number >= 10000 && !facts.season && isFree(name, i, facts) && closesTitle(name, i) &&
+           first + 1 == number % 100 && facts.enter(i, i + 1, number / 10000, first);
 }
 
 /// "grp-show-x264-103": at the very end, after the words about the file.
 bool numberAtVeryEnd(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    const std::optional<int> number = wholeNumber(name[i].word, 3);
-    if (!number || *number < 100 || i + 1 < name.count() || facts.season || facts.year ||
-        facts.fileBegin >= i || name.gapBefore(i) != QStringView(u"-") ||
-        name.gapBefore(i - 1) != QStringView(u"-"))
+    const int number = wholeNumber(name[i].word, 3).value_or(0);
+    if (number < 100 || i + 1 < name.count() || facts.season || facts.year || facts.fileBegin >= i ||
+        !name.isJoinedBefore(i, u'-') || !name.isJoinedBefore(i - 1, u'-'))
         return false;
-    facts.season = *number / 100;
-    facts.episode = *number % 100;
+    facts.season = number / 100;
+    facts.episode = number % 100;
     return true;
 }
 

@@ -1,9 +1,6 @@
 #include "FileNameParser.h"
 
-#include "NameLeadIn.h"
 #include "NameRules.h"
-#include "RuleWords.h"
-#include "TitleEnd.h"
 
 #include <base/FileManager.h>
 
@@ -11,6 +8,18 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+/// Tries the rules of one table. Returns whether one matched.
+bool applyFirst(std::span<const NameRule> rules, const NameTokens &name, NameFacts &facts)
+{
+    for (const NameRule &rule : rules) {
+        for (qsizetype i = facts.titleBegin; i < name.count(); ++i) {
+            if (rule.apply(name, i, facts))
+                return true;
+        }
+    }
+    return false;
+}
+
 /// "Show Season 1 S01E02": the season's first mention is not part of the title.
 void endBeforeRepeatedSeason(const NameTokens &name, NameFacts &facts)
 {
@@ -52,15 +61,15 @@ QString textOf(const NameTokens &name, qsizetype first, qsizetype last)
     return title.simplified();
 }
 
-QString searchStringOf(const VideoFileComponents &said, const QString &name)
+QString searchStringOf(const NameTokens &name, const NameFacts &facts, const QString &title)
 {
-    if (said.title.isEmpty())
-        return name.simplified();
-    if (said.season && said.episode)
-        return u"%1 S%2E%3"_s.arg(said.title)
-            .arg(*said.season, 2, 10, '0'_L1)
-            .arg(*said.episode, 2, 10, '0'_L1);
-    return said.year ? u"%1 %2"_s.arg(said.title).arg(*said.year) : said.title;
+    if (title.isEmpty())
+        return name.name().simplified();
+    if (facts.partEnd > 0)
+        return textOf(name, facts.titleBegin, facts.partEnd);
+    if (facts.season && facts.episode)
+        return u"%1 S%2E%3"_s.arg(title).arg(*facts.season, 2, 10, '0'_L1).arg(*facts.episode, 2, 10, '0'_L1);
+    return facts.year ? u"%1 %2"_s.arg(title).arg(*facts.year) : title;
 }
 } // namespace
 
@@ -73,16 +82,8 @@ VideoFileComponents parseVideoName(const QString &text)
     findYear(name, facts);
     findSeasonAndEpisode(name, facts);
     findTitleEnd(name, facts);
-
-    VideoFileComponents said;
-    said.title = textOf(name, facts.titleBegin, facts.titleEnd);
-    said.year = facts.year;
-    said.season = facts.season;
-    said.episode = facts.episode;
-    said.searchString = facts.partEnd > 0 && !said.title.isEmpty()
-                            ? textOf(name, facts.titleBegin, facts.partEnd)
-                            : searchStringOf(said, name.name());
-    return said;
+    const QString title = textOf(name, facts.titleBegin, facts.titleEnd);
+    return {searchStringOf(name, facts, title), title, facts.year, facts.season, facts.episode};
 }
 
 VideoFileComponents videoFileComponents(const QUrl &url)

@@ -1,9 +1,5 @@
-#include "NameLeadIn.h"
-
+#include "NameRules.h"
 #include "RuleWords.h"
-#include "TitleChoice.h"
-
-#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -22,18 +18,10 @@ bool isTechnical(const NameTokens &name, qsizetype begin, qsizetype end)
 {
     for (qsizetype i = begin; i < end; ++i) {
         const bool isNumber = wholeNumber(name[i].word, 8) || countedNumber(name[i].word);
-        if (name[i].kind.strength == WordStrength::None && !isNumber)
+        if (!name[i].isAboutFile() && !isNumber)
             return false;
     }
     return true;
-}
-
-bool isTopLevelDomain(const QString &word)
-{
-    static const QSet<QString> known = {u"com"_s, u"net"_s, u"org"_s, u"tv"_s, u"cc"_s, u"cd"_s,
-                                        u"ru"_s,  u"de"_s,  u"ca"_s,  u"za"_s, u"nz"_s, u"uk"_s,
-                                        u"pl"_s,  u"art"_s, u"lat"_s, u"to"_s};
-    return known.contains(word);
 }
 
 /// "www.example.com - Title" and "example.com - Title": the first word after the dash.
@@ -43,8 +31,10 @@ qsizetype behindSite(const NameTokens &name, qsizetype begin)
     const bool saysWww = name[begin].word == "www"_L1;
     for (qsizetype i = begin + 1; i < std::min(name.count(), begin + MaxSiteWords); ++i) {
         if (name.isDividedBefore(i))
-            return saysWww || (i >= begin + 2 && isTopLevelDomain(name[i - 1].word)) ? i : begin;
-        if (name.gapBefore(i) != QStringView(u".") && name.gapBefore(i) != QStringView(u"-"))
+            return saysWww || (i >= begin + 2 && isListed(name[i - 1].word, WordList::TopLevelDomain))
+                       ? i
+                       : begin;
+        if (!name.isJoinedBefore(i, u'.') && !name.isJoinedBefore(i, u'-'))
             return begin;
     }
     return begin;
@@ -67,12 +57,12 @@ qsizetype textBehindBrackets(const NameTokens &name, qsizetype begin)
 {
     while (begin < name.count() && name[begin].outerBracket > 0) {
         const qsizetype end = behindBracket(name, begin);
-        if (!name.isSquare(begin) || isTechnical(name, begin, end))
+        if (!name[begin].isSquare || isTechnical(name, begin, end))
             return -1;
         begin = end;
     }
-    const bool isTitle = begin < name.count() && name[begin].kind.strength == WordStrength::None &&
-                         hasLatinLetter(name, begin, begin + 1);
+    const bool isTitle =
+        begin < name.count() && !name[begin].isAboutFile() && hasLatinLetter(name, begin, begin + 1);
     return isTitle ? begin : -1;
 }
 
@@ -81,10 +71,9 @@ qsizetype behindFileWords(const NameTokens &name, qsizetype begin)
 {
     bool isSure = false;
     qsizetype i = begin;
-    for (; i < name.count() && name[i].kind.strength != WordStrength::None; ++i) {
-        const bool isPicture =
-            name[i].kind.kind == WordKind::Resolution || name[i].kind.kind == WordKind::VideoCodec;
-        isSure |= isPicture && name[i].kind.strength == WordStrength::Strong && !wholeNumber(name[i].word, 4);
+    for (; i < name.count() && name[i].isAboutFile(); ++i) {
+        const bool isPicture = name[i].kind == WordKind::Resolution || name[i].kind == WordKind::VideoCodec;
+        isSure |= isPicture && name[i].isStrong() && !wholeNumber(name[i].word, 4);
     }
     return isSure && i < name.count() ? i : begin;
 }
@@ -168,12 +157,12 @@ bool isLeadInBracket(const NameTokens &name, qsizetype begin, qsizetype end)
     if (name[begin].outerBracket == 0 || end >= name.count())
         return false;
     const bool isRunningNumber = end == begin + 1 && wholeNumber(name[begin].word, 2);
-    const bool isAboutFile = name[begin].kind.strength != WordStrength::None && isTechnical(name, begin, end);
-    const bool isFileAllThatFollows = name[end].kind.strength == WordStrength::Strong;
+    const bool isAboutFile = name[begin].isAboutFile() && isTechnical(name, begin, end);
+    const bool isFileAllThatFollows = name[end].isStrong();
     // "(Group) Title", but neither "(500) Lights" nor "(Un)lit".
     const bool isGroup = hasLatinLetter(name, begin, end) && name.gapBefore(end).endsWith(u' ') &&
                          name.gapBefore(end).size() == 2 && name[end].bracket == 0;
-    return (name.isSquare(begin) || isLeadingYear(name, begin, end) || isRunningNumber || isAboutFile ||
+    return (name[begin].isSquare || isLeadingYear(name, begin, end) || isRunningNumber || isAboutFile ||
             isGroup) &&
            !isFileAllThatFollows;
 }
@@ -192,7 +181,7 @@ void skipLeadIn(const NameTokens &name, NameFacts &facts)
         else
             facts.startsWithGroup = true;
         facts.titleBegin = behind;
-        if (!name.isSquare(behind) && !isMonthNews(name[behind].word))
+        if (!name[behind].isSquare && !isMonthNews(name[behind].word))
             continue;
         const qsizetype text = textBehindBrackets(name, behind);
         if (text < 0)

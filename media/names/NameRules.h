@@ -22,8 +22,17 @@ struct NameFacts
 
     bool isDate(qsizetype index) const { return index >= dateBegin && index < dateEnd; }
     void endTitleAt(qsizetype index) { titleEnd = std::min(titleEnd, index); }
-    /// Stores the facts in the words from `index` up to `end`.
-    void enter(qsizetype index, qsizetype end, std::optional<int> newSeason, std::optional<int> newEpisode);
+
+    /// Stores the facts in the words from `index` up to `end`, where the title ends. Returns true, so that a
+    /// rule can end with it.
+    bool enter(qsizetype index, qsizetype end, std::optional<int> newSeason, std::optional<int> newEpisode)
+    {
+        season = newSeason ? newSeason : season;
+        episode = newEpisode ? newEpisode : episode;
+        endTitleAt(index);
+        factsEnd = std::max(factsEnd, end);
+        return true;
+    }
 };
 
 /// One notation of a fact. Rules are in tables and tried in order; each is applied to the words once, from
@@ -48,5 +57,14 @@ std::span<const NameRule> barePairRules();
 /// Bare numbers that can only be episodes.
 std::span<const NameRule> numberRules();
 
-/// Tries the rules of one table. Returns whether one matched.
-bool applyFirst(std::span<const NameRule> rules, const NameTokens &name, NameFacts &facts);
+// The steps around the rules, in their order.
+
+/// Finds the beginning of the title after the group's brackets, the site's name or a running number. Stores
+/// the title's first word and, for a name that consists of brackets, also its end.
+void skipLeadIn(const NameTokens &name, NameFacts &facts);
+/// Stores the year and ends the title before it: a year alone in brackets, else the last one before the words
+/// about the file. A year that opens the title is part of it. Dates end the title, too.
+void findYear(const NameTokens &name, NameFacts &facts);
+/// Ends the title at the words about the file, at the brackets around other facts, and before words for its
+/// completeness or cut. Of a title in two scripts it takes the Latin one.
+void findTitleEnd(const NameTokens &name, NameFacts &facts);

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <string_view>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -19,12 +21,12 @@ bool isWordCharacter(QStringView name, qsizetype index)
 
 bool isOpening(QChar c)
 {
-    return c == u'(' || c == u'[' || c == u'{' || c == u'【' || c == u'（';
+    return std::u16string_view(u"([{【（").find(c.unicode()) != std::u16string_view::npos;
 }
 
 bool isClosing(QChar c)
 {
-    return c == u')' || c == u']' || c == u'}' || c == u'】' || c == u'）';
+    return std::u16string_view(u")]}】）").find(c.unicode()) != std::u16string_view::npos;
 }
 
 bool isBlank(QChar c)
@@ -96,7 +98,7 @@ NameTokens::NameTokens(const QString &name) : m_name(withoutExtension(name.trimm
     }
     if (begin >= 0)
         addWord(begin, m_name.size(), open.last());
-    classify();
+    classifyPairs();
 }
 
 void NameTokens::addWord(qsizetype begin, qsizetype end, const Bracket &bracket)
@@ -113,16 +115,13 @@ void NameTokens::addToken(qsizetype begin, qsizetype end, const Bracket &bracket
         return;
     // Compatibility forms: full-width digits count as digits.
     const QString word = m_name.mid(begin, end - begin).normalized(QString::NormalizationForm_KC).toLower();
-    m_tokens += NameToken{begin, end, word, bracket.number, bracket.outer, bracket.isSquare, {}, {}};
+    m_tokens +=
+        NameToken{classOfWord(word), begin, end, word, bracket.number, bracket.outer, bracket.isSquare, word};
 }
 
-/// Classifies words; two words that make one ("Blu-ray", "H.264") share their class.
-void NameTokens::classify()
+/// Two words that make one ("Blu-ray", "H.264") share their class.
+void NameTokens::classifyPairs()
 {
-    for (NameToken &token : m_tokens) {
-        token.known = token.word;
-        token.kind = classOfWord(token.word);
-    }
     for (qsizetype i = 0; i + 1 < m_tokens.size(); ++i) {
         if (m_tokens[i + 1].begin - m_tokens[i].end != 1)
             continue;
@@ -131,16 +130,24 @@ void NameTokens::classify()
         if (both.strength != WordStrength::Strong)
             continue;
         for (NameToken *part : {&m_tokens[i], &m_tokens[i + 1]}) {
+            static_cast<WordClass &>(*part) = both;
             part->known = joined;
-            part->kind = both;
         }
     }
 }
 
 QStringView NameTokens::gapBefore(qsizetype index) const
 {
+    if (index < 0 || index >= count())
+        return {};
     const qsizetype from = index == 0 ? 0 : m_tokens[index - 1].end;
     return QStringView(m_name).mid(from, m_tokens[index].begin - from);
+}
+
+bool NameTokens::isJoinedBefore(qsizetype index, char16_t character) const
+{
+    const QStringView gap = gapBefore(index);
+    return gap.size() == 1 && gap[0] == character;
 }
 
 bool NameTokens::isDividedBefore(qsizetype index) const
@@ -158,7 +165,6 @@ bool NameTokens::isDividedBefore(qsizetype index) const
 
 bool NameTokens::isAloneInBrackets(qsizetype index) const
 {
-    const int bracket = m_tokens[index].bracket;
-    return bracket > 0 && (index == 0 || m_tokens[index - 1].bracket != bracket) &&
-           (index + 1 >= count() || m_tokens[index + 1].bracket != bracket);
+    const int bracket = (*this)[index].bracket;
+    return bracket > 0 && (*this)[index - 1].bracket != bracket && (*this)[index + 1].bracket != bracket;
 }

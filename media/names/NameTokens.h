@@ -5,7 +5,7 @@
 #include <QString>
 
 /// A word of a name: letters and digits between separators.
-struct NameToken
+struct NameToken : WordClass
 {
     qsizetype begin = 0; // in the name
     qsizetype end = 0;
@@ -14,7 +14,6 @@ struct NameToken
     int outerBracket = 0;  // the outermost
     bool isSquare = false; // whether those are square brackets, as for groups and file data
     QString known;         // the looked-up text; for two words that make one ("Blu-ray") both, joined
-    WordClass kind;
 };
 
 /// A name split into words, in one pass. Rules look at these words and at the gaps between them.
@@ -28,15 +27,21 @@ public:
 
     const QString &name() const { return m_name; }
     qsizetype count() const { return m_tokens.size(); }
-    const NameToken &operator[](qsizetype index) const { return m_tokens[index]; }
+    /// The word at `index`; an empty one before the first and behind the last.
+    const NameToken &operator[](qsizetype index) const
+    {
+        return index >= 0 && index < count() ? m_tokens[index] : m_none;
+    }
 
-    /// The text between a word and the one before it (for the first word: the beginning of the name).
+    /// The text between a word and the one before it (for the first word: the beginning of the name); empty
+    /// behind the last word.
     QStringView gapBefore(qsizetype index) const;
+    /// Whether just this character stands between a word and the one before it.
+    bool isJoinedBefore(qsizetype index, char16_t character) const;
     /// Whether a dash with spaces or a bracket divides a word from the one before it.
     bool isDividedBefore(qsizetype index) const;
     /// Whether the word is alone in its brackets.
     bool isAloneInBrackets(qsizetype index) const;
-    bool isSquare(qsizetype index) const { return m_tokens[index].isSquare; }
 
 private:
     struct Bracket
@@ -48,8 +53,9 @@ private:
     /// Adds the word, split where a title runs into its season: "Brack1x02" and "BrackS01E02".
     void addWord(qsizetype begin, qsizetype end, const Bracket &bracket);
     void addToken(qsizetype begin, qsizetype end, const Bracket &bracket);
-    void classify();
+    void classifyPairs();
 
     QString m_name;
     QList<NameToken> m_tokens;
+    const NameToken m_none;
 };

@@ -1,9 +1,13 @@
 #include "NameWords.h"
 
+#include "RuleWords.h"
+
 #include <QHash>
 #include <QStringList>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -59,65 +63,36 @@ constexpr Row Rows[] = {
      "digital extras read nfo dubbed doku docu sample"},
 };
 
-bool isDigits(QStringView text)
-{
-    return !text.isEmpty() &&
-           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
-}
-
 /// "5AF6F1E4": a checksum in the name. Eight digits alone are rather a date.
 bool isChecksum(const QString &word)
 {
-    const auto isHexDigit = [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); };
-    return word.size() == 8 && std::all_of(word.begin(), word.end(), isHexDigit) &&
-           std::any_of(word.begin(), word.end(), [](QChar c) { return c >= u'a'; }) &&
-           std::any_of(word.begin(), word.end(), [](QChar c) { return c <= u'9'; });
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const auto isHexLetter = [](QChar c) { return c >= u'a' && c <= u'f'; };
+    const auto digits = std::count_if(word.begin(), word.end(), isDigit);
+    const auto letters = std::count_if(word.begin(), word.end(), isHexLetter);
+    return word.size() == 8 && digits + letters == 8 && digits > 0 && letters > 0;
 }
 
-/// "v2": the second version of a release.
-bool isVersion(const QString &word)
-{
-    return word.size() == 2 && word[0] == u'v' && word[1] >= u'0' && word[1] <= u'9';
-}
-
-/// "1036p", "1080i", "48fps": a number of lines or frames.
+/// "1036p", "1080i", "48fps", "1920x1080": a number of lines or frames, or a frame's size.
 bool isPictureMeasure(const QString &word)
 {
-    qsizetype digits = 0;
-    while (digits < word.size() && word[digits] >= u'0' && word[digits] <= u'9')
-        ++digits;
-    const QStringView unit = QStringView(word).mid(digits);
-    const bool countsLines =
-        digits >= 3 && digits <= 4 && (unit == QStringView(u"p") || unit == QStringView(u"i"));
-    const bool countsFrames = digits >= 2 && digits <= 3 && unit == QStringView(u"fps");
-    return countsLines || countsFrames;
+    WordReader lines(word);
+    WordReader frames(word);
+    WordReader size(word);
+    return (lines.number(4, 3) && lines.takeAny({"p"_L1, "i"_L1}) && lines.atEnd()) ||
+           (frames.number(3, 2) && frames.take("fps"_L1) && frames.atEnd()) ||
+           (size.number(4, 3) && size.take("x"_L1) && size.number(4, 3) && size.atEnd());
 }
 
-/// "tt1234567": a film's number.
-bool isFilmNumber(const QString &word)
+/// "v2", "CD1", "tt1234567": the version of a release, one of its discs, the number of a film.
+bool isNumberedRemark(const QString &word)
 {
-    return word.size() >= 9 && word.size() <= 10 && word.startsWith(u"tt") &&
-           isDigits(QStringView(word).mid(2));
-}
-
-/// "CD1", "DVD2", "disc1": one of several files or discs.
-bool isDisc(const QString &word)
-{
-    for (const QLatin1StringView medium : {QLatin1StringView("cd"), QLatin1StringView("dvd"),
-                                           QLatin1StringView("disc"), QLatin1StringView("disk")}) {
-        if (word.size() == medium.size() + 1 && word.startsWith(medium) && word.back() >= u'1' &&
-            word.back() <= u'9')
-            return true;
-    }
-    return false;
-}
-
-/// "1920x1080" and the like.
-bool isFrameSize(const QString &word)
-{
-    const qsizetype cross = word.indexOf(u'x');
-    return cross >= 3 && cross <= 4 && word.size() - cross - 1 >= 3 && word.size() - cross - 1 <= 4 &&
-           isDigits(QStringView(word).left(cross)) && isDigits(QStringView(word).mid(cross + 1));
+    WordReader version(word);
+    WordReader disc(word);
+    WordReader film(word);
+    return (version.numberAfter({"v"_L1}, 1) && version.atEnd()) ||
+           (disc.numberAfter({"cd"_L1, "dvd"_L1, "disc"_L1, "disk"_L1}, 1).value_or(0) > 0 && disc.atEnd()) ||
+           (film.take("tt"_L1) && film.number(8, 7) && film.atEnd());
 }
 
 const QHash<QString, WordClass> &table()
@@ -138,9 +113,9 @@ const QHash<QString, WordClass> &table()
 
 WordClass classOfWord(const QString &word)
 {
-    if (isFrameSize(word) || isPictureMeasure(word))
+    if (isPictureMeasure(word))
         return {WordKind::Resolution, WordStrength::Strong};
-    if (isChecksum(word) || isVersion(word) || isDisc(word) || isFilmNumber(word))
+    if (isChecksum(word) || isNumberedRemark(word))
         return {WordKind::Remark, WordStrength::Strong};
     return table().value(word);
 }

@@ -27,6 +27,9 @@ struct WordClass
 {
     WordKind kind = WordKind::None;
     WordStrength strength = WordStrength::None;
+
+    bool isAboutFile() const { return strength != WordStrength::None; }
+    bool isStrong() const { return strength == WordStrength::Strong; }
 };
 
 /// Looks up a lower-case word, as "bluray", "x264" or "1080p". Any thread.

@@ -33,8 +33,7 @@ constexpr int GroupWeight = 16;
 QString groupOf(const NameTokens &name)
 {
     const qsizetype last = name.count() - 1;
-    if (last < 1 || name.gapBefore(last) != QStringView(u"-") ||
-        name[last].kind.strength != WordStrength::None)
+    if (last < 1 || !name.isJoinedBefore(last, u'-') || name[last].isAboutFile())
         return {};
     return name[last].word;
 }
@@ -43,7 +42,7 @@ QSet<QString> wordsOfKind(const NameTokens &name, WordKind kind)
 {
     QSet<QString> words;
     for (qsizetype i = 0; i < name.count(); ++i) {
-        if (name[i].kind.kind == kind)
+        if (name[i].kind == kind)
             words += name[i].known;
     }
     return words;

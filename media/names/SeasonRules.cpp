@@ -1,137 +1,101 @@
 #include "NameRules.h"
 #include "RuleWords.h"
-#include "WordReader.h"
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr qsizetype MaxEpisodeDigits = 5;
-
-/// The season of a word that begins like "s01", or "t01" in the Spanish way, which counts only with an
-/// episode behind it.
-std::optional<int> markedSeason(WordReader &reader)
-{
-    return reader.take("s"_L1) || reader.take("t"_L1) ? reader.number(1, 4) : std::nullopt;
-}
-
 /// The number behind an episode's mark: "e02", "ep02", "xe02".
 std::optional<int> markedEpisode(WordReader reader)
 {
+    constexpr qsizetype MaxDigits = 5;
     const bool isCrossed = reader.take("x"_L1);
-    const bool isMarked = reader.take("ep"_L1) || reader.take("e"_L1);
-    return isCrossed || isMarked ? reader.number(1, MaxEpisodeDigits) : std::nullopt;
+    const bool isMarked = reader.takeAny({"ep"_L1, "e"_L1});
+    return isCrossed || isMarked ? reader.number(MaxDigits) : std::nullopt;
 }
 
 bool seasonEpisode(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
-    const std::optional<int> season = markedSeason(reader);
+    // "t01" is the Spanish way, which counts only with an episode behind it.
+    const std::optional<int> season = reader.numberAfter({"s"_L1, "t"_L1}, 4);
     if (!season)
         return false;
-    if (const std::optional<int> episode = markedEpisode(reader)) {
-        facts.enter(i, i + 1, season, episode);
-        return true;
-    }
+    if (const std::optional<int> episode = markedEpisode(reader))
+        return facts.enter(i, i + 1, season, episode);
     // "S01 E02", "S01-x02"; and "S01EP(02", where the mark stands with the season.
-    const bool marksEpisode = reader.take("ep"_L1) || reader.take("e"_L1);
-    if (i + 1 >= name.count() || !reader.atEnd())
-        return false;
+    const bool marksEpisode = reader.takeAny({"ep"_L1, "e"_L1});
     const QString &next = name[i + 1].word;
     const std::optional<int> episode = marksEpisode ? wholeNumber(next, 4) : markedEpisode(WordReader(next));
-    if (!episode)
-        return false;
-    facts.enter(i, i + 2, season, episode);
-    return true;
+    return reader.atEnd() && episode && facts.enter(i, i + 2, season, episode);
 }
 
 /// "S01.E.02"
 bool spreadSeasonEpisode(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
+    if (name[i + 1].word != "e"_L1)
+        return false;
     WordReader reader(name[i].word);
-    const std::optional<int> season = reader.take("s"_L1) ? reader.number(1, 4) : std::nullopt;
-    if (!season || !reader.atEnd() || i + 2 >= name.count() || name[i + 1].word != "e"_L1)
-        return false;
+    const std::optional<int> season = reader.numberAfter({"s"_L1}, 4);
     const std::optional<int> episode = wholeNumber(name[i + 2].word, 4);
-    if (!episode)
-        return false;
-    facts.enter(i, i + 3, season, episode);
-    return true;
+    return season && reader.atEnd() && episode && facts.enter(i, i + 3, season, episode);
 }
 
 bool crossedNumbers(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
-    const std::optional<int> season = reader.number(1, 4);
+    const std::optional<int> season = reader.number(4);
     const bool isPlausible = season && (*season < 100 || isYear(QString::number(*season)));
-    const bool isFrameSize = name[i].kind.strength != WordStrength::None;
+    const bool isFrameSize = name[i].isAboutFile();
     if (isFrameSize || !isPlausible || !reader.take("x"_L1))
         return false;
-    const std::optional<int> episode = reader.number(1, 3);
+    const std::optional<int> episode = reader.number(3);
     // "5.1x2": so many sound channels. "2x4.Title" may be a title, "1x02.Title" is not.
-    const bool isFraction =
-        i > facts.titleBegin && name.gapBefore(i) == QStringView(u".") && wholeNumber(name[i - 1].word, 2);
+    const bool isFraction = name.isJoinedBefore(i, u'.') && wholeNumber(name[i - 1].word, 2);
     const bool isShort = name[i].word.size() < 4;
     if (isShort && (isFraction || i == facts.titleBegin))
         return false;
     const bool isWholeSeason = reader.take("all"_L1);
     // "2x05x06", "2x05a"
-    const bool isRange =
-        (reader.take("x"_L1) && reader.number(1, 3)) || reader.take("a"_L1) || reader.take("b"_L1);
-    if ((!episode && !isWholeSeason) || !(reader.atEnd() || isRange))
-        return false;
-    facts.enter(i, i + 1, season, episode);
-    return true;
+    const bool isRange = (reader.take("x"_L1) && reader.number(3)) || reader.takeAny({"a"_L1, "b"_L1});
+    return (episode || isWholeSeason) && (reader.atEnd() || isRange) &&
+           facts.enter(i, i + 1, season, episode);
 }
 
 /// "Cap.102" counts the season in its hundreds.
 bool chapterWithSeason(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (name[i].word != "cap"_L1 || i + 1 >= name.count())
-        return false;
-    const std::optional<int> number = wholeNumber(name[i + 1].word, 4);
-    if (!number || *number < 100)
-        return false;
-    facts.enter(i, i + 2, *number / 100, *number % 100);
-    return true;
+    const int number = wholeNumber(name[i + 1].word, 4).value_or(0);
+    return name[i].word == "cap"_L1 && number >= 100 && facts.enter(i, i + 2, number / 100, number % 100);
 }
 
 bool seasonLetter(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     WordReader reader(name[i].word);
-    const std::optional<int> season = reader.take("s"_L1) ? reader.number(1, 4) : std::nullopt;
+    const std::optional<int> season = reader.numberAfter({"s"_L1}, 4);
     // "DD5.1-S56" names a group.
-    const bool isGroup =
-        i + 1 == name.count() && i > facts.fileBegin && name.gapBefore(i) == QStringView(u"-");
+    const bool isGroup = i + 1 == name.count() && i > facts.fileBegin && name.isJoinedBefore(i, u'-');
     if (!season || i == facts.titleBegin || isGroup)
         return false;
     // "S01D2" is a disc, "S01Extras" what it says.
-    const bool isKnownEnd =
-        reader.atEnd() || reader.take("extras"_L1) || (reader.take("d"_L1) && reader.number(1, 2));
-    if (!isKnownEnd)
-        return false;
-    facts.enter(i, i + 1, season, std::nullopt);
-    return true;
+    const bool isKnownEnd = reader.atEnd() || reader.take("extras"_L1) || reader.numberAfter({"d"_L1}, 2);
+    return isKnownEnd && facts.enter(i, i + 1, season, std::nullopt);
 }
 
 /// "2", "2nd", "10º", "2ème".
 std::optional<int> numberWithSuffix(const QString &word)
 {
     WordReader reader(word);
-    const std::optional<int> number = reader.number(1, 2);
-    for (const QLatin1StringView suffix :
-         {"st"_L1, "nd"_L1, "rd"_L1, "th"_L1, "o"_L1, "a"_L1, "eme"_L1, "e"_L1}) {
-        if (reader.take(suffix))
-            break;
-    }
+    const std::optional<int> number = reader.number(2);
+    reader.takeAny({"st"_L1, "nd"_L1, "rd"_L1, "th"_L1, "o"_L1, "a"_L1, "eme"_L1, "e"_L1});
     return reader.atEnd() || word.endsWith(u"ème"_s) ? number : std::nullopt;
 }
 
 bool seasonWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (!isSeasonWord(name[i].word) || i + 1 >= name.count())
+    if (!isListed(name[i].word, WordList::Season))
         return false;
-    const bool isBeforeEpisode = i + 2 < name.count() && isEpisodeWord(name[i + 2].word);
+    const bool isBeforeEpisode = isListed(name[i + 2].word, WordList::Episode);
     // "Show Series III" is a title.
     const std::optional<int> season =
         name[i].word == "series"_L1 ? wholeNumber(name[i + 1].word, 2) : writtenNumber(name[i + 1].word);
@@ -140,24 +104,20 @@ bool seasonWordBefore(const NameTokens &name, qsizetype i, NameFacts &facts)
     if (i == facts.titleBegin && !isBeforeEpisode && i + 2 < name.count())
         return false;
     // "2 season 12 episode": this number is the episode's.
-    if (isBeforeEpisode && i > 0 && numberWithSuffix(name[i - 1].word))
+    if (isBeforeEpisode && numberWithSuffix(name[i - 1].word))
         return false;
-    facts.enter(i, i + 2, season, std::nullopt);
-    return true;
+    return facts.enter(i, i + 2, season, std::nullopt);
 }
 
 /// "2nd Season", "3 сезон", "10ª Temporada". As all of a name or before an episode, no title need stand
 /// before it.
 bool seasonWordBehind(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
-    if (i + 1 >= name.count() || !isSeasonWord(name[i + 1].word))
+    if (!isListed(name[i + 1].word, WordList::Season))
         return false;
     const bool isAll = i + 2 >= name.count() || numberWithSuffix(name[i + 2].word);
     const std::optional<int> season = numberWithSuffix(name[i].word);
-    if (!season || (i == facts.titleBegin && !isAll))
-        return false;
-    facts.enter(i, i + 2, season, std::nullopt);
-    return true;
+    return season && (i != facts.titleBegin || isAll) && facts.enter(i, i + 2, season, std::nullopt);
 }
 
 /// "Temporada1", "Saison2".
@@ -168,20 +128,15 @@ bool seasonWordJoined(const NameTokens &name, qsizetype i, NameFacts &facts)
     while (letters > 0 && word[letters - 1] >= u'0' && word[letters - 1] <= u'9')
         --letters;
     const std::optional<int> season = wholeNumber(word.mid(letters), 2);
-    if (!season || letters < 4 || i == facts.titleBegin || !isSeasonWord(word.left(letters)))
-        return false;
-    facts.enter(i, i + 1, season, std::nullopt);
-    return true;
+    return season && letters >= 4 && i != facts.titleBegin &&
+           isListed(word.left(letters), WordList::Season) && facts.enter(i, i + 1, season, std::nullopt);
 }
 
 /// "第2季", "2期", "시즌2".
 bool countedSeasonWord(const NameTokens &name, qsizetype i, NameFacts &facts)
 {
     const std::optional<int> season = countedSeason(name[i].word);
-    if (!season || i == facts.titleBegin)
-        return false;
-    facts.enter(i, i + 1, season, std::nullopt);
-    return true;
+    return season && i != facts.titleBegin && facts.enter(i, i + 1, season, std::nullopt);
 }
 
 constexpr NameRule TogetherRules[] = {

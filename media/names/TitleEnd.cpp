@@ -1,141 +1,172 @@
-#include "TitleEnd.h"
-
+#include "NameRules.h"
 #include "RuleWords.h"
-#include "TitleChoice.h"
-#include "TitleTail.h"
+
+#include <climits>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-bool isInRange(const std::optional<int> &number, int low, int high)
-{
-    return number && *number >= low && *number <= high;
-}
-
-/// The first word of the date "2019.04.19", "19-04-2019", "19 April 2019" or "April 19, 2019" that has its
-/// year at `i`; -1 when there is none.
-qsizetype dateAround(const NameTokens &name, qsizetype i)
-{
-    const auto number = [&](qsizetype at) {
-        return at >= 0 && at < name.count() ? wholeNumber(name[at].word, 2) : std::nullopt;
-    };
-    if (isInRange(number(i + 1), 1, 31) && isInRange(number(i + 2), 1, 31) &&
-        name.gapBefore(i + 1) == name.gapBefore(i + 2))
-        return i;
-    if (isInRange(number(i - 1), 1, 12) && isInRange(number(i - 2), 1, 31))
-        return i - 2;
-    const auto isMonth = [&](qsizetype at) {
-        return at >= 0 && at < name.count() && isMonthName(name[at].word);
-    };
-    const bool hasMonth = (isMonth(i - 1) && isInRange(number(i - 2), 1, 31)) ||
-                          (isMonth(i - 2) && isInRange(number(i - 1), 1, 31));
-    return hasMonth ? i - 2 : -1;
-}
-
-/// "15.12.22": a date without its century, in one of the usual orders.
-bool isShortDate(const NameTokens &name, qsizetype i)
-{
-    if (i + 2 >= name.count() || name.gapBefore(i + 1).size() != 1 ||
-        name.gapBefore(i + 1) != name.gapBefore(i + 2))
-        return false;
-    for (qsizetype at = i; at < i + 3; ++at) {
-        if (name[at].word.size() != 2 || !wholeNumber(name[at].word, 2))
-            return false;
-    }
-    const int first = name[i].word.toInt();
-    const int second = name[i + 1].word.toInt();
-    const int third = name[i + 2].word.toInt();
-    const auto isDayAndMonth = [](int day, int month) {
-        return day >= 1 && day <= 31 && month >= 1 && month <= 12;
-    };
-    return isDayAndMonth(first, second) || isDayAndMonth(second, first) || isDayAndMonth(third, second);
-}
-
-/// "140722" and "20201013".
-bool isDateWord(const QString &word)
-{
-    if ((word.size() != 6 && word.size() != 8) || !wholeNumber(word, 8))
-        return false;
-    const int monthAt = word.size() == 8 ? 4 : 2;
-    const bool isCentury = word.size() == 6 || isYear(word.left(4));
-    return isCentury && isInRange(word.mid(monthAt, 2).toInt(), 1, 12) &&
-           isInRange(word.mid(monthAt + 2).toInt(), 1, 31);
-}
-
-/// Years are also written "2006г".
-QString yearOf(const QString &word)
-{
-    const QString year = word.endsWith(u'г') ? word.chopped(1) : word;
-    return isYear(year) ? year : QString();
-}
-
-/// The first word that is surely about the file. "1280*720" is, too.
-qsizetype fileBeginOf(const NameTokens &name, qsizetype begin)
-{
-    for (qsizetype i = begin; i < name.count(); ++i) {
-        const bool isFrameSize = i + 1 < name.count() && name.gapBefore(i + 1) == QStringView(u"*");
-        if (name[i].kind.strength == WordStrength::Strong || isFrameSize)
-            return i;
-    }
-    return name.count();
-}
-
-/// The year's place: the first alone in brackets, else the last before the words about the file, else any
-/// behind them.
-qsizetype yearPlace(const NameTokens &name, const NameFacts &facts)
-{
-    qsizetype best = -1;
-    for (qsizetype i = facts.titleBegin + 1; i < name.count(); ++i) {
-        const bool isChapter = name[i - 1].word == "cap"_L1; // "Cap.1905"
-        if (yearOf(name[i].word).isEmpty() || isChapter)
-            continue;
-        if (name.isAloneInBrackets(i))
-            return i;
-        if (i < facts.fileBegin || best < 0)
-            best = i;
-    }
-    return best;
-}
-
-/// "2001-2011" begins with its first year.
-qsizetype firstOfYears(const NameTokens &name, qsizetype place, qsizetype titleBegin)
-{
-    const bool isRange =
-        place - 1 > titleBegin && name.gapBefore(place) == QStringView(u"-") && isYear(name[place - 1].word);
-    return isRange ? place - 1 : place;
-}
-
 /// Where the words about the file begin: at a strong word, or at the first of the weak ones that lead up to
 /// it.
 void endBeforeTechnicalWords(const NameTokens &name, NameFacts &facts)
 {
     qsizetype run = -1;
     for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
-        const WordStrength strength = name[i].kind.strength;
-        if (strength == WordStrength::None) {
+        if (!name[i].isAboutFile())
             run = -1;
-            continue;
-        }
-        run = run < 0 ? i : run;
-        if (strength == WordStrength::Strong)
+        else if (run < 0)
+            run = i;
+        if (name[i].isStrong())
             return facts.endTitleAt(run);
     }
+}
+
+struct Run
+{
+    qsizetype begin = 0;
+    qsizetype end = 0;
+    qsizetype letters = 0;
+};
+
+qsizetype latinLetters(const QString &word)
+{
+    return std::count_if(word.begin(), word.end(), [](QChar c) { return c.script() == QChar::Script_Latin; });
+}
+
+/// " _ " stands where a slash stood between two titles.
+bool isDividedByUnderscore(QStringView gap)
+{
+    const qsizetype underscore = gap.indexOf(u'_');
+    return underscore > 0 && underscore + 1 < gap.size() && gap[underscore - 1].isSpace() &&
+           gap[underscore + 1].isSpace();
+}
+
+bool startsRun(const NameTokens &name, const Run &run, qsizetype i)
+{
+    return run.begin == run.end || isDividedByUnderscore(name.gapBefore(i)) ||
+           (name[i].bracket != name[i - 1].bracket);
+}
+
+/// Chooses the Latin one of a title in two scripts ("海贼王 One Piece", "当我[12集].When.I"), by which
+/// releases are known.
+void chooseLatinTitle(const NameTokens &name, NameFacts &facts)
+{
+    constexpr qsizetype MinLetters = 4; // fewer are an abbreviation in the other title
+    Run best;
+    Run run;
+    bool hasOther = false;
+    for (qsizetype i = facts.titleBegin; i < facts.titleEnd; ++i) {
+        const bool isOther = isEastAsian(name[i].word);
+        const bool isSide = name[i].bracket != 0 && name[i].bracket != name[facts.titleBegin].bracket;
+        hasOther |= isOther;
+        if (isOther || isSide) {
+            run = Run();
+            continue;
+        }
+        if (startsRun(name, run, i))
+            run = Run{i, i, 0};
+        run.end = i + 1;
+        run.letters += latinLetters(name[i].word);
+        if (run.letters > best.letters)
+            best = run;
+    }
+    if (!hasOther || best.letters < MinLetters)
+        return;
+    facts.titleBegin = best.begin;
+    facts.titleEnd = best.end;
 }
 
 /// Brackets at the title's end are no part of it, whether they close there ("Show (Original) S01") or hold
 /// what ends it; square ones are not anywhere.
 void endBeforeBrackets(const NameTokens &name, NameFacts &facts)
 {
-    for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
-        const bool opens = name[i].bracket > 0 && name[i - 1].bracket != name[i].bracket;
-        const bool lastsToEnd =
-            facts.titleEnd < name.count() && name[facts.titleEnd - 1].bracket == name[i].bracket;
-        const bool isOpenAtEnd =
-            facts.titleEnd < name.count() && name[facts.titleEnd].bracket == name[i].bracket;
-        if (opens && (lastsToEnd || isOpenAtEnd || name.isSquare(i)))
+    const qsizetype end = facts.titleEnd;
+    for (qsizetype i = facts.titleBegin + 1; i < end; ++i) {
+        const int bracket = name[i].bracket;
+        const bool opens = bracket > 0 && name[i - 1].bracket != bracket;
+        const bool isAtEnd =
+            end < name.count() && (name[end - 1].bracket == bracket || name[end].bracket == bracket);
+        if (opens && (isAtEnd || name[i].isSquare))
             return facts.endTitleAt(i);
     }
+}
+
+/// "- The Complete Series", "Complete Collection", "The Complete" before a season.
+void endBeforeCompleteness(const NameTokens &name, NameFacts &facts)
+{
+    qsizetype i = facts.titleEnd;
+    while (i > facts.titleBegin + 1 && isListed(name[i - 1].word, WordList::Collection))
+        --i;
+    const bool isWhole = i < facts.titleEnd || facts.titleEnd < name.count();
+    if (!isWhole || i < facts.titleBegin + 2 || !isListed(name[i - 1].word, WordList::Complete))
+        return;
+    --i;
+    if (i > facts.titleBegin + 1 && name[i - 1].word == "the"_L1 && name.isDividedBefore(i - 1))
+        --i;
+    facts.endTitleAt(i);
+}
+
+/// "- International Cut", "- 20th Anniversary Edition": up to three words behind a dash.
+void endBeforeCut(const NameTokens &name, NameFacts &facts)
+{
+    constexpr qsizetype MaxWords = 4;
+    const qsizetype last = facts.titleEnd - 1;
+    if (facts.titleEnd >= name.count() || !isListed(name[last].word, WordList::Cut))
+        return;
+    for (qsizetype i = last; i > std::max(facts.titleBegin, last - MaxWords); --i) {
+        if (name.isDividedBefore(i))
+            return facts.endTitleAt(i);
+    }
+}
+
+/// "Show - 313-315 - S16E03": how the episodes are counted through all seasons, before the season.
+void endBeforeAbsoluteNumber(const NameTokens &name, NameFacts &facts)
+{
+    const qsizetype last = facts.titleEnd - 1;
+    if (!facts.season || !facts.episode || last <= facts.titleBegin || facts.titleEnd >= name.count() ||
+        !wholeNumber(name[last].word, 4))
+        return;
+    // A range ascends: "9-1-1" is a title.
+    const bool isRange =
+        last - 1 > facts.titleBegin && name.isJoinedBefore(last, u'-') &&
+        wholeNumber(name[last - 1].word, 4).value_or(INT_MAX) < *wholeNumber(name[last].word, 4);
+    if (isRange)
+        facts.endTitleAt(last - 1);
+    else if (name.isDividedBefore(last) && !isYear(name[last].word))
+        facts.endTitleAt(last);
+}
+
+/// "Title AKA Other Title": the first is the title.
+void endBeforeOtherTitle(const NameTokens &name, NameFacts &facts)
+{
+    for (qsizetype i = facts.titleBegin + 1; i + 1 < facts.titleEnd; ++i) {
+        const bool isSpelled = i + 3 < facts.titleEnd && name[i].word == "a"_L1 &&
+                               name[i + 1].word == "k"_L1 && name[i + 2].word == "a"_L1;
+        if (name[i].word == "aka"_L1 || isSpelled)
+            return facts.endTitleAt(i);
+    }
+}
+
+/// "Title Part 2" without a year: a film's year makes the part a title's.
+void endBeforePart(const NameTokens &name, NameFacts &facts)
+{
+    if (facts.year)
+        return;
+    for (qsizetype i = facts.titleBegin + 1; i + 1 < facts.titleEnd; ++i) {
+        if ((name[i].word != "part"_L1 && name[i].word != "pt"_L1) || !writtenNumber(name[i + 1].word))
+            continue;
+        facts.partEnd = i + 2;
+        return facts.endTitleAt(i);
+    }
+}
+
+/// "[Group] Title OVA [720p]": how an anime was published.
+void endBeforePublication(const NameTokens &name, NameFacts &facts)
+{
+    const bool isAtEnd = facts.titleEnd < name.count() && facts.titleEnd > facts.titleBegin + 1;
+    if (facts.startsWithGroup && isAtEnd && isListed(name[facts.titleEnd - 1].word, WordList::Publication))
+        facts.endTitleAt(facts.titleEnd - 1);
 }
 
 /// "Film EXTENDED 2011", "Show Complete S02": what says how the film is offered, before the fact that ends
@@ -144,7 +175,7 @@ void dropRemarks(const NameTokens &name, NameFacts &facts)
 {
     // Remarks are written in capitals; "The Harbour Festival 2011" is a title.
     const auto isRemark = [&](qsizetype i) {
-        const WordKind kind = name[i].kind.kind;
+        const WordKind kind = name[i].kind;
         const QString word = name.name().mid(name[i].begin, name[i].end - name[i].begin);
         return kind == WordKind::Edition || kind == WordKind::Resolution ||
                (kind == WordKind::Remark && !(word[0].isUpper() && word.mid(1) == word.mid(1).toLower()));
@@ -160,52 +191,12 @@ void dropRemarks(const NameTokens &name, NameFacts &facts)
         facts.endTitleAt(end); // "The Final Cut" is a title
 }
 
-/// "2019-04-19 - Show": the day before the title.
-void beginBehindDate(const NameTokens &name, NameFacts &facts)
-{
-    const qsizetype first = facts.titleBegin;
-    const qsizetype behind = first + 3;
-    if (behind >= name.count() || !name.isDividedBefore(behind) || !isYear(name[first].word) ||
-        dateAround(name, first) != first)
-        return;
-    facts.year = name[first].word.toInt();
-    facts.titleBegin = behind;
-}
 } // namespace
-
-void findYear(const NameTokens &name, NameFacts &facts)
-{
-    beginBehindDate(name, facts);
-    facts.fileBegin = fileBeginOf(name, facts.titleBegin + 1);
-    for (qsizetype i = facts.titleBegin + 1; i < name.count(); ++i) {
-        if (isDateWord(name[i].word))
-            facts.endTitleAt(i);
-    }
-    for (qsizetype i = facts.titleBegin + 1; i < facts.titleEnd; ++i) {
-        if (!isShortDate(name, i))
-            continue;
-        facts.dateBegin = i;
-        facts.dateEnd = i + 3;
-        facts.endTitleAt(i);
-    }
-    const qsizetype lastPlace = yearPlace(name, facts);
-    if (lastPlace < 0)
-        return;
-    const qsizetype place = firstOfYears(name, lastPlace, facts.titleBegin);
-    facts.year = yearOf(name[place].word).toInt();
-    const qsizetype date = dateAround(name, place);
-    if (date > facts.titleBegin) {
-        facts.dateBegin = date;
-        facts.dateEnd = date + 3;
-    }
-    facts.endTitleAt(date > facts.titleBegin ? date : place);
-}
 
 void findTitleEnd(const NameTokens &name, NameFacts &facts)
 {
-    endBeforeTechnicalWords(name, facts);
-    chooseLatinTitle(name, facts);
-    endBeforeBrackets(name, facts);
-    cutTitleTail(name, facts);
-    dropRemarks(name, facts);
+    for (const auto end :
+         {endBeforeTechnicalWords, chooseLatinTitle, endBeforeBrackets, endBeforeCompleteness, endBeforeCut,
+          endBeforeAbsoluteNumber, endBeforeOtherTitle, endBeforePart, endBeforePublication, dropRemarks})
+        end(name, facts);
 }
