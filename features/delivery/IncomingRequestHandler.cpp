@@ -5,7 +5,7 @@
 
 #include <base/FileManager.h>
 #include <base/StandardOutput.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <base/URLComponents.h>
 
 #include <QDir>

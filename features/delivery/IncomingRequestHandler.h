@@ -1,6 +1,6 @@
 #pragma once
 #include "ExternalRequest.h"
-#include <base/Error.h>
+#include <base/Result.h>
 
 class FileSearching;
 

@@ -5,7 +5,7 @@
 
 #include <base/FatalFault.h>
 #include <base/FileManager.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <base/Workspace.h>
 #include <features/delivery/SuggestedFileName.h>
 #include <ui/dialogs/SavePanel.h>

@@ -1,6 +1,6 @@
 #include "SettingsPortal.h"
 
-#include <base/SessionBus.h>
+#include <base/Workspace.h>
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -59,7 +59,7 @@ SettingsPortal::SettingsPortal(QObject *parent) : QObject(parent) {}
 
 void SettingsPortal::start()
 {
-    if (!hasSessionBus())
+    if (!Workspace::hasSessionBus())
         return;
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
