@@ -4,9 +4,9 @@
 #include <base/FatalFault.h>
 #include <base/Links.h>
 #include <base/Locale.h>
+#include <base/StandardOutput.h>
 #include <base/UserDefaults.h>
 #include <base/ValueTransformer.h>
-#include <features/delivery/FileSearching.h>
 #include <model/LanguageCodeToName.h>
 #include <ui/system/URLEventCentre.h>
 #include <ui/window/ErrorAlert.h>
@@ -37,9 +37,8 @@ QString informationText(const QString &key)
 } // namespace
 
 AppDelegate::AppDelegate(std::function<void()> obtainSharedUpdater)
-    : m_obtainSharedUpdater(std::move(obtainSharedUpdater)), m_requests(*this)
+    : m_obtainSharedUpdater(std::move(obtainSharedUpdater))
 {
-    PendingRequest::setShared(this);
     sharedDelegate = this;
     const auto languageCode = Locale::current().languageCode();
     if (!languageCode)
@@ -54,7 +53,6 @@ AppDelegate::AppDelegate(std::function<void()> obtainSharedUpdater)
 AppDelegate::~AppDelegate()
 {
     URLEventCentre::shared().setEventHandler({});
-    PendingRequest::setShared(nullptr);
     sharedDelegate = nullptr;
 }
 
@@ -76,7 +74,11 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::handleGetURLEvent(const GetURLEvent &event)
 {
-    m_requests.handle(event.directParameter);
+    const auto request = readExternalRequest(event.directParameter);
+    if (!request)
+        return presentError(request.error());
+    if (*request)
+        deliver(**request);
 }
 
 void AppDelegate::open(const QStringList &uris)
@@ -89,12 +91,13 @@ void AppDelegate::open(const QStringList &uris)
             file = url;
     }
     if (file)
-        m_requests.deliver({*file, std::nullopt});
+        deliver({*file, std::nullopt});
 }
 
 void AppDelegate::activate()
 {
-    bringFirstWindowForward();
+    if (ui::Window *window = firstWindow())
+        window->makeKeyAndOrderFront();
 }
 
 void AppDelegate::visitQuorvane(QObject *)
@@ -118,21 +121,16 @@ QMap<QString, QString> AppDelegate::customParametersForFeedbackReport() const
             {u"version"_s, informationText(u"CFBundleShortVersionString"_s)}};
 }
 
-bool AppDelegate::bringFirstWindowForward()
+void AppDelegate::deliver(const ExternalRequest &request)
 {
     ui::Window *window = firstWindow();
     if (!window)
-        return false;
+        return printLine(u"No window open?"_s);
     window->makeKeyAndOrderFront();
-    return true;
-}
-
-FileSearching *AppDelegate::firstWindowContent()
-{
-    const ui::Window *window = firstWindow();
-    if (!window)
-        return nullptr;
-    return dynamic_cast<FileSearching *>(window->contentViewController().get());
+    const auto content = window->contentViewController();
+    if (auto *receiver = dynamic_cast<FileSearching *>(content.get()))
+        return receiver->searchForFile(request.url, request.requestInfo);
+    externalRequest = request;
 }
 
 void AppDelegate::presentError(const base::Error &error)

@@ -1,7 +1,6 @@
 #pragma once
-#include <features/delivery/IncomingRequestHandler.h>
+#include <features/delivery/ExternalRequest.h>
 #include <features/feedback/FeedbackReporting.h>
-#include <features/search/PendingRequest.h>
 
 #include <QMap>
 #include <QString>
@@ -15,9 +14,7 @@ struct GetURLEvent;
 /// The program as a whole: prepares settings before anything else, takes URLs and files from outside, keeps a
 /// companion's request until the main view can take it, and answers the menu's actions that concern no
 /// window. One for the whole process, on the main thread.
-class AppDelegate final : public PendingRequest,
-                          public IncomingRequestHost,
-                          public FeedbackReporting::Delegate
+class AppDelegate final : public FeedbackReporting::Delegate
 {
 public:
     /// Registers defaults and the transformer "LanguageCodeToName", unless the locale has no language code.
@@ -30,11 +27,8 @@ public:
     /// The instance, or null.
     static AppDelegate *shared();
 
-    std::optional<ExternalRequest> externalRequest() const override { return m_externalRequest; }
-    void setExternalRequest(const std::optional<ExternalRequest> &request) override
-    {
-        m_externalRequest = request;
-    }
+    /// The last request that came before the main view could take it.
+    std::optional<ExternalRequest> externalRequest;
 
     /// Installs the handler of get-URL events before launch has finished, so that it gets a URL that started
     /// the program.
@@ -44,7 +38,7 @@ public:
     /// Always true: closing the last window ends the program.
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 
-    /// Passes the event to the handler of incoming requests.
+    /// Delivers the request that the event's URL makes, or shows what is wrong with it.
     void handleGetURLEvent(const GetURLEvent &event);
     /// Takes files and URLs given to the program: a URL is a get-URL event, and of several files the first is
     /// used, as with a drop.
@@ -59,16 +53,14 @@ public:
     /// The program's name and version for a feedback report.
     QMap<QString, QString> customParametersForFeedbackReport() const override;
 
-    bool bringFirstWindowForward() override;
-    FileSearching *firstWindowContent() override;
-    void park(const ExternalRequest &request) override { setExternalRequest(request); }
-    /// Shows the alert. Of the errors that arrive while it is shown, the last one is shown afterwards.
-    void presentError(const base::Error &error) override;
-
 private:
+    /// Searches for the request's file in the first window, or keeps the request until the main view can
+    /// take it.
+    void deliver(const ExternalRequest &request);
+    /// Shows the alert. Of the errors that arrive while it is shown, the last one is shown afterwards.
+    void presentError(const base::Error &error);
+
     const std::function<void()> m_obtainSharedUpdater;
-    IncomingRequestHandler m_requests;
-    std::optional<ExternalRequest> m_externalRequest;
     bool m_isPresenting = false;
     std::optional<base::Error> m_nextError;
 };

@@ -7,7 +7,7 @@
 #include <features/donation/DonationPrompt.h>
 #include <features/feedback/FeedbackWindowController.h>
 #include <features/preferences/PreferencesScenes.h>
-#include <features/search/SearchScenes.h>
+#include <features/search/MainViewController.h>
 #include <features/updates/UpdateWindowController.h>
 #include <ui/scenes/Storyboard.h>
 

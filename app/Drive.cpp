@@ -3,7 +3,7 @@
 #include "MainWindowController.h"
 
 #include <base/StandardOutput.h>
-#include <features/search/DownloadPrompt.h>
+#include <features/search/MainViewController.h>
 #include <ui/scenes/TableView.h>
 #include <ui/views/ImageView.h>
 #include <ui/window/Window.h>
@@ -50,7 +50,7 @@ Drive::Drive(MainWindowController &mainWindow, const QString &picturePath)
     : m_mainWindow(mainWindow), m_picturePath(picturePath)
 {
     // No person can answer a prompt, and these downloads are not a person's.
-    DownloadPrompt::setShared(nullptr);
+    mainWindow.mainViewController()->setDownloadPrompt(nullptr);
     connect(&m_timer, &QTimer::timeout, this, &Drive::look);
     m_timer.start(LookInterval);
     m_inStep.start();

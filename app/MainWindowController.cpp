@@ -1,5 +1,6 @@
 #include "MainWindowController.h"
 
+#include "AppDelegate.h"
 #include "MainMenuViewController.h"
 #include "TitlebarViewController.h"
 
@@ -16,8 +17,11 @@ constexpr QSize ContentSize(760, 640);
 
 MainWindowController::MainWindowController()
 {
-    setContentViewController(
-        Storyboard::named(u"Main"_s).instantiate<MainViewController>(u"MainViewController"_s));
+    const auto content =
+        Storyboard::named(u"Main"_s).instantiate<MainViewController>(u"MainViewController"_s);
+    if (AppDelegate *delegate = AppDelegate::shared())
+        content->setPendingRequest(&delegate->externalRequest);
+    setContentViewController(content);
 }
 
 MainWindowController::~MainWindowController() = default;

@@ -123,6 +123,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     delegate.applicationWillFinishLaunching();
     DonationPrompt donationPrompt;
     MainWindowController mainWindow;
+    mainWindow.mainViewController()->setDownloadPrompt(&donationPrompt);
     mainWindow.showWindow();
     FirstPaint::afterwards(showWindowIcon);
     // Closing the main window ends the program, so that no preferences window stays alone.

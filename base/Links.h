@@ -1,7 +1,5 @@
 #pragma once
-#include "FatalFault.h"
-#include "URLComponents.h"
-#include "Workspace.h"
+#include <QString>
 
 /// Web addresses. The maker's addresses are reserved example hosts until real ones exist.
 namespace Links
@@ -14,11 +12,5 @@ inline const QString SubtitleKeyPage = QStringLiteral("https://www.opensubtitles
 
 /// Opens a fixed address; returns false when no application of the desktop opens it. An invalid address is a
 /// fatal fault.
-inline bool open(const QString &address)
-{
-    const auto url = parseURLString(address);
-    if (!url)
-        fatalFault(QStringLiteral("The fixed address \"%1\" is no URL").arg(address));
-    return Workspace::sharedWorkspace().openURL(*url);
-}
+bool open(const QString &address);
 } // namespace Links

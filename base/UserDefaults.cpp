@@ -1,4 +1,5 @@
 #include "UserDefaults.h"
+#include "DamagedFile.h"
 #include "FileWriting.h"
 #include "MainQueue.h"
 #include "SettingsFile.h"

@@ -3,7 +3,6 @@
 #include <base/Bundle.h>
 #include <base/MainQueue.h>
 #include <features/search/MainViewController.h>
-#include <features/search/SearchScenes.h>
 #include <ui/scenes/TableView.h>
 #include <ui/style/Appearance.h>
 #include <ui/window/ViewController.h>

@@ -10,7 +10,6 @@ namespace
 {
 const QString OwnCompanionScheme = u"plovendix-mpv"_s;
 const QString OwnCompanionName = u"mpv"_s;
-} // namespace
 
 const QList<ExternalAppInfo> &knownCompanionApps()
 {
@@ -21,6 +20,7 @@ const QList<ExternalAppInfo> &knownCompanionApps()
     };
     return apps;
 }
+} // namespace
 
 QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace)
 {

@@ -24,9 +24,8 @@ public:
     bool operator==(const ExternalAppInfo &) const = default;
 };
 
-/// The known companion applications in their fixed order. Any thread.
-const QList<ExternalAppInfo> &knownCompanionApps();
-/// The installed companion applications in the same order; looked up on every call.
+/// The installed ones of the known companion applications, in their fixed order; looked up on every call.
+/// Any thread.
 QList<ExternalAppInfo> installedCompanionApps(Workspace &workspace);
 /// The display name of the application with exactly this "sender": a known companion, or the one shipped with
 /// this program (companions/mpv). "Unknown" for others.

@@ -1,39 +1,35 @@
 #include "FileName.h"
 
-#include <QUrl>
-
-QByteArray FileName::lastPathComponent(const QByteArray &path)
+namespace
 {
-    qsizetype end = path.size();
-    while (end > 0 && path.at(end - 1) == '/')
-        --end;
-    if (end == 0)
-        return {};
-    const qsizetype slash = path.lastIndexOf('/', end - 1);
-    return path.sliced(slash + 1, end - slash - 1);
+/// A service's language or format without characters that would make the name a path.
+QString namePart(const QString &text)
+{
+    QString part = text.toLower();
+    part.removeIf([](QChar character) { return character == u'/' || character == QChar::Null; });
+    return part;
 }
+} // namespace
 
 QByteArray FileName::lastPathComponent(const QUrl &url)
 {
-    return lastPathComponent(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+    QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    while (path.endsWith('/'))
+        path.chop(1);
+    return path.sliced(path.lastIndexOf('/') + 1);
 }
 
 QByteArray FileName::deletingPathExtension(const QByteArray &name)
 {
     const qsizetype dot = name.lastIndexOf('.');
-    if (dot <= 0 || dot == name.size() - 1)
-        return name;
-    return name.first(dot);
+    return dot <= 0 || dot == name.size() - 1 ? name : name.first(dot);
 }
 
-QByteArray FileName::appendingPathExtension(const QByteArray &name, const QString &extension)
+std::optional<QString> suggestedFileName(const std::optional<QUrl> &video, const Subtitle &subtitle)
 {
-    if (extension.isEmpty() || extension.contains(u'/') || extension.contains(QChar::Null))
-        return name;
-    return name + '.' + extension.toUtf8();
-}
-
-bool FileName::isPlain(const QByteArray &name)
-{
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') && !name.contains('\0');
+    if (!video)
+        return std::nullopt;
+    const QByteArray name = FileName::deletingPathExtension(FileName::lastPathComponent(*video));
+    return QString::fromUtf8(name) + u'.' + namePart(subtitle.subLanguageID) + u'.' +
+           namePart(subtitle.subFormat);
 }

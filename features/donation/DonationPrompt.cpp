@@ -1,34 +1,48 @@
 #include "DonationPrompt.h"
 
 #include "DonateViewController.h"
-#include "DonationRule.h"
 
 #include <base/UserDefaults.h>
 #include <features/search/MainViewController.h>
 #include <ui/scenes/Storyboard.h>
 
-#include <utility>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-DonationPrompt::DonationPrompt(Clock clock) : m_clock(std::move(clock))
+namespace
 {
-    DownloadPrompt::setShared(this);
-}
+const QString DeliveriesKey = u"donationDeliveries"_s;
+const QString LastAskedKey = u"donationLastAsked"_s;
 
-DonationPrompt::~DonationPrompt()
+qlonglong deliveries()
 {
-    DownloadPrompt::setShared(nullptr);
+    return std::max(0LL, UserDefaults::standard().integer(DeliveriesKey));
+}
+} // namespace
+
+bool DonationPrompt::isDue()
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    const QDateTime now = m_clock();
+    const bool isPutOff = defaults.boolean(u"askMeToDonateLater"_s);
+    QDateTime asked = defaults.object(LastAskedKey).toDateTime();
+    if (isPutOff && !asked.isValid()) {
+        asked = now;
+        defaults.setObject(LastAskedKey, now);
+    }
+    if (defaults.boolean(u"dontAskMeToDonate"_s) || deliveries() < FewestDeliveries)
+        return false;
+    if (asked.isValid() && now < asked.addDays(isPutOff ? DaysAfterLater : DaysWithoutAnswer))
+        return false;
+    defaults.setObject(LastAskedKey, now);
+    return true;
 }
 
 bool DonationPrompt::presentBeforeDownload(MainViewController &presenter)
 {
-    DonationRule rule(UserDefaults::standard());
-    const QDateTime now = m_clock();
-    rule.dateLater(now);
-    if (!rule.mayAsk(now))
+    if (!isDue())
         return false;
-    rule.noteAsked(now);
     presenter.presentViewControllerAsModalWindow(
         Storyboard::named(u"Main"_s).instantiate<DonateViewController>(u"DonateViewController"_s));
     return true;
@@ -36,11 +50,13 @@ bool DonationPrompt::presentBeforeDownload(MainViewController &presenter)
 
 void DonationPrompt::noteDelivery()
 {
-    DonationRule(UserDefaults::standard()).noteDelivery();
+    const qlonglong count = deliveries();
+    if (count < FewestDeliveries)
+        UserDefaults::standard().setObject(DeliveriesKey, count + 1);
 }
 
 void registerDonationScene()
 {
-    Storyboard::registerController(QStringLiteral("Main"), QStringLiteral("DonateViewController"),
+    Storyboard::registerController(u"Main"_s, u"DonateViewController"_s,
                                    [] { return ViewController::make<DonateViewController>(); });
 }

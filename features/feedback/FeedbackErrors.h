@@ -1,5 +1,5 @@
 #pragma once
-#include <base/Result.h>
+#include <base/Error.h>
 
 /// Why a report was not sent.
 enum class FeedbackFault

@@ -1,6 +1,6 @@
 #include "FolderImportSentences.h"
 
-#include <base/LocalizedString.h>
+#include <base/StringHelpers.h>
 
 #include <QDir>
 #include <QLocale>

@@ -11,10 +11,6 @@ public:
     /// Shows a prompt over `presenter` if one is due, and returns whether it does. The prompt later starts
     /// the download through `downloadSelectedSubtitle`, or drops it.
     virtual bool presentBeforeDownload(MainViewController &presenter) = 0;
-    /// Call when a subtitle was saved or delivered to the requesting application.
+    /// Called when a subtitle was saved or delivered to the requesting application.
     virtual void noteDelivery() = 0;
-
-    /// The program's prompt, or null.
-    static DownloadPrompt *shared();
-    static void setShared(DownloadPrompt *prompt);
 };

@@ -16,8 +16,8 @@ enum class DragOperation
     Copy = 1
 };
 
-/// The view onto which a person drops a video file: outlines itself while a drag with a file hovers over it
-/// and hands the first dropped file to its window's content controller (a FileSearching). Main thread
+/// The view onto which a person drops a video file: outlines itself while a drag with a file hovers over its
+/// window and hands the first dropped file to the window's content controller (a FileSearching). Main thread
 /// only.
 ///
 /// The pasteboard's file-URL type is "text/uri-list", the only type for files between programs here. It also
@@ -36,16 +36,15 @@ public:
     /// The file-URL type, the same for the whole process.
     static const QString &fileURLType();
 
-    QStringList acceptableTypes{fileURLType()};
-    bool isReceivingDrag = false;
+    const QStringList acceptableTypes{fileURLType()};
+    bool isReceivingDrag() const { return m_isReceivingDrag; }
 
     void registerForDraggedTypes(const QStringList &types);
     QStringList registeredDraggedTypes() const { return m_registeredTypes; }
     /// How often types were registered.
     int registrationCount() const { return m_registrationCount; }
 
-    /// Makes this view the only drop target: disables drops in its children and grandchildren. Called before
-    /// the view is first shown.
+    /// Disables drops in its children and grandchildren. Called before the view is first shown.
     void awakeFromNib();
 
     DragOperation draggingEntered(const QMimeData *draggingPasteboard);
@@ -54,7 +53,8 @@ public:
     /// Whether the drop was accepted, also without a receiver.
     bool performDragOperation(const QMimeData *draggingPasteboard);
 
-    /// Sends the drops on the whole window to this view.
+    /// Takes the drags over the whole window, so that it is one target, entered and left once. Its shadow is
+    /// not part of it, nor a view that takes the drag itself (a field for a text).
     void takeDropsOf(ui::Window &window);
     /// Outlines `cover` (the list that replaces this view) like this view.
     void outlineToo(QWidget &cover);
@@ -64,18 +64,18 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dragMoveEvent(QDragMoveEvent *event) override;
-    void dragLeaveEvent(QDragLeaveEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    friend class DropForwarder;
+    void moveOver(const ui::Window &window, QDragMoveEvent &event);
+    void leaveWindow();
     void setReceivingDrag(bool receiving);
-    void answer(QDragMoveEvent &event) const;
 
     QStringList m_registeredTypes;
     int m_registrationCount = 0;
+    bool m_isReceivingDrag = false;
     bool m_isAwake = false;
+    bool m_isOverWindow = false;
+    bool m_isLeaving = false; // unless the drag enters another view of the window in the same event
 };

@@ -1,6 +1,6 @@
 #include "DropAreaMessage.h"
 
-#include <base/LocalizedString.h>
+#include <base/StringHelpers.h>
 #include <model/ServiceLanguages.h>
 
 #include <QLocale>
@@ -28,9 +28,10 @@ QString shortened(const QString &text)
 }
 
 /// Whether the table has no entry for the code, so that English was sent instead.
-bool isUnknown(const QString &preferredCode, const QString &searchedLanguage)
+bool isUnknown(const SearchLanguage &language)
 {
-    return !preferredCode.isEmpty() && preferredCode != "en"_L1 && searchedLanguage == English;
+    return !language.preferredCode.isEmpty() && language.preferredCode != "en"_L1 &&
+           language.sentCode == English;
 }
 
 /// A separate sentence for each number of names, because languages join lists differently.
@@ -51,17 +52,14 @@ DropAreaMessage dropPrompt(const QStringList &companions)
     return {String::localize(u"Drop a video here"_s), hint};
 }
 
-DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
-                             const QString &searchedLanguage)
+DropAreaMessage nothingFound(const QString &text, const SearchLanguage &language)
 {
-    const bool unknown = isUnknown(preferredCode, searchedLanguage);
-    const QString searched = unknown || preferredCode.isEmpty() ? u"en"_s : preferredCode;
+    const bool unknown = isUnknown(language);
+    const QString searched = unknown || language.preferredCode.isEmpty() ? u"en"_s : language.preferredCode;
     const QString headline = String::fill(String::localize(u"Nothing found for “%1$@” in %2$@"_s),
                                           {shortened(text), languageName(searched)});
-    const QString notice = languageNotice(preferredCode, searchedLanguage);
-    if (!notice.isEmpty())
-        return {headline, notice};
-    return {headline, String::localize(u"Try fewer words or another language"_s)};
+    return {headline,
+            unknown ? languageNotice(language) : String::localize(u"Try fewer words or another language"_s)};
 }
 
 DropAreaMessage wordsSearch(const QString &words)
@@ -113,11 +111,11 @@ QString pauseNotice(std::chrono::seconds pause)
                         {QLocale().toString(qint64{pause.count()})});
 }
 
-QString languageNotice(const QString &preferredCode, const QString &searchedLanguage)
+QString languageNotice(const SearchLanguage &language)
 {
-    if (!isUnknown(preferredCode, searchedLanguage))
+    if (!isUnknown(language))
         return {};
     return String::fill(
         String::localize(u"The services do not know the language “%@”; English was searched"_s),
-        {languageName(preferredCode)});
+        {languageName(language.preferredCode)});
 }

@@ -12,12 +12,17 @@ struct DropAreaMessage
     bool operator==(const DropAreaMessage &) const = default;
 };
 
+/// The language of one search.
+struct SearchLanguage
+{
+    QString preferredCode; // the setting when it started, empty when none is stored
+    QString sentCode;      // the three-letter code that was sent
+};
+
 /// The text of an idle window, with the names of installed companion applications.
 DropAreaMessage dropPrompt(const QStringList &companions = {});
-/// The text after a search for `text` found nothing. `preferredCode` is the language in the settings,
-/// `searchedLanguage` the three-letter code that was sent.
-DropAreaMessage nothingFound(const QString &text, const QString &preferredCode,
-                             const QString &searchedLanguage);
+/// The text after a search for `text` found nothing.
+DropAreaMessage nothingFound(const QString &text, const SearchLanguage &language);
 /// The text while the words of a file's name are searched for, after its hash found nothing.
 DropAreaMessage wordsSearch(const QString &words);
 /// What a search without the network misses, and how to change that.
@@ -30,4 +35,4 @@ QString leftOutNotice(qint64 shown, qint64 leftOut);
 QString pauseNotice(std::chrono::seconds pause);
 /// The notice that the services do not know the preferred language and English was searched instead; empty
 /// when they know it.
-QString languageNotice(const QString &preferredCode, const QString &searchedLanguage);
+QString languageNotice(const SearchLanguage &language);

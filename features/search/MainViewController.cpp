@@ -1,15 +1,19 @@
 #include "ui_MainViewController.h"
 
 #include "MainViewController.h"
-#include "PendingRequest.h"
 #include "SearchField.h"
+#include "SubtitleCellView.h"
 
+#include <base/MainQueue.h>
 #include <base/Workspace.h>
 #include <model/LocaleUtilities.h>
 #include <model/ServiceStatus.h>
 #include <ui/controls/BottomPanelView.h>
 #include <ui/scenes/SceneConnections.h>
+#include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
+
+using namespace Qt::StringLiterals;
 
 MainViewController::MainViewController() : m_languagesArray(LocaleUtilities::shared().languages()) {}
 
@@ -20,18 +24,14 @@ MainViewController::~MainViewController()
 
 void MainViewController::setIsSearching(bool searching)
 {
-    if (m_isSearching == searching)
-        return;
-    m_isSearching = searching;
-    Q_EMIT isSearchingChanged(searching);
+    if (std::exchange(m_isSearching, searching) != searching)
+        Q_EMIT isSearchingChanged(searching);
 }
 
 void MainViewController::setIsDownloading(bool downloading)
 {
-    if (m_isDownloading == downloading)
-        return;
-    m_isDownloading = downloading;
-    Q_EMIT isDownloadingChanged(downloading);
+    if (std::exchange(m_isDownloading, downloading) != downloading)
+        Q_EMIT isDownloadingChanged(downloading);
 }
 
 QList<ExternalAppInfo> MainViewController::quorvaneAppsArray() const
@@ -47,6 +47,7 @@ void MainViewController::loadView()
     searchField = m_scene->searchField;
     cancelSearchButton = m_scene->cancelSearchButton;
     scrollView = m_scene->scrollView;
+    scrollView->setBackgroundRole(QPalette::Base); // its insets have the same background as the table
     tableView = m_scene->tableView;
     detailView = m_scene->detailView;
     detailViewBottomConstraint = root->bottomConstraint();
@@ -71,23 +72,17 @@ void MainViewController::viewDidLoad()
     connect(m_scene->searchField, &SearchField::leftDownwards, this, &MainViewController::enterList);
     cancelSearchButton->hide();
     showDropPrompt();
-    connect(&ServiceStatus::shared(), &ServiceStatus::changed, this,
-            &MainViewController::showRemainingDownloads);
-    connect(&ServiceStatus::shared(), &ServiceStatus::changed, this, &MainViewController::showPause);
-    showRemainingDownloads();
+    connect(&ServiceStatus::shared(), &ServiceStatus::changed, this, &MainViewController::showServiceStatus);
+    showServiceStatus();
     updateUIState(false);
     // This property is "en" also when nothing is stored.
-    languageCodeObserver =
-        UserDefaults::standard().observe(QStringLiteral("languageCode"), [this](const QVariant &) {
-            languageObservation(UserDefaults::standard().languageCode());
-        });
+    languageCodeObserver = UserDefaults::standard().observe(u"languageCode"_s, [this](const QVariant &) {
+        languageObservation(UserDefaults::standard().languageCode());
+    });
 
-    PendingRequest *pending = PendingRequest::shared();
-    if (!pending)
-        return;
-    if (const auto request = pending->externalRequest()) {
-        searchForFile(request->url, request->requestInfo);
-        pending->setExternalRequest(std::nullopt);
+    if (m_pendingRequest && *m_pendingRequest) {
+        searchForFile((*m_pendingRequest)->url, (*m_pendingRequest)->requestInfo);
+        m_pendingRequest->reset();
     }
 }
 
@@ -105,37 +100,41 @@ void MainViewController::viewDidAppear()
 
 void MainViewController::focusSearchField(QObject *)
 {
-    ui::Window *host = window();
-    if (!host || !searchField)
-        return;
-    host->makeFirstResponder(searchField);
-    searchField->selectAll(); // so that typing replaces the old text
+    if (ui::Window *host = window()) {
+        host->makeFirstResponder(searchField);
+        searchField->selectAll(); // so that typing replaces the old text
+    }
 }
 
 void MainViewController::controlTextDidEndEditing(QObject *)
 {
     // After Return the field still has the focus and keeps its caret or selection.
-    if (!searchField || !searchField->hasFocus())
+    if (!searchField->hasFocus())
         return;
     const int caret = searchField->cursorPosition();
     const int start = searchField->selectionStart();
     const int length = searchField->selectionLength();
-    onMainQueue(weakSelf(), [=, text = searchField->text()](MainViewController &self) {
-        if (!self.searchField || !self.searchField->hasFocus())
-            return;
+    MainQueue::shared().async(this, [=, this, text = searchField->text()] {
         // Text that was typed meanwhile is kept.
-        if (self.searchField->text() != text)
+        if (!searchField->hasFocus() || searchField->text() != text)
             return;
         if (start < 0)
-            self.searchField->setCursorPosition(caret);
+            searchField->setCursorPosition(caret);
         else if (caret == start)
-            self.searchField->setSelection(start + length, -length);
+            searchField->setSelection(start + length, -length);
         else
-            self.searchField->setSelection(start, length);
+            searchField->setSelection(start, length);
     });
 }
 
 std::weak_ptr<MainViewController> MainViewController::weakSelf()
 {
     return std::static_pointer_cast<MainViewController>(shared_from_this());
+}
+
+void registerSearchScenes()
+{
+    Storyboard::registerController(u"Main"_s, u"MainViewController"_s,
+                                   [] { return ViewController::make<MainViewController>(); });
+    Storyboard::registerCell(u"Main"_s, u"SubtitleCellID"_s, [] { return SubtitleCellView::fromScene(); });
 }

@@ -1,33 +1,54 @@
 #pragma once
+#include "DropAreaMessage.h"
 #include <base/UserDefaults.h>
 #include <features/delivery/CompanionDelivery.h>
 #include <features/delivery/ExternalAppInfo.h>
-#include <features/delivery/FileSearching.h>
 #include <model/Language.h>
-#include <ui/scenes/TableView.h>
-#include "DropAreaMessage.h"
-#include "Snapshot.h"
 #include <model/MetadataService.h>
 #include <model/SubtitleService.h>
+#include <ui/scenes/TableView.h>
 #include <ui/window/PlatformSpecificController.h>
+#include <QPointer>
 #include <QSet>
 
+class DownloadPrompt;
 class DragFilesHereView;
 class ImageView;
-namespace ui
-{
-class Label;
-}
 class LayoutConstraint;
 class QLineEdit;
 class QPushButton;
 class QToolButton;
 class SavePanel;
-class ScrollView;
+namespace ui
+{
+class Label;
+}
 namespace Ui
 {
 class MainViewController;
 }
+
+/// An optional value that one thread stores and others read: an immutable snapshot behind a shared pointer,
+/// exchanged atomically. Readers keep a loaded value while they hold the pointer.
+template <class Value>
+class Snapshot final
+{
+public:
+    /// The value, or null.
+    std::shared_ptr<const Value> load() const { return std::atomic_load(&m_value); }
+    std::optional<Value> value() const
+    {
+        const auto loaded = load();
+        return loaded ? std::optional(*loaded) : std::nullopt;
+    }
+    void store(std::optional<Value> value)
+    {
+        std::atomic_store(&m_value, value ? std::make_shared<const Value>(std::move(*value)) : nullptr);
+    }
+
+private:
+    std::shared_ptr<const Value> m_value;
+};
 
 /// The main window's content: searches for subtitles of a file or by words, lists them, shows the selected
 /// one, and downloads and delivers it. Owned by the window; lives on the main thread.
@@ -53,6 +74,11 @@ public:
 
     MainViewController();
     ~MainViewController() override;
+
+    /// Where a request waits that came before the view was loaded, which takes it from there.
+    void setPendingRequest(std::optional<ExternalRequest> *request) { m_pendingRequest = request; }
+    /// The prompt that may be shown before a download; none at first. It must outlive the controller.
+    void setDownloadPrompt(DownloadPrompt *prompt) { m_downloadPrompt = prompt; }
 
     bool isSearching() const { return m_isSearching; }
     void setIsSearching(bool searching);
@@ -111,17 +137,14 @@ Q_SIGNALS:
 
 private:
     using SubtitleList = QList<SubtitlePtr>;
-    enum class SaveChoice
-    {
-        AsRequested,
-        AlwaysSheet
-    };
 
-    /// The language of one search: the setting when it started, and the code that was sent.
-    struct SearchLanguage
+    /// A query, from its start to its answer.
+    struct Search
     {
-        QString preferredCode; // empty when none is stored
-        QString sentCode;
+        SearchLanguage language;
+        QString text;
+        std::optional<QUrl> file = {}; // searched for instead of the text
+        int number = 0;
     };
 
     /// A download from its start to the end of its delivery.
@@ -141,16 +164,14 @@ private:
     };
 
     // The search (MainViewControllerSearch.cpp).
-    static SearchLanguage searchLanguage();
-    void beginQuery(const QList<Arg> &args, std::function<void(MainViewController &)> resultsStep);
-    void finishQuery(int query, const Result<QueryResult> &result,
-                     std::function<void(MainViewController &)> resultsStep);
-    void endQuery(int query);
-    bool isQueryCancelled(int query) const { return query <= m_lastCancelledQuery; }
-    void scheduleCancelButtonReveal();
+    void beginQuery(QList<Arg> args, Search search);
+    void finishQuery(const Search &search, const Result<QueryResult> &result);
+    void endQuery(const Search &search);
+    /// Queues a block that runs on the main queue unless the search has been cancelled by then.
+    void unlessCancelled(const Search &search, std::function<void()> block);
     void revealCancelButton();
-    void showFileResults(const QUrl &url, const SearchLanguage &language);
-    void showTextResults(const QString &text, const SearchLanguage &language);
+    void showResults(const Search &search);
+    void searchForWordsOf(const QUrl &url, const SearchLanguage &language);
     void storeRequestInfo(const std::optional<ExternalRequestInfo> &requestInfo);
     void setCurrentFileURL(const std::optional<QUrl> &url);
     void forgetFileAndRequest();
@@ -159,17 +180,17 @@ private:
     void languageObservation(const QString &newCode);
 
     // The list and the panel (MainViewControllerResults.cpp, MainViewControllerDetail.cpp).
+    bool hasResults() const;
+    /// The result in a row of the table, which must exist.
+    SubtitlePtr shownSubtitle(int row) const;
     void reloadTable();
     void enterList();
     void showDropPrompt();
-    void showNothingFound(const QString &text, const SearchLanguage &language);
-    void showFileNotFound(const QUrl &url, const SearchLanguage &language);
-    void showLanguageNotice(const SearchLanguage &language);
-    void showWordsSearch(const QString &words);
+    void showNothingFound(const Search &search);
+    void showNotices(const SearchLanguage &language);
     void showMessage(const AnswerMessage &message);
     void showSaveTarget();
-    void showPause();
-    void showRemainingDownloads();
+    void showServiceStatus();
     void showDetailView(bool animated);
     void hideDetailView(bool animated);
     void loadPoster(const QString &imdbID);
@@ -178,31 +199,26 @@ private:
     // Download and delivery (MainViewControllerDownload.cpp).
     /// The row that a download would take; nothing without a selection or a result list.
     std::optional<int> rowToDownload() const;
-    void startDownload(SaveChoice choice);
+    void startDownload(bool forceSavePanel);
     void finishDownload(const Download &download, const Result<QUrl> &result);
     void deliverDownloadedSubtitle(const Download &download, const QUrl &file);
     Result<bool> sendSubtitleToExternalApp(const Download &download, const QUrl &file,
                                            const ExternalRequestInfo &request);
     /// Queues a block that runs on the main queue unless the download has been cancelled by then.
-    void unlessCancelled(const Download &download, std::function<void(MainViewController &)> block);
+    void unlessCancelled(const Download &download, std::function<void()> block);
     void beginSheet(const std::shared_ptr<SavePanel> &panel, const QUrl &file);
     void moveToChosenPlace(const QUrl &file, const std::shared_ptr<SavePanel> &panel);
-    void askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel, const QUrl &taken);
     void showDelivered(const QString &text, const std::optional<QUrl> &file);
-    void showWhereItLies(const QUrl &file);
     void showDeliveryText(const QString &text, const std::optional<QUrl> &file);
     void hideDelivered();
     void presentErrorOnWindow(const base::Error &error);
     std::weak_ptr<MainViewController> weakSelf();
-    /// Queues a block for the main queue that runs if the controller still exists.
-    static void onMainQueue(const std::weak_ptr<MainViewController> &controller,
-                            std::function<void(MainViewController &)> block);
 
-    // Outlets of the scene; the weak ones may be destroyed before the controller.
-    QPointer<QLineEdit> searchField;
-    QPointer<QToolButton> cancelSearchButton;
-    ScrollView *scrollView = nullptr;
-    QPointer<TableView> tableView;
+    // Outlets of the scene.
+    QLineEdit *searchField = nullptr;
+    QToolButton *cancelSearchButton = nullptr;
+    QWidget *scrollView = nullptr;
+    TableView *tableView = nullptr;
     QWidget *detailView = nullptr;
     LayoutConstraint *detailViewBottomConstraint = nullptr;
     ImageView *detailViewImageView = nullptr;
@@ -210,9 +226,11 @@ private:
     ui::Label *detailTitleLabel = nullptr;
     ui::Label *detailLanguageLabel = nullptr;
     DragFilesHereView *dragFilesHereView = nullptr;
-    QPointer<QPushButton> downloadButton;
+    QPointer<QPushButton> downloadButton; // may be destroyed first
 
     const QList<Language> m_languagesArray;
+    std::optional<ExternalRequest> *m_pendingRequest = nullptr;
+    DownloadPrompt *m_downloadPrompt = nullptr;
     bool m_isSearching = false;
     bool m_isDownloading = false;
     bool m_hasToldOfKeys = false; // the hint is shown only once
@@ -227,7 +245,10 @@ private:
     int m_lastCancelledQuery = 0;
     int m_lastDownload = 0;
     int m_lastCancelledDownload = 0;
-    AnswerMessage m_answer;                               // of the last answer; a search that fails leaves it
-    std::shared_ptr<const SubtitleList> m_shownSubtitles; // the rows of the table as of its last reload
-    std::optional<QUrl> m_deliveredFile;                  // for "Show in folder"
+    AnswerMessage m_answer;              // of the last answer; a search that fails leaves it
+    SubtitleList m_shownSubtitles;       // the rows of the table: the results as of its last reload
+    std::optional<QUrl> m_deliveredFile; // for "Show in folder"
 };
+
+/// Registers the scenes "MainViewController" and "SubtitleCellID" with the storyboard "Main".
+void registerSearchScenes();

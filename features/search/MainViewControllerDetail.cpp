@@ -1,12 +1,11 @@
 #include "ui_MainViewController.h"
 
 #include "MainViewController.h"
-#include "ScrollView.h"
 
 #include <base/FileManager.h>
 #include <base/MainQueue.h>
 #include <base/StandardOutput.h>
-#include <base/LocalizedString.h>
+#include <base/StringHelpers.h>
 #include <ui/controls/Label.h>
 #include <ui/views/Animator.h>
 #include <ui/views/ImageFade.h>
@@ -34,30 +33,24 @@ void printError(const base::Error &error)
 
 void MainViewController::updateDetailView()
 {
-    const int row = tableView ? tableView->selectedRow() : -1;
-    if (row < 0) {
-        printLine(u"No subtitles available"_s);
-        return;
-    }
+    const int row = tableView->selectedRow();
+    if (row < 0)
+        return printLine(u"No subtitles available"_s);
+    // The results of a search that has just ended may be stored while the table still shows the rows before.
     const auto found = subtitles.load();
-    if (!found || !m_shownSubtitles)
+    if (!found)
         return;
-    if (found->isEmpty()) { // stored by a search that has ended, while the table still shows the rows before
-                            // it
-        printLine(u"This doesn't work"_s);
-        return;
-    }
-    const SubtitlePtr subtitle = m_shownSubtitles->at(row);
+    if (found->isEmpty())
+        return printLine(u"This doesn't work"_s);
+    const SubtitlePtr subtitle = shownSubtitle(row);
     detailFileLabel->setText(subtitle->subFileName);
     detailTitleLabel->setText(subtitle->detailString());
     detailLanguageLabel->setText(subtitle->languageName);
 
     detailViewImageView->setWantsLayer(true);
     detailViewImageView->setCanDrawSubviewsIntoLayer(true);
-    if (ui::Layer *layer = detailViewImageView->layer()) {
-        layer->setCornerRadius(PosterCornerRadius);
-        layer->setMasksToBounds(true);
-    }
+    detailViewImageView->layer()->setCornerRadius(PosterCornerRadius);
+    detailViewImageView->layer()->setMasksToBounds(true);
     setImageWithFade(*detailViewImageView, std::nullopt);
     if (subtitle->imdbID)
         loadPoster(*subtitle->imdbID);
@@ -68,15 +61,14 @@ void MainViewController::updateDetailView()
 /// Does not check that the selection is unchanged: the last poster to arrive is shown.
 void MainViewController::loadPoster(const QString &imdbID)
 {
-    MetadataService::shared().findExternally(imdbID, ExternalSource::imdb,
-                                             [weak = weakSelf()](const Result<FindResult> &found) {
-                                                 const auto self = weak.lock();
-                                                 if (!self)
-                                                     return;
-                                                 if (!found)
-                                                     return printError(found.error());
-                                                 self->fetchPoster(*found);
-                                             });
+    const auto take = [self = QPointer(this)](const Result<FindResult> &found) {
+        if (!self)
+            return;
+        if (!found)
+            return printError(found.error());
+        self->fetchPoster(*found);
+    };
+    MetadataService::shared().findExternally(imdbID, ExternalSource::imdb, take);
 }
 
 void MainViewController::fetchPoster(const FindResult &found)
@@ -84,31 +76,27 @@ void MainViewController::fetchPoster(const FindResult &found)
     const QList<TmdbItem> &items = found.movieResults.isEmpty() ? found.tvResults : found.movieResults;
     if (items.isEmpty())
         return;
-    MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, PosterSize,
-                                         [weak = weakSelf()](const Result<QImage> &image) {
-                                             const auto self = weak.lock();
-                                             if (!self)
-                                                 return;
-                                             if (!image)
-                                                 return printError(image.error());
-                                             setImageWithFade(*self->detailViewImageView, ui::Image(*image));
-                                         });
+    const auto show = [self = QPointer(this)](const Result<QImage> &image) {
+        if (!self)
+            return;
+        if (!image)
+            return printError(image.error());
+        setImageWithFade(*self->detailViewImageView, ui::Image(*image));
+    };
+    MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, PosterSize, show);
 }
 
 void MainViewController::showDetailView(bool animated)
 {
     if (detailViewBottomConstraint->constant() == PanelShown)
         return;
-    scrollView->setContentInsets(InsetsWithPanel);
-    if (!animated) {
-        detailViewBottomConstraint->setConstant(PanelShown);
-        return;
-    }
-    Animator::setConstant(*detailViewBottomConstraint, PanelShown, PanelDuration, [weak = weakSelf()] {
-        onMainQueue(weak, [](MainViewController &self) {
-            if (self.tableView && self.tableView->selectedRow() >= 0)
-                self.tableView->scrollRowToVisible(self.tableView->selectedRow());
-        });
+    scrollView->setContentsMargins(InsetsWithPanel);
+    if (!animated)
+        return detailViewBottomConstraint->setConstant(PanelShown);
+    Animator::setConstant(*detailViewBottomConstraint, PanelShown, PanelDuration, [self = QPointer(this)] {
+        if (self)
+            MainQueue::shared().async(
+                self, [self] { self->tableView->scrollRowToVisible(self->tableView->selectedRow()); });
     });
 }
 
@@ -116,7 +104,7 @@ void MainViewController::hideDetailView(bool animated)
 {
     if (detailViewBottomConstraint->constant() == PanelHidden)
         return;
-    scrollView->setContentInsets(InsetsWithoutPanel);
+    scrollView->setContentsMargins(InsetsWithoutPanel);
     if (animated)
         Animator::setConstant(*detailViewBottomConstraint, PanelHidden, PanelDuration);
     else

@@ -5,9 +5,10 @@
 
 #include <base/FatalFault.h>
 #include <base/FileManager.h>
-#include <base/LocalizedString.h>
+#include <base/MainQueue.h>
+#include <base/StringHelpers.h>
 #include <base/Workspace.h>
-#include <features/delivery/SuggestedFileName.h>
+#include <features/delivery/FileName.h>
 #include <ui/dialogs/SavePanel.h>
 #include <ui/window/ErrorAlert.h>
 #include <ui/window/Window.h>
@@ -30,45 +31,40 @@ bool isOptionAloneHeld()
 void MainViewController::download(QObject *)
 {
     // Not without a selection, and not when the prompt would lose the modifier that is held now.
-    DownloadPrompt *prompt = DownloadPrompt::shared();
-    const bool mayPrompt = prompt && rowToDownload() && !isOptionAloneHeld();
-    if (!mayPrompt || !prompt->presentBeforeDownload(*this))
+    const bool mayPrompt = m_downloadPrompt && rowToDownload() && !isOptionAloneHeld();
+    if (!mayPrompt || !m_downloadPrompt->presentBeforeDownload(*this))
         downloadSelectedSubtitle();
 }
 
 void MainViewController::downloadSelectedSubtitle()
 {
-    startDownload(SaveChoice::AsRequested);
+    startDownload(isOptionAloneHeld());
 }
 
 void MainViewController::saveSelectedSubtitleAs()
 {
-    startDownload(SaveChoice::AlwaysSheet);
+    startDownload(true);
 }
 
 std::optional<int> MainViewController::rowToDownload() const
 {
-    const int row = tableView ? tableView->selectedRow() : -1;
-    return row >= 0 && subtitles.load() && m_shownSubtitles ? std::optional(row) : std::nullopt;
+    const int row = tableView->selectedRow();
+    return row >= 0 && subtitles.load() ? std::optional(row) : std::nullopt;
 }
 
-void MainViewController::startDownload(SaveChoice choice)
+void MainViewController::startDownload(bool forceSavePanel)
 {
     const auto row = rowToDownload();
     if (!row)
         return;
-    // The row refers to the shown table, not to results stored since.
-    if (*row >= m_shownSubtitles->size())
-        fatalFault(u"The selected row %1 lies beyond the results"_s.arg(*row));
-    const SubtitlePtr subtitle = m_shownSubtitles->at(*row);
-    const bool forceSavePanel = choice == SaveChoice::AlwaysSheet || isOptionAloneHeld();
-    const Download download{++m_lastDownload, subtitle, forceSavePanel};
+    const Download download{++m_lastDownload, shownSubtitle(*row), forceSavePanel};
     hideDelivered();
     setIsDownloading(true);
-    SubtitleService::shared().download(subtitle, [weak = weakSelf(), download](const Result<QUrl> &result) {
-        if (const auto self = weak.lock())
-            self->finishDownload(download, result);
-    });
+    SubtitleService::shared().download(download.subtitle,
+                                       [weak = weakSelf(), download](const Result<QUrl> &result) {
+                                           if (const auto self = weak.lock())
+                                               self->finishDownload(download, result);
+                                       });
 }
 
 void MainViewController::cancelDownload(QObject *)
@@ -81,14 +77,11 @@ void MainViewController::cancelDownload(QObject *)
 /// On the thread the service answers on, like the delivery to a companion application.
 void MainViewController::finishDownload(const Download &download, const Result<QUrl> &result)
 {
-    if (result) {
+    if (result)
         deliverDownloadedSubtitle(download, *result);
-    } else {
-        unlessCancelled(download, [error = result.error()](MainViewController &self) {
-            self.presentErrorOnWindow(error);
-        });
-    }
-    unlessCancelled(download, [](MainViewController &self) { self.setIsDownloading(false); });
+    else
+        unlessCancelled(download, [this, error = result.error()] { presentErrorOnWindow(error); });
+    unlessCancelled(download, [this] { setIsDownloading(false); });
 }
 
 void MainViewController::deliverDownloadedSubtitle(const Download &download, const QUrl &file)
@@ -99,45 +92,43 @@ void MainViewController::deliverDownloadedSubtitle(const Download &download, con
     if (request && !download.forceSavePanel) {
         const Result<bool> sent = sendSubtitleToExternalApp(download, file, *request);
         if (sent && *sent) {
-            unlessCancelled(download, [name = request->name](MainViewController &self) {
-                self.showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
+            unlessCancelled(download, [this, name = request->name] {
+                showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
             });
             return;
         }
     }
     const auto suggestedName = suggestedFileName(currentFileURL.value(), *download.subtitle);
-    unlessCancelled(download, [panel, suggestedName, file](MainViewController &self) {
-        self.presentSavePanel(panel, suggestedName, file);
-    });
+    unlessCancelled(download,
+                    [this, panel, suggestedName, file] { presentSavePanel(panel, suggestedName, file); });
 }
 
 Result<bool> MainViewController::sendSubtitleToExternalApp(const Download &download, const QUrl &file,
                                                            const ExternalRequestInfo &request)
 {
-    const CompanionDelivery delivery(FileManager::defaultManager(), Workspace::sharedWorkspace());
-    const Result<CompanionFile> sent = delivery.send(file, *download.subtitle, request);
+    const auto sent = sendToCompanion(file, *download.subtitle, request, FileManager::defaultManager(),
+                                      Workspace::sharedWorkspace());
     if (!sent)
         return sent.error();
     if (!sent->isReplyTaken)
-        unlessCancelled(
-            download, [delivered = sent->url](MainViewController &self) { self.showWhereItLies(delivered); });
+        unlessCancelled(download, [this, delivered = sent->url] {
+            const QString folder = FileManager::displayPath(delivered.adjusted(QUrl::RemoveFilename));
+            showDeliveryText(String::fill(String::localize(u"The file is in “%@”."_s), {folder}), delivered);
+        });
     return sent->isReplyTaken;
 }
 
-void MainViewController::unlessCancelled(const Download &download,
-                                         std::function<void(MainViewController &)> block)
+void MainViewController::unlessCancelled(const Download &download, std::function<void()> block)
 {
-    onMainQueue(weakSelf(), [number = download.number, run = std::move(block)](MainViewController &self) {
-        if (number > self.m_lastCancelledDownload)
-            run(self);
+    MainQueue::shared().async([weak = weakSelf(), number = download.number, run = std::move(block)] {
+        if (const auto self = weak.lock(); self && number > self->m_lastCancelledDownload)
+            run();
     });
 }
 
 void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &panel,
                                           const std::optional<QString> &suggestedName, const QUrl &file)
 {
-    if (!window())
-        return;
     panel->title = String::localize(u"Save"_s);
     if (const auto url = currentFileURL.load())
         panel->directoryURL = *url;
@@ -149,9 +140,11 @@ void MainViewController::presentSavePanel(const std::shared_ptr<SavePanel> &pane
 
 void MainViewController::beginSheet(const std::shared_ptr<SavePanel> &panel, const QUrl &file)
 {
+    if (!window())
+        return;
     panel->beginSheetModalForWindow(
         window(), [weak = weakSelf(), panel = std::weak_ptr(panel), file](ModalResponse response) {
-            const auto self = weak.lock();
+            const auto self = weak.lock(); // lives on during an alert
             const auto answered = panel.lock();
             if (self && answered && response == ModalResponse::OK)
                 self->moveToChosenPlace(file, answered);
@@ -163,40 +156,24 @@ void MainViewController::moveToChosenPlace(const QUrl &file, const std::shared_p
     const std::optional<QUrl> destination = panel->URL();
     if (!destination)
         fatalFault(u"The save sheet was accepted without a place"_s);
-    const Result<void> moved = FileManager::defaultManager().moveItem(file, *destination);
-    if (!moved) {
-        presentErrorOnWindow(moved.error());
-        if (FileManager::isDestinationTaken(moved.error()))
-            askForAnotherName(file, panel, *destination);
-        return;
-    }
     const QString name = FileManager::displayName(*destination);
-    showDelivered(String::fill(String::localize(u"Saved as %@"_s), {name}), *destination);
-}
-
-/// The same sheet once more, as the person left it.
-void MainViewController::askForAnotherName(const QUrl &file, const std::shared_ptr<SavePanel> &panel,
-                                           const QUrl &taken)
-{
-    if (!window()) // closed during the alert
+    const Result<void> moved = FileManager::defaultManager().moveItem(file, *destination);
+    if (moved)
+        return showDelivered(String::fill(String::localize(u"Saved as %@"_s), {name}), *destination);
+    presentErrorOnWindow(moved.error());
+    if (!FileManager::isDestinationTaken(moved.error()))
         return;
-    panel->directoryURL = taken.adjusted(QUrl::RemoveFilename);
-    panel->nameFieldStringValue = FileManager::displayName(taken);
+    // The same sheet once more, as the person left it.
+    panel->directoryURL = destination->adjusted(QUrl::RemoveFilename);
+    panel->nameFieldStringValue = name;
     beginSheet(panel, file);
 }
 
 void MainViewController::showDelivered(const QString &text, const std::optional<QUrl> &file)
 {
     showDeliveryText(text, file);
-    if (DownloadPrompt *prompt = DownloadPrompt::shared())
-        prompt->noteDelivery();
-}
-
-/// The file is in the companion application's folder, but the reply was not accepted.
-void MainViewController::showWhereItLies(const QUrl &file)
-{
-    const QString folder = FileManager::displayPath(file.adjusted(QUrl::RemoveFilename));
-    showDeliveryText(String::fill(String::localize(u"The file is in “%@”."_s), {folder}), file);
+    if (m_downloadPrompt)
+        m_downloadPrompt->noteDelivery();
 }
 
 void MainViewController::showDeliveryText(const QString &text, const std::optional<QUrl> &file)

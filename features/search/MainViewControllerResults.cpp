@@ -1,15 +1,15 @@
 #include "ui_MainViewController.h"
 
-#include "DropAreaMessage.h"
+#include "DragFilesHereView.h"
 #include "MainViewController.h"
 #include "SubtitleCellView.h"
 
 #include <base/FatalFault.h>
-#include <base/FileManager.h>
+#include <base/StringHelpers.h>
 #include <model/ServiceStatus.h>
+#include <ui/controls/Label.h>
 #include <ui/views/ImageView.h>
 #include <ui/window/Window.h>
-#include "DragFilesHereView.h"
 
 #include <QLocale>
 
@@ -19,8 +19,6 @@ namespace
 {
 using namespace Qt::StringLiterals;
 
-constexpr auto CellIdentifier = "SubtitleCellID"_L1;
-constexpr auto UnknownFormatIcon = "UNKNOWN"_L1;
 constexpr QSizeF IconSize(64, 64);
 constexpr int RoomBelowLongHint = 18; // points, to the outline
 
@@ -28,7 +26,7 @@ ui::Image iconForFormat(const QString &format)
 {
     auto icon = ui::Image::named(format.toUpper());
     if (!icon)
-        icon = ui::Image::named(UnknownFormatIcon);
+        icon = ui::Image::named(u"UNKNOWN"_s);
     if (!icon)
         fatalFault(u"The image \"UNKNOWN\" is missing"_s);
     icon->setSize(IconSize);
@@ -36,22 +34,24 @@ ui::Image iconForFormat(const QString &format)
 }
 } // namespace
 
-/// Called on reload, and takes the list that the table shows until the next reload, whatever services store
-/// meanwhile: the counted list must be the shown one.
 int MainViewController::numberOfRowsInTableView()
 {
-    m_shownSubtitles = subtitles.load();
-    return m_shownSubtitles ? static_cast<int>(m_shownSubtitles->size()) : 0;
+    return static_cast<int>(m_shownSubtitles.size());
+}
+
+SubtitlePtr MainViewController::shownSubtitle(int row) const
+{
+    if (row >= m_shownSubtitles.size())
+        fatalFault(u"The row %1 lies beyond the results"_s.arg(row));
+    return m_shownSubtitles.at(row);
 }
 
 TableCellView *MainViewController::tableViewViewForRow(int row)
 {
-    if (!m_shownSubtitles || !tableView)
+    auto *cell = qobject_cast<SubtitleCellView *>(tableView->makeView(u"SubtitleCellID"_s));
+    if (!cell || row >= m_shownSubtitles.size())
         return nullptr;
-    const SubtitlePtr &subtitle = m_shownSubtitles->at(row);
-    auto *cell = qobject_cast<SubtitleCellView *>(tableView->makeView(CellIdentifier));
-    if (!cell)
-        return nullptr;
+    const SubtitlePtr subtitle = shownSubtitle(row);
     cell->titleTextField->setText(subtitle->subFileName);
     cell->subtitleTextField->setText(subtitle->detailString());
     cell->imageView()->setImage(iconForFormat(subtitle->subFormat));
@@ -60,47 +60,51 @@ TableCellView *MainViewController::tableViewViewForRow(int row)
 
 QString MainViewController::tableViewAccessibleTextForRow(int row)
 {
-    if (!m_shownSubtitles || row >= m_shownSubtitles->size())
+    if (row >= m_shownSubtitles.size())
         return {};
-    const SubtitlePtr &subtitle = m_shownSubtitles->at(row);
+    const SubtitlePtr subtitle = shownSubtitle(row);
     const QString details = subtitle->detailString();
     return details.isEmpty() ? subtitle->subFileName : subtitle->subFileName + u", "_s + details;
 }
 
 void MainViewController::tableViewSelectionDidChange()
 {
-    if (tableView && tableView->numberOfSelectedRows() > 0) {
-        updateDetailView();
-        showDetailView(true);
-        return;
-    }
-    hideDetailView(true);
+    if (tableView->numberOfSelectedRows() == 0)
+        return hideDetailView(true);
+    updateDetailView();
+    showDetailView(true);
 }
 
+/// Takes the list that the table shows until the next reload, whatever services store meanwhile.
 void MainViewController::reloadTable()
 {
-    if (tableView)
-        tableView->reloadData();
+    m_shownSubtitles = subtitles.value().value_or(SubtitleList());
+    tableView->reloadData();
 }
 
 /// Like a step with the arrow keys: the first one selects.
 void MainViewController::enterList()
 {
     ui::Window *host = window();
-    if (!host || !tableView || !tableView->isVisible() || tableView->numberOfRows() == 0)
+    if (!host || !tableView->isVisible() || tableView->numberOfRows() == 0)
         return;
     host->makeFirstResponder(tableView);
     if (tableView->numberOfSelectedRows() == 0)
         tableView->selectRow(0);
 }
 
+bool MainViewController::hasResults() const
+{
+    const auto found = subtitles.load();
+    return found && !found->isEmpty();
+}
+
 void MainViewController::updateUIState(bool animated)
 {
-    const bool isSelected = tableView && tableView->numberOfSelectedRows() > 0;
-    const auto found = subtitles.load();
-    const bool hasResults = found && !found->isEmpty();
-    scrollView->setVisible(hasResults);
-    dragFilesHereView->setVisible(!hasResults);
+    const bool isSelected = tableView->numberOfSelectedRows() > 0;
+    const bool showsResults = hasResults();
+    scrollView->setVisible(showsResults);
+    dragFilesHereView->setVisible(!showsResults);
     if (isSelected) {
         updateDetailView();
         showDetailView(animated);
@@ -119,32 +123,27 @@ void MainViewController::showDropPrompt()
     showMessage(m_answer);
 }
 
-void MainViewController::showNothingFound(const QString &text, const SearchLanguage &language)
+void MainViewController::showNothingFound(const Search &search)
 {
-    DropAreaMessage message = nothingFound(text, language.preferredCode, language.sentCode);
+    m_answer = {.dropArea = nothingFound(search.text, search.language)};
     const bool tellsOfKeys =
         !ServiceStatus::shared().value().asksTheNetwork && !std::exchange(m_hasToldOfKeys, true);
-    if (tellsOfKeys)
-        message.hint += u'\n' + offlineHint();
-    m_answer = {.dropArea = message, .hintIsLong = tellsOfKeys};
+    if (tellsOfKeys) {
+        m_answer.dropArea.hint += u'\n' + offlineHint();
+        m_answer.hintIsLong = true;
+    }
     showMessage(m_answer);
 }
 
-/// The message that stays if the search for the words of the file's name fails. The list may still be shown,
-/// without rows.
-void MainViewController::showFileNotFound(const QUrl &url, const SearchLanguage &language)
+/// The lines above the rows.
+void MainViewController::showNotices(const SearchLanguage &language)
 {
-    const DropAreaMessage message =
-        nothingFound(FileManager::displayName(url), language.preferredCode, language.sentCode);
-    m_answer = {.dropArea = message, .aboveRows = message.headline};
+    const ServiceStatus::Value &status = ServiceStatus::shared().value();
+    QStringList notices{languageNotice(language), localRowsNotice(status),
+                        leftOutNotice(m_shownSubtitles.size(), status.leftOut)};
+    notices.removeAll(QString());
+    m_answer.aboveRows = notices.join(u'\n');
     showMessage(m_answer);
-}
-
-/// Shown until the answer comes.
-void MainViewController::showWordsSearch(const QString &words)
-{
-    const DropAreaMessage message = wordsSearch(words);
-    showMessage({.dropArea = message, .aboveRows = message.headline});
 }
 
 void MainViewController::showMessage(const AnswerMessage &message)
@@ -156,32 +155,18 @@ void MainViewController::showMessage(const AnswerMessage &message)
     m_scene->languageNotice->setVisible(!message.aboveRows.isEmpty());
 }
 
-void MainViewController::showLanguageNotice(const SearchLanguage &language)
+/// The pause of a waiting search, and the downloads that are left.
+void MainViewController::showServiceStatus()
 {
-    QStringList notices{languageNotice(language.preferredCode, language.sentCode),
-                        localRowsNotice(ServiceStatus::shared().value()),
-                        leftOutNotice(m_shownSubtitles ? m_shownSubtitles->size() : 0,
-                                      ServiceStatus::shared().value().leftOut)};
-    notices.removeAll(QString());
-    m_answer.aboveRows = notices.join(u'\n');
-    showMessage(m_answer);
-}
-
-void MainViewController::showPause()
-{
-    const auto pause = ServiceStatus::shared().value().pause;
-    const QString text = pause ? pauseNotice(*pause) : QString();
-    m_scene->pauseHint->setText(text);
-    m_scene->pauseHint->setVisible(pause.has_value());
-    m_scene->pauseNotice->setText(text);
-    m_scene->pauseNotice->setVisible(pause.has_value());
-}
-
-void MainViewController::showRemainingDownloads()
-{
-    const std::optional<int> remaining = ServiceStatus::shared().value().remainingDownloads;
-    if (remaining)
+    const ServiceStatus::Value &status = ServiceStatus::shared().value();
+    const QString pause = status.pause ? pauseNotice(*status.pause) : QString();
+    m_scene->pauseHint->setText(pause);
+    m_scene->pauseHint->setVisible(status.pause.has_value());
+    m_scene->pauseNotice->setText(pause);
+    m_scene->pauseNotice->setVisible(status.pause.has_value());
+    const auto left = status.remainingDownloads;
+    if (left)
         m_scene->remainingLabel->setText(
-            String::fill(String::localize(u"Downloads left: %@"_s), {QLocale().toString(*remaining)}));
-    m_scene->remainingLabel->setVisible(remaining.has_value());
+            String::fill(String::localize(u"Downloads left: %@"_s), {QLocale().toString(*left)}));
+    m_scene->remainingLabel->setVisible(left.has_value());
 }

@@ -1,8 +1,9 @@
 #include "MainViewController.h"
 
+#include <base/FileManager.h>
 #include <base/MainQueue.h>
 #include <base/StandardOutput.h>
-#include <base/LocalizedString.h>
+#include <base/StringHelpers.h>
 #include <features/delivery/FileName.h>
 #include <model/LanguageCodeConversion.h>
 #include <ui/views/Animator.h>
@@ -22,161 +23,134 @@ constexpr int SearchErrorCode = 123;
 constexpr auto LanguageCodeKey = "languageCode"_L1;
 constexpr auto DefaultLanguage = "eng"_L1;
 
-/// The file's name with its extension, for any kind of URL.
-QString lastPathComponent(const QUrl &url)
-{
-    return QString::fromUtf8(FileName::lastPathComponent(url)).remove(QChar::Null);
-}
-} // namespace
-
-MainViewController::SearchLanguage MainViewController::searchLanguage()
+SearchLanguage searchLanguage()
 {
     const auto code = UserDefaults::standard().string(LanguageCodeKey);
-    if (!code)
-        return {QString(), DefaultLanguage};
-    return {*code, iso639_2LanguageCode(*code)};
+    return code ? SearchLanguage{*code, iso639_2LanguageCode(*code)} : SearchLanguage{{}, DefaultLanguage};
 }
+} // namespace
 
 void MainViewController::searchForFile(const QUrl &url, const std::optional<ExternalRequestInfo> &requestInfo)
 {
     const SearchLanguage language = searchLanguage();
-    const QString name = lastPathComponent(url);
-    if (searchField)
-        searchField->setText(name);
+    const QString name = QString::fromUtf8(FileName::lastPathComponent(url)).remove(QChar::Null);
+    searchField->setText(name);
     const auto hash = SubtitleService::hashFor(url);
     if (!hash) {
         printLine(u"Failed to create a file hash for the url"_s);
-        onMainQueue(weakSelf(), [name](MainViewController &self) { self.searchForText(name, std::nullopt); });
+        MainQueue::shared().async(this, [this, name] { searchForText(name, std::nullopt); });
         return;
     }
-    const QList<Arg> args = {
-        {Param::byteSize, QString::number(hash->size)},
-        {Param::movieHash, hash->hash},
-        {Param::language, language.sentCode},
-    };
     setIsSearching(true);
     setCurrentFileURL(url);
     storeRequestInfo(requestInfo);
-    beginQuery(args, [url, language](MainViewController &self) { self.showFileResults(url, language); });
+    beginQuery({{Param::byteSize, QString::number(hash->size)}, {Param::movieHash, hash->hash}},
+               {.language = language, .text = name, .file = url});
 }
 
 void MainViewController::searchForText(const QString &text,
                                        const std::optional<ExternalRequestInfo> &requestInfo)
 {
     const SearchLanguage language = searchLanguage();
-    const QList<Arg> args = {{Param::text, text}, {Param::language, language.sentCode}};
     setIsSearching(true);
     storeRequestInfo(requestInfo);
-    beginQuery(args, [text, language](MainViewController &self) { self.showTextResults(text, language); });
+    beginQuery({{Param::text, text}}, {.language = language, .text = text});
 }
 
-void MainViewController::beginQuery(const QList<Arg> &args,
-                                    std::function<void(MainViewController &)> resultsStep)
+void MainViewController::beginQuery(QList<Arg> args, Search search)
 {
     hideDelivered();
-    scheduleCancelButtonReveal();
-    const int query = ++m_lastQuery;
-    m_openQueries.insert(query);
+    MainQueue::shared().asyncAfter(CancelButtonDelay, [self = QPointer(this)] {
+        if (self && self->isSearching())
+            self->revealCancelButton();
+    });
+    search.number = ++m_lastQuery;
+    m_openQueries.insert(search.number);
     Q_EMIT isQueryingChanged(true);
-    SubtitleService::shared().query(
-        args, [weak = weakSelf(), query, step = std::move(resultsStep)](const auto &result) {
-            if (const auto self = weak.lock())
-                self->finishQuery(query, result, step);
-        });
+    args += {Param::language, search.language.sentCode};
+    SubtitleService::shared().query(args, [weak = weakSelf(), search](const auto &result) {
+        if (const auto self = weak.lock())
+            self->finishQuery(search, result);
+    });
 }
 
 /// Runs on the service's thread: stores the results here and changes views on the main queue.
-void MainViewController::finishQuery(int query, const Result<QueryResult> &result,
-                                     std::function<void(MainViewController &)> resultsStep)
+void MainViewController::finishQuery(const Search &search, const Result<QueryResult> &result)
 {
-    const auto weak = weakSelf();
     if (result) {
         subtitles.store(result->subtitles);
-        onMainQueue(weak, [query, step = std::move(resultsStep)](MainViewController &self) {
-            if (self.isQueryCancelled(query))
-                return;
-            step(self); // which may ask the next query
-            self.endQuery(query);
+        unlessCancelled(search, [this, search] {
+            showResults(search); // which may ask the next query
+            endQuery(search);
         });
     } else {
         const QString description = result.error().localizedDescription;
         printLine(u"Error: "_s + description);
-        onMainQueue(weak, [query, description](MainViewController &self) {
-            if (self.isQueryCancelled(query))
-                return;
-            self.endQuery(query);
-            self.presentError(base::Error{QString(), SearchErrorCode, description});
+        unlessCancelled(search, [this, search, description] {
+            endQuery(search);
+            presentError(base::Error{QString(), SearchErrorCode, description});
         });
     }
     // Queued after the step above, so it also runs after a fallback search that the step has started, and
     // sets `isSearching` back while that one is still under way.
-    onMainQueue(weak, [query](MainViewController &self) {
-        if (self.isQueryCancelled(query))
-            return;
-        self.setIsSearching(false);
-        self.revealCancelButton();
+    unlessCancelled(search, [this] {
+        setIsSearching(false);
+        revealCancelButton();
     });
 }
 
-void MainViewController::endQuery(int query)
+void MainViewController::unlessCancelled(const Search &search, std::function<void()> block)
 {
-    m_openQueries.remove(query);
+    MainQueue::shared().async([weak = weakSelf(), number = search.number, run = std::move(block)] {
+        if (const auto self = weak.lock(); self && number > self->m_lastCancelledQuery)
+            run();
+    });
+}
+
+void MainViewController::endQuery(const Search &search)
+{
+    m_openQueries.remove(search.number);
     if (isQuerying())
         return;
     showMessage(m_answer);
     Q_EMIT isQueryingChanged(false);
 }
 
-void MainViewController::scheduleCancelButtonReveal()
-{
-    MainQueue::shared().asyncAfter(CancelButtonDelay, [weak = weakSelf()] {
-        const auto self = weak.lock();
-        if (self && self->isSearching())
-            self->revealCancelButton();
-    });
-}
-
 void MainViewController::revealCancelButton()
 {
-    if (cancelSearchButton)
-        Animator::setHidden(*cancelSearchButton, false);
+    Animator::setHidden(*cancelSearchButton, false);
 }
 
-void MainViewController::showFileResults(const QUrl &url, const SearchLanguage &language)
+void MainViewController::showResults(const Search &search)
 {
     showResultCount();
-    reloadTable();
-    const auto found = subtitles.load();
-    if (found && !found->isEmpty()) {
-        showLanguageNotice(language);
-        updateUIState(true);
-        return;
-    }
-    const QString words = VideoFileUtilities::componentsFrom(url).searchString;
-    if (searchField)
-        searchField->setText(words);
-    showFileNotFound(url, language);
-    showWordsSearch(words);
-    searchForText(searchField ? searchField->text() : words, std::nullopt);
-}
-
-void MainViewController::showTextResults(const QString &text, const SearchLanguage &language)
-{
-    showResultCount();
-    if (tableView)
+    if (!search.file)
         tableView->scrollRowToVisible(0);
     reloadTable();
-    const auto found = subtitles.load();
-    if (!found || found->isEmpty())
-        showNothingFound(text, language);
+    if (hasResults())
+        showNotices(search.language);
+    else if (search.file)
+        return searchForWordsOf(*search.file, search.language);
     else
-        showLanguageNotice(language);
+        showNothingFound(search);
     updateUIState(true);
+}
+
+void MainViewController::searchForWordsOf(const QUrl &url, const SearchLanguage &language)
+{
+    const QString words = VideoFileUtilities::componentsFrom(url).searchString;
+    searchField->setText(words);
+    // This stays if the next search fails. The list may still be shown, without rows.
+    const DropAreaMessage missing = nothingFound(FileManager::displayName(url), language);
+    m_answer = {.dropArea = missing, .aboveRows = missing.headline};
+    const DropAreaMessage next = wordsSearch(words);
+    showMessage({.dropArea = next, .aboveRows = next.headline}); // until the answer comes
+    searchForText(searchField->text(), std::nullopt);
 }
 
 void MainViewController::doSearch(QObject *)
 {
-    const QString text = searchField ? searchField->text() : QString();
+    const QString text = searchField->text();
     if (text.isEmpty())
         return;
     forgetFileAndRequest();
@@ -194,11 +168,10 @@ void MainViewController::cancelQuery(QObject *)
 {
     SubtitleService::shared().cancelQueryTask();
     m_lastCancelledQuery = m_lastQuery; // answers that have come already may wait in the main queue
-    if (!isSearching() && searchField)
+    if (!isSearching())
         searchField->clear();
     setIsSearching(false);
-    if (cancelSearchButton)
-        Animator::setHidden(*cancelSearchButton, true);
+    Animator::setHidden(*cancelSearchButton, true);
     forgetFileAndRequest();
     subtitles.store(SubtitleList());
     m_openQueries.clear();
@@ -215,7 +188,7 @@ void MainViewController::storeRequestInfo(const std::optional<ExternalRequestInf
 {
     if (!requestInfo)
         return;
-    currentExternalRequestInfo.store(*requestInfo);
+    currentExternalRequestInfo.store(requestInfo);
     updateDownloadButton();
     showSaveTarget();
 }
@@ -229,7 +202,7 @@ void MainViewController::setCurrentFileURL(const std::optional<QUrl> &url)
 void MainViewController::forgetFileAndRequest()
 {
     setCurrentFileURL(std::nullopt);
-    currentExternalRequestInfo.clear();
+    currentExternalRequestInfo.store(std::nullopt);
     updateDownloadButton();
 }
 
@@ -250,9 +223,8 @@ void MainViewController::updateDownloadButton()
 void MainViewController::showResultCount()
 {
     const auto found = subtitles.load();
-    const auto count = found ? found->size() : 0;
-    setWindowTitle(
-        String::fill(String::localize(u"Plovendix (%d subtitles found)"_s), {QString::number(count)}));
+    const QString count = QString::number(found ? found->size() : 0);
+    setWindowTitle(String::fill(String::localize(u"Plovendix (%d subtitles found)"_s), {count}));
 }
 
 void MainViewController::setWindowTitle(const QString &title)
@@ -265,24 +237,9 @@ void MainViewController::languageObservation(const QString &newCode)
 {
     printLine(u"language code changed to "_s + newCode);
     MetadataService::shared().preferredLanguage = newCode;
-    if (tableView)
-        tableView->deselectAll();
-    if (const auto url = currentFileURL.value()) {
+    tableView->deselectAll();
+    if (const auto url = currentFileURL.value())
         searchForFile(*url, currentExternalRequestInfo.value());
-        return;
-    }
-    const QString text = searchField ? searchField->text() : QString();
-    if (text.isEmpty())
-        return;
-    forgetFileAndRequest();
-    searchForText(text, std::nullopt);
-}
-
-void MainViewController::onMainQueue(const std::weak_ptr<MainViewController> &controller,
-                                     std::function<void(MainViewController &)> block)
-{
-    MainQueue::shared().async([controller, run = std::move(block)] {
-        if (const auto self = controller.lock())
-            run(*self);
-    });
+    else
+        doSearch(nullptr);
 }

@@ -1,5 +1,5 @@
 #pragma once
-#include <base/Result.h>
+#include <base/Error.h>
 
 /// Why a check for updates failed. Finding no newer version is not a failure.
 enum class UpdateFault

@@ -1,5 +1,5 @@
 #pragma once
-#include <base/Result.h>
+#include <base/Error.h>
 
 enum class CatalogueFailure
 {

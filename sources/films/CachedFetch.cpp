@@ -2,7 +2,7 @@
 
 #include "FilmErrors.h"
 
-#include <base/WorkerThread.h>
+#include <base/Background.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

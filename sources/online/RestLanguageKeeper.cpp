@@ -1,6 +1,6 @@
 #include "RestLanguageKeeper.h"
 
-#include <base/WorkerThread.h>
+#include <base/Background.h>
 
 #include <QLoggingCategory>
 

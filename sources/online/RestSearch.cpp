@@ -2,7 +2,7 @@
 
 #include "RestErrors.h"
 
-#include <base/WorkerThread.h>
+#include <base/Background.h>
 
 #include <QLoggingCategory>
 

@@ -137,7 +137,7 @@ private Q_SLOTS:
         QVERIFY(m_service->hashed.isEmpty());
         QVERIFY(reader.texts.isEmpty());
         QVERIFY(m_sandbox.printedLines().isEmpty());
-        QVERIFY(!m_delegate->externalRequest());
+        QVERIFY(!m_delegate->externalRequest);
     }
 
     void requestWithoutAFileIsAnErrorShown()
@@ -170,10 +170,10 @@ private Q_SLOTS:
     {
         sendURL(request(u"fileurl=/v/A.mkv"_s));
         QCOMPARE(m_sandbox.printedLines(), QStringList{u"No window open?"_s});
-        QVERIFY(!m_delegate->externalRequest());
+        QVERIFY(!m_delegate->externalRequest);
         m_delegate->open({u"file:///v/A.mkv"_s});
         QCOMPARE(m_sandbox.printedLines().size(), 2);
-        QVERIFY(!m_delegate->externalRequest());
+        QVERIFY(!m_delegate->externalRequest);
     }
 
     void requestBeforeTheMainViewIsParkedAndTheLatestServed()
@@ -182,15 +182,15 @@ private Q_SLOTS:
             ui::Window empty;
             empty.show();
             sendURL(request(u"fileurl=/v/One.mkv&docid=1&sender=verbrook3"_s));
-            QCOMPARE(m_delegate->externalRequest()->requestInfo->name, u"Verbrook"_s);
+            QCOMPARE(m_delegate->externalRequest->requestInfo->name, u"Verbrook"_s);
             m_delegate->open({u"file:///v/Two.mkv"_s});
-            QVERIFY(!m_delegate->externalRequest()->requestInfo);
+            QVERIFY(!m_delegate->externalRequest->requestInfo);
             sendURL(request(u"fileurl=file:///v/Three.mkv&docid=3&sender=glimmet"_s));
             QVERIFY(m_service->hashed.isEmpty());
         }
         showMainWindow();
         QCOMPARE(m_service->hashed, QList<QUrl>{QUrl(u"file:///v/Three.mkv"_s)});
-        QVERIFY(!m_delegate->externalRequest());
+        QVERIFY(!m_delegate->externalRequest);
         QCOMPARE(m_window->window()->findChild<QPushButton *>(u"downloadButton"_s)->text(),
                  u"Send to Glimmet"_s);
     }

@@ -204,7 +204,7 @@ private Q_SLOTS:
         trigger(u"preferencesAction"_s);
         URLEventCentre::shared().send({u"plovendix:?fileurl=file:///v/A.mkv"_s});
         QCOMPARE(m_service->hashed.size(), 1);
-        QVERIFY(!m_delegate->externalRequest());
+        QVERIFY(!m_delegate->externalRequest);
     }
 
     void actionsAreReachedByName()

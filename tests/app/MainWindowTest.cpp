@@ -185,7 +185,7 @@ private Q_SLOTS:
 
     void indicatorShowsASearchThatBeganBeforeIt()
     {
-        m_delegate->setExternalRequest(ExternalRequest{QUrl(u"file:///v/A.mkv"_s), {}});
+        m_delegate->externalRequest = ExternalRequest{QUrl(u"file:///v/A.mkv"_s), {}};
         MainWindowController later;
         later.showWindow();
         QVERIFY(later.mainViewController()->isSearching());

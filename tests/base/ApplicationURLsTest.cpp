@@ -1,3 +1,4 @@
+#include <base/ApplicationURLs.h>
 #include <base/Workspace.h>
 #include <tests/support/TestMain.h>
 

@@ -1,4 +1,4 @@
-#include <base/LocalizedString.h>
+#include <base/StringHelpers.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>

@@ -1,7 +1,7 @@
 #pragma once
 #include "RawPasteboard.h"
 
-#include <features/delivery/FileSearching.h>
+#include <features/delivery/ExternalRequest.h>
 #include <features/search/DragFilesHereView.h>
 #include <ui/window/ViewController.h>
 #include <ui/window/Window.h>

@@ -1,14 +1,12 @@
 #pragma once
 #include <QColor>
 #include <QObject>
-#include <optional>
+#include <QPointer>
 
-class QDBusMessage;
-class QDBusVariant;
+class SettingsPortal;
 
 /// The program's look on this desktop: light or dark, accent colour, reduced motion; read from the settings
-/// portal on the session bus and followed live. Sets the application's palette and style. Main thread only;
-/// destroyed with the application object, while the bus still exists.
+/// portal on the session bus and followed live. Sets the application's palette and style. Main thread only.
 class Appearance final : public QObject
 {
     Q_OBJECT
@@ -22,35 +20,25 @@ public:
 
     static Appearance &shared();
     /// Installs style and palette and starts to listen. Call once, after the application object was created.
-    /// Does not block: the portal's answer is applied when it arrives. Malformed values are ignored.
+    /// Does not block; the portal's answer is applied when it arrives.
     void install();
 
-    Scheme scheme() const { return m_settings.scheme.value_or(m_themeScheme); }
-    QColor accentColor() const;
-    bool prefersReducedMotion() const { return m_settings.reducedMotion || !m_settings.animations; }
+    Scheme scheme() const { return m_scheme; }
+    QColor accentColor() const { return m_accent; }
+    bool prefersReducedMotion() const { return m_reducedMotion; }
 
 Q_SIGNALS:
     void changed();
 
 private:
-    /// What the portal said; none for what it leaves to the program.
-    struct Settings
-    {
-        std::optional<Scheme> scheme;
-        std::optional<QColor> accent;
-        bool reducedMotion = false;
-        bool animations = true;
+    Appearance() = default;
+    static QColor defaultAccent(Scheme scheme);
+    void followPortal();
+    void applyPalette();
 
-        void take(const QString &group, const QString &key, const QVariant &wrapped);
-    };
-
-    explicit Appearance(QObject *parent);
-    void listen();
-    void takeAnswer(const QDBusMessage &answer);
-    Q_SLOT void takeChange(const QString &group, const QString &key, const QDBusVariant &value);
-    void apply(const Settings &settings);
-    void applyPalette() const;
-
-    Scheme m_themeScheme = Scheme::Light; // of the platform's theme, for a desktop without a preference
-    Settings m_settings;
+    QPointer<SettingsPortal> m_portal; // a child of the application, destroyed while the bus still exists
+    Scheme m_platformScheme = Scheme::Light;
+    Scheme m_scheme = Scheme::Light;
+    QColor m_accent{0x2f, 0x6f, 0xde};
+    bool m_reducedMotion = false;
 };

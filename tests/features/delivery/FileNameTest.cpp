@@ -1,59 +1,44 @@
+#include <base/FileManager.h>
 #include <features/delivery/FileName.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+Subtitle subtitle(const QString &language, const QString &format)
+{
+    Subtitle subtitle;
+    subtitle.subLanguageID = language;
+    subtitle.subFormat = format;
+    return subtitle;
+}
+} // namespace
 
 class FileNameTest final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void lastComponentOfAPath_data()
-    {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("name");
-        const auto row = [](const QByteArray &path, const QByteArray &name) {
-            QTest::newRow(path.isEmpty() ? "empty" : path.constData()) << path << name;
-        };
-        row("/a/b.srt", "b.srt");
-        row("b.srt", "b.srt");
-        row("/a/b.srt/", "b.srt");
-        row("/a/b.srt///", "b.srt");
-        row("/b", "b");
-        row("/a/..", "..");
-        row("/", "");
-        row("///", "");
-        row("", "");
-        row("/a/\xff\xfe.srt", "\xff\xfe.srt");
-    }
-    void lastComponentOfAPath()
-    {
-        QFETCH(QByteArray, path);
-        QFETCH(QByteArray, name);
-        QCOMPARE(FileName::lastPathComponent(path), name);
-    }
-
     void lastComponentOfAURL_data()
     {
         QTest::addColumn<QByteArray>("url");
         QTest::addColumn<QByteArray>("name");
-        QTest::newRow("file") << "file:///v/My%20film.mkv"_ba
-                              << "My film.mkv"_ba;
-        QTest::newRow("folder") << "file:///v/Disc/"_ba
-                                << "Disc"_ba;
-        QTest::newRow("not UTF-8") << "file:///v/caf%E9.mkv"_ba
-                                   << "caf\xe9.mkv"_ba;
-        QTest::newRow("escaped signs") << "file:///v/50%25%20%231%3F.mkv"_ba
-                                       << "50% #1?.mkv"_ba;
-        QTest::newRow("another machine") << "file://there/v/a.mkv"_ba
-                                         << "a.mkv"_ba;
-        QTest::newRow("web page") << "https://there.example/v/a.mkv?b=c/d.mkv#e/f.mkv"_ba
-                                  << "a.mkv"_ba;
-        QTest::newRow("without a path") << "https://there.example"_ba << QByteArray();
-        QTest::newRow("only a slash") << "file:///"_ba << QByteArray();
+        const auto row = [](const QByteArray &url, const QByteArray &name) {
+            QTest::newRow(url.constData()) << url << name;
+        };
+        row("file:///v/My%20film.mkv", "My film.mkv");
+        row("file:///v/Disc///", "Disc");
+        row("file:///v/..", "..");
+        row("file:///v%2Fw.mkv", "w.mkv");
+        row("file:///v/caf%E9.mkv", "caf\xe9.mkv");
+        row("file:///v/50%25%20%231%3F.mkv", "50% #1?.mkv");
+        row("file://there/v/a.mkv", "a.mkv");
+        row("https://there.example/v/a.mkv?b=c/d.mkv#e/f.mkv", "a.mkv");
+        row("https://there.example", "");
+        row("file:///", "");
     }
     void lastComponentOfAURL()
     {
@@ -67,18 +52,15 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QByteArray>("expected");
         const auto row = [](const QByteArray &name, const QByteArray &expected) {
-            QTest::newRow(name.isEmpty() ? "empty" : name.constData()) << name << expected;
+            QTest::addRow("\"%s\"", name.constData()) << name << expected;
         };
-        row("a.srt", "a");
         row("a.b.srt", "a.b");
         row("a", "a");
         row(".profile", ".profile");
         row(".profile.srt", ".profile");
         row("a.", "a.");
-        row("a..", "a..");
         row("a..srt", "a.");
         row("..", "..");
-        row("...", "...");
         row("", "");
         row("\xff.\xfe", "\xff");
     }
@@ -89,46 +71,45 @@ private Q_SLOTS:
         QCOMPARE(FileName::deletingPathExtension(name), expected);
     }
 
-    void extensionIsAppendedWhenItCanBeOne_data()
+    void suggestionIsMadeOfVideoLanguageAndFormat_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<QString>("extension");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("plain") << QByteArray("a") << u"srt"_s << QByteArray("a.srt");
-        QTest::newRow("second") << QByteArray("a.b") << u"srt"_s << QByteArray("a.b.srt");
-        QTest::newRow("dot at the end") << QByteArray("a.") << u"srt"_s << QByteArray("a..srt");
-        QTest::newRow("beyond ASCII") << QByteArray("\xff") << u"ü"_s << QByteArray("\xff.\xc3\xbc");
-        QTest::newRow("empty") << QByteArray("a") << u""_s << QByteArray("a");
-        QTest::newRow("with a slash") << QByteArray("a") << u"x/y"_s << QByteArray("a");
-        QTest::newRow("upwards") << QByteArray("a") << u"/../../x"_s << QByteArray("a");
-        QTest::newRow("with NUL") << QByteArray("a") << u"x\0y"_s << QByteArray("a");
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *name, const QByteArray &path, const QString &language,
+                            const QString &format, const QString &expected) {
+            QTest::newRow(name) << path << language << format << expected;
+        };
+        row("film", "/v/Movie.2019.mkv", u"EN"_s, u"SRT"_s, u"Movie.2019.en.srt"_s);
+        row("last extension only", "/v/a.b.mp4", u"pob"_s, u"SRT"_s, u"a.b.pob.srt"_s);
+        row("no extension", "/v/Movie", u"ger"_s, u"ass"_s, u"Movie.ger.ass"_s);
+        row("beyond ASCII", "/v/\xc3\xbc\xe6\x97\xa5.mkv", u"JPN"_s, u"srt"_s, u"ü日.jpn.srt"_s);
+        row("not UTF-8", "/v/caf\xe9.mkv", u"fre"_s, u"srt"_s, u"caf\uFFFD.fre.srt"_s);
+        row("language with a path", "/v/a.mkv", u"../EN"_s, u"srt"_s, u"a...en.srt"_s);
+        row("format with a path", "/v/a.mkv", u"en"_s, u"srt/../../x"_s, u"a.en.srt....x"_s);
+        row("format with NUL", "/v/a.mkv", u"en"_s, u"s\0rt"_s, u"a.en.srt"_s);
     }
-    void extensionIsAppendedWhenItCanBeOne()
+    void suggestionIsMadeOfVideoLanguageAndFormat()
     {
-        QFETCH(QByteArray, name);
-        QFETCH(QString, extension);
-        QFETCH(QByteArray, expected);
-        QCOMPARE(FileName::appendingPathExtension(name, extension), expected);
+        QFETCH(QByteArray, path);
+        QFETCH(QString, language);
+        QFETCH(QString, format);
+        QFETCH(QString, expected);
+        const QUrl video = FileManager::urlFromFileSystemPath(path);
+        QCOMPARE(suggestedFileName(video, subtitle(language, format)), expected);
     }
 
-    void plainNamesNameAFileInsideAFolder_data()
+    void withoutVideoThereIsNoSuggestion()
     {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<bool>("plain");
-        QTest::newRow("plain") << QByteArray("a.srt") << true;
-        QTest::newRow("three dots") << QByteArray("...") << true;
-        QTest::newRow("not UTF-8") << QByteArray("\xff") << true;
-        QTest::newRow("empty") << QByteArray() << false;
-        QTest::newRow("the folder") << QByteArray(".") << false;
-        QTest::newRow("its parent") << QByteArray("..") << false;
-        QTest::newRow("with a slash") << QByteArray("a/b") << false;
-        QTest::newRow("with NUL") << QByteArray("a\0b", 3) << false;
+        QCOMPARE(suggestedFileName(std::nullopt, subtitle(u"en"_s, u"srt"_s)), std::nullopt);
     }
-    void plainNamesNameAFileInsideAFolder()
+
+    void turkishCapitalsAreLoweredAlikeEverywhere()
     {
-        QFETCH(QByteArray, name);
-        QFETCH(bool, plain);
-        QCOMPARE(FileName::isPlain(name), plain);
+        qputenv("LC_ALL", "tr_TR.UTF-8");
+        const QUrl video = FileManager::urlFromFileSystemPath("/v/a.mkv");
+        QCOMPARE(suggestedFileName(video, subtitle(u"ITA"_s, u"SMI"_s)), u"a.ita.smi"_s);
     }
 };
 

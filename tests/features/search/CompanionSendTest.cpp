@@ -1,6 +1,5 @@
 #include "DownloadFixture.h"
 
-#include <features/delivery/IncomingRequestHandler.h>
 #include <tests/support/TestMain.h>
 #include <ui/controls/Label.h>
 #include <ui/dialogs/SavePanel.h>
@@ -88,7 +87,7 @@ private Q_SLOTS:
 
     void refusedReplyFallsBackToTheSheet()
     {
-        m_workspace->accepts = false;
+        m_workspace->takesURLs = false;
         searchVideo(tessaly());
         downloadFirst();
         finishWith(downloadedFile());
@@ -101,7 +100,7 @@ private Q_SLOTS:
 
     void refusedReplySaysWhereTheFileLies()
     {
-        m_workspace->accepts = false;
+        m_workspace->takesURLs = false;
         searchVideo(tessaly());
         downloadFirst();
         finishWith(downloadedFile());
@@ -125,28 +124,9 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(m_sandbox.path(u"videos/a.b.pob.srt"_s)));
     }
 
-    void companionThatComesAlongIsNamed()
-    {
-        struct Host final : IncomingRequestHost
-        {
-            explicit Host(FileSearching &content) : m_content(content) {}
-            bool bringFirstWindowForward() override { return true; }
-            FileSearching *firstWindowContent() override { return &m_content; }
-            void park(const ExternalRequest &) override {}
-            void presentError(const base::Error &) override {}
-
-        private:
-            FileSearching &m_content;
-        };
-        Host host(*m_view->controller);
-        IncomingRequestHandler(host).handle(u"plovendix://search?fileurl="_s + m_video.toString() +
-                                            u"&docid=1-2&sender=plovendix-mpv"_s);
-        QCOMPARE(m_view->downloadButton()->text(), u"Send to mpv"_s);
-    }
-
     void noMoviesFolderFallsBackToTheSheet()
     {
-        m_files->folder.clear();
+        m_files->setMovies({});
         searchVideo(tessaly());
         downloadFirst();
         const QString shown = alertDuring([this] { finishWith(downloadedFile()); });

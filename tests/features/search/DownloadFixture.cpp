@@ -18,10 +18,8 @@ base::Error DownloadFixture::refusal()
 
 void DownloadFixture::setUp()
 {
-    m_workspace = std::make_shared<OpenedURLs>();
-    Workspace::setSharedWorkspace(m_workspace);
-    m_files = std::make_shared<FilesWithMovies>(m_sandbox.path(u"Movies"_s));
-    FileManager::setDefaultManager(m_files);
+    m_workspace = FakeWorkspace::install();
+    m_files = FakeFileManager::install(m_sandbox.path(u"Movies"_s));
     for (const QString &folder : {u"Movies"_s, u"videos"_s, u"downloads"_s}) {
         QDir(m_sandbox.path(folder)).removeRecursively();
         QDir().mkpath(m_sandbox.path(folder));

@@ -1,44 +1,10 @@
 #pragma once
 #include "MainViewFixture.h"
 
-#include <base/FileManager.h>
-#include <base/Workspace.h>
-
-#include <thread>
+#include <tests/support/FakeFileManager.h>
+#include <tests/support/FakeWorkspace.h>
 
 class QFileDialog;
-
-/// Keeps what it is asked to open or show, in place of the desktop.
-struct OpenedURLs final : Workspace
-{
-    bool openURL(const QUrl &url) override
-    {
-        opened += url;
-        openedOn = std::this_thread::get_id();
-        return accepts;
-    }
-    bool opensItself(const QString &) override { return false; }
-    bool showInFileBrowser(const QUrl &file) override
-    {
-        shown += file;
-        return true;
-    }
-    std::optional<QString> absolutePathForAppBundleWithIdentifier(const QString &) override { return {}; }
-
-    QList<QUrl> opened;
-    QList<QUrl> shown;
-    std::thread::id openedOn;
-    bool accepts = true;
-};
-
-/// The real file manager with a Movies folder of the test's own; an empty one is none.
-struct FilesWithMovies final : FileManager
-{
-    explicit FilesWithMovies(const QString &movies) : folder(movies) {}
-    std::optional<QUrl> moviesFolder() const override { return folder.isEmpty() ? std::nullopt : path(); }
-    std::optional<QUrl> path() const { return QUrl::fromLocalFile(folder); }
-    QString folder;
-};
 
 /// A main view with a video and an empty Movies folder on the disk, and the steps of a download. A test's
 /// base.
@@ -62,7 +28,7 @@ protected:
 
     Sandbox m_sandbox;
     std::unique_ptr<MainViewFixture> m_view;
-    std::shared_ptr<OpenedURLs> m_workspace;
-    std::shared_ptr<FilesWithMovies> m_files;
+    std::shared_ptr<FakeWorkspace> m_workspace;
+    std::shared_ptr<FakeFileManager> m_files;
     QUrl m_video;
 };

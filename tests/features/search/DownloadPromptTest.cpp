@@ -10,9 +10,6 @@ namespace
 /// A prompt that comes up, or does not, and counts what it is told.
 struct ScriptedPrompt final : DownloadPrompt
 {
-    ScriptedPrompt() { setShared(this); }
-    ~ScriptedPrompt() override { setShared(nullptr); }
-
     bool presentBeforeDownload(MainViewController &controller) override
     {
         ++asked;
@@ -41,11 +38,12 @@ private Q_SLOTS:
     {
         setUp();
         m_prompt = std::make_unique<ScriptedPrompt>();
+        m_view->controller->setDownloadPrompt(m_prompt.get());
     }
     void cleanup()
     {
-        m_prompt.reset();
         tearDown();
+        m_prompt.reset();
     }
 
     void aPromptThatComesUpTakesTheDownloadOver()

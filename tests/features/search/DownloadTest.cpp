@@ -149,7 +149,7 @@ private Q_SLOTS:
     void cancelDuringTheDeliverySaysNothingOfIt()
     {
         QFETCH(const bool, isReplyTaken);
-        m_workspace->accepts = isReplyTaken;
+        m_workspace->takesURLs = isReplyTaken;
         searchVideo(tessaly());
         downloadFirst();
         m_view->service->finishDownload(0, downloadedFile()); // its blocks wait

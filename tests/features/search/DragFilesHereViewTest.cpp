@@ -1,5 +1,4 @@
 #include <tests/support/DropFixture.h>
-
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
@@ -12,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString FileType = u"text/uri-list"_s;
+const QString Entered = u"draggingEntered"_s;
 
 /// Counts how often it is drawn.
 class CountingView final : public DragFilesHereView
@@ -28,19 +28,35 @@ protected:
     }
 };
 
-bool isOutlined(DragFilesHereView &view)
+/// A window whose content controller takes files, with a list that covers the drop target.
+struct Scene
+{
+    Scene()
+    {
+        window.setContentViewController(controller);
+        view = new DragFilesHereView(controller->view());
+        list = new QWidget(controller->view());
+        list->setGeometry(0, 0, 100, 80);
+        view->takeDropsOf(window);
+        view->outlineToo(*list);
+        window.show();
+    }
+
+    std::shared_ptr<ReceivingController> controller = ViewController::make<ReceivingController>();
+    ui::Window window;
+    DragFilesHereView *view;
+    QWidget *list;
+};
+
+/// Whether the outline is there: four points wide, and nothing is filled.
+bool isOutlined(QWidget &view)
 {
     const QImage image = view.grab().toImage();
-    const QColor outline = view.palette().color(QPalette::Active, QPalette::Highlight);
-    const int right = view.width() - 1;
-    const int bottom = view.height() - 1;
-    for (const QPoint &point : {QPoint(0, 0), QPoint(3, 40), QPoint(right, bottom), QPoint(right - 3, 40),
-                                QPoint(50, 3), QPoint(50, bottom - 3)}) {
-        if (image.pixelColor(point) != outline)
-            return false;
-    }
-    // Four points wide, and nothing is filled.
-    return image.pixelColor(4, 40) != outline && image.pixelColor(50, 40) != outline;
+    const auto isInked = [&](int x, int y) {
+        return image.pixelColor(x, y) == view.palette().color(QPalette::Active, QPalette::Highlight);
+    };
+    return isInked(0, 0) && isInked(3, 40) && isInked(99, 79) && isInked(96, 40) && isInked(50, 3) &&
+           isInked(50, 76) && !isInked(4, 40) && !isInked(50, 40);
 }
 } // namespace
 
@@ -51,31 +67,21 @@ class DragFilesHereViewTest : public QObject
 private Q_SLOTS:
     void init() { m_sandbox.clearPrintedLines(); }
 
-    void startsIdleWithTheOneType()
+    void registersItsOneType()
     {
-        const DragFilesHereView view;
-        QCOMPARE(view.acceptableTypes, QStringList{FileType});
-        QCOMPARE(view.isReceivingDrag, false);
+        const DragFilesHereView fromCode(QRect(10, 20, 100, 80));
+        QCOMPARE(fromCode.geometry(), QRect(10, 20, 100, 80));
+        QCOMPARE(fromCode.registrationCount(), 2);
+        QWidget scene;
+        const DragFilesHereView fromScene(&scene);
+        QCOMPARE(fromScene.registrationCount(), 1);
+        for (const DragFilesHereView *view : {&fromCode, &fromScene}) {
+            QCOMPARE(view->acceptableTypes, QStringList{FileType});
+            QCOMPARE(view->registeredDraggedTypes(), QStringList{FileType});
+            QVERIFY(!view->isReceivingDrag());
+        }
         QCOMPARE(DragFilesHereView::fileURLType(), FileType);
         QCOMPARE(&DragFilesHereView::fileURLType(), &DragFilesHereView::fileURLType()); // made once
-    }
-
-    void viewFromCodeRegistersTwice()
-    {
-        const DragFilesHereView view(QRect(10, 20, 100, 80));
-        QCOMPARE(view.geometry(), QRect(10, 20, 100, 80));
-        QCOMPARE(view.registrationCount(), 2);
-        QCOMPARE(view.registeredDraggedTypes(), QStringList{FileType});
-        QVERIFY(view.acceptDrops());
-    }
-
-    void viewFromASceneRegistersOnce()
-    {
-        QWidget scene;
-        const DragFilesHereView view(&scene);
-        QCOMPARE(view.registrationCount(), 1);
-        QCOMPARE(view.registeredDraggedTypes(), QStringList{FileType});
-        QVERIFY(view.acceptDrops());
     }
 
     void subviewsTakeNoDragsTwoLevelsDeep()
@@ -87,7 +93,6 @@ private Q_SLOTS:
         for (QWidget *subview : {&child, &grandchild, &deeper})
             subview->setAcceptDrops(true);
         view.awakeFromNib();
-        QVERIFY(view.acceptDrops());
         QVERIFY(!child.acceptDrops());
         QVERIFY(!grandchild.acceptDrops());
         QVERIFY(deeper.acceptDrops());
@@ -100,78 +105,50 @@ private Q_SLOTS:
         child.setAcceptDrops(true);
         view.show();
         QVERIFY(!child.acceptDrops());
-        child.setAcceptDrops(true); // later on it is not touched again
+        child.setAcceptDrops(true); // later it is not touched again
         view.hide();
         view.show();
         QVERIFY(child.acceptDrops());
     }
 
-    void acceptanceLooksForAFileAmongTheTypes_data()
+    void dragWithAFileIsAcceptable_data()
     {
-        QTest::addColumn<QStringList>("types");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("acceptable");
-        QTest::newRow("none") << QStringList() << false;
-        QTest::newRow("files") << QStringList{FileType} << true;
-        QTest::newRow("files among others") << QStringList{u"text/plain"_s, FileType} << true;
-        QTest::newRow("others") << QStringList{u"text/plain"_s, u"text/html"_s} << false;
-        QTest::newRow("nearly") << QStringList{u"text/uri-list2"_s, u"TEXT/URI-LIST"_s} << false;
+        QTest::newRow("folder") << FileType << "file:///films/\r\n"_ba << true;
+        QTest::newRow("upper case") << FileType << "FILE:///films/a.mkv"_ba << true;
+        QTest::newRow("file after a link")
+            << FileType << "https://plovendix.example/film\r\nfile:///a.mkv"_ba << true;
+        QTest::newRow("file beside what is no URL") << FileType << "no URL\r\nfile:///a.mkv"_ba << true;
+        QTest::newRow("link") << FileType << "https://plovendix.example/film.mkv"_ba << false;
+        QTest::newRow("share") << FileType << "smb://server/film.mkv"_ba << false;
+        QTest::newRow("file in a comment")
+            << FileType << "# file:///a.mkv\r\nhttps://plovendix.example/"_ba << false;
+        QTest::newRow("path") << FileType << "/films/a.mkv"_ba << false;
+        QTest::newRow("empty list") << FileType << ""_ba << false;
+        QTest::newRow("text") << u"text/plain"_s << "file:///a.mkv"_ba << false;
+        QTest::newRow("nearly the type") << u"TEXT/URI-LIST"_s << "file:///a.mkv"_ba << false;
     }
-
-    void acceptanceLooksForAFileAmongTheTypes()
+    void dragWithAFileIsAcceptable()
     {
-        QFETCH(QStringList, types);
+        QFETCH(QString, type);
+        QFETCH(QByteArray, content);
         QFETCH(bool, acceptable);
-        QMimeData pasteboard;
-        for (const QString &type : types)
-            pasteboard.setData(type, "file:///films/\r\n"); // neither a video nor one file alone is asked for
-        DragFilesHereView view;
+        const RawPasteboard pasteboard(type, content);
+        DragFilesHereView view(QRect(0, 0, 100, 80));
         QCOMPARE(view.prepareForDragOperation(&pasteboard), acceptable);
         QCOMPARE(view.draggingEntered(&pasteboard), acceptable ? DragOperation::Copy : DragOperation::None);
-        QCOMPARE(view.isReceivingDrag, acceptable);
+        QCOMPARE(view.isReceivingDrag(), acceptable);
+        QCOMPARE(isOutlined(view), acceptable);
+        QCOMPARE(m_sandbox.printedLines(), QStringList{Entered});
         QCOMPARE(view.prepareForDragOperation(nullptr), false);
     }
 
-    void linkIsRefusedWithoutAnOutline()
+    void answersHaveThePlatformsNumbers()
     {
-        DragFilesHereView view(QRect(0, 0, 100, 80));
-        const auto link = pasteboardWith({u"https://plovendix.example/film.mkv"_s});
-        QCOMPARE(view.draggingEntered(link.get()), DragOperation::None);
-        QVERIFY(!isOutlined(view));
-        QCOMPARE(view.prepareForDragOperation(link.get()), false);
-        QCOMPARE(view.performDragOperation(link.get()), false);
-        QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
-    }
-
-    void enteringAcceptsFilesAndOutlines()
-    {
-        DragFilesHereView view(QRect(0, 0, 100, 80));
-        const auto files = pasteboardWith({u"file:///films/folder"_s});
-        QVERIFY(!isOutlined(view));
-        QCOMPARE(view.draggingEntered(files.get()), DragOperation::Copy);
-        QCOMPARE(int(DragOperation::Copy), 1);
-        QVERIFY(view.isReceivingDrag);
-        QVERIFY(isOutlined(view));
-        QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
-    }
-
-    void plainTextIsRefusedWithoutAnOutline()
-    {
-        DragFilesHereView view(QRect(0, 0, 100, 80));
-        QCOMPARE(view.draggingEntered(plainText()), DragOperation::None);
         QCOMPARE(int(DragOperation::None), 0);
-        QVERIFY(!view.isReceivingDrag);
-        QVERIFY(!isOutlined(view));
-        QCOMPARE(view.prepareForDragOperation(plainText()), false);
-        QCOMPARE(m_sandbox.printedLines(), QStringList{u"draggingEntered"_s});
-    }
-
-    void refusedDragEndsAnOutline()
-    {
-        DragFilesHereView view(QRect(0, 0, 100, 80));
-        view.draggingEntered(pasteboardWith({u"file:///a.mkv"_s}).get());
-        view.draggingEntered(plainText());
-        QVERIFY(!view.isReceivingDrag);
-        QVERIFY(!isOutlined(view));
+        QCOMPARE(int(DragOperation::Copy), 1);
     }
 
     void leavingPrintsTheSameWordAndClearsTheOutline()
@@ -179,8 +156,8 @@ private Q_SLOTS:
         DragFilesHereView view(QRect(0, 0, 100, 80));
         view.draggingEntered(pasteboardWith({u"file:///a.mkv"_s}).get());
         view.draggingExited();
-        QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, u"draggingEntered"_s}));
-        QVERIFY(!view.isReceivingDrag);
+        QCOMPARE(m_sandbox.printedLines(), QStringList({Entered, Entered}));
+        QVERIFY(!view.isReceivingDrag());
         QVERIFY(!isOutlined(view));
     }
 
@@ -210,9 +187,176 @@ private Q_SLOTS:
         view.draggingEntered(plainText());
         view.draggingEntered(files.get());
         view.draggingEntered(files.get());
-        view.draggingExited();
+        view.draggingEntered(plainText()); // a refused drag ends the outline
         view.performDragOperation(files.get());
         QCOMPARE(told, QStringList({u"over"_s, u"away"_s}));
+    }
+
+    void firstFileIsSearchedFor_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("url");
+        const auto row = [](const char *name, const QByteArray &content, const QByteArray &url) {
+            QTest::newRow(name) << content << url;
+        };
+        const auto same = [&](const char *name, const QByteArray &url) { row(name, url, url); };
+        row("first of three", "file:///b%20c.mkv\r\nfile:///a.mkv\r\nfile:///c.mkv\r\n", "file:///b%20c.mkv");
+        row("other line ends", "file:///a.mkv\n\nfile:///b.mkv", "file:///a.mkv");
+        row("after links", "https://plovendix.example/film\r\nfile:///b.mkv\r\nfile:///a.mkv",
+            "file:///b.mkv");
+        row("comment", "# a list\r\nfile:///a.mkv\r\n", "file:///a.mkv");
+        row("closing zero", QByteArray("file:///a.mkv\0", 14), "file:///a.mkv");
+        row("unescaped space", "file:///a film.mkv", "file:///a%20film.mkv");
+        same("folder", "file:///films/");
+        same("no video", "file:///notes.txt");
+        same("file of this computer", "file://localhost/film.mkv");
+        same("file elsewhere", "file://server/film.mkv");
+        same("name of two lines", "file:///two%0Alines.mkv");
+        same("name that is no text", "file:///caf%E9.mkv");
+        same("name from right to left", "file:///%E2%80%AEvkm.txt");
+        same("name that ends early", "file:///a%00b.mkv");
+        row("empty list", "", {});
+        row("comments only", "# a list\r\n#another\r\n", {});
+        row("one line that is no URL", "file:///a.mkv\r\nno URL\r\n", {});
+        row("one broken URL", "file:///a.mkv\r\nhttp://host:port/\r\n", {});
+        row("path", "/films/a.mkv", {});
+        row("link", "https://plovendix.example/film.mkv", {});
+        row("share", "smb://server/film.mkv", {});
+        row("mail", "mailto:someone@plovendix.example", {});
+    }
+    void firstFileIsSearchedFor()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, url);
+        Scene scene;
+        scene.view->draggingEntered(pasteboardWith({u"file:///another.mkv"_s}).get());
+        m_sandbox.clearPrintedLines();
+        qsizetype searchedBefore = -1;
+        connect(scene.view, &DragFilesHereView::isReceivingDragChanged, scene.view,
+                [&] { searchedBefore = scene.controller->urls.size(); });
+        const RawPasteboard pasteboard(FileType, content);
+        QCOMPARE(scene.view->performDragOperation(&pasteboard), !url.isEmpty());
+        QVERIFY(!scene.view->isReceivingDrag()); // whatever the outcome
+        QCOMPARE(searchedBefore, 0);
+        const bool isTaken = !url.isEmpty();
+        QCOMPARE(scene.controller->urls, isTaken ? QList<QUrl>{QUrl::fromEncoded(url)} : QList<QUrl>());
+        // One line, whatever the name.
+        QCOMPARE(m_sandbox.printedLines(), isTaken ? QStringList{QString::fromLatin1(url)} : QStringList());
+    }
+
+    void dropWithoutAReceiverIsTaken()
+    {
+        const auto files = pasteboardWith({u"file:///a.mkv"_s});
+        DragFilesHereView alone;
+        QVERIFY(alone.performDragOperation(files.get()));
+        QWidget plainWindow;
+        DragFilesHereView inside(&plainWindow);
+        QVERIFY(inside.performDragOperation(files.get()));
+        ui::Window window;
+        auto *uncontrolled = new DragFilesHereView(&window);
+        QVERIFY(uncontrolled->performDragOperation(files.get()));
+        const auto other = ViewController::make<ViewController>();
+        window.setContentViewController(other);
+        auto *view = new DragFilesHereView(other->view());
+        QVERIFY(view->performDragOperation(files.get()));
+        QCOMPARE(m_sandbox.printedLines(), QStringList(4, u"file:///a.mkv"_s));
+        QVERIFY(!alone.performDragOperation(nullptr));
+    }
+
+    void windowIsOneTarget()
+    {
+        Scene scene;
+        const auto files = pasteboardWith({u"file:///a.mkv"_s, u"file:///b.mkv"_s});
+        Dragging dragging(*scene.list, *files, Qt::ShiftModifier);
+        QVERIFY(!isOutlined(*scene.list));
+        QVERIFY(dragging.enter());
+        QCOMPARE(dragging.action, Qt::CopyAction);
+        QVERIFY(isOutlined(*scene.list));
+        QVERIFY(dragging.move());
+        QCOMPARE(dragging.action, Qt::CopyAction);
+        dragging.leave();
+        QVERIFY(!isOutlined(*scene.list));
+        QCOMPARE(m_sandbox.printedLines(), QStringList({Entered, Entered}));
+        QVERIFY(dragging.enter());
+        QVERIFY(dragging.drop());
+        QCOMPARE(dragging.action, Qt::CopyAction); // or the other program would take its file away
+        QVERIFY(!isOutlined(*scene.list));
+        QCOMPARE(scene.controller->urls, QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+    }
+
+    void outlineLiesOverWhatCameLater()
+    {
+        Scene scene;
+        auto *cover = new QWidget(scene.list);
+        cover->setAutoFillBackground(true);
+        cover->setGeometry(0, 20, 100, 40);
+        cover->show();
+        scene.view->draggingEntered(pasteboardWith({u"file:///a.mkv"_s}).get());
+        QVERIFY(isOutlined(*scene.list));
+    }
+
+    void refusedDragPrintsOnceAtEachEnd()
+    {
+        Scene scene;
+        Dragging dragging(*scene.list, *plainText());
+        for (int times = 1; times <= 2; ++times) {
+            QVERIFY(!dragging.enter());
+            QVERIFY(!dragging.move());
+            QVERIFY(!isOutlined(*scene.list));
+            dragging.leave();
+            QCOMPARE(m_sandbox.printedLines(), QStringList(2 * times, Entered));
+        }
+        QVERIFY(!dragging.drop());
+        const auto broken = pasteboardWith({u"file:///a.mkv"_s, u"not a URL"_s});
+        Dragging unreadable(*scene.list, *broken);
+        QVERIFY(unreadable.enter()); // it has a file
+        QVERIFY(!unreadable.drop());
+        QVERIFY(!scene.view->isReceivingDrag());
+        QCOMPARE(scene.controller->urls, QList<QUrl>());
+    }
+
+    void crossingViewsIsNeitherEnteringNorLeaving()
+    {
+        Scene scene;
+        const auto files = pasteboardWith({u"file:///a.mkv"_s});
+        QDragEnterEvent enter({200, 200}, Qt::CopyAction, files.get(), Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&scene.window, &enter);
+        // As the toolkit does it where one view borders on another.
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(&scene.window, &leave);
+        QCoreApplication::sendEvent(&scene.window, &enter);
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(scene.view->isReceivingDrag());
+        QCOMPARE(m_sandbox.printedLines(), QStringList{Entered});
+        QCoreApplication::sendEvent(&scene.window, &leave);
+        QTRY_VERIFY(!scene.view->isReceivingDrag());
+        QCOMPARE(m_sandbox.printedLines(), QStringList({Entered, Entered}));
+    }
+
+    void targetEndsAtTheWindowsFrame()
+    {
+        Scene scene;
+        const auto files = pasteboardWith({u"file:///a.mkv"_s});
+        const auto enterAt = [&](int x) {
+            QDragEnterEvent enter({x, 200}, Qt::CopyAction, files.get(), Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&scene.window, &enter);
+            return scene.view->isReceivingDrag();
+        };
+        QVERIFY(enterAt(scene.window.shadowMargin()));
+        QVERIFY(!enterAt(scene.window.shadowMargin() - 1));
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(&scene.window, &leave);
+    }
+
+    void targetMayBeDestroyedFirst()
+    {
+        Scene scene;
+        delete scene.view;
+        const auto files = pasteboardWith({u"file:///a.mkv"_s});
+        Dragging dragging(*scene.list, *files);
+        QVERIFY(!dragging.enter());
+        QVERIFY(!dragging.drop());
+        QCOMPARE(scene.controller->urls, QList<QUrl>());
     }
 
 private:

@@ -49,18 +49,18 @@ private Q_SLOTS:
         QFETCH(QString, code);
         QFETCH(QString, sent);
         QFETCH(QString, headline);
-        const DropAreaMessage message = nothingFound(u"film"_s, code, sent);
+        const DropAreaMessage message = nothingFound(u"film"_s, {code, sent});
         QCOMPARE(message.headline, headline);
         QVERIFY(!message.hint.isEmpty());
     }
 
     void unknownLanguageIsSaid()
     {
-        const DropAreaMessage message = nothingFound(u"film"_s, u"qqq"_s, u"eng"_s);
+        const DropAreaMessage message = nothingFound(u"film"_s, {u"qqq"_s, u"eng"_s});
         QCOMPARE(message.headline, u"Nothing found for “film” in English"_s);
         QCOMPARE(message.hint, u"The services do not know the language “qqq”; English was searched"_s);
-        QVERIFY(languageNotice(u"de"_s, u"ger"_s).isEmpty());
-        QVERIFY(languageNotice(u"en"_s, u"eng"_s).isEmpty());
+        QVERIFY(languageNotice({u"de"_s, u"ger"_s}).isEmpty());
+        QVERIFY(languageNotice({u"en"_s, u"eng"_s}).isEmpty());
     }
 
     void wordsSearchNamesTheWords()
@@ -78,7 +78,7 @@ private Q_SLOTS:
 
     void longTextIsShortened()
     {
-        const DropAreaMessage message = nothingFound(QString(1000, u'x'), u"en"_s, u"eng"_s);
+        const DropAreaMessage message = nothingFound(QString(1000, u'x'), {u"en"_s, u"eng"_s});
         QVERIFY(message.headline.size() < 120);
         QVERIFY(message.headline.contains(u"…"_s));
     }
@@ -88,14 +88,14 @@ private Q_SLOTS:
         // Of two units each, so that one way or the other the limit falls within one.
         const QString clapper = QString::fromUcs4(U"\U0001F3AC").repeated(100);
         for (const QString &text : {clapper, u'x' + clapper}) {
-            const QString headline = nothingFound(text, u"en"_s, u"eng"_s).headline;
+            const QString headline = nothingFound(text, {u"en"_s, u"eng"_s}).headline;
             QCOMPARE(QString::fromUtf8(headline.toUtf8()), headline);
         }
     }
 
     void searchTextIsNeverAFormat()
     {
-        const DropAreaMessage message = nothingFound(u"%2$@ %1$@"_s, u"en"_s, u"eng"_s);
+        const DropAreaMessage message = nothingFound(u"%2$@ %1$@"_s, {u"en"_s, u"eng"_s});
         QCOMPARE(message.headline, u"Nothing found for “%2$@ %1$@” in English"_s);
     }
 

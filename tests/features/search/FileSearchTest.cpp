@@ -1,6 +1,5 @@
 #include "MainViewFixture.h"
 
-#include <features/search/PendingRequest.h>
 #include <tests/support/TestMain.h>
 
 #include <QDropEvent>
@@ -40,13 +39,6 @@ protected:
         return VideoHash{u"0123456789abcdef"_s, 1};
     }
     VideoFileComponents componentsOf(const QUrl &) override { return {.searchString = u"words"_s}; }
-};
-
-struct Parked final : PendingRequest
-{
-    std::optional<ExternalRequest> externalRequest() const override { return request; }
-    void setExternalRequest(const std::optional<ExternalRequest> &value) override { request = value; }
-    std::optional<ExternalRequest> request;
 };
 } // namespace
 
@@ -250,7 +242,6 @@ private Q_SLOTS:
     {
         m_view->controller->searchForFile(Video, std::nullopt);
         m_view->service->finishLast(answerWith(2), AnswerOn::MainThread);
-        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 2); // stored at once
         QCOMPARE(m_view->title(), QString());
         QVERIFY(m_view->controller->isSearching());
         m_view->turn();
@@ -258,32 +249,28 @@ private Q_SLOTS:
         QVERIFY(!m_view->controller->isSearching());
     }
 
+    void parkedRequestIsServedOnceWhenTheViewLoads_data()
+    {
+        QTest::addColumn<bool>("hasHash");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("video") << true << u"Send to Tessaly"_s;
+        QTest::newRow("file without a hash") << false << u"Download"_s;
+    }
     void parkedRequestIsServedOnceWhenTheViewLoads()
     {
-        Parked parked;
-        parked.request = ExternalRequest{Video, Tessaly};
-        PendingRequest::setShared(&parked);
-        m_view = std::make_unique<MainViewFixture>();
-        PendingRequest::setShared(nullptr);
-        QVERIFY(!parked.request);
+        QFETCH(bool, hasHash);
+        QFETCH(QString, title);
+        std::optional<ExternalRequest> parked = ExternalRequest{Video, Tessaly};
+        if (!hasHash)
+            m_view->service->hash.reset();
+        const auto controller = ViewController::make<MainViewController>();
+        controller->setPendingRequest(&parked);
+        const QWidget *view = controller->view();
+        QVERIFY(!parked);
+        m_view->turn();
         QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
         QCOMPARE(m_view->service->queries.size(), 1);
-        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-    }
-
-    void parkedFileWithoutAHashIsServedOnceToo()
-    {
-        Parked parked;
-        parked.request = ExternalRequest{QUrl(u"file:///videos/notes.txt"_s), Tessaly};
-        PendingRequest::setShared(&parked);
-        m_view->service->hash.reset();
-        const auto controller = ViewController::make<MainViewController>();
-        controller->view();
-        PendingRequest::setShared(nullptr);
-        QVERIFY(!parked.request);
-        m_view->turn();
-        QVERIFY(m_view->service->queries.last() == textArgs(u"notes.txt"_s));
-        QCOMPARE(controller->view()->findChild<QPushButton *>(u"downloadButton"_s)->text(), u"Download"_s);
+        QCOMPARE(view->findChild<QPushButton *>(u"downloadButton"_s)->text(), title);
     }
 
 private:

@@ -1,6 +1,5 @@
 #include "MainViewFixture.h"
 
-#include <features/search/SearchScenes.h>
 #include <ui/views/Animator.h>
 
 #include <QApplication>

@@ -1,6 +1,5 @@
 #include "MainViewFixture.h"
 
-#include <features/search/ScrollView.h>
 #include <tests/support/TestMain.h>
 #include <ui/controls/BottomPanelView.h>
 #include <ui/views/Animator.h>
@@ -42,7 +41,7 @@ private Q_SLOTS:
         m_view->table()->deselectAll();
         QCOMPARE(constraint()->constant(), -168.0);
         QCOMPARE(constraint()->presentedConstant(), 0.0);
-        QCOMPARE(m_view->child<ScrollView>("scrollView")->contentInsets(), QMargins(0, 80, 0, 0));
+        QCOMPARE(m_view->widget("scrollView")->contentsMargins(), QMargins(0, 80, 0, 0));
         QVERIFY(movement());
         QCOMPARE(movement()->duration(), 250);
         finishMovement();
