@@ -1,6 +1,6 @@
 #include "SecretFileQuestion.h"
 
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <ui/window/DialogFrame.h>
 
 #include <QApplication>

@@ -12,7 +12,7 @@
 #include <sources/catalogue/CatalogueServices.h>
 #include <sources/catalogue/import/FolderImport.h>
 #include <sources/combined/Services.h>
-#include <base/SessionBus.h>
+#include <base/Workspace.h>
 
 #include <QEventLoop>
 #include <QTimer>
@@ -29,7 +29,7 @@ constexpr auto LogoutTimeout = 5s;
 std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
 {
 #ifdef Q_OS_LINUX
-    const bool hasKeyring = hasSessionBus();
+    const bool hasKeyring = Workspace::hasSessionBus();
 #else
     const bool hasKeyring = true;
 #endif

@@ -1,5 +1,5 @@
 #include "Bundle.h"
-#include "LocaleEnvironment.h"
+#include "Locale.h"
 #include "PropertyList.h"
 
 #include <QCoreApplication>
@@ -125,7 +125,7 @@ void Bundle::setPreferredLocalizations(const QStringList &languages)
 QStringList Bundle::languageFoldersLocked() const
 {
     QStringList folders;
-    const QStringList languages = m_languages ? *m_languages : environmentLanguages();
+    const QStringList languages = m_languages ? *m_languages : Locale::preferredLanguages();
     for (const QString &language : languages) {
         const QStringList names = folderNames(language);
         for (const QString &name : names)

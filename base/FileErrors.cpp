@@ -1,6 +1,6 @@
 #include "FileErrors.h"
+#include "FileSystemCalls.h"
 #include "LocalizedString.h"
-#include "FilePaths.h"
 
 #include <QStringList>
 
@@ -10,8 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QString ErrorDomain = u"FileManager"_s;
-
 /// Each key is written out in full, so that translators can search for it.
 QString moveSentence(int code)
 {
@@ -19,6 +17,10 @@ QString moveSentence(int code)
     case EEXIST:
     case ENOTEMPTY:
         return u"“%1$@” could not be moved to “%2$@” because a file with that name already exists in “%3$@”."_s;
+    case ENOENT:
+        return u"“%1$@” could not be moved to “%3$@” because that folder does not exist."_s;
+    case EXDEV:
+        return u"“%1$@” could not be moved to “%3$@” because only files can be moved to another disk."_s;
     case ENOSPC:
     case EDQUOT:
         return u"“%1$@” could not be moved to “%3$@” because there is not enough free space."_s;
@@ -57,16 +59,16 @@ QString writeSentence(int code)
 base::Error fileError(int code, const QString &key, const QStringList &arguments, const QString &detail)
 {
     const QString sentence = String::fill(String::localize(key), arguments);
-    return base::Error{ErrorDomain, code, sentence, detail + u": "_s + qt_error_string(code)};
+    return base::Error{FileErrorDomain, code, sentence, detail + u": "_s + qt_error_string(code)};
 }
 
 base::Error moveErrorSaying(const QString &key, int code, const QByteArray &source,
                             const QByteArray &destination)
 {
-    const QStringList arguments{textOfName(lastComponent(source)), textOfName(lastComponent(destination)),
-                                textOfName(parentFolder(destination)), qt_error_string(code)};
-    return fileError(code, key, arguments,
-                     u"move %1 to %2"_s.arg(textOfName(source), textOfName(destination)));
+    return fileError(code, key,
+                     {QString::fromUtf8(lastComponent(source)), QString::fromUtf8(lastComponent(destination)),
+                      QString::fromUtf8(parentFolder(destination)), qt_error_string(code)},
+                     u"move %1 to %2"_s.arg(QString::fromUtf8(source), QString::fromUtf8(destination)));
 }
 } // namespace
 
@@ -81,35 +83,18 @@ base::Error missingSourceError(const QByteArray &source, const QByteArray &desti
                            destination);
 }
 
-base::Error missingFolderError(const QByteArray &source, const QByteArray &destination)
-{
-    return moveErrorSaying(u"“%1$@” could not be moved to “%3$@” because that folder does not exist."_s,
-                           ENOENT, source, destination);
-}
-
-base::Error folderBetweenDisksError(const QByteArray &source, const QByteArray &destination)
-{
-    return moveErrorSaying(
-        u"“%1$@” could not be moved to “%3$@” because only files can be moved to another disk."_s, EXDEV,
-        source, destination);
-}
-
 base::Error createFolderError(int code, const QByteArray &folder)
 {
-    return fileError(
-        code, u"The folder “%1$@” could not be created in “%2$@”: %3$@."_s,
-        {textOfName(lastComponent(folder)), textOfName(parentFolder(folder)), qt_error_string(code)},
-        u"create "_s + textOfName(folder));
-}
-
-bool isFileError(const base::Error &error, int code)
-{
-    return error.domain == ErrorDomain && error.code == code;
+    return fileError(code, u"The folder “%1$@” could not be created in “%2$@”: %3$@."_s,
+                     {QString::fromUtf8(lastComponent(folder)), QString::fromUtf8(parentFolder(folder)),
+                      qt_error_string(code)},
+                     u"create "_s + QString::fromUtf8(folder));
 }
 
 base::Error writeError(int code, const QByteArray &file)
 {
-    return fileError(code, writeSentence(code), {qt_error_string(code)}, u"write "_s + textOfName(file));
+    return fileError(code, writeSentence(code), {qt_error_string(code)},
+                     u"write "_s + QString::fromUtf8(file));
 }
 
 base::Error notAFileError(const QString &url)

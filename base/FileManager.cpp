@@ -1,20 +1,28 @@
 #include "FileManager.h"
 #include "FileErrors.h"
 #include "FileMove.h"
-#include "FilePaths.h"
 #include "FileSystemCalls.h"
-#include "MoviesFolder.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QSysInfo>
 
 #include <cerrno>
 #include <mutex>
 #include <utility>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
+constexpr qint64 MaxFolderListBytes = 65'536;
+constexpr char MoviesKey[] = "XDG_VIDEOS_DIR=";
+constexpr char HomeMark[] = "$HOME";
+
 std::mutex managerMutex;
 
 std::shared_ptr<FileManager> &installedManager()
@@ -23,8 +31,7 @@ std::shared_ptr<FileManager> &installedManager()
     return manager;
 }
 
-Result<void> move(FileSystemCalls &calls, const QUrl &source, const QUrl &destination,
-                  FileMove::Existing existing)
+Result<void> move(FileSystemCalls &calls, const QUrl &source, const QUrl &destination, Existing existing)
 {
     const QByteArray from = FileManager::fileSystemPath(source);
     const QByteArray to = FileManager::fileSystemPath(destination);
@@ -32,13 +39,59 @@ Result<void> move(FileSystemCalls &calls, const QUrl &source, const QUrl &destin
         return notAFileError(source.toString());
     if (to.isEmpty())
         return notAFileError(destination.toString());
-    return FileMove(calls, from, to, existing).run();
+    return moveFile(calls, from, to, existing);
 }
 
 bool isThisComputer(const QString &host)
 {
     return host.isEmpty() || host == u"localhost" ||
            host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
+}
+
+QByteArray homeFolder()
+{
+    return withoutTrailingSlashes(QFile::encodeName(QDir::homePath()));
+}
+
+QByteArray withoutEscapes(const QByteArray &text)
+{
+    QByteArray plain;
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        if (text.at(place) == '\\' && place + 1 < text.size())
+            ++place;
+        plain += text.at(place);
+    }
+    return plain;
+}
+
+/// The path of one assignment in user-dirs.dirs: in double quotes, absolute or below $HOME.
+QByteArray assignedPath(const QByteArray &assigned)
+{
+    const qsizetype end = assigned.lastIndexOf('"');
+    if (!assigned.startsWith('"') || end < 1)
+        return {};
+    const QByteArray quoted = assigned.mid(1, end - 1);
+    if (quoted == HomeMark || quoted.startsWith(QByteArray(HomeMark) + '/'))
+        return withoutTrailingSlashes(homeFolder() + withoutEscapes(quoted.mid(sizeof HomeMark - 1)));
+    return quoted.startsWith('/') ? withoutTrailingSlashes(withoutEscapes(quoted)) : QByteArray();
+}
+
+/// The Movies folder that the desktop's user-dirs.dirs names, the home folder when it is turned off; empty
+/// when none is named.
+QByteArray configuredMoviesFolder()
+{
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    QFile file(config + u"/user-dirs.dirs"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray path;
+    const QList<QByteArray> lines = file.read(MaxFolderListBytes).split('\n');
+    for (const QByteArray &line : lines) {
+        const QByteArray trimmed = line.trimmed();
+        if (trimmed.startsWith(MoviesKey))
+            path = assignedPath(trimmed.mid(sizeof MoviesKey - 1));
+    }
+    return path;
 }
 } // namespace
 
@@ -60,12 +113,12 @@ void FileManager::setDefaultManager(std::shared_ptr<FileManager> manager)
 
 Result<void> FileManager::moveItem(const QUrl &source, const QUrl &destination)
 {
-    return move(*m_calls, source, destination, FileMove::Existing::Refused);
+    return move(*m_calls, source, destination, Existing::Refused);
 }
 
 Result<void> FileManager::moveItemReplacing(const QUrl &source, const QUrl &destination)
 {
-    return move(*m_calls, source, destination, FileMove::Existing::Replaced);
+    return move(*m_calls, source, destination, Existing::Replaced);
 }
 
 Result<void> FileManager::createDirectory(const QUrl &folder)
@@ -81,14 +134,18 @@ Result<void> FileManager::createDirectory(const QUrl &folder)
 bool FileManager::fileExists(const QUrl &item) const
 {
     const QByteArray path = fileSystemPath(item);
-    struct stat status = {};
-    return !path.isEmpty() && m_calls->statusOfTarget(path, status) == 0;
+    return !path.isEmpty() && ::access(path.constData(), F_OK) == 0;
 }
 
 std::optional<QUrl> FileManager::moviesFolder() const
 {
-    const std::optional<QByteArray> path = personalMoviesFolder();
-    return path ? std::optional<QUrl>(urlFromFileSystemPath(*path)) : std::nullopt;
+    const QByteArray configured = configuredMoviesFolder();
+    if (configured == homeFolder())
+        return {};
+    if (!configured.isEmpty())
+        return urlFromFileSystemPath(configured);
+    const QString usual = QDir::home().filePath(u"Videos"_s);
+    return QFileInfo(usual).isDir() ? std::optional(QUrl::fromLocalFile(usual)) : std::nullopt;
 }
 
 QByteArray FileManager::fileSystemPath(const QUrl &url)
@@ -114,7 +171,7 @@ QUrl FileManager::urlFromFileSystemPath(const QByteArray &path)
 
 QString FileManager::displayName(const QUrl &url)
 {
-    return textOfName(lastComponent(fileSystemPath(url)));
+    return QString::fromUtf8(lastComponent(fileSystemPath(url)));
 }
 
 QString FileManager::displayPath(const QUrl &url)
@@ -122,10 +179,10 @@ QString FileManager::displayPath(const QUrl &url)
     const QByteArray path = fileSystemPath(url);
     const QByteArray home = withoutTrailingSlashes(qgetenv("HOME"));
     const bool isBelowHome = home.size() > 1 && (path == home || path.startsWith(home + '/'));
-    return textOfName(isBelowHome ? '~' + path.mid(home.size()) : path);
+    return QString::fromUtf8(isBelowHome ? '~' + path.mid(home.size()) : path);
 }
 
 bool FileManager::isDestinationTaken(const base::Error &error)
 {
-    return isFileError(error, EEXIST) || isFileError(error, ENOTEMPTY);
+    return error.domain == FileErrorDomain && (error.code == EEXIST || error.code == ENOTEMPTY);
 }

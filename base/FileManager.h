@@ -19,7 +19,7 @@ public:
     static FileManager &defaultManager();
     static void setDefaultManager(std::shared_ptr<FileManager> manager);
 
-    /// Moves a file or folder to a path that does not exist yet. On failure the source and the destination
+    /// Moves an item to a path that does not exist yet. On failure the source and the destination
     /// are unchanged; the error says what failed and where. Domain "FileManager", code the errno value.
     ///
     /// Only files can move between file systems: the file is copied beside the destination, flushed,

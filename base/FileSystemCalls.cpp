@@ -5,9 +5,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -30,26 +28,13 @@ int codeOf(const GErrorPointer &error)
         return ENOSPC;
     return EIO;
 }
-
-struct CloseFolder
-{
-    void operator()(DIR *folder) const { ::closedir(folder); }
-};
 } // namespace
 
 FileSystemCalls::~FileSystemCalls() = default;
 
 int FileSystemCalls::renameWithoutReplacing(const QByteArray &from, const QByteArray &to)
 {
-#ifdef RENAME_NOREPLACE
     return resultOf(::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE));
-#elif defined(RENAME_EXCL)
-    return resultOf(::renamex_np(from.constData(), to.constData(), RENAME_EXCL));
-#else
-    Q_UNUSED(from)
-    Q_UNUSED(to)
-    return -ENOSYS;
-#endif
 }
 
 int FileSystemCalls::rename(const QByteArray &from, const QByteArray &to)
@@ -81,29 +66,9 @@ int FileSystemCalls::moveToTrash(const QByteArray &path)
     return trashed ? 0 : -codeOf(error);
 }
 
-int FileSystemCalls::listFolder(const QByteArray &path, QList<QByteArray> &names)
-{
-    const std::unique_ptr<DIR, CloseFolder> folder(::opendir(path.constData()));
-    if (!folder)
-        return -errno;
-    errno = 0;
-    while (const dirent *entry = ::readdir(folder.get())) {
-        const QByteArray name(entry->d_name);
-        if (name != "." && name != "..")
-            names += name;
-        errno = 0;
-    }
-    return -errno;
-}
-
 int FileSystemCalls::status(const QByteArray &path, struct stat &status)
 {
     return resultOf(::lstat(path.constData(), &status));
-}
-
-int FileSystemCalls::statusOfTarget(const QByteArray &path, struct stat &status)
-{
-    return resultOf(::stat(path.constData(), &status));
 }
 
 int FileSystemCalls::statusOfOpen(int descriptor, struct stat &status)
@@ -133,11 +98,7 @@ int FileSystemCalls::setMode(int descriptor, mode_t mode)
 
 int FileSystemCalls::setTimes(int descriptor, const struct stat &status)
 {
-#ifdef __APPLE__
-    const timespec times[] = {status.st_atimespec, status.st_mtimespec};
-#else
     const timespec times[] = {status.st_atim, status.st_mtim};
-#endif
     return resultOf(::futimens(descriptor, times));
 }
 
@@ -159,4 +120,29 @@ int FileSystemCalls::lock(int descriptor)
 int FileSystemCalls::close(int descriptor)
 {
     return resultOf(::close(descriptor));
+}
+
+bool isUnsupported(int result)
+{
+    return result == -EINVAL || result == -ENOSYS || result == -EOPNOTSUPP;
+}
+
+QByteArray withoutTrailingSlashes(QByteArray path)
+{
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path;
+}
+
+QByteArray lastComponent(const QByteArray &path)
+{
+    const QByteArray plain = withoutTrailingSlashes(path);
+    return plain.mid(plain.lastIndexOf('/') + 1);
+}
+
+QByteArray parentFolder(const QByteArray &path)
+{
+    const QByteArray plain = withoutTrailingSlashes(path);
+    const qsizetype slash = plain.lastIndexOf('/');
+    return slash <= 0 ? QByteArray("/") : withoutTrailingSlashes(plain.left(slash));
 }

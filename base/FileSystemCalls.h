@@ -1,6 +1,5 @@
 #pragma once
 #include <QByteArray>
-#include <QList>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -18,18 +17,12 @@ public:
     virtual int rename(const QByteArray &from, const QByteArray &to);
     virtual int link(const QByteArray &from, const QByteArray &to);
     virtual int unlink(const QByteArray &path);
-
     /// Moves the item to the desktop's trash.
     virtual int moveToTrash(const QByteArray &path);
-
     virtual int makeFolder(const QByteArray &path);
-    /// The names in a folder, without "." and "..".
-    virtual int listFolder(const QByteArray &path, QList<QByteArray> &names);
 
     /// The status of the name itself, also of a symbolic link.
     virtual int status(const QByteArray &path, struct stat &status);
-    /// The status of a symbolic link's target.
-    virtual int statusOfTarget(const QByteArray &path, struct stat &status);
     virtual int statusOfOpen(int descriptor, struct stat &status);
 
     /// Returns a descriptor.
@@ -45,3 +38,11 @@ public:
     virtual int lock(int descriptor);
     virtual int close(int descriptor);
 };
+
+/// Whether a call's result means that the file system or kernel does not support it.
+bool isUnsupported(int result);
+
+// Absolute paths as the file system's bytes.
+QByteArray withoutTrailingSlashes(QByteArray path);
+QByteArray lastComponent(const QByteArray &path);
+QByteArray parentFolder(const QByteArray &path);

@@ -1,18 +1,22 @@
 #include "FileWriting.h"
 #include "FileErrors.h"
-#include "FileFlushing.h"
-#include "FilePaths.h"
 #include "FileSystemCalls.h"
 #include "PartFile.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLoggingCategory>
 
 #include <atomic>
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
+Q_LOGGING_CATEGORY(log, "plovendix.platform")
+
+constexpr int MaxDamagedFiles = 1000;
 constexpr int MaxLinks = 40;
 constexpr mode_t OwnersMode = 0600;
 constexpr mode_t OrdinaryMode = 0666;
@@ -76,50 +80,34 @@ int makePart(FileSystemCalls &calls, PartFile &part, const QByteArray &folder, c
     return folders < 0 ? folders : part.make(folder, mode);
 }
 
-/// Closes the empty file to others: a file system may have let them in, whatever mode it was made with.
-int closeToOthers(FileSystemCalls &calls, const PartFile &part, FileAccess access)
-{
-    if (access == FileAccess::AsBefore)
-        return 0;
-    const int closed = calls.setMode(part.descriptor(), OwnersMode);
-    return access == FileAccess::Secret ? closed : 0;
-}
-
-int fill(FileSystemCalls &calls, PartFile &part, const QByteArray &bytes, mode_t mode)
-{
-    const int descriptor = part.descriptor();
-    int result = writeAll(calls, descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    if (result == 0 && mode != 0)
-        calls.setMode(descriptor, mode); // file systems of removable disks know no modes
-    if (result == 0)
-        result = flushToDisk(calls, descriptor);
-    const int closed = part.finishWriting();
-    return result < 0 ? result : closed;
-}
-
 int replace(FileSystemCalls &calls, const QByteArray &path, const QByteArray &givenFolder,
             const QByteArray &bytes, FileAccess access)
 {
+    const bool isForOwner = access != FileAccess::AsBefore;
     struct stat status = {};
     const bool isThere = calls.status(path, status) == 0;
-    const bool isNewForAll = access == FileAccess::AsBefore && !isThere;
-    const mode_t modeBefore = access == FileAccess::AsBefore && isThere ? status.st_mode & 0777U : 0;
     PartFile::removeLeftovers(calls, parentFolder(path));
     PartFile part(calls);
-    int result =
-        makePart(calls, part, parentFolder(path), givenFolder, isNewForAll ? OrdinaryMode : OwnersMode);
+    const mode_t mode = isForOwner || isThere ? OwnersMode : OrdinaryMode;
+    int result = makePart(calls, part, parentFolder(path), givenFolder, mode);
+    if (result == 0 && isForOwner) {
+        // A file system may have let others in, whatever mode the file was made with.
+        const int closed = calls.setMode(part.descriptor(), OwnersMode);
+        result = access == FileAccess::Secret ? closed : 0;
+    }
     if (result == 0)
-        result = closeToOthers(calls, part, access);
+        result = part.write(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (result == 0 && isThere && !isForOwner)
+        calls.setMode(part.descriptor(), status.st_mode & 0777U); // removable disks know no modes
     if (result == 0)
-        result = fill(calls, part, bytes, modeBefore);
+        result = part.finishWriting();
     if (result == 0)
         result = calls.rename(part.path(), path);
     if (result < 0)
         return result;
-    part.release();
     // Until the folder is flushed, a power failure brings back the old file. It is whole, so a failed flush
     // is not reported.
-    flushFolder(calls, parentFolder(path));
+    part.release();
     return 0;
 }
 } // namespace
@@ -142,6 +130,21 @@ Result<void> makeFolders(const QString &folder)
     if (const int made = makeFolders(callsInUse(), withoutTrailingSlashes(name)); made < 0)
         return writeError(-made, name);
     return {};
+}
+
+std::optional<QString> setDamagedFileAside(const QString &path)
+{
+    for (int number = 1; number <= MaxDamagedFiles; ++number) {
+        const QString name = u"%1.damaged-%2"_s.arg(path).arg(number);
+        if (QFile::exists(name))
+            continue;
+        if (!QFile::rename(path, name))
+            break;
+        qCWarning(log, "%s was damaged and is kept as %s.", qUtf8Printable(path), qUtf8Printable(name));
+        return name;
+    }
+    qCWarning(log, "%s is damaged and cannot be set aside.", qUtf8Printable(path));
+    return std::nullopt;
 }
 
 void setCallsOfWriteFile(FileSystemCalls *calls)

@@ -2,6 +2,7 @@
 #include "Result.h"
 #include <QByteArray>
 #include <QString>
+#include <optional>
 
 class FileSystemCalls;
 
@@ -23,5 +24,9 @@ Result<void> writeFile(const QString &path, const QByteArray &bytes,
 /// Creates the folder and its missing parents; the same Errors. Any thread.
 Result<void> makeFolders(const QString &folder);
 
-/// Replaces the system calls of both functions in tests; null restores them.
+/// Renames an unreadable file to "PATH.damaged-N", so that it is not overwritten, and logs the new name.
+/// Returns the new name, or none when the rename fails. Any thread.
+std::optional<QString> setDamagedFileAside(const QString &path);
+
+/// Replaces the system calls of the first two functions in tests; null restores them.
 void setCallsOfWriteFile(FileSystemCalls *calls);

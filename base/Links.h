@@ -1,5 +1,7 @@
 #pragma once
-#include <QString>
+#include "FatalFault.h"
+#include "URLComponents.h"
+#include "Workspace.h"
 
 /// Web addresses. The maker's addresses are reserved example hosts until real ones exist.
 namespace Links
@@ -12,5 +14,11 @@ inline const QString SubtitleKeyPage = QStringLiteral("https://www.opensubtitles
 
 /// Opens a fixed address; returns false when no application of the desktop opens it. An invalid address is a
 /// fatal fault.
-bool open(const QString &address);
+inline bool open(const QString &address)
+{
+    const auto url = parseURLString(address);
+    if (!url)
+        fatalFault(QStringLiteral("The fixed address \"%1\" is no URL").arg(address));
+    return Workspace::sharedWorkspace().openURL(*url);
+}
 } // namespace Links

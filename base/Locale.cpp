@@ -1,5 +1,4 @@
 #include "Locale.h"
-#include "LocaleEnvironment.h"
 
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
@@ -106,6 +105,24 @@ QByteArray icuIdentifier(const QString &identifier)
     return QByteArray(buffer.data(), length);
 }
 
+/// LC_ALL, else LC_MESSAGES, else LANG, unchanged; "C" when none is set.
+QString environmentLocaleName()
+{
+    for (const char *variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const QString value = qEnvironmentVariable(variable);
+        if (!value.isEmpty())
+            return value;
+    }
+    return u"C"_s;
+}
+
+/// Whether a locale name, with or without a character set ("C.UTF-8"), names no language.
+bool isWithoutLanguage(const QString &name)
+{
+    const QString language = name.section(u'.', 0, 0).section(u'@', 0, 0).toUpper();
+    return language.isEmpty() || language == u"C" || language == u"POSIX";
+}
+
 bool isLetter(QChar character)
 {
     return character.unicode() < 0x80 && character.isLetter();
@@ -152,7 +169,7 @@ QStringList listOf(const char *const *codes)
 
 Locale Locale::current()
 {
-    for (const QString &language : environmentLanguages()) {
+    for (const QString &language : preferredLanguages()) {
         Locale locale(language);
         if (locale.hasOwnDisplayData())
             return locale;
@@ -165,6 +182,18 @@ Locale::Locale(const QString &identifier)
       m_icuIdentifier(languageCode() ? icuIdentifier(identifier) : QByteArray(English)),
       m_displayIdentifier(hasDisplayData(m_icuIdentifier) ? m_icuIdentifier : QByteArray(English))
 {
+}
+
+QStringList Locale::preferredLanguages()
+{
+    const QString locale = environmentLocaleName();
+    QStringList wanted;
+    // As in all message catalogues, the plain C locale means untranslated, whatever LANGUAGE says.
+    if (locale != u"C" && locale != u"POSIX")
+        wanted = qEnvironmentVariable("LANGUAGE").split(u':', Qt::SkipEmptyParts);
+    wanted += locale;
+    wanted.removeIf(isWithoutLanguage);
+    return wanted;
 }
 
 bool Locale::hasOwnDisplayData() const
@@ -180,7 +209,7 @@ QString Locale::identifier() const
 std::optional<QString> Locale::languageCode() const
 {
     const QString code = partsOf(m_identifier).value(0);
-    if (isLocaleWithoutLanguage(m_identifier) || !isLanguageCode(code))
+    if (isWithoutLanguage(m_identifier) || !isLanguageCode(code))
         return {};
     return code.toLower();
 }

@@ -14,6 +14,9 @@ public:
     /// for, else LC_ALL, LC_MESSAGES or LANG. An empty variable counts as unset; C ignores LANGUAGE.
     static Locale current();
     explicit Locale(const QString &identifier);
+    /// The languages that the environment asks for, the most preferred first ("de_AT", "de", …): LANGUAGE
+    /// unless the locale is plain C, then the locale itself. Empty for C and POSIX.
+    static QStringList preferredLanguages();
 
     QString identifier() const;
     /// "de" of "de_AT.UTF-8"; nothing for C, POSIX and the empty identifier.

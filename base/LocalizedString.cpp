@@ -31,3 +31,13 @@ QString String::fill(const QString &format, const QStringList &texts)
     filled += QStringView(format).mid(end);
     return filled;
 }
+
+QString String::removingCharacters(const QString &text, const QSet<char32_t> &characters)
+{
+    QString kept;
+    for (const char32_t scalar : text.toUcs4()) {
+        if (!characters.contains(scalar))
+            kept += QChar::fromUcs4(scalar);
+    }
+    return kept;
+}

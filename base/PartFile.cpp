@@ -4,6 +4,7 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <filesystem>
 #include <utility>
 
 #include <fcntl.h>
@@ -69,9 +70,40 @@ int PartFile::open(const QByteArray &path, mode_t mode)
     return -EEXIST;
 }
 
+int PartFile::write(const char *bytes, std::size_t size)
+{
+    for (std::size_t done = 0; done < size;) {
+        const ssize_t written = m_calls.write(m_descriptor, bytes + done, size - done);
+        if (written == 0)
+            return -EIO;
+        if (written < 0 && written != -EINTR)
+            return static_cast<int>(written);
+        done += written > 0 ? static_cast<std::size_t>(written) : 0;
+    }
+    return 0;
+}
+
 int PartFile::finishWriting()
 {
-    return m_calls.close(std::exchange(m_descriptor, -1));
+    const int flushed = flush(m_descriptor);
+    const int closed = m_calls.close(std::exchange(m_descriptor, -1));
+    return flushed < 0 ? flushed : closed;
+}
+
+int PartFile::release()
+{
+    const int folder = m_calls.open(parentFolder(std::exchange(m_path, {})), O_RDONLY | O_DIRECTORY, 0);
+    if (folder < 0)
+        return 0;
+    const int flushed = flush(folder);
+    m_calls.close(folder);
+    return flushed;
+}
+
+int PartFile::flush(int descriptor)
+{
+    const int flushed = m_calls.flush(descriptor);
+    return isUnsupported(flushed) ? 0 : flushed;
 }
 
 void PartFile::close(int &descriptor)
@@ -83,13 +115,12 @@ void PartFile::close(int &descriptor)
 
 void PartFile::removeLeftovers(FileSystemCalls &calls, const QByteArray &folder)
 {
-    QList<QByteArray> names;
-    if (calls.listFolder(folder, names) < 0)
-        return;
-    for (const QByteArray &name : std::as_const(names)) {
-        if (!name.startsWith(Prefix) || !name.endsWith(Suffix))
+    std::error_code error;
+    std::filesystem::directory_iterator entry(folder.constData(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const QByteArray path(entry->path().c_str());
+        if (!lastComponent(path).startsWith(Prefix) || !path.endsWith(Suffix))
             continue;
-        const QByteArray path = folder + '/' + name;
         const int descriptor = calls.open(path, O_RDWR | O_NOFOLLOW | O_NONBLOCK, 0);
         if (descriptor < 0)
             continue;

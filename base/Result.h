@@ -1,7 +1,20 @@
 #pragma once
-#include "Error.h"
+#include <QString>
 #include <utility>
 #include <variant>
+
+namespace base
+{
+/// An expected failure as a value: its domain, a code within that domain, and the sentence that is shown.
+/// `detail` is for the log only and is never shown.
+struct Error
+{
+    QString domain;
+    int code = 0;
+    QString localizedDescription;
+    QString detail = {};
+};
+} // namespace base
 
 /// Either a value or the Error that prevented it. Reading the absent side is a programming error
 /// (std::bad_variant_access).

@@ -1,5 +1,4 @@
 #include "UserDefaults.h"
-#include "DamagedFile.h"
 #include "FileWriting.h"
 #include "MainQueue.h"
 #include "SettingsFile.h"

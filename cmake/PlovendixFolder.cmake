@@ -88,7 +88,7 @@ function(plovendix_folder)
         # The scenes' texts go through the same lookup as the code's.
         set_target_properties(${name} PROPERTIES AUTOUIC ON
             AUTOUIC_SEARCH_PATHS "${PLOVENDIX_STORYBOARDS}"
-            AUTOUIC_OPTIONS "-a;-tr;String::localize;-include;base/StringHelpers.h")
+            AUTOUIC_OPTIONS "-a;-tr;String::localize;-include;base/LocalizedString.h")
         # Ninja looks at a scene's header before it is written anew, and would build its controller a run too late.
         foreach(storyboard IN LISTS PLOVENDIX_STORYBOARDS)
             file(GLOB scenes CONFIGURE_DEPENDS ${storyboard}/*.ui)

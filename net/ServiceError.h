@@ -1,5 +1,5 @@
 #pragma once
-#include <base/Error.h>
+#include <base/Result.h>
 #include <QDateTime>
 
 /// Why a request to a network service failed. An empty list of results is not a failure.

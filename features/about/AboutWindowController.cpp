@@ -2,7 +2,7 @@
 
 #include "AboutViewController.h"
 
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
 

@@ -3,7 +3,7 @@
 #include "ExternalAppInfo.h"
 
 #include <base/FileManager.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <base/URLComponents.h>
 
 #include <QDir>

@@ -1,5 +1,5 @@
 #pragma once
-#include <base/Error.h>
+#include <base/Result.h>
 
 /// Why a report was not sent.
 enum class FeedbackFault

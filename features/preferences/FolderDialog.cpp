@@ -1,7 +1,7 @@
 #include "FolderDialog.h"
 
 #include <base/FileManager.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <base/UserDefaults.h>
 #include <ui/window/DialogFrame.h>
 

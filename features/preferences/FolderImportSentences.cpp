@@ -1,6 +1,6 @@
 #include "FolderImportSentences.h"
 
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 
 #include <QDir>
 #include <QLocale>

@@ -1,6 +1,6 @@
 #include "DropAreaMessage.h"
 
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <model/ServiceLanguages.h>
 
 #include <QLocale>

@@ -5,7 +5,7 @@
 #include <base/FileManager.h>
 #include <base/MainQueue.h>
 #include <base/StandardOutput.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <ui/controls/Label.h>
 #include <ui/views/Animator.h>
 #include <ui/views/ImageFade.h>

@@ -5,8 +5,8 @@
 
 #include <base/FatalFault.h>
 #include <base/FileManager.h>
+#include <base/LocalizedString.h>
 #include <base/MainQueue.h>
-#include <base/StringHelpers.h>
 #include <base/Workspace.h>
 #include <features/delivery/FileName.h>
 #include <ui/dialogs/SavePanel.h>

@@ -5,7 +5,7 @@
 #include "SubtitleCellView.h"
 
 #include <base/FatalFault.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <model/ServiceStatus.h>
 #include <ui/controls/Label.h>
 #include <ui/views/ImageView.h>

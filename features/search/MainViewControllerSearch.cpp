@@ -3,7 +3,7 @@
 #include <base/FileManager.h>
 #include <base/MainQueue.h>
 #include <base/StandardOutput.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <features/delivery/FileName.h>
 #include <model/LanguageCodeConversion.h>
 #include <ui/views/Animator.h>

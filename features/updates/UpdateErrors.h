@@ -1,5 +1,5 @@
 #pragma once
-#include <base/Error.h>
+#include <base/Result.h>
 
 /// Why a check for updates failed. Finding no newer version is not a failure.
 enum class UpdateFault

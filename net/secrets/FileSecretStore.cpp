@@ -1,6 +1,5 @@
 #include "FileSecretStore.h"
 
-#include <base/DamagedFile.h>
 #include <base/FileWriting.h>
 #include <base/LocalizedString.h>
 #include <base/MainQueue.h>

@@ -2,7 +2,7 @@
 
 #include "FilmErrors.h"
 
-#include <base/Background.h>
+#include <base/WorkerThread.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

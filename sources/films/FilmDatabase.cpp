@@ -3,7 +3,7 @@
 #include "FilmErrors.h"
 #include "FilmLanguage.h"
 
-#include <base/Background.h>
+#include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
 #include <media/PosterImage.h>
 #include <model/ImdbNumber.h>

@@ -5,7 +5,7 @@
 #include "RestFiles.h"
 #include "RestOrder.h"
 
-#include <base/Background.h>
+#include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
 #include <net/Json.h>
 

@@ -1,6 +1,6 @@
 #include "RestLanguageKeeper.h"
 
-#include <base/Background.h>
+#include <base/WorkerThread.h>
 
 #include <QLoggingCategory>
 

@@ -1,7 +1,7 @@
 #pragma once
 #include "RestAccess.h"
 
-#include <base/Error.h>
+#include <base/Result.h>
 #include <net/RateQueue.h>
 
 #include <QHash>

@@ -2,7 +2,7 @@
 
 #include "RestErrors.h"
 
-#include <base/Background.h>
+#include <base/WorkerThread.h>
 
 #include <QLoggingCategory>
 

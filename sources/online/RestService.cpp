@@ -2,7 +2,7 @@
 
 #include "RestErrors.h"
 
-#include <base/Background.h>
+#include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
 #include <media/names/FileNameParser.h>
 #include <net/Json.h>

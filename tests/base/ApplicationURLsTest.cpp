@@ -1,4 +1,3 @@
-#include <base/ApplicationURLs.h>
 #include <base/Workspace.h>
 #include <tests/support/TestMain.h>
 

@@ -94,7 +94,6 @@ private Q_SLOTS:
         FaultyCalls calls;
         setCallsOfWriteFile(&calls);
         QVERIFY(writeFile(m_sandbox.path(u"ordered"_s), "bytes"));
-        calls.made.removeOne(u"listFolder"_s); // for what a dead process has left
         QCOMPARE(calls.made, (QStringList{u"status"_s, u"open"_s, u"duplicate"_s, u"lock"_s,
                                           u"statusOfOpen"_s, u"write"_s, u"flush"_s, u"close"_s, u"rename"_s,
                                           u"open"_s, u"flush"_s, u"close"_s, u"close"_s}));
@@ -124,11 +123,11 @@ private Q_SLOTS:
     void folderThatCannotBeFlushedIsNoFailure()
     {
         FaultyCalls calls;
-        calls.failingCall = 12; // the flush of the folder
+        calls.failingCall = 11; // the flush of the folder
         calls.failure = EIO;
         setCallsOfWriteFile(&calls);
         QVERIFY(writeFile(m_sandbox.path(u"flushed"_s), "bytes"));
-        QCOMPARE(calls.made.value(11), u"flush"_s);
+        QCOMPARE(calls.made.value(10), u"flush"_s);
         QCOMPARE(read(m_sandbox.path(u"flushed"_s)), QByteArray("bytes"));
     }
 

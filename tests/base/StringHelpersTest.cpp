@@ -1,4 +1,4 @@
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>

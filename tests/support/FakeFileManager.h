@@ -27,7 +27,7 @@ public:
     std::optional<QUrl> movies;
     std::optional<base::Error> createError;
     std::optional<base::Error> moveError; // of both moves
-    mutable QStringList calls;      // "move", "replace", "create", "exists", "movies"
+    mutable QStringList calls;            // "move", "replace", "create", "exists", "movies"
 
     Result<void> moveItem(const QUrl &source, const QUrl &destination) override
     {

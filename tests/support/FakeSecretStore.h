@@ -8,10 +8,10 @@
 class FakeSecretStore final : public SecretStore
 {
 public:
-    QHash<QString, QString> kept; // by `nameOf`
-    bool answersReads = true;     // false: a keyring that waits for its password
+    QHash<QString, QString> kept;       // by `nameOf`
+    bool answersReads = true;           // false: a keyring that waits for its password
     std::optional<base::Error> failure; // of every read and write
-    QStringList asked;            // "read NAME" and "write NAME TEXT"
+    QStringList asked;                  // "read NAME" and "write NAME TEXT"
 
     void read(Secret secret, ReadCompletion completion) override
     {

@@ -2,24 +2,19 @@
 #include "ChromePainting.h"
 
 #include <QPainter>
-#include <QStyle>
 #include <QStyleOption>
 
 namespace
 {
+using ChromePainting::isEnabled;
 using ChromePainting::Role;
 
 struct ButtonLook
 {
     QColor fill; // transparent for none
     QColor text;
-    QFont::Weight weight = QFont::Normal;
+    QFont::Weight weight = QFont::Medium;
 };
-
-bool isEnabled(const QStyleOption &option)
-{
-    return option.state & QStyle::State_Enabled;
-}
 
 bool isDown(const QStyleOption &option)
 {
@@ -44,55 +39,34 @@ QColor greyFill(const QStyleOption &option, const ChromeColors &colors)
     return isHovered(option) ? colors.hoveredPill : colors.pill;
 }
 
-ButtonLook accentLook(const QStyleOption &option, const ChromeColors &colors)
+QColor accentFill(const QStyleOption &option, const ChromeColors &colors)
 {
     if (!isEnabled(option))
-        return {ChromeColors::mixed(colors.window, colors.accent, 0.4), colors.accentText, QFont::DemiBold};
+        return ChromeColors::mixed(colors.window, colors.accent, 0.4);
     const QColor towards = colors.dark ? QColor(Qt::white) : QColor(Qt::black);
     const qreal amount = isDown(option) ? 0.18 : isHovered(option) ? 0.08 : 0;
-    return {ChromeColors::mixed(colors.accent, towards, amount), colors.accentText, QFont::DemiBold};
+    return ChromeColors::mixed(colors.accent, towards, amount);
 }
 
 ButtonLook lookOf(const QStyleOptionButton &option, Role role)
 {
     const ChromeColors colors = ChromeColors::of(option.palette);
     if (isAccented(option, role))
-        return accentLook(option, colors);
+        return {accentFill(option, colors), colors.accentText, QFont::DemiBold};
     const QColor text = option.palette.color(QPalette::ButtonText);
-    const bool checked = option.state & QStyle::State_On;
-    if (role == Role::Tab)
-        return {checked || isDown(option) ? colors.pill
-                : isHovered(option)       ? colors.pill
-                                          : QColor(Qt::transparent),
-                checked ? text : colors.secondaryText, QFont::Medium};
+    const QColor hoverFill = isHovered(option) ? colors.pill : QColor(Qt::transparent);
+    if (role == Role::Tab) {
+        const bool checked = option.state & QStyle::State_On;
+        return {checked || isDown(option) ? colors.pill : hoverFill, checked ? text : colors.secondaryText};
+    }
     if (role == Role::Link)
-        return {isDown(option)      ? colors.pressedPill
-                : isHovered(option) ? colors.pill
-                                    : QColor(Qt::transparent),
-                option.palette.color(QPalette::Link), QFont::Medium};
-    const bool flat = option.features & QStyleOptionButton::Flat;
-    if (flat && !isDown(option) && !isHovered(option) && !checked)
-        return {Qt::transparent, text, QFont::Medium};
-    return {checked ? colors.pressedPill : greyFill(option, colors), text, QFont::Medium};
+        return {isDown(option) ? colors.pressedPill : hoverFill, option.palette.color(QPalette::Link)};
+    return {greyFill(option, colors), text};
 }
 
-qreal radiusOf(const QRect &rect, Role role)
+qreal radiusOf(const QRect &rect)
 {
-    return role == Role::Pill ? rect.height() / 2.0
-                              : qMin<qreal>(ChromePainting::ButtonRadius, rect.height() / 2.0);
-}
-
-void drawMenuSign(QPainter &painter, const QRect &rect, const QColor &color)
-{
-    constexpr qreal half = 4;
-    constexpr qreal spacing = 3;
-    const QPointF center = QRectF(rect).center();
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, 1.4, Qt::SolidLine, Qt::FlatCap));
-    for (const qreal y : {-spacing, 0.0, spacing})
-        painter.drawLine(center + QPointF(-half, y), center + QPointF(half, y));
-    painter.restore();
+    return qMin<qreal>(ChromePainting::ButtonRadius, rect.height() / 2.0);
 }
 } // namespace
 
@@ -102,7 +76,7 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option, Role ro
 {
     const ChromeColors colors = ChromeColors::of(option.palette);
     const QRectF rect = option.rect;
-    const qreal radius = radiusOf(option.rect, role);
+    const qreal radius = radiusOf(option.rect);
     fillRounded(painter, rect, radius, lookOf(option, role).fill);
     if (!showsFocus(option))
         return;
@@ -116,60 +90,36 @@ void drawPushButton(QPainter &painter, const QStyleOptionButton &option, Role ro
 void drawPushButtonLabel(QPainter &painter, const QStyleOptionButton &option, Role role, const QStyle &style)
 {
     const ButtonLook look = lookOf(option, role);
-    QRect rect = option.rect;
     painter.save();
     QFont font = painter.font();
     font.setWeight(look.weight);
     painter.setFont(font);
-    const bool hasMenu = option.features & QStyleOptionButton::HasMenu;
-    if (!option.icon.isNull()) {
-        const int spacing = option.text.isEmpty() ? 0 : 6;
-        const int textWidth =
-            option.text.isEmpty() ? 0 : painter.fontMetrics().horizontalAdvance(option.text);
-        const int left = rect.center().x() + 1 - (option.iconSize.width() + spacing + textWidth) / 2;
-        const QRect iconRect(left, rect.y(), option.iconSize.width(), rect.height());
-        option.icon.paint(&painter, QStyle::visualRect(option.direction, rect, iconRect), Qt::AlignCenter,
-                          isEnabled(option) ? QIcon::Normal : QIcon::Disabled);
-        rect.adjust(option.iconSize.width() + spacing, 0, 0, 0);
-    }
-    if (hasMenu) {
-        rect.adjust(0, 0, -12, 0);
-        drawDownArrow(painter, {option.rect.right() - 11.5, QRectF(option.rect).center().y() + 0.5}, 6,
-                      look.text);
-    }
     QPalette palette = option.palette;
     palette.setColor(QPalette::ButtonText, isEnabled(option) || isAccented(option, role)
                                                ? look.text
                                                : palette.color(QPalette::Disabled, QPalette::ButtonText));
-    const int flags = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
-    style.drawItemText(&painter, QStyle::visualRect(option.direction, option.rect, rect), flags, palette,
-                       true, option.text, QPalette::ButtonText);
+    style.drawItemText(&painter, option.rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
+                       palette, true, option.text, QPalette::ButtonText);
     painter.restore();
 }
 
 void drawToolButton(QPainter &painter, const QStyleOptionToolButton &option, Role role, const QStyle &style)
 {
     const ChromeColors colors = ChromeColors::of(option.palette);
-    const QRectF rect = option.rect;
-    const qreal radius = radiusOf(option.rect, role);
-    const bool raised = role == Role::Menu || role == Role::Pill || !(option.state & QStyle::State_AutoRaise);
-    if (raised || isHovered(option) || isDown(option) || option.state & QStyle::State_On)
-        fillRounded(painter, rect, radius,
-                    option.state & QStyle::State_On ? colors.pressedPill : greyFill(option, colors));
+    const qreal radius = radiusOf(option.rect);
+    if (role == Role::Menu || !(option.state & QStyle::State_AutoRaise) || isHovered(option) ||
+        isDown(option))
+        fillRounded(painter, option.rect, radius, greyFill(option, colors));
     if (showsFocus(option))
-        strokeRounded(painter, rect, radius, colors.accent, FocusRingWidth);
-    if (option.icon.isNull() && option.text.isEmpty()) {
-        if (role == Role::Menu)
-            drawMenuSign(painter, option.rect, colors.text);
+        strokeRounded(painter, option.rect, radius, colors.accent, FocusRingWidth);
+    if (role == Role::Menu) {
+        const QPointF center = QRectF(option.rect).center();
+        for (const qreal y : {-3.0, 0.0, 3.0})
+            fillRounded(painter, QRectF(-4, y - 0.7, 8, 1.4).translated(center), 0, colors.text);
         return;
     }
     QStyleOptionToolButton label(option);
     label.state &= ~QStyle::State_Sunken; // no shift of the label while pressed
-    const bool arrow = option.features & QStyleOptionToolButton::HasMenu && role == Role::Pill;
-    if (arrow) {
-        drawDownArrow(painter, {rect.right() - 11.5, rect.center().y() + 0.5}, 6, colors.text);
-        label.rect.adjust(0, 0, -12, 0);
-    }
     style.drawControl(QStyle::CE_ToolButtonLabel, &label, &painter, nullptr);
 }
 } // namespace ChromePainting

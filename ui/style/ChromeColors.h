@@ -7,6 +7,8 @@
 struct ChromeColors
 {
     static ChromeColors of(const QPalette &palette);
+    /// The program's palette for a light or dark desktop and an accent colour.
+    static QPalette paletteFor(bool dark, const QColor &accent);
     /// `amount` (0 to 1) of `over` on `base`, opaque.
     static QColor mixed(const QColor &base, const QColor &over, qreal amount);
     /// White or near-black, whichever reads better on `background`.

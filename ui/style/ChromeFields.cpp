@@ -2,12 +2,12 @@
 #include "ChromePainting.h"
 
 #include <QPainter>
-#include <QPainterPath>
-#include <QStyle>
 #include <QStyleOption>
 
 namespace
 {
+using ChromePainting::isEnabled;
+
 constexpr int ComboTextMargin = 10;
 constexpr int ComboArrowSpace = 28;
 constexpr qreal ComboArrowWidth = 8;
@@ -17,11 +17,6 @@ constexpr qreal PillArrowWidth = 6;
 constexpr qreal CheckRadius = 4;
 // Only its frame sets an unchecked indicator off from the background.
 constexpr qreal IndicatorFrame = 0.45;
-
-bool isEnabled(const QStyleOption &option)
-{
-    return option.state & QStyle::State_Enabled;
-}
 
 QColor faded(const QStyleOption &option, const QColor &color)
 {
@@ -41,6 +36,11 @@ QColor fieldFill(const QStyleOption &option, const ChromeColors &colors)
     return option.state & QStyle::State_MouseOver && isEnabled(option)
                ? ChromeColors::mixed(colors.field, colors.text, 0.03)
                : colors.field;
+}
+
+QColor pillFill(const QStyleOption &option, const ChromeColors &colors)
+{
+    return option.state & QStyle::State_MouseOver ? colors.hoveredPill : colors.pill;
 }
 } // namespace
 
@@ -63,8 +63,7 @@ void drawCheckBoxIndicator(QPainter &painter, const QStyleOption &option)
 {
     const ChromeColors colors = ChromeColors::of(option.palette);
     const QRectF rect = option.rect;
-    const bool partial = option.state & QStyle::State_NoChange;
-    if (!partial && !(option.state & QStyle::State_On)) {
+    if (!(option.state & QStyle::State_On)) {
         fillRounded(painter, rect, CheckRadius, colors.field);
         strokeRounded(painter, rect, CheckRadius, indicatorFrame(option, colors), showsFocus(option) ? 2 : 1);
         return;
@@ -72,28 +71,7 @@ void drawCheckBoxIndicator(QPainter &painter, const QStyleOption &option)
     fillRounded(painter, rect, CheckRadius, faded(option, colors.accent));
     if (showsFocus(option))
         strokeRounded(painter, rect.adjusted(1.5, 1.5, -1.5, -1.5), CheckRadius - 1.5, colors.accentText, 1);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colors.accentText, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.translate(rect.center());
-    if (partial)
-        painter.drawLine(QPointF(-3, 0), QPointF(3, 0));
-    else
-        painter.drawPolyline(QPolygonF{{-3, 0.2}, {-0.9, 2.3}, {3.2, -2.2}});
-    painter.restore();
-}
-
-void drawRadioIndicator(QPainter &painter, const QStyleOption &option)
-{
-    const ChromeColors colors = ChromeColors::of(option.palette);
-    const QRectF rect = option.rect;
-    const qreal radius = rect.height() / 2;
-    const bool checked = option.state & QStyle::State_On;
-    fillRounded(painter, rect, radius, checked ? faded(option, colors.accent) : colors.field);
-    if (checked)
-        fillRounded(painter, rect.adjusted(5, 5, -5, -5), radius - 5, colors.accentText);
-    if (!checked || showsFocus(option))
-        strokeRounded(painter, rect, radius, checked ? colors.text : indicatorFrame(option, colors), 1);
+    drawLines(painter, rect.center(), {{-3, 0.2}, {-0.9, 2.3}, {3.2, -2.2}}, colors.accentText, 1.6);
 }
 
 void drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, Role role)
@@ -102,11 +80,7 @@ void drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, Role ro
     const QRectF rect = option.rect;
     const bool pill = role == Role::Pill;
     const qreal radius = pill ? rect.height() / 2 : ButtonRadius;
-    if (pill)
-        fillRounded(painter, rect, radius,
-                    option.state & QStyle::State_MouseOver ? colors.hoveredPill : colors.pill);
-    else
-        fillRounded(painter, rect, radius, fieldFill(option, colors));
+    fillRounded(painter, rect, radius, pill ? pillFill(option, colors) : fieldFill(option, colors));
     if (showsFocus(option))
         strokeRounded(painter, rect, radius, colors.accent, FocusRingWidth);
     else if (!pill)

@@ -2,11 +2,12 @@
 #include "ChromePainting.h"
 
 #include <QPainter>
-#include <QStyle>
 #include <QStyleOption>
 
 namespace
 {
+using ChromePainting::drawLines;
+
 constexpr int MenuRadius = 9;
 constexpr int ItemRadius = 6;
 constexpr int ItemMargin = 5; // between the menu's edge and an item's ground
@@ -17,33 +18,20 @@ constexpr int SeparatorHeight = 9;
 constexpr int ShortcutGap = 24;
 constexpr int IconSize = 16;
 
-void drawCheckMark(QPainter &painter, const QPointF &center, const QColor &color)
-{
-    painter.setPen(QPen(color, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(
-        QPolygonF{center + QPointF(-3.5, 0.2), center + QPointF(-1.1, 2.6), center + QPointF(3.7, -2.6)});
-}
-
-void drawSubmenuArrow(QPainter &painter, const QPointF &tip, const QColor &color)
-{
-    painter.setPen(QPen(color, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(QPolygonF{tip + QPointF(-3, -3.5), tip, tip + QPointF(-3, 3.5)});
-}
-
 void drawSigns(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &ground,
                const QColor &color)
 {
     const QRectF column = QStyle::visualRect(option.direction, ground,
                                              QRect(ground.topLeft(), QSize(SignColumn, ground.height())));
-    painter.setRenderHint(QPainter::Antialiasing);
     if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked)
-        drawCheckMark(painter, column.center(), color);
+        drawLines(painter, column.center(), {{-3.5, 0.2}, {-1.1, 2.6}, {3.7, -2.6}}, color, 1.6);
     else if (!option.icon.isNull())
         option.icon.paint(
             &painter,
             QRectF(column.center() - QPointF(IconSize, IconSize) / 2, QSizeF(IconSize, IconSize)).toRect());
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu)
-        drawSubmenuArrow(painter, {ground.right() - 8.0, QRectF(ground).center().y()}, color);
+        drawLines(painter, {ground.right() - 8.0, QRectF(ground).center().y()},
+                  {{-3, -3.5}, {0, 0}, {-3, 3.5}}, color, 1.5);
 }
 } // namespace
 

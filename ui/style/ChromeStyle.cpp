@@ -2,7 +2,6 @@
 #include "Appearance.h"
 #include "ChromeColors.h"
 #include "ChromePainting.h"
-#include "ChromeIcons.h"
 #include "ComboItemDelegate.h"
 #include <ui/system/WindowSystem.h>
 
@@ -93,8 +92,6 @@ void ChromeStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         return;
     case PE_IndicatorCheckBox:
         return ChromePainting::drawCheckBoxIndicator(*painter, *option);
-    case PE_IndicatorRadioButton:
-        return ChromePainting::drawRadioIndicator(*painter, *option);
     case PE_PanelMenu:
         return ChromePainting::drawMenuPanel(*painter, *option,
                                              widget && widget->testAttribute(Qt::WA_TranslucentBackground));
@@ -116,11 +113,8 @@ void ChromeStyle::drawControl(ControlElement element, const QStyleOption *option
         if (element == CE_PushButtonLabel)
             return ChromePainting::drawPushButtonLabel(*painter, *button, roleOf(widget), *proxy());
     }
-    if (const auto *combo = as<QStyleOptionComboBox>(option); combo && element == CE_ComboBoxLabel) {
-        if (combo->editable)
-            return;
+    if (const auto *combo = as<QStyleOptionComboBox>(option); combo && element == CE_ComboBoxLabel)
         return ChromePainting::drawComboBoxLabel(*painter, *combo, roleOf(widget), *proxy());
-    }
     if (const auto *item = as<QStyleOptionMenuItem>(option); item && element == CE_MenuItem)
         return ChromePainting::drawMenuItem(*painter, *item, *proxy());
     if (element == CE_HeaderSection || element == CE_HeaderEmptyArea)
@@ -185,13 +179,10 @@ QSize ChromeStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 {
     const Role role = roleOf(widget);
     switch (type) {
-    case CT_PushButton: {
-        const int padding = role == Role::Tab    ? TabPadding
-                            : role == Role::Pill ? PillHeight / 2
-                                                 : PushButtonPadding;
-        const int height = role == Role::Tab ? TabHeight : role == Role::Pill ? PillHeight : PushButtonHeight;
-        return {contents.width() + 2 * padding, qMax(height, contents.height())};
-    }
+    case CT_PushButton:
+        if (role == Role::Tab)
+            return {contents.width() + 2 * TabPadding, qMax(TabHeight, contents.height())};
+        return {contents.width() + 2 * PushButtonPadding, qMax(PushButtonHeight, contents.height())};
     case CT_ComboBox:
         if (role == Role::Pill)
             return {contents.width() + PillExtraWidth, qMax(PillHeight, contents.height())};
@@ -201,8 +192,6 @@ QSize ChromeStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
     case CT_ToolButton:
         if (role == Role::Menu)
             return MenuButtonSize;
-        if (role == Role::Pill)
-            return {contents.width() + PillExtraWidth, qMax(PillHeight, contents.height())};
         return QProxyStyle::sizeFromContents(type, option, contents, widget);
     case CT_MenuItem:
         if (const auto *item = as<QStyleOptionMenuItem>(option))
@@ -223,20 +212,16 @@ int ChromeStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
         return 28;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
-    case PM_ExclusiveIndicatorWidth:
-    case PM_ExclusiveIndicatorHeight:
         return 16;
     case PM_CheckBoxLabelSpacing:
-    case PM_RadioButtonLabelSpacing:
         return 8;
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
     case PM_MenuHMargin:
+    case PM_MenuPanelWidth:
         return 0;
     case PM_MenuVMargin:
         return 5;
-    case PM_MenuPanelWidth:
-        return 0;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -255,16 +240,17 @@ int ChromeStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWi
     case SH_ScrollBar_LeftClickAbsolutePosition:
         return 1;
     case SH_Widget_Animation_Duration:
-        return Appearance::shared().prefersReducedMotion()
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, result);
+        if (Appearance::shared().prefersReducedMotion())
+            return 0;
+        break;
     default:
-        return QProxyStyle::styleHint(hint, option, widget, result);
+        break;
     }
+    return QProxyStyle::styleHint(hint, option, widget, result);
 }
 
 QIcon ChromeStyle::standardIcon(StandardPixmap icon, const QStyleOption *option, const QWidget *widget) const
 {
-    const QIcon own = makeChromeIcon(icon);
+    const QIcon own = ChromePainting::dialogIcon(icon);
     return own.isNull() ? QProxyStyle::standardIcon(icon, option, widget) : own;
 }

@@ -1,7 +1,7 @@
 #include "ApplicationLink.h"
 
 #include "ApplicationObject.h"
-#include <base/SessionBus.h>
+#include <base/Workspace.h>
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -49,7 +49,7 @@ ApplicationLink::~ApplicationLink()
 
 ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const QString &activationToken)
 {
-    if (!hasSessionBus())
+    if (!Workspace::hasSessionBus())
         return Outcome::Alone;
     QDBusConnection bus = QDBusConnection::sessionBus();
     // Register the object before the name, so that calls waiting for the name find it.

@@ -2,7 +2,7 @@
 
 #include <base/Bundle.h>
 #include <base/FileManager.h>
-#include <base/StringHelpers.h>
+#include <base/LocalizedString.h>
 #include <model/FolderImporting.h>
 #include <tests/support/TestMain.h>
 

@@ -3,7 +3,7 @@
 #include <base/Bundle.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/style/AppearancePalette.h>
+#include <ui/style/ChromeColors.h>
 #include <ui/window/TitleBar.h>
 #include <ui/window/TitlebarAccessoryViewController.h>
 
@@ -174,7 +174,7 @@ private Q_SLOTS:
         const auto content = ViewController::make<ViewController>();
         content->view()->setAutoFillBackground(true);
         // The program's palette: one whose inactive colours differ is reason enough for Qt to draw anew.
-        m_window->setPalette(appearancePalette(Appearance::Scheme::Light, Qt::blue));
+        m_window->setPalette(ChromeColors::paletteFor(false, Qt::blue));
         m_window->setFullSizeContentView(true);
         m_window->setContentViewController(content);
         ui::Window other;

@@ -1,5 +1,5 @@
 #pragma once
-#include "PrivateBus.h"
+#include <tests/ui/system/PrivateBus.h>
 
 #include <QDBusArgument>
 #include <QDBusConnection>
