@@ -11,8 +11,8 @@
 #include <features/search/MainViewController.h>
 #include <ui/style/Appearance.h>
 #include <ui/style/Preparation.h>
-#include <ui/system/ActivationToken.h>
 #include <ui/system/ApplicationLink.h>
+#include <ui/system/WindowSystem.h>
 #include <ui/views/Image.h>
 #include <ui/window/FirstPaint.h>
 #include <ui/window/Window.h>
@@ -95,7 +95,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
         printText(*parseCommandLine(argumentsOf(argc, argv), {}).print);
         return 0;
     }
-    const QString activationToken = activationTokenOfStart();
+    const QString activationToken = WindowSystem::activationTokenOfStart();
     Preparation preparation;
     // The toolkit removes its own options (-platform, -style) from the arguments.
     QApplication application(argc, argv);

@@ -1,6 +1,6 @@
 #include "ApplicationLink.h"
 
-#include "ApplicationObject.h"
+#include "WindowSystem.h"
 #include <base/Workspace.h>
 
 #include <QDBusConnection>
@@ -19,6 +19,23 @@ constexpr uint DoNotQueue = 4;
 constexpr uint PrimaryOwner = 1;
 constexpr uint AlreadyOwner = 4;
 
+QDBusMessage callOfBus(const QString &method)
+{
+    return QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                          u"org.freedesktop.DBus"_s, method);
+}
+
+/// The caller's activation token, or its startup id when there is no token.
+QString tokenOf(const QVariantMap &platformData)
+{
+    for (const QString &key : {u"activation-token"_s, u"desktop-startup-id"_s}) {
+        const QVariant token = platformData.value(key);
+        if (token.typeId() == QMetaType::QString && !token.toString().isEmpty())
+            return token.toString();
+    }
+    return {};
+}
+
 QVariantMap platformData(const QString &activationToken)
 {
     if (activationToken.isEmpty())
@@ -33,7 +50,6 @@ ApplicationLink::ApplicationLink(const QString &identifier, QObject *parent)
       m_path(u'/' + QString(identifier).replace(u'.', u'/')),
       m_timeout(DefaultTimeout)
 {
-    new ApplicationObject(*this); // owned by this object, as its parent
 }
 
 /// Releases the name at once: this process may take a while to end, and a later start needs the name.
@@ -41,8 +57,7 @@ ApplicationLink::~ApplicationLink()
 {
     if (!m_ownsName)
         return;
-    QDBusMessage release = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"ReleaseName"_s);
+    QDBusMessage release = callOfBus(u"ReleaseName"_s);
     release << m_identifier;
     QDBusConnection::sessionBus().send(release);
 }
@@ -53,7 +68,7 @@ ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const Q
         return Outcome::Alone;
     QDBusConnection bus = QDBusConnection::sessionBus();
     // Register the object before the name, so that calls waiting for the name find it.
-    if (!bus.isConnected() || !bus.registerObject(m_path, this, QDBusConnection::ExportAdaptors))
+    if (!bus.isConnected() || !bus.registerObject(m_path, this, QDBusConnection::ExportScriptableSlots))
         return Outcome::Alone;
     Name name = requestName(bus);
     if (name == Name::Taken) {
@@ -70,8 +85,7 @@ ApplicationLink::Outcome ApplicationLink::start(const QStringList &uris, const Q
 
 ApplicationLink::Name ApplicationLink::requestName(const QDBusConnection &bus) const
 {
-    QDBusMessage request = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"RequestName"_s);
+    QDBusMessage request = callOfBus(u"RequestName"_s);
     request << m_identifier << DoNotQueue;
     const QDBusMessage answer = bus.call(request, QDBus::Block, static_cast<int>(m_timeout.count()));
     if (answer.type() != QDBusMessage::ReplyMessage) {
@@ -97,4 +111,29 @@ bool ApplicationLink::handOver(const QDBusConnection &bus, const QStringList &ur
         return true;
     qCWarning(log) << "The running instance did not answer:" << answer.errorMessage();
     return false;
+}
+
+void ApplicationLink::Activate(const QVariantMap &platformData)
+{
+    serveLater(platformData, [this] { Q_EMIT activated(); });
+}
+
+void ApplicationLink::Open(const QStringList &uris, const QVariantMap &platformData)
+{
+    serveLater(platformData, [this, uris] { Q_EMIT opened(uris); });
+}
+
+void ApplicationLink::ActivateAction(const QString &name, const QVariantList &,
+                                     const QVariantMap &platformData)
+{
+    serveLater(platformData, [this, name] { Q_EMIT actionActivated(name); });
+}
+
+void ApplicationLink::serveLater(const QVariantMap &platformData, const std::function<void()> &request)
+{
+    const auto serve = [token = tokenOf(platformData), request] {
+        WindowSystem::setActivationToken(token);
+        request();
+    };
+    QMetaObject::invokeMethod(this, serve, Qt::QueuedConnection);
 }

@@ -1,7 +1,9 @@
 #pragma once
 #include <QObject>
 #include <QStringList>
+#include <QVariantMap>
 #include <chrono>
+#include <functional>
 
 class QDBusConnection;
 class QDBusMessage;
@@ -12,6 +14,7 @@ class QDBusMessage;
 class ApplicationLink final : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
     enum class Outcome
@@ -32,8 +35,17 @@ public:
     /// answer of the bus and one of the other instance. The first instance does nothing with the arguments.
     Outcome start(const QStringList &uris, const QString &activationToken);
 
+    // Called over the bus. The caller is answered at once and the signals below are emitted afterwards, so
+    // that no caller waits for an alert.
+    // NOLINTBEGIN(readability-identifier-naming): the names that go over the bus
+    Q_SCRIPTABLE Q_SLOT void Activate(const QVariantMap &platformData);
+    Q_SCRIPTABLE Q_SLOT void Open(const QStringList &uris, const QVariantMap &platformData);
+    Q_SCRIPTABLE Q_SLOT void ActivateAction(const QString &name, const QVariantList &parameter,
+                                            const QVariantMap &platformData);
+    // NOLINTEND(readability-identifier-naming)
+
 Q_SIGNALS:
-    // Emitted after the caller was answered; a window that comes forward then uses the caller's token.
+    // A window that comes forward in a receiver uses the caller's activation token.
     void activated();
     void opened(const QStringList &uris);
     void actionActivated(const QString &name);
@@ -48,6 +60,7 @@ private:
 
     Name requestName(const QDBusConnection &bus) const;
     bool handOver(const QDBusConnection &bus, const QStringList &uris, const QString &activationToken) const;
+    void serveLater(const QVariantMap &platformData, const std::function<void()> &request);
 
     const QString m_identifier;
     const QString m_path;

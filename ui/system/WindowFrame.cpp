@@ -6,20 +6,24 @@ namespace WindowFrame
 {
 namespace
 {
-struct GrabRects
+/// The part of the window inside the grab area that drags no edge.
+QRect innerAreaIn(const QSize &windowSize, int margin)
 {
-    QRect outer;
-    QRect inner;
-};
-
-GrabRects grabRects(const QSize &windowSize, int margin)
-{
-    const QRect frame = QRect(QPoint(), windowSize).marginsRemoved({margin, margin, margin, margin});
-    if (margin == 0)
-        return {frame, frame.adjusted(InnerGrabZone, InnerGrabZone, -InnerGrabZone, -InnerGrabZone)};
-    return {frame.adjusted(-OuterGrabZone, -OuterGrabZone, OuterGrabZone, OuterGrabZone), frame};
+    const int inset = margin > 0 ? 0 : InnerGrabZone;
+    return frameIn(windowSize, margin).adjusted(inset, inset, -inset, -inset);
 }
 } // namespace
+
+QRect frameIn(const QSize &windowSize, int margin)
+{
+    return QRect(QPoint(), windowSize).adjusted(margin, margin, -margin, -margin);
+}
+
+QRect grabAreaIn(const QSize &windowSize, int margin)
+{
+    const int outset = margin > 0 ? OuterGrabZone : 0;
+    return frameIn(windowSize, margin).adjusted(-outset, -outset, outset, outset);
+}
 
 Look lookFor(const Situation &situation)
 {
@@ -32,37 +36,26 @@ Look lookFor(const Situation &situation)
     return {.rounded = true, .margin = ShadowMargin, .hairline = false};
 }
 
-Published publishedFor(const QSize &windowSize, const Look &look)
-{
-    const GrabRects rects = grabRects(windowSize, look.margin);
-    const QRect frame = look.margin > 0 ? rects.inner : rects.outer;
-    return {.window = windowSize,
-            .frame = frame,
-            .grab = rects.outer,
-            .cornerRadius = look.rounded ? CornerRadius : 0};
-}
-
 Qt::Edges edgesAt(const QPoint &point, const QSize &windowSize, int margin)
 {
-    const GrabRects rects = grabRects(windowSize, margin);
-    if (!rects.outer.contains(point) || rects.inner.contains(point))
+    const QRect inner = innerAreaIn(windowSize, margin);
+    if (!grabAreaIn(windowSize, margin).contains(point) || inner.contains(point))
         return {};
     Qt::Edges edges;
-    if (point.x() < rects.inner.left() + CornerGrabLength)
+    if (point.x() < inner.left() + CornerGrabLength)
         edges |= Qt::LeftEdge;
-    else if (point.x() > rects.inner.right() - CornerGrabLength)
+    else if (point.x() > inner.right() - CornerGrabLength)
         edges |= Qt::RightEdge;
-    if (point.y() < rects.inner.top() + CornerGrabLength)
+    if (point.y() < inner.top() + CornerGrabLength)
         edges |= Qt::TopEdge;
-    else if (point.y() > rects.inner.bottom() - CornerGrabLength)
+    else if (point.y() > inner.bottom() - CornerGrabLength)
         edges |= Qt::BottomEdge;
     return edges;
 }
 
 QRegion grabZone(const QSize &windowSize, int margin)
 {
-    const GrabRects rects = grabRects(windowSize, margin);
-    return QRegion(rects.outer).subtracted(rects.inner);
+    return QRegion(grabAreaIn(windowSize, margin)).subtracted(innerAreaIn(windowSize, margin));
 }
 
 Qt::CursorShape cursorFor(Qt::Edges edges)

@@ -39,15 +39,10 @@ struct Look
 
 Look lookFor(const Situation &situation);
 
-/// A window's parts in its own coordinates, as published to the window system.
-struct Published
-{
-    QSize window;
-    QRect frame;
-    QRect grab; // the input area; clicks outside go to the windows behind
-    int cornerRadius = 0;
-};
-Published publishedFor(const QSize &windowSize, const Look &look);
+/// The frame of a window of that size, without the margin.
+QRect frameIn(const QSize &windowSize, int margin);
+/// The part of the window that takes mouse events; clicks outside go to the windows behind.
+QRect grabAreaIn(const QSize &windowSize, int margin);
 
 /// The edges that a press at `point` of a window of that size drags; none elsewhere.
 Qt::Edges edgesAt(const QPoint &point, const QSize &windowSize, int margin);

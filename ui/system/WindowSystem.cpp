@@ -1,110 +1,107 @@
 #include "WindowSystem.h"
-#ifdef PLOVENDIX_X11
-#include "X11Hints.h"
-#else
-class X11Hints
-{
-};
-#endif
 
 #include <QGuiApplication>
 #include <QWidget>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+constexpr auto WaylandVariable = "XDG_ACTIVATION_TOKEN";
+
+QString &storedToken()
+{
+    static QString token;
+    return token;
+}
+
+/// The X server time at the end of a startup id: "…_TIME12345".
+quint32 serverTime(const QString &startupId)
+{
+    const qsizetype mark = startupId.lastIndexOf(u"_TIME"_s);
+    return mark < 0 ? 0 : startupId.mid(mark + 5).toUInt();
+}
+} // namespace
+
+#ifndef PLOVENDIX_X11
+std::unique_ptr<WindowSystem> WindowSystem::makeForX11()
+{
+    return nullptr;
+}
+#endif
 
 WindowSystem &WindowSystem::shared()
 {
-    static WindowSystem system;
-    return system;
+    static const std::unique_ptr<WindowSystem> system = [] {
+        auto x11 = makeForX11();
+        return x11 ? std::move(x11) : std::unique_ptr<WindowSystem>(new WindowSystem);
+    }();
+    return *system;
 }
-
-WindowSystem::WindowSystem()
-{
-#ifdef PLOVENDIX_X11
-    m_x11 = X11Hints::ofApplication();
-    if (!m_x11)
-        return;
-    m_x11->compositedChanged = [this] { Q_EMIT compositedChanged(); };
-    m_x11->windowStateChanged = [this] { Q_EMIT windowStateChanged(); };
-#endif
-}
-
-WindowSystem::~WindowSystem() = default;
 
 bool WindowSystem::isComposited() const
 {
-    if (m_compositedForTests)
-        return *m_compositedForTests;
-#ifdef PLOVENDIX_X11
-    if (m_x11)
-        return m_x11->isCompositorRunning();
-#endif
+    return m_compositedForTests.value_or(hasCompositor());
+}
+
+bool WindowSystem::hasCompositor() const
+{
     const QString platform = QGuiApplication::platformName();
     return platform.startsWith(u"wayland"_s) || platform == u"windows"_s || platform == u"cocoa"_s;
-}
-
-bool WindowSystem::placesByFrame() const
-{
-    return m_compositedForTests.has_value() || m_x11 != nullptr;
-}
-
-bool WindowSystem::isTiled([[maybe_unused]] QWindow *window) const
-{
-#ifdef PLOVENDIX_X11
-    if (m_x11)
-        return m_x11->isTiled(window);
-#endif
-    return false;
 }
 
 WindowFrame::Situation WindowSystem::situationOf(const QWidget &window) const
 {
     WindowFrame::Situation now;
     now.composited = isComposited();
-    now.placedByFrame = placesByFrame();
+    now.placedByFrame = m_compositedForTests || placesByFrame();
     now.maximized = window.isMaximized();
     now.fullScreen = window.isFullScreen();
     now.tiled = window.internalWinId() != 0 && window.isVisible() && isTiled(window.windowHandle());
     return now;
 }
 
-void WindowSystem::publishFrame([[maybe_unused]] const QWidget &window,
-                                [[maybe_unused]] const WindowFrame::Look &look)
+void WindowSystem::publishFrame(const QWidget &window, const WindowFrame::Look &look)
 {
-#ifdef PLOVENDIX_X11
-    if (m_x11 && window.internalWinId() != 0)
-        m_x11->publishFrame(window.windowHandle(), WindowFrame::publishedFor(window.size(), look));
-#endif
+    if (window.internalWinId() != 0)
+        publish(window.windowHandle(), look);
 }
 
-bool WindowSystem::showWindowMenu([[maybe_unused]] QWindow *window,
-                                  [[maybe_unused]] const QPoint &globalPosition)
+QString WindowSystem::activationTokenOfStart()
 {
-#ifdef PLOVENDIX_X11
-    if (m_x11)
-        return m_x11->showWindowMenu(window, globalPosition);
-#endif
-    return false;
+    const QString token = qEnvironmentVariable(WaylandVariable);
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
 }
 
-void WindowSystem::activate([[maybe_unused]] QWindow *window, [[maybe_unused]] quint32 time)
+void WindowSystem::setActivationToken(const QString &token)
 {
-#ifdef PLOVENDIX_X11
-    if (m_x11)
-        m_x11->activate(window, time);
-#endif
+    storedToken() = token;
 }
 
-void WindowSystem::endStartup([[maybe_unused]] const QString &startupId)
+QString WindowSystem::takeActivationToken()
 {
-#ifdef PLOVENDIX_X11
-    if (m_x11)
-        m_x11->endStartup(startupId.toUtf8());
-#endif
+    return std::exchange(storedToken(), QString());
+}
+
+void WindowSystem::activate(QWidget &window)
+{
+    const QString token = takeActivationToken();
+    if (token.isEmpty())
+        return window.activateWindow();
+    // On Wayland the toolkit reads the token from this variable and removes the variable.
+    if (QGuiApplication::platformName().startsWith(u"wayland"_s))
+        qputenv(WaylandVariable, token.toUtf8());
+    window.activateWindow();
+    if (const quint32 time = serverTime(token); time != 0 && window.windowHandle())
+        requestFocus(window.windowHandle(), time);
+    // The toolkit does this only for the first window of a process.
+    endStartup(token.toUtf8());
 }
 
 void WindowSystem::setComposited(std::optional<bool> composited)
 {
     m_compositedForTests = composited;
-    Q_EMIT compositedChanged();
+    Q_EMIT situationChanged();
 }

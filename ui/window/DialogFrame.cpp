@@ -44,8 +44,7 @@ DialogFrame::DialogFrame(QDialog &dialog)
             m_dialog.windowHandle()->startSystemMove();
     });
     const WindowSystem &system = WindowSystem::shared();
-    connect(&system, &WindowSystem::compositedChanged, this, &DialogFrame::refresh);
-    connect(&system, &WindowSystem::windowStateChanged, this, &DialogFrame::refresh);
+    connect(&system, &WindowSystem::situationChanged, this, &DialogFrame::refresh);
     if (dialog.layout())
         dialog.layout()->setContentsMargins(ContentMargins);
     setLook(WindowFrame::lookFor(system.situationOf(dialog)));

@@ -1,6 +1,5 @@
 #include "Window.h"
 
-#include <ui/system/ActivationToken.h>
 #include "WindowPrivate.h"
 #include <ui/style/ChromeColors.h>
 #include "EdgeGrip.h"
@@ -200,7 +199,7 @@ void ui::Window::makeKeyAndOrderFront()
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
-    activateWithToken(*this);
+    WindowSystem::shared().activate(*this);
 }
 
 void ui::Window::makeFirstResponder(QWidget *widget)

@@ -35,8 +35,7 @@ void ui::Window::Private::build()
     q->addAction(closeAction);
 
     WindowSystem &system = WindowSystem::shared();
-    QObject::connect(&system, &WindowSystem::compositedChanged, q, [this] { refreshFrame(); });
-    QObject::connect(&system, &WindowSystem::windowStateChanged, q, [this] { refreshFrame(); });
+    QObject::connect(&system, &WindowSystem::situationChanged, q, [this] { refreshFrame(); });
     look = WindowFrame::lookFor(system.situationOf(*q));
     m_normalMargin = look.margin;
     overlay->setLook(look);

@@ -2,8 +2,8 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/system/ActivationToken.h>
 #include <ui/system/ApplicationLink.h>
+#include <ui/system/WindowSystem.h>
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
@@ -113,10 +113,11 @@ private Q_SLOTS:
     {
         QFETCH(QString, platformData);
         QFETCH(QString, token);
-        setActivationToken(u"of an earlier caller"_s);
+        WindowSystem::setActivationToken(u"of an earlier caller"_s);
         QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
         std::optional<QString> heard;
-        connect(m_link.get(), &ApplicationLink::opened, this, [&heard] { heard = takeActivationToken(); });
+        connect(m_link.get(), &ApplicationLink::opened, this,
+                [&heard] { heard = WindowSystem::takeActivationToken(); });
         QProcess caller;
         callWith(caller, {u"Open"_s, u"['file:///a']"_s, platformData});
         QTRY_VERIFY(heard);
@@ -128,7 +129,8 @@ private Q_SLOTS:
     {
         QCOMPARE(m_link->start({}, {}), ApplicationLink::Outcome::First);
         std::optional<QString> heard;
-        connect(m_link.get(), &ApplicationLink::activated, this, [&heard] { heard = takeActivationToken(); });
+        connect(m_link.get(), &ApplicationLink::activated, this,
+                [&heard] { heard = WindowSystem::takeActivationToken(); });
         QProcess second;
         second.start(QCoreApplication::applicationFilePath(), SecondStartArguments);
         QTRY_COMPARE(heard, std::optional(u"token"_s));
@@ -198,11 +200,11 @@ private Q_SLOTS:
     {
         qunsetenv("XDG_ACTIVATION_TOKEN");
         qunsetenv("DESKTOP_STARTUP_ID");
-        QCOMPARE(activationTokenOfStart(), QString());
+        QCOMPARE(WindowSystem::activationTokenOfStart(), QString());
         qputenv("DESKTOP_STARTUP_ID", "a_TIME5");
-        QCOMPARE(activationTokenOfStart(), u"a_TIME5"_s);
+        QCOMPARE(WindowSystem::activationTokenOfStart(), u"a_TIME5"_s);
         qputenv("XDG_ACTIVATION_TOKEN", "b");
-        QCOMPARE(activationTokenOfStart(), u"b"_s);
+        QCOMPARE(WindowSystem::activationTokenOfStart(), u"b"_s);
         qunsetenv("XDG_ACTIVATION_TOKEN");
         qunsetenv("DESKTOP_STARTUP_ID");
     }

@@ -109,7 +109,7 @@ private Q_SLOTS:
         dialog.show();
         const QSize content = dialog.contentsRect().size();
         composited.change(false);
-        Q_EMIT WindowSystem::shared().compositedChanged();
+        Q_EMIT WindowSystem::shared().situationChanged();
         QCOMPARE(dialog.contentsRect().size(), content);
         QCOMPARE(dialog.size(), QSize(400 - 2 * Margin, 300 - 2 * Margin));
     }

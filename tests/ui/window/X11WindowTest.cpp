@@ -3,7 +3,6 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/system/ActivationToken.h>
 #include <ui/window/EdgeGrip.h>
 #include <ui/window/TitleBar.h>
 
@@ -179,7 +178,7 @@ private Q_SLOTS:
                        wish.data[1] == 4294967290U;
             });
         };
-        setActivationToken(token);
+        WindowSystem::setActivationToken(token);
         m_window->makeKeyAndOrderFront();
         // It is good for one window; the menu's request shows that everything before it has arrived.
         m_window->makeKeyAndOrderFront();
@@ -206,7 +205,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, token);
         QFETCH(QByteArray, text);
-        setActivationToken(token);
+        WindowSystem::setActivationToken(token);
         m_window->makeKeyAndOrderFront();
         m_window->makeKeyAndOrderFront();
         rightClickTitleBar();
