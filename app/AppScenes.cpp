@@ -5,10 +5,10 @@
 
 #include <features/about/AboutWindowController.h>
 #include <features/donation/DonationPrompt.h>
-#include <features/feedback/FeedbackWindowController.h>
+#include <features/feedback/FeedbackViewController.h>
 #include <features/preferences/PreferencesScenes.h>
 #include <features/search/MainViewController.h>
-#include <features/updates/UpdateWindowController.h>
+#include <features/updates/UpdateViewController.h>
 #include <ui/scenes/Storyboard.h>
 
 void registerScenes()

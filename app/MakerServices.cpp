@@ -2,29 +2,25 @@
 
 #include <base/Bundle.h>
 #include <features/feedback/FRFeedbackReporter.h>
-#include <features/feedback/FeedbackWindowController.h>
 #include <features/feedback/RecentMessages.h>
 #include <features/updates/SUUpdater.h>
-#include <features/updates/UpdateWindowController.h>
 #include <net/SystemClock.h>
 
 #include <QCoreApplication>
 
 namespace
 {
-/// Declared in this order, so that the user of the window and the clock is destroyed first.
+/// Declared in this order, so that the user of the clock is destroyed first.
 struct Updater
 {
     SystemClock clock;
-    UpdateWindowController window;
-    SUUpdater updater{clock, window, InstalledProgram::ofBundle(Bundle::main())};
+    SUUpdater updater{clock, InstalledProgram::ofBundle(Bundle::main())};
 };
 
 struct Reporter
 {
     SystemClock clock;
-    FeedbackWindowController window;
-    FRFeedbackReporter reporter{clock, window};
+    FRFeedbackReporter reporter{clock};
 };
 } // namespace
 

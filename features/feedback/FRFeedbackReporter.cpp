@@ -1,10 +1,13 @@
 #include "FRFeedbackReporter.h"
 
+#include "FeedbackSender.h"
+#include "FeedbackViewController.h"
 #include "RecentMessages.h"
 
 #include <base/Locale.h>
 #include <base/LocalizedString.h>
 #include <base/UserDefaults.h>
+#include <ui/window/Window.h>
 
 #include <QLocale>
 #include <QLoggingCategory>
@@ -27,37 +30,40 @@ QString hintAbout(const KeptReports::Kept &kept)
 }
 } // namespace
 
-FRFeedbackReporter::FRFeedbackReporter(Clock &clock, FeedbackPresenting &window)
-    : m_clock(clock), m_window(window), m_sender(clock)
+FRFeedbackReporter::FRFeedbackReporter(Clock &clock)
+    : m_clock(clock),
+      m_client(clock, ServiceName::Films) // which names the service in sentences that ours replace
 {
     UserDefaults::standard().registerDefaults({{AddressKey, StandardAddress}});
-    m_window.setAnswering(this);
 }
 
 FRFeedbackReporter::~FRFeedbackReporter()
 {
-    m_window.setAnswering(nullptr);
     if (!m_sending)
         return;
-    m_sending.reset();
     if (const auto path = keep(); !path)
         qCWarning(log).noquote() << "a report was lost:" << path.error().detail;
 }
 
-void FRFeedbackReporter::setDelegate(Delegate *delegate)
+FeedbackViewController &FRFeedbackReporter::panel()
 {
-    m_delegate = delegate;
+    if (m_panel)
+        return *m_panel;
+    m_window = FeedbackViewController::makeWindow();
+    m_panel = std::static_pointer_cast<FeedbackViewController>(m_window->contentViewController());
+    connect(m_panel.get(), &FeedbackViewController::sendRequested, this, &FRFeedbackReporter::send);
+    connect(m_panel.get(), &FeedbackViewController::stopRequested, this, [this] { m_sending.reset(); });
+    return *m_panel;
 }
 
 void FRFeedbackReporter::reportFeedback()
 {
     if (m_sending)
-        return m_window.bringForward();
+        return m_window->makeKeyAndOrderFront();
     const auto kept = m_kept.oldest();
     m_keptPath = kept ? kept->path : QString();
-    m_form = {kept ? kept->report.text : QString(), kept ? hintAbout(*kept) : QString(), parameters(),
-              RecentMessages::lines()};
-    m_window.showForm(m_form);
+    m_form = {kept ? kept->report.text : QString(), parameters(), RecentMessages::lines()};
+    panel().showForm(m_form, kept ? hintAbout(*kept) : QString());
 }
 
 QList<std::pair<QString, QString>> FRFeedbackReporter::parameters() const
@@ -75,17 +81,11 @@ QList<std::pair<QString, QString>> FRFeedbackReporter::parameters() const
 
 void FRFeedbackReporter::send(const QString &text, bool withLog)
 {
-    if (m_sending || text.trimmed().isEmpty())
-        return;
     m_report = {text, m_form.parameters, withLog ? m_form.log : QStringList()};
-    m_window.showSending();
-    m_sending = m_sender.send(m_report, UserDefaults::standard().string(AddressKey).value_or(QString()),
-                              [this](const Result<void> &outcome) { finish(outcome); });
-}
-
-void FRFeedbackReporter::stopSending()
-{
-    m_sending.reset();
+    m_panel->showSending();
+    m_sending =
+        sendReport(m_client, m_report, UserDefaults::standard().string(AddressKey).value_or(QString()),
+                   [this](const Result<void> &outcome) { finish(outcome); });
 }
 
 void FRFeedbackReporter::finish(const Result<void> &outcome)
@@ -94,13 +94,13 @@ void FRFeedbackReporter::finish(const Result<void> &outcome)
     if (outcome) {
         if (!m_keptPath.isEmpty())
             m_kept.remove(std::exchange(m_keptPath, QString()));
-        return m_window.showSent();
+        return m_panel->showSent();
     }
     qCInfo(log).noquote() << "a report was not sent:" << outcome.error().code << outcome.error().detail;
     const auto path = keep();
     const QString where = path ? String::fill(String::localize(u"The report is kept in “%@”."_s), {*path})
                                : path.error().localizedDescription;
-    m_window.showFailure(outcome.error().localizedDescription + u' ' + where);
+    m_panel->showFailure(outcome.error().localizedDescription + u' ' + where);
 }
 
 Result<QString> FRFeedbackReporter::keep()

@@ -1,42 +1,46 @@
 #pragma once
-#include "FeedbackSender.h"
+#include "FeedbackReporting.h"
 #include "KeptReports.h"
 
-#include "FeedbackPresenting.h"
-#include "FeedbackReporting.h"
+#include <net/HttpClient.h>
+#include <QObject>
 
-#include <optional>
+class FeedbackViewController;
+namespace ui
+{
+class Window;
+}
 
 /// The feedback reporter: shows the form with all data of a report, and posts the report to the address in
 /// the setting "FeedbackURL". A report that could not be sent, or was being sent when the program ended, is
 /// kept in a file and offered the next time. Main thread only.
-class FRFeedbackReporter final : public FeedbackReporting, private FeedbackPresenting::Answering
+class FRFeedbackReporter final : public QObject, public FeedbackReporting
 {
-public:
-    /// Both must outlive the reporter.
-    FRFeedbackReporter(Clock &clock, FeedbackPresenting &window);
-    ~FRFeedbackReporter() override;
-    FRFeedbackReporter(const FRFeedbackReporter &) = delete;
-    FRFeedbackReporter &operator=(const FRFeedbackReporter &) = delete;
+    Q_OBJECT
 
-    void setDelegate(Delegate *delegate) override;
+public:
+    /// The clock must outlive the reporter.
+    explicit FRFeedbackReporter(Clock &clock);
+    ~FRFeedbackReporter() override;
+
+    void setDelegate(Delegate *delegate) override { m_delegate = delegate; }
     void reportFeedback() override;
 
 private:
-    void send(const QString &text, bool withLog) override;
-    void stopSending() override;
-
+    FeedbackViewController &panel();
+    void send(const QString &text, bool withLog);
     QList<std::pair<QString, QString>> parameters() const;
     void finish(const Result<void> &outcome);
     Result<QString> keep();
 
     Clock &m_clock;
-    FeedbackPresenting &m_window;
-    FeedbackSender m_sender;
+    std::unique_ptr<ui::Window> m_window; // made on first use and kept
+    std::shared_ptr<FeedbackViewController> m_panel;
+    HttpClient m_client;
     KeptReports m_kept;
     Delegate *m_delegate = nullptr;
-    FeedbackForm m_form; // as shown last
-    QString m_keptPath;  // of the kept report in the form; empty for a new one
-    FeedbackReport m_report;
+    FeedbackReport m_form;   // as shown last
+    QString m_keptPath;      // of the kept report in the form; empty for a new one
+    FeedbackReport m_report; // as sent last
     HttpClient::Call m_sending;
 };

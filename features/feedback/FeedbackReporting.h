@@ -2,6 +2,7 @@
 #include <QMap>
 #include <QString>
 #include <memory>
+#include <utility>
 
 /// The program's interface to the feedback reporter, which shows a window and sends reports. Main thread
 /// only.
@@ -25,6 +26,12 @@ public:
     virtual void reportFeedback() = 0;
 
     /// The reporter that the process entry installed, or null.
-    static std::shared_ptr<FeedbackReporting> sharedReporter();
-    static void setSharedReporter(std::shared_ptr<FeedbackReporting> reporter);
+    static std::shared_ptr<FeedbackReporting> sharedReporter() { return s_shared; }
+    static void setSharedReporter(std::shared_ptr<FeedbackReporting> reporter)
+    {
+        s_shared = std::move(reporter);
+    }
+
+private:
+    static inline std::shared_ptr<FeedbackReporting> s_shared;
 };

@@ -1,21 +1,11 @@
 #pragma once
-#include "FeedbackReport.h"
+#include "KeptReports.h"
 
 #include <net/HttpClient.h>
 
-/// Posts reports. HTTPS only, clear text to this machine alone; a report is sent once and redirects are not
-/// followed. Main thread only.
-class FeedbackSender final
-{
-public:
-    using Completion = std::function<void(const Result<void> &)>;
-
-    explicit FeedbackSender(Clock &clock);
-
-    /// Completes on a later turn, and never after the returned call was released.
-    [[nodiscard]] HttpClient::Call send(const FeedbackReport &report, const QString &address,
-                                        Completion completion);
-
-private:
-    HttpClient m_client;
-};
+/// Posts a report. HTTPS only, clear text to this machine alone; a report is sent once and redirects are not
+/// followed. Completes on a later turn with a sentence for the person if it failed, and never after the
+/// returned call was released. Main thread only.
+[[nodiscard]] HttpClient::Call sendReport(HttpClient &client, const FeedbackReport &report,
+                                          const QString &address,
+                                          std::function<void(const Result<void> &)> completion);

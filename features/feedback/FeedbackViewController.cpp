@@ -3,6 +3,7 @@
 #include "FeedbackViewController.h"
 
 #include <ui/scenes/SceneConnections.h>
+#include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
 
 using namespace Qt::StringLiterals;
@@ -10,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr double TextMargin = 8; // points
+constexpr QSize ContentSize(520, 540);
 
 void makeBox(QPlainTextEdit &view)
 {
@@ -25,6 +27,18 @@ FeedbackViewController::FeedbackViewController()
 
 FeedbackViewController::~FeedbackViewController() = default;
 
+std::unique_ptr<ui::Window> FeedbackViewController::makeWindow()
+{
+    auto made = std::make_unique<ui::Window>();
+    made->setObjectName(u"FeedbackWindow"_s);
+    made->setContentSize(ContentSize);
+    made->setContentViewController(
+        Storyboard::named(u"Main"_s).instantiate<FeedbackViewController>(u"FeedbackViewController"_s));
+    made->setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    made->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
+    return made;
+}
+
 void FeedbackViewController::loadView()
 {
     auto root = std::make_unique<QWidget>();
@@ -35,56 +49,51 @@ void FeedbackViewController::loadView()
     connect(m_scene->textView, &QPlainTextEdit::textChanged, this, &FeedbackViewController::judgeText);
     connectScene(*root, *this);
     setView(std::move(root));
-    enter(State::Writing, QString());
 }
 
 void FeedbackViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    if (ui::Window *shown = window())
-        shown->center();
+    window()->center();
 }
 
 void FeedbackViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
-    if (ui::Window *shown = window())
-        shown->makeFirstResponder(m_scene->textView);
+    window()->makeFirstResponder(m_scene->textView);
 }
 
-void FeedbackViewController::showForm(const FeedbackForm &form)
+void FeedbackViewController::showForm(const FeedbackReport &report, const QString &hint)
 {
-    view();
-    m_form = form;
+    m_report = report;
     if (m_scene->textView->toPlainText().trimmed().isEmpty())
-        m_scene->textView->setPlainText(form.text);
-    m_scene->hintLabel->setText(form.hint);
-    m_scene->hintLabel->setVisible(!form.hint.isEmpty());
+        m_scene->textView->setPlainText(report.text);
+    m_scene->hintLabel->setText(hint);
+    m_scene->hintLabel->setVisible(!hint.isEmpty());
     m_scene->logCheckbox->setChecked(false);
-    m_scene->logCheckbox->setVisible(!form.log.isEmpty());
+    m_scene->logCheckbox->setVisible(!report.log.isEmpty());
     showDetails(nullptr);
     enter(State::Writing, QString());
+    window()->makeKeyAndOrderFront();
 }
 
 void FeedbackViewController::showDetails(QObject *)
 {
     QStringList lines;
-    for (const auto &[name, value] : m_form.parameters)
+    for (const auto &[name, value] : m_report.parameters)
         lines += name + u": "_s + value;
     if (m_scene->logCheckbox->isChecked())
-        lines += QStringList{QString()} + m_form.log;
+        lines += QStringList{QString()} + m_report.log;
     m_scene->detailsView->setPlainText(lines.join(u'\n'));
 }
 
 void FeedbackViewController::showSending()
 {
-    view();
     enter(State::Sending, String::localize(u"Sending…"_s));
 }
 
 void FeedbackViewController::showSent()
 {
-    view();
     m_scene->textView->clear();
     m_scene->hintLabel->hide();
     enter(State::Sent, String::localize(u"Thank you. Your report was sent."_s));
@@ -92,7 +101,6 @@ void FeedbackViewController::showSent()
 
 void FeedbackViewController::showFailure(const QString &sentence)
 {
-    view();
     enter(State::Writing, sentence);
 }
 
@@ -112,8 +120,7 @@ void FeedbackViewController::enter(State state, const QString &status)
     QWidget *next = isWriting                 ? static_cast<QWidget *>(m_scene->textView)
                     : state == State::Sending ? static_cast<QWidget *>(m_scene->cancelButton)
                                               : static_cast<QWidget *>(m_scene->closeButton);
-    if (ui::Window *shown = window())
-        shown->makeFirstResponder(next);
+    window()->makeFirstResponder(next);
 }
 
 bool FeedbackViewController::maySend() const
@@ -145,6 +152,11 @@ void FeedbackViewController::cancel(QObject *)
         Q_EMIT stopRequested();
         return enter(State::Writing, String::localize(u"The report was not sent."_s));
     }
-    if (ui::Window *shown = window())
-        shown->close();
+    window()->close();
+}
+
+void registerFeedbackScene()
+{
+    Storyboard::registerController(u"Main"_s, u"FeedbackViewController"_s,
+                                   [] { return ViewController::make<FeedbackViewController>(); });
 }

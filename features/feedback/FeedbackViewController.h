@@ -1,5 +1,6 @@
 #pragma once
-#include "FeedbackPresenting.h"
+#include "KeptReports.h"
+
 #include <ui/window/PlatformSpecificController.h>
 
 namespace Ui
@@ -7,8 +8,8 @@ namespace Ui
 class FeedbackViewController;
 }
 
-/// The form of a report, which shows all data that would be sent. Unsent text stays when the window is
-/// closed. Main thread only.
+/// The feedback window's content: the form of a report, which shows all data that would be sent. Unsent text
+/// stays when the window is closed, and a running transfer continues. Main thread only.
 class FeedbackViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
@@ -20,12 +21,18 @@ public:
     FeedbackViewController();
     ~FeedbackViewController() override;
 
+    /// A new window with a new controller as its content, not shown yet.
+    static std::unique_ptr<ui::Window> makeWindow();
+
     void loadView() override;
     void viewWillAppear() override;
     void viewDidAppear() override;
 
-    void showForm(const FeedbackForm &form);
+    /// Shows the window with the data of a report; its log may be sent with it. `hint` is a sentence about a
+    /// report that could not be sent before, whose text replaces an empty one.
+    void showForm(const FeedbackReport &report, const QString &hint);
     void showSending();
+    /// These two do not open the window.
     void showSent();
     void showFailure(const QString &sentence);
 
@@ -50,6 +57,9 @@ private:
     bool maySend() const;
 
     State m_state = State::Writing;
-    FeedbackForm m_form;
+    FeedbackReport m_report; // as shown
     std::unique_ptr<Ui::FeedbackViewController> m_scene;
 };
+
+/// Registers `FeedbackViewController` with the storyboard.
+void registerFeedbackScene();

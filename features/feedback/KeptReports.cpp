@@ -4,6 +4,9 @@
 #include <base/LocalizedString.h>
 
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +30,33 @@ base::Error notKept(const QString &folder, const base::Error &reason)
             reason.detail};
 }
 } // namespace
+
+QByteArray FeedbackReport::toJson() const
+{
+    QJsonObject named;
+    for (const auto &[name, value] : parameters)
+        named.insert(name, value);
+    QJsonObject report{{u"text"_s, text}, {u"parameters"_s, named}};
+    if (!log.isEmpty())
+        report.insert(u"log"_s, QJsonArray::fromStringList(log));
+    return QJsonDocument(report).toJson(QJsonDocument::Compact);
+}
+
+std::optional<FeedbackReport> FeedbackReport::fromJson(const QByteArray &json)
+{
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
+    FeedbackReport report;
+    report.text = object.value("text"_L1).toString();
+    if (report.text.isEmpty())
+        return std::nullopt;
+    const QJsonObject named = object.value("parameters"_L1).toObject();
+    for (auto entry = named.begin(); entry != named.end(); ++entry)
+        report.parameters.emplaceBack(entry.key(), entry.value().toString());
+    const QJsonArray lines = object.value("log"_L1).toArray();
+    for (const QJsonValue line : lines)
+        report.log += line.toString();
+    return report;
+}
 
 KeptReports::KeptReports(const QString &folder) : m_folder(folder) {}
 

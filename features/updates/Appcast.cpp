@@ -1,6 +1,7 @@
 #include "Appcast.h"
 
-#include "UpdateErrors.h"
+#include <base/LocalizedString.h>
+#include <net/Redactor.h>
 
 #include <QXmlStreamReader>
 
@@ -11,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr qsizetype MaxItems = 500;
+constexpr qsizetype MaxDetailLength = 500;
 
 bool isWebPage(QStringView name)
 {
@@ -46,10 +48,10 @@ private:
             if (m_xml.name() == name)
                 return true;
             if (name == u"rss")
-                return refuse(isWebPage(m_xml.name()) ? UpdateFault::WebPage : UpdateFault::NoFeed);
+                return refuse(isWebPage(m_xml.name()) ? Appcast::webPage(line()) : Appcast::noFeed(line()));
             m_xml.skipCurrentElement();
         }
-        return m_fault || m_xml.hasError() ? false : refuse(UpdateFault::NoFeed);
+        return m_fault || m_xml.hasError() ? false : refuse(Appcast::noFeed(line()));
     }
 
     bool nextStart()
@@ -58,14 +60,14 @@ private:
             if (m_xml.isStartElement())
                 return true;
             if (m_xml.isDTD())
-                return refuse(isWebPage(m_xml.dtdName()) ? UpdateFault::WebPage : UpdateFault::Declarations);
+                return refuse(isWebPage(m_xml.dtdName()) ? Appcast::webPage(line()) : declarations());
             if (m_xml.isEndElement() || m_xml.isEndDocument())
                 return false;
         }
         return false;
     }
 
-    bool refuse(UpdateFault fault)
+    bool refuse(const base::Error &fault)
     {
         m_fault = fault;
         return false;
@@ -107,24 +109,59 @@ private:
     /// The text of the current element, trimmed.
     QString text() { return m_xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed(); }
 
+    QString line() const { return u"line %1"_s.arg(m_xml.lineNumber()); }
+
+    base::Error declarations() const
+    {
+        return Appcast::error(
+            String::localize(
+                u"The list of versions contains something that does not belong there and was not read."_s),
+            u"a type declaration in "_s + line());
+    }
+
     base::Error fault() const
     {
         if (m_fault)
-            return updateError(*m_fault, u"line %1"_s.arg(m_xml.lineNumber()));
-        const bool cut = m_xml.error() == QXmlStreamReader::PrematureEndOfDocumentError;
-        return updateError(cut ? UpdateFault::CutShort : UpdateFault::NoFeed,
-                           u"line %1: %2"_s.arg(m_xml.lineNumber()).arg(m_xml.errorString()));
+            return *m_fault;
+        const QString detail = line() + u": "_s + m_xml.errorString();
+        if (m_xml.error() != QXmlStreamReader::PrematureEndOfDocumentError)
+            return Appcast::noFeed(detail);
+        return Appcast::error(
+            String::localize(u"The list of versions did not arrive completely. Try again in a moment."_s),
+            detail);
     }
 
     QXmlStreamReader m_xml;
     AppcastFeed m_feed;
-    std::optional<UpdateFault> m_fault;
+    std::optional<base::Error> m_fault;
 };
 } // namespace
 
 Result<AppcastFeed> Appcast::parse(const QByteArray &feed)
 {
     if (feed.size() > MaxBytes)
-        return updateError(UpdateFault::TooLarge, u"%1 bytes"_s.arg(feed.size()));
+        return error(
+            String::localize(u"The list of versions is too long and was not read. Try again later."_s),
+            u"%1 bytes"_s.arg(feed.size()));
     return Reader(feed).read();
+}
+
+base::Error Appcast::error(const QString &sentence, const QString &detail)
+{
+    return {u"Update"_s, 1, sentence, redacted(detail).left(MaxDetailLength)};
+}
+
+base::Error Appcast::noFeed(const QString &detail)
+{
+    return error(String::localize(u"What the update server sent is no list of versions. Try again later."_s),
+                 u"no feed: "_s + detail);
+}
+
+base::Error Appcast::webPage(const QString &detail)
+{
+    return error(
+        String::localize(
+            u"Something else answered in place of the update server. If you are on a network that asks you "
+            "to sign in, do that first; otherwise try again later."_s),
+        u"another page: "_s + detail);
 }

@@ -32,4 +32,11 @@ inline const QString Namespace = QStringLiteral("https://www.quorvane.example/xm
 /// Parses the items in the feed's order; those without a version are dropped. A document with a type
 /// declaration is refused before any entity is expanded.
 Result<AppcastFeed> parse(const QByteArray &feed);
+
+/// Why a check failed: a sentence for the person and, without secrets, a detail for the log.
+base::Error error(const QString &sentence, const QString &detail);
+/// The answer is not a list of versions.
+base::Error noFeed(const QString &detail);
+/// The answer is a page or leads elsewhere, as in a network that requires a login.
+base::Error webPage(const QString &detail);
 } // namespace Appcast

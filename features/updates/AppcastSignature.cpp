@@ -33,6 +33,7 @@ unsigned long long lengthOf(const QByteArray &data)
 {
     return static_cast<unsigned long long>(data.size());
 }
+
 QByteArray joined(const QByteArray &form, const QStringList &texts)
 {
     QByteArray bytes = form;
@@ -41,26 +42,6 @@ QByteArray joined(const QByteArray &form, const QStringList &texts)
         bytes += QByteArray::number(encoded.size()) + ':' + encoded + ',';
     }
     return bytes;
-}
-
-bool isSignatureOf(const QByteArray &bytes, const QByteArray &signature, const QByteArray &publicKey)
-{
-    if (publicKey.size() != AppcastSignature::KeyBytes || signature.size() != crypto_sign_BYTES)
-        return false;
-    prepareLibrary();
-    return crypto_sign_verify_detached(bytesOf(signature), bytesOf(bytes), lengthOf(bytes),
-                                       bytesOf(publicKey)) == 0;
-}
-
-QByteArray signatureOf(const QByteArray &bytes, const QByteArray &secretKey)
-{
-    if (secretKey.size() != crypto_sign_SECRETKEYBYTES)
-        return {};
-    prepareLibrary();
-    QByteArray signature(crypto_sign_BYTES, '\0');
-    crypto_sign_detached(writableBytesOf(signature), nullptr, bytesOf(bytes), lengthOf(bytes),
-                         bytesOf(secretKey));
-    return signature;
 }
 } // namespace
 
@@ -77,18 +58,6 @@ QByteArray AppcastSignature::signedBytes(const QString &identifier, const Appcas
     return joined(FeedForm, texts);
 }
 
-bool AppcastSignature::isValid(const QString &identifier, const AppcastItem &item,
-                               const QByteArray &publicKey)
-{
-    return isSignatureOf(signedBytes(identifier, item), item.signature, publicKey);
-}
-
-bool AppcastSignature::isValid(const QString &identifier, const AppcastFeed &feed,
-                               const QByteArray &publicKey)
-{
-    return isSignatureOf(signedBytes(identifier, feed), feed.signature, publicKey);
-}
-
 AppcastSignature::KeyPair AppcastSignature::makeKeyPair()
 {
     prepareLibrary();
@@ -97,14 +66,23 @@ AppcastSignature::KeyPair AppcastSignature::makeKeyPair()
     return pair;
 }
 
-QByteArray AppcastSignature::sign(const QString &identifier, const AppcastItem &item,
-                                  const QByteArray &secretKey)
+bool AppcastSignature::isSignatureOf(const QByteArray &bytes, const QByteArray &signature,
+                                     const QByteArray &publicKey)
 {
-    return signatureOf(signedBytes(identifier, item), secretKey);
+    if (publicKey.size() != KeyBytes || signature.size() != crypto_sign_BYTES)
+        return false;
+    prepareLibrary();
+    return crypto_sign_verify_detached(bytesOf(signature), bytesOf(bytes), lengthOf(bytes),
+                                       bytesOf(publicKey)) == 0;
 }
 
-QByteArray AppcastSignature::sign(const QString &identifier, const AppcastFeed &feed,
-                                  const QByteArray &secretKey)
+QByteArray AppcastSignature::signatureOf(const QByteArray &bytes, const QByteArray &secretKey)
 {
-    return signatureOf(signedBytes(identifier, feed), secretKey);
+    if (secretKey.size() != crypto_sign_SECRETKEYBYTES)
+        return {};
+    prepareLibrary();
+    QByteArray signature(crypto_sign_BYTES, '\0');
+    crypto_sign_detached(writableBytesOf(signature), nullptr, bytesOf(bytes), lengthOf(bytes),
+                         bytesOf(secretKey));
+    return signature;
 }

@@ -13,9 +13,23 @@ inline constexpr qsizetype KeyBytes = 32;
 QByteArray signedBytes(const QString &identifier, const AppcastItem &item);
 /// The same for a feed: the format's name, the program, the date and each item's signature in base64.
 QByteArray signedBytes(const QString &identifier, const AppcastFeed &feed);
-/// Whether the key's owner signed the item for this program. False for an invalid key.
-bool isValid(const QString &identifier, const AppcastItem &item, const QByteArray &publicKey);
-bool isValid(const QString &identifier, const AppcastFeed &feed, const QByteArray &publicKey);
+
+/// Whether the key's owner signed the bytes. False for an invalid key.
+bool isSignatureOf(const QByteArray &bytes, const QByteArray &signature, const QByteArray &publicKey);
+/// The signature of the bytes; empty when the key is not a secret key.
+QByteArray signatureOf(const QByteArray &bytes, const QByteArray &secretKey);
+
+/// Whether the key's owner signed the item or the feed for this program.
+template <class Signed>
+bool isValid(const QString &identifier, const Signed &content, const QByteArray &publicKey)
+{
+    return isSignatureOf(signedBytes(identifier, content), content.signature, publicKey);
+}
+template <class Signed>
+QByteArray sign(const QString &identifier, const Signed &content, const QByteArray &secretKey)
+{
+    return signatureOf(signedBytes(identifier, content), secretKey);
+}
 
 struct KeyPair
 {
@@ -24,7 +38,4 @@ struct KeyPair
 };
 /// For the signing tool and the tests.
 KeyPair makeKeyPair();
-/// Empty when the key is not a secret key.
-QByteArray sign(const QString &identifier, const AppcastItem &item, const QByteArray &secretKey);
-QByteArray sign(const QString &identifier, const AppcastFeed &feed, const QByteArray &secretKey);
 } // namespace AppcastSignature

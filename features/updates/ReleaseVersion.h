@@ -1,8 +1,9 @@
 #pragma once
-#include <QStringList>
-#include <QVersionNumber>
+#include <QString>
 #include <compare>
 #include <optional>
+#include <string>
+#include <vector>
 
 /// A version such as "1.10.2" or "2.0-beta.3": numbers between dots and, for a pre-release, a word that
 /// begins with a letter, with or without a hyphen. A part after "+" does not affect the order. Numbers
@@ -13,12 +14,12 @@ public:
     /// None when the text is not a version.
     static std::optional<ReleaseVersion> parse(const QString &text);
 
-    bool isPreRelease() const { return !m_preRelease.isEmpty(); }
-
-    std::weak_ordering operator<=>(const ReleaseVersion &other) const;
-    bool operator==(const ReleaseVersion &other) const = default;
+    bool isPreRelease() const { return !m_isRelease; }
+    auto operator<=>(const ReleaseVersion &other) const = default;
 
 private:
-    QVersionNumber m_numbers; // without zeros at the end
-    QStringList m_preRelease; // in lower case, runs of digits and of letters apart
+    // Compared in this order.
+    std::vector<int> m_numbers; // without zeros at the end
+    bool m_isRelease = true;
+    std::vector<std::string> m_preRelease; // words in lower case and numbers of a fixed width, apart
 };

@@ -1,10 +1,11 @@
 #include "SUUpdater.h"
 
 #include "ReleaseNotes.h"
-#include "UpdateChoice.h"
-#include "UpdateErrors.h"
+#include "UpdateFeed.h"
 
+#include <base/LocalizedString.h>
 #include <base/Workspace.h>
+#include <ui/window/Window.h>
 
 #include <QLoggingCategory>
 
@@ -33,52 +34,76 @@ constexpr Clock::Duration RetryPause = 1h;
 /// again.
 constexpr Clock::Duration LongestSleep = 1h;
 
+constexpr qint64 StandardInterval = 24LL * 60 * 60; // seconds
+constexpr qint64 ShortestInterval = 60LL * 60;      // to protect the server
+constexpr qint64 LongestInterval = 366LL * 24 * 60 * 60;
+
 UserDefaults &settings()
 {
     return UserDefaults::standard();
 }
 } // namespace
 
-SUUpdater::SUUpdater(Clock &clock, UpdatePresenting &window, InstalledProgram installed)
+SUUpdater::SUUpdater(Clock &clock, InstalledProgram installed)
     : m_clock(clock),
-      m_window(window),
       m_installed(std::move(installed)),
-      m_feed(clock),
+      m_client(clock, ServiceName::Films), // which names the service in sentences that ours replace
       m_notBefore(clock.now() + StartPause)
 {
-    m_window.setAnswering(this);
     settings().registerDefaults({{FeedKey, StandardFeed}, {AutomaticKey, true}});
     for (const QString &key : {AutomaticKey, IntervalKey, LastCheckKey})
         m_observations.push_back(settings().observe(key, [this](const QVariant &) { schedule(); }));
     schedule();
 }
 
-SUUpdater::~SUUpdater()
+SUUpdater::~SUUpdater() = default;
+
+UpdateViewController &SUUpdater::panel()
 {
-    m_window.setAnswering(nullptr);
+    if (m_panel)
+        return *m_panel;
+    m_window = UpdateViewController::makeWindow();
+    m_panel = std::static_pointer_cast<UpdateViewController>(m_window->contentViewController());
+    connect(m_panel.get(), &UpdateViewController::getRequested, this, &SUUpdater::getUpdate);
+    connect(m_panel.get(), &UpdateViewController::skipRequested, this, &SUUpdater::skipVersion);
+    connect(m_panel.get(), &UpdateViewController::closed, this, &SUUpdater::windowClosed);
+    return *m_panel;
 }
 
 void SUUpdater::checkForUpdates(QObject *)
 {
     if (m_check && m_asked)
-        return m_window.bringForward();
+        return m_window->makeKeyAndOrderFront();
     m_asked = true;
-    m_window.showChecking();
+    panel().showChecking();
     // A running automatic check becomes the person's.
     if (!m_check)
         begin();
 }
 
-UpdateSchedule SUUpdater::scheduleInSettings() const
+Clock::Duration SUUpdater::waitFor(const QDateTime &lastCheck, qint64 intervalSeconds, const QDateTime &now)
 {
-    return {settings().boolean(AutomaticKey), settings().integer(IntervalKey),
-            settings().object(LastCheckKey).toDateTime()};
+    if (!lastCheck.isValid() || lastCheck > now)
+        return Clock::Duration::zero();
+    const qint64 interval = intervalSeconds > 0
+                                ? std::clamp(intervalSeconds, ShortestInterval, LongestInterval)
+                                : StandardInterval;
+    return std::chrono::seconds(interval - std::min(lastCheck.secsTo(now), interval));
+}
+
+/// None when automatic checks are off.
+std::optional<Clock::Duration> SUUpdater::nextWait() const
+{
+    if (!settings().boolean(AutomaticKey))
+        return std::nullopt;
+    return waitFor(settings().object(LastCheckKey).toDateTime(), settings().integer(IntervalKey),
+                   m_clock.date());
 }
 
 void SUUpdater::schedule()
 {
     m_timer.cancel();
-    const auto wait = scheduleInSettings().waitFrom(m_clock.date());
+    const auto wait = nextWait();
     if (!wait && !m_asked)
         m_check.reset();
     if (!wait || m_check)
@@ -89,12 +114,12 @@ void SUUpdater::schedule()
 
 void SUUpdater::wake()
 {
-    const auto wait = scheduleInSettings().waitFrom(m_clock.date());
+    const auto wait = nextWait();
     const bool isDue = wait && *wait <= Clock::Duration::zero() && m_clock.now() >= m_notBefore;
     if (!isDue)
         return schedule();
     // A window that the person looks at is not replaced.
-    if (m_window.isShown())
+    if (m_window && m_window->isVisible())
         return putOff(RetryPause);
     m_asked = false;
     begin();
@@ -110,8 +135,8 @@ void SUUpdater::begin()
 {
     m_timer.cancel();
     m_offer.reset();
-    m_check = m_feed.fetch(settings().string(FeedKey).value_or(QString()),
-                           [this](const Result<AppcastFeed> &outcome) { finish(outcome); });
+    m_check = fetchFeed(m_client, settings().string(FeedKey).value_or(QString()),
+                        [this](const Result<AppcastFeed> &outcome) { finish(outcome); });
 }
 
 void SUUpdater::finish(const Result<AppcastFeed> &outcome)
@@ -134,9 +159,9 @@ void SUUpdater::finish(const Result<AppcastFeed> &outcome)
 
 void SUUpdater::fail(const base::Error &error)
 {
-    qCInfo(log).noquote() << "no answer about updates:" << error.code << error.detail;
+    qCInfo(log).noquote() << "no answer about updates:" << error.detail;
     if (std::exchange(m_asked, false))
-        m_window.showFailure(error.localizedDescription);
+        panel().showFailure(error.localizedDescription);
     putOff(RetryPause);
 }
 
@@ -144,15 +169,15 @@ void SUUpdater::present(const std::optional<AppcastItem> &found)
 {
     if (!found) {
         if (m_asked)
-            m_window.showUpToDate(m_installed.version);
+            panel().showUpToDate(m_installed.version);
         return;
     }
     if (!m_asked && settings().string(SkippedKey) == found->version)
         return;
     m_offer = {found->version, m_installed.version, plainReleaseNotes(found->notes),
                QUrl(found->link, QUrl::StrictMode)};
-    m_window.showOffer(*m_offer,
-                       m_asked ? UpdatePresenting::Arrival::Asked : UpdatePresenting::Arrival::ByItself);
+    panel().showOffer(*m_offer, m_asked ? UpdateViewController::Arrival::Asked
+                                        : UpdateViewController::Arrival::ByItself);
 }
 
 void SUUpdater::getUpdate()
@@ -161,9 +186,10 @@ void SUUpdater::getUpdate()
         return;
     const QUrl link = m_offer->link;
     if (Workspace::sharedWorkspace().openURL(link))
-        return m_window.dismiss();
-    const base::Error error = updateError(UpdateFault::NoHandler, link.host());
-    m_window.showFailure(error.localizedDescription + u'\n' + link.toString(QUrl::FullyEncoded));
+        return m_window->hide();
+    const QString sentence =
+        String::localize(u"Nothing on this computer opens web pages. The new version is at this address:"_s);
+    panel().showFailure(sentence + u'\n' + link.toString(QUrl::FullyEncoded));
 }
 
 void SUUpdater::skipVersion()
@@ -171,7 +197,7 @@ void SUUpdater::skipVersion()
     if (!m_offer)
         return;
     settings().setObject(SkippedKey, m_offer->version);
-    m_window.dismiss();
+    m_window->hide();
 }
 
 void SUUpdater::windowClosed()

@@ -1,11 +1,10 @@
 #pragma once
-#include "InstalledProgram.h"
-#include "UpdateFeed.h"
-#include "UpdateSchedule.h"
-
 #include "UpdateChecking.h"
-#include "UpdatePresenting.h"
+#include "UpdateChoice.h"
+#include "UpdateViewController.h"
+
 #include <base/UserDefaults.h>
+#include <net/HttpClient.h>
 
 /// The updater: checks at the times in the settings and on request, and offers a newer version. It installs
 /// nothing. An automatic check is silent unless it finds a version that the person has not skipped. Main
@@ -14,23 +13,28 @@
 /// Settings: "UpdateFeedURL"; "SUEnableAutomaticChecks", on unless set; "SUScheduledCheckInterval" in
 /// seconds; "SULastCheckTime", written when a check was completed, with any result; "SUSkippedVersion";
 /// "SULastFeedDate", the date of the newest feed seen.
-class SUUpdater final : public UpdateChecking, private UpdatePresenting::Answering
+class SUUpdater final : public QObject, public UpdateChecking
 {
+    Q_OBJECT
+
 public:
-    /// Both must outlive the updater.
-    SUUpdater(Clock &clock, UpdatePresenting &window, InstalledProgram installed);
+    /// The clock must outlive the updater.
+    SUUpdater(Clock &clock, InstalledProgram installed);
     ~SUUpdater() override;
-    SUUpdater(const SUUpdater &) = delete;
-    SUUpdater &operator=(const SUUpdater &) = delete;
 
     void checkForUpdates(QObject *sender) override;
 
-private:
-    void getUpdate() override;
-    void skipVersion() override;
-    void windowClosed() override;
+    /// The wait from `now` to the next check after `lastCheck`, which is invalid before the first. A last
+    /// check in the future comes from a wrong clock and is ignored. The interval of 0 or less means a day.
+    static Clock::Duration waitFor(const QDateTime &lastCheck, qint64 intervalSeconds, const QDateTime &now);
 
-    UpdateSchedule scheduleInSettings() const;
+private:
+    void getUpdate();
+    void skipVersion();
+    void windowClosed();
+
+    UpdateViewController &panel();
+    std::optional<Clock::Duration> nextWait() const;
     void schedule();
     void wake();
     void begin();
@@ -40,9 +44,10 @@ private:
     void putOff(Clock::Duration pause);
 
     Clock &m_clock;
-    UpdatePresenting &m_window;
+    std::unique_ptr<ui::Window> m_window; // made on first use and kept
+    std::shared_ptr<UpdateViewController> m_panel;
     const InstalledProgram m_installed;
-    UpdateFeed m_feed;
+    HttpClient m_client;
     HttpClient::Call m_check; // the running check
     bool m_asked = false;     // the person requested the check and waits for its end
     std::optional<UpdateOffer> m_offer;

@@ -1,5 +1,6 @@
 #pragma once
 #include <memory>
+#include <utility>
 
 class QObject;
 
@@ -15,6 +16,9 @@ public:
     virtual void checkForUpdates(QObject *sender) = 0;
 
     /// The updater that the process entry installed, or null.
-    static std::shared_ptr<UpdateChecking> sharedUpdater();
-    static void setSharedUpdater(std::shared_ptr<UpdateChecking> updater);
+    static std::shared_ptr<UpdateChecking> sharedUpdater() { return s_shared; }
+    static void setSharedUpdater(std::shared_ptr<UpdateChecking> updater) { s_shared = std::move(updater); }
+
+private:
+    static inline std::shared_ptr<UpdateChecking> s_shared;
 };

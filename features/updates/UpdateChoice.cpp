@@ -2,11 +2,15 @@
 
 #include "AppcastSignature.h"
 #include "ReleaseVersion.h"
-#include "UpdateErrors.h"
+
+#include <base/Bundle.h>
+#include <base/LocalizedString.h>
 
 #include <QUrl>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -30,49 +34,77 @@ QList<Candidate> newerThan(const ReleaseVersion &installed, const QList<AppcastI
     return newer;
 }
 
-std::optional<UpdateFault> whatIsWrongWith(const AppcastItem &item, const InstalledProgram &installed)
+Result<void> checkItem(const AppcastItem &item, const InstalledProgram &installed)
 {
     if (!AppcastSignature::isValid(installed.identifier, item, installed.publicKey))
-        return UpdateFault::NotSigned;
+        return Appcast::error(String::localize(u"A new version is announced, but it is not signed by the "
+                                               u"maker of Plovendix. It is not offered "
+                                               "here, and should not be trusted elsewhere either."_s),
+                              u"a version is not signed: "_s + item.version);
     const QUrl link(item.link, QUrl::StrictMode);
-    const bool secure = link.isValid() && link.scheme() == QLatin1StringView("https") &&
-                        !link.host().isEmpty() && link.userInfo().isEmpty();
-    return secure ? std::nullopt : std::optional(UpdateFault::LinkNotSecure);
+    if (!link.isValid() || link.scheme() != "https"_L1 || link.host().isEmpty() || !link.userInfo().isEmpty())
+        return Appcast::error(
+            String::localize(
+                u"A new version is announced, but at an address that is not secure. It is not offered here."_s),
+            u"a version has no secure address: "_s + item.version);
+    return {};
 }
 
-bool knowsItself(const InstalledProgram &installed)
+/// The installed version; an Error when this copy of the program lacks what a check needs.
+Result<ReleaseVersion> versionOf(const InstalledProgram &installed)
 {
-    return ReleaseVersion::parse(installed.version) && !installed.identifier.isEmpty() &&
-           installed.publicKey.size() == AppcastSignature::KeyBytes;
+    const auto version = ReleaseVersion::parse(installed.version);
+    if (version && !installed.identifier.isEmpty() &&
+        installed.publicKey.size() == AppcastSignature::KeyBytes)
+        return *version;
+    return Appcast::error(
+        String::localize(
+            u"This copy of Plovendix is damaged and cannot check for updates. Install it again."_s),
+        u"no version, identifier or key: "_s + installed.version);
 }
 } // namespace
+
+InstalledProgram InstalledProgram::ofBundle(const Bundle &bundle)
+{
+    const auto text = [&bundle](const QString &key) {
+        return bundle.objectForInfoDictionaryKey(key).toString();
+    };
+    return {text(u"CFBundleIdentifier"_s), text(u"CFBundleShortVersionString"_s),
+            QByteArray::fromBase64(text(u"SUPublicEDKey"_s).toLatin1())};
+}
 
 Result<QDateTime> checkedDate(const AppcastFeed &feed, const InstalledProgram &installed,
                               const QDateTime &newestSeen)
 {
-    if (!knowsItself(installed))
-        return updateError(UpdateFault::DamagedCopy, installed.version);
+    if (const auto version = versionOf(installed); !version)
+        return version.error();
     const QDateTime date = QDateTime::fromString(feed.date, Qt::ISODate);
     if (!date.isValid() || !AppcastSignature::isValid(installed.identifier, feed, installed.publicKey))
-        return updateError(UpdateFault::FeedNotSigned, feed.date);
+        return Appcast::error(
+            String::localize(
+                u"The list of versions is not signed by the maker of Plovendix. It was not used. Try again later."_s),
+            u"the feed is not signed: "_s + feed.date);
     if (newestSeen.isValid() && date < newestSeen)
-        return updateError(UpdateFault::FeedOutdated, feed.date);
+        return Appcast::error(
+            String::localize(u"The list of versions is older than one that this computer has seen before. "
+                             "It was not used. Try again later."_s),
+            u"the feed is older than the last one: "_s + feed.date);
     return date;
 }
 
 Result<std::optional<AppcastItem>> chooseUpdate(const QList<AppcastItem> &items,
                                                 const InstalledProgram &installed)
 {
-    if (!knowsItself(installed))
-        return updateError(UpdateFault::DamagedCopy, installed.version);
-    const auto version = ReleaseVersion::parse(installed.version);
-    std::optional<base::Error> refusal;
+    const auto version = versionOf(installed);
+    if (!version)
+        return version.error();
+    std::optional<base::Error> refusal; // of the newest
     for (const Candidate &candidate : newerThan(*version, items)) {
-        const auto wrong = whatIsWrongWith(candidate.item, installed);
-        if (!wrong)
+        const auto checked = checkItem(candidate.item, installed);
+        if (checked)
             return std::optional(candidate.item);
         if (!refusal)
-            refusal = updateError(*wrong, candidate.item.version);
+            refusal = checked.error();
     }
     if (refusal)
         return *refusal;

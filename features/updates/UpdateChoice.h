@@ -1,9 +1,21 @@
 #pragma once
 #include "Appcast.h"
-#include "InstalledProgram.h"
 
 #include <QDateTime>
 #include <optional>
+
+class Bundle;
+
+/// The running program's data for updates. A plain value.
+struct InstalledProgram
+{
+    QString identifier;
+    QString version;
+    QByteArray publicKey; // the key that updates must be signed with
+
+    /// Read from the bundle's information dictionary; absent entries are empty.
+    static InstalledProgram ofBundle(const Bundle &bundle);
+};
 
 /// The date of a feed, after checking the maker's signature of the whole feed. A feed older than `newestSeen`
 /// (invalid for none) is an error, since replaying it would hide newer versions. A plain function, any

@@ -1,7 +1,6 @@
 #include "UpdateFeed.h"
 
-#include "UpdateErrors.h"
-
+#include <base/LocalizedString.h>
 #include <net/MakersServer.h>
 
 using namespace Qt::StringLiterals;
@@ -11,20 +10,49 @@ namespace
 {
 constexpr auto Deadline = 30s;
 
+QString sentenceFor(ServiceFailure failure)
+{
+    switch (failure) {
+    case ServiceFailure::Offline:
+        return String::localize(
+            u"There is no connection to the update server. Check your network and try again."_s);
+    case ServiceFailure::Timeout:
+        return String::localize(u"The update server did not answer in time. Try again in a moment."_s);
+    case ServiceFailure::Insecure:
+        return String::localize(
+            u"No private connection to the update server could be made. Check the date of this computer, "
+            "and whether this network can be trusted."_s);
+    case ServiceFailure::Proxy:
+        return String::localize(
+            u"The proxy of this network refused the connection. Check the proxy settings of this "
+            "computer."_s);
+    default:
+        return String::localize(
+            u"The update server is not available right now. Try again in a few minutes."_s);
+    }
+}
+
+base::Error transportError(const base::Error &error)
+{
+    const auto failure = kindOf(error).value_or(ServiceFailure::Unavailable);
+    if (failure == ServiceFailure::BadAnswer)
+        return Appcast::webPage(error.detail);
+    return Appcast::error(sentenceFor(failure), error.detail);
+}
+
 Result<AppcastFeed> read(const HttpAnswer &answer)
 {
     if (answer.isSuccess())
         return Appcast::parse(answer.body);
-    return updateError(MakersServer::isPassing(answer.status) ? UpdateFault::Unavailable
-                                                              : UpdateFault::NoFeed,
-                       u"status %1"_s.arg(answer.status));
+    const QString status = u"status %1"_s.arg(answer.status);
+    if (MakersServer::isPassing(answer.status))
+        return Appcast::error(sentenceFor(ServiceFailure::Unavailable), status);
+    return Appcast::noFeed(status);
 }
 } // namespace
 
-// The service name only affects the client's error texts, which are replaced by ours.
-UpdateFeed::UpdateFeed(Clock &clock) : m_client(clock, ServiceName::Films) {}
-
-HttpClient::Call UpdateFeed::fetch(const QString &address, Completion completion)
+HttpClient::Call fetchFeed(HttpClient &client, const QString &address,
+                           std::function<void(const Result<AppcastFeed> &)> completion)
 {
     HttpRequest request;
     request.url = QUrl(address, QUrl::StrictMode);
@@ -33,13 +61,12 @@ HttpClient::Call UpdateFeed::fetch(const QString &address, Completion completion
     request.deadline = Deadline;
     request.setHeader("Accept", "application/rss+xml, application/xml;q=0.9, text/xml;q=0.9");
     const HostRules rules = MakersServer::rulesFor(request.url);
-    const bool permitted = rules.accepts(request.url);
-    return m_client.send(
-        request, rules, [permitted, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
-            if (outcome)
-                return completion(read(*outcome));
-            const UpdateFault fault = permitted ? MakersServer::faultOf(outcome.error(), UpdateFault::WebPage)
-                                                : UpdateFault::ForbiddenAddress;
-            completion(updateError(fault, outcome.error().detail));
-        });
+    const bool isPermitted = rules.accepts(request.url);
+    return client.send(request, rules,
+                       [isPermitted, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
+                           if (outcome)
+                               return completion(read(*outcome));
+                           // The client's own sentence says that the address must begin with https.
+                           completion(isPermitted ? transportError(outcome.error()) : outcome.error());
+                       });
 }

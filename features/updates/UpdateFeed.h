@@ -4,17 +4,7 @@
 #include <net/HttpClient.h>
 
 /// Fetches and parses the feed. HTTPS only, clear text from this machine alone, and redirects to other hosts
-/// are not followed. Main thread only.
-class UpdateFeed final
-{
-public:
-    using Completion = std::function<void(const Result<AppcastFeed> &)>;
-
-    explicit UpdateFeed(Clock &clock);
-
-    /// Completes on a later turn, and never after the returned call was released.
-    [[nodiscard]] HttpClient::Call fetch(const QString &address, Completion completion);
-
-private:
-    HttpClient m_client;
-};
+/// are not followed. Completes on a later turn, and never after the returned call was released. Main thread
+/// only.
+[[nodiscard]] HttpClient::Call fetchFeed(HttpClient &client, const QString &address,
+                                         std::function<void(const Result<AppcastFeed> &)> completion);

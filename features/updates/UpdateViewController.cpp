@@ -3,6 +3,7 @@
 #include "UpdateViewController.h"
 
 #include <ui/scenes/SceneConnections.h>
+#include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
 
 #include <QApplication>
@@ -25,6 +26,19 @@ UpdateViewController::UpdateViewController()
 
 UpdateViewController::~UpdateViewController() = default;
 
+std::unique_ptr<ui::Window> UpdateViewController::makeWindow()
+{
+    auto made = std::make_unique<ui::Window>();
+    const auto content =
+        Storyboard::named(u"Main"_s).instantiate<UpdateViewController>(u"UpdateViewController"_s);
+    made->setObjectName(u"UpdateWindow"_s);
+    made->setContentViewController(content);
+    made->setStandardButtonHidden(ui::Window::StandardButton::Miniaturize, true);
+    made->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
+    connect(made.get(), &ui::Window::closed, content.get(), &UpdateViewController::closed);
+    return made;
+}
+
 void UpdateViewController::loadView()
 {
     auto root = std::make_unique<QWidget>();
@@ -40,18 +54,14 @@ void UpdateViewController::loadView()
 void UpdateViewController::viewWillAppear()
 {
     PlatformController::viewWillAppear();
-    ui::Window *shown = window();
-    if (!shown)
-        return;
-    shown->setResizable(false);
-    shown->center();
+    window()->setResizable(false);
+    window()->center();
 }
 
 void UpdateViewController::viewDidAppear()
 {
     PlatformController::viewDidAppear();
-    if (ui::Window *shown = window())
-        shown->makeFirstResponder(defaultButton());
+    window()->makeFirstResponder(defaultButton());
 }
 
 void UpdateViewController::showChecking()
@@ -65,14 +75,13 @@ void UpdateViewController::showUpToDate(const QString &installedVersion)
           String::fill(String::localize(u"Plovendix %@ is the newest version."_s), {installedVersion}));
 }
 
-void UpdateViewController::showOffer(const UpdateOffer &offer)
+void UpdateViewController::showOffer(const UpdateOffer &offer, Arrival arrival)
 {
     const QString explanation = String::fill(
         String::localize(u"Plovendix %1$@ is available; you have %2$@. It is signed by the maker."_s),
         {offer.version, offer.installedVersion});
-    enter(State::Offer, String::localize(u"There is a new version of Plovendix"_s), explanation);
     m_scene->notesView->setPlainText(offer.notes);
-    m_scene->notesView->setVisible(!offer.notes.isEmpty());
+    enter(State::Offer, String::localize(u"There is a new version of Plovendix"_s), explanation, arrival);
 }
 
 void UpdateViewController::showFailure(const QString &sentence)
@@ -80,9 +89,9 @@ void UpdateViewController::showFailure(const QString &sentence)
     enter(State::Done, String::localize(u"The check for updates failed"_s), sentence);
 }
 
-void UpdateViewController::enter(State state, const QString &headline, const QString &explanation)
+void UpdateViewController::enter(State state, const QString &headline, const QString &explanation,
+                                 Arrival arrival)
 {
-    view();
     m_state = state;
     m_scene->headlineLabel->setText(headline);
     m_scene->explanationLabel->setText(explanation);
@@ -90,14 +99,16 @@ void UpdateViewController::enter(State state, const QString &headline, const QSt
     m_scene->busyIndicator->setVisible(state == State::Checking);
     m_scene->cancelButton->setVisible(state == State::Checking);
     m_scene->okButton->setVisible(state == State::Done);
-    for (QWidget *part :
-         {static_cast<QWidget *>(m_scene->notesView), static_cast<QWidget *>(m_scene->skipButton),
-          static_cast<QWidget *>(m_scene->laterButton), static_cast<QWidget *>(m_scene->getButton)})
-        part->setVisible(state == State::Offer);
-    if (ui::Window *shown = window()) {
-        shown->setContentSize(sizeFor(state));
-        shown->makeFirstResponder(defaultButton());
-    }
+    for (QPushButton *button : {m_scene->skipButton, m_scene->laterButton, m_scene->getButton})
+        button->setVisible(state == State::Offer);
+    m_scene->notesView->setVisible(state == State::Offer && !m_scene->notesView->document()->isEmpty());
+    window()->setContentSize(sizeFor(state));
+    window()->makeFirstResponder(defaultButton());
+    if (arrival == Arrival::Asked)
+        return window()->makeKeyAndOrderFront();
+    window()->setAttribute(Qt::WA_ShowWithoutActivating);
+    window()->show();
+    window()->setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
 QSize UpdateViewController::sizeFor(State state)
@@ -135,12 +146,17 @@ void UpdateViewController::skipVersion(QObject *)
 
 void UpdateViewController::close(QObject *)
 {
-    if (ui::Window *shown = window())
-        shown->close();
+    window()->close();
 }
 
 void UpdateViewController::pressDefaultButton(QObject *)
 {
     auto *focused = qobject_cast<QPushButton *>(QApplication::focusWidget());
     (focused && focused->window() == window() ? focused : defaultButton())->click();
+}
+
+void registerUpdateScene()
+{
+    Storyboard::registerController(u"Main"_s, u"UpdateViewController"_s,
+                                   [] { return ViewController::make<UpdateViewController>(); });
 }

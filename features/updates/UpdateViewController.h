@@ -1,6 +1,6 @@
 #pragma once
-#include "UpdatePresenting.h"
 #include <ui/window/PlatformSpecificController.h>
+#include <QUrl>
 
 class QPushButton;
 namespace Ui
@@ -8,15 +8,33 @@ namespace Ui
 class UpdateViewController;
 }
 
-/// The content of the update window: a running check, no newer version, a newer version with its notes, or a
-/// failure. All texts are plain. Main thread only.
+/// A version that is offered. All texts are shown as plain text.
+struct UpdateOffer
+{
+    QString version;
+    QString installedVersion;
+    QString notes; // several lines; empty when there are none
+    QUrl link;     // where to get it
+};
+
+/// The update window's content: a running check, no newer version, a newer version with its notes, or a
+/// failure. It shows one state at a time, and each brings the window forward. Main thread only.
 class UpdateViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
 
 public:
+    enum class Arrival
+    {
+        Asked,   // the person waits for it
+        ByItself // must not disturb the person
+    };
+
     UpdateViewController();
     ~UpdateViewController() override;
+
+    /// A new window with a new controller as its content, not shown yet.
+    static std::unique_ptr<ui::Window> makeWindow();
 
     void loadView() override;
     void viewWillAppear() override;
@@ -24,7 +42,7 @@ public:
 
     void showChecking();
     void showUpToDate(const QString &installedVersion);
-    void showOffer(const UpdateOffer &offer);
+    void showOffer(const UpdateOffer &offer, Arrival arrival);
     void showFailure(const QString &sentence);
 
     Q_INVOKABLE void getUpdate(QObject *sender);
@@ -36,6 +54,8 @@ public:
 Q_SIGNALS:
     void getRequested();
     void skipRequested();
+    /// The person closed the window: an offer stays unanswered, and a running check ends.
+    void closed();
 
 private:
     enum class State
@@ -44,10 +64,14 @@ private:
         Offer,
         Done
     };
-    void enter(State state, const QString &headline, const QString &explanation);
+    void enter(State state, const QString &headline, const QString &explanation,
+               Arrival arrival = Arrival::Asked);
     QSize sizeFor(State state);
     QPushButton *defaultButton() const;
 
     State m_state = State::Checking;
     std::unique_ptr<Ui::UpdateViewController> m_scene;
 };
+
+/// Registers `UpdateViewController` with the storyboard.
+void registerUpdateScene();

@@ -2,9 +2,9 @@
 #include <app/MainWindowController.h>
 #include <base/UserDefaults.h>
 #include <features/donation/DonateViewController.h>
-#include <features/feedback/FeedbackWindowController.h>
+#include <features/feedback/FeedbackViewController.h>
 #include <features/search/MainViewController.h>
-#include <features/updates/UpdateWindowController.h>
+#include <features/updates/UpdateViewController.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <tests/support/scripted/ScriptedServices.h>
@@ -28,8 +28,8 @@ class WindowShortcutsTest final : public QObject
     std::shared_ptr<ScriptedSubtitleService> m_service;
     std::shared_ptr<ScriptedMetadataService> m_metadata;
     std::unique_ptr<MainWindowController> m_main;
-    std::unique_ptr<UpdateWindowController> m_updates;
-    std::unique_ptr<FeedbackWindowController> m_feedback;
+    std::unique_ptr<ui::Window> m_updates;
+    std::unique_ptr<ui::Window> m_feedback;
 
     static void addWindows()
     {
@@ -42,15 +42,17 @@ class WindowShortcutsTest final : public QObject
 
     ui::Window *opened(const QString &name)
     {
+        auto *panel = static_cast<UpdateViewController *>(m_updates->contentViewController().get());
         if (name == u"feedback"_s)
-            m_feedback->showForm({u"Not sent yet."_s, {}, {}, {}});
+            static_cast<FeedbackViewController *>(m_feedback->contentViewController().get())
+                ->showForm({u"Not sent yet."_s, {}, {}}, {});
         else if (name == u"checking"_s)
-            m_updates->showChecking();
+            panel->showChecking();
         else if (name == u"upToDate"_s)
-            m_updates->showUpToDate(u"1.5"_s);
+            panel->showUpToDate(u"1.5"_s);
         else
-            m_updates->showOffer({u"1.6"_s, u"1.5"_s, u"New"_s, QUrl(u"https://get.example/"_s)},
-                                 UpdatePresenting::Arrival::Asked);
+            panel->showOffer({u"1.6"_s, u"1.5"_s, u"New"_s, QUrl(u"https://get.example/"_s)},
+                             UpdateViewController::Arrival::Asked);
         return inFront();
     }
 
@@ -80,11 +82,11 @@ private Q_SLOTS:
     {
         m_service = ScriptedSubtitleService::install();
         m_metadata = ScriptedMetadataService::install();
-        m_updates = std::make_unique<UpdateWindowController>();
-        m_feedback = std::make_unique<FeedbackWindowController>();
         m_main = std::make_unique<MainWindowController>();
         m_main->showWindow();
         QVERIFY(QTest::qWaitForWindowExposed(m_main->window()));
+        m_updates = UpdateViewController::makeWindow();
+        m_feedback = FeedbackViewController::makeWindow();
     }
     void cleanup()
     {

@@ -24,32 +24,47 @@ private:
 private Q_SLOTS:
     void init() { m_folder = m_sandbox.path(u"%1/Plovendix/feedback"_s.arg(++m_folders)); }
 
-    void theStandardFolderIsInTheDataHome()
+    void keptReportIsFoundAgain()
     {
+        QVERIFY(!kept().oldest());
+        const FeedbackReport whole{
+            u"It \"works\" é\n😀"_s, {{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}}, {u"x"_s, u"y"_s}};
+        const auto path = kept().keep(whole, m_date);
+        QVERIFY(path);
+        QCOMPARE(*path, m_folder + u"/report-20300304-204805.json"_s);
+        const auto owner =
+            QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser;
+        QVERIFY(!(QFileInfo(*path).permissions() & ~owner));
+        const auto found = kept().oldest();
+        QCOMPARE(found->path, *path);
+        QCOMPARE(found->report.text, whole.text);
+        QCOMPARE(found->report.parameters, whole.parameters);
+        QCOMPARE(found->report.log, whole.log);
+        kept().remove(*path);
+        QVERIFY(!kept().oldest());
         QCOMPARE(KeptReports::standardFolder(),
                  qEnvironmentVariable("XDG_DATA_HOME") + u"/Plovendix/feedback"_s);
     }
 
-    void aKeptReportIsFoundAgain()
+    void malformedReportsAreRejected_data()
     {
-        QVERIFY(!kept().oldest());
-        const auto path = kept().keep(report(u"One"_s), m_date);
-        QVERIFY(path);
-        QCOMPARE(*path, m_folder + u"/report-20300304-204805.json"_s);
-        const auto found = kept().oldest();
-        QCOMPARE(found->path, *path);
-        QCOMPARE(found->report.text, u"One"_s);
-        QCOMPARE(found->report.parameters.size(), 1);
-        kept().remove(*path);
-        QVERIFY(!kept().oldest());
+        QTest::addColumn<QByteArray>("json");
+        for (const char *json :
+             {"", "text", R"(["text"])", R"({"parameters":{}})", R"({"text":1})", R"({"text":"a")"})
+            QTest::newRow(json) << QByteArray(json);
+    }
+    void malformedReportsAreRejected()
+    {
+        QFETCH(const QByteArray, json);
+        QVERIFY(!FeedbackReport::fromJson(json));
     }
 
-    void onlyThePersonCanReadIt()
+    void oddMembersAreHarmless()
     {
-        const auto path = kept().keep(report(u"One"_s), m_date);
-        const auto owner =
-            QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser;
-        QVERIFY(!(QFileInfo(*path).permissions() & ~owner));
+        const auto read = FeedbackReport::fromJson(R"({"text":"t","parameters":[1],"log":{"a":1}})");
+        QVERIFY(read);
+        QVERIFY(read->parameters.isEmpty());
+        QVERIFY(read->log.isEmpty());
     }
 
     void anotherOfTheSameSecondIsKeptToo()

@@ -25,16 +25,12 @@ private:
     }
 
 private Q_SLOTS:
-    void theSignedBytesAreAsDocumented()
+    void signedBytesAreAsDocumented()
     {
         QCOMPARE(AppcastSignature::signedBytes(Program, signedItem()),
                  "plovendix-update-1\n22:com.quorvane.Plovendix,3:1.1,23:https://get.example/1.1,7:New: "
                  "\xc3\xa9,");
         QCOMPARE(AppcastSignature::signedBytes({}, AppcastItem()), "plovendix-update-1\n0:,0:,0:,0:,");
-    }
-
-    void signedBytesOfAFeedAreAsDocumented()
-    {
         AppcastFeed feed{{signedItem()}, u"2030-03-01T12:00:00Z"_s, {}};
         feed.items[0].signature = "\1\2\3";
         QCOMPARE(AppcastSignature::signedBytes(Program, feed),
@@ -55,16 +51,11 @@ private Q_SLOTS:
         QVERIFY(!AppcastSignature::isValid(u"com.quorvane.Tessaly"_s, feed, m_pair.publicKey));
     }
 
-    void whatTheMakerSignedIsValid()
-    {
-        QVERIFY(AppcastSignature::isValid(Program, signedItem(), m_pair.publicKey));
-        QCOMPARE(m_pair.publicKey.size(), AppcastSignature::KeyBytes);
-    }
-
     void nothingCanBeExchanged_data()
     {
         QTest::addColumn<QString>("program");
         QTest::addColumn<AppcastItem>("item");
+        QVERIFY(AppcastSignature::isValid(Program, signedItem(), m_pair.publicKey));
         const auto row = [this](const char *name, auto change) {
             AppcastItem item = signedItem();
             QString program = Program;
@@ -89,30 +80,16 @@ private Q_SLOTS:
         QVERIFY(!AppcastSignature::isValid(program, item, m_pair.publicKey));
     }
 
-    void noTextRunsIntoTheNext()
-    {
-        AppcastItem item{u"1.1"_s, u"https://get.example/"_s, u"a,b"_s, {}};
-        item.signature = AppcastSignature::sign(Program, item, m_pair.secretKey);
-        QVERIFY(AppcastSignature::isValid(Program, item, m_pair.publicKey));
-        item.link += u",a"_s;
-        item.notes = u"b"_s;
-        QVERIFY(!AppcastSignature::isValid(Program, item, m_pair.publicKey));
-    }
-
-    void anothersKeyIsNoUse()
-    {
-        QVERIFY(!AppcastSignature::isValid(Program, signedItem(), AppcastSignature::makeKeyPair().publicKey));
-    }
-
-    void aKeyThatIsNoneNeverFits_data()
+    void otherKeysNeverFit_data()
     {
         QTest::addColumn<QByteArray>("key");
+        QTest::newRow("another's") << AppcastSignature::makeKeyPair().publicKey;
         QTest::newRow("none") << QByteArray();
         QTest::newRow("short") << m_pair.publicKey.left(31);
         QTest::newRow("long") << m_pair.publicKey + '\0';
         QTest::newRow("zeros") << QByteArray(32, '\0');
     }
-    void aKeyThatIsNoneNeverFits()
+    void otherKeysNeverFit()
     {
         QFETCH(const QByteArray, key);
         QVERIFY(!AppcastSignature::isValid(Program, signedItem(), key));

@@ -1,6 +1,4 @@
-#include <base/Bundle.h>
 #include <features/updates/Appcast.h>
-#include <features/updates/UpdateErrors.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
@@ -17,10 +15,11 @@ QByteArray feedOf(const QByteArray &items)
            items + "</channel></rss>\n";
 }
 
-QByteArray repeated(const QByteArray &part, int count)
-{
-    return part.repeated(count);
-}
+const QString CutShort = u"The list of versions did not arrive completely."_s;
+const QString NoFeed = u"What the update server sent is no list of versions."_s;
+const QString WebPage = u"Something else answered in place of the update server."_s;
+const QString Declarations = u"The list of versions contains something that does not belong there"_s;
+const QString TooLarge = u"The list of versions is too long"_s;
 } // namespace
 
 class AppcastTest final : public QObject
@@ -54,85 +53,83 @@ private Q_SLOTS:
         QVERIFY(items->constLast().signature.isEmpty());
     }
 
-    void onlyOurNamespaceCounts()
+    void otherElementsAreSkipped_data()
+    {
+        QTest::addColumn<QByteArray>("items");
+        QTest::addColumn<QStringList>("versions");
+        const QByteArray deep = QByteArray("<a>").repeated(100'000) + QByteArray("</a>").repeated(100'000);
+        const QByteArray item = "<item><u:version>1</u:version></item>";
+        QTest::newRow("nothing") << QByteArray() << QStringList();
+        QTest::newRow("no namespace") << QByteArray("<item><version>1.1</version></item>") << QStringList();
+        QTest::newRow("another namespace")
+            << QByteArray("<item xmlns:v=\"https://other.example/\"><v:version>1.2</v:version></item>")
+            << QStringList();
+        QTest::newRow("an item too deep") << "<x>" + item + "</x>" << QStringList();
+        QTest::newRow("a version too deep")
+            << QByteArray("<item><x><u:version>7</u:version></x><u:version>1<b>2</b></u:version></item>")
+            << QStringList{u"1"_s};
+        QTest::newRow("deep nesting") << deep + item << QStringList{u"1"_s};
+        QTest::newRow("deep nesting in a version")
+            << "<item><u:version>1" + deep + "</u:version></item>" << QStringList{u"1"_s};
+        QTest::newRow("too many") << item.repeated(2000) << QStringList(500, u"1"_s);
+    }
+    void otherElementsAreSkipped()
+    {
+        QFETCH(const QByteArray, items);
+        const auto feed = Appcast::parse(feedOf(items));
+        QStringList versions;
+        for (const AppcastItem &item : feed->items)
+            versions += item.version;
+        QTEST(versions, "versions");
+    }
+
+    void linkIsTheFeedsOwn()
     {
         const auto feed = Appcast::parse(
-            feedOf("<item><version>1.1</version></item>"
-                   "<item xmlns:v=\"https://other.example/\"><v:version>1.2</v:version></item>"
-                   "<item><u:version>1.3</u:version><u:link>https://no.example/</u:link></item>"));
-        QVERIFY(feed);
-        QCOMPARE(feed->items.size(), 1);
-        QCOMPARE(feed->items.constFirst().version, u"1.3"_s);
+            feedOf("<item><u:version>1.3</u:version><u:link>https://no.example/</u:link></item>"));
         QCOMPARE(feed->items.constFirst().link, QString());
-    }
-
-    void anEmptyFeedHasNoItems() { QVERIFY(Appcast::parse(feedOf(""))->items.isEmpty()); }
-
-    void whatIsNestedIsNotRead()
-    {
-        const auto feed = Appcast::parse(
-            feedOf("<x><item><u:version>6</u:version></item></x>"
-                   "<item><x><u:version>7</u:version></x><u:version>1<b>2</b></u:version></item>"));
-        QCOMPARE(feed->items.size(), 1);
-        QCOMPARE(feed->items.constFirst().version, u"1"_s);
-    }
-
-    void deepNestingIsHarmless()
-    {
-        const QByteArray deep = repeated("<a>", 100'000) + repeated("</a>", 100'000);
-        QCOMPARE(Appcast::parse(feedOf(deep + "<item><u:version>1" + "</u:version></item>"))->items.size(),
-                 1);
-        QCOMPARE(Appcast::parse(feedOf("<item><u:version>1" + deep + "</u:version></item>"))->items.size(),
-                 1);
-    }
-
-    void itemsBeyondMeasureAreLeftOut()
-    {
-        QCOMPARE(
-            Appcast::parse(feedOf(repeated("<item><u:version>1</u:version></item>", 2000)))->items.size(),
-            500);
     }
 
     void malformedFeedsAreRefused_data()
     {
         QTest::addColumn<QByteArray>("feed");
-        QTest::addColumn<int>("fault");
-        const auto row = [](const char *name, const QByteArray &feed, UpdateFault fault) {
-            QTest::newRow(name) << feed << static_cast<int>(fault);
+        QTest::addColumn<QString>("sentence");
+        const auto row = [](const char *name, const QByteArray &feed, const QString &sentence) {
+            QTest::newRow(name) << feed << sentence;
         };
         const QByteArray whole = feedOf("<item><u:version>1.1</u:version></item>");
-        row("nothing", "", UpdateFault::CutShort);
-        row("cut in an item", whole.left(whole.indexOf("1.1")), UpdateFault::CutShort);
-        row("cut before the last end", whole.left(whole.indexOf("</rss>")), UpdateFault::CutShort);
-        row("cut in a tag", whole.left(whole.indexOf("</rss>") + 4), UpdateFault::CutShort);
-        row("text", "Service moved.", UpdateFault::NoFeed);
-        row("JSON", R"({"version": "1.1"})", UpdateFault::NoFeed);
-        row("binary", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10), UpdateFault::NoFeed);
-        row("other XML", "<feed/>", UpdateFault::NoFeed);
-        row("no channel", "<rss/>", UpdateFault::NoFeed);
-        row("ill-formed", feedOf("<item></iten>"), UpdateFault::NoFeed);
-        row("an unknown entity", feedOf("<item>&bomb;</item>"), UpdateFault::NoFeed);
-        row("two documents", whole + whole, UpdateFault::NoFeed);
-        row("web page", "<!DOCTYPE html><html><p>Sign in<br></html>", UpdateFault::WebPage);
-        row("web page without a type", "<HTML><body>Sign in<br></HTML>", UpdateFault::WebPage);
-        row("document type", "<!DOCTYPE rss><rss><channel/></rss>", UpdateFault::Declarations);
+        row("nothing", "", CutShort);
+        row("cut in an item", whole.left(whole.indexOf("1.1")), CutShort);
+        row("cut before the last end", whole.left(whole.indexOf("</rss>")), CutShort);
+        row("cut in a tag", whole.left(whole.indexOf("</rss>") + 4), CutShort);
+        row("text", "Service moved.", NoFeed);
+        row("JSON", R"({"version": "1.1"})", NoFeed);
+        row("binary", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10), NoFeed);
+        row("other XML", "<feed/>", NoFeed);
+        row("no channel", "<rss/>", NoFeed);
+        row("ill-formed", feedOf("<item></iten>"), NoFeed);
+        row("an unknown entity", feedOf("<item>&bomb;</item>"), NoFeed);
+        row("two documents", whole + whole, NoFeed);
+        row("web page", "<!DOCTYPE html><html><p>Sign in<br></html>", WebPage);
+        row("web page without a type", "<HTML><body>Sign in<br></HTML>", WebPage);
+        row("document type", "<!DOCTYPE rss><rss><channel/></rss>", Declarations);
         row("entity bomb",
             "<!DOCTYPE rss [<!ENTITY a \"ha\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\">"
             "<!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;\">]><rss><channel><item>&c;</item></channel></rss>",
-            UpdateFault::Declarations);
+            Declarations);
         row("outer entity",
             "<!DOCTYPE rss [<!ENTITY f SYSTEM \"file:///etc/passwd\">]><rss><channel>&f;</channel></rss>",
-            UpdateFault::Declarations);
-        row("too large", feedOf(QByteArray(Appcast::MaxBytes, ' ')), UpdateFault::TooLarge);
+            Declarations);
+        row("too large", feedOf(QByteArray(Appcast::MaxBytes, ' ')), TooLarge);
     }
     void malformedFeedsAreRefused()
     {
         QFETCH(const QByteArray, feed);
-        QFETCH(const int, fault);
+        QFETCH(const QString, sentence);
         const auto items = Appcast::parse(feed);
         QVERIFY(!items);
-        QCOMPARE(items.error().code, fault);
-        QVERIFY(items.error().localizedDescription.size() > 20);
+        const QString said = items.error().localizedDescription;
+        QVERIFY2(said.startsWith(sentence), qPrintable(said));
     }
 
     void everyCutOfAFeedIsAnError()
@@ -141,18 +138,6 @@ private Q_SLOTS:
         for (qsizetype length = 0; length < whole.size(); ++length)
             QVERIFY2(!Appcast::parse(whole.left(length)), qPrintable(QString::number(length)));
         QVERIFY(Appcast::parse(whole));
-    }
-
-    void faultsAreToldApartInEveryLanguage()
-    {
-        QSet<QString> sentences;
-        for (const QString &language : {u"en"_s, u"de"_s, u"ja"_s}) {
-            Bundle::main().setPreferredLocalizations({language});
-            for (int fault = 1; fault <= static_cast<int>(UpdateFault::NoHandler); ++fault)
-                sentences += updateError(static_cast<UpdateFault>(fault), {}).localizedDescription;
-        }
-        Bundle::main().setPreferredLocalizations({});
-        QCOMPARE(sentences.size(), 3 * static_cast<int>(UpdateFault::NoHandler));
     }
 };
 

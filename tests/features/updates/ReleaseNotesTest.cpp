@@ -44,7 +44,7 @@ private Q_SLOTS:
     void controlsAndTurnsOfDirectionGo()
     {
         QCOMPARE(plainReleaseNotes(u"a\u202eb\u2066c\x1b[31md\x07\te"_s), u"abc[31md\te"_s);
-        QCOMPARE(plainReleaseNotes(u"<b>a</b>&#8238;b&#0;c&#xD800;"_s), u"ab&#0;c&#xD800;"_s);
+        QCOMPARE(plainReleaseNotes(u"<b>a</b>&#8238;b&#0;c"_s), u"abc"_s);
     }
 
     void veryLongNotesEnd()
@@ -55,5 +55,5 @@ private Q_SLOTS:
     }
 };
 
-PLOVENDIX_TEST(ReleaseNotesTest)
+PLOVENDIX_GUI_TEST(ReleaseNotesTest)
 #include "ReleaseNotesTest.moc"

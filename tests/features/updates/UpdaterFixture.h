@@ -7,49 +7,13 @@
 #include <tests/support/standin/LoopbackServer.h>
 #include <tests/support/timing/Caught.h>
 #include <tests/support/timing/ManualClock.h>
+#include <ui/window/Window.h>
 
+#include <QApplication>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTest>
-
-/// Notes what the updater shows: one line a state.
-class NotingWindow final : public UpdatePresenting
-{
-public:
-    QStringList states;
-    UpdateOffer offer;
-    bool shown = false;
-    Answering *person = nullptr;
-
-    void setAnswering(Answering *answering) override { person = answering; }
-    void showChecking() override { enter(QStringLiteral("checking")); }
-    void showUpToDate(const QString &version) override { enter(QStringLiteral("newest ") + version); }
-    void showOffer(const UpdateOffer &newOffer, Arrival arrival) override
-    {
-        offer = newOffer;
-        enter((arrival == Arrival::Asked ? QStringLiteral("offer ") : QStringLiteral("by itself ")) +
-              newOffer.version);
-    }
-    void showFailure(const QString &sentence) override { enter(QStringLiteral("failure ") + sentence); }
-    void bringForward() override { states += QStringLiteral("forward"); }
-    bool isShown() const override { return shown; }
-    void dismiss() override
-    {
-        shown = false;
-        states += QStringLiteral("dismissed");
-    }
-    /// What the person does with the title bar's button.
-    void close()
-    {
-        shown = false;
-        person->windowClosed();
-    }
-
-private:
-    void enter(const QString &state)
-    {
-        shown = true;
-        states += state;
-    }
-};
 
 class OpenedLinks final : public Workspace
 {
@@ -64,9 +28,10 @@ public:
     }
 };
 
-/// An updater of version 1.5 with a feed on this machine, made anew for each test.
-struct UpdaterFixture
+/// An updater of version 1.5 with a feed on this machine, made anew for each test, and its window.
+class UpdaterFixture : public QObject
 {
+public:
     Sandbox sandbox;
     AppcastSignature::KeyPair pair = AppcastSignature::makeKeyPair();
     InstalledProgram installed{QStringLiteral("com.quorvane.Plovendix"), QStringLiteral("1.5"),
@@ -74,18 +39,17 @@ struct UpdaterFixture
     std::shared_ptr<OpenedLinks> workspace;
     std::unique_ptr<ManualClock> clock;
     std::unique_ptr<LoopbackServer> server;
-    std::unique_ptr<NotingWindow> window;
     std::unique_ptr<SUUpdater> updater;
     ServedAnswer answer;
-    int files = 0;
-    QString feedDate = QStringLiteral("2030-03-01T12:00:00Z");
+    QString feedDate;
+    QList<bool> quietShows; // for each showing of the window whether it asked for no focus
 
     static UserDefaults &defaults() { return UserDefaults::standard(); }
 
     /// The updater itself is made by `start`.
     void prepare()
     {
-        UserDefaults::setStandardFile(sandbox.path(QStringLiteral("settings%1.conf").arg(++files)));
+        UserDefaults::setStandardFile(sandbox.path(QStringLiteral("settings%1.conf").arg(++m_files)));
         workspace = std::make_shared<OpenedLinks>();
         Workspace::setSharedWorkspace(workspace);
         clock = std::make_unique<ManualClock>();
@@ -93,19 +57,23 @@ struct UpdaterFixture
         clock->setLongestAutomaticWait(std::chrono::milliseconds(0));
         server = std::make_unique<LoopbackServer>([this](const ReceivedRequest &) { return answer; });
         defaults().setObject(QStringLiteral("UpdateFeedURL"), server->url(QStringLiteral("/f")).toString());
-        window = std::make_unique<NotingWindow>();
         feedDate = QStringLiteral("2030-03-01T12:00:00Z");
         offerVersions({});
+        quietShows.clear();
+        qApp->installEventFilter(this);
     }
     void clear()
     {
         updater.reset();
-        window.reset();
         server.reset();
         clock.reset();
         Workspace::setSharedWorkspace({});
     }
-    void start() { updater = std::make_unique<SUUpdater>(*clock, *window, installed); }
+    void start()
+    {
+        updater.reset();
+        updater = std::make_unique<SUUpdater>(*clock, installed);
+    }
 
     void offerVersions(const QStringList &versions, bool areSigned = true)
     {
@@ -130,6 +98,44 @@ struct UpdaterFixture
                       feed.date.toUtf8() + "</u:date><u:signature>" + feed.signature.toBase64() +
                       "</u:signature>" + items + "</channel></rss>"};
     }
-    void switchAutomatic(bool on) { defaults().setObject(QStringLiteral("SUEnableAutomaticChecks"), on); }
     QDateTime lastCheck() const { return defaults().object(QStringLiteral("SULastCheckTime")).toDateTime(); }
+
+    /// The update window when it is shown, or null.
+    static ui::Window *window()
+    {
+        const auto open = ui::Window::openWindows();
+        return open.isEmpty() ? nullptr : open.constFirst();
+    }
+    template <class Type>
+    static Type *child(const char *name)
+    {
+        return window()->findChild<Type *>(QString::fromLatin1(name));
+    }
+    static void press(const char *button) { child<QPushButton>(button)->click(); }
+    /// What the window says; empty when there is none.
+    static QString shown()
+    {
+        if (!window())
+            return {};
+        return child<QLabel>("headlineLabel")->text() + u'\n' + child<QLabel>("explanationLabel")->text();
+    }
+    void waitForRequests(qsizetype count) const
+    {
+        QTRY_COMPARE_WITH_TIMEOUT(server->requests().size(), count, WaitLimit);
+    }
+    static void waitFor(const QString &text)
+    {
+        QTRY_VERIFY2_WITH_TIMEOUT(shown().contains(text), qPrintable(shown()), WaitLimit);
+    }
+
+private:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        const auto *shown = qobject_cast<ui::Window *>(object);
+        if (shown && event->type() == QEvent::Show)
+            quietShows += shown->testAttribute(Qt::WA_ShowWithoutActivating);
+        return false;
+    }
+
+    int m_files = 0;
 };

@@ -5,7 +5,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// Checks that come by themselves.
+/// Automatic checks.
 class UpdaterScheduleTest final : public QObject
 {
     Q_OBJECT
@@ -13,19 +13,29 @@ class UpdaterScheduleTest final : public QObject
 private:
     UpdaterFixture m;
 
-    void waitForRequests(qsizetype count)
-    {
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), count, WaitLimit);
-    }
-    /// A completed check is known by its date.
+    /// The settings keep the date of a completed check.
     void waitForCheckAt(const QDateTime &date) { QTRY_COMPARE_WITH_TIMEOUT(m.lastCheck(), date, WaitLimit); }
-    /// A check that failed leaves nothing but the wait for the next.
+    /// A failed check leaves only the wait for the next.
     void waitForQuiet() { QTRY_COMPARE_WITH_TIMEOUT(m.clock->pending().size(), 1, WaitLimit); }
+    void switchAutomatic(bool on) { m.defaults().setObject(u"SUEnableAutomaticChecks"_s, on); }
+    void setInterval(const QVariant &seconds)
+    {
+        m.defaults().setObject(u"SUScheduledCheckInterval"_s, seconds);
+    }
     void startJustChecked(int interval)
     {
         m.defaults().setObject(u"SULastCheckTime"_s, m.clock->date());
-        m.defaults().setObject(u"SUScheduledCheckInterval"_s, interval);
+        setInterval(interval);
         m.start();
+    }
+    /// Starts with a feed of these versions and waits for the first check's request.
+    void startWith(const QStringList &versions, Delivery delivery = Delivery::Whole)
+    {
+        m.offerVersions(versions);
+        m.answer.delivery = delivery;
+        m.start();
+        m.clock->advance(1min);
+        m.waitForRequests(1);
     }
     /// Lets hours pass as a running program does: in many small steps.
     void letPass(std::chrono::minutes duration)
@@ -35,21 +45,55 @@ private:
     }
 
 private Q_SLOTS:
+    void initTestCase() { registerUpdateScene(); }
     void init() { m.prepare(); }
     void cleanup() { m.clear(); }
+
+    void waitDependsOnIntervalAndLastCheck_data()
+    {
+        QTest::addColumn<qint64>("interval");
+        QTest::addColumn<qint64>("secondsAgo"); // no last check for 0
+        QTest::addColumn<qint64>("wait");
+        const auto row = [](const char *name, qint64 interval, qint64 ago, qint64 wait) {
+            QTest::newRow(name) << interval << ago << wait;
+        };
+        row("never checked", 86400, 0, 0);
+        row("just checked", 86400, 1, 86399);
+        row("due this second", 86400, 86400, 0);
+        row("long due", 86400, 900000, 0);
+        row("no interval means a day", 0, 3600, 82800);
+        row("a negative interval too", -5, 3600, 82800);
+        row("never more than once an hour", 1, 60, 3540);
+        row("a month", 2592000, 86400, 2505600);
+        row("at most a year", std::numeric_limits<qint64>::max(), 86400, 365LL * 86400);
+        row("a last check in the future", 86400, -1000000, 0);
+    }
+    void waitDependsOnIntervalAndLastCheck()
+    {
+        QFETCH(const qint64, interval);
+        QFETCH(const qint64, secondsAgo);
+        QFETCH(const qint64, wait);
+        const QDateTime now(QDate(2030, 5, 6), QTime(7, 8), Qt::UTC);
+        const QDateTime last =
+            secondsAgo == 0 ? QDateTime() : now.addSecs(-secondsAgo).toOffsetFromUtc(9 * 3600);
+        QCOMPARE(SUUpdater::waitFor(last, interval, now).count() / 1000, wait);
+    }
 
     void checksAreAutomaticUnlessSwitchedOff()
     {
         m.start();
         QVERIFY(m.defaults().boolean(u"SUEnableAutomaticChecks"_s));
-        m.defaults().setObject(u"SUEnableAutomaticChecks"_s, false);
+        switchAutomatic(false);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>());
         m.clock->advance(48h);
         QCOMPARE(m.server->requests().size(), 0);
+        switchAutomatic(true);
+        waitForCheckAt(m.clock->date());
     }
 
-    void theFirstCheckComesAMinuteAfterTheStart()
+    void firstCheckComesAMinuteAfterTheStartInSilence()
     {
+        m.offerVersions({u"1.5"_s});
         m.start();
         m.clock->advance(59s);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>{1s});
@@ -57,23 +101,14 @@ private Q_SLOTS:
         m.clock->advance(1s);
         waitForCheckAt(m.clock->date());
         QCOMPARE(m.server->requests().size(), 1);
+        QVERIFY(m.quietShows.isEmpty());
     }
 
-    void nothingNewIsSilent()
+    void newVersionShowsItselfWithoutTheFocus()
     {
-        m.offerVersions({u"1.5"_s});
-        m.start();
-        m.clock->advance(1min);
-        waitForCheckAt(m.clock->date());
-        QVERIFY(m.window->states.isEmpty());
-    }
-
-    void aNewVersionShowsItself()
-    {
-        m.offerVersions({u"1.6"_s});
-        m.start();
-        m.clock->advance(1min);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, QStringList{u"by itself 1.6"_s}, WaitLimit);
+        startWith({u"1.6"_s});
+        m.waitFor(u"1.6 is available"_s);
+        QCOMPARE(m.quietShows, QList<bool>{true});
     }
 
     void failuresAreSilentAndTriedAgainAfterAnHour_data()
@@ -81,7 +116,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<bool>("forged");
         QTest::newRow("unavailable") << 503 << false;
-        QTest::newRow("gone") << 404 << false;
         QTest::newRow("not signed") << 200 << true;
     }
     void failuresAreSilentAndTriedAgainAfterAnHour()
@@ -92,20 +126,21 @@ private Q_SLOTS:
         m.answer.status = status;
         m.start();
         m.clock->advance(1min);
-        waitForRequests(1);
+        m.waitForRequests(1);
         waitForQuiet();
         QVERIFY(!m.lastCheck().isValid());
         m.clock->advance(59min);
         QCOMPARE(m.server->requests().size(), 1);
         m.clock->advance(1min);
-        waitForRequests(2);
+        m.waitForRequests(2);
         waitForQuiet();
-        QVERIFY(m.window->states.isEmpty());
+        QVERIFY(m.quietShows.isEmpty());
     }
 
-    void theIntervalPassesBetweenChecks()
+    void intervalPassesBetweenChecks()
     {
         startJustChecked(86400);
+        QCOMPARE(m.clock->pending(), QList<Clock::Duration>{1h}); // the date is looked at again
         letPass(24h - 10min);
         QCOMPARE(m.server->requests().size(), 0);
         m.clock->advance(10min);
@@ -117,144 +152,89 @@ private Q_SLOTS:
         waitForCheckAt(first.addDays(1));
     }
 
-    void aMonthIsNoMoreThanATimerCanWait()
-    {
-        startJustChecked(2592000);
-        QCOMPARE(m.clock->pending(), QList<Clock::Duration>{1h});
-        letPass(30 * 24h - 10min);
-        QCOMPARE(m.server->requests().size(), 0);
-        m.clock->advance(10min);
-        waitForRequests(1);
-    }
-
-    void theRegisteredTextCountsAsSeconds()
+    void registeredTextCountsAsSeconds()
     {
         startJustChecked(7200);
-        m.defaults().setObject(u"SUScheduledCheckInterval"_s, u"3600"_s);
+        setInterval(u"3600"_s);
         m.clock->advance(59min);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>{1min});
     }
 
-    void aShorterIntervalTakesEffectAtOnce()
-    {
-        startJustChecked(604800);
-        letPass(2h);
-        m.defaults().setObject(u"SUScheduledCheckInterval"_s, 3600);
-        waitForCheckAt(m.clock->date());
-    }
-
-    void aLongerIntervalTakesEffectAtOnce()
+    void anotherIntervalTakesEffectAtOnce()
     {
         startJustChecked(3600);
         m.clock->advance(30min);
-        m.defaults().setObject(u"SUScheduledCheckInterval"_s, 86400);
-        letPass(23h);
+        setInterval(86400);
+        letPass(2h);
         QCOMPARE(m.server->requests().size(), 0);
-    }
-
-    void switchingOnChecksWhenItIsDue()
-    {
-        m.switchAutomatic(false);
-        m.start();
-        m.clock->advance(2h);
-        m.switchAutomatic(true);
+        setInterval(3600);
         waitForCheckAt(m.clock->date());
     }
 
-    void switchingOffEndsACheckUnderWay()
+    void switchingOffEndsARunningCheck()
     {
-        m.offerVersions({u"1.6"_s});
-        m.answer.delivery = Delivery::Silent;
-        m.start();
-        m.clock->advance(1min);
-        waitForRequests(1);
-        m.switchAutomatic(false);
+        startWith({u"1.6"_s}, Delivery::Silent);
+        switchAutomatic(false);
         QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>());
-        QVERIFY(m.window->states.isEmpty());
+        QVERIFY(m.quietShows.isEmpty());
     }
 
-    void switchingOffLeavesWhatThePersonAskedFor()
+    void switchingOffLeavesARequestedCheck()
     {
         m.answer.delivery = Delivery::Silent;
         m.start();
         m.updater->checkForUpdates(nullptr);
-        waitForRequests(1);
-        m.switchAutomatic(false);
+        m.waitForRequests(1);
+        switchAutomatic(false);
         m.clock->advance(30s);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 2, WaitLimit);
-        QVERIFY(m.window->states.constLast().startsWith(u"failure "_s));
+        m.waitFor(u"did not answer in time"_s);
     }
 
-    void askingTakesOverACheckUnderWay()
+    void askingTakesOverARunningCheck()
     {
-        m.offerVersions({u"1.6"_s});
-        m.answer.delivery = Delivery::Dripped;
-        m.start();
-        m.clock->advance(1min);
-        waitForRequests(1);
+        startWith({u"1.6"_s}, Delivery::Dripped);
         m.updater->checkForUpdates(nullptr);
+        m.waitFor(u"Checking"_s);
         m.server->setDripInterval(0);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, (QStringList{u"checking"_s, u"offer 1.6"_s}), WaitLimit);
+        m.waitFor(u"1.6 is available"_s);
         QCOMPARE(m.server->requests().size(), 1);
     }
 
-    void aSkippedVersionStaysAway()
+    void skippedVersionStaysAway()
     {
         m.defaults().setObject(u"SUSkippedVersion"_s, u"1.6"_s);
-        m.offerVersions({u"1.6"_s});
-        m.start();
-        m.clock->advance(1min);
+        startWith({u"1.6"_s});
         waitForCheckAt(m.clock->date());
-        QVERIFY(m.window->states.isEmpty());
+        QVERIFY(m.quietShows.isEmpty());
         m.offerVersions({u"1.6"_s, u"1.7"_s});
         letPass(24h);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, QStringList{u"by itself 1.7"_s}, WaitLimit);
+        m.waitFor(u"1.7 is available"_s);
     }
 
-    void whoIsToBeRemindedIsRemindedAtTheNextCheck()
+    void openWindowIsNotReplacedAndAClosedOfferComesAgain()
     {
-        m.offerVersions({u"1.6"_s});
-        m.start();
-        m.clock->advance(1min);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 1, WaitLimit);
-        m.window->close();
-        letPass(24h);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states, (QStringList{u"by itself 1.6"_s, u"by itself 1.6"_s}),
-                                  WaitLimit);
-    }
-
-    void anOpenWindowIsNotReplaced()
-    {
-        m.offerVersions({u"1.6"_s});
-        m.start();
-        m.clock->advance(1min);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), 1, WaitLimit);
+        startWith({u"1.6"_s});
+        m.waitFor(u"1.6 is available"_s);
         letPass(72h);
         QCOMPARE(m.server->requests().size(), 1);
-        m.window->close();
+        m.press("laterButton");
+        QVERIFY(!m.window());
         letPass(1h);
-        waitForRequests(2);
+        m.waitFor(u"1.6 is available"_s);
+        QCOMPARE(m.server->requests().size(), 2);
     }
 
-    void aCancelledCheckIsNotBegunAgainAtOnce()
+    void cancelledCheckIsNotRepeatedAtOnce()
     {
         m.start();
         m.clock->advance(30s);
         m.answer.delivery = Delivery::Silent;
         m.updater->checkForUpdates(nullptr);
-        waitForRequests(1);
-        m.window->close();
+        m.waitForRequests(1);
+        m.press("cancelButton");
         m.clock->advance(59min);
         QCOMPARE(m.server->requests().size(), 1);
-    }
-
-    void aDateThatWasWrongIsNoReasonToWait()
-    {
-        m.defaults().setObject(u"SULastCheckTime"_s, m.clock->date().addYears(5));
-        m.start();
-        m.clock->advance(1min);
-        waitForCheckAt(m.clock->date());
     }
 
     void wakingFromLongSleepChecksWithinTheHour()
@@ -266,5 +246,5 @@ private Q_SLOTS:
     }
 };
 
-PLOVENDIX_TEST(UpdaterScheduleTest)
+PLOVENDIX_GUI_TEST(UpdaterScheduleTest)
 #include "UpdaterScheduleTest.moc"

@@ -13,14 +13,22 @@ class UpdaterTest final : public QObject
 private:
     UpdaterFixture m;
 
-    void check(qsizetype states = 2)
+    /// Checks until the window says something that contains `text`.
+    void check(const QString &text)
     {
         m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.window->states.size(), states, WaitLimit);
+        QCOMPARE(m.shown(), u"Checking for updates…\n"_s);
+        m.waitFor(text);
     }
-    QString lastState() const { return m.window->states.constLast(); }
+    void beginHanging()
+    {
+        m.answer.delivery = Delivery::Silent;
+        m.updater->checkForUpdates(nullptr);
+        m.waitForRequests(1);
+    }
 
 private Q_SLOTS:
+    void initTestCase() { registerUpdateScene(); }
     void init()
     {
         m.prepare();
@@ -29,163 +37,127 @@ private Q_SLOTS:
     }
     void cleanup() { m.clear(); }
 
-    void thereIsNothingNewer()
+    void nothingNewerIsSaid()
     {
+        QVERIFY(!m.window());
         m.offerVersions({u"1.5"_s, u"1.4"_s});
-        check();
-        QCOMPARE(m.window->states, (QStringList{u"checking"_s, u"newest 1.5"_s}));
+        check(u"Plovendix 1.5 is the newest version."_s);
         QCOMPARE(m.lastCheck(), m.clock->date());
+        QCOMPARE(m.quietShows, QList<bool>{false});
     }
 
-    void aNewerVersionIsOffered()
+    void newerVersionIsOfferedAndOpened()
     {
         m.offerVersions({u"1.6"_s, u"1.10"_s});
-        check();
-        QCOMPARE(m.window->states, (QStringList{u"checking"_s, u"offer 1.10"_s}));
-        QCOMPARE(m.window->offer.installedVersion, u"1.5"_s);
-        QCOMPARE(m.window->offer.notes, u"New in 1.10"_s);
-        QCOMPARE(m.window->offer.link, QUrl(u"https://get.example/1.10"_s));
+        check(u"Plovendix 1.10 is available; you have 1.5."_s);
+        QCOMPARE(m.child<QPlainTextEdit>("notesView")->toPlainText(), u"New in 1.10"_s);
         QCOMPARE(m.lastCheck(), m.clock->date());
         QVERIFY(m.workspace->opened.isEmpty());
+        m.press("getButton");
+        QCOMPARE(m.workspace->opened, QList<QUrl>{QUrl(u"https://get.example/1.10"_s)});
+        QVERIFY(!m.window());
     }
 
-    void getOpensTheLink()
-    {
-        m.offerVersions({u"1.6"_s});
-        check();
-        m.window->person->getUpdate();
-        QCOMPARE(m.workspace->opened, QList<QUrl>{QUrl(u"https://get.example/1.6"_s)});
-        QCOMPARE(lastState(), u"dismissed"_s);
-    }
-
-    void unopenedLinkIsReported()
+    void unopenedLinkIsShown()
     {
         m.workspace->takesLinks = false;
         m.offerVersions({u"1.6"_s});
-        check();
-        m.window->person->getUpdate();
-        QVERIFY(lastState().startsWith(u"failure "_s));
-        QVERIFY(lastState().endsWith(u"\nhttps://get.example/1.6"_s));
+        check(u"1.6 is available"_s);
+        m.press("getButton");
+        QVERIFY(m.shown().contains(u"Nothing on this computer opens web pages."_s));
+        QVERIFY(m.shown().endsWith(u"\nhttps://get.example/1.6"_s));
     }
 
-    void failuresAreReported()
+    void failureIsReported()
     {
         m.answer = {200, {}, "<!DOCTYPE html><html>Sign in</html>"};
-        check();
-        QVERIFY(lastState().startsWith(u"failure Something else answered"_s));
+        check(u"The check for updates failed\nSomething else answered"_s);
         QVERIFY(!m.lastCheck().isValid());
     }
 
-    void anOlderFeedThanOneThatWasSeenIsRefused()
+    void feedOlderThanTheLastIsRefused()
     {
         m.offerVersions({u"1.6"_s});
-        check();
-        QCOMPARE(lastState(), u"offer 1.6"_s);
+        check(u"1.6 is available"_s);
         m.feedDate = u"2030-02-28T12:00:00Z"_s;
         m.offerVersions({u"1.5"_s});
-        check(4);
-        QVERIFY2(lastState().startsWith(u"failure The list of versions is older"_s), qPrintable(lastState()));
-        // The program remembers it, too.
-        m.start();
-        check(6);
-        QVERIFY2(lastState().startsWith(u"failure The list of versions is older"_s), qPrintable(lastState()));
+        check(u"The list of versions is older"_s);
+        m.start(); // the settings keep the date
+        check(u"The list of versions is older"_s);
         m.feedDate = u"2030-03-01T12:00:01Z"_s;
         m.offerVersions({u"1.7"_s});
-        check(8);
-        QCOMPARE(lastState(), u"offer 1.7"_s);
+        check(u"1.7 is available"_s);
     }
 
-    void aNewDateOnAnOldFeedIsRefused()
+    void newDateOnAnOldFeedIsRefused()
     {
         m.answer.body.replace("2030-03-01", "2030-03-02");
-        check();
-        QVERIFY2(lastState().startsWith(u"failure The list of versions is not signed"_s),
-                 qPrintable(lastState()));
+        check(u"The list of versions is not signed"_s);
     }
 
-    void anUnsignedVersionIsAFailure()
+    void unsignedVersionIsAFailure()
     {
         m.offerVersions({u"1.6"_s}, false);
-        check();
-        QVERIFY(lastState().startsWith(u"failure A new version is announced, but it is not signed"_s));
+        check(u"A new version is announced, but it is not signed"_s);
         QVERIFY(!m.lastCheck().isValid());
-        m.window->person->getUpdate();
-        QVERIFY(m.workspace->opened.isEmpty());
     }
 
     void askingTwiceIsOneCheck()
     {
-        m.answer.delivery = Delivery::Silent;
+        beginHanging();
         m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, WaitLimit);
-        m.updater->checkForUpdates(nullptr);
-        QCOMPARE(m.window->states, (QStringList{u"checking"_s, u"forward"_s}));
         m.clock->advance(30s);
-        QTRY_VERIFY_WITH_TIMEOUT(lastState().startsWith(u"failure "_s), WaitLimit);
+        m.waitFor(u"did not answer in time"_s);
         QCOMPARE(m.server->requests().size(), 1);
     }
 
     void closingTheWindowEndsTheCheck()
     {
-        m.answer.delivery = Delivery::Silent;
-        m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, WaitLimit);
-        m.window->close();
+        beginHanging();
+        m.window()->close();
         QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         m.clock->advance(120s);
-        QCOMPARE(m.window->states, QStringList{u"checking"_s});
+        QVERIFY(!m.window());
         m.offerVersions({});
-        check(3);
-        QCOMPARE(lastState(), u"newest 1.5"_s);
+        check(u"newest version"_s);
     }
 
     void askingAgainReplacesAnOffer()
     {
         m.offerVersions({u"1.6"_s});
-        check();
+        check(u"1.6 is available"_s);
         m.offerVersions({});
-        check(4);
-        QCOMPARE(lastState(), u"newest 1.5"_s);
-        m.window->person->getUpdate();
-        QVERIFY(m.workspace->opened.isEmpty());
+        check(u"newest version"_s);
     }
 
-    void aSkippedVersionIsOfferedToWhoAsks()
+    void skippedVersionIsOfferedOnRequest()
     {
         m.offerVersions({u"1.6"_s});
-        check();
-        m.window->person->skipVersion();
-        QCOMPARE(lastState(), u"dismissed"_s);
+        check(u"1.6 is available"_s);
+        m.press("skipButton");
+        QVERIFY(!m.window());
         QCOMPARE(m.defaults().string(u"SUSkippedVersion"_s), u"1.6"_s);
-        check(5);
-        QCOMPARE(lastState(), u"offer 1.6"_s);
+        check(u"1.6 is available"_s);
     }
 
-    void withoutAnAddressInTheSettingsTheReservedOneHolds()
+    void addressIsASettingWithAReservedHost()
     {
+        m.defaults().setObject(u"UpdateFeedURL"_s, u"http://updates.example/f"_s);
+        check(u"must begin with https"_s);
         m.defaults().removeObject(u"UpdateFeedURL"_s);
         QCOMPARE(m.defaults().string(u"UpdateFeedURL"_s),
                  u"https://updates.quorvane.example/plovendix/appcast.xml"_s);
     }
 
-    void anAddressInTheClearIsToldAtOnce()
+    void updaterMayGoDuringACheck()
     {
-        m.defaults().setObject(u"UpdateFeedURL"_s, u"http://updates.example/f"_s);
-        check();
-        QVERIFY(lastState().contains(u"must begin with https"_s));
-    }
-
-    void theUpdaterMayGoDuringACheck()
-    {
-        m.answer.delivery = Delivery::Silent;
-        m.updater->checkForUpdates(nullptr);
-        QTRY_COMPARE_WITH_TIMEOUT(m.server->requests().size(), 1, WaitLimit);
+        beginHanging();
         m.updater.reset();
-        QVERIFY(!m.window->person);
+        QVERIFY(!m.window());
         QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         QCOMPARE(m.clock->pending(), QList<Clock::Duration>());
     }
 };
 
-PLOVENDIX_TEST(UpdaterTest)
+PLOVENDIX_GUI_TEST(UpdaterTest)
 #include "UpdaterTest.moc"
