@@ -6,7 +6,7 @@
 #include <features/about/AboutWindowController.h>
 #include <features/donation/DonationPrompt.h>
 #include <features/feedback/FeedbackViewController.h>
-#include <features/preferences/PreferencesScenes.h>
+#include <features/preferences/PrefsWindowController.h>
 #include <features/search/MainViewController.h>
 #include <features/updates/UpdateViewController.h>
 #include <ui/scenes/Storyboard.h>

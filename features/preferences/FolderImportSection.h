@@ -31,7 +31,7 @@ public:
     void cancel();
 
 Q_SIGNALS:
-    /// Call when the catalogue may have changed.
+    /// The catalogue may have changed.
     void catalogueChanged();
 
 private:

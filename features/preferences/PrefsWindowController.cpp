@@ -1,6 +1,9 @@
 #include "PrefsWindowController.h"
 
+#include "PrefsGeneralViewController.h"
+#include "PrefsServicesViewController.h"
 #include "PrefsTabViewController.h"
+#include "PrefsUpdatesViewController.h"
 
 #include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
@@ -61,4 +64,14 @@ void PrefsWindowController::windowDidLoad()
     m_tabs->fitWindow();
     if (ui::Window *preferences = window())
         preferences->center();
+}
+
+void registerPreferencesScenes()
+{
+    Storyboard::registerController(StoryboardName, u"PrefsGeneralViewController"_s,
+                                   [] { return ViewController::make<PrefsGeneralViewController>(); });
+    Storyboard::registerController(StoryboardName, u"PrefsServicesViewController"_s,
+                                   [] { return ViewController::make<PrefsServicesViewController>(); });
+    Storyboard::registerController(StoryboardName, u"PrefsUpdatesViewController"_s,
+                                   [] { return ViewController::make<PrefsUpdatesViewController>(); });
 }

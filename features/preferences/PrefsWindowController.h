@@ -30,3 +30,6 @@ private:
     QStringList m_identifiers;
     std::shared_ptr<PrefsTabViewController> m_tabs;
 };
+
+/// Registers the panes with the storyboard "Preferences".
+void registerPreferencesScenes();

@@ -32,9 +32,6 @@ public:
         bool isOwn = false; // chosen by the person, not shipped with the program
     };
 
-    ServiceAccounts() = default;
-    ~ServiceAccounts() override;
-
     /// The text in use; empty when there is none.
     virtual QString text(Item item) const = 0;
     /// Whether the environment sets it, which overrides the settings.
@@ -53,10 +50,13 @@ public:
     virtual Catalogue catalogue() const = 0;
 
     /// The accounts that the process entry installed, or null.
-    static std::shared_ptr<ServiceAccounts> shared();
-    static void setShared(std::shared_ptr<ServiceAccounts> accounts);
+    static std::shared_ptr<ServiceAccounts> shared() { return s_shared; }
+    static void setShared(std::shared_ptr<ServiceAccounts> accounts) { s_shared = std::move(accounts); }
 
 Q_SIGNALS:
     /// The texts in use have changed, for example after the keyring was unlocked.
     void changed();
+
+private:
+    static inline std::shared_ptr<ServiceAccounts> s_shared;
 };

@@ -1,7 +1,7 @@
 #include <base/Bundle.h>
 #include <base/UserDefaults.h>
 #include <features/preferences/MenuForBindings.h>
-#include <features/preferences/PreferencesScenes.h>
+#include <features/preferences/PrefsWindowController.h>
 #include <features/preferences/PrefsGeneralViewController.h>
 #include <features/preferences/PrefsTabViewController.h>
 #include <features/preferences/PrefsWindowController.h>
@@ -272,8 +272,8 @@ private Q_SLOTS:
         // A click on the line itself.
         popUp()->showPopup();
         QTRY_VERIFY(popUp()->view()->isVisible());
-        popUp()->view()->scrollTo(menu->index(separator));
-        const QRect line = popUp()->view()->visualRect(menu->index(separator));
+        popUp()->view()->scrollTo(menu->index(separator, 0));
+        const QRect line = popUp()->view()->visualRect(menu->index(separator, 0));
         QVERIFY(line.isValid());
         QTest::mouseMove(popUp()->view()->viewport(), line.center());
         QTest::mouseClick(popUp()->view()->viewport(), Qt::LeftButton, {}, line.center());

@@ -1,6 +1,6 @@
 #include <base/Bundle.h>
 #include <base/UserDefaults.h>
-#include <features/preferences/PreferencesScenes.h>
+#include <features/preferences/PrefsWindowController.h>
 #include <features/preferences/PrefsUpdatesViewController.h>
 #include <features/updates/UpdateChecking.h>
 #include <tests/support/Sandbox.h>

@@ -1,7 +1,7 @@
 #pragma once
 #include <base/UserDefaults.h>
 #include <base/Workspace.h>
-#include <features/preferences/PreferencesScenes.h>
+#include <features/preferences/PrefsWindowController.h>
 #include <features/preferences/PrefsServicesViewController.h>
 #include <features/preferences/ServiceAccounts.h>
 #include <tests/support/Sandbox.h>
