@@ -8,7 +8,6 @@
 #include <base/LocalizedString.h>
 #include <ui/controls/Label.h>
 #include <ui/views/Animator.h>
-#include <ui/views/ImageFade.h>
 #include <ui/views/ImageView.h>
 #include <ui/views/LayoutConstraint.h>
 
@@ -48,10 +47,9 @@ void MainViewController::updateDetailView()
     detailLanguageLabel->setText(subtitle->languageName);
 
     detailViewImageView->setWantsLayer(true);
-    detailViewImageView->setCanDrawSubviewsIntoLayer(true);
     detailViewImageView->layer()->setCornerRadius(PosterCornerRadius);
     detailViewImageView->layer()->setMasksToBounds(true);
-    setImageWithFade(*detailViewImageView, std::nullopt);
+    detailViewImageView->setImageWithFade(std::nullopt);
     if (subtitle->imdbID)
         loadPoster(*subtitle->imdbID);
     else
@@ -81,7 +79,7 @@ void MainViewController::fetchPoster(const FindResult &found)
             return;
         if (!image)
             return printError(image.error());
-        setImageWithFade(*self->detailViewImageView, ui::Image(*image));
+        self->detailViewImageView->setImageWithFade(ui::Image(*image));
     };
     MetadataService::shared().fetchImage(items.first(), ImageKind::Poster, PosterSize, show);
 }

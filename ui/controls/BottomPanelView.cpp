@@ -1,5 +1,4 @@
 #include "BottomPanelView.h"
-#include <ui/views/FadingSnapshot.h>
 #include <ui/views/LayoutConstraint.h>
 
 #include <QChildEvent>
@@ -59,7 +58,7 @@ void BottomPanelView::layOut()
 {
     const auto widgets = findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget *child : widgets) {
-        if (child->isWindow() || qobject_cast<FadingSnapshot *>(child))
+        if (child->isWindow())
             continue;
         if (isPanel(*child))
             layOutPanel(*child);

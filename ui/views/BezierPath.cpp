@@ -2,35 +2,36 @@
 
 #include <QPainter>
 
+using Kind = BezierPath::Element::Kind;
+
 BezierPath BezierPath::rect(const QRectF &rect)
 {
-    BezierPath path;
-    path.moveTo(rect.topLeft());
-    path.lineTo(rect.topRight());
-    path.lineTo(rect.bottomRight());
-    path.lineTo(rect.bottomLeft());
-    path.close();
-    return path;
+    return BezierPath({{Kind::MoveTo, rect.topLeft()},
+                       {Kind::LineTo, rect.topRight()},
+                       {Kind::LineTo, rect.bottomRight()},
+                       {Kind::LineTo, rect.bottomLeft()},
+                       {Kind::Close}});
 }
 
-void BezierPath::moveTo(const QPointF &point)
+BezierPath BezierPath::rect(const QRectF &rect, Corners roundedCorners, qreal cornerRadius)
 {
-    m_elements.append({Element::Kind::MoveTo, point, {}, {}});
-}
-
-void BezierPath::lineTo(const QPointF &point)
-{
-    m_elements.append({Element::Kind::LineTo, point, {}, {}});
-}
-
-void BezierPath::curveTo(const QPointF &point, const QPointF &controlPoint1, const QPointF &controlPoint2)
-{
-    m_elements.append({Element::Kind::CurveTo, point, controlPoint1, controlPoint2});
-}
-
-void BezierPath::close()
-{
-    m_elements.append({Element::Kind::Close, {}, {}, {}});
+    const qreal w = rect.width();
+    const qreal h = rect.height();
+    const qreal r = cornerRadius;
+    QList<Element> elements{{Kind::MoveTo, {w, 0}}};
+    const auto turn = [&](Corners which, const QPointF &corner, const QPointF &begin, const QPointF &end) {
+        if (!roundedCorners.contains(which)) {
+            elements.append({Kind::LineTo, corner});
+            return;
+        }
+        elements.append({Kind::LineTo, begin});
+        elements.append({Kind::CurveTo, end, corner, corner});
+    };
+    turn(Corners::bottomRight, {w, 0}, {w - r, 0}, {w, r});
+    turn(Corners::topRight, {w, h}, {w, h - r}, {w - r, h});
+    turn(Corners::topLeft, {0, h}, {r, h}, {0, h - r});
+    turn(Corners::bottomLeft, {0, 0}, {0, r}, {r, 0});
+    return BezierPath(elements);
 }
 
 QPainterPath BezierPath::painterPath(qreal viewHeight) const
@@ -39,19 +40,18 @@ QPainterPath BezierPath::painterPath(qreal viewHeight) const
         return QPointF(point.x(), viewHeight - point.y());
     };
     QPainterPath path;
-    for (const Element &element : m_elements) {
-        switch (element.kind) {
-        case Element::Kind::MoveTo:
-            path.moveTo(flipped(element.point));
+    for (const auto &[kind, point, controlPoint1, controlPoint2] : m_elements) {
+        switch (kind) {
+        case Kind::MoveTo:
+            path.moveTo(flipped(point));
             break;
-        case Element::Kind::LineTo:
-            path.lineTo(flipped(element.point));
+        case Kind::LineTo:
+            path.lineTo(flipped(point));
             break;
-        case Element::Kind::CurveTo:
-            path.cubicTo(flipped(element.controlPoint1), flipped(element.controlPoint2),
-                         flipped(element.point));
+        case Kind::CurveTo:
+            path.cubicTo(flipped(controlPoint1), flipped(controlPoint2), flipped(point));
             break;
-        case Element::Kind::Close:
+        case Kind::Close:
             path.closeSubpath();
             break;
         }

@@ -1,8 +1,7 @@
 #pragma once
+#include "Corners.h"
 #include <QList>
 #include <QPainterPath>
-#include <QPointF>
-#include <QRectF>
 
 class QPainter;
 
@@ -21,18 +20,20 @@ public:
             Close
         };
         Kind kind;
-        QPointF point;         // the end point
-        QPointF controlPoint1; // of a curve
-        QPointF controlPoint2;
+        QPointF point = {};         // the end point
+        QPointF controlPoint1 = {}; // of a curve
+        QPointF controlPoint2 = {};
         bool operator==(const Element &) const = default;
     };
 
+    BezierPath() = default;
+    explicit BezierPath(const QList<Element> &elements) : m_elements(elements) {}
     static BezierPath rect(const QRectF &rect);
-
-    void moveTo(const QPointF &point);
-    void lineTo(const QPointF &point);
-    void curveTo(const QPointF &point, const QPointF &controlPoint1, const QPointF &controlPoint2);
-    void close();
+    /// The outline of a rectangle of `rect`'s size at (0, 0) with these corners rounded: one open subpath,
+    /// anticlockwise from the bottom right, its bottom edge left to the implicit closing of a fill. Both
+    /// control points of a corner lie on the sharp corner, so that it hugs it more tightly than a circle's
+    /// arc. The radius is not clamped.
+    static BezierPath rect(const QRectF &rect, Corners roundedCorners, qreal cornerRadius);
 
     const QList<Element> &elements() const { return m_elements; }
     qreal lineWidth() const { return m_lineWidth; }

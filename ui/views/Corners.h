@@ -23,10 +23,12 @@ public:
 
     constexpr bool isEmpty() const { return rawValue == 0; }
     constexpr bool contains(Corners other) const { return (rawValue & other.rawValue) == other.rawValue; }
-    constexpr void insert(Corners other) { rawValue |= other.rawValue; }
-    constexpr void remove(Corners other) { rawValue &= ~other.rawValue; }
     /// The same corners mirrored top to bottom, for views whose y grows downwards.
-    Corners flipped() const;
+    constexpr Corners flipped() const
+    {
+        constexpr std::int64_t Tops = 1 | 4; // each bottom corner is the bit above its top corner
+        return Corners((rawValue & Tops) << 1 | (rawValue >> 1 & Tops));
+    }
 
     friend constexpr Corners operator|(Corners a, Corners b) { return Corners(a.rawValue | b.rawValue); }
     friend constexpr Corners operator&(Corners a, Corners b) { return Corners(a.rawValue & b.rawValue); }

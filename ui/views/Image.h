@@ -1,9 +1,17 @@
 #pragma once
 #include <QImage>
 #include <QPixmap>
-#include <QSizeF>
 #include <memory>
 #include <optional>
+
+/// How a picture fills a rectangle.
+enum class ContentsGravity
+{
+    Resize,
+    ResizeAspect,
+    ResizeAspectFill,
+    Center
+};
 
 namespace ui
 {
@@ -19,12 +27,14 @@ public:
     static std::optional<Image> named(const QString &name);
 
     /// The size in points at which it is drawn; its natural size unless set.
-    QSizeF size() const;
-    void setSize(const QSizeF &size);
+    QSizeF size() const { return m_size; }
+    void setSize(const QSizeF &size) { m_size = size; }
     /// The picture at `size` points for a device pixel ratio, at most 4096 pixels wide or high. Draw it into
     /// the intended rectangle, which may be larger.
     QPixmap pixmap(const QSizeF &size, qreal devicePixelRatio) const;
-    bool operator==(const Image &other) const;
+    /// Draws the picture by gravity, without leaving `bounds`.
+    void draw(QPainter &painter, const QRectF &bounds, ContentsGravity gravity) const;
+    bool operator==(const Image &other) const = default;
 
 private:
     class Source;

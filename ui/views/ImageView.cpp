@@ -1,5 +1,5 @@
 #include "ImageView.h"
-#include "ImageDrawing.h"
+#include "Animator.h"
 
 #include <QPainter>
 
@@ -7,17 +7,19 @@ ImageView::ImageView(QWidget *parent) : QWidget(parent) {}
 
 ImageView::~ImageView() = default;
 
-std::optional<ui::Image> ImageView::image() const
-{
-    return m_image;
-}
-
 void ImageView::setImage(const std::optional<ui::Image> &image)
 {
     m_image = image;
     if (m_layer)
         m_layer->setContents(image);
     update();
+}
+
+void ImageView::setImageWithFade(const std::optional<ui::Image> &image)
+{
+    setWantsLayer(true);
+    m_layer->setTransition(Animator::DefaultDuration);
+    setImage(image);
 }
 
 void ImageView::setAspectFill(bool fill)
@@ -50,11 +52,6 @@ void ImageView::setLayer(std::unique_ptr<ui::Layer> layer)
     update();
 }
 
-void ImageView::setCanDrawSubviewsIntoLayer(bool can)
-{
-    m_canDrawSubviewsIntoLayer = can;
-}
-
 void ImageView::draw(QPainter &painter, const QRectF &rect) const
 {
     if (m_wantsLayer && m_layer)
@@ -67,7 +64,7 @@ void ImageView::draw(QPainter &painter, const QRectF &rect) const
     const auto gravity = m_aspectFill ? ContentsGravity::ResizeAspectFill
                          : fits       ? ContentsGravity::Center
                                       : ContentsGravity::ResizeAspect;
-    drawImage(painter, *m_image, rect, gravity);
+    m_image->draw(painter, rect, gravity);
 }
 
 void ImageView::paintEvent(QPaintEvent *)
@@ -79,4 +76,12 @@ void ImageView::paintEvent(QPaintEvent *)
 ContentsGravity ImageView::ownGravity() const
 {
     return m_aspectFill ? ContentsGravity::ResizeAspectFill : ContentsGravity::ResizeAspect;
+}
+
+void AspectFillImageView::setImage(const std::optional<ui::Image> &image)
+{
+    setLayer(std::make_unique<ui::Layer>());
+    layer()->setContentsGravity(ContentsGravity::ResizeAspectFill);
+    layer()->setContents(image);
+    setWantsLayer(true);
 }

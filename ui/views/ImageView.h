@@ -1,11 +1,9 @@
 #pragma once
 #include "Layer.h"
 #include <QWidget>
-#include <memory>
-#include <optional>
 
 /// Shows one image. Its size does not depend on the image, so that changing it causes no layout. Layer-backed
-/// views (`setWantsLayer`) draw through their layer: rounded corners, fades.
+/// views (`setWantsLayer`) draw through their layer: rounded corners, fades. Main thread only.
 class ImageView : public QWidget
 {
     Q_OBJECT
@@ -16,8 +14,10 @@ public:
     explicit ImageView(QWidget *parent = nullptr);
     ~ImageView() override;
 
-    virtual std::optional<ui::Image> image() const;
+    virtual std::optional<ui::Image> image() const { return m_image; }
     virtual void setImage(const std::optional<ui::Image> &image);
+    /// Makes the view layer-backed and shows `image`, or none, with a cross-fade of a quarter of a second.
+    void setImageWithFade(const std::optional<ui::Image> &image);
 
     bool isAspectFill() const { return m_aspectFill; }
     void setAspectFill(bool fill);
@@ -27,9 +27,6 @@ public:
     void setWantsLayer(bool wants);
     ui::Layer *layer() const { return m_layer.get(); }
     void setLayer(std::unique_ptr<ui::Layer> layer);
-    /// Whether subviews should draw into the view's layer. Here they share one surface in any case.
-    bool canDrawSubviewsIntoLayer() const { return m_canDrawSubviewsIntoLayer; }
-    void setCanDrawSubviewsIntoLayer(bool can);
 
     /// Draws what the view shows into `rect`, for a table's cell.
     void draw(QPainter &painter, const QRectF &rect) const;
@@ -45,5 +42,18 @@ private:
     bool m_layerIsOwn = false; // created here, not set
     bool m_wantsLayer = false;
     bool m_aspectFill = false;
-    bool m_canDrawSubviewsIntoLayer = false;
+};
+
+/// Shows its image scaled to fill its frame, cropping the overflow, by setting a new layer for each image.
+/// The image cannot be read back. Placed by scenes. Main thread only.
+class AspectFillImageView final : public ImageView
+{
+    Q_OBJECT
+
+public:
+    using ImageView::ImageView;
+
+    /// Always none.
+    std::optional<ui::Image> image() const override { return std::nullopt; }
+    void setImage(const std::optional<ui::Image> &image) override;
 };

@@ -1,11 +1,8 @@
 #include "Layer.h"
 #include "Animator.h"
-#include "EasingCurves.h"
-#include "ImageDrawing.h"
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QVariantAnimation>
 
 namespace
 {
@@ -34,13 +31,27 @@ void cutCorners(QImage &image, qreal radius)
 }
 } // namespace
 
+ui::Layer::Layer()
+{
+    m_fade.setStartValue(qreal(0));
+    m_fade.setEndValue(qreal(1));
+    m_fade.setEasingCurve(Animator::easeInEaseOut());
+    connect(&m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
+        m_progress = value.toReal();
+        Q_EMIT needsDisplay();
+    });
+    connect(&m_fade, &QVariantAnimation::finished, this, [this] {
+        endFade();
+        Q_EMIT needsDisplay();
+    });
+}
+
 void ui::Layer::setContents(const std::optional<ui::Image> &contents)
 {
     if (contents == m_contents)
         return;
-    const auto transition = animation(QLatin1String(TransitionKey));
-    if (transition && transition->duration.count() > 0 && !Animator::prefersReducedMotion())
-        beginFade(*transition);
+    if (m_transition.count() > 0 && !Animator::prefersReducedMotion())
+        beginFade();
     else
         endFade();
     m_contents = contents;
@@ -65,23 +76,7 @@ void ui::Layer::setMasksToBounds(bool masks)
     Q_EMIT needsDisplay();
 }
 
-void ui::Layer::addAnimation(const Transition &transition, const QString &key)
-{
-    m_animations.insert(key, transition);
-}
-
-std::optional<Transition> ui::Layer::animation(const QString &key) const
-{
-    const auto found = m_animations.constFind(key);
-    return found == m_animations.constEnd() ? std::nullopt : std::optional(*found);
-}
-
-qreal ui::Layer::fadeProgress() const
-{
-    return m_progress;
-}
-
-void ui::Layer::beginFade(const Transition &transition)
+void ui::Layer::beginFade()
 {
     // An interrupted fade continues from the visible mixture.
     for (Outgoing &outgoing : m_outgoing)
@@ -90,34 +85,15 @@ void ui::Layer::beginFade(const Transition &transition)
         m_outgoing.append({*m_contents, m_progress});
     m_outgoing.removeIf([](const Outgoing &outgoing) { return outgoing.opacity < VisibleOpacity; });
 
-    if (!m_fade)
-        makeFade();
-    m_fade->stop();
-    m_fade->setDuration(int(transition.duration.count()));
-    m_fade->setEasingCurve(easingCurve(transition.timingFunction));
+    m_fade.stop();
+    m_fade.setDuration(int(m_transition.count()));
     m_progress = 0;
-    m_fade->start();
-}
-
-void ui::Layer::makeFade()
-{
-    m_fade = new QVariantAnimation(this);
-    m_fade->setStartValue(qreal(0));
-    m_fade->setEndValue(qreal(1));
-    connect(m_fade, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
-        m_progress = value.toReal();
-        Q_EMIT needsDisplay();
-    });
-    connect(m_fade, &QVariantAnimation::finished, this, [this] {
-        endFade();
-        Q_EMIT needsDisplay();
-    });
+    m_fade.start();
 }
 
 void ui::Layer::endFade()
 {
-    if (m_fade)
-        m_fade->stop();
+    m_fade.stop();
     m_outgoing.clear();
     m_progress = 1;
 }
@@ -130,7 +106,7 @@ void ui::Layer::draw(QPainter &painter, const QRectF &bounds) const
     if (rounded || m_progress < 1)
         painter.drawImage(bounds.topLeft(), composed(bounds.size(), painter.device()->devicePixelRatioF()));
     else if (m_contents)
-        drawImage(painter, *m_contents, bounds, m_gravity);
+        m_contents->draw(painter, bounds, m_gravity);
 }
 
 void ui::Layer::add(QImage &mixture, const ui::Image &image, qreal opacity) const
@@ -138,7 +114,7 @@ void ui::Layer::add(QImage &mixture, const ui::Image &image, qreal opacity) cons
     QImage part = transparentImage(mixture.size(), mixture.devicePixelRatio());
     QPainter drawing(&part);
     drawing.setOpacity(opacity);
-    drawImage(drawing, image, QRectF(QPointF(), mixture.deviceIndependentSize()), m_gravity);
+    image.draw(drawing, QRectF(QPointF(), mixture.deviceIndependentSize()), m_gravity);
     drawing.end();
     // Adding the parts keeps the mixture of two opaque pictures opaque.
     QPainter adding(&mixture);

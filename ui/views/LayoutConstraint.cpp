@@ -1,33 +1,48 @@
 #include "LayoutConstraint.h"
-#include "ConstraintMovement.h"
+#include "Animator.h"
 
 #include <utility>
 
-void LayoutConstraint::setConstant(qreal constant)
+LayoutConstraint::LayoutConstraint(QObject *parent) : QObject(parent)
 {
-    const auto movement = std::exchange(m_movement, {});
-    if (movement)
-        movement->stop();
-    const QPointer<LayoutConstraint> alive = this;
-    present(constant);
-    if (alive)
-        setTarget(constant);
-    if (movement)
-        movement->end();
+    m_movement.setEasingCurve(Animator::easeInEaseOut());
+    connect(&m_movement, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
+        // The movement also announces values while it is being set up.
+        if (m_movement.state() != QAbstractAnimation::Stopped)
+            present(value.toReal());
+    });
+    connect(&m_movement, &QAbstractAnimation::finished, this, [this] {
+        present(m_constant);
+        if (const auto completion = std::exchange(m_completion, {}))
+            completion();
+    });
 }
 
-void LayoutConstraint::setTarget(qreal constant)
+void LayoutConstraint::move(qreal constant, std::chrono::milliseconds duration,
+                            const std::function<void()> &completion)
 {
-    if (m_constant == constant)
-        return;
-    m_constant = constant;
-    Q_EMIT constantChanged(constant);
+    const bool isAnimated = duration.count() > 0;
+    const auto replaced = std::exchange(m_completion, isAnimated ? completion : nullptr);
+    m_movement.stop();
+    if (std::exchange(m_constant, constant) != constant)
+        Q_EMIT constantChanged(constant);
+    if (isAnimated) {
+        m_movement.setStartValue(m_presented);
+        m_movement.setEndValue(constant);
+        m_movement.setDuration(int(duration.count()));
+        m_movement.start();
+    } else {
+        present(constant);
+    }
+    // The completions run last, because they may destroy this object.
+    if (replaced)
+        replaced();
+    if (!isAnimated && completion)
+        completion();
 }
 
 void LayoutConstraint::present(qreal constant)
 {
-    if (m_presented == constant)
-        return;
-    m_presented = constant;
-    Q_EMIT presentedConstantChanged(constant);
+    if (std::exchange(m_presented, constant) != constant)
+        Q_EMIT presentedConstantChanged(constant);
 }

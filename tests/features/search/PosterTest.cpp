@@ -143,7 +143,6 @@ private Q_SLOTS:
         m_view->showResults(1);
         select(0);
         QVERIFY(poster()->wantsLayer());
-        QVERIFY(poster()->canDrawSubviewsIntoLayer());
         QCOMPARE(poster()->layer()->cornerRadius(), 6.0);
         QVERIFY(poster()->layer()->masksToBounds());
         QCOMPARE(poster()->layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);

@@ -6,29 +6,34 @@
 #include <ui/views/ImageView.h>
 
 #include <QPushButton>
-#include <QTest>
 #include <QVBoxLayout>
 
 namespace
 {
-/// A window with one button that counts its clicks.
+/// A window with a red square and a button that counts its clicks.
 struct Scene
 {
     Scene()
     {
         window.resize(200, 100);
-        button.setGeometry(20, 20, 100, 40);
-        QObject::connect(&button, &QPushButton::clicked, &window, [this] { ++clicks; });
+        square.setGeometry(140, 20, 40, 40);
+        square.setImage(solidImage({40, 40}, Qt::red));
+        button->setGeometry(20, 20, 100, 40);
+        QObject::connect(button.get(), &QPushButton::clicked, &window, [this] { ++clicks; });
         window.show();
     }
 
+    QVariantAnimation *fade() { return runningAnimation(window); }
+    QColor colorAt(const QPoint &point) { return window.grab().toImage().pixelColor(point); }
+
     QWidget window;
-    QPushButton button{QStringLiteral("Cancel"), &window};
+    ImageView square{&window};
+    std::unique_ptr<QPushButton> button = std::make_unique<QPushButton>(&window);
     int clicks = 0;
 };
-
 } // namespace
 
+/// How views are shown and hidden; LayoutConstraintTest has the movements.
 class AnimatorTest : public QObject
 {
     Q_OBJECT
@@ -37,123 +42,93 @@ private Q_SLOTS:
     void init() { Animator::setReducedMotion(false); }
     void cleanup() { Animator::setReducedMotion(std::nullopt); }
 
-    void hiddenStateIsTheNewOneAtOnce()
+    void aViewThatFadesTakesClicksByItsNewState()
     {
         Scene scene;
-        Animator::setHidden(scene.button, true);
-        QVERIFY(scene.button.isHidden());
-        Animator::setHidden(scene.button, false);
-        QVERIFY(!scene.button.isHidden());
-        QVERIFY(scene.button.isVisible());
-    }
-
-    void aViewThatFadesOutTakesNoClicks()
-    {
-        Scene scene;
-        const QPoint middle = scene.button.geometry().center();
-        Animator::setHidden(scene.button, true);
-        QVERIFY(runningAnimation(scene.window));
+        const QPoint middle = scene.button->geometry().center();
+        Animator::setHidden(*scene.button, true);
+        QVERIFY(scene.button->isHidden());
+        QVERIFY(scene.fade());
         QCOMPARE(scene.window.childAt(middle), nullptr); // what still shows there takes nothing
-        QTest::mouseClick(&scene.window, Qt::LeftButton, {}, middle);
         QTest::mouseClick(scene.window.windowHandle(), Qt::LeftButton, {}, middle);
         QCOMPARE(scene.clicks, 0);
-    }
-
-    void aViewThatFadesInTakesClicks()
-    {
-        Scene scene;
-        scene.button.hide();
-        const QPoint middle = scene.button.geometry().center();
-        Animator::setHidden(scene.button, false);
-        QVERIFY(runningAnimation(scene.window));
-        QCOMPARE(scene.window.childAt(middle), &scene.button);
+        Animator::setHidden(*scene.button, false);
+        QVERIFY(scene.button->isVisible());
+        QVERIFY(scene.fade());
+        QCOMPARE(scene.window.childAt(middle), scene.button.get());
         QTest::mouseClick(scene.window.windowHandle(), Qt::LeftButton, {}, middle);
         QCOMPARE(scene.clicks, 1);
     }
 
     void hidingFadesTheOldLookAway()
     {
-        QWidget window;
-        window.resize(60, 60);
-        window.setPalette(QPalette(Qt::white));
-        ImageView square(&window);
-        square.setGeometry(10, 10, 40, 40);
-        square.setImage(solidImage({40, 40}, Qt::red));
-        window.show();
-        const QColor ground = window.grab().toImage().pixelColor(2, 2);
-
-        Animator::setHidden(square, true);
-        QCOMPARE(window.grab().toImage().pixelColor(30, 30), QColor(Qt::red));
-        auto *fade = runningAnimation(window);
+        Scene scene;
+        const QPoint middle = scene.square.geometry().center();
+        const QColor ground = scene.colorAt({2, 2});
+        Animator::setHidden(scene.square, true);
+        QCOMPARE(scene.colorAt(middle), QColor(Qt::red));
+        auto *fade = scene.fade();
         QVERIFY(fade);
         QCOMPARE(fade->duration(), 250);
         fade->pause();
         fade->setCurrentTime(125);
-        const QColor halfway = window.grab().toImage().pixelColor(30, 30);
-        QVERIFY(isNear(halfway, QColor((255 + ground.red()) / 2, ground.green() / 2, ground.blue() / 2)));
+        QVERIFY(isNear(scene.colorAt(middle),
+                       QColor((255 + ground.red()) / 2, ground.green() / 2, ground.blue() / 2)));
         fade->resume();
-        QTRY_COMPARE(window.grab().toImage().pixelColor(30, 30), ground);
-        QTRY_VERIFY(!window.findChild<QVariantAnimation *>()); // nothing stays behind
+        QTRY_COMPARE(scene.colorAt(middle), ground);
+        QTRY_VERIFY(!scene.window.findChild<QVariantAnimation *>()); // nothing stays behind
     }
 
-    void aFadeTurnedBackEndsInTheLastState()
+    void aFadeTurnedBackReplacesTheFirst()
     {
         Scene scene;
-        Animator::setHidden(scene.button, true);
-        Animator::setHidden(scene.button, false);
-        Animator::setHidden(scene.button, true);
-        QVERIFY(scene.button.isHidden());
-        QTRY_VERIFY(!runningAnimation(scene.window));
-        QVERIFY(scene.button.isHidden());
+        Animator::setHidden(scene.square, true);
+        scene.fade()->pause();
+        Animator::setHidden(scene.square, false);
+        QTRY_COMPARE(scene.window.findChildren<QVariantAnimation *>().size(), 1);
+        QTRY_VERIFY(!scene.fade());
+        QCOMPARE(scene.colorAt(scene.square.geometry().center()), QColor(Qt::red));
     }
 
-    void sameStateStartsNothing()
+    void changeIsAtOnce_data()
+    {
+        QTest::addColumn<bool>("reducedMotion");
+        QTest::addColumn<bool>("isShown"); // the window
+        QTest::addColumn<bool>("hides");
+        QTest::newRow("same state") << false << true << false;
+        QTest::newRow("reduced motion") << true << true << true;
+        QTest::newRow("not on screen") << false << false << true;
+    }
+    void changeIsAtOnce()
+    {
+        QFETCH(bool, reducedMotion);
+        QFETCH(bool, isShown);
+        QFETCH(bool, hides);
+        Scene scene;
+        scene.window.setVisible(isShown);
+        Animator::setReducedMotion(reducedMotion);
+        QCOMPARE(Animator::prefersReducedMotion(), reducedMotion);
+        Animator::setHidden(*scene.button, hides);
+        QCOMPARE(scene.button->isHidden(), hides);
+        QVERIFY(!scene.fade());
+        Animator::setHidden(scene.window, !isShown); // a window has no window to fade in
+        QVERIFY(!scene.fade());
+    }
+
+    void viewMayBeDestroyedDuringAFade()
     {
         Scene scene;
-        Animator::setHidden(scene.button, false);
-        QVERIFY(!runningAnimation(scene.window));
-        QVERIFY(scene.button.isVisible());
+        Animator::setHidden(*scene.button, true);
+        scene.fade()->pause();
+        scene.button.reset();
+        QTRY_VERIFY(!scene.window.findChild<QVariantAnimation *>());
     }
 
-    void aViewThatIsNotOnScreenChangesAtOnce()
-    {
-        QWidget window;
-        QPushButton button(&window);
-        Animator::setHidden(button, true);
-        QVERIFY(button.isHidden());
-        QVERIFY(!runningAnimation(window));
-        window.show();
-        QVERIFY(!button.isVisible());
-        Animator::setHidden(button, false);
-        QVERIFY(button.isVisible());
-    }
-
-    void reducedMotionHidesAtOnce()
-    {
-        Animator::setReducedMotion(true);
-        Scene scene;
-        Animator::setHidden(scene.button, true);
-        QVERIFY(scene.button.isHidden());
-        QVERIFY(!runningAnimation(scene.window));
-    }
-
-    void viewMayGoDuringAFade()
-    {
-        QWidget window;
-        window.resize(100, 100);
-        auto button = std::make_unique<QPushButton>(&window);
-        window.show();
-        Animator::setHidden(*button, true);
-        QVERIFY(runningAnimation(window));
-        button.reset();
-        QTRY_VERIFY(!window.findChild<QVariantAnimation *>());
-    }
-
-    void windowMayGoDuringAFade()
+    void windowMayBeDestroyedDuringAFade()
     {
         auto scene = std::make_unique<Scene>();
-        Animator::setHidden(scene->button, true);
-        const QPointer<QVariantAnimation> fade = runningAnimation(scene->window);
+        Animator::setHidden(*scene->button, true);
+        const QPointer<QVariantAnimation> fade = scene->fade();
         QVERIFY(fade);
         scene.reset();
         QVERIFY(!fade);
@@ -161,25 +136,21 @@ private Q_SLOTS:
 
     void aViewInALayoutFadesAtItsPlace()
     {
-        QWidget window;
-        QVBoxLayout layout(&window);
-        QPushButton above(QStringLiteral("Above"));
-        QPushButton below(QStringLiteral("Below"));
-        layout.addWidget(&above);
-        layout.addWidget(&below);
-        window.resize(200, 200);
-        window.show();
-        Animator::setHidden(above, true);
-        Animator::setHidden(above, false);
-        QVERIFY(above.geometry().bottom() < below.geometry().top());
-        QCOMPARE(layout.count(), 2);
-    }
-
-    void preferenceCanBeSetForTests()
-    {
-        QVERIFY(!Animator::prefersReducedMotion());
-        Animator::setReducedMotion(true);
-        QVERIFY(Animator::prefersReducedMotion());
+        Scene scene;
+        auto *below = new QPushButton;
+        auto *layout = new QVBoxLayout(&scene.window);
+        layout->addWidget(&scene.square);
+        layout->addWidget(below);
+        layout->activate();
+        const QRect place = scene.square.geometry();
+        Animator::setHidden(scene.square, true);
+        QVERIFY(below->geometry() != place);
+        Animator::setHidden(scene.square, false);
+        QCOMPARE(scene.square.geometry(), place);
+        auto *snapshot = qobject_cast<QWidget *>(scene.fade()->parent());
+        QVERIFY(snapshot);
+        QCOMPARE(snapshot->geometry(), place);
+        QCOMPARE(layout->count(), 2);
     }
 };
 

@@ -4,26 +4,54 @@
 #include <ui/views/Animator.h>
 #include <ui/views/ImageView.h>
 
-#include <QTest>
+#include <QPointer>
+
+using namespace std::chrono_literals;
 
 namespace
 {
-QImage shown(ImageView &view)
+/// The area that is red, along the middle lines, of what the view draws.
+QSize covered(const ImageView &view)
 {
-    return painted(view.size(), [&](QPainter &painter) { view.draw(painter, view.rect()); });
-}
-
-/// The area that is not white, from the middle outwards.
-QSize covered(const QImage &image)
-{
+    const QImage image = painted(view.size(), [&](QPainter &painter) { view.draw(painter, view.rect()); });
     int width = 0;
     int height = 0;
     for (int x = 0; x < image.width(); ++x)
-        width += image.pixelColor(x, image.height() / 2) != QColor(Qt::white);
+        width += image.pixelColor(x, image.height() / 2) == QColor(Qt::red);
     for (int y = 0; y < image.height(); ++y)
-        height += image.pixelColor(image.width() / 2, y) != QColor(Qt::white);
+        height += image.pixelColor(image.width() / 2, y) == QColor(Qt::red);
     return {width, height};
 }
+
+ui::Image square(const QColor &color)
+{
+    return solidImage({10, 10}, color);
+}
+
+QColor grabbed(ImageView &view)
+{
+    return view.grab().toImage().pixelColor(view.rect().center());
+}
+
+/// Notes what the view had when the image was set, and counts how often it is painted.
+class WatchedImageView final : public ImageView
+{
+public:
+    void setImage(const std::optional<ui::Image> &image) override
+    {
+        transition = wantsLayer() && layer() ? layer()->transition() : -1ms;
+        ImageView::setImage(image);
+    }
+    std::chrono::milliseconds transition{};
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        ++paints;
+        ImageView::paintEvent(event);
+    }
+};
 } // namespace
 
 class ImageViewTest : public QObject
@@ -31,139 +59,133 @@ class ImageViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { Animator::setReducedMotion(true); }
+    void init() { Animator::setReducedMotion(false); }
     void cleanup() { Animator::setReducedMotion(std::nullopt); }
 
-    void imageIsReadBack()
+    void pictureIsPlaced_data()
     {
-        ImageView view;
-        QVERIFY(!view.image());
-        const ui::Image image = solidImage({10, 10}, Qt::red);
-        view.setImage(image);
-        QVERIFY(view.image() == image);
-        view.setImage(std::nullopt);
-        QVERIFY(!view.image());
+        QTest::addColumn<QSize>("picture");
+        QTest::addColumn<bool>("fills");
+        QTest::addColumn<bool>("layered");
+        QTest::addColumn<QSize>("shown"); // in a view of 40 by 30
+        QTest::newRow("a small one keeps its size") << QSize(10, 10) << false << false << QSize(10, 10);
+        QTest::newRow("a wide one is made to fit") << QSize(120, 60) << false << false << QSize(40, 20);
+        QTest::newRow("a high one is made to fit") << QSize(20, 60) << false << false << QSize(10, 30);
+        QTest::newRow("a small one fills") << QSize(10, 10) << true << false << QSize(40, 30);
+        QTest::newRow("a layer's fits") << QSize(10, 10) << false << true << QSize(30, 30);
+        QTest::newRow("a layer's fills") << QSize(10, 10) << true << true << QSize(40, 30);
     }
-
-    void smallPictureKeepsItsSize()
+    void pictureIsPlaced()
     {
+        QFETCH(QSize, picture);
+        QFETCH(bool, fills);
+        QFETCH(bool, layered);
+        QFETCH(QSize, shown);
         ImageView view;
         view.resize(40, 30);
-        view.setImage(solidImage({10, 10}, Qt::red));
-        QCOMPARE(covered(shown(view)), QSize(10, 10));
+        const QSize hint = view.sizeHint();
+        view.setImage(solidImage(picture, Qt::red));
+        QCOMPARE(view.sizeHint(), hint); // setting an image causes no layout
+        view.setWantsLayer(layered);
+        view.setAspectFill(fills);
+        QCOMPARE(covered(view), shown);
     }
 
-    void largePictureIsMadeToFit()
+    void imageIsReadBackAndInTheLayer()
     {
         ImageView view;
-        view.resize(40, 30);
-        view.setImage(solidImage({120, 60}, Qt::red));
-        QCOMPARE(covered(shown(view)), QSize(40, 20));
-    }
-
-    void aspectFillCropsWithAndWithoutALayer()
-    {
-        ImageView view;
-        view.resize(40, 30);
-        view.setAspectFill(true);
-        view.setImage(solidImage({10, 10}, Qt::red));
-        QCOMPARE(covered(shown(view)), QSize(40, 30));
-        view.setWantsLayer(true);
-        QCOMPARE(covered(shown(view)), QSize(40, 30));
-    }
-
-    void wantingALayerMakesOneWithTheImage()
-    {
-        ImageView view;
-        const ui::Image image = solidImage({10, 10}, Qt::red);
-        view.setImage(image);
-        QVERIFY(!view.layer());
-        QVERIFY(!view.wantsLayer());
+        QVERIFY(!view.image() && !view.layer() && !view.wantsLayer());
+        const ui::Image red = square(Qt::red);
+        view.setImage(red);
+        QVERIFY(view.image() == red);
         view.setWantsLayer(true);
         QVERIFY(view.wantsLayer());
-        QVERIFY(view.layer());
-        QVERIFY(view.layer()->contents() == image);
+        QVERIFY(view.layer() && view.layer()->contents() == red);
         const ui::Layer *made = view.layer();
         view.setWantsLayer(true);
         QCOMPARE(view.layer(), made);
-    }
-
-    void layerOfOthersIsKept()
-    {
-        ImageView view;
-        auto layer = std::make_unique<ui::Layer>();
-        const ui::Layer *set = layer.get();
-        view.setLayer(std::move(layer));
-        view.setWantsLayer(true);
-        QCOMPARE(view.layer(), set);
-    }
-
-    void layerFollowsTheImage()
-    {
-        ImageView view;
-        view.setWantsLayer(true);
-        const ui::Image image = solidImage({10, 10}, Qt::red);
-        view.setImage(image);
-        QVERIFY(view.layer()->contents() == image);
         view.setImage(std::nullopt);
-        QVERIFY(!view.layer()->contents());
+        QVERIFY(!view.image() && !view.layer()->contents());
     }
 
-    void layerIsUsedOnlyWhenWanted()
+    void givenLayerKeepsItsGravityAndIsDrawnWhenWanted()
     {
         ImageView view;
         view.resize(40, 30);
         auto layer = std::make_unique<ui::Layer>();
-        layer->setContents(solidImage({40, 30}, Qt::red));
-        view.setLayer(std::move(layer));
-        QCOMPARE(covered(shown(view)), QSize(0, 0));
-        view.setWantsLayer(true);
-        QCOMPARE(covered(shown(view)), QSize(40, 30));
-    }
-
-    void aspectFillIsTheGravityOfOwnLayersOnly()
-    {
-        ImageView view;
-        view.setWantsLayer(true);
-        QCOMPARE(view.layer()->contentsGravity(), ContentsGravity::ResizeAspect);
-        view.setAspectFill(true);
-        QCOMPARE(view.layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
-
-        auto layer = std::make_unique<ui::Layer>();
+        const ui::Layer *given = layer.get();
+        layer->setContents(square(Qt::red));
         layer->setContentsGravity(ContentsGravity::Center);
         view.setLayer(std::move(layer));
-        view.setAspectFill(false);
-        QCOMPARE(view.layer()->contentsGravity(), ContentsGravity::Center);
+        QCOMPARE(covered(view), QSize(0, 0));
+        view.setAspectFill(true);
+        view.setWantsLayer(true);
+        QCOMPARE(view.layer(), given);
+        QCOMPARE(covered(view), QSize(10, 10));
     }
 
-    void changesOfTheLayerRepaint()
+    void changesAreRepainted()
     {
-        ImageView view;
-        view.resize(40, 30);
-        view.setWantsLayer(true);
-        view.setImage(solidImage({40, 30}, Qt::red));
+        WatchedImageView view;
+        view.resize(10, 10);
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));
-        QCOMPARE(view.grab().toImage().pixelColor(1, 1), QColor(Qt::red));
-        view.layer()->setMasksToBounds(true);
-        view.layer()->setCornerRadius(12);
-        QVERIFY(view.grab().toImage().pixelColor(0, 0) != QColor(Qt::red));
+        QTRY_VERIFY(view.paints > 0);
+        const std::function<void()> changes[] = {
+            [&] { view.setImage(square(Qt::red)); }, [&] { view.setAspectFill(true); },
+            [&] { view.setWantsLayer(true); }, [&] { view.layer()->setCornerRadius(3); },
+            [&] { view.setLayer(nullptr); }};
+        for (const auto &change : changes) {
+            view.paints = 0;
+            change();
+            QTRY_COMPARE(view.paints, 1);
+        }
+        QCOMPARE(grabbed(view), QColor(Qt::red));
     }
 
-    void paintsWhatItDraws()
+    void layerAndTransitionComeBeforeTheImage()
     {
-        ImageView view;
-        view.resize(40, 30);
-        view.setImage(solidImage({40, 30}, Qt::blue));
-        QCOMPARE(view.grab().toImage().pixelColor(39, 29), QColor(Qt::blue));
+        WatchedImageView view;
+        view.setImageWithFade(square(Qt::red));
+        QCOMPARE(view.transition, 250ms);
     }
 
-    void imageCostsNoLayout()
+    void oldImageFadesIntoTheNewOrNone()
     {
         ImageView view;
-        const QSize hint = view.sizeHint();
-        view.setImage(solidImage({400, 300}, Qt::blue));
-        QCOMPARE(view.sizeHint(), hint);
+        view.resize(10, 10);
+        view.setImage(square(Qt::red));
+        view.setWantsLayer(true);
+        view.layer()->setCornerRadius(6);
+        for (const auto &next : {std::optional(square(Qt::blue)), std::optional<ui::Image>()}) {
+            const QColor before = grabbed(view);
+            view.setImageWithFade(next);
+            QVERIFY(view.image() == next);
+            QCOMPARE(grabbed(view), before);
+            QTRY_COMPARE(view.layer()->fadeProgress(), 1.0);
+            QVERIFY(grabbed(view) != before);
+        }
+        QCOMPARE(view.layer()->cornerRadius(), 6.0); // the layer stays
+    }
+
+    void aspectFillImageViewGivesEachImageANewLayer()
+    {
+        AspectFillImageView view;
+        view.resize(60, 60);
+        const ui::Image red = solidImage({30, 90}, Qt::red);
+        view.setImage(red);
+        QVERIFY(!view.image()); // never read back
+        QVERIFY(view.wantsLayer());
+        QVERIFY(view.layer()->contents() == red);
+        QCOMPARE(covered(view), QSize(60, 60));
+        const QPointer<ui::Layer> first = view.layer();
+        first->setCornerRadius(6);
+        view.setImageWithFade(std::nullopt); // the fade goes with the layer
+        QVERIFY(!first);
+        QVERIFY(view.layer() && !view.layer()->contents());
+        QCOMPARE(view.layer()->cornerRadius(), 0.0);
+        QCOMPARE(view.layer()->transition(), 0ms);
+        QCOMPARE(covered(view), QSize(0, 0));
     }
 };
 

@@ -1,22 +1,49 @@
 #include "Painted.h"
 
 #include <tests/support/TestMain.h>
+#include <ui/views/Animator.h>
 #include <ui/views/Layer.h>
 
+#include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 
-using namespace Qt::StringLiterals;
-
-Q_DECLARE_METATYPE(ContentsGravity)
+using namespace std::chrono_literals;
 
 namespace
 {
+constexpr QSize Side(20, 20);
+
+QImage drawn(const ui::Layer &layer, qreal devicePixelRatio = 1)
+{
+    return painted(
+        Side, [&](QPainter &painter) { layer.draw(painter, QRectF({}, Side)); }, devicePixelRatio);
+}
+
 QColor centreOf(const ui::Layer &layer)
 {
-    const QImage image = painted({20, 20}, [&](QPainter &painter) { layer.draw(painter, {0, 0, 20, 20}); });
-    return image.pixelColor(10, 10);
+    return drawn(layer).pixelColor(10, 10);
 }
+
+/// A layer with a transition, whose contents just changed from one colour to another.
+struct Fade
+{
+    Fade(const QColor &from, const std::optional<ui::Image> &to)
+    {
+        layer.setContents(solidImage(Side, from));
+        layer.setTransition(250ms);
+        layer.setContents(to);
+    }
+
+    /// Stops the fade at that moment.
+    void holdAt(int milliseconds)
+    {
+        auto *fade = layer.findChild<QVariantAnimation *>();
+        fade->pause();
+        fade->setCurrentTime(milliseconds);
+    }
+
+    ui::Layer layer;
+};
 } // namespace
 
 class LayerTest : public QObject
@@ -24,69 +51,25 @@ class LayerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void gravityPlacesTheContents_data()
-    {
-        QTest::addColumn<ContentsGravity>("gravity");
-        QTest::addColumn<QRect>("covered"); // of bounds of 40 by 20 by a square of 10
-        QTest::newRow("resize") << ContentsGravity::Resize << QRect(0, 0, 40, 20);
-        QTest::newRow("aspect") << ContentsGravity::ResizeAspect << QRect(10, 0, 20, 20);
-        QTest::newRow("aspect fill") << ContentsGravity::ResizeAspectFill << QRect(0, 0, 40, 20);
-        QTest::newRow("center") << ContentsGravity::Center << QRect(15, 5, 10, 10);
-    }
-
-    void gravityPlacesTheContents()
-    {
-        QFETCH(ContentsGravity, gravity);
-        QFETCH(QRect, covered);
-        ui::Layer layer;
-        layer.setContentsGravity(gravity);
-        layer.setContents(solidImage({10, 10}, Qt::red));
-        const QImage image = painted({40, 20}, [&](QPainter &painter) {
-            layer.draw(painter, {0, 0, 40, 20});
-        });
-        for (int x = 1; x < 40; x += 2) {
-            for (int y = 1; y < 20; y += 2) {
-                const QColor expected = covered.contains(x, y) ? Qt::red : Qt::white;
-                QVERIFY2(image.pixelColor(x, y) == expected, qPrintable(u"%1, %2"_s.arg(x).arg(y)));
-            }
-        }
-    }
-
-    void nothingIsDrawnOutsideTheBounds()
-    {
-        ui::Layer layer;
-        layer.setContentsGravity(ContentsGravity::ResizeAspectFill);
-        layer.setContents(solidImage({10, 40}, Qt::red));
-        const QImage image = painted({40, 40}, [&](QPainter &painter) {
-            layer.draw(painter, {10, 10, 20, 20});
-        });
-        QCOMPARE(image.pixelColor(20, 9), QColor(Qt::white));
-        QCOMPARE(image.pixelColor(20, 10), QColor(Qt::red));
-        QCOMPARE(image.pixelColor(20, 29), QColor(Qt::red));
-        QCOMPARE(image.pixelColor(20, 30), QColor(Qt::white));
-    }
+    void init() { Animator::setReducedMotion(false); }
+    void cleanup() { Animator::setReducedMotion(std::nullopt); }
 
     void anEmptyLayerDrawsNothing()
     {
-        const ui::Layer layer;
+        ui::Layer layer;
         QCOMPARE(centreOf(layer), QColor(Qt::white));
-        ui::Layer pictureless;
-        pictureless.setContents(ui::Image(QImage()));
-        QCOMPARE(centreOf(pictureless), QColor(Qt::white));
+        layer.setContents(ui::Image(QImage()));
+        QCOMPARE(centreOf(layer), QColor(Qt::white));
     }
 
     void roundedCornersAreCutWhenMasking()
     {
         ui::Layer layer;
-        layer.setContents(solidImage({20, 20}, Qt::red));
+        layer.setContents(solidImage(Side, Qt::red));
         layer.setCornerRadius(6);
+        QCOMPARE(drawn(layer).pixelColor(0, 0), QColor(Qt::red));
         layer.setMasksToBounds(true);
-        const QImage image = painted(
-            {20, 20},
-            [&](QPainter &painter) {
-                layer.draw(painter, {0, 0, 20, 20});
-            },
-            2);
+        const QImage image = drawn(layer, 2);
         QCOMPARE(image.pixelColor(0, 0), QColor(Qt::white));
         QCOMPARE(image.pixelColor(39, 39), QColor(Qt::white));
         QCOMPARE(image.pixelColor(20, 0), QColor(Qt::red));
@@ -94,43 +77,96 @@ private Q_SLOTS:
         // The edge of the corner is smooth: some pixel is neither.
         bool smooth = false;
         for (int x = 0; x < 12; ++x)
-            smooth |=
-                image.pixelColor(x, 1) != QColor(Qt::red) && image.pixelColor(x, 1) != QColor(Qt::white);
+            smooth |= image.pixelColor(x, 1).green() > 20 && image.pixelColor(x, 1).green() < 235;
         QVERIFY(smooth);
-    }
-
-    void cornersStayWithoutMasking()
-    {
-        ui::Layer layer;
-        layer.setContents(solidImage({20, 20}, Qt::red));
-        layer.setCornerRadius(6);
-        const QImage image = painted({20, 20}, [&](QPainter &painter) {
-            layer.draw(painter, {0, 0, 20, 20});
-        });
-        QCOMPARE(image.pixelColor(0, 0), QColor(Qt::red));
-    }
-
-    void contentsChangeAtOnceWithoutATransition()
-    {
-        ui::Layer layer;
-        layer.setContents(solidImage({20, 20}, Qt::red));
-        QCOMPARE(layer.fadeProgress(), 1.0);
-        QCOMPARE(centreOf(layer), QColor(Qt::red));
     }
 
     void everyChangeAsksForDisplay()
     {
         ui::Layer layer;
         QSignalSpy asked(&layer, &ui::Layer::needsDisplay);
-        layer.setContents(solidImage({20, 20}, Qt::red));
+        layer.setContents(solidImage(Side, Qt::red));
+        QCOMPARE(layer.fadeProgress(), 1.0);
         QCOMPARE(asked.count(), 1);
         layer.setCornerRadius(3);
+        QCOMPARE(asked.count(), 2);
         layer.setMasksToBounds(true);
+        QCOMPARE(asked.count(), 3);
         layer.setContentsGravity(ContentsGravity::Center);
         QCOMPARE(asked.count(), 4);
-        QCOMPARE(layer.cornerRadius(), 3.0);
-        QVERIFY(layer.masksToBounds());
-        QCOMPARE(layer.contentsGravity(), ContentsGravity::Center);
+    }
+
+    void transitionFadesFromTheOldToTheNew()
+    {
+        const ui::Image fresh = solidImage(Side, Qt::blue);
+        Fade fade(Qt::red, fresh);
+        QSignalSpy asked(&fade.layer, &ui::Layer::needsDisplay);
+        QVERIFY(fade.layer.contents() == fresh); // read back, it is the new one at once
+        QCOMPARE(fade.layer.fadeProgress(), 0.0);
+        QCOMPARE(centreOf(fade.layer), QColor(Qt::red));
+        fade.holdAt(125);
+        QCOMPARE(asked.count(), 1);
+        QVERIFY(isNear(centreOf(fade.layer), QColor(128, 0, 128)));
+        fade.holdAt(200); // eased out
+        QVERIFY(qAbs(fade.layer.fadeProgress() - 0.918) < 0.01);
+        fade.holdAt(250);
+        QCOMPARE(fade.layer.fadeProgress(), 1.0);
+        QCOMPARE(centreOf(fade.layer), QColor(Qt::blue));
+        fade.layer.setContents(std::nullopt); // the transition serves later changes, too
+        QCOMPARE(fade.layer.fadeProgress(), 0.0);
+    }
+
+    void twoOpaqueContentsStayOpaqueOnTheWay()
+    {
+        Fade fade(Qt::black, solidImage(Side, QColor(1, 1, 1)));
+        fade.holdAt(125);
+        QVERIFY(isNear(centreOf(fade.layer), Qt::black)); // the white ground does not shine through
+    }
+
+    void fadeToNothing()
+    {
+        Fade fade(Qt::black, std::nullopt);
+        QVERIFY(!fade.layer.contents());
+        fade.holdAt(125);
+        QVERIFY(isNear(centreOf(fade.layer), QColor(127, 127, 127)));
+        fade.holdAt(250);
+        QCOMPARE(centreOf(fade.layer), QColor(Qt::white));
+    }
+
+    void interruptedFadeGoesOnFromWhatIsSeen()
+    {
+        Fade fade(Qt::red, solidImage(Side, Qt::blue));
+        fade.holdAt(100);
+        fade.layer.setContents(solidImage(Side, Qt::black));
+        const QColor first = centreOf(fade.layer);
+        QVERIFY(isNear(first, QColor(171, 0, 84), 6));
+        fade.holdAt(100);
+        const QColor seen = centreOf(fade.layer);
+        QVERIFY(seen.red() > 50 && seen.blue() > 25 && seen.red() < first.red());
+        fade.layer.setContents(solidImage(Side, Qt::green));
+        QVERIFY(isNear(centreOf(fade.layer), seen));
+    }
+
+    void changeWithoutMotionIsAtOnce()
+    {
+        Fade fade(Qt::red, std::nullopt);
+        const ui::Image blue = solidImage(Side, Qt::blue);
+        Animator::setReducedMotion(true);
+        fade.layer.setContents(blue); // ends the fade that runs
+        QCOMPARE(fade.layer.fadeProgress(), 1.0);
+        QCOMPARE(centreOf(fade.layer), QColor(Qt::blue));
+        Animator::setReducedMotion(false);
+        fade.layer.setContents(blue); // no change
+        QCOMPARE(fade.layer.fadeProgress(), 1.0);
+    }
+
+    void layerMayBeDestroyedDuringAFade()
+    {
+        auto fade = std::make_unique<Fade>(Qt::red, std::nullopt);
+        const QPointer<QVariantAnimation> animation = fade->layer.findChild<QVariantAnimation *>();
+        QCOMPARE(animation->state(), QAbstractAnimation::Running);
+        fade.reset();
+        QVERIFY(!animation);
     }
 };
 

@@ -6,164 +6,137 @@
 
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
+/// The constraint, and its movement by the Animator.
 class LayoutConstraintTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { Animator::setReducedMotion(false); }
+    void init()
+    {
+        Animator::setReducedMotion(false);
+        m_constraint = std::make_unique<LayoutConstraint>();
+        m_ended.clear();
+    }
     void cleanup() { Animator::setReducedMotion(std::nullopt); }
 
-    void constantIsTheNewOneAtOnce()
+    void movementEasesInAndOut()
     {
-        LayoutConstraint constraint;
-        constraint.setConstant(-168);
-        Animator::setConstant(constraint, 0);
-        QCOMPARE(constraint.constant(), 0.0);
-        QCOMPARE(constraint.presentedConstant(), -168.0);
-        QTRY_COMPARE(constraint.presentedConstant(), 0.0);
-    }
-
-    void constraintMovesMonotonously()
-    {
-        LayoutConstraint constraint;
-        qreal last = 0;
-        bool forwards = true;
-        connect(&constraint, &LayoutConstraint::presentedConstantChanged, &constraint, [&](qreal shown) {
-            forwards = forwards && shown < last && shown >= -168;
-            last = shown;
-        });
-        Animator::setConstant(constraint, -168);
-        QTRY_COMPARE(constraint.presentedConstant(), -168.0);
-        QVERIFY(forwards);
+        QSignalSpy targets(m_constraint.get(), &LayoutConstraint::constantChanged);
+        QSignalSpy shown(m_constraint.get(), &LayoutConstraint::presentedConstantChanged);
+        Animator::setConstant(*m_constraint, -100);
+        QCOMPARE(m_constraint->constant(), -100.0);
+        QCOMPARE(m_constraint->presentedConstant(), 0.0);
+        auto *movement = runningAnimation(*m_constraint);
+        QVERIFY(movement);
+        QCOMPARE(movement->duration(), 250);
+        movement->pause();
+        const QList<std::pair<int, qreal>> course{{50, -8.2}, {125, -50}, {200, -91.8}, {250, -100}};
+        for (const auto &[moment, constant] : course) {
+            movement->setCurrentTime(moment);
+            const qreal there = m_constraint->presentedConstant();
+            QVERIFY2(qAbs(there - constant) < 0.1, qPrintable(QString::number(there)));
+        }
+        QVERIFY(!runningAnimation(*m_constraint));
+        QCOMPARE(targets.count(), 1);
+        QCOMPARE(shown.count(), course.size());
     }
 
     void movementGoesOnFromWhereItIs()
     {
-        LayoutConstraint constraint;
-        Animator::setConstant(constraint, 100);
-        auto *movement = runningAnimation(constraint);
-        QVERIFY(movement);
-        QCOMPARE(movement->duration(), 250);
-        movement->setCurrentTime(125);
-        QVERIFY(qAbs(constraint.presentedConstant() - 50) < 1);
-        Animator::setConstant(constraint, 0);
-        QCOMPARE(constraint.constant(), 0.0);
-        QVERIFY(qAbs(constraint.presentedConstant() - 50) < 1);
-        QTRY_COMPARE(constraint.presentedConstant(), 0.0);
+        Animator::setConstant(*m_constraint, 100);
+        runningAnimation(*m_constraint)->setCurrentTime(125);
+        Animator::setConstant(*m_constraint, 0, 20ms);
+        QCOMPARE(m_constraint->constant(), 0.0);
+        QVERIFY(qAbs(m_constraint->presentedConstant() - 50) < 1);
+        QTRY_COMPARE(m_constraint->presentedConstant(), 0.0);
     }
 
     void completionRunsOnceWhenTheMovementHasEnded()
     {
-        LayoutConstraint constraint;
-        int completions = 0;
         qreal shown = -1;
-        Animator::setConstant(constraint, 10, 20ms, [&] {
-            ++completions;
-            shown = constraint.presentedConstant();
+        Animator::setConstant(*m_constraint, 10, 20ms, [&] {
+            shown = m_constraint->presentedConstant();
+            end(u"first"_s)();
         });
-        QCOMPARE(completions, 0);
-        QTRY_COMPARE(completions, 1);
+        QCOMPARE(m_ended, QStringList());
+        QTRY_COMPARE(m_ended, QStringList({u"first"_s}));
         QCOMPARE(shown, 10.0);
-        QTRY_VERIFY(!constraint.findChild<QVariantAnimation *>());
-        QCOMPARE(completions, 1);
+        m_constraint->setConstant(20);
+        QCOMPARE(m_ended, QStringList({u"first"_s}));
     }
 
-    void completionRunsOnceWhenALaterMovementTookOver()
+    void completionRunsWhenALaterMovementTakesOver()
     {
-        LayoutConstraint constraint;
-        QStringList ended;
-        Animator::setConstant(constraint, 10, 1000ms, [&] { ended += QStringLiteral("first"); });
-        Animator::setConstant(constraint, 0, 20ms, [&] { ended += QStringLiteral("second"); });
-        QCOMPARE(ended, QStringList{QStringLiteral("first")});
-        QTRY_COMPARE(ended, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
-        QCOMPARE(constraint.presentedConstant(), 0.0);
-    }
-
-    void completionRunsWhenTheConstantIsSetOutright()
-    {
-        LayoutConstraint constraint;
-        int completions = 0;
-        Animator::setConstant(constraint, 10, 1000ms, [&] { ++completions; });
-        constraint.setConstant(5);
-        QCOMPARE(completions, 1);
-        QCOMPARE(constraint.constant(), 5.0);
-        QCOMPARE(constraint.presentedConstant(), 5.0);
-        QVERIFY(!runningAnimation(constraint));
+        Animator::setConstant(*m_constraint, 10, 1000ms, end(u"first"_s));
+        Animator::setConstant(*m_constraint, 0, 20ms, end(u"second"_s));
+        QCOMPARE(m_ended, QStringList({u"first"_s}));
+        QTRY_COMPARE(m_ended, QStringList({u"first"_s, u"second"_s}));
+        QCOMPARE(m_constraint->presentedConstant(), 0.0);
     }
 
     void completionMayStartTheNextMovement()
     {
-        LayoutConstraint constraint;
-        int completions = 0;
-        Animator::setConstant(constraint, 10, 10ms, [&] {
-            ++completions;
-            Animator::setConstant(constraint, 20, 10ms, [&] { ++completions; });
-        });
-        QTRY_COMPARE(completions, 2);
-        QCOMPARE(constraint.presentedConstant(), 20.0);
+        Animator::setConstant(*m_constraint, 10, 10ms,
+                              [this] { Animator::setConstant(*m_constraint, 20, 10ms, end(u"second"_s)); });
+        QTRY_COMPARE(m_ended, QStringList({u"second"_s}));
+        QCOMPARE(m_constraint->presentedConstant(), 20.0);
     }
 
-    void reducedMotionMovesAtOnceWithItsCompletion()
+    void changeAtOnceEndsTheMovement_data()
     {
-        Animator::setReducedMotion(true);
-        LayoutConstraint constraint;
-        int completions = 0;
-        Animator::setConstant(constraint, -168, Animator::DefaultDuration, [&] { ++completions; });
-        QCOMPARE(completions, 1);
-        QCOMPARE(constraint.presentedConstant(), -168.0);
-        Animator::setConstant(constraint, 0);
-        QCOMPARE(constraint.presentedConstant(), 0.0);
+        QTest::addColumn<bool>("reducedMotion");
+        QTest::addColumn<std::chrono::milliseconds>("duration");
+        QTest::newRow("no duration") << false << 0ms;
+        QTest::newRow("reduced motion") << true << 250ms;
     }
-
-    void noDurationMovesAtOnce()
+    void changeAtOnceEndsTheMovement()
     {
-        LayoutConstraint constraint;
-        int completions = 0;
-        Animator::setConstant(constraint, 7, 0ms, [&] { ++completions; });
-        QCOMPARE(constraint.presentedConstant(), 7.0);
-        QCOMPARE(completions, 1);
-    }
-
-    void constraintMayGoDuringAMovement()
-    {
-        auto constraint = std::make_unique<LayoutConstraint>();
-        int completions = 0;
-        Animator::setConstant(*constraint, 10, 10ms, [&] { ++completions; });
-        const QPointer<QVariantAnimation> movement = runningAnimation(*constraint);
-        QVERIFY(movement);
-        constraint.reset();
-        QVERIFY(!movement);
-        QCOMPARE(completions, 0);
-    }
-
-    void constraintMayGoInItsCompletion()
-    {
-        auto *constraint = new LayoutConstraint;
-        const QPointer<LayoutConstraint> watched = constraint;
-        Animator::setConstant(*constraint, 10, 1000ms, [&] { delete watched.data(); });
-        constraint->setConstant(3);
-        QVERIFY(!watched);
-    }
-
-    void changesNotifyOnce()
-    {
-        LayoutConstraint constraint;
-        QSignalSpy targets(&constraint, &LayoutConstraint::constantChanged);
-        QSignalSpy shown(&constraint, &LayoutConstraint::presentedConstantChanged);
-        constraint.setConstant(4);
-        constraint.setConstant(4);
-        QCOMPARE(targets.count(), 1);
+        QFETCH(bool, reducedMotion);
+        QFETCH(std::chrono::milliseconds, duration);
+        QSignalSpy targets(m_constraint.get(), &LayoutConstraint::constantChanged);
+        QSignalSpy shown(m_constraint.get(), &LayoutConstraint::presentedConstantChanged);
+        Animator::setConstant(*m_constraint, 10, 1000ms, end(u"movement"_s));
+        Animator::setReducedMotion(reducedMotion);
+        Animator::setConstant(*m_constraint, 5, duration, end(u"change"_s));
+        QCOMPARE(m_ended, QStringList({u"movement"_s, u"change"_s}));
+        QCOMPARE(m_constraint->constant(), 5.0);
+        QCOMPARE(m_constraint->presentedConstant(), 5.0);
+        QVERIFY(!runningAnimation(*m_constraint));
+        m_constraint->setConstant(5);
+        QCOMPARE(targets.count(), 2);
         QCOMPARE(shown.count(), 1);
-        Animator::setConstant(constraint, 0);
-        QCOMPARE(targets.count(), 2);
-        QTRY_COMPARE(constraint.presentedConstant(), 0.0);
-        QCOMPARE(targets.count(), 2);
     }
+
+    void constraintMayBeDestroyedDuringAMovement()
+    {
+        Animator::setConstant(*m_constraint, 10, 10ms, end(u"never"_s));
+        const QPointer<QVariantAnimation> movement = runningAnimation(*m_constraint);
+        QVERIFY(movement);
+        m_constraint.reset();
+        QVERIFY(!movement);
+        QCOMPARE(m_ended, QStringList());
+    }
+
+    void constraintMayBeDestroyedInItsCompletion()
+    {
+        Animator::setConstant(*m_constraint, 10, 1000ms, [this] { m_constraint.reset(); });
+        m_constraint->setConstant(3);
+        QVERIFY(!m_constraint);
+    }
+
+private:
+    std::function<void()> end(const QString &name)
+    {
+        return [this, name] { m_ended += name; };
+    }
+
+    std::unique_ptr<LayoutConstraint> m_constraint;
+    QStringList m_ended; // the completions that ran
 };
 
 PLOVENDIX_GUI_TEST(LayoutConstraintTest)

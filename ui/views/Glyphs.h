@@ -6,13 +6,26 @@
 class GlyphButton : public QToolButton
 {
     Q_OBJECT
-    Q_PROPERTY(QString glyph READ glyph WRITE setGlyph)
+    Q_PROPERTY(QString glyph MEMBER m_glyph)
 
 public:
     explicit GlyphButton(QWidget *parent = nullptr);
 
-    QString glyph() const { return m_glyph; }
-    void setGlyph(const QString &name);
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_glyph;
+};
+
+/// Shows one of the bundle's pictures in the colour of secondary text, filling itself.
+class GlyphView : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString glyph MEMBER m_glyph)
+
+public:
+    using QWidget::QWidget;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
