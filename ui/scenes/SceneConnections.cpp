@@ -13,53 +13,37 @@
 #include <QLineEdit>
 #include <QMetaMethod>
 
-#include <array>
+#include <functional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
-struct NamedBinding
-{
-    const char *property;
-    Binding binding;
-};
-constexpr std::array NamedBindings{
-    NamedBinding{"bindValue", Binding::Value},
-    NamedBinding{"bindSelectedTag", Binding::SelectedTag},
-    NamedBinding{"bindSelectedObject", Binding::SelectedObject},
-    NamedBinding{"bindEnabled", Binding::Enabled},
-    NamedBinding{"bindHidden", Binding::Hidden},
-    NamedBinding{"bindTitle", Binding::Title},
+constexpr std::pair<const char *, Binding> NamedBindings[] = {
+    {"bindValue", Binding::Value},
+    {"bindSelectedTag", Binding::SelectedTag},
+    {"bindSelectedObject", Binding::SelectedObject},
+    {"bindEnabled", Binding::Enabled},
+    {"bindHidden", Binding::Hidden},
+    {"bindTitle", Binding::Title},
 };
 
 QString describe(const QObject &object)
 {
-    return QStringLiteral("%1 \"%2\"")
-        .arg(QString::fromUtf8(object.metaObject()->className()), object.objectName());
+    return u"%1 \"%2\""_s.arg(QString::fromUtf8(object.metaObject()->className()), object.objectName());
 }
 
 /// The method for a selector: "download:" is download(QObject*), "download" is download().
 QMetaMethod methodFor(const QString &selector, const QObject &controller, const QObject &sender)
 {
-    QString signature = selector;
-    if (signature.endsWith(u':'))
-        signature.replace(signature.size() - 1, 1, QStringLiteral("(QObject*)"));
-    else
-        signature += QStringLiteral("()");
+    const QString signature =
+        selector.endsWith(u':') ? selector.chopped(1) + u"(QObject*)"_s : selector + u"()"_s;
     const int index = controller.metaObject()->indexOfMethod(signature.toUtf8().constData());
     if (index < 0)
-        fatalFault(QStringLiteral("The controller %1 does not answer \"%2\", the action of the %3")
-                       .arg(describe(controller), selector, describe(sender)));
+        fatalFault(u"The controller %1 does not answer \"%2\", the action of the %3"_s.arg(
+            describe(controller), selector, describe(sender)));
     return controller.metaObject()->method(index);
-}
-
-auto invoker(const QMetaMethod &method, QObject &controller, QObject &sender)
-{
-    return [method, &controller, &sender] {
-        if (method.parameterCount() == 0)
-            method.invoke(&controller, Qt::DirectConnection);
-        else
-            method.invoke(&controller, Qt::DirectConnection, Q_ARG(QObject *, &sender));
-    };
 }
 
 /// Whether Escape closed an open pop-up, which comes before closing its window.
@@ -72,45 +56,48 @@ bool hasClosedPopUp(const QAction &action)
     return true;
 }
 
-void connectAction(QObject &sender, const QString &selector, QObject &controller)
+/// Connects the sender's event of that property's name; false when it has none.
+bool connectEvent(QObject &sender, QByteArrayView property, QObject &controller,
+                  const std::function<void()> &invoke)
 {
-    const auto invoke = invoker(methodFor(selector, controller, sender), controller, sender);
-    if (auto *button = qobject_cast<QAbstractButton *>(&sender))
-        QObject::connect(button, &QAbstractButton::clicked, &controller, invoke);
-    else if (auto *field = qobject_cast<QLineEdit *>(&sender))
-        QObject::connect(field, &QLineEdit::returnPressed, &controller, invoke);
-    else if (auto *comboBox = qobject_cast<QComboBox *>(&sender))
-        QObject::connect(comboBox, &QComboBox::activated, &controller, invoke);
-    else if (auto *action = qobject_cast<QAction *>(&sender))
-        QObject::connect(action, &QAction::triggered, &controller, [invoke, action] {
-            if (!hasClosedPopUp(*action))
-                invoke();
-        });
-    else
-        fatalFault(QStringLiteral("The %1 has no action for \"%2\"").arg(describe(sender), selector));
-}
-
-void connectDoubleAction(QObject &sender, const QString &selector, QObject &controller)
-{
-    const auto invoke = invoker(methodFor(selector, controller, sender), controller, sender);
-    auto *table = qobject_cast<TableView *>(&sender);
-    if (!table)
-        fatalFault(QStringLiteral("The %1 has no double action for \"%2\"").arg(describe(sender), selector));
-    QObject::connect(table, &TableView::doubleActionTriggered, &controller, invoke);
-}
-
-void connectEndEditing(QObject &sender, const QString &selector, QObject &controller)
-{
-    const auto invoke = invoker(methodFor(selector, controller, sender), controller, sender);
     auto *field = qobject_cast<QLineEdit *>(&sender);
-    if (!field)
-        fatalFault(QStringLiteral("The %1 ends no edit for \"%2\"").arg(describe(sender), selector));
-    QObject::connect(field, &QLineEdit::editingFinished, &controller, invoke);
+    if (property == "endEditingAction")
+        return field && QObject::connect(field, &QLineEdit::editingFinished, &controller, invoke);
+    if (property == "doubleAction") {
+        auto *table = qobject_cast<TableView *>(&sender);
+        return table && QObject::connect(table, &TableView::doubleActionTriggered, &controller, invoke);
+    }
+    if (field)
+        return bool(QObject::connect(field, &QLineEdit::returnPressed, &controller, invoke));
+    if (auto *button = qobject_cast<QAbstractButton *>(&sender))
+        return bool(QObject::connect(button, &QAbstractButton::clicked, &controller, invoke));
+    if (auto *comboBox = qobject_cast<QComboBox *>(&sender))
+        return bool(QObject::connect(comboBox, &QComboBox::activated, &controller, invoke));
+    auto *action = qobject_cast<QAction *>(&sender);
+    return action && QObject::connect(action, &QAction::triggered, &controller, [invoke, action] {
+               if (!hasClosedPopUp(*action))
+                   invoke();
+           });
+}
+
+void connectAction(QObject &sender, const char *property, QObject &controller)
+{
+    const QString selector = sender.property(property).toString();
+    if (selector.isEmpty())
+        return;
+    const auto invoke = [method = methodFor(selector, controller, sender), &controller, &sender] {
+        if (method.parameterCount() == 0)
+            method.invoke(&controller, Qt::DirectConnection);
+        else
+            method.invoke(&controller, Qt::DirectConnection, Q_ARG(QObject *, &sender));
+    };
+    if (!connectEvent(sender, property, controller, invoke))
+        fatalFault(u"The %1 has no %2 for \"%3\""_s.arg(describe(sender), QLatin1String(property), selector));
 }
 
 void connectBinding(QWidget &control, Binding binding, const QString &text, QObject &controller)
 {
-    static const QString DefaultsPrefix = QStringLiteral("defaults.");
+    static const QString DefaultsPrefix = u"defaults."_s;
     BindingOptions options;
     QString source = text.section(u'|', 0, 0).trimmed();
     options.transformerName = text.section(u'|', 1).trimmed();
@@ -128,7 +115,7 @@ qlonglong tagFrom(const QString &text, const QComboBox &comboBox)
     bool isInteger = false;
     const qlonglong tag = text.toLongLong(&isInteger);
     if (!isInteger)
-        fatalFault(QStringLiteral("The tag \"%1\" of the %2 is no integer").arg(text, describe(comboBox)));
+        fatalFault(u"The tag \"%1\" of the %2 is no integer"_s.arg(text, describe(comboBox)));
     return tag;
 }
 
@@ -136,31 +123,27 @@ qlonglong tagFrom(const QString &text, const QComboBox &comboBox)
 void representByItems(QComboBox &comboBox)
 {
     const QStringList tags = comboBox.property("itemTags").toStringList();
-    for (int index = 0; index < tags.size() && index < comboBox.count(); ++index)
-        comboBox.setItemData(index, tagFrom(tags[index], comboBox));
     const QStringList objects = comboBox.property("itemObjects").toStringList();
-    for (int index = 0; index < objects.size() && index < comboBox.count(); ++index)
-        comboBox.setItemData(index, objects[index]);
+    for (int index = 0; index < comboBox.count(); ++index) {
+        if (index < tags.size())
+            comboBox.setItemData(index, tagFrom(tags[index], comboBox));
+        else if (index < objects.size())
+            comboBox.setItemData(index, objects[index]);
+    }
 }
 
 void connectObject(QObject &object, QObject &controller)
 {
-    const auto named = [&object](const char *property) { return object.property(property).toString(); };
     if (auto *comboBox = qobject_cast<QComboBox *>(&object)) {
         representByItems(*comboBox);
         new ListEscape(*comboBox); // a child of it
     }
-    if (const QString selector = named("action"); !selector.isEmpty())
-        connectAction(object, selector, controller);
-    if (const QString selector = named("doubleAction"); !selector.isEmpty())
-        connectDoubleAction(object, selector, controller);
-    if (const QString selector = named("endEditingAction"); !selector.isEmpty())
-        connectEndEditing(object, selector, controller);
+    for (const char *property : {"action", "doubleAction", "endEditingAction"})
+        connectAction(object, property, controller);
     auto *control = qobject_cast<QWidget *>(&object);
-    if (!control)
-        return;
     for (const auto &[property, binding] : NamedBindings) {
-        if (const QString text = named(property); !text.isEmpty())
+        const QString text = object.property(property).toString();
+        if (control && !text.isEmpty())
             connectBinding(*control, binding, text, controller);
     }
 }

@@ -4,12 +4,12 @@ class QObject;
 class QWidget;
 
 /// Connects what a scene names in dynamic properties of its widgets to the scene's controller, in one pass:
-/// - `action`: the selector ("download:") sent when a button is clicked, Return is pressed in a field, or an
-/// item of
-///   a combo box is chosen; `doubleAction`: the selector sent on a double click (or Return) in a table. The
-///   controller answers "download:" by an invokable method download(QObject *sender). An `action` of a
-///   QAction is sent when it is triggered, by Escape only where no list or menu is open to be closed first;
-///   `endEditingAction`: the selector sent when an edit of a field ends, by Return or by going elsewhere.
+/// - `action`: the selector ("download:") sent when a button is clicked, Return is pressed in a field, an
+/// item
+///   of a combo box is chosen, or a QAction is triggered (by Escape only where no list or menu is open, which
+///   is closed first); `doubleAction`: the selector sent on a double click (or Return) in a table;
+///   `endEditingAction`: the selector sent when an edit of a field ends, by Return or by going elsewhere. The
+///   controller answers "download:" by an invokable method download(QObject *sender).
 /// - `itemTags`, `itemObjects`: what a combo box's items stand for, in their order: integers, or texts.
 /// - `bindValue`, `bindSelectedTag`, `bindSelectedObject`, `bindEnabled`, `bindHidden`, `bindTitle`:
 ///   "[!]SOURCE[|Transformer]", where SOURCE is a property of the controller or "defaults.KEY".

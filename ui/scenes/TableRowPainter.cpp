@@ -24,23 +24,24 @@ QColor selectionTint(const QPalette &palette)
 }
 } // namespace
 
-void TableView::Painter::paint(QPainter *painter, const QStyleOptionViewItem &option,
-                               const QModelIndex &index) const
+void TableView::RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                  const QModelIndex &index) const
 {
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     const QRect row = option.rect;
     painter->save();
     if (selected)
         painter->fillRect(row, selectionTint(option.palette));
-    if (TableCellView *cell = m_delegate ? m_delegate->tableViewViewForRow(index.row()) : nullptr)
+    TableViewDelegate *delegate = m_table.m_delegate;
+    if (TableCellView *cell = delegate ? delegate->tableViewViewForRow(index.row()) : nullptr)
         cell->draw(*painter, row, selected);
     painter->fillRect(QRect(row.left(), row.bottom(), row.width(), 1),
                       withAlpha(option.palette.color(QPalette::Text), LineStrength));
     painter->restore();
 }
 
-QSize TableView::Painter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
+QSize TableView::RowPainter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
     // The view makes its rows as wide as itself.
-    return {1, m_rowHeight};
+    return {1, m_table.rowHeight()};
 }

@@ -1,10 +1,9 @@
 #include "TableView.h"
 #include "Storyboard.h"
 #include <ui/controls/TableCellView.h>
-#include "TableModel.h"
 #include "TableRowPainter.h"
 
-#include <QHash>
+#include <QAbstractListModel>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -16,24 +15,39 @@ namespace
 constexpr int ScrollStepPoints = 30;
 } // namespace
 
-class TableView::Private
+/// The number of rows as of the last reload, and the accessible text of each.
+class TableView::Model final : public QAbstractListModel
 {
 public:
-    explicit Private(TableView *table) : model(new Model(table)), painter(new Painter(table)) {}
+    explicit Model(TableView &table) : QAbstractListModel(&table), m_table(table) {}
 
-    Model *model;
-    Painter *painter;
-    TableViewDataSource *dataSource = nullptr;
-    TableViewDelegate *delegate = nullptr;
-    QString cellStoryboard;
-    QHash<QString, TableCellView *> cells; // children of the table
-    bool keepsQuiet = false;               // while a reload takes the selection along
+    void reset(int count)
+    {
+        beginResetModel();
+        m_count = count;
+        endResetModel();
+    }
+
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_count; }
+
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        // The display role serves selection by typing.
+        const bool isText = role == Qt::AccessibleTextRole || role == Qt::DisplayRole;
+        if (!isText || !index.isValid() || !m_table.m_delegate)
+            return {};
+        return m_table.m_delegate->tableViewAccessibleTextForRow(index.row());
+    }
+
+private:
+    TableView &m_table;
+    int m_count = 0;
 };
 
-TableView::TableView(QWidget *parent) : QListView(parent), d(std::make_unique<Private>(this))
+TableView::TableView(QWidget *parent) : QListView(parent), m_model(new Model(*this))
 {
-    setModel(d->model);
-    setItemDelegate(d->painter);
+    setModel(m_model);
+    setItemDelegate(new RowPainter(*this));
     setUniformItemSizes(true);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
@@ -45,61 +59,32 @@ TableView::TableView(QWidget *parent) : QListView(parent), d(std::make_unique<Pr
     setAutoFillBackground(true);
 }
 
-TableView::~TableView() = default;
-
-void TableView::setDataSource(TableViewDataSource *dataSource)
-{
-    d->dataSource = dataSource;
-}
-
-void TableView::setDelegate(TableViewDelegate *delegate)
-{
-    d->delegate = delegate;
-    d->model->setDelegate(delegate);
-    d->painter->setDelegate(delegate);
-}
-
-int TableView::rowHeight() const
-{
-    return d->painter->rowHeight();
-}
-
 void TableView::setRowHeight(int points)
 {
-    d->painter->setRowHeight(points);
+    m_rowHeight = points;
     scheduleDelayedItemsLayout();
-}
-
-QString TableView::cellStoryboard() const
-{
-    return d->cellStoryboard;
-}
-
-void TableView::setCellStoryboard(const QString &storyboard)
-{
-    d->cellStoryboard = storyboard;
 }
 
 TableCellView *TableView::makeView(const QString &identifier)
 {
-    if (TableCellView *known = d->cells.value(identifier))
+    if (TableCellView *known = m_cells.value(identifier))
         return known;
-    if (d->cellStoryboard.isEmpty())
+    if (m_cellStoryboard.isEmpty())
         return nullptr;
-    auto made = Storyboard::named(d->cellStoryboard).makeCell(identifier);
+    auto made = Storyboard::named(m_cellStoryboard).makeCell(identifier);
     if (!made)
         return nullptr;
     // A child for its palette and font, but never shown.
     TableCellView *cell = made.release();
     cell->setParent(this);
     cell->hide();
-    d->cells.insert(identifier, cell);
+    m_cells.insert(identifier, cell);
     return cell;
 }
 
 int TableView::numberOfRows() const
 {
-    return d->model->rowCount();
+    return m_model->rowCount();
 }
 
 int TableView::selectedRow() const
@@ -115,7 +100,7 @@ int TableView::numberOfSelectedRows() const
 
 void TableView::selectRow(int row)
 {
-    const QModelIndex index = d->model->index(row, 0);
+    const QModelIndex index = m_model->index(row, 0);
     if (index.isValid())
         selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
 }
@@ -129,19 +114,19 @@ void TableView::reloadData()
 {
     const int row = selectedRow();
     const int scrolled = verticalScrollBar()->value();
-    d->keepsQuiet = true;
-    d->model->reset(d->dataSource ? d->dataSource->numberOfRowsInTableView() : 0);
+    m_isReloading = true;
+    m_model->reset(m_dataSource ? m_dataSource->numberOfRowsInTableView() : 0);
     selectRow(row);
-    d->keepsQuiet = false;
+    m_isReloading = false;
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(scrolled);
-    if (row >= 0 && selectedRow() < 0 && d->delegate)
-        d->delegate->tableViewSelectionDidChange();
+    if (row >= 0 && selectedRow() < 0 && m_delegate)
+        m_delegate->tableViewSelectionDidChange();
 }
 
 void TableView::scrollRowToVisible(int row)
 {
-    if (const QModelIndex index = d->model->index(row, 0); index.isValid())
+    if (const QModelIndex index = m_model->index(row, 0); index.isValid())
         scrollTo(index, EnsureVisible);
 }
 
@@ -180,6 +165,6 @@ void TableView::mouseDoubleClickEvent(QMouseEvent *event)
 void TableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QListView::selectionChanged(selected, deselected);
-    if (!d->keepsQuiet && d->delegate)
-        d->delegate->tableViewSelectionDidChange();
+    if (!m_isReloading && m_delegate)
+        m_delegate->tableViewSelectionDidChange();
 }

@@ -1,6 +1,6 @@
 #pragma once
+#include <QHash>
 #include <QListView>
-#include <memory>
 
 class TableCellView;
 
@@ -35,15 +35,14 @@ class TableView : public QListView
 
 public:
     explicit TableView(QWidget *parent = nullptr);
-    ~TableView() override;
 
-    void setDataSource(TableViewDataSource *dataSource);
-    void setDelegate(TableViewDelegate *delegate);
+    void setDataSource(TableViewDataSource *dataSource) { m_dataSource = dataSource; }
+    void setDelegate(TableViewDelegate *delegate) { m_delegate = delegate; }
 
-    int rowHeight() const;
+    int rowHeight() const { return m_rowHeight; }
     void setRowHeight(int points);
-    QString cellStoryboard() const;
-    void setCellStoryboard(const QString &storyboard);
+    QString cellStoryboard() const { return m_cellStoryboard; }
+    void setCellStoryboard(const QString &storyboard) { m_cellStoryboard = storyboard; }
 
     /// The reusable cell made from the scene of that identifier, or null when there is none.
     TableCellView *makeView(const QString &identifier);
@@ -71,7 +70,13 @@ protected:
 
 private:
     class Model;
-    class Painter;
-    class Private;
-    std::unique_ptr<Private> d;
+    class RowPainter;
+
+    Model *m_model;
+    TableViewDataSource *m_dataSource = nullptr;
+    TableViewDelegate *m_delegate = nullptr;
+    int m_rowHeight = 80;
+    QString m_cellStoryboard;
+    QHash<QString, TableCellView *> m_cells; // by identifier, children of the table
+    bool m_isReloading = false;              // while the selection is carried over
 };
