@@ -1,7 +1,7 @@
 #include "ProgramAccounts.h"
 
 #include <net/secrets/EnvironmentSecrets.h>
-#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/CatalogueService.h>
 
 #include <QFileInfo>
 

@@ -8,8 +8,8 @@
 #include <model/FolderImporting.h>
 #include <model/ServiceStatus.h>
 #include <net/secrets/KeychainSecretStore.h>
+#include <sources/catalogue/CatalogueMetadata.h>
 #include <sources/catalogue/CatalogueService.h>
-#include <sources/catalogue/CatalogueServices.h>
 #include <sources/catalogue/import/FolderImport.h>
 #include <sources/combined/Services.h>
 #include <base/Workspace.h>
@@ -55,8 +55,9 @@ private:
     // A search reports a missing starter catalogue.
     const QString m_starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s).value_or(QString());
     SecretFileQuestion m_question;
-    Services m_services{{makeCatalogueSubtitleService(m_starter), CatalogueService::name(),
-                         makeCatalogueMetadataService(m_starter), secretStore(m_question)}};
+    const QList<CataloguePlace> m_catalogues = standardCataloguePlaces(m_starter);
+    Services m_services{{std::make_shared<CatalogueService>(m_catalogues), CatalogueService::name(),
+                         std::make_shared<CatalogueMetadata>(m_catalogues), secretStore(m_question)}};
     const std::shared_ptr<ProgramAccounts> m_accounts =
         std::make_shared<ProgramAccounts>(m_services, m_starter);
     std::shared_ptr<FolderImporting> m_folders = std::make_shared<FolderImport>(standardOwnCataloguePath());

@@ -36,7 +36,7 @@ QList<SourceStep> readFiles(int count)
         subtitle.record.release = u"Film.%1.Release.%2.1080p.WEB"_s.arg(film).arg(file);
         subtitle.record.language = file % 2 ? u"eng"_s : u"ger"_s;
         subtitle.record.format = u"srt"_s;
-        subtitle.content = StoredContent::packed(QByteArray::number(file).repeated(400));
+        subtitle.record.content = StoredContent::packed(QByteArray::number(file).repeated(400));
         steps += {u"/videos/%1/%2.srt"_s.arg(film).arg(file), u"%1:1"_s.arg(file), {subtitle}, true};
     }
     return steps;
@@ -54,22 +54,29 @@ void import(const QString &path, const QList<SourceStep> &steps)
     Result<OwnCatalogue> catalogue = OwnCatalogue::open(path);
     if (!catalogue)
         qFatal("%s", qUtf8Printable(catalogue.error().localizedDescription));
-    for (qsizetype first = 0; first < steps.size(); first += BatchFiles) {
-        if (!catalogue.value().enter(steps.mid(first, BatchFiles)))
-            qFatal("a batch could not be entered");
-    }
+    for (qsizetype first = 0; first < steps.size(); first += BatchFiles)
+        catalogue.value().enter(steps.mid(first, BatchFiles));
     catalogue.value().checkpoint();
+}
+
+const std::string &withTables(const std::string &path)
+{
+    SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    database.exec("PRAGMA journal_mode = WAL");
+    SQLite::Transaction transaction(database);
+    CatalogueSchema::create(database);
+    transaction.commit();
+    return path;
 }
 
 /// The same rows, known beforehand: nothing is looked up.
 class BareImport final
 {
 public:
-    explicit BareImport(const std::string &path) : m_database(path, true)
+    explicit BareImport(const std::string &path) : m_database(withTables(path), true)
     {
         m_database.execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA cache_size = -65536;"
                            "PRAGMA journal_size_limit = 67108864");
-        m_database.execute(CatalogueSchema::Statements);
         m_film = prepared("INSERT INTO film(id, is_series, year) VALUES(?, 0, ?)");
         m_title = prepared("INSERT INTO title(id, name) VALUES(?, ?)");
         m_words = prepared("INSERT INTO title_words(rowid, words) VALUES(?, ?)");
@@ -180,7 +187,7 @@ std::vector<BareFile> bareFiles(const QList<SourceStep> &steps)
              title.toStdString(),
              searchWords(title).join(u' ').toStdString(),
              *subtitle.film.year,
-             subtitle.content});
+             subtitle.record.content});
     }
     return files;
 }

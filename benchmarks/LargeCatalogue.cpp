@@ -1,6 +1,7 @@
 #include "LargeCatalogue.h"
 
-#include <sources/catalogue/CatalogueWriter.h>
+#include <sources/catalogue/CatalogueRows.h>
+#include <sources/catalogue/CatalogueSchema.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -56,13 +57,6 @@ std::mt19937 chanceOf(int film)
     return std::mt19937(static_cast<quint32>(film) * 2654435761U + 7);
 }
 
-bool isDone(const Result<void> &result)
-{
-    if (!result)
-        std::fprintf(stderr, "%s\n", qUtf8Printable(result.error().localizedDescription));
-    return bool(result);
-}
-
 FilmRecord filmRecord(int film)
 {
     FilmRecord record;
@@ -86,7 +80,7 @@ SubtitleRecord subtitleRecord(const FilmRecord &film, int number, int row, std::
     record.language = LargeCatalogue::languageOf(chance);
     record.format = row % 5 ? u"srt"_s : u"ass"_s;
     record.downloads = skewed(chance, 100'000);
-    record.content = QByteArray::number(number) + '/' + QByteArray::number(row);
+    record.content = StoredContent::plain(QByteArray::number(number) + '/' + QByteArray::number(row));
     if (row == 0) {
         record.videoHash = LargeCatalogue::hashOf(number);
         record.videoSize = LargeCatalogue::sizeOf(number);
@@ -149,20 +143,20 @@ void LargeCatalogue::make(int rows) const
     std::fprintf(stderr, "making a catalogue of %d subtitles, once\n", rows);
     const QString draft = m_path + u".draft"_s;
     QFile::remove(draft);
-    Result<CatalogueWriter> created = CatalogueWriter::create(draft);
-    if (!created)
-        qFatal("%s", qUtf8Printable(created.error().localizedDescription));
-    CatalogueWriter &writer = created.value();
+    SQLite::Database database(draft.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    SQLite::Transaction transaction(database);
+    CatalogueSchema::create(database);
+    CatalogueRows catalogue(database);
     int left = rows;
     for (int film = 0; left > 0; ++film) {
         std::mt19937 chance = chanceOf(film + 1'000'000);
         const FilmRecord record = filmRecord(film);
-        const Result<qint64> id = writer.addFilm(record);
-        for (int row = 0; row < RowsOfAFilm && left > 0; ++row, --left) {
-            if (!id || !isDone(writer.addSubtitle(*id, subtitleRecord(record, film, row, chance))))
-                qFatal("the catalogue could not be made");
-        }
+        const qint64 id = catalogue.addFilm(record);
+        for (int row = 0; row < RowsOfAFilm && left > 0; ++row, --left)
+            catalogue.addSubtitle(id, subtitleRecord(record, film, row, chance));
     }
-    if (!isDone(writer.commit()) || !QFile::rename(draft, m_path))
+    database.exec("INSERT INTO title_words(title_words) VALUES('optimize')");
+    transaction.commit();
+    if (!QFile::rename(draft, m_path))
         qFatal("the catalogue could not be kept");
 }

@@ -1,17 +1,14 @@
 #include "CatalogueDatabase.h"
 
-#include "CatalogueQueries.h"
 #include "CatalogueSchema.h"
 #include "Hardening.h"
-#include "QueryInterrupter.h"
-#include "ReadableFile.h"
-#include "StoredContent.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QtEndian>
 
 using namespace Qt::StringLiterals;
 
@@ -39,10 +36,9 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
     }
 }
 
-bool isReadable(SQLite::Database &database)
+QString text(const SQLite::Column &column)
 {
-    return database.execAndGet("PRAGMA application_id").getInt() == CatalogueSchema::ApplicationId &&
-           database.execAndGet("PRAGMA user_version").getInt() == CatalogueSchema::Version;
+    return QString::fromUtf8(column.getText());
 }
 
 QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
@@ -52,16 +48,66 @@ QByteArray blob(const SQLite::Column &column, qsizetype maxBytes)
     return data && length <= maxBytes ? QByteArray(static_cast<const char *>(data), length) : QByteArray();
 }
 
+/// Unpacks a content; empty when the bytes are damaged or would unpack to more than a subtitle's limit.
+QByteArray unpacked(const QByteArray &bytes)
+{
+    // The stated size comes first; it determines the allocation.
+    constexpr qsizetype SizeBytes = 4;
+    if (bytes.size() <= SizeBytes ||
+        qFromBigEndian<quint32>(bytes.constData()) > CatalogueDatabase::MaxSubtitleBytes)
+        return {};
+    const QByteArray content = qUncompress(bytes);
+    return content.size() <= CatalogueDatabase::MaxSubtitleBytes ? content : QByteArray();
+}
+
+SQLite::Statement rowOf(SQLite::Database &database, const char *text, qint64 value)
+{
+    SQLite::Statement statement(database, text);
+    statement.bind(1, static_cast<int64_t>(value));
+    return statement;
+}
+
 /// Reads a packed content, which is stored apart from its subtitle row.
 QByteArray packedContent(SQLite::Database &database, qint64 entry)
 {
-    SQLite::Statement statement(database, "SELECT packed FROM content WHERE subtitle_id = ?");
-    statement.bind(1, static_cast<int64_t>(entry));
-    if (!statement.executeStep())
+    SQLite::Statement row = rowOf(database, "SELECT packed FROM content WHERE subtitle_id = ?", entry);
+    if (!row.executeStep())
         return {};
-    return StoredContent::unpacked(blob(statement.getColumn(0), CatalogueDatabase::MaxSubtitleBytes));
+    return unpacked(blob(row.getColumn(0), CatalogueDatabase::MaxSubtitleBytes));
 }
 } // namespace
+
+/// Interrupts a connection's query by SQLITE_INTERRUPT when the read is cancelled or takes too long. The
+/// database must outlive this object.
+class CatalogueDatabase::QueryInterrupter final
+{
+public:
+    QueryInterrupter(SQLite::Database &database, ReadLimits limits)
+        : m_database(database), m_limits(std::move(limits))
+    {
+        constexpr int StepsBetweenQuestions = 1000; // of SQLite's virtual machine; well below a millisecond
+        restart();
+        sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isOver, this);
+    }
+    ~QueryInterrupter() { sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr); }
+    QueryInterrupter(const QueryInterrupter &) = delete;
+    QueryInterrupter &operator=(const QueryInterrupter &) = delete;
+
+    /// Restarts the time limit for the next read.
+    void restart() { m_end = std::chrono::steady_clock::now() + m_limits.longest; }
+    bool isCancelled() const { return m_limits.isCancelled && m_limits.isCancelled(); }
+
+private:
+    static int isOver(void *interrupter)
+    {
+        const auto &self = *static_cast<const QueryInterrupter *>(interrupter);
+        return self.isCancelled() || std::chrono::steady_clock::now() >= self.m_end ? 1 : 0;
+    }
+
+    SQLite::Database &m_database;
+    ReadLimits m_limits;
+    std::chrono::steady_clock::time_point m_end;
+};
 
 CatalogueDatabase::CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
                                      std::unique_ptr<QueryInterrupter> interrupter, const QString &path,
@@ -83,28 +129,28 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     if (!info.isFile())
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
-        std::unique_ptr<SQLite::Database> database = readableFile(path, BusyTimeoutMilliseconds);
+        std::unique_ptr<SQLite::Database> database = openForReading(path, BusyTimeoutMilliseconds);
         auto interrupter = std::make_unique<QueryInterrupter>(*database, limits);
-        if (!isReadable(*database))
+        if (CatalogueSchema::ownerOf(*database) != CatalogueSchema::Owner::Ours)
             return errors.error(CatalogueFailure::OtherVersion, path);
-        verifySchema(*database);
+        CatalogueSchema::verify(*database);
         return CatalogueDatabase(std::move(database), std::move(interrupter), path, errors);
     } catch (const SQLite::Exception &exception) {
         return errors.error(failureOf(exception), path, QString::fromUtf8(exception.what()));
     }
 }
 
-/// Runs one read and turns an exception of SQLite into an Error. Each damaged file is checked once, for the
-/// log; a cancelled search is not logged.
-template <class Value>
-Result<Value> CatalogueDatabase::guarded(const std::function<Value()> &read) const
+/// Runs one read and turns an exception of SQLite into an Error, which is logged unless the read was
+/// cancelled.
+template <class Read>
+auto CatalogueDatabase::guarded(const Read &read) const -> Result<decltype(read())>
 {
     m_interrupter->restart();
     try {
         return read();
     } catch (const SQLite::Exception &exception) {
-        const CatalogueFailure failure = failureOf(exception);
-        const base::Error error = m_errors.error(failure, m_path, QString::fromUtf8(exception.what()));
+        const base::Error error =
+            m_errors.error(failureOf(exception), m_path, QString::fromUtf8(exception.what()));
         if (!m_interrupter->isCancelled())
             qCWarning(catalogueLog, "%s: %s", qUtf8Printable(m_path), qUtf8Printable(error.detail));
         return error;
@@ -116,7 +162,7 @@ Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForVideo(quint64 size, c
 {
     if (size > quint64(std::numeric_limits<qint64>::max()))
         return QList<CatalogueEntry>();
-    return guarded<QList<CatalogueEntry>>([&] {
+    return guarded([&] {
         return CatalogueQueries::forVideo(*m_database, static_cast<qint64>(size), hash.toLower(), language);
     });
 }
@@ -124,44 +170,40 @@ Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForVideo(quint64 size, c
 Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForText(const QString &text,
                                                                 const QString &language) const
 {
-    return guarded<QList<CatalogueEntry>>(
-        [&] { return CatalogueQueries::forText(*m_database, text, language); });
+    return guarded([&] { return CatalogueQueries::forText(*m_database, text, language); });
 }
 
 Result<std::optional<CatalogueFile>> CatalogueDatabase::file(qint64 entry) const
 {
-    return guarded<std::optional<CatalogueFile>>([&]() -> std::optional<CatalogueFile> {
-        SQLite::Statement statement(*m_database,
-                                    "SELECT release, format, content FROM subtitle WHERE id = ?");
-        statement.bind(1, static_cast<int64_t>(entry));
-        if (!statement.executeStep())
+    return guarded([&]() -> std::optional<CatalogueFile> {
+        SQLite::Statement row =
+            rowOf(*m_database, "SELECT release, format, content FROM subtitle WHERE id = ?", entry);
+        if (!row.executeStep())
             return std::nullopt;
-        const bool isApart = statement.getColumn(2).getBytes() == 0;
-        return CatalogueFile{QString::fromUtf8(statement.getColumn(0).getText()),
-                             QString::fromUtf8(statement.getColumn(1).getText()),
+        const bool isApart = row.getColumn(2).getBytes() == 0;
+        return CatalogueFile{text(row.getColumn(0)), text(row.getColumn(1)),
                              isApart ? packedContent(*m_database, entry)
-                                     : blob(statement.getColumn(2), MaxSubtitleBytes)};
+                                     : blob(row.getColumn(2), MaxSubtitleBytes)};
     });
 }
 
 Result<std::optional<CatalogueFilm>> CatalogueDatabase::filmByImdb(qint64 imdbNumber) const
 {
-    return guarded<std::optional<CatalogueFilm>>([&]() -> std::optional<CatalogueFilm> {
+    return guarded([&]() -> std::optional<CatalogueFilm> {
         // Prefer a row with a picture.
-        SQLite::Statement statement(*m_database, "SELECT id, is_series FROM film WHERE imdb = ?"
-                                                 " ORDER BY poster IS NULL, id LIMIT 1");
-        statement.bind(1, static_cast<int64_t>(imdbNumber));
-        if (!statement.executeStep())
+        SQLite::Statement row = rowOf(
+            *m_database, "SELECT id, is_series FROM film WHERE imdb = ? ORDER BY poster IS NULL, id LIMIT 1",
+            imdbNumber);
+        if (!row.executeStep())
             return std::nullopt;
-        return CatalogueFilm{statement.getColumn(0).getInt64(), statement.getColumn(1).getInt() != 0};
+        return CatalogueFilm{row.getColumn(0).getInt64(), row.getColumn(1).getInt() != 0};
     });
 }
 
 Result<QByteArray> CatalogueDatabase::poster(qint64 film) const
 {
-    return guarded<QByteArray>([&] {
-        SQLite::Statement statement(*m_database, "SELECT poster FROM film WHERE id = ?");
-        statement.bind(1, static_cast<int64_t>(film));
-        return statement.executeStep() ? blob(statement.getColumn(0), MaxPosterBytes) : QByteArray();
+    return guarded([&] {
+        SQLite::Statement row = rowOf(*m_database, "SELECT poster FROM film WHERE id = ?", film);
+        return row.executeStep() ? blob(row.getColumn(0), MaxPosterBytes) : QByteArray();
     });
 }

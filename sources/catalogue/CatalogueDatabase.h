@@ -1,17 +1,33 @@
 #pragma once
-#include "CatalogueEntry.h"
 #include "CatalogueErrors.h"
-#include "QueryInterrupter.h"
+#include "CatalogueQueries.h"
 
 #include <base/Result.h>
-#include <QList>
+#include <chrono>
 #include <functional>
-#include <optional>
+#include <memory>
 
-namespace SQLite
+/// A film's picture, or that of an episode's series.
+struct CatalogueFilm
 {
-class Database;
-}
+    qint64 id = 0;
+    bool isSeries = false;
+};
+
+/// The content that a download writes.
+struct CatalogueFile
+{
+    QString release;
+    QString format;
+    QByteArray content;
+};
+
+/// The limits of one read. A sound catalogue answers in milliseconds; the time limit allows for a slow disk.
+struct ReadLimits
+{
+    std::chrono::milliseconds longest{15'000}; // for opening the file or for one search
+    std::function<bool()> isCancelled = {};    // polled on the reading thread; empty for never
+};
 
 /// One catalogue file, opened for reading only. One thread at a time. Each function returns rows or an Error
 /// for any content: foreign, truncated or overwritten files, values of a wrong type, texts of any length and
@@ -42,12 +58,13 @@ public:
     Result<QByteArray> poster(qint64 film) const;
 
 private:
+    class QueryInterrupter;
     CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
                       std::unique_ptr<QueryInterrupter> interrupter, const QString &path,
                       const CatalogueErrors &errors);
 
-    template <class Value>
-    Result<Value> guarded(const std::function<Value()> &read) const;
+    template <class Read>
+    auto guarded(const Read &read) const -> Result<decltype(read())>;
 
     std::unique_ptr<SQLite::Database> m_database;
     std::unique_ptr<QueryInterrupter> m_interrupter; // detaches from the database before that is closed

@@ -1,5 +1,6 @@
 #pragma once
 #include <base/Result.h>
+#include <QHash>
 
 enum class CatalogueFailure
 {
@@ -27,14 +28,5 @@ public:
     base::Error error(CatalogueFailure failure, const QString &path, const QString &detail = {}) const;
 
 private:
-    QString m_missing;
-    QString m_damaged;
-    QString m_otherVersion;
-    QString m_unreadable;
-    QString m_noLongerThere;
-    QString m_noPicture;
-    QString m_diskFull;
-    QString m_busy;
-    QString m_unwritable;
-    QString m_tooSlow;
+    QHash<CatalogueFailure, QString> m_sentences;
 };

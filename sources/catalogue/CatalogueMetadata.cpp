@@ -6,7 +6,6 @@
 #include <media/PosterImage.h>
 #include <model/ImdbNumber.h>
 
-#include <QFileInfo>
 #include <QGuiApplication>
 
 #include <atomic>
@@ -47,9 +46,7 @@ struct CatalogueMetadata::State
         const std::optional<qint64> number = imdbNumber(id);
         std::optional<base::Error> failure;
         for (const CataloguePlace &place : places) {
-            const bool isAbsent =
-                place.presence == CataloguePlace::Presence::Optional && !QFileInfo::exists(place.path);
-            if (isAbsent || !number)
+            if (place.isLeftOut() || !number)
                 continue;
             const Result<CatalogueDatabase> database = open(place.path);
             const Result<std::optional<CatalogueFilm>> film =

@@ -1,5 +1,4 @@
 #pragma once
-#include "CatalogueErrors.h"
 #include "CatalogueService.h"
 
 #include <model/MetadataService.h>

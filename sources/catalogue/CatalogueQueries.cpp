@@ -82,19 +82,13 @@ struct AnsweringTitle
     qsizetype length = 0;
 };
 
-struct MatchingTitle
-{
-    qint64 id = 0;
-    QString name;
-};
+using MatchingTitles = QList<std::pair<qint64, QString>>; // rows and names
 
-QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const char *query,
-                                    const QString &expression, int limit)
+MatchingTitles matchingTitles(PreparedStatements &statements, const char *query, const QString &expression,
+                              int limit)
 {
-    auto statement = statements.use(query);
-    statement->bind(1, expression.toStdString());
-    statement->bind(2, limit);
-    QList<MatchingTitle> titles;
+    auto statement = statements.use(query, expression, limit);
+    MatchingTitles titles;
     while (statement->executeStep())
         titles += {statement->getColumn(0).getInt64(), text(statement->getColumn(1))};
     return titles;
@@ -108,11 +102,11 @@ constexpr char BestTitles[] = "SELECT t.id, t.name FROM title_words w JOIN title
 /// All matching titles when these are few. The index's ranking would first count every title that has one of
 /// the words, such as "the". With many titles and several words, titles with the words side by side come
 /// first, then the first others.
-QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const TitleQuery::Reading &reading,
-                                    WordMatch match)
+MatchingTitles matchingTitles(PreparedStatements &statements, const TitleQuery::Reading &reading,
+                              WordMatch match)
 {
     const QString expression = matchExpression(reading, match);
-    QList<MatchingTitle> titles = matchingTitles(statements, SomeTitles, expression, MaxUnranked);
+    MatchingTitles titles = matchingTitles(statements, SomeTitles, expression, MaxUnranked);
     if (titles.size() < MaxUnranked)
         return titles;
     if (reading.words.size() == 1)
@@ -123,12 +117,12 @@ QList<MatchingTitle> matchingTitles(PreparedStatements &statements, const TitleQ
 void collectTitles(PreparedStatements &statements, const TitleQuery::Reading &reading, WordMatch match,
                    QList<AnsweringTitle> &titles, QSet<qint64> &seen)
 {
-    for (const MatchingTitle &title : matchingTitles(statements, reading, match)) {
-        if (seen.contains(title.id))
+    for (const auto &[id, name] : matchingTitles(statements, reading, match)) {
+        if (seen.contains(id))
             continue;
-        seen += title.id;
-        if (const auto answer = titleAnswer(reading, title.name))
-            titles += {title.id, *answer, title.name.size()};
+        seen += id;
+        if (const auto answer = titleAnswer(reading, name))
+            titles += {id, *answer, name.size()};
     }
 }
 
@@ -150,12 +144,6 @@ QList<AnsweringTitle> titlesFor(PreparedStatements &statements, const TitleQuery
     return titles.mid(0, isHalf ? MaxHalfTitles : MaxTitles);
 }
 
-void bindFact(SQLite::Statement &statement, int index, const std::optional<int> &fact)
-{
-    if (fact)
-        statement.bind(index, *fact);
-}
-
 /// Reads as few pages as possible: of films without a subtitle in the language only the index by film and
 /// language, and of a series only the wanted episodes.
 std::string tablesInOrder(const QString &language, const TitleQuery &facts)
@@ -168,8 +156,8 @@ std::string tablesInOrder(const QString &language, const TitleQuery &facts)
 }
 
 /// Year, season and episode of the text are part of the statement: a long series has more subtitles than are
-/// read, and the wanted ones must be among them. The language is a separate condition, so that SQLite uses
-/// the index by film and language.
+/// read, the wanted ones must be among them, and a missing episode is not answered with another one. The
+/// language is a separate condition, so that SQLite uses the index by film and language.
 SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
                                    const TitleQuery &facts)
 {
@@ -184,20 +172,13 @@ SQLite::Statement entriesStatement(SQLite::Database &database, const QString &la
     if (!language.isEmpty())
         statement.bind(2, language.toStdString());
     statement.bind(3, CatalogueQueries::MaxEntries);
-    bindFact(statement, 4, facts.season);
-    bindFact(statement, 5, facts.episode);
-    bindFact(statement, 6, facts.year);
+    int place = 3;
+    for (const std::optional<int> &fact : {facts.season, facts.episode, facts.year}) {
+        ++place;
+        if (fact)
+            statement.bind(place, *fact);
+    }
     return statement;
-}
-
-QList<CatalogueEntry> entriesOfTitle(SQLite::Statement &statement, qint64 title)
-{
-    statement.reset();
-    statement.bind(1, static_cast<int64_t>(title));
-    QList<CatalogueEntry> entries;
-    while (statement.executeStep())
-        entries += entryFrom(statement);
-    return entries;
 }
 
 QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<AnsweringTitle> &titles,
@@ -207,11 +188,13 @@ QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<An
     QList<CatalogueEntry> entries;
     QSet<qint64> seen; // a film with several titles occurs several times, by its closest first
     for (const AnsweringTitle &title : titles) {
-        for (CatalogueEntry entry : entriesOfTitle(statement, title.id)) {
+        statement.reset();
+        statement.bind(1, static_cast<int64_t>(title.id));
+        while (statement.executeStep()) {
+            const CatalogueEntry entry = entryFrom(statement);
             if (seen.contains(entry.id))
                 continue;
             seen += entry.id;
-            entry.closeness = title.answer.closeness;
             entries += entry;
         }
         if (entries.size() >= CatalogueQueries::MaxEntries)
@@ -220,23 +203,12 @@ QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<An
     return entries;
 }
 
-/// Keeps the entries for which the fact is true if there are any; otherwise the text named it wrongly.
-void preferFact(QList<CatalogueEntry> &entries, const std::optional<int> &wanted,
-                std::optional<int> Subtitle::*fact)
+/// Keeps the entries of this year if there are any; otherwise the text named it wrongly.
+void preferYear(QList<CatalogueEntry> &entries, std::optional<int> year)
 {
-    const auto disagrees = [&](const CatalogueEntry &entry) { return entry.subtitle.*fact != wanted; };
-    if (wanted && !std::all_of(entries.begin(), entries.end(), disagrees))
+    const auto disagrees = [&](const CatalogueEntry &entry) { return entry.subtitle.year != year; };
+    if (year && !std::all_of(entries.cbegin(), entries.cend(), disagrees))
         entries.removeIf(disagrees);
-}
-
-/// A missing episode must not be answered with another one.
-void demandEpisode(QList<CatalogueEntry> &entries, const TitleQuery &query)
-{
-    entries.removeIf([&](const CatalogueEntry &entry) {
-        const Subtitle &subtitle = entry.subtitle;
-        return (query.season && subtitle.season && subtitle.season != query.season) ||
-               (query.episode && subtitle.episode && subtitle.episode != query.episode);
-    });
 }
 } // namespace
 
@@ -279,8 +251,7 @@ QList<CatalogueEntry> CatalogueQueries::forText(SQLite::Database &database, cons
             continue;
         const TitleQuery facts = reading.checksFacts ? query : TitleQuery();
         QList<CatalogueEntry> entries = entriesOfTitles(database, titles, language, facts);
-        demandEpisode(entries, facts);
-        preferFact(entries, facts.year, &Subtitle::year);
+        preferYear(entries, facts.year);
         if (!entries.isEmpty())
             return entries.mid(0, MaxEntries);
     }

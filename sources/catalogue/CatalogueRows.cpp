@@ -2,222 +2,129 @@
 
 #include "SearchWords.h"
 
+#include <QCryptographicHash>
+
 namespace
 {
-template <class Value>
-void bindOptional(SQLite::Statement &statement, int index, const std::optional<Value> &value)
+constexpr int PackingEffort = 6;
+
+QByteArray digestOf(const QByteArray &content)
 {
-    if constexpr (std::is_integral_v<Value>) {
-        if (value)
-            return statement.bind(index, static_cast<int64_t>(*value));
-    } else {
-        if (value)
-            return statement.bind(index, *value);
-    }
-    statement.bind(index);
+    return QCryptographicHash::hash(content, QCryptographicHash::Sha1);
 }
 
-void bindBlob(SQLite::Statement &statement, int index, const QByteArray &bytes)
+QString indexedWords(const QString &title)
 {
-    statement.bind(index, bytes.constData(), static_cast<int>(bytes.size()));
-}
-
-void bindRow(SQLite::Statement &statement, int index, qint64 row)
-{
-    statement.bind(index, static_cast<int64_t>(row));
-}
-
-std::optional<qint64> firstRow(SQLite::Statement &statement)
-{
-    if (!statement.executeStep())
-        return std::nullopt;
-    return statement.getColumn(0).getInt64();
-}
-
-QList<qint64> allRows(SQLite::Statement &statement)
-{
-    QList<qint64> rows;
-    while (statement.executeStep())
-        rows += statement.getColumn(0).getInt64();
-    return rows;
+    return searchWords(title).join(u' ');
 }
 } // namespace
 
-CatalogueRows::CatalogueRows(SQLite::Database &database) : m_database(database), m_statements(database) {}
+StoredContent StoredContent::plain(const QByteArray &content)
+{
+    return {digestOf(content), content, {}};
+}
+
+StoredContent StoredContent::packed(const QByteArray &content)
+{
+    return {digestOf(content), {}, qCompress(content, PackingEffort)};
+}
 
 qint64 CatalogueRows::addFilm(const FilmRecord &film)
 {
-    auto insert = m_statements.use("INSERT INTO film(is_series, year, season, episode, imdb, poster)"
-                                   " VALUES(?, ?, ?, ?, ?, ?)");
-    insert->bind(1, film.isSeries ? 1 : 0);
-    bindOptional(*insert, 2, film.year);
-    bindOptional(*insert, 3, film.season);
-    bindOptional(*insert, 4, film.episode);
-    bindOptional(*insert, 5, film.imdbNumber);
-    if (!film.poster.isEmpty())
-        bindBlob(*insert, 6, film.poster);
-    insert->exec();
-    const qint64 row = m_database.getLastInsertRowid();
-
-    int isMain = 1;
+    const auto poster = film.poster.isEmpty() ? std::nullopt : std::optional(film.poster);
+    const qint64 row =
+        m_statements.insert("INSERT INTO film(is_series, year, season, episode, imdb, poster)"
+                            " VALUES(?, ?, ?, ?, ?, ?)",
+                            film.isSeries, film.year, film.season, film.episode, film.imdbNumber, poster);
+    bool isMain = true;
     for (const QString &name : film.titles) {
-        const qint64 title = titleRow(name);
-        auto join =
-            m_statements.use("INSERT OR IGNORE INTO film_title(title_id, film_id, is_main) VALUES(?, ?, ?)");
-        bindRow(*join, 1, title);
-        bindRow(*join, 2, row);
-        join->bind(3, isMain);
-        join->exec();
-        isMain = 0;
+        m_statements.run("INSERT OR IGNORE INTO film_title(title_id, film_id, is_main) VALUES(?, ?, ?)",
+                         titleRow(name), row, isMain);
+        isMain = false;
     }
     return row;
 }
 
 qint64 CatalogueRows::filmRow(const FilmRecord &film)
 {
-    {
-        auto find = m_statements.use("SELECT f.id FROM title t JOIN film_title x ON x.title_id = t.id"
-                                     " JOIN film f ON f.id = x.film_id WHERE t.name = ? AND x.is_main = 1"
-                                     " AND f.year IS ? AND f.season IS ? AND f.episode IS ? LIMIT 1");
-        find->bind(1, film.titles.first().toStdString());
-        bindOptional(*find, 2, film.year);
-        bindOptional(*find, 3, film.season);
-        bindOptional(*find, 4, film.episode);
-        if (const auto row = firstRow(*find))
-            return *row;
-    }
-    return addFilm(film);
+    const auto row = m_statements.first("SELECT f.id FROM title t JOIN film_title x ON x.title_id = t.id"
+                                        " JOIN film f ON f.id = x.film_id WHERE t.name = ? AND x.is_main = 1"
+                                        " AND f.year IS ? AND f.season IS ? AND f.episode IS ? LIMIT 1",
+                                        film.titles.first(), film.year, film.season, film.episode);
+    return row ? *row : addFilm(film);
 }
 
 qint64 CatalogueRows::titleRow(const QString &name)
 {
-    {
-        auto find = m_statements.use("SELECT id FROM title WHERE name = ?");
-        find->bind(1, name.toStdString());
-        if (const auto row = firstRow(*find))
-            return *row;
-    }
-    auto insert = m_statements.use("INSERT INTO title(name) VALUES(?)");
-    insert->bind(1, name.toStdString());
-    insert->exec();
-    const qint64 row = m_database.getLastInsertRowid();
-    auto index = m_statements.use("INSERT INTO title_words(rowid, words) VALUES(?, ?)");
-    bindRow(*index, 1, row);
-    index->bind(2, searchWords(name).join(u' ').toStdString());
-    index->exec();
+    if (const auto row = m_statements.first("SELECT id FROM title WHERE name = ?", name))
+        return *row;
+    const qint64 row = m_statements.insert("INSERT INTO title(name) VALUES(?)", name);
+    m_statements.run("INSERT INTO title_words(rowid, words) VALUES(?, ?)", row, indexedWords(name));
     return row;
 }
 
-qint64 CatalogueRows::addSubtitle(qint64 film, const SubtitleRecord &subtitle, const StoredContent &content)
+qint64 CatalogueRows::addSubtitle(qint64 film, const SubtitleRecord &subtitle)
 {
-    auto insert =
-        m_statements.use("INSERT INTO subtitle(film_id, language, release, format, downloads,"
-                         " frames_per_second, hearing_impaired, foreign_parts_only, machine_translated,"
-                         " digest, content) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-    bindRow(*insert, 1, film);
-    insert->bind(2, subtitle.language.toStdString());
-    insert->bind(3, subtitle.release.toStdString());
-    insert->bind(4, subtitle.format.toStdString());
-    bindOptional(*insert, 5, subtitle.downloads);
-    bindOptional(*insert, 6, subtitle.framesPerSecond);
-    insert->bind(7, subtitle.hearingImpaired ? 1 : 0);
-    insert->bind(8, subtitle.foreignPartsOnly ? 1 : 0);
-    insert->bind(9, subtitle.machineTranslated ? 1 : 0);
-    bindBlob(*insert, 10, content.digest);
-    bindBlob(*insert, 11, content.inRow);
-    insert->exec();
-    const qint64 row = m_database.getLastInsertRowid();
-    if (!content.apart.isEmpty()) {
-        auto apart = m_statements.use("INSERT INTO content(subtitle_id, packed) VALUES(?, ?)");
-        bindRow(*apart, 1, row);
-        bindBlob(*apart, 2, content.apart);
-        apart->exec();
-    }
-    addVideo(row, subtitle.videoHash, subtitle.videoSize);
+    const qint64 row = m_statements.insert(
+        "INSERT INTO subtitle(film_id, language, release, format, downloads, frames_per_second,"
+        " hearing_impaired, foreign_parts_only, machine_translated, digest, content)"
+        " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        film, subtitle.language, subtitle.release, subtitle.format, subtitle.downloads,
+        subtitle.framesPerSecond, subtitle.hearingImpaired, subtitle.foreignPartsOnly,
+        subtitle.machineTranslated, subtitle.content.digest, subtitle.content.inRow);
+    if (!subtitle.content.apart.isEmpty())
+        m_statements.run("INSERT INTO content(subtitle_id, packed) VALUES(?, ?)", row,
+                         subtitle.content.apart);
+    addVideo(row, subtitle);
     return row;
 }
 
-std::optional<qint64> CatalogueRows::subtitleRow(qint64 film, const SubtitleRecord &subtitle,
-                                                 const QByteArray &digest)
+std::optional<qint64> CatalogueRows::subtitleRow(qint64 film, const SubtitleRecord &subtitle)
 {
-    auto find = m_statements.use("SELECT id FROM subtitle WHERE film_id = ? AND language = ? AND digest = ?"
-                                 " AND release = ? LIMIT 1");
-    bindRow(*find, 1, film);
-    find->bind(2, subtitle.language.toStdString());
-    bindBlob(*find, 3, digest);
-    find->bind(4, subtitle.release.toStdString());
-    return firstRow(*find);
+    return m_statements.first("SELECT id FROM subtitle WHERE film_id = ? AND language = ? AND digest = ?"
+                              " AND release = ? LIMIT 1",
+                              film, subtitle.language, subtitle.content.digest, subtitle.release);
 }
 
-void CatalogueRows::addVideo(qint64 subtitle, const QString &hash, quint64 size)
+void CatalogueRows::addVideo(qint64 row, const SubtitleRecord &subtitle)
 {
-    if (hash.isEmpty())
-        return;
-    auto video = m_statements.use("INSERT OR IGNORE INTO video(hash, size, subtitle_id) VALUES(?, ?, ?)");
-    video->bind(1, hash.toLower().toStdString());
-    video->bind(2, static_cast<int64_t>(size));
-    bindRow(*video, 3, subtitle);
-    video->exec();
+    if (!subtitle.videoHash.isEmpty())
+        m_statements.run("INSERT OR IGNORE INTO video(hash, size, subtitle_id) VALUES(?, ?, ?)",
+                         subtitle.videoHash.toLower(), subtitle.videoSize, row);
 }
 
 void CatalogueRows::removeSubtitle(qint64 subtitle)
 {
-    std::optional<qint64> film;
-    {
-        auto find = m_statements.use("SELECT film_id FROM subtitle WHERE id = ?");
-        bindRow(*find, 1, subtitle);
-        film = firstRow(*find);
-    }
-    for (const char *text :
-         {"DELETE FROM content WHERE subtitle_id = ?", "DELETE FROM video WHERE subtitle_id = ?",
-          "DELETE FROM subtitle WHERE id = ?"}) {
-        auto statement = m_statements.use(text);
-        bindRow(*statement, 1, subtitle);
-        statement->exec();
-    }
-    if (!film)
-        return;
-    auto other = m_statements.use("SELECT 1 FROM subtitle WHERE film_id = ? LIMIT 1");
-    bindRow(*other, 1, *film);
-    if (!other->executeStep())
+    const auto film = m_statements.first("SELECT film_id FROM subtitle WHERE id = ?", subtitle);
+    m_statements.run("DELETE FROM content WHERE subtitle_id = ?", subtitle);
+    m_statements.run("DELETE FROM video WHERE subtitle_id = ?", subtitle);
+    m_statements.run("DELETE FROM subtitle WHERE id = ?", subtitle);
+    if (film && !m_statements.first("SELECT 1 FROM subtitle WHERE film_id = ? LIMIT 1", *film))
         removeFilm(*film);
 }
 
 void CatalogueRows::removeFilm(qint64 film)
 {
-    QList<qint64> titles;
-    {
-        auto find = m_statements.use("SELECT title_id FROM film_title WHERE film_id = ?");
-        bindRow(*find, 1, film);
-        titles = allRows(*find);
-    }
-    for (const char *text : {"DELETE FROM film_title WHERE film_id = ?", "DELETE FROM film WHERE id = ?"}) {
-        auto statement = m_statements.use(text);
-        bindRow(*statement, 1, film);
-        statement->exec();
-    }
+    const QList<qint64> titles = m_statements.all("SELECT title_id FROM film_title WHERE film_id = ?", film);
+    m_statements.run("DELETE FROM film_title WHERE film_id = ?", film);
+    m_statements.run("DELETE FROM film WHERE id = ?", film);
     for (const qint64 title : titles)
         removeTitleIfUnused(title);
 }
 
 void CatalogueRows::removeTitleIfUnused(qint64 title)
 {
-    std::string name;
+    QString name;
     {
         auto find = m_statements.use("SELECT name FROM title WHERE id = ?1 AND NOT EXISTS"
-                                     " (SELECT 1 FROM film_title WHERE title_id = ?1)");
-        bindRow(*find, 1, title);
+                                     " (SELECT 1 FROM film_title WHERE title_id = ?1)",
+                                     title);
         if (!find->executeStep())
             return;
-        name = find->getColumn(0).getString();
+        name = QString::fromStdString(find->getColumn(0).getString());
     }
     // The index stores no texts: a title is removed by passing its words again.
-    auto index =
-        m_statements.use("INSERT INTO title_words(title_words, rowid, words) VALUES('delete', ?, ?)");
-    bindRow(*index, 1, title);
-    index->bind(2, searchWords(QString::fromStdString(name)).join(u' ').toStdString());
-    index->exec();
-    auto statement = m_statements.use("DELETE FROM title WHERE id = ?");
-    bindRow(*statement, 1, title);
-    statement->exec();
+    m_statements.run("INSERT INTO title_words(title_words, rowid, words) VALUES('delete', ?, ?)", title,
+                     indexedWords(name));
+    m_statements.run("DELETE FROM title WHERE id = ?", title);
 }

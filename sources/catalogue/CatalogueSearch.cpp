@@ -1,13 +1,10 @@
 #include "CatalogueSearch.h"
 
-#include "CatalogueDatabase.h"
-
 #include <base/SafeFileName.h>
 #include <media/names/ReleaseAgreement.h>
 #include <model/ServiceLanguages.h>
 
-#include <QFileInfo>
-#include <QSet>
+#include <QHash>
 
 #include <algorithm>
 #include <tuple>
@@ -16,21 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-struct RankedEntry
-{
-    CatalogueEntry entry;
-    int agreement = 0;
-};
-
 bool isHash(const QString &text)
 {
     const auto isDigit = [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); };
     return text.size() == 16 && std::all_of(text.begin(), text.end(), isDigit);
-}
-
-bool isWanted(const CataloguePlace &place)
-{
-    return place.presence == CataloguePlace::Presence::Required || QFileInfo::exists(place.path);
 }
 
 Result<QList<CatalogueEntry>> entriesOf(const CataloguePlace &place, const CatalogueErrors &errors,
@@ -45,50 +31,34 @@ Result<QList<CatalogueEntry>> entriesOf(const CataloguePlace &place, const Catal
     return database->entriesForText(request.text, language);
 }
 
-/// A result's id within this service: the catalogue and the row.
-QString fileIdOf(qsizetype place, qint64 row)
+/// Of files with the same content in a language, keeps the one that a ranking would put first.
+QList<SubtitlePtr> withoutCopies(const QList<CatalogueEntry> &found, const QString &text)
 {
-    return u"%1/%2"_s.arg(place).arg(row);
-}
-
-int agreementOf(const CatalogueEntry &entry, const CatalogueRequest &request)
-{
-    // For typed words the title counts before the release, so that "Heat" does not find "Heathers" first.
-    constexpr int TitleWeight = 1000;
-    const QString &name = request.video ? request.videoName : request.text;
-    return TitleWeight * entry.closeness + releaseAgreement(entry.subtitle.subFileName, name);
-}
-
-bool isBetter(const RankedEntry &a, const RankedEntry &b)
-{
-    const auto key = [](const RankedEntry &ranked) {
-        const Subtitle &subtitle = ranked.entry.subtitle;
-        return std::tuple(subtitle.matchesHash, ranked.agreement, subtitle.downloads.value_or(0));
+    const auto rank = [&](const Subtitle &subtitle) {
+        return std::tuple(subtitle.matchesHash, releaseAgreement(subtitle.subFileName, text),
+                          subtitle.downloads.value_or(0));
     };
-    return key(a) > key(b);
-}
-
-QList<SubtitlePtr> inOrder(QList<RankedEntry> found)
-{
-    std::stable_sort(found.begin(), found.end(), isBetter);
-    QList<SubtitlePtr> subtitles;
-    QSet<std::pair<QByteArray, QString>> seen;
-    for (const RankedEntry &ranked : found) {
-        const auto identity = std::pair(ranked.entry.digest, ranked.entry.subtitle.subLanguageID);
-        if (!ranked.entry.digest.isEmpty() && seen.contains(identity))
-            continue;
-        seen += identity;
-        subtitles += std::make_shared<const Subtitle>(ranked.entry.subtitle);
+    QList<SubtitlePtr> kept;
+    QHash<std::pair<QByteArray, QString>, qsizetype> places;
+    for (const auto &[id, subtitle, digest] : found) {
+        const auto identity = std::pair(digest, subtitle.subLanguageID);
+        const auto place = digest.isEmpty() ? places.cend() : places.constFind(identity);
+        if (place == places.cend()) {
+            places.insert(identity, kept.size());
+            kept += std::make_shared<const Subtitle>(subtitle);
+        } else if (rank(subtitle) > rank(*kept[*place])) {
+            kept[*place] = std::make_shared<const Subtitle>(subtitle);
+        }
     }
-    return subtitles;
+    return kept;
 }
 } // namespace
 
-CatalogueRequest CatalogueRequest::from(const QList<Arg> &args, const VideoNames &names)
+CatalogueRequest CatalogueRequest::from(const QList<Arg> &args)
 {
     QString size;
     QString hash;
-    CatalogueRequest request{std::nullopt, {}, std::nullopt, {}, Locale::current()};
+    CatalogueRequest request;
     for (const Arg &arg : args) {
         if (arg.param == Param::byteSize)
             size = arg.value;
@@ -103,8 +73,6 @@ CatalogueRequest CatalogueRequest::from(const QList<Arg> &args, const VideoNames
     const quint64 bytes = size.toULongLong(&isNumber);
     if (isNumber && isHash(hash))
         request.video = VideoHash{hash, bytes};
-    if (request.video)
-        request.videoName = names.nameOf(*request.video);
     return request;
 }
 
@@ -113,10 +81,10 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
 {
     if (request.language && request.language->isEmpty())
         return QueryResult{QList<SubtitlePtr>()};
-    QList<RankedEntry> found;
+    QList<CatalogueEntry> found;
     std::optional<base::Error> failure;
     for (qsizetype i = 0; i < places.size(); ++i) {
-        if (!isWanted(places[i]))
+        if (places[i].isLeftOut())
             continue;
         Result<QList<CatalogueEntry>> entries = entriesOf(places[i], errors, request, limits);
         if (!entries) {
@@ -124,16 +92,16 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
             continue;
         }
         for (CatalogueEntry &entry : entries.value()) {
-            entry.subtitle.service = CatalogueService::name();
-            entry.subtitle.fileID = fileIdOf(i, entry.id);
-            entry.subtitle.languageName =
-                ServiceLanguages::name(entry.subtitle.subLanguageID, request.locale);
-            found += {entry, agreementOf(entry, request)};
+            Subtitle &subtitle = entry.subtitle;
+            subtitle.service = CatalogueService::name();
+            subtitle.fileID = u"%1/%2"_s.arg(i).arg(entry.id); // the catalogue and the row
+            subtitle.languageName = ServiceLanguages::name(subtitle.subLanguageID, request.locale);
         }
+        found += entries.value();
     }
     if (found.isEmpty() && failure)
         return *failure;
-    return QueryResult{inOrder(std::move(found))};
+    return QueryResult{withoutCopies(found, request.text)};
 }
 
 Result<FetchedSubtitle> fetchFromCatalogue(const QList<CataloguePlace> &places, const CatalogueErrors &errors,

@@ -1,7 +1,6 @@
 #pragma once
-#include "CatalogueErrors.h"
+#include "CatalogueDatabase.h"
 #include "CatalogueService.h"
-#include "QueryInterrupter.h"
 
 #include <base/Locale.h>
 
@@ -10,14 +9,13 @@ struct CatalogueRequest
 {
     std::optional<VideoHash> video;
     QString text;
-    std::optional<QString> language; // three letters; none for all, empty for an invalid code
-    QString videoName;               // remembered for the video; empty when unknown
-    Locale locale;                   // the locale of language names
+    std::optional<QString> language;   // three letters; none for all, empty for an invalid code
+    Locale locale = Locale::current(); // the locale of language names
 
-    static CatalogueRequest from(const QList<Arg> &args, const VideoNames &names);
+    static CatalogueRequest from(const QList<Arg> &args);
 };
 
-/// Searches all catalogues for one request: the best results first, duplicates once. The limits hold for each
+/// Searches all catalogues for one request. Each content comes once in a language. The limits hold for each
 /// catalogue. Any thread.
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
                                      const CatalogueRequest &request, const ReadLimits &limits = {});

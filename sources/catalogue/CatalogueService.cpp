@@ -4,12 +4,34 @@
 
 #include <base/MainQueue.h>
 #include <media/names/FileNameParser.h>
+#include <media/names/VideoNames.h>
+#include <model/OutstandingQueries.h>
+
+#include <QFileInfo>
+#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 constexpr std::chrono::hours DownloadsKeptFor{7 * 24};
+}
+
+bool CataloguePlace::isLeftOut() const
+{
+    return presence == Presence::Optional && !QFileInfo::exists(path);
+}
+
+QString standardOwnCataloguePath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           "/Plovendix/catalogue.sqlite"_L1;
+}
+
+QList<CataloguePlace> standardCataloguePlaces(const QString &starterPath)
+{
+    return {{starterPath, CataloguePlace::Presence::Required},
+            {standardOwnCataloguePath(), CataloguePlace::Presence::Optional}};
 }
 
 struct CatalogueService::State
@@ -22,7 +44,6 @@ struct CatalogueService::State
     const QList<CataloguePlace> places;
     const CatalogueErrors errors;
     const DownloadFolder downloads;
-    VideoNames names;
     OutstandingQueries outstanding;
     OutstandingQueries outstandingDownloads;
 
@@ -85,7 +106,7 @@ void CatalogueService::postAfterReturn(std::function<void(State &)> job)
 void CatalogueService::query(const QList<Arg> &args, QueryCompletion completion)
 {
     const quint64 number = m_state->outstanding.begin();
-    const CatalogueRequest request = CatalogueRequest::from(args, m_state->names);
+    const CatalogueRequest request = CatalogueRequest::from(args);
     postAfterReturn([number, request, completion = std::move(completion)](State &state) {
         state.search(number, request, completion);
     });
@@ -111,7 +132,7 @@ void CatalogueService::cancelDownloads()
 
 std::optional<VideoHash> CatalogueService::computeHash(const QUrl &url)
 {
-    return m_state->names.hash(url);
+    return VideoNames().hash(url);
 }
 
 VideoFileComponents CatalogueService::componentsOf(const QUrl &url)

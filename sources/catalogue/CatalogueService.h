@@ -1,11 +1,6 @@
 #pragma once
-#include "CatalogueEntry.h"
-#include "CatalogueErrors.h"
-
 #include <base/DownloadFolder.h>
 #include <base/WorkerThread.h>
-#include <media/names/VideoNames.h>
-#include <model/OutstandingQueries.h>
 #include <model/SubtitleService.h>
 
 /// A catalogue to search, and whether its file may be missing.
@@ -17,7 +12,15 @@ struct CataloguePlace
         Required,
         Optional
     } presence = Presence::Required;
+
+    bool isLeftOut() const;
 };
+
+/// The path of the person's own catalogue: "Plovendix/catalogue.sqlite" in the person's data folder.
+QString standardOwnCataloguePath();
+/// The program's catalogues: the read-only one at `starterPath` (the bundle's "starter.sqlite") and the
+/// person's own.
+QList<CataloguePlace> standardCataloguePlaces(const QString &starterPath);
 
 /// Finds and fetches subtitles in catalogue files on this machine, searched side by side; no network, no
 /// account. Functions are called on the main thread; a worker thread does the work and calls the completions.

@@ -1,14 +1,14 @@
 #include "Hardening.h"
 
 #include "CatalogueDatabase.h"
-#include "CatalogueSchema.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
-#include <map>
-#include <string>
-#include <string_view>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -32,37 +32,31 @@ constexpr Limit Limits[] = {
     {SQLITE_LIMIT_VARIABLE_NUMBER, 100},
 };
 
-using Tables = std::map<std::string, std::string, std::less<>>; // statements by table name
-
-/// The program's own tables. Their statements end with a semicolon at the end of a line.
-Tables ownTables()
+std::unique_ptr<SQLite::Database> opened(const std::string &name, int flags, int busyTimeout)
 {
-    constexpr std::string_view Beginnings[] = {"CREATE TABLE ", "CREATE VIRTUAL TABLE "};
-    constexpr std::string_view End = ";\n";
-    constexpr std::string_view schema = CatalogueSchema::Statements;
-    Tables tables;
-    for (std::size_t first = schema.find("CREATE "); first != std::string_view::npos;
-         first = schema.find("CREATE ", first + 1)) {
-        const std::string_view statement = schema.substr(first, schema.find(End, first) - first);
-        for (const std::string_view beginning : Beginnings) {
-            if (!statement.starts_with(beginning))
-                continue;
-            const std::string_view rest = statement.substr(beginning.size());
-            tables.emplace(rest.substr(0, rest.find_first_of("( ")), statement);
-        }
-    }
-    return tables;
+    auto database = std::make_unique<SQLite::Database>(name, SQLite::OPEN_READONLY | flags, busyTimeout);
+    harden(*database);
+    database->execAndGet("PRAGMA schema_version"); // the first statement that reads the file
+    return database;
 }
 
-/// SQLite creates the FTS shadow tables; reject generated columns, which need the word "as".
-constexpr char DoubtfulIndexTables[] =
-    "SELECT name FROM sqlite_schema WHERE name LIKE 'title\\_words\\_%' ESCAPE '\\'"
-    " AND (type <> 'table' OR sql NOT LIKE 'CREATE TABLE ''title\\_words\\_%' ESCAPE '\\'"
-    " OR sql LIKE '%as%') LIMIT 1";
-
-[[noreturn]] void refuse(const std::string &table)
+/// A log with content is part of the database: without it the file may be inconsistent.
+bool hasLog(const QString &path)
 {
-    throw SQLite::Exception("the table " + table + " is not one that Plovendix makes", SQLITE_CORRUPT);
+    return QFileInfo(path + u"-wal"_s).size() > 0;
+}
+
+/// Whether SQLite could not make the shared-memory file.
+bool isForWantOfAPlace(const SQLite::Exception &exception)
+{
+    return exception.getErrorCode() == SQLITE_CANTOPEN || exception.getErrorCode() == SQLITE_READONLY;
+}
+
+/// In a URI the first part of a relative path would be taken as a host.
+std::string unchangingAddress(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(QFileInfo(path).absoluteFilePath());
+    return "file://" + name.toPercentEncoding("/").toStdString() + "?immutable=1";
 }
 } // namespace
 
@@ -84,21 +78,13 @@ void harden(SQLite::Database &database)
     database.exec("PRAGMA query_only = ON");
 }
 
-void verifySchema(SQLite::Database &database)
+std::unique_ptr<SQLite::Database> openForReading(const QString &path, int busyTimeoutMilliseconds)
 {
-    Tables missing = ownTables();
-    SQLite::Statement statement(database, "SELECT name, sql FROM sqlite_schema WHERE type = 'table'");
-    while (statement.executeStep()) {
-        const auto expected = missing.find(std::string_view(statement.getColumn(0).getText()));
-        if (expected == missing.end())
-            continue;
-        if (expected->second != statement.getColumn(1).getText())
-            refuse(expected->first);
-        missing.erase(expected);
+    try {
+        return opened(QFile::encodeName(path).toStdString(), 0, busyTimeoutMilliseconds);
+    } catch (const SQLite::Exception &exception) {
+        if (!isForWantOfAPlace(exception) || hasLog(path) || !QFileInfo(path).isReadable())
+            throw;
     }
-    if (!missing.empty())
-        refuse(missing.begin()->first);
-    SQLite::Statement doubtful(database, DoubtfulIndexTables);
-    if (doubtful.executeStep())
-        refuse(doubtful.getColumn(0).getText());
+    return opened(unchangingAddress(path), SQLite::OPEN_URI, busyTimeoutMilliseconds);
 }

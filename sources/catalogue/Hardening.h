@@ -1,4 +1,6 @@
 #pragma once
+#include <QString>
+#include <memory>
 
 namespace SQLite
 {
@@ -13,7 +15,7 @@ void distrust(SQLite::Database &database);
 /// SQLite::Exception.
 void harden(SQLite::Database &database);
 
-/// Throws SQLite::Exception unless the tables that searches read are, to the letter, those the program makes.
-/// A column that is computed, or another program's table in place of one of ours, could keep a single step of
-/// a search busy for hours, where no limit of time reaches.
-void verifySchema(SQLite::Database &database);
+/// Opens a catalogue file for reading only, hardened against its content, and checks that it can be read. A
+/// file with a write-ahead log needs a writable folder for the shared-memory file; a file without a log in a
+/// read-only folder is opened as immutable. Throws SQLite::Exception. Any thread.
+std::unique_ptr<SQLite::Database> openForReading(const QString &path, int busyTimeoutMilliseconds);

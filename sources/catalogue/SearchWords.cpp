@@ -1,9 +1,6 @@
 #include "SearchWords.h"
 
 #include <QHash>
-#include <QList>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +9,11 @@ namespace
 constexpr qsizetype MaxCharacters = 1024;
 constexpr qsizetype MaxWords = 32;
 constexpr qsizetype MaxWordLength = 40;
+
+bool isAscii(char32_t c)
+{
+    return c < 0x80;
+}
 
 /// The plain form of letters that Unicode does not decompose.
 QString plainLetter(char32_t c)
@@ -23,6 +25,7 @@ QString plainLetter(char32_t c)
     return table.value(c, QString::fromUcs4(&c, 1));
 }
 
+/// Whether a letter is a word of its script.
 bool standsAlone(char32_t c)
 {
     switch (QChar::script(c)) {
@@ -35,47 +38,18 @@ bool standsAlone(char32_t c)
     }
 }
 
+/// The marks of decomposed letters are skipped, and apostrophes: "dont" finds "don't".
 bool isSilent(char32_t c)
 {
-    // Skip the marks of decomposed letters, and apostrophes: "dont" finds "don't".
+    if (isAscii(c))
+        return c == U'\'' || c == U'`';
     const QChar::Category category = QChar::category(c);
     return category == QChar::Mark_NonSpacing || category == QChar::Mark_SpacingCombining ||
-           category == QChar::Other_Format || c == U'\'' || c == U'’' || c == U'‘' || c == U'`' ||
-           c == U'´' || c == U'ʼ';
+           category == QChar::Other_Format || c == U'’' || c == U'‘' || c == U'´' || c == U'ʼ';
 }
+} // namespace
 
-class WordCollector
-{
-public:
-    void add(char32_t c)
-    {
-        if (isSilent(c))
-            return;
-        if (!QChar::isLetterOrNumber(c))
-            return endWord();
-        if (standsAlone(c))
-            endWord();
-        m_word += plainLetter(c);
-        if (standsAlone(c))
-            endWord();
-    }
-
-    void endWord()
-    {
-        if (!m_word.isEmpty() && m_words.size() < MaxWords)
-            m_words += m_word.left(MaxWordLength);
-        m_word.clear();
-    }
-
-    QStringList words() const { return m_words; }
-
-private:
-    QString m_word;
-    QStringList m_words;
-};
-
-/// The fast path for most titles: ASCII letters need no decomposition.
-QStringList wordsOfAscii(QStringView text)
+QStringList searchWords(const QString &text)
 {
     QStringList words;
     QString word;
@@ -84,30 +58,23 @@ QStringList wordsOfAscii(QStringView text)
             words += word.left(MaxWordLength);
         word.clear();
     };
-    for (const QChar c : text) {
-        if (c.isLetterOrNumber())
-            word += c.toLower();
-        else if (c != u'\'' && c != u'`')
+    const QString folded = text.left(MaxCharacters).normalized(QString::NormalizationForm_KD).toCaseFolded();
+    for (const char32_t c : folded.toUcs4()) {
+        if (isSilent(c))
+            continue;
+        const bool isLetter = QChar::isLetterOrNumber(c);
+        const bool isSeparate = !isAscii(c) && standsAlone(c);
+        if (isSeparate || !isLetter)
+            endWord();
+        if (!isLetter)
+            continue;
+        if (isAscii(c))
+            word += QChar(char16_t(c));
+        else
+            word += plainLetter(c);
+        if (isSeparate)
             endWord();
     }
     endWord();
     return words;
-}
-
-bool isAscii(QStringView text)
-{
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-}
-} // namespace
-
-QStringList searchWords(const QString &text)
-{
-    if (const QStringView read = QStringView(text).left(MaxCharacters); isAscii(read))
-        return wordsOfAscii(read);
-    WordCollector collector;
-    const QString folded = text.left(MaxCharacters).normalized(QString::NormalizationForm_KD).toCaseFolded();
-    for (const char32_t c : folded.toUcs4())
-        collector.add(c);
-    collector.endWord();
-    return collector.words();
 }

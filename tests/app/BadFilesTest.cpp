@@ -2,7 +2,7 @@
 #include <base/Bundle.h>
 #include <base/FileManager.h>
 #include <features/search/DragFilesHereView.h>
-#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/CatalogueService.h>
 #include <tests/support/TestMain.h>
 
 #include <QDir>
@@ -39,7 +39,7 @@ private Q_SLOTS:
         m_view = std::make_unique<MainViewFixture>();
         const auto starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s);
         QVERIFY(starter);
-        SubtitleService::setShared(makeCatalogueSubtitleService(*starter));
+        SubtitleService::setShared(std::make_shared<CatalogueService>(standardCataloguePlaces(*starter)));
         m_sandbox.clearPrintedLines();
     }
 
@@ -166,7 +166,7 @@ private Q_SLOTS:
         QFile::remove(path);
         if (!content.isEmpty())
             m_sandbox.writeFile(u"catalogue.sqlite"_s, content);
-        SubtitleService::setShared(makeCatalogueSubtitleService(path));
+        SubtitleService::setShared(std::make_shared<CatalogueService>(standardCataloguePlaces(path)));
         m_view->field()->setText(u"harbour"_s);
         m_view->controller->doSearch(nullptr);
         const QString shown =

@@ -2,7 +2,6 @@
 
 #include "CatalogueImport.h"
 #include "CatalogueReports.h"
-#include "ImportProgress.h"
 
 #include <base/TerminalText.h>
 #include <media/MovieHash.h>
@@ -10,9 +9,12 @@
 #include <sources/combined/Ranking.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QUrl>
 
+#include <csignal>
 #include <iostream>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -43,10 +45,70 @@ void printRow(const QStringList &columns)
     std::cout << plain.join(u'\t').toStdString() << '\n';
 }
 
-Result<QList<SubtitlePtr>> found(const CatalogueOptions &options, const QString &text,
-                                 const QString &videoName, const std::optional<VideoHash> &video)
+volatile std::sig_atomic_t interrupted = 0;
+
+void noteInterrupt(int signal)
 {
-    CatalogueRequest request{video, text, std::nullopt, videoName, Locale::current()};
+    interrupted = 1;
+    std::signal(signal, SIG_DFL);
+}
+
+/// From now on Ctrl+C, or the end of the session, asks to stop; a second one ends the program.
+void listenForInterrupts()
+{
+    std::signal(SIGINT, noteInterrupt);
+    std::signal(SIGTERM, noteInterrupt);
+}
+
+/// Shows the progress of an import on standard error: one updated line on a terminal, one line every few
+/// seconds otherwise.
+class ImportProgress final
+{
+public:
+    explicit ImportProgress(bool isQuiet) : m_isQuiet(isQuiet) { m_running.start(); }
+
+    void show(const ImportCounts &counts)
+    {
+        const qint64 interval = m_isTerminal ? 100 : 5000; // milliseconds
+        const qint64 now = m_running.elapsed();
+        if (m_isQuiet || now - m_lastShown < interval)
+            return;
+        m_lastShown = now;
+        std::cerr << (m_isTerminal ? "\r\x1b[K" : "") << sentence(counts) << (m_isTerminal ? "" : "\n")
+                  << std::flush;
+    }
+
+    void end(const ImportCounts &counts)
+    {
+        if (m_isTerminal && m_lastShown > 0)
+            std::cerr << "\r\x1b[K";
+        for (const QString &problem : counts.problems)
+            std::cerr << shown(problem) << '\n';
+        if (counts.refused > counts.problems.size())
+            std::cerr << "and " << counts.refused - counts.problems.size() << " more that were refused\n";
+        if (counts.unlabelled > 0)
+            std::cerr << counts.unlabelled << " name no language; --language says which they are in\n";
+        std::cerr << sentence(counts) << '\n';
+    }
+
+private:
+    static std::string sentence(const ImportCounts &counts)
+    {
+        return std::to_string(counts.files) + " files, " + std::to_string(counts.added) + " added, " +
+               std::to_string(counts.known) + " known, " + std::to_string(counts.refused) + " refused";
+    }
+
+    const bool m_isQuiet;
+    const bool m_isTerminal = ::isatty(STDERR_FILENO) != 0;
+    QElapsedTimer m_running;
+    qint64 m_lastShown = 0;
+};
+
+/// Searches as the program does: `words` are those of the text or of the video's name.
+Result<QList<SubtitlePtr>> found(const CatalogueOptions &options, const QString &words,
+                                 const std::optional<VideoHash> &video)
+{
+    CatalogueRequest request{video, words, std::nullopt};
     if (!options.language.isEmpty())
         request.language = options.language;
     const Result<QueryResult> result =
@@ -54,41 +116,43 @@ Result<QList<SubtitlePtr>> found(const CatalogueOptions &options, const QString 
     if (!result)
         return result.error();
     const QList<SubtitlePtr> rows = result->subtitles.value_or(QList<SubtitlePtr>());
-    return ranked(rows, videoName, RankingPreferences());
+    return ranked(rows, words, RankingPreferences());
 }
 
-/// Removes in batches, and stops between two of them when the person asks to.
-bool removeAll(OwnCatalogue &catalogue, const QString &path, qint64 &removed,
-               std::optional<base::Error> &error)
+/// Removes in batches, and stops between two of them when the person asks to; returns whether all are gone.
+bool removeAll(OwnCatalogue &catalogue, const QString &path, qint64 &removed)
 {
     constexpr qint64 BatchSources = 500;
-    while (!ImportProgress::isInterrupted()) {
-        const Result<qint64> count = catalogue.removeBelow(path, BatchSources);
-        if (!count) {
-            error = count.error();
-            return true;
-        }
-        removed += *count;
-        if (*count < BatchSources)
+    while (!interrupted) {
+        const qint64 count = catalogue.removeBelow(path, BatchSources);
+        removed += count;
+        if (count < BatchSources)
             return true;
     }
     return false;
 }
+
+/// Opens a catalogue that must exist.
+Result<OwnCatalogue> openExisting(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return CatalogueStore::error(path, u"there is no catalogue yet"_s);
+    return OwnCatalogue::open(path);
+}
 } // namespace
 
-int CatalogueCommands::add(const CatalogueOptions &options, const QStringList &paths)
+int CatalogueCommands::add(const CatalogueOptions &options)
 {
     Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
     if (!catalogue)
         return failed(catalogue.error());
-    ImportProgress::listenForInterrupts();
-    ImportProgress progress(options.isQuiet ? ImportProgress::Say::OnlyTheEnd
-                                            : ImportProgress::Say::Everything);
+    listenForInterrupts();
+    ImportProgress progress(options.isQuiet);
     CatalogueImport import(catalogue.value(), options.language, [&](const ImportCounts &counts) {
         progress.show(counts);
-        return !ImportProgress::isInterrupted();
+        return !interrupted;
     });
-    for (const QString &path : paths) {
+    for (const QString &path : options.arguments) {
         const Result<CatalogueImport::End> end = import.add(path);
         if (!end)
             return failed(end.error());
@@ -102,22 +166,23 @@ int CatalogueCommands::add(const CatalogueOptions &options, const QStringList &p
     return import.counts().refused == 0 ? Success : Failure;
 }
 
-int CatalogueCommands::remove(const CatalogueOptions &options, const QStringList &paths)
+int CatalogueCommands::remove(const CatalogueOptions &options)
 {
     Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
     if (!catalogue)
         return failed(catalogue.error());
-    ImportProgress::listenForInterrupts();
-    for (const QString &path : paths) {
-        qint64 removed = 0;
-        std::optional<base::Error> error;
+    listenForInterrupts();
+    for (const QString &path : options.arguments) {
         const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-        const bool isDone = removeAll(catalogue.value(), absolute, removed, error);
-        if (error)
-            return failed(*error);
-        std::cout << removed << " removed: " << shown(absolute) << '\n';
-        if (!isDone)
-            return Interrupted;
+        qint64 removed = 0;
+        try {
+            const bool isDone = removeAll(catalogue.value(), absolute, removed);
+            std::cout << removed << " removed: " << shown(absolute) << '\n';
+            if (!isDone)
+                return Interrupted;
+        } catch (const SQLite::Exception &exception) {
+            return failed(catalogue.value().error(exception));
+        }
     }
     catalogue.value().checkpoint();
     return Success;
@@ -126,24 +191,25 @@ int CatalogueCommands::remove(const CatalogueOptions &options, const QStringList
 int CatalogueCommands::list(const CatalogueOptions &options)
 {
     qint64 count = 0;
-    const auto take = [&](const CatalogueReports::Line &line) {
-        printRow({line.release, line.language, line.format, line.source});
+    const auto take = [&](const QStringList &row) {
+        printRow(row);
         return ++count != options.limit && bool(std::cout);
     };
     const Result<void> listed = CatalogueReports::list(options.path, options.language, take);
     return listed ? Success : failed(listed.error());
 }
 
-int CatalogueCommands::search(const CatalogueOptions &options, const QString &text)
+int CatalogueCommands::search(const CatalogueOptions &options)
 {
+    const QString text = options.arguments.join(u' ');
     const QFileInfo file(text);
     std::optional<VideoHash> video;
     if (file.isFile())
         video = movieHash(QUrl::fromLocalFile(file.absoluteFilePath()));
     const QString words = file.isFile() ? file.completeBaseName() : text;
-    Result<QList<SubtitlePtr>> rows = found(options, words, file.isFile() ? words : QString(), video);
+    Result<QList<SubtitlePtr>> rows = found(options, words, video);
     if (rows && rows->isEmpty() && video)
-        rows = found(options, words, words, std::nullopt);
+        rows = found(options, words, std::nullopt);
     if (!rows)
         return failed(rows.error());
     const qsizetype limit = options.limit > 0 ? qsizetype(options.limit) : rows->size();
@@ -156,33 +222,27 @@ int CatalogueCommands::search(const CatalogueOptions &options, const QString &te
 
 int CatalogueCommands::stats(const CatalogueOptions &options)
 {
-    const Result<CatalogueReports::Figures> figures = CatalogueReports::figures(options.path);
+    const Result<QList<QStringList>> figures = CatalogueReports::figures(options.path);
     if (!figures)
         return failed(figures.error());
-    std::cout << "catalogue\t" << shown(options.path) << "\nbytes\t" << figures->bytes << "\nsubtitles\t"
-              << figures->subtitles << "\nfilms\t" << figures->films << "\ntitles\t" << figures->titles
-              << "\nvideos\t" << figures->videos << "\nsources\t" << figures->sources << "\nunfinished\t"
-              << figures->unfinishedSources << '\n';
-    for (const auto &[language, count] : figures->languages)
-        printRow({u"language"_s, language, QString::number(count)});
-    for (const auto &[format, count] : figures->formats)
-        printRow({u"format"_s, format, QString::number(count)});
+    std::cout << "catalogue\t" << shown(options.path) << '\n';
+    for (const QStringList &row : *figures)
+        printRow(row);
     if (!options.checks)
         return Success;
-    const Result<QStringList> faults = CatalogueReports::faults(options.path);
-    if (!faults)
-        return failed(faults.error());
-    for (const QString &fault : *faults)
+    Result<OwnCatalogue> catalogue = openExisting(options.path);
+    if (!catalogue)
+        return failed(catalogue.error());
+    const QStringList faults = catalogue.value().faults();
+    for (const QString &fault : faults)
         printRow({u"fault"_s, fault});
-    std::cout << "check\t" << (faults->isEmpty() ? "sound" : "damaged") << '\n';
-    return faults->isEmpty() ? Success : Failure;
+    std::cout << "check\t" << (faults.isEmpty() ? "sound" : "damaged") << '\n';
+    return faults.isEmpty() ? Success : Failure;
 }
 
 int CatalogueCommands::vacuum(const CatalogueOptions &options)
 {
-    if (!QFileInfo::exists(options.path))
-        return failed(base::Error{u"Catalogue"_s, 0, options.path + u": there is no catalogue yet"_s});
-    Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
+    Result<OwnCatalogue> catalogue = openExisting(options.path);
     if (!catalogue)
         return failed(catalogue.error());
     const Result<void> done = catalogue.value().vacuum();

@@ -9,6 +9,7 @@ struct CatalogueOptions
     qint64 limit = 0; // 0 for all
     bool isQuiet = false;
     bool checks = false;
+    QStringList arguments; // of the command
 };
 
 /// The commands of plovendix-catalogue. Each prints its answer on standard output and errors on standard
@@ -20,10 +21,10 @@ inline constexpr int Failure = 1;
 inline constexpr int Misuse = 2;
 inline constexpr int Interrupted = 130;
 
-int add(const CatalogueOptions &options, const QStringList &paths);
-int remove(const CatalogueOptions &options, const QStringList &paths);
+int add(const CatalogueOptions &options);
+int remove(const CatalogueOptions &options);
 int list(const CatalogueOptions &options);
-int search(const CatalogueOptions &options, const QString &text);
+int search(const CatalogueOptions &options);
 int stats(const CatalogueOptions &options);
 int vacuum(const CatalogueOptions &options);
 } // namespace CatalogueCommands

@@ -1,7 +1,5 @@
 #include "CatalogueImport.h"
 
-#include "FolderWalk.h"
-
 #include <media/MovieHash.h>
 #include <media/subtitles/SubtitleFile.h>
 
@@ -17,9 +15,24 @@ constexpr qsizetype BatchItems = 256;
 constexpr qint64 BatchMilliseconds = 1000; // the work that a kill may lose
 constexpr qsizetype MaxProblems = 20;
 
-QString stampOf(const QFileInfo &file)
+/// The text after the file's name, for the terminal.
+QString textOf(ImportRefusal why)
 {
-    return u"%1:%2"_s.arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
+    using enum ImportRefusal;
+    static const QHash<ImportRefusal, QString> texts{
+        {NoSubtitle, u"is no subtitle"_s},
+        {TooLarge, u"is too large for a subtitle"_s},
+        {NotUnpacked, u"cannot be unpacked"_s},
+        {DamagedArchive, u"is damaged or not an archive that can be read"_s},
+        {LockedArchive, u"is protected by a password"_s},
+        {ArchiveBomb, u"unpacks to more than an archive of its size should"_s},
+        {Unreadable, u"cannot be read"_s},
+        {Gone, u"is not there"_s},
+        {EmptiedFolder, u"holds no subtitle files any more; what came from it stays in the catalogue"_s},
+        {ClosedFolder, u"is a folder that cannot be read"_s},
+        {OtherKind, u"is neither a subtitle nor an archive"_s},
+    };
+    return texts.value(why);
 }
 
 ImportRefusal refusalOf(SubtitleFile::Failure failure)
@@ -38,11 +51,9 @@ ImportRefusal refusalOf(SubtitleFile::Failure failure)
     return ImportRefusal::NoSubtitle;
 }
 
-/// The path that names a subtitle: a member without a telling name is named by its archive.
-QString namePath(const QString &archive, const QString &member)
+QString stampOf(const QFileInfo &file)
 {
-    const QString folder = QFileInfo(archive).completeBaseName();
-    return folder + u'/' + member;
+    return u"%1:%2"_s.arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
 }
 } // namespace
 
@@ -52,99 +63,79 @@ CatalogueImport::CatalogueImport(OwnCatalogue &catalogue, const QString &languag
     m_sinceFlush.start();
 }
 
+/// Stores what was read also when the person stops, so that it need not be read again.
 Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
 {
-    const QFileInfo info(path);
-    const QString absolute = info.absoluteFilePath();
-    if (!info.exists())
-        return passGone(QDir::cleanPath(absolute));
-    if (!info.isDir() && !ArchiveMembers::isArchiveName(absolute) && !isSubtitleFileName(info.fileName())) {
-        refuse(absolute, ImportRefusal::OtherKind);
-        return End::Done;
+    try {
+        const bool isDone = addPath(path);
+        flush();
+        m_catalogue.checkpoint();
+        return isDone ? End::Done : End::Stopped;
+    } catch (const SQLite::Exception &exception) {
+        return m_catalogue.error(exception);
     }
-    const Result<End> end =
-        info.isDir() ? addFolder(QDir::cleanPath(absolute)) : addFile(QDir::cleanPath(absolute));
-    if (!end)
-        return end;
-    if (const Result<void> flushed = flush(); !flushed)
-        return flushed.error();
-    m_catalogue.checkpoint();
-    return end;
 }
 
-Result<CatalogueImport::End> CatalogueImport::addFolder(const QString &path)
+bool CatalogueImport::addPath(const QString &path)
+{
+    const QFileInfo info(path);
+    const QString absolute = QDir::cleanPath(info.absoluteFilePath());
+    if (!info.exists()) {
+        const bool isKnown = m_catalogue.knowsBelow(absolute);
+        refuse(absolute, ImportRefusal::Gone,
+               isKnown ? u"is not there; what came from it stays in the catalogue"_s : QString());
+        return true;
+    }
+    if (info.isDir())
+        return addFolder(absolute);
+    if (ArchiveMembers::isArchiveName(absolute) || isSubtitleFileName(info.fileName()))
+        return addFile(absolute);
+    refuse(info.absoluteFilePath(), ImportRefusal::OtherKind);
+    return true;
+}
+
+bool CatalogueImport::addFolder(const QString &path)
 {
     const qint64 before = m_counts.files;
-    FolderWalk walk(path);
-    while (walk.hasNext()) {
-        const FolderWalk::Found found = walk.next();
-        if (found == FolderWalk::Found::Other)
-            continue;
-        const bool isSource = found == FolderWalk::Found::Source;
-        const Result<End> end = isSource ? addFile(walk.path()) : passClosedFolder(walk.path());
-        if (!end || *end == End::Stopped)
-            return end;
-    }
-    return m_counts.files > before ? End::Done : passEmptyFolder(path);
-}
-
-/// An empty folder that held files may be the mount point of a missing disk. Subtitles are never removed
-/// because their file is not found.
-Result<CatalogueImport::End> CatalogueImport::passEmptyFolder(const QString &path)
-{
-    const Result<bool> wasFull = m_catalogue.knowsBelow(path);
-    if (!wasFull)
-        return wasFull.error();
-    if (*wasFull)
+    const bool isDone = FolderFiles::visit(path, [this](FolderFiles::Kind kind, const QString &found) {
+        if (kind == FolderFiles::Kind::Source)
+            return addFile(found);
+        if (kind == FolderFiles::Kind::Other)
+            return true;
+        ++m_counts.files;
+        m_counts.current = found;
+        refuse(found, ImportRefusal::ClosedFolder);
+        return goOn();
+    });
+    // An empty folder that held files may be the mount point of a missing disk.
+    if (m_counts.files == before && m_catalogue.knowsBelow(path))
         refuse(path, ImportRefusal::EmptiedFolder);
-    return End::Done;
+    return isDone;
 }
 
-Result<CatalogueImport::End> CatalogueImport::passGone(const QString &path)
-{
-    const Result<bool> isKnown = m_catalogue.knowsBelow(path);
-    if (!isKnown)
-        return isKnown.error();
-    refuse(path, ImportRefusal::Gone,
-           *isKnown ? u"is not there; what came from it stays in the catalogue"_s : QString());
-    return End::Done;
-}
-
-Result<CatalogueImport::End> CatalogueImport::passClosedFolder(const QString &path)
+bool CatalogueImport::addFile(const QString &path)
 {
     ++m_counts.files;
     m_counts.current = path;
-    refuse(path, ImportRefusal::ClosedFolder);
-    return carryOn();
-}
-
-Result<CatalogueImport::End> CatalogueImport::addFile(const QString &path)
-{
-    ++m_counts.files;
-    m_counts.current = path;
-    // Subtitles of an earlier import stay, because the disk may come back.
-    if (!QFileInfo::exists(path)) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
         refuse(path, ImportRefusal::Gone);
-        return carryOn();
+        return goOn();
     }
     if (ArchiveMembers::isArchiveName(path))
         return addArchive(path);
-    const QFileInfo info(path);
     const SubtitleName name = subtitleName(path);
     const std::optional<QFileInfo> video = m_videos.videoFor(info.path(), name.videoNames);
     SourceStep step = stepFor(info, name, video);
-    const Result<bool> known = isKnown(path, step.stamp);
-    if (!known)
-        return known.error();
-    if (*known)
-        return carryOn();
+    if (isKnown(path, step.stamp))
+        return goOn();
     if (!info.isFile() || info.size() > ArchiveMembers::MaxMemberBytes) {
         refuse(path, ImportRefusal::TooLarge);
         return keep(step);
     }
     const std::optional<QByteArray> bytes = contentOf(path);
     if (!bytes)
-        return carryOn();
+        return goOn();
     read(path, path, 0, *bytes, video, step);
     return keep(step);
 }
@@ -172,60 +163,50 @@ std::optional<QByteArray> CatalogueImport::contentOf(const QString &path)
     return std::nullopt;
 }
 
-Result<CatalogueImport::End> CatalogueImport::addArchive(const QString &path)
+bool CatalogueImport::addArchive(const QString &path)
 {
     const QString stamp = stampOf(QFileInfo(path)) + u'|' + m_language;
-    const Result<bool> known = isKnown(path, stamp);
-    if (!known)
-        return known.error();
-    if (*known)
-        return carryOn();
+    if (isKnown(path, stamp))
+        return goOn();
     if (QFile file(path); !file.open(QIODevice::ReadOnly)) {
         refuse(path, ImportRefusal::Unreadable, file.errorString());
-        return carryOn();
+        return goOn();
     }
-    Result<End> outcome = End::Done;
     const auto isWanted = [&](qint64 number, const QString &member) {
         const QString name = member.section(u'/', -1);
         if (!isSubtitleFileName(name) && !name.endsWith(".zip"_L1, Qt::CaseInsensitive))
             return false;
-        const Result<bool> has = m_catalogue.hasMember(path, number);
-        m_counts.known += has && *has ? 1 : 0;
-        return !has || !*has;
+        const bool isHere = m_catalogue.hasMember(path, number);
+        m_counts.known += isHere ? 1 : 0;
+        return !isHere;
     };
+    const QString folder = QFileInfo(path).completeBaseName(); // names members without a telling name
     const auto take = [&](qint64 number, const QString &member, const QByteArray &content) {
         SourceStep step{path, stamp, {}, false};
         const QString source = path + u": "_s + member;
         if (content.size() > ArchiveMembers::MaxMemberBytes)
             refuse(source, ImportRefusal::TooLarge);
         else
-            read(source, namePath(path, member), number, content, std::nullopt, step);
-        outcome = keep(step);
-        return outcome && *outcome == End::Done;
+            read(source, folder + u'/' + member, number, content, std::nullopt, step);
+        return keep(step);
     };
-    const auto passOver = [&] {
-        outcome = carryOn();
-        return *outcome == End::Done;
-    };
-    const ArchiveMembers::End end = ArchiveMembers::visit(path, {isWanted, take, passOver});
-    if (!outcome || end == ArchiveMembers::End::Stopped)
-        return outcome;
-    return endArchive(path, stamp, end);
+    return endArchive(path, stamp, ArchiveMembers::visit(path, {isWanted, take, [this] { return goOn(); }}));
 }
 
 /// An archive whose disk failed is read again by the next import. An archive that is damaged itself is
 /// skipped until it changes.
-Result<CatalogueImport::End> CatalogueImport::endArchive(const QString &path, const QString &stamp,
-                                                         ArchiveMembers::End end)
+bool CatalogueImport::endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end)
 {
     switch (end) {
+    case ArchiveMembers::End::Stopped:
+        return false;
     case ArchiveMembers::End::Unreadable:
         refuse(path, ImportRefusal::Unreadable);
-        return carryOn();
+        return goOn();
     case ArchiveMembers::End::Damaged:
         if (!QFileInfo::exists(path)) {
             refuse(path, ImportRefusal::Gone);
-            return carryOn();
+            return goOn();
         }
         refuse(path, ImportRefusal::DamagedArchive);
         break;
@@ -236,18 +217,14 @@ Result<CatalogueImport::End> CatalogueImport::endArchive(const QString &path, co
         refuse(path, ImportRefusal::ArchiveBomb);
         break;
     case ArchiveMembers::End::Whole:
-    case ArchiveMembers::End::Stopped:
         break;
     }
     return keep({path, stamp, {}, true});
 }
 
-Result<bool> CatalogueImport::isKnown(const QString &path, const QString &stamp)
+bool CatalogueImport::isKnown(const QString &path, const QString &stamp)
 {
-    const Result<OwnCatalogue::SourceState> state = m_catalogue.stateOf(path, stamp);
-    if (!state)
-        return state.error();
-    const bool isWhole = *state == OwnCatalogue::SourceState::Whole;
+    const bool isWhole = m_catalogue.stateOf(path, stamp) == OwnCatalogue::SourceState::Whole;
     m_counts.known += isWhole ? 1 : 0;
     return isWhole;
 }
@@ -260,15 +237,13 @@ void CatalogueImport::read(const QString &source, const QString &path, qint64 me
     const SubtitleFile file = SubtitleFile::read(bytes, language);
     if (file.failure != SubtitleFile::Failure::None)
         return refuse(source, refusalOf(file.failure));
-    ReadSubtitle subtitle;
-    subtitle.member = member;
-    subtitle.film = filmOfRelease(name.release);
+    ReadSubtitle subtitle{member, filmOfRelease(name.release), {}};
     subtitle.record.release = name.release;
     subtitle.record.language = language.isEmpty() ? u"und"_s : language;
     subtitle.record.format = file.extension;
     subtitle.record.hearingImpaired = name.hearingImpaired;
     subtitle.record.foreignPartsOnly = name.foreignPartsOnly;
-    subtitle.content = StoredContent::packed(file.original);
+    subtitle.record.content = StoredContent::packed(file.original);
     if (video) {
         if (const auto hash = movieHash(QUrl::fromLocalFile(video->absoluteFilePath()))) {
             subtitle.record.videoHash = hash->hash;
@@ -279,36 +254,25 @@ void CatalogueImport::read(const QString &source, const QString &path, qint64 me
     step.subtitles += subtitle;
 }
 
-Result<CatalogueImport::End> CatalogueImport::keep(SourceStep step)
+bool CatalogueImport::keep(SourceStep step)
 {
     m_batchItems += std::max<qsizetype>(1, step.subtitles.size());
     m_batch += std::move(step);
-    if (m_batchItems >= BatchItems || m_sinceFlush.hasExpired(BatchMilliseconds)) {
-        if (const Result<void> flushed = flush(); !flushed)
-            return flushed.error();
-    }
-    return carryOn();
+    if (m_batchItems >= BatchItems || m_sinceFlush.hasExpired(BatchMilliseconds))
+        flush();
+    return goOn();
 }
 
-Result<void> CatalogueImport::flush()
+void CatalogueImport::flush()
 {
     if (m_batch.isEmpty())
-        return {};
-    const Result<OwnCatalogue::Entered> entered = m_catalogue.enter(m_batch);
-    if (!entered)
-        return entered.error();
-    m_counts.added += entered->added;
-    m_counts.known += entered->duplicates;
+        return;
+    const OwnCatalogue::Entered entered = m_catalogue.enter(m_batch);
+    m_counts.added += entered.added;
+    m_counts.known += entered.duplicates;
     m_batch.clear();
     m_batchItems = 0;
     m_sinceFlush.restart();
-    return {};
-}
-
-/// Stores what was read also when the person stops, so that it need not be read again.
-Result<CatalogueImport::End> CatalogueImport::carryOn()
-{
-    return m_goOn(m_counts) ? End::Done : End::Stopped;
 }
 
 void CatalogueImport::refuse(const QString &path, ImportRefusal why, const QString &detail)

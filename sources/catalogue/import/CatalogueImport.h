@@ -1,12 +1,26 @@
 #pragma once
 #include "ArchiveMembers.h"
-#include "FolderVideos.h"
-#include "ImportRefusal.h"
+#include "FolderFiles.h"
 #include "OwnCatalogue.h"
 #include "SubtitleName.h"
 
 #include <QElapsedTimer>
-#include <functional>
+
+/// Why a file was not entered.
+enum class ImportRefusal
+{
+    NoSubtitle,
+    TooLarge,
+    NotUnpacked,
+    DamagedArchive,
+    LockedArchive, // by a password
+    ArchiveBomb,   // unpacks to more than an archive of its size should
+    Unreadable,
+    Gone,
+    EmptiedFolder, // all files that were imported from it are gone
+    ClosedFolder,  // its content cannot be listed
+    OtherKind      // neither a subtitle nor an archive
+};
 
 /// The progress of an import.
 struct ImportCounts
@@ -22,7 +36,7 @@ struct ImportCounts
     qint64 known = 0;      // unchanged sources, and subtitles that occurred twice
     qint64 refused = 0;    // not a subtitle, too large, damaged or unreadable
     qint64 unlabelled = 0; // added without a language
-    QStringList problems;  // the first few, each with its file name
+    QStringList problems;  // the first few, each with its file name, for the terminal
     std::optional<Refused> firstRefused;
     QString current; // the last file that was read
 };
@@ -50,30 +64,30 @@ public:
     const ImportCounts &counts() const { return m_counts; }
 
 private:
-    Result<End> addFolder(const QString &path);
-    Result<End> passEmptyFolder(const QString &path);
-    Result<End> passGone(const QString &path);
-    Result<End> passClosedFolder(const QString &path);
-    Result<End> addFile(const QString &path);
+    // These return whether the import goes on, and throw SQLite::Exception.
+    bool addPath(const QString &path);
+    bool addFolder(const QString &path);
+    bool addFile(const QString &path);
+    bool addArchive(const QString &path);
+    bool endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end);
+    bool keep(SourceStep step);
+    bool goOn() const { return m_goOn(m_counts); }
+
     SourceStep stepFor(const QFileInfo &file, const SubtitleName &name,
                        const std::optional<QFileInfo> &video) const;
     /// None when the file is refused, which does not affect later imports.
     std::optional<QByteArray> contentOf(const QString &path);
-    Result<End> addArchive(const QString &path);
-    Result<End> endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end);
-    Result<bool> isKnown(const QString &path, const QString &stamp);
+    bool isKnown(const QString &path, const QString &stamp);
     void read(const QString &source, const QString &path, qint64 member, const QByteArray &bytes,
               const std::optional<QFileInfo> &video, SourceStep &step);
-    Result<End> keep(SourceStep step);
-    Result<void> flush();
-    Result<End> carryOn();
+    void flush();
     /// `detail` is the system's message.
     void refuse(const QString &path, ImportRefusal why, const QString &detail = {});
 
     OwnCatalogue &m_catalogue;
     QString m_language;
     GoOn m_goOn;
-    FolderVideos m_videos;
+    FolderFiles::Videos m_videos;
     ImportCounts m_counts;
     QList<SourceStep> m_batch;
     qsizetype m_batchItems = 0;

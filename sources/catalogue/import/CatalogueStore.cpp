@@ -18,7 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-using Database = std::unique_ptr<SQLite::Database>;
 using CatalogueStore::WaitLimits;
 
 constexpr int PauseMilliseconds = 20;
@@ -44,12 +43,7 @@ std::string nameOf(const QString &path)
     return QFile::encodeName(path).toStdString();
 }
 
-QString draftOf(const QString &path)
-{
-    return u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
-}
-
-/// Remove stale drafts of killed processes.
+/// Removes the drafts that killed processes left.
 void removeOldDrafts(const QString &path)
 {
     constexpr qint64 AbandonedAfterSeconds = 3600;
@@ -61,43 +55,33 @@ void removeOldDrafts(const QString &path)
     }
 }
 
-void setVersion(SQLite::Database &database)
-{
-    database.exec("PRAGMA application_id = " + std::to_string(CatalogueSchema::ApplicationId));
-    database.exec("PRAGMA user_version = " + std::to_string(CatalogueSchema::Version));
-}
-
-int pragma(SQLite::Database &database, const char *text)
-{
-    return database.execAndGet(text).getInt();
-}
-
-/// The file comes into being whole, so that no reader meets half of one; of two processes one comes first.
+/// Makes the file as a draft and links it to its name, so that no reader meets half of a file, and of two
+/// processes only the first one's file stays.
 void make(const QString &path)
 {
-    const QString draft = draftOf(path);
+    const QString draft = u"%1.%2.draft"_s.arg(path).arg(QCoreApplication::applicationPid());
     QFile::remove(draft);
     {
         SQLite::Database database(nameOf(draft), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         database.exec("PRAGMA journal_mode = WAL");
         SQLite::Transaction transaction(database);
-        database.exec(CatalogueSchema::Statements);
-        setVersion(database);
+        CatalogueSchema::create(database);
         transaction.commit();
     }
-    std::error_code failure; // another process was first, or the open that follows says what is wrong
+    std::error_code failure; // another process was first, or the open that follows reports the error
     std::filesystem::create_hard_link(nameOf(draft), nameOf(path), failure);
     if (failure && !QFileInfo::exists(path))
         QFile::rename(draft, path); // a file system without links
     QFile::remove(draft);
 }
 
-Database opened(const QString &path, const WaitLimits *limits)
+/// A commit is on the disk before the next begins; the log does not stay large after a large import.
+void prepare(SQLite::Database &database)
 {
-    auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE);
-    distrust(*database);
-    CatalogueStore::waitForWriters(*database, limits);
-    return database;
+    database.exec("PRAGMA journal_mode = WAL");
+    database.exec("PRAGMA synchronous = FULL");
+    database.exec("PRAGMA journal_size_limit = 67108864");
+    database.exec("PRAGMA cache_size = -65536");
 }
 
 CatalogueFailure failureOf(const SQLite::Exception &exception)
@@ -116,15 +100,6 @@ CatalogueFailure failureOf(const SQLite::Exception &exception)
         return CatalogueFailure::Unwritable;
     }
 }
-
-/// A commit is on the disk before the next begins; the log does not stay large after a large import.
-void prepare(SQLite::Database &database)
-{
-    database.exec("PRAGMA journal_mode = WAL");
-    database.exec("PRAGMA synchronous = FULL");
-    database.exec("PRAGMA journal_size_limit = 67108864");
-    database.exec("PRAGMA cache_size = -65536");
-}
 } // namespace
 
 base::Error CatalogueStore::error(const QString &path, const QString &what, CatalogueFailure failure)
@@ -137,28 +112,25 @@ base::Error CatalogueStore::error(const QString &path, const SQLite::Exception &
     return error(path, QString::fromUtf8(exception.what()), failureOf(exception));
 }
 
+std::optional<base::Error> CatalogueStore::refusal(SQLite::Database &database, const QString &path)
+{
+    switch (CatalogueSchema::ownerOf(database)) {
+    case CatalogueSchema::Owner::OtherProgram:
+        return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
+    case CatalogueSchema::Owner::OtherVersion:
+        return error(path, u"was made by another version of Plovendix"_s, CatalogueFailure::OtherVersion);
+    case CatalogueSchema::Owner::Ours:
+        break;
+    }
+    return std::nullopt;
+}
+
 void CatalogueStore::waitForWriters(SQLite::Database &database, const WaitLimits *limits)
 {
     if (limits)
         sqlite3_busy_handler(database.getHandle(), isWorthWaiting, forSqlite(limits));
     else
         database.setBusyTimeout(BusyTimeoutMilliseconds);
-}
-
-QStringList CatalogueStore::faults(SQLite::Database &database)
-{
-    try {
-        QStringList found;
-        SQLite::Statement check(database, "PRAGMA integrity_check(20)");
-        while (check.executeStep()) {
-            if (const QString line = QString::fromUtf8(check.getColumn(0).getText()); line != "ok"_L1)
-                found += line;
-        }
-        database.exec("INSERT INTO title_words(title_words) VALUES('integrity-check')");
-        return found;
-    } catch (const SQLite::Exception &exception) {
-        return {QString::fromUtf8(exception.what())};
-    }
 }
 
 Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path,
@@ -172,11 +144,11 @@ Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const Q
     try {
         if (!QFileInfo::exists(path))
             make(path);
-        Database database = opened(path, limits);
-        if (pragma(*database, "PRAGMA application_id") != CatalogueSchema::ApplicationId)
-            return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
-        if (pragma(*database, "PRAGMA user_version") != CatalogueSchema::Version)
-            return error(path, u"was made by another version of Plovendix"_s, CatalogueFailure::OtherVersion);
+        auto database = std::make_unique<SQLite::Database>(nameOf(path), SQLite::OPEN_READWRITE);
+        distrust(*database);
+        waitForWriters(*database, limits);
+        if (const std::optional<base::Error> refused = refusal(*database, path))
+            return *refused;
         prepare(*database);
         return database;
     } catch (const SQLite::Exception &exception) {

@@ -11,9 +11,9 @@ class Database;
 class Exception;
 } // namespace SQLite
 
-/// A catalogue file that is opened to be written, and made when there is none. Readers go on reading
-/// meanwhile and several processes may write in turns, because the file is kept with a write-ahead log. After
-/// a power cut or a kill it holds what was committed.
+/// Opens a catalogue file for writing, and makes it when there is none. The file is kept with a write-ahead
+/// log: readers go on reading meanwhile, several processes may write in turns, and after a power cut or a
+/// kill it holds what was committed.
 namespace CatalogueStore
 {
 /// How long one writer waits for another, which holds the file for one batch at a time.
@@ -26,14 +26,14 @@ struct WaitLimits
     std::atomic<bool> isStopped = false; // any thread
 };
 
-/// Makes the folders too. A file of another version is refused.
+/// Makes the folders too. A file of another program or version is refused.
 Result<std::unique_ptr<SQLite::Database>> openForWriting(const QString &path,
                                                          const WaitLimits *limits = nullptr);
-/// Waits for other writers from now on, as long as limits lasts.
+/// Sets how long the connection waits for other writers from now on.
 void waitForWriters(SQLite::Database &database, const WaitLimits *limits);
 
-/// What the whole file's check finds wrong, its text index included; empty when it is sound.
-QStringList faults(SQLite::Database &database);
+/// The error of an opened file that another program or version made; none for ours. Throws SQLite::Exception.
+std::optional<base::Error> refusal(SQLite::Database &database, const QString &path);
 
 /// For the terminal; the code is a CatalogueFailure.
 base::Error error(const QString &path, const QString &what,

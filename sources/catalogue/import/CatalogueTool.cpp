@@ -2,11 +2,12 @@
 
 #include <base/TerminalText.h>
 #include <model/ServiceLanguages.h>
-#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/CatalogueService.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <iostream>
 
 using namespace Qt::StringLiterals;
@@ -45,25 +46,18 @@ int misuse(const QString &fault)
     return CatalogueCommands::Misuse;
 }
 
-int run(const CatalogueOptions &options, const QString &command, const QStringList &arguments)
+struct Command
 {
-    const bool takesArguments = command == "add"_L1 || command == "remove"_L1 || command == "search"_L1;
-    if (takesArguments && arguments.isEmpty())
-        return misuse(command + u" needs an argument"_s);
-    if (!takesArguments && !arguments.isEmpty())
-        return misuse(command + u" takes no argument"_s);
-    if (command == "add"_L1)
-        return CatalogueCommands::add(options, arguments);
-    if (command == "remove"_L1)
-        return CatalogueCommands::remove(options, arguments);
-    if (command == "search"_L1)
-        return CatalogueCommands::search(options, arguments.join(u' '));
-    if (command == "list"_L1)
-        return CatalogueCommands::list(options);
-    if (command == "stats"_L1)
-        return CatalogueCommands::stats(options);
-    return CatalogueCommands::vacuum(options);
-}
+    const char *name;
+    int (*run)(const CatalogueOptions &options);
+    bool takesArguments;
+};
+
+constexpr Command Commands[] = {
+    {"add", CatalogueCommands::add, true},      {"remove", CatalogueCommands::remove, true},
+    {"list", CatalogueCommands::list, false},   {"search", CatalogueCommands::search, true},
+    {"stats", CatalogueCommands::stats, false}, {"vacuum", CatalogueCommands::vacuum, false},
+};
 
 int runTool(int argc, char **argv)
 {
@@ -95,11 +89,20 @@ int runTool(int argc, char **argv)
     if (parser.isSet(language) && options.language.isEmpty())
         return misuse(u"--language needs a code, as \"de\" or \"ger\""_s);
 
-    static const QStringList commands{u"add"_s, u"remove"_s, u"list"_s, u"search"_s, u"stats"_s, u"vacuum"_s};
     const QStringList words = parser.positionalArguments();
-    if (words.isEmpty() || !commands.contains(words.first()))
-        return misuse(words.isEmpty() ? u"a command is missing"_s : u"unknown command "_s + words.first());
-    return run(options, words.first(), words.mid(1));
+    if (words.isEmpty())
+        return misuse(u"a command is missing"_s);
+    const auto command = std::find_if(std::begin(Commands), std::end(Commands), [&](const Command &one) {
+        return words.first() == QLatin1StringView(one.name);
+    });
+    if (command == std::end(Commands))
+        return misuse(u"unknown command "_s + words.first());
+    options.arguments = words.mid(1);
+    if (command->takesArguments && options.arguments.isEmpty())
+        return misuse(words.first() + u" needs an argument"_s);
+    if (!command->takesArguments && !options.arguments.isEmpty())
+        return misuse(words.first() + u" takes no argument"_s);
+    return command->run(options);
 }
 } // namespace
 

@@ -1,13 +1,10 @@
 #pragma once
-#include "FolderImportTexts.h"
+#include "CatalogueImport.h"
 
 #include <model/FolderImporting.h>
-#include "CatalogueStore.h"
 
-#include <functional>
-
-/// One import of a folder: counts its files, then adds them. Made on the main thread and run once on another;
-/// any thread may stop it.
+/// One import of a folder: counts its files, then adds them. Made on the main thread, where texts are
+/// localised, and run once on another; any thread may stop it.
 class FolderImportJob final
 {
 public:
@@ -24,16 +21,20 @@ public:
 private:
     using Phase = FolderImportState::Phase;
 
-    void enter(Phase phase);
     bool findFolder();
     void countFiles();
     void readFiles();
     void take(const ImportCounts &counts);
     void fail(const QString &sentence);
+    QString aboutFolder(const QString &format) const;
+    QString about(const base::Error &error) const;
     bool isStopped() const { return m_waitLimits.isStopped; }
 
     const QString m_catalogue;
-    const FolderImportTexts m_texts;
+    const CatalogueErrors m_catalogueErrors;
+    const QString m_folderIsGone;
+    const QString m_folderIsUnreadable;
+    const QHash<ImportRefusal, QString> m_refusals; // sentences with the place of a file's name
     CatalogueStore::WaitLimits m_waitLimits;
     Tell m_tell;
     FolderImportState m_state;

@@ -1,5 +1,5 @@
 #pragma once
-#include <sources/catalogue/CatalogueWriter.h>
+#include <sources/catalogue/CatalogueRows.h>
 
 /// The facts in the path of a subtitle file.
 struct SubtitleName

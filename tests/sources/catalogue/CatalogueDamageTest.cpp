@@ -181,7 +181,7 @@ private Q_SLOTS:
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         QVERIFY(!database);
         QCOMPARE(database.error().code, static_cast<int>(CatalogueFailure::Damaged));
-        QVERIFY2(database.error().detail.contains(QStringLiteral("is not one that Plovendix makes")),
+        QVERIFY2(database.error().detail.contains(QStringLiteral("is not as Plovendix makes it")),
                  qPrintable(database.error().detail));
     }
 

@@ -1,5 +1,7 @@
 #include "CatalogueFixture.h"
 
+#include <sources/catalogue/CatalogueSchema.h>
+
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
@@ -39,8 +41,8 @@ CatalogueFixture &CatalogueFixture::subtitle(const QString &release, qint64 down
     record.format = QStringLiteral("srt");
     record.downloads = downloads;
     // Different contents unless a test wants duplicates.
-    record.content =
-        content.isEmpty() ? release.toUtf8() + language + QByteArray::number(downloads) : content;
+    record.content = StoredContent::plain(
+        content.isEmpty() ? release.toUtf8() + language + QByteArray::number(downloads) : content);
     m_films.last().subtitles += record;
     return *this;
 }
@@ -56,19 +58,17 @@ CatalogueFixture &CatalogueFixture::madeFor(const QString &hash, quint64 size)
 void CatalogueFixture::write() const
 {
     QFile::remove(m_path);
-    Result<CatalogueWriter> writer = CatalogueWriter::create(m_path);
-    if (!writer)
-        qFatal("%s", qUtf8Printable(writer.error().localizedDescription));
+    SQLite::Database database(QFile::encodeName(m_path).toStdString(),
+                              SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    SQLite::Transaction transaction(database);
+    CatalogueSchema::create(database);
+    CatalogueRows rows(database);
     for (const Film &film : m_films) {
-        const Result<qint64> row = writer.value().addFilm(film.record);
-        bool isWritten = row.hasValue();
+        const qint64 row = rows.addFilm(film.record);
         for (const SubtitleRecord &subtitle : film.subtitles)
-            isWritten = isWritten && writer.value().addSubtitle(*row, subtitle);
-        if (!isWritten)
-            qFatal("The catalogue for a test could not be written");
+            rows.addSubtitle(row, subtitle);
     }
-    if (const Result<void> committed = writer.value().commit(); !committed)
-        qFatal("%s", qUtf8Printable(committed.error().localizedDescription));
+    transaction.commit();
 }
 
 QByteArray CatalogueFixture::solidPicture(int width, int height, const char *format)

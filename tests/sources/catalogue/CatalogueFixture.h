@@ -1,5 +1,5 @@
 #pragma once
-#include <sources/catalogue/CatalogueWriter.h>
+#include <sources/catalogue/CatalogueRows.h>
 #include <tests/support/Sandbox.h>
 
 /// Builds catalogues for tests, by the writer the program itself uses.

@@ -23,26 +23,6 @@ private Q_SLOTS:
                               QStringLiteral("Lights.web"), QStringLiteral("Lights.1080p.BluRay")}));
     }
 
-    void nameOfTheHashedVideoRanksBeforeDownloads()
-    {
-        const QString path = m_sandbox.writeFile(QStringLiteral("Harbour.Lights.2019.1080p.BluRay.mkv"),
-                                                 QByteArray(131072, '\0'));
-        CatalogueFixture own(m_sandbox, QStringLiteral("own.sqlite"));
-        own.film({QStringLiteral("Harbour Lights")}, 2019)
-            .subtitle(QStringLiteral("Own.exact"), 1)
-            .madeFor(QStringLiteral("0000000000020000"), 131072)
-            .subtitle(QStringLiteral("Own.DVDRip"), 7000)
-            .subtitle(QStringLiteral("Own.1080p.BluRay"), 7);
-        own.write();
-        SubtitleService::setShared(m_home.service());
-        const std::optional<VideoHash> hash = SubtitleService::hashFor(QUrl::fromLocalFile(path));
-        QVERIFY(hash);
-        const QStringList found = ask(SubtitleService::shared(), videoQuery(hash->hash, hash->size));
-        SubtitleService::setShared(nullptr);
-        QCOMPARE(found, QStringList({QStringLiteral("Own.exact"), QStringLiteral("Own.1080p.BluRay"),
-                                     QStringLiteral("Own.DVDRip")}));
-    }
-
     void closerTitleComesFirst()
     {
         QCOMPARE(ask(*m_home.service(), textQuery(QStringLiteral("harbour lights"))).last(),

@@ -4,7 +4,7 @@
 #include <model/MetadataService.h>
 #include <model/ServiceLanguages.h>
 #include <model/SubtitleService.h>
-#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/CatalogueMetadata.h>
 #include <tests/support/TestMain.h>
 
 #include <QFile>
@@ -77,8 +77,8 @@ private Q_SLOTS:
         const std::optional<QString> starter =
             Bundle::main().pathForResource(QStringLiteral("starter"), QStringLiteral("sqlite"));
         QVERIFY(starter);
-        SubtitleService::setShared(makeCatalogueSubtitleService(*starter));
-        MetadataService::setShared(makeCatalogueMetadataService(*starter));
+        SubtitleService::setShared(std::make_shared<CatalogueService>(standardCataloguePlaces(*starter)));
+        MetadataService::setShared(std::make_shared<CatalogueMetadata>(standardCataloguePlaces(*starter)));
     }
 
     void cleanupTestCase()

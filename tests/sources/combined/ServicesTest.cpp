@@ -2,7 +2,6 @@
 
 #include <base/MainQueue.h>
 #include <net/secrets/FileSecretStore.h>
-#include <sources/catalogue/CatalogueServices.h>
 #include <sources/combined/Services.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>

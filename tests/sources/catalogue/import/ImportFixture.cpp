@@ -1,7 +1,5 @@
 #include "ImportFixture.h"
 
-#include <sources/catalogue/import/CatalogueReports.h>
-
 #include <QDir>
 #include <QFile>
 
@@ -104,5 +102,7 @@ QByteArray ImportFixture::contentOf(qint64 entry) const
 
 QStringList ImportFixture::faults() const
 {
-    return demanded(CatalogueReports::faults(m_path));
+    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_path);
+    demanded(catalogue);
+    return catalogue.value().faults();
 }
