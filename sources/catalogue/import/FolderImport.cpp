@@ -4,73 +4,30 @@
 
 #include <base/MainQueue.h>
 
-#include <condition_variable>
-#include <mutex>
-#include <optional>
-#include <utility>
+#include <QPointer>
 
-/// The state that the worker thread and the main thread share.
+#include <mutex>
+
+/// What the worker thread and the main thread share.
 struct FolderImport::Run
 {
-    Run(FolderImport &import, const QString &folder)
-        : owner(&import),
-          interval(import.m_options.interval),
-          job(import.m_catalogue, folder, import.m_options.writerTimeout)
-    {
-    }
-
-    FolderImport *owner; // main thread only; null once the owner is destroyed
-    const std::chrono::milliseconds interval;
     FolderImportJob job;
-    std::mutex mutex; // guards the following members
-    std::optional<FolderImportState> latest;
-    bool isAwaited = false; // a block on the main queue will take it
-    bool isLeft = false;    // the queue is unused after detaching
-    bool isEnded = false;
-    std::condition_variable ended;
+    std::mutex mutex; // guards the state
+    FolderImportState state;
 
-    static void work(const std::shared_ptr<Run> &run)
-    {
-        const auto tell = [&run](const FolderImportState &state) { run->hand(run, state); };
-        tell(run->job.run(tell));
-        const std::scoped_lock lock(run->mutex);
-        run->isEnded = true;
-        run->ended.notify_all();
-    }
-
-    /// Locked: the queue is unused after detaching. Newer states replace unread ones.
-    void hand(const std::shared_ptr<Run> &self, const FolderImportState &state)
+    void setState(const FolderImportState &latest)
     {
         const std::scoped_lock lock(mutex);
-        if (isLeft)
-            return;
-        latest = state;
-        if (!state.isRunning())
-            MainQueue::shared().async([self] { self->give(); });
-        else if (!std::exchange(isAwaited, true))
-            MainQueue::shared().asyncAfter(interval, [self] { self->give(); });
+        state = latest;
     }
-
-    void give()
+    FolderImportState latestState()
     {
-        std::optional<FolderImportState> state;
-        {
-            const std::scoped_lock lock(mutex);
-            isAwaited = false;
-            state = std::exchange(latest, std::nullopt);
-        }
-        if (owner && state)
-            owner->take(*state);
+        const std::scoped_lock lock(mutex);
+        return state;
     }
-
-    /// Returns whether the thread has ended.
-    bool leave(std::chrono::milliseconds longest)
+    void work()
     {
-        owner = nullptr;
-        job.stop();
-        std::unique_lock lock(mutex);
-        isLeft = true;
-        return ended.wait_for(lock, longest, [this] { return isEnded; });
+        setState(job.run([this](const FolderImportState &latest) { setState(latest); }));
     }
 };
 
@@ -85,7 +42,8 @@ FolderImport::~FolderImport()
 {
     if (!m_run)
         return;
-    if (m_run->leave(m_options.stopTimeout))
+    m_run->job.stop();
+    if (m_end.wait_for(m_options.stopTimeout) == std::future_status::ready)
         m_thread.join();
     else
         m_thread.detach();
@@ -96,11 +54,14 @@ void FolderImport::start(const QString &folder)
     Q_ASSERT(MainQueue::isMainThread());
     if (m_run)
         return;
-    m_run = std::make_shared<Run>(*this, folder);
     m_state = {};
     m_state.phase = FolderImportState::Phase::Counting;
     m_state.folder = folder;
-    m_thread = std::thread([run = m_run] { Run::work(run); });
+    m_run.reset(new Run{{m_catalogue, folder, m_options.writerTimeout}, {}, m_state});
+    std::packaged_task<void()> work([run = m_run] { run->work(); });
+    m_end = work.get_future();
+    m_thread = std::thread(std::move(work));
+    lookLater();
     Q_EMIT changed();
 }
 
@@ -114,14 +75,24 @@ void FolderImport::stop()
     Q_EMIT changed();
 }
 
-/// Ignore progress posted before stop().
-void FolderImport::take(const FolderImportState &state)
+void FolderImport::lookLater()
+{
+    MainQueue::shared().asyncAfter(m_options.interval, [self = QPointer(this)] {
+        if (self)
+            self->look();
+    });
+}
+
+/// Shows the state that the thread has reached. A stopping import stays one until its end.
+void FolderImport::look()
 {
     const bool isStopping = m_state.phase == FolderImportState::Phase::Stopping;
-    m_state = state;
-    if (isStopping && state.isRunning())
-        m_state.phase = FolderImportState::Phase::Stopping;
-    if (!state.isRunning()) {
+    m_state = m_run->latestState();
+    if (m_state.isRunning()) {
+        if (isStopping)
+            m_state.phase = FolderImportState::Phase::Stopping;
+        lookLater();
+    } else {
         m_thread.join(); // the thread has no work left
         m_run.reset();
     }

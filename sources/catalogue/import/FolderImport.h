@@ -2,6 +2,7 @@
 #include <model/FolderImporting.h>
 #include <QString>
 #include <chrono>
+#include <future>
 #include <thread>
 
 /// Adds folders to a catalogue on a thread, as `plovendix-catalogue add` does: an interrupted import
@@ -11,7 +12,7 @@ class FolderImport final : public FolderImporting
 public:
     struct Options
     {
-        std::chrono::milliseconds interval{50};          // the minimum time between two reported states
+        std::chrono::milliseconds interval{50};          // between two looks at the thread's progress
         std::chrono::milliseconds writerTimeout{30'000}; // the longest wait for another writer
         std::chrono::milliseconds stopTimeout{5000};
     };
@@ -28,11 +29,13 @@ public:
 
 private:
     struct Run;
-    void take(const FolderImportState &state);
+    void lookLater();
+    void look();
 
     const QString m_catalogue;
     const Options m_options;
     FolderImportState m_state;
     std::shared_ptr<Run> m_run; // shared with the thread, which may outlive this object
     std::thread m_thread;
+    std::future<void> m_end;
 };
