@@ -29,7 +29,7 @@ endforeach()
 if(PLOVENDIX_SANITIZE)
     target_compile_options(plovendix_options INTERFACE -fsanitize=${PLOVENDIX_SANITIZE} -fno-omit-frame-pointer
         -fno-sanitize-recover=all -O1
-        -Wno-maybe-uninitialized) # GCC 12 gives false ones here
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>) # GCC 12 gives false ones here
     target_link_options(plovendix_options INTERFACE -fsanitize=${PLOVENDIX_SANITIZE})
 endif()
 
