@@ -81,8 +81,8 @@ std::optional<SettingsFile> SettingsFile::parsed(const QByteArray &bytes)
 {
     SettingsFile file;
     file.m_bytes = bytes.startsWith("\xEF\xBB\xBF") ? bytes.mid(3) : bytes;
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(file.m_bytes);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder.decode(file.m_bytes);
     if (decoder.hasError() || text.contains(QChar::Null) || !loaded(file.m_bytes))
         return {};
     return file;

@@ -159,6 +159,7 @@ private Q_SLOTS:
         QTest::newRow("no UTF-8") << QByteArray("[General]\na=f\xfcr\n");
         QTest::newRow("cut off in a key") << QByteArray("[General]\nlanguageCode=de\nSUEnab");
         QTest::newRow("cut off in the group") << QByteArray("[Gene");
+        QTest::newRow("cut off in a character") << QByteArray("[General]\nname=Gr\xC3");
         QTest::newRow("no group") << QByteArray("languageCode=de\n");
         QTest::newRow("another format") << QByteArray("{\"languageCode\": \"de\"}");
     }
