@@ -13,13 +13,14 @@ namespace
 constexpr std::array Languages{"eng", "pob", "ger", "rus", "bul", "gre", "tur", "ara", "heb", "jpn",
                                "chi", "zht", "kor", "tha", "vie", "pol", "rum", "scc", "fas", ""};
 
-/// Whether the bytes are UTF-8 that no other rule claims: marks and zeros tell of wider encodings.
+/// Whether the bytes are UTF-8 that no other rule claims: marks and zeros tell of wider encodings, and an
+/// escape of ISO 2022.
 bool isPlainUtf8(const QByteArray &bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder.decode(bytes);
-    return !decoder.hasError() && !bytes.contains('\0') && !text.contains(QChar(0xfeff)) &&
-           !text.contains(QChar(0xfffe));
+    return !decoder.hasError() && !bytes.contains('\0') && !bytes.contains('\x1b') &&
+           !text.contains(QChar(0xfeff)) && !text.contains(QChar(0xfffe));
 }
 } // namespace
 
