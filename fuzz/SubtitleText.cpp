@@ -19,8 +19,8 @@ bool isPlainUtf8(const QByteArray &bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder.decode(bytes);
-    return !decoder.hasError() && !bytes.contains('\0') && !bytes.contains('\x1b') &&
-           !text.contains(QChar(0xfeff)) && !text.contains(QChar(0xfffe));
+    return !bytes.startsWith("\xef\xbb\xbf") && !decoder.hasError() && !bytes.contains('\0') &&
+           !bytes.contains('\x1b') && !text.contains(QChar(0xfeff)) && !text.contains(QChar(0xfffe));
 }
 } // namespace
 

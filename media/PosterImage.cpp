@@ -41,7 +41,7 @@ QImage posterImage(const QByteArray &encoded, const QSize &size, qreal pixelRati
     if (width > 0 && width < whole.width())
         reader.setScaledSize({width, std::max(1, whole.height() * width / whole.width())});
     QImage image = reader.read();
-    if (image.isNull())
+    if (!isBounded(image.size())) // a frame of a GIF may be larger than the size its header gives
         return {};
     image.setDevicePixelRatio(size.width() > 0 ? qreal(image.width()) / size.width() : pixelRatio);
     return image;

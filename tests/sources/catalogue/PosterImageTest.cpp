@@ -49,6 +49,8 @@ private Q_SLOTS:
             "<rect width='10' height='15'/></svg>");
         QTest::newRow("too wide") << CatalogueFixture::solidPicture(5000, 10);
         QTest::newRow("too high") << CatalogueFixture::solidPicture(10, 5000);
+        QTest::newRow("frame larger than the picture")
+            << QByteArray::fromBase64("R0lGODlhIDksABggOSwgAAAAAAAAAAAAAQAQAQAAAFA=");
         QTest::newRow("too large a file")
             << CatalogueFixture::solidPicture(40, 60) + QByteArray(6 * 1024 * 1024, 'x');
     }
