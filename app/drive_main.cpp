@@ -1,6 +1,6 @@
 #include "Drive.h"
 #include "Program.h"
-#include "Services.h"
+#include "ServiceInstallation.h"
 
 #include <cstdio>
 #include <memory>

@@ -1,6 +1,5 @@
-#include "MakerServices.h"
 #include "Program.h"
-#include "Services.h"
+#include "ServiceInstallation.h"
 
 int main(int argc, char **argv)
 {

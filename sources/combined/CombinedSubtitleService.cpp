@@ -5,10 +5,16 @@
 #include <media/names/FileNameParser.h>
 #include <net/ServiceError.h>
 
+#include <QLoggingCategory>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
+Q_LOGGING_CATEGORY(log, "plovendix.services", QtInfoMsg)
+
+using Failures = CombinedSubtitleService::Failures;
+
 base::Error unknownService(const QString &name)
 {
     return {u"Service"_s, 0, String::localize(u"The service this subtitle came from is not in use now."_s),
@@ -17,41 +23,15 @@ base::Error unknownService(const QString &name)
 
 QString valueOf(const QList<Arg> &args, Param param)
 {
-    for (const Arg &arg : args) {
-        if (arg.param == param)
-            return arg.value;
-    }
-    return {};
-}
-
-QStringList namesOf(const QList<CombinedSubtitleService::Source> &sources)
-{
-    QStringList names;
-    for (const CombinedSubtitleService::Source &source : sources)
-        names += source.name;
-    return names;
-}
-
-CombinedSubtitleService::Failures failuresIn(const CombinedQuery &query, const QStringList &sources)
-{
-    CombinedSubtitleService::Failures failures;
-    for (qsizetype i = 0; i < sources.size(); ++i) {
-        if (const std::optional<base::Error> failure = query.failureOf(i))
-            failures.insert(sources[i], *failure);
-    }
-    return failures;
-}
-
-CombinedQuery::Asked waysOf(const QList<Arg> &args)
-{
-    return valueOf(args, Param::movieHash).isEmpty() ? CombinedQuery::Asked::ByWords
-                                                     : CombinedQuery::Asked::ByHash;
+    const auto found =
+        std::find_if(args.begin(), args.end(), [param](const Arg &arg) { return arg.param == param; });
+    return found == args.end() ? QString() : found->value;
 }
 
 /// The failures that the next query would wait for and meet again.
-CombinedSubtitleService::Failures outOfReach(const CombinedSubtitleService::Failures &failures)
+Failures outOfReach(const Failures &failures)
 {
-    CombinedSubtitleService::Failures kept;
+    Failures kept;
     for (auto it = failures.cbegin(); it != failures.cend(); ++it) {
         const std::optional<ServiceFailure> kind = kindOf(*it);
         if (kind == ServiceFailure::Timeout || kind == ServiceFailure::KeyRefused)
@@ -61,14 +41,117 @@ CombinedSubtitleService::Failures outOfReach(const CombinedSubtitleService::Fail
 }
 } // namespace
 
+/// One query and its answers, which may come on any thread and after the service.
+class CombinedSubtitleService::Search final : public std::enable_shared_from_this<Search>
+{
+public:
+    struct Question
+    {
+        quint64 number = 0;
+        bool isByHash = false;
+        QString videoName;
+        RankingPreferences preferences;
+        QueryCompletion completion;
+    };
+
+    Search(const CombinedSubtitleService &service, Question question, const QList<Source> &sources)
+        : m_question(std::move(question)),
+          m_answers(static_cast<std::size_t>(sources.size())),
+          m_outstanding(service.m_outstanding),
+          m_onMainThread(service.m_onMainThread),
+          m_worker(service.m_worker),
+          m_stop(service.m_stop.get_token())
+    {
+        for (const Source &source : sources)
+            m_sources += source.name;
+    }
+
+    /// Only the first answer of each source counts. The last one ends the search.
+    void take(qsizetype source, const Result<QueryResult> &answer)
+    {
+        const std::scoped_lock lock(m_mutex);
+        std::optional<Result<QueryResult>> &place = m_answers[static_cast<std::size_t>(source)];
+        if (place)
+            return;
+        place = answer;
+        if (++m_answered == m_answers.size())
+            finish();
+    }
+
+    /// Ranks and answers on the worker.
+    void finish()
+    {
+        const auto worker = m_worker.lock();
+        if (!worker)
+            return;
+        worker->post([self = shared_from_this()] {
+            if (!self->m_outstanding->isOutstanding(self->m_question.number))
+                return;
+            Failures failures;
+            const Result<QueryResult> outcome = self->outcome(failures);
+            self->m_outstanding->finish(self->m_question.number, [&] { self->give(outcome, failures); });
+        });
+    }
+
+private:
+    /// Fails only if no source returned rows, and not even then if the first service (the one on this
+    /// machine) answered a query by hash: an empty list lets the words of the file's name be tried. Rows that
+    /// match the hash come first, each subtitle once. Useless when stopped meanwhile.
+    Result<QueryResult> outcome(Failures &failures) const
+    {
+        QList<SubtitlePtr> rows;
+        qint64 leftOut = 0;
+        std::optional<base::Error> firstFailure;
+        for (std::size_t i = 0; i < m_answers.size(); ++i) {
+            const Result<QueryResult> &answer = *m_answers[i];
+            if (answer) {
+                rows += answer->subtitles.value_or(QList<SubtitlePtr>());
+                leftOut += answer->leftOut;
+                continue;
+            }
+            const base::Error &failure = answer.error();
+            qCWarning(log).noquote() << "a service failed:" << failure.localizedDescription << failure.detail;
+            failures.insert(m_sources[static_cast<qsizetype>(i)], failure);
+            firstFailure = firstFailure.value_or(failure);
+        }
+        if (rows.isEmpty() && firstFailure && !(m_question.isByHash && m_answers.front()->hasValue()))
+            return *firstFailure;
+        QueryResult best = bestRows(rows, m_question.videoName, m_question.preferences, m_stop);
+        best.leftOut += leftOut;
+        return best;
+    }
+
+    void give(const Result<QueryResult> &outcome, const Failures &failures) const
+    {
+        const bool leadsToWords = outcome && m_question.isByHash && outcome->subtitles->isEmpty();
+        if (outcome)
+            MainQueue::shared().async(
+                [leadsToWords, gaps = Gaps{failures, outcome->leftOut}, state = m_onMainThread] {
+                    state->outOfReach = leadsToWords ? outOfReach(gaps.failures) : Failures();
+                    if (state->gapsObserver)
+                        state->gapsObserver(gaps);
+                });
+        m_question.completion(outcome);
+        // Queued after the completion's own blocks: later queries ask every source again.
+        if (leadsToWords)
+            MainQueue::shared().async([state = m_onMainThread] { state->outOfReach.clear(); });
+    }
+
+    const Question m_question;
+    QStringList m_sources;
+    std::mutex m_mutex; // guards the answers until the last one
+    std::vector<std::optional<Result<QueryResult>>> m_answers;
+    std::size_t m_answered = 0;
+    const std::shared_ptr<OutstandingQueries> m_outstanding;
+    const std::shared_ptr<MainThreadState> m_onMainThread;
+    const std::weak_ptr<WorkerThread> m_worker;
+    const std::stop_token m_stop;
+};
+
 CombinedSubtitleService::CombinedSubtitleService(const QList<Source> &sources,
                                                  std::shared_ptr<VideoNames> names,
                                                  std::function<RankingPreferences()> preferences)
-    : m_sources(sources),
-      m_names(std::move(names)),
-      m_preferences(std::move(preferences)),
-      m_outstanding(std::make_shared<OutstandingQueries>()),
-      m_worker(std::make_shared<WorkerThread>())
+    : m_sources(sources), m_names(std::move(names)), m_preferences(std::move(preferences))
 {
 }
 
@@ -76,16 +159,6 @@ CombinedSubtitleService::~CombinedSubtitleService()
 {
     m_stop.request_stop();
     m_outstanding->cancelAll();
-}
-
-QList<CombinedSubtitleService::Source> CombinedSubtitleService::askedSources() const
-{
-    QList<Source> asked;
-    for (const Source &source : m_sources) {
-        if (!source.isAsked || source.isAsked())
-            asked += source;
-    }
-    return asked;
 }
 
 QString CombinedSubtitleService::videoName(const QList<Arg> &args) const
@@ -99,12 +172,10 @@ QString CombinedSubtitleService::videoName(const QList<Arg> &args) const
 void CombinedSubtitleService::query(const QList<Arg> &args, QueryCompletion completion)
 {
     const quint64 number = m_outstanding->begin();
-    if (m_isHeld) {
-        m_held.emplace_back(
-            [=, this, completion = std::move(completion)] { start(number, args, completion); });
-        return;
-    }
-    start(number, args, std::move(completion));
+    if (m_isHeld)
+        m_held.emplace_back([=, this] { start(number, args, completion); });
+    else
+        start(number, args, completion);
 }
 
 void CombinedSubtitleService::release()
@@ -114,58 +185,32 @@ void CombinedSubtitleService::release()
         begin();
 }
 
-void CombinedSubtitleService::start(quint64 number, const QList<Arg> &args, QueryCompletion completion)
+void CombinedSubtitleService::start(quint64 number, const QList<Arg> &args, const QueryCompletion &completion)
 {
-    const QList<Source> asked = askedSources();
-    const CombinedQuery::Asked ways = waysOf(args);
-    const auto combined =
-        std::make_shared<CombinedQuery>(asked.size(), ways, videoName(args), m_preferences());
-    const auto give = [ways, completion = std::move(completion), observer = m_gapsObserver,
-                       memory = m_outOfReach](const Result<QueryResult> &outcome, const Failures &failures) {
-        const bool leadsToWords =
-            outcome && ways == CombinedQuery::Asked::ByHash && outcome->subtitles->isEmpty();
-        if (outcome)
-            MainQueue::shared().async([=, gaps = Gaps{failures, outcome->leftOut}] {
-                *memory = leadsToWords ? outOfReach(gaps.failures) : Failures();
-                if (observer)
-                    observer(gaps);
-            });
-        completion(outcome);
-        // Queued after the completion's own blocks: later queries ask every source again.
-        if (leadsToWords)
-            MainQueue::shared().async([memory] { memory->clear(); });
-    };
-    const auto finish = [number, combined, give, names = namesOf(asked), outstanding = m_outstanding,
-                         stop = m_stop.get_token(), weak = std::weak_ptr(m_worker)] {
-        const auto worker = weak.lock();
-        if (!worker)
-            return;
-        worker->post([=] {
-            if (!outstanding->isOutstanding(number))
-                return;
-            const Result<QueryResult> outcome = combined->outcome(stop);
-            outstanding->finish(number, [&] { give(outcome, failuresIn(*combined, names)); });
-        });
-    };
+    QList<Source> asked;
+    for (const Source &source : m_sources) {
+        if (!source.isAsked || source.isAsked())
+            asked += source;
+    }
+    const bool isByHash = !valueOf(args, Param::movieHash).isEmpty();
+    const auto search = std::make_shared<Search>(
+        *this, Search::Question{number, isByHash, videoName(args), m_preferences(), completion}, asked);
     if (asked.isEmpty())
-        MainQueue::shared().async(finish);
-    const Failures known = ways == CombinedQuery::Asked::ByWords ? *m_outOfReach : Failures();
+        MainQueue::shared().async([search] { search->finish(); });
+    const Failures known = isByHash ? Failures() : m_onMainThread->outOfReach;
     for (qsizetype i = 0; i < asked.size(); ++i) {
-        const auto take = [i, combined, finish](const Result<QueryResult> &answer) {
-            if (combined->take(i, answer))
-                finish();
-        };
-        if (const auto failure = known.constFind(asked[i].name); failure != known.constEnd())
-            take(*failure);
+        if (known.contains(asked[i].name))
+            search->take(i, known[asked[i].name]);
         else
-            asked[i].service->query(args, take);
+            asked[i].service->query(
+                args, [search, i](const Result<QueryResult> &answer) { search->take(i, answer); });
     }
 }
 
 void CombinedSubtitleService::cancelQueryTask()
 {
     m_held.clear();
-    m_outOfReach->clear();
+    m_onMainThread->outOfReach.clear();
     m_stop.request_stop();
     m_stop = std::stop_source();
     m_outstanding->cancelAll();
@@ -176,10 +221,8 @@ void CombinedSubtitleService::cancelQueryTask()
 void CombinedSubtitleService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
     for (const Source &source : m_sources) {
-        if (source.name == subtitle->service) {
-            source.service->download(subtitle, std::move(completion));
-            return;
-        }
+        if (source.name == subtitle->service)
+            return source.service->download(subtitle, std::move(completion));
     }
     MainQueue::shared().async(
         [completion = std::move(completion), name = subtitle->service] { completion(unknownService(name)); });

@@ -1,9 +1,10 @@
 #pragma once
-#include "CombinedQuery.h"
+#include "Ranking.h"
 
 #include <base/WorkerThread.h>
 #include <media/names/VideoNames.h>
 #include <model/OutstandingQueries.h>
+#include <model/SubtitleService.h>
 
 #include <QMap>
 
@@ -36,8 +37,8 @@ public:
         qint64 leftOut = 0; // rows beyond those given
     };
     using GapsObserver = std::function<void(const Gaps &)>;
-    /// Called on the main queue before the completion. Set it before the first query.
-    void setGapsObserver(GapsObserver observer) { m_gapsObserver = std::move(observer); }
+    /// Called on the main queue before the completion.
+    void setGapsObserver(GapsObserver observer) { m_onMainThread->gapsObserver = std::move(observer); }
 
     /// Holds queries back until `release`, while the available sources are not known yet.
     void hold() { m_isHeld = true; }
@@ -53,19 +54,24 @@ protected:
     VideoFileComponents componentsOf(const QUrl &url) override;
 
 private:
-    void start(quint64 number, const QList<Arg> &args, QueryCompletion completion);
-    QList<Source> askedSources() const;
+    class Search;
+    /// Used by blocks on the main queue, which may outlive the service.
+    struct MainThreadState
+    {
+        GapsObserver gapsObserver;
+        Failures outOfReach; // for a query by words that follows directly on the answered one by hash
+    };
+
+    void start(quint64 number, const QList<Arg> &args, const QueryCompletion &completion);
     QString videoName(const QList<Arg> &args) const;
 
     const QList<Source> m_sources;
     std::shared_ptr<VideoNames> m_names;
     std::function<RankingPreferences()> m_preferences;
-    std::shared_ptr<OutstandingQueries> m_outstanding;
-    std::shared_ptr<WorkerThread> m_worker;
-    GapsObserver m_gapsObserver;
-    const std::shared_ptr<Failures> m_outOfReach =
-        std::make_shared<Failures>(); // for a query by words that follows directly; main thread
-    std::stop_source m_stop;          // ends the work for outstanding queries
+    std::shared_ptr<OutstandingQueries> m_outstanding = std::make_shared<OutstandingQueries>();
+    std::shared_ptr<WorkerThread> m_worker = std::make_shared<WorkerThread>();
+    const std::shared_ptr<MainThreadState> m_onMainThread = std::make_shared<MainThreadState>();
+    std::stop_source m_stop; // ends the work for outstanding queries
     bool m_isHeld = false;
     std::vector<std::function<void()>> m_held;
 };

@@ -1,6 +1,7 @@
-#include "Duplicates.h"
+#include "Ranking.h"
 
 #include <QHash>
+#include <QMap>
 #include <QQueue>
 #include <QSet>
 #include <QStringList>
@@ -40,35 +41,20 @@ QString contentKey(const Subtitle &subtitle)
     return parts.join(Separator);
 }
 
-/// One service's kept subtitles of one content that have no partner from another service yet.
-struct Waiting
-{
-    QString service;
-    QQueue<qsizetype> places; // indexes in the list of kept subtitles
-};
+/// By service, the kept subtitles of one content that have no partner from another service yet, as indexes in
+/// the list of kept ones.
+using Waiting = QMap<QString, QQueue<qsizetype>>;
 
-/// Takes the index of the first one of another service off the queue.
-std::optional<qsizetype> takePartner(const Subtitle &subtitle, QList<Waiting> &sameContent)
+/// Takes the index of the first one of another service off its queue.
+std::optional<qsizetype> takePartner(const Subtitle &subtitle, Waiting &sameContent)
 {
-    Waiting *first = nullptr;
-    for (Waiting &waiting : sameContent) {
-        const bool isCandidate = waiting.service != subtitle.service && !waiting.places.isEmpty();
-        if (isCandidate && (!first || waiting.places.head() < first->places.head()))
-            first = &waiting;
+    QQueue<qsizetype> *first = nullptr;
+    for (auto it = sameContent.begin(); it != sameContent.end(); ++it) {
+        const bool isCandidate = it.key() != subtitle.service && !it->isEmpty();
+        if (isCandidate && (!first || it->head() < first->head()))
+            first = &*it;
     }
-    return first ? std::optional(first->places.dequeue()) : std::nullopt;
-}
-
-void addWaiting(const QString &service, qsizetype place, QList<Waiting> &sameContent)
-{
-    for (Waiting &waiting : sameContent) {
-        if (waiting.service == service) {
-            waiting.places.enqueue(place);
-            return;
-        }
-    }
-    sameContent += Waiting{service, {}};
-    sameContent.last().places.enqueue(place);
+    return first ? std::optional(first->dequeue()) : std::nullopt;
 }
 } // namespace
 
@@ -76,7 +62,7 @@ QList<SubtitlePtr> withoutDuplicates(const QList<SubtitlePtr> &subtitles, const 
 {
     QList<SubtitlePtr> kept;
     QSet<QString> files;
-    QHash<QString, QList<Waiting>> waiting; // by content
+    QHash<QString, Waiting> waiting; // by content
     for (const SubtitlePtr &subtitle : subtitles) {
         if (stop.stop_requested())
             return {};
@@ -84,15 +70,14 @@ QList<SubtitlePtr> withoutDuplicates(const QList<SubtitlePtr> &subtitles, const 
         if (!subtitle->fileID.isEmpty() && files.contains(file))
             continue;
         files.insert(file);
-        QList<Waiting> &sameContent = waiting[contentKey(*subtitle)];
+        Waiting &sameContent = waiting[contentKey(*subtitle)];
         const std::optional<qsizetype> same = takePartner(*subtitle, sameContent);
         if (!same) {
-            addWaiting(subtitle->service, kept.size(), sameContent);
+            sameContent[subtitle->service].enqueue(kept.size());
             kept += subtitle;
-            continue;
-        }
-        if (subtitle->matchesHash && !kept[*same]->matchesHash)
+        } else if (subtitle->matchesHash && !kept[*same]->matchesHash) {
             kept[*same] = subtitle;
+        }
     }
     return kept;
 }

@@ -1,7 +1,5 @@
 #include "Ranking.h"
 
-#include "Duplicates.h"
-
 #include <media/names/ReleaseAgreement.h>
 
 #include <QRegularExpression>
@@ -84,10 +82,10 @@ QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &vi
     return result;
 }
 
-BestRows BestRows::of(const QList<SubtitlePtr> &found, const QString &videoName,
-                      const RankingPreferences &preferences, const std::stop_token &stop)
+QueryResult bestRows(const QList<SubtitlePtr> &found, const QString &videoName,
+                     const RankingPreferences &preferences, const std::stop_token &stop)
 {
     const QList<SubtitlePtr> all = ranked(withoutDuplicates(found, stop), videoName, preferences, stop);
-    return {all.first(std::min(all.size(), QueryResult::MaxRows)),
-            std::max<qint64>(0, all.size() - QueryResult::MaxRows)};
+    const qsizetype count = std::min(all.size(), QueryResult::MaxRows);
+    return {all.first(count), all.size() - count};
 }

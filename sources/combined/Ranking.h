@@ -29,13 +29,13 @@ struct RankingPreferences
 QList<SubtitlePtr> ranked(const QList<SubtitlePtr> &subtitles, const QString &videoName,
                           const RankingPreferences &preferences, const std::stop_token &stop = {});
 
-/// The rows of a search's answer.
-struct BestRows
-{
-    QList<SubtitlePtr> subtitles;
-    qint64 leftOut = 0; // ranked below them
+/// Removes duplicates. Within one service a file is identified by its id. Files of two services are the same
+/// when release, language and marks agree, each having at most one partner; the one that matches the video's
+/// hash is kept, otherwise the earlier. Linear time; stops early on request, and the result is then useless.
+/// Any thread.
+QList<SubtitlePtr> withoutDuplicates(const QList<SubtitlePtr> &subtitles, const std::stop_token &stop = {});
 
-    /// Each subtitle once, the best first, limited to the number that is useful to a person.
-    static BestRows of(const QList<SubtitlePtr> &found, const QString &videoName,
-                       const RankingPreferences &preferences, const std::stop_token &stop = {});
-};
+/// The answer to a search: each subtitle once, the best first, limited to the number that is useful to a
+/// person.
+QueryResult bestRows(const QList<SubtitlePtr> &found, const QString &videoName,
+                     const RankingPreferences &preferences, const std::stop_token &stop = {});

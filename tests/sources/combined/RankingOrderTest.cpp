@@ -1,4 +1,3 @@
-#include <sources/combined/Duplicates.h>
 #include <sources/combined/Ranking.h>
 #include <tests/support/TestMain.h>
 
@@ -153,11 +152,11 @@ private Q_SLOTS:
         for (int i = 0; i < 2345; ++i)
             given += subtitle(QString::number(i), [i](Subtitle &s) { s.downloads = i; });
         given += given.constFirst();
-        const BestRows best = BestRows::of(given, {}, {});
-        QCOMPARE(best.subtitles.size(), 2000);
-        QCOMPARE(best.subtitles.constFirst()->subFileName, u"2344"_s);
+        const QueryResult best = bestRows(given, {}, {});
+        QCOMPARE(best.subtitles->size(), 2000);
+        QCOMPARE(best.subtitles->constFirst()->subFileName, u"2344"_s);
         QCOMPARE(best.leftOut, 346);
-        QCOMPARE(BestRows::of(given.first(2000), {}, {}).leftOut, 0);
+        QCOMPARE(bestRows(given.first(2000), {}, {}).leftOut, 0);
     }
 
     void stopEndsTheWork()

@@ -4,6 +4,15 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+const QString SubtitleURL = u"SubtitleServiceURL"_s;
+const QString SubtitleUser = u"SubtitleServiceUser"_s;
+const QString MetadataURL = u"MetadataServiceURL"_s;
+// The value is "preferred", "avoided" or "neutral".
+const QString HearingImpaired = u"SubtitleHearingImpaired"_s;
+const QString ForeignPartsOnly = u"SubtitleForeignPartsOnly"_s;
+const QString MachineTranslated = u"SubtitleMachineTranslated"_s;
+const QString KeepsOriginalBytes = u"SubtitleKeepsOriginalBytes"_s;
+
 /// The address stored under `key`. Keep an invalid address, so the request fails instead of using the
 /// default.
 QUrl address(const UserDefaults &defaults, const QString &key, const QUrl &standard)
@@ -18,20 +27,16 @@ Preference preference(const UserDefaults &defaults, const QString &key)
 }
 } // namespace
 
-QStringList ServiceDefaults::keys()
+QStringList ServiceDefaults::registerDefaults(UserDefaults &defaults)
 {
-    return {SubtitleURL,      SubtitleUser,      MetadataURL,       HearingImpaired,
-            ForeignPartsOnly, MachineTranslated, KeepsOriginalBytes};
-}
-
-void ServiceDefaults::registerDefaults(UserDefaults &defaults)
-{
-    defaults.registerDefaults({{SubtitleURL, RestSettings::standardBase().toString()},
-                               {MetadataURL, FilmSettings::standardBase().toString()},
-                               {HearingImpaired, u"neutral"_s},
-                               {ForeignPartsOnly, u"avoided"_s},
-                               {MachineTranslated, u"avoided"_s},
-                               {KeepsOriginalBytes, false}});
+    const QVariantMap values{{SubtitleURL, RestSettings::standardBase().toString()},
+                             {MetadataURL, FilmSettings::standardBase().toString()},
+                             {HearingImpaired, u"neutral"_s},
+                             {ForeignPartsOnly, u"avoided"_s},
+                             {MachineTranslated, u"avoided"_s},
+                             {KeepsOriginalBytes, false}};
+    defaults.registerDefaults(values);
+    return values.keys() << SubtitleUser;
 }
 
 RestSettings ServiceDefaults::restSettings(const UserDefaults &defaults, const Credentials &credentials)
