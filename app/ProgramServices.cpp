@@ -3,7 +3,7 @@
 #include <base/MainQueue.h>
 #include <net/Redactor.h>
 #include <net/secrets/EnvironmentSecrets.h>
-#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/CatalogueService.h>
 #include <sources/combined/CombinedMetadataService.h>
 
 #include <QFileInfo>

@@ -10,8 +10,8 @@
 #include <features/feedback/RecentMessages.h>
 #include <features/updates/SUUpdater.h>
 #include <net/secrets/KeychainSecretStore.h>
+#include <sources/catalogue/CatalogueMetadata.h>
 #include <sources/catalogue/CatalogueService.h>
-#include <sources/catalogue/CatalogueServices.h>
 #include <sources/catalogue/import/FolderImport.h>
 
 #include <QCoreApplication>
@@ -48,9 +48,10 @@ public:
     {
         // A search reports a missing starter catalogue.
         const QString starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s).value_or(QString());
-        m_services = std::make_shared<ProgramServices>(
-            ProgramServices::Parts{makeCatalogueSubtitleService(starter), CatalogueService::name(),
-                                   makeCatalogueMetadataService(starter), secretStore(m_question), starter});
+        const QList<CataloguePlace> places = standardCataloguePlaces(starter);
+        m_services = std::make_shared<ProgramServices>(ProgramServices::Parts{
+            std::make_shared<CatalogueService>(places), CatalogueService::name(),
+            std::make_shared<CatalogueMetadata>(places), secretStore(m_question), starter});
         ServiceAccounts::setShared(m_services);
         FolderImporting::setShared(m_folders);
     }

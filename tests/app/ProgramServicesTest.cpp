@@ -1,7 +1,7 @@
 #include <app/ProgramServices.h>
 #include <base/MainQueue.h>
 #include <net/secrets/FileSecretStore.h>
-#include <sources/catalogue/CatalogueServices.h>
+#include <sources/catalogue/CatalogueService.h>
 #include <tests/support/FakeSecretStore.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
