@@ -10,11 +10,9 @@
 #include <features/donation/DonationPrompt.h>
 #include <features/search/MainViewController.h>
 #include <ui/style/Appearance.h>
-#include <ui/style/Preparation.h>
 #include <ui/system/ApplicationLink.h>
 #include <ui/system/WindowSystem.h>
 #include <ui/views/Image.h>
-#include <ui/window/FirstPaint.h>
 #include <ui/window/Window.h>
 
 #include <QApplication>
@@ -96,7 +94,6 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
         return 0;
     }
     const QString activationToken = WindowSystem::activationTokenOfStart();
-    Preparation preparation;
     // The toolkit removes its own options (-platform, -style) from the arguments.
     QApplication application(argc, argv);
     const CommandLine line = parseCommandLine(argumentsOf(argc, argv), QDir::currentPath().toLocal8Bit());
@@ -113,7 +110,7 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
         link.start(line.uris, activationToken) == ApplicationLink::Outcome::HandedOver)
         return 0;
     describeApplication();
-    preparation.finish();
+    showWindowIcon();
     Appearance::shared().install();
     registerScenes();
     services = parts.installServices();
@@ -125,7 +122,6 @@ int runProgram(int argc, char **argv, const ProgramParts &parts)
     MainWindowController mainWindow;
     mainWindow.mainViewController()->setDownloadPrompt(&donationPrompt);
     mainWindow.showWindow();
-    FirstPaint::afterwards(showWindowIcon);
     // Closing the main window ends the program, so that no preferences window stays alone.
     QObject::connect(mainWindow.window(), &ui::Window::closed, &application,
                      [] { QApplication::closeAllWindows(); });

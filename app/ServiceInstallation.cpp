@@ -1,6 +1,5 @@
 #include "ServiceInstallation.h"
 
-#include "DeferredSecretStore.h"
 #include "ProgramServices.h"
 #include "SecretFileQuestion.h"
 
@@ -34,10 +33,10 @@ std::shared_ptr<SecretStore> secretStore(SecretFileQuestion &question)
 #else
     const bool hasKeyring = true;
 #endif
-    return std::make_shared<DeferredSecretStore>(std::make_shared<KeychainSecretStore>(
+    return std::make_shared<KeychainSecretStore>(
         [&question](const QString &, std::function<void(bool)> answer) { question.ask(std::move(answer)); },
         FileSecretStore(),
-        hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent));
+        hasKeyring ? KeychainSecretStore::Keyring::Asked : KeychainSecretStore::Keyring::Absent);
 }
 
 /// The services during the program's life.

@@ -3,7 +3,6 @@
 #include "WindowPrivate.h"
 #include <ui/style/ChromeColors.h>
 #include "EdgeGrip.h"
-#include "FirstPaint.h"
 #include "FrameOverlay.h"
 #include "Shadow.h"
 #include "TitleBar.h"
@@ -269,5 +268,4 @@ void ui::Window::paintEvent(QPaintEvent *)
         Shadow::paint(painter, rect(),
                       {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
     painter.fillRect(d->frameRect(), palette().color(QPalette::Window));
-    FirstPaint::notice();
 }
