@@ -8,21 +8,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-template <class Call>
-QString faultOf(const Call &call)
-{
-    const FatalFaultTrap trap;
-    try {
-        call();
-    } catch (const FatalFaultCaught &caught) {
-        return caught.message;
-    }
-    return {};
-}
-} // namespace
-
 /// What the rest of the program sees of the services.
 class ServiceInterfacesTest : public QObject
 {

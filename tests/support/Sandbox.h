@@ -36,3 +36,16 @@ public:
     FatalFaultTrap();
     ~FatalFaultTrap();
 };
+
+/// The message of the fatal fault that `act` ends in; empty when it does not.
+template <class Act>
+QString faultOf(const Act &act)
+{
+    const FatalFaultTrap trap;
+    try {
+        act();
+    } catch (const FatalFaultCaught &fault) {
+        return fault.message;
+    }
+    return {};
+}

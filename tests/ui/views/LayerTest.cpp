@@ -30,7 +30,7 @@ struct Fade
     Fade(const QColor &from, const std::optional<ui::Image> &to)
     {
         layer.setContents(solidImage(Side, from));
-        layer.setTransition(250ms);
+        layer.setTransition(200ms);
         layer.setContents(to);
     }
 
@@ -104,12 +104,12 @@ private Q_SLOTS:
         QVERIFY(fade.layer.contents() == fresh); // read back, it is the new one at once
         QCOMPARE(fade.layer.fadeProgress(), 0.0);
         QCOMPARE(centreOf(fade.layer), QColor(Qt::red));
-        fade.holdAt(125);
+        fade.holdAt(100);
         QCOMPARE(asked.count(), 1);
         QVERIFY(isNear(centreOf(fade.layer), QColor(128, 0, 128)));
-        fade.holdAt(200); // eased out
+        fade.holdAt(160); // eased out
         QVERIFY(qAbs(fade.layer.fadeProgress() - 0.918) < 0.01);
-        fade.holdAt(250);
+        fade.holdAt(200);
         QCOMPARE(fade.layer.fadeProgress(), 1.0);
         QCOMPARE(centreOf(fade.layer), QColor(Qt::blue));
         fade.layer.setContents(std::nullopt); // the transition serves later changes, too
@@ -119,7 +119,7 @@ private Q_SLOTS:
     void twoOpaqueContentsStayOpaqueOnTheWay()
     {
         Fade fade(Qt::black, solidImage(Side, QColor(1, 1, 1)));
-        fade.holdAt(125);
+        fade.holdAt(100);
         QVERIFY(isNear(centreOf(fade.layer), Qt::black)); // the white ground does not shine through
     }
 
@@ -127,20 +127,20 @@ private Q_SLOTS:
     {
         Fade fade(Qt::black, std::nullopt);
         QVERIFY(!fade.layer.contents());
-        fade.holdAt(125);
+        fade.holdAt(100);
         QVERIFY(isNear(centreOf(fade.layer), QColor(127, 127, 127)));
-        fade.holdAt(250);
+        fade.holdAt(200);
         QCOMPARE(centreOf(fade.layer), QColor(Qt::white));
     }
 
     void interruptedFadeGoesOnFromWhatIsSeen()
     {
         Fade fade(Qt::red, solidImage(Side, Qt::blue));
-        fade.holdAt(100);
+        fade.holdAt(80);
         fade.layer.setContents(solidImage(Side, Qt::black));
         const QColor first = centreOf(fade.layer);
         QVERIFY(isNear(first, QColor(171, 0, 84), 6));
-        fade.holdAt(100);
+        fade.holdAt(80);
         const QColor seen = centreOf(fade.layer);
         QVERIFY(seen.red() > 50 && seen.blue() > 25 && seen.red() < first.red());
         fade.layer.setContents(solidImage(Side, Qt::green));

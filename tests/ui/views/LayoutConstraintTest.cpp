@@ -63,6 +63,7 @@ private Q_SLOTS:
             shown = m_constraint->presentedConstant();
             end(u"first"_s)();
         });
+        QCOMPARE(runningAnimation(*m_constraint)->duration(), 20);
         QCOMPARE(m_ended, QStringList());
         QTRY_COMPARE(m_ended, QStringList({u"first"_s}));
         QCOMPARE(shown, 10.0);

@@ -2,8 +2,10 @@
 #include <ui/views/Image.h>
 
 #include <QColor>
+#include <QEvent>
 #include <QImage>
 #include <QPainter>
+#include <QWidget>
 
 #include <functional>
 
@@ -33,3 +35,18 @@ inline bool isNear(const QColor &a, const QColor &b, int tolerance = 3)
     return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
            qAbs(a.blue() - b.blue()) <= tolerance;
 }
+
+/// Counts how often a widget is painted.
+class PaintCounter final : public QObject
+{
+public:
+    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
