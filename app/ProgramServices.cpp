@@ -153,7 +153,7 @@ void ProgramServices::takeCredentials(Credentials credentials)
 
 void ProgramServices::releaseQueries()
 {
-    m_keyringTimeout.cancel();
+    m_keyringTimeout.reset();
     m_combined->release();
 }
 

@@ -3,7 +3,7 @@
 
 #include <features/preferences/ServiceAccounts.h>
 #include <model/ServiceStatus.h>
-#include <net/SystemClock.h>
+#include <net/Clock.h>
 #include <net/secrets/SecretStore.h>
 #include <sources/combined/CombinedSubtitleService.h>
 #include <sources/films/FilmDatabase.h>
@@ -52,7 +52,7 @@ private:
     void tellOfChange();
 
     Parts m_parts;
-    SystemClock m_clock; // before the services that use it
+    Clock m_clock; // before the services that use it
     Credentials m_credentials;
     QMap<Secret, QString> m_saved; // while the store is read
     std::optional<base::Error> m_readFailure;

@@ -88,13 +88,13 @@ private:
 /// Declared in this order, so that the user of the clock is destroyed first.
 struct Updater
 {
-    SystemClock clock;
+    Clock clock;
     SUUpdater updater{clock, InstalledProgram::ofBundle(Bundle::main())};
 };
 
 struct Reporter
 {
-    SystemClock clock;
+    Clock clock;
     FRFeedbackReporter reporter{clock};
 };
 } // namespace

@@ -16,14 +16,14 @@ struct Error
 };
 } // namespace base
 
-/// Either a value or the Error that prevented it. Reading the absent side is a programming error
-/// (std::bad_variant_access).
-template <class Value>
+/// Either a value or the failure, mostly an Error, that prevented it. Reading the absent side is a programming
+/// error (std::bad_variant_access).
+template <class Value, class Failure = base::Error>
 class [[nodiscard]] Result final
 {
 public:
     Result(Value value) : m_content(std::in_place_index<0>, std::move(value)) {}
-    Result(base::Error error) : m_content(std::in_place_index<1>, std::move(error)) {}
+    Result(Failure failure) : m_content(std::in_place_index<1>, std::move(failure)) {}
 
     bool hasValue() const { return m_content.index() == 0; }
     explicit operator bool() const { return hasValue(); }
@@ -33,15 +33,15 @@ public:
     Value &&value() && { return std::get<0>(std::move(m_content)); }
     const Value &operator*() const & { return value(); }
     const Value *operator->() const { return &value(); }
-    const base::Error &error() const { return std::get<1>(m_content); }
+    const Failure &error() const { return std::get<1>(m_content); }
 
 private:
-    std::variant<Value, base::Error> m_content;
+    std::variant<Value, Failure> m_content;
 };
 
 /// Success without a value, or an Error.
 template <>
-class [[nodiscard]] Result<void> final
+class [[nodiscard]] Result<void, base::Error> final
 {
 public:
     Result() = default;

@@ -1,37 +1,28 @@
 #pragma once
 #include <QDateTime>
+#include <QObject>
 #include <chrono>
 #include <functional>
-#include <utility>
+#include <memory>
 
-/// The clock of the network services, which tests can control. Main thread only.
+/// The machine's clocks. Tests derive a clock that they drive. Main thread only.
 class Clock
 {
 public:
     using Duration = std::chrono::milliseconds;
-
-    /// A scheduled call. The destructor cancels it.
-    class Timer final
-    {
-    public:
-        Timer() = default;
-        explicit Timer(std::function<void()> cancel) : m_cancel(std::move(cancel)) {}
-        Timer(Timer &&other) noexcept : m_cancel(std::exchange(other.m_cancel, nullptr)) {}
-        Timer &operator=(Timer &&other) noexcept;
-        ~Timer() { cancel(); }
-        void cancel();
-
-    private:
-        std::function<void()> m_cancel;
-    };
+    /// Holds a scheduled call. Releasing it cancels the call.
+    using Timer = std::shared_ptr<void>;
 
     virtual ~Clock();
 
     /// Monotonic time, independent of the date: for waits, deadlines and rates.
-    virtual Duration now() const = 0;
+    virtual Duration now() const;
     /// The date and time in UTC, which may be set back or forward at any time: for dates of servers and
     /// files.
-    virtual QDateTime date() const = 0;
+    virtual QDateTime date() const;
     /// Calls `action` once, on a later turn of the main thread.
-    virtual Timer after(Duration delay, std::function<void()> action) = 0;
+    [[nodiscard]] virtual Timer after(Duration delay, std::function<void()> action);
+
+private:
+    QObject m_timers; // parent of the running timers
 };

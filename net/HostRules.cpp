@@ -2,20 +2,17 @@
 
 #include <QHostAddress>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
-namespace
-{
-constexpr int HttpsPort = 443;
-constexpr int HttpPort = 80;
-
-int effectivePort(const QUrl &url)
-{
-    return url.port(url.scheme() == "https"_L1 ? HttpsPort : HttpPort);
-}
-} // namespace
-
 HostRules::HostRules(const QStringList &hosts, Loopback loopback) : m_hosts(hosts), m_loopback(loopback) {}
+
+HostRules HostRules::of(const QUrl &address, const QStringList &others)
+{
+    return isLoopback(address.host()) ? HostRules({}, Loopback::Accepted)
+                                      : HostRules(others + QStringList(address.host()));
+}
 
 bool HostRules::isLoopback(const QString &host)
 {
@@ -36,20 +33,19 @@ bool HostRules::accepts(const QUrl &url) const
 
 bool HostRules::knows(const QString &host) const
 {
-    for (const QString &rule : m_hosts) {
-        if (rule.startsWith("*."_L1)) {
-            if (host.endsWith(QStringView(rule).mid(1), Qt::CaseInsensitive) ||
-                QStringView(rule).mid(2).compare(host, Qt::CaseInsensitive) == 0)
-                return true;
-        } else if (rule.compare(host, Qt::CaseInsensitive) == 0) {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(m_hosts.cbegin(), m_hosts.cend(), [&host](const QString &rule) {
+        const QString name = rule.startsWith("*."_L1) ? rule.mid(2) : rule;
+        return host.compare(name, Qt::CaseInsensitive) == 0 ||
+               (name != rule && host.endsWith(u'.' + name, Qt::CaseInsensitive));
+    });
 }
 
-bool HostRules::sameOrigin(const QUrl &one, const QUrl &other)
+QUrl HostRules::originOf(const QUrl &url)
 {
-    return one.scheme() == other.scheme() && one.host().compare(other.host(), Qt::CaseInsensitive) == 0 &&
-           effectivePort(one) == effectivePort(other);
+    constexpr int HttpsPort = 443;
+    constexpr int HttpPort = 80;
+    QUrl origin = url.adjusted(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment);
+    if (origin.port() == (origin.scheme() == "https"_L1 ? HttpsPort : HttpPort))
+        origin.setPort(-1);
+    return origin;
 }

@@ -16,12 +16,15 @@ public:
     HostRules() = default;
     /// `hosts` are exact names, or "*.name" for a name and its subdomains.
     explicit HostRules(const QStringList &hosts, Loopback loopback = Loopback::Refused);
+    /// The rules of a service whose address a person may set: its host and `others`, or only this machine
+    /// when the service is on it.
+    static HostRules of(const QUrl &address, const QStringList &others = {});
 
     bool accepts(const QUrl &url) const;
 
     static bool isLoopback(const QString &host);
-    /// Whether both have the same scheme, host and port.
-    static bool sameOrigin(const QUrl &one, const QUrl &other);
+    /// The scheme, host and port, and any user name and password, of the address.
+    static QUrl originOf(const QUrl &url);
 
 private:
     bool knows(const QString &host) const;

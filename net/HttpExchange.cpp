@@ -1,31 +1,66 @@
 #include "HttpExchange.h"
 
-#include "OneTimeUpload.h"
+#include "Redactor.h"
 
-#include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkRequest>
+
+#include <cstring>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
 {
-constexpr Clock::Duration ConnectLimit = 10s;
-constexpr Clock::Duration SilenceLimit = 20s;
+constexpr Clock::Duration ConnectTimeout = 10s;
+constexpr Clock::Duration SilenceTimeout = 20s;
+const QString TooSlow = u"no answer in time"_s;
 constexpr int FirstRefusalStatus = 300;
 constexpr int FirstProxyError = 100;
 constexpr int FirstContentError = 200;
+
+/// A request body that can be read once and not rewound. Qt repeats a request when a kept-alive connection
+/// breaks before the answer; with such a body it reports the failure instead, so nothing is sent twice.
+class OneTimeUpload final : public QIODevice
+{
+public:
+    OneTimeUpload(const QByteArray &content, QObject *parent) : QIODevice(parent), m_content(content)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    qint64 bytesAvailable() const override { return m_content.size() - m_read; }
+    bool seek(qint64) override { return false; } // the base class would log a warning
+    bool atEnd() const override { return bytesAvailable() == 0; }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        const qint64 count = std::min(maxSize, bytesAvailable());
+        if (count == 0)
+            return -1;
+        std::memcpy(data, m_content.constData() + m_read, static_cast<std::size_t>(count));
+        m_read += count;
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const QByteArray m_content;
+    qint64 m_read = 0;
+};
 
 QNetworkRequest networkRequest(const HttpRequest &request)
 {
     QNetworkRequest result(request.url);
     for (const auto &[name, value] : request.headers)
         result.setRawHeader(name, value);
-    // Redirects are followed by HttpClient, because Qt would send the key to any host. No cookies, no stored
-    // logins.
+    // HttpClient follows redirects: Qt 6.4 ends some on a kept connection with an empty answer, and would not
+    // let them wait for the rate.
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    // No cookies, no stored logins.
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
@@ -60,12 +95,11 @@ ServiceFailure kindOfFailure(QNetworkReply::NetworkError error)
 } // namespace
 
 std::shared_ptr<HttpExchange> HttpExchange::begin(std::shared_ptr<QNetworkAccessManager> network,
-                                                  Clock &clock, ServiceName service,
-                                                  const HttpRequest &request, Completion completion)
+                                                  Clock &clock, const HttpRequest &request,
+                                                  HttpCompletion completion)
 {
-    auto *exchange = new HttpExchange(std::move(network), clock, service, request, std::move(completion));
+    auto *exchange = new HttpExchange(std::move(network), clock, request, std::move(completion));
     exchange->send();
-    exchange->watch();
     // The exchange may be released inside its own completion.
     return {exchange, [](HttpExchange *done) {
                 done->abandon();
@@ -73,13 +107,9 @@ std::shared_ptr<HttpExchange> HttpExchange::begin(std::shared_ptr<QNetworkAccess
             }};
 }
 
-HttpExchange::HttpExchange(std::shared_ptr<QNetworkAccessManager> network, Clock &clock, ServiceName service,
-                           const HttpRequest &request, Completion completion)
-    : m_clock(clock),
-      m_service(service),
-      m_request(request),
-      m_completion(std::move(completion)),
-      m_network(std::move(network))
+HttpExchange::HttpExchange(std::shared_ptr<QNetworkAccessManager> network, Clock &clock,
+                           const HttpRequest &request, HttpCompletion completion)
+    : m_clock(clock), m_request(request), m_completion(std::move(completion)), m_network(std::move(network))
 {
 }
 
@@ -94,70 +124,64 @@ void HttpExchange::send()
     switch (m_request.method) {
     case HttpRequest::Method::Get:
         m_reply.reset(m_network->get(request));
-        return;
+        break;
     case HttpRequest::Method::Delete:
         m_reply.reset(m_network->deleteResource(request));
-        return;
+        break;
     case HttpRequest::Method::Post:
         request.setHeader(QNetworkRequest::ContentLengthHeader, m_request.body.size());
         request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-        auto *upload = new OneTimeUpload(m_request.body, this);
-        m_reply.reset(m_network->post(request, upload));
-        return;
+        m_reply.reset(m_network->post(request, new OneTimeUpload(m_request.body, this)));
+        break;
     }
-}
-
-void HttpExchange::watch()
-{
     m_reply->setParent(nullptr);
-    connect(m_reply.get(), &QNetworkReply::requestSent, this, [this] { allowSilence(SilenceLimit); });
-    connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, [this] { allowSilence(SilenceLimit); });
+    connect(m_reply.get(), &QNetworkReply::requestSent, this, [this] { allowSilence(SilenceTimeout); });
+    connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, [this] { allowSilence(SilenceTimeout); });
     connect(m_reply.get(), &QNetworkReply::readyRead, this, &HttpExchange::take);
     connect(m_reply.get(), &QNetworkReply::finished, this, &HttpExchange::finish);
-    allowSilence(ConnectLimit);
-    m_deadline = m_clock.after(m_request.deadline, [this] { stop(Ended::TooSlow); });
+    allowSilence(ConnectTimeout);
+    m_deadline = m_clock.after(m_request.deadline, [this] { stop(ServiceFailure::Timeout, TooSlow); });
 }
 
 void HttpExchange::allowSilence(Clock::Duration duration)
 {
-    if (!m_completion)
-        return; // a late signal of a finished reply
-    m_silence = m_clock.after(duration, [this] { stop(Ended::TooSlow); });
+    if (m_completion) // else a late signal of a finished reply
+        m_silence = m_clock.after(duration, [this] { stop(ServiceFailure::Timeout, TooSlow); });
 }
 
 void HttpExchange::take()
 {
-    allowSilence(SilenceLimit);
+    allowSilence(SilenceTimeout);
     m_received += m_reply->readAll();
     if (m_received.size() > m_request.maxBytes)
-        stop(Ended::TooLarge);
+        stop(ServiceFailure::BadAnswer, u"the answer is too large"_s);
 }
 
-void HttpExchange::stop(Ended reason)
+void HttpExchange::stop(ServiceFailure kind, const QString &detail)
 {
-    if (m_ended != Ended::Itself)
+    if (m_fault)
         return;
-    m_ended = reason;
+    m_fault = {kind, m_request.url.host() + ": "_L1 + detail};
     m_reply->abort();
 }
 
 void HttpExchange::finish()
 {
-    m_silence.cancel();
-    m_deadline.cancel();
     if (!m_completion)
         return;
-    if (m_ended == Ended::Itself)
-        m_received += m_reply->readAll();
-    const Completion completion = std::exchange(m_completion, nullptr);
+    if (!m_fault)
+        take();
+    m_silence.reset();
+    m_deadline.reset();
+    const HttpCompletion completion = std::exchange(m_completion, nullptr);
     completion(outcome());
 }
 
 void HttpExchange::abandon()
 {
     m_completion = nullptr;
-    m_silence.cancel();
-    m_deadline.cancel();
+    m_silence.reset();
+    m_deadline.reset();
     if (m_reply && m_reply->isRunning()) {
         disconnect(m_reply.get(), nullptr, this, nullptr);
         m_reply->abort();
@@ -167,38 +191,27 @@ void HttpExchange::abandon()
     m_network.reset();
 }
 
-Result<HttpAnswer> HttpExchange::outcome() const
+HttpResult HttpExchange::outcome() const
 {
-    const auto failure = [this](ServiceFailure kind, const QString &detail) {
-        return serviceError(kind, m_service, m_request.url.host() + ": "_L1 + detail);
+    if (m_fault)
+        return *m_fault;
+    const auto fault = [this](ServiceFailure kind, const QString &detail) {
+        return TransportFault{kind, m_request.url.host() + ": "_L1 + detail};
     };
-    if (m_ended == Ended::TooSlow)
-        return failure(ServiceFailure::Timeout, u"no answer in time"_s);
-    if (m_ended == Ended::TooLarge || m_received.size() > m_request.maxBytes)
-        return failure(ServiceFailure::BadAnswer, u"the answer is too large"_s);
+    HttpAnswer answer{m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), {}, m_received};
+    for (const auto &[name, value] : m_reply->rawHeaderPairs())
+        answer.headers.insert(name.toLower(), value);
     const QNetworkReply::NetworkError error = m_reply->error();
-    const HttpAnswer read = answer();
-    const bool statusSaysIt = error > FirstContentError && read.status >= FirstRefusalStatus;
+    const bool statusSaysIt = error > FirstContentError && answer.status >= FirstRefusalStatus;
     // Qt reports success for some answers whose connection closed right after the headers.
-    if (error == QNetworkReply::NoError && read.isCutShort())
-        return failure(ServiceFailure::Unavailable, u"the answer was cut short"_s);
+    if (error == QNetworkReply::NoError && answer.isCutShort())
+        return fault(ServiceFailure::Unavailable, u"the answer was cut short"_s);
     if (error == QNetworkReply::NoError || statusSaysIt)
-        return read;
+        return answer;
     // Qt has no separate error for a proxy that refuses the request.
     const bool byProxy =
         error == QNetworkReply::UnknownNetworkError &&
         m_network->proxyFactory()->queryProxy(QNetworkProxyQuery(m_request.url)).value(0).type() !=
             QNetworkProxy::NoProxy;
-    return failure(byProxy ? ServiceFailure::Proxy : kindOfFailure(error), m_reply->errorString());
-}
-
-HttpAnswer HttpExchange::answer() const
-{
-    HttpAnswer answer;
-    answer.status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    answer.body = m_received;
-    answer.url = m_request.url;
-    for (const auto &[name, value] : m_reply->rawHeaderPairs())
-        answer.headers.insert(name.toLower(), value);
-    return answer;
+    return fault(byProxy ? ServiceFailure::Proxy : kindOfFailure(error), redacted(m_reply->errorString()));
 }

@@ -1,4 +1,8 @@
 #pragma once
+#include "ServiceError.h"
+
+#include <base/Result.h>
+
 #include <QByteArray>
 #include <QHash>
 #include <QList>
@@ -36,10 +40,17 @@ struct HttpAnswer
     int status = 0;
     QHash<QByteArray, QByteArray> headers; // by lower-case name
     QByteArray body;
-    QUrl url; // the address that answered, after redirects
 
     QByteArray header(const QByteArray &name) const { return headers.value(name.toLower()); }
     /// Whether the body is shorter than its Content-Length, when there is one.
     bool isCutShort() const;
     bool isSuccess() const { return status >= 200 && status < 300; }
+    /// Whether the server fails or refuses for now, so that the same request may succeed later.
+    bool isPassingFailure() const { return status == 429 || status >= 500; }
 };
+
+/// What came of a request.
+using HttpResult = Result<HttpAnswer, TransportFault>;
+using HttpCompletion = std::function<void(const HttpResult &)>;
+/// Holds a running request. Releasing it cancels the request, whose completion is then not called.
+using HttpCall = std::shared_ptr<void>;

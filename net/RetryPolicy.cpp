@@ -36,23 +36,17 @@ std::optional<RetryPolicy::Duration> seconds(const QByteArray &text)
     return std::chrono::seconds(std::min(count, Year));
 }
 
-int triesFor(const Result<HttpAnswer> &outcome)
+int triesFor(const HttpResult &outcome)
 {
     if (!outcome) {
-        switch (kindOf(outcome.error()).value_or(ServiceFailure::BadAnswer)) {
-        case ServiceFailure::Offline:
-        case ServiceFailure::Timeout:
-        case ServiceFailure::Unavailable:
-            return RetryPolicy::MaxTries;
-        default:
-            return 1;
-        }
+        const ServiceFailure kind = outcome.error().kind;
+        const bool mayPass = kind == ServiceFailure::Offline || kind == ServiceFailure::Timeout ||
+                             kind == ServiceFailure::Unavailable;
+        return mayPass ? RetryPolicy::MaxTries : 1;
     }
     if (outcome->status == ServerError)
         return 2;
-    if (outcome->status == SignInFirst)
-        return 1;
-    return outcome->status == TooManyRequests || outcome->status > ServerError ? RetryPolicy::MaxTries : 1;
+    return outcome->isPassingFailure() && outcome->status != SignInFirst ? RetryPolicy::MaxTries : 1;
 }
 } // namespace
 
@@ -70,8 +64,7 @@ std::optional<RetryPolicy::Duration> RetryPolicy::requestedWait(const HttpAnswer
     return wait && reset ? std::max(*wait, *reset) : wait ? wait : reset;
 }
 
-std::optional<RetryPolicy::Duration> RetryPolicy::pauseAfter(const Result<HttpAnswer> &outcome,
-                                                             const QDateTime &date)
+std::optional<RetryPolicy::Duration> RetryPolicy::pauseAfter(const HttpResult &outcome, const QDateTime &date)
 {
     const bool isTooFast = outcome && outcome->status == TooManyRequests;
     const bool isDown = outcome && outcome->status == ServiceUnavailable;
@@ -84,9 +77,8 @@ std::optional<RetryPolicy::Duration> RetryPolicy::pauseAfter(const Result<HttpAn
 }
 
 std::optional<RetryPolicy::Duration> RetryPolicy::waitBeforeNextTry(const HttpRequest &request,
-                                                                    const Result<HttpAnswer> &outcome,
-                                                                    int tries, double jitter,
-                                                                    const QDateTime &date)
+                                                                    const HttpResult &outcome, int tries,
+                                                                    double jitter, const QDateTime &date)
 {
     if (request.method != HttpRequest::Method::Get || tries >= triesFor(outcome))
         return std::nullopt;

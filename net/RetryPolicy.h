@@ -1,8 +1,5 @@
 #pragma once
 #include "HttpMessage.h"
-#include "ServiceError.h"
-
-#include <base/Result.h>
 
 #include <chrono>
 
@@ -17,12 +14,12 @@ inline constexpr Duration MaxWait = std::chrono::seconds(15);
 
 /// The wait before the next attempt after `tries` attempts, the last of which gave `outcome`; none when there
 /// is no retry. `jitter` lies between -1 and 1.
-std::optional<Duration> waitBeforeNextTry(const HttpRequest &request, const Result<HttpAnswer> &outcome,
-                                          int tries, double jitter, const QDateTime &date);
+std::optional<Duration> waitBeforeNextTry(const HttpRequest &request, const HttpResult &outcome, int tries,
+                                          double jitter, const QDateTime &date);
 
 /// How long no request may be sent after that outcome: the service refused for speed, or is down and named a
 /// time longer than MaxWait. At most a day.
-std::optional<Duration> pauseAfter(const Result<HttpAnswer> &outcome, const QDateTime &date);
+std::optional<Duration> pauseAfter(const HttpResult &outcome, const QDateTime &date);
 
 /// The wait that the answer's Retry-After (seconds or a date) and, for a rate refusal, RateLimit-Reset ask
 /// for.

@@ -32,10 +32,6 @@ QString subtitleSentence(ServiceFailure kind)
         return String::localize(
             u"No private connection to the subtitle service could be made. Check the date of this "
             "computer, and whether this network can be trusted."_s);
-    case ServiceFailure::Proxy:
-        return String::localize(
-            u"The proxy of this network refused the connection. Check the proxy settings of this "
-            "computer."_s);
     case ServiceFailure::KeyRefused:
         return String::localize(
             u"The subtitle service does not accept this API key. Check it in the preferences."_s);
@@ -62,8 +58,9 @@ QString subtitleSentence(ServiceFailure kind)
             u"The subtitle service has no subtitles in this language. Choose another language."_s);
     case ServiceFailure::NothingToAsk:
         return String::localize(u"Type more of the title: these words are too few to search for."_s);
+    default:
+        return commonSentence(kind);
     }
-    return {};
 }
 
 QString filmSentence(ServiceFailure kind)
@@ -78,7 +75,8 @@ QString filmSentence(ServiceFailure kind)
             u"No private connection to the film database could be made. Check the date of this computer, "
             "and whether this network can be trusted."_s);
     case ServiceFailure::Proxy:
-        return subtitleSentence(kind);
+    case ServiceFailure::ForbiddenAddress:
+        return commonSentence(kind);
     case ServiceFailure::KeyRefused:
     case ServiceFailure::LoginRefused:
         return String::localize(
@@ -92,15 +90,9 @@ QString filmSentence(ServiceFailure kind)
             u"The film database is not available right now. Try again in a few minutes."_s);
     case ServiceFailure::NotFound:
         return String::localize(u"The film database has no poster of this film."_s);
-    case ServiceFailure::BadAnswer:
-    case ServiceFailure::Rejected:
-    case ServiceFailure::LinkExpired:
-    case ServiceFailure::NotASubtitle:
-    case ServiceFailure::UnknownLanguage:
-    case ServiceFailure::NothingToAsk:
+    default:
         return String::localize(u"The film database gave an answer that makes no sense. Try again later."_s);
     }
-    return {};
 }
 
 /// Formats a time like "01:00 (in 3 h 12 min)".
@@ -131,16 +123,38 @@ QString pauseSentence(bool isTooFast, bool isSubtitles)
 }
 } // namespace
 
+QString commonSentence(ServiceFailure kind)
+{
+    if (kind == ServiceFailure::Proxy)
+        return String::localize(
+            u"The proxy of this network refused the connection. Check the proxy settings of this "
+            "computer."_s);
+    if (kind == ServiceFailure::ForbiddenAddress)
+        return String::localize(
+            u"The service cannot be asked at the address in the settings: it must begin with https."_s);
+    return {};
+}
+
 base::Error serviceError(ServiceFailure kind, ServiceName service, const QString &detail)
 {
     const QString sentence = service == ServiceName::Subtitles ? subtitleSentence(kind) : filmSentence(kind);
     return {Domain, static_cast<int>(kind), sentence, redacted(detail).left(MaxDetailLength)};
 }
 
-base::Error limitError(ServiceName service, std::optional<int> allowed, const QDateTime &reset,
-                       const QDateTime &now, const QString &detail)
+base::Error serviceError(const TransportFault &fault, ServiceName service)
 {
-    base::Error error = serviceError(ServiceFailure::LimitReached, service, detail);
+    base::Error error = serviceError(fault.kind, service, fault.detail);
+    if (fault.pause)
+        error.localizedDescription = String::fill(
+            pauseSentence(fault.kind == ServiceFailure::TooManyRequests, service == ServiceName::Subtitles),
+            {timeUntil(fault.pause->end, fault.pause->begin)});
+    return error;
+}
+
+base::Error limitError(std::optional<int> allowed, const QDateTime &reset, const QDateTime &now,
+                       const QString &detail)
+{
+    base::Error error = serviceError(ServiceFailure::LimitReached, ServiceName::Subtitles, detail);
     const bool counted = allowed && *allowed > 0;
     const bool dated = reset.isValid() && reset > now;
     QString sentence;
@@ -156,15 +170,6 @@ base::Error limitError(ServiceName service, std::optional<int> allowed, const QD
         sentence += u' ' + String::localize(u"Try again tomorrow."_s);
     if (!sentence.isEmpty())
         error.localizedDescription = sentence;
-    return error;
-}
-
-base::Error pauseError(ServiceFailure kind, ServiceName service, const QDateTime &end, const QDateTime &now)
-{
-    base::Error error = serviceError(kind, service, u"asked to wait until "_s + end.toString(Qt::ISODate));
-    error.localizedDescription = String::fill(
-        pauseSentence(kind == ServiceFailure::TooManyRequests, service == ServiceName::Subtitles),
-        {timeUntil(end, now)});
     return error;
 }
 

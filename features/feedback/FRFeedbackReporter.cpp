@@ -30,9 +30,7 @@ QString hintAbout(const KeptReports::Kept &kept)
 }
 } // namespace
 
-FRFeedbackReporter::FRFeedbackReporter(Clock &clock)
-    : m_clock(clock),
-      m_client(clock, ServiceName::Films) // which names the service in sentences that ours replace
+FRFeedbackReporter::FRFeedbackReporter(Clock &clock) : m_clock(clock), m_client(clock)
 {
     UserDefaults::standard().registerDefaults({{AddressKey, StandardAddress}});
 }

@@ -42,5 +42,5 @@ private:
     FeedbackReport m_form;   // as shown last
     QString m_keptPath;      // of the kept report in the form; empty for a new one
     FeedbackReport m_report; // as sent last
-    HttpClient::Call m_sending;
+    HttpCall m_sending;
 };

@@ -1,7 +1,6 @@
 #include "FeedbackSender.h"
 
 #include <base/LocalizedString.h>
-#include <net/MakersServer.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -21,9 +20,8 @@ QString sentenceFor(ServiceFailure failure)
     case ServiceFailure::Insecure:
         return String::localize(u"No private connection to the maker’s server could be made."_s);
     case ServiceFailure::Proxy:
-        return String::localize(
-            u"The proxy of this network refused the connection. Check the proxy settings of this "
-            "computer."_s);
+    case ServiceFailure::ForbiddenAddress:
+        return commonSentence(failure);
     case ServiceFailure::BadAnswer:
         return String::localize(u"The maker’s server did not take the report."_s);
     default:
@@ -40,14 +38,13 @@ Result<void> read(const HttpAnswer &answer)
 {
     if (answer.isSuccess())
         return {};
-    return failure(MakersServer::isPassing(answer.status) ? ServiceFailure::Unavailable
-                                                          : ServiceFailure::BadAnswer,
+    return failure(answer.isPassingFailure() ? ServiceFailure::Unavailable : ServiceFailure::BadAnswer,
                    u"status %1"_s.arg(answer.status));
 }
 } // namespace
 
-HttpClient::Call sendReport(HttpClient &client, const FeedbackReport &report, const QString &address,
-                            std::function<void(const Result<void> &)> completion)
+HttpCall sendReport(HttpClient &client, const FeedbackReport &report, const QString &address,
+                    std::function<void(const Result<void> &)> completion)
 {
     HttpRequest request;
     request.method = HttpRequest::Method::Post;
@@ -56,16 +53,8 @@ HttpClient::Call sendReport(HttpClient &client, const FeedbackReport &report, co
     request.maxBytes = MaxAnswerBytes;
     request.deadline = Deadline;
     request.setHeader("Content-Type", "application/json");
-    const HostRules rules = MakersServer::rulesFor(request.url);
-    const bool isPermitted = rules.accepts(request.url);
     return client.send(
-        request, rules, [isPermitted, completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
-            if (outcome)
-                return completion(read(*outcome));
-            const base::Error &error = outcome.error();
-            // The client's own sentence says that the address must begin with https.
-            if (!isPermitted)
-                return completion(error);
-            completion(failure(kindOf(error).value_or(ServiceFailure::Unavailable), error.detail));
+        request, HostRules::of(request.url), [completion = std::move(completion)](const HttpResult &outcome) {
+            completion(outcome ? read(*outcome) : failure(outcome.error().kind, outcome.error().detail));
         });
 }

@@ -47,7 +47,7 @@ UserDefaults &settings()
 SUUpdater::SUUpdater(Clock &clock, InstalledProgram installed)
     : m_clock(clock),
       m_installed(std::move(installed)),
-      m_client(clock, ServiceName::Films), // which names the service in sentences that ours replace
+      m_client(clock),
       m_notBefore(clock.now() + StartPause)
 {
     settings().registerDefaults({{FeedKey, StandardFeed}, {AutomaticKey, true}});
@@ -102,7 +102,7 @@ std::optional<Clock::Duration> SUUpdater::nextWait() const
 
 void SUUpdater::schedule()
 {
-    m_timer.cancel();
+    m_timer.reset();
     const auto wait = nextWait();
     if (!wait && !m_asked)
         m_check.reset();
@@ -133,7 +133,7 @@ void SUUpdater::putOff(Clock::Duration pause)
 
 void SUUpdater::begin()
 {
-    m_timer.cancel();
+    m_timer.reset();
     m_offer.reset();
     m_check = fetchFeed(m_client, settings().string(FeedKey).value_or(QString()),
                         [this](const Result<AppcastFeed> &outcome) { finish(outcome); });

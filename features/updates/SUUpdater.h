@@ -48,7 +48,7 @@ private:
     std::shared_ptr<UpdateViewController> m_panel;
     const InstalledProgram m_installed;
     HttpClient m_client;
-    HttpClient::Call m_check; // the running check
+    HttpCall m_check; // the running check
     bool m_asked = false;     // the person requested the check and waits for its end
     std::optional<UpdateOffer> m_offer;
     Clock::Duration m_notBefore; // no automatic check before that time

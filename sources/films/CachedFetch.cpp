@@ -12,7 +12,7 @@ struct CachedFetch::RequestState
     Question question;
     Completion completion;
     std::optional<DiskCache::Entry> known;
-    Transport::Call call;
+    HttpCall call;
 };
 
 namespace
@@ -48,15 +48,15 @@ std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer)
     return std::nullopt;
 }
 
-CachedFetch::CachedFetch(Transport &transport, WorkerThread &worker, const DiskCache &cache)
-    : m_transport(transport), m_worker(worker), m_cache(cache)
+CachedFetch::CachedFetch(RequestQueue &queue, WorkerThread &worker, const DiskCache &cache)
+    : m_queue(queue), m_worker(worker), m_cache(cache)
 {
 }
 
 CachedFetch::Call CachedFetch::fetch(const Question &question, Completion completion)
 {
     auto state = std::make_shared<RequestState>(RequestState{question, std::move(completion), {}, {}});
-    const QDateTime date = m_transport.clock().date();
+    const QDateTime date = m_queue.clock().date();
     inBackground(
         m_worker, [cache = m_cache, question, date] { return keptAnswer(cache, question, date); },
         [this, date, weak = std::weak_ptr(state)](const std::optional<DiskCache::Entry> &known) {
@@ -77,14 +77,14 @@ void CachedFetch::ask(const std::shared_ptr<RequestState> &state)
     HttpRequest request = state->question.request;
     if (state->known && !state->known->etag.isEmpty())
         request.setHeader("If-None-Match", state->known->etag);
-    state->call = m_transport.send(request, state->question.rules,
-                                   [this, weak = std::weak_ptr(state)](const Result<HttpAnswer> &outcome) {
-                                       if (const auto held = weak.lock())
-                                           arrive(held, outcome);
-                                   });
+    state->call = m_queue.send(request, state->question.rules,
+                               [this, weak = std::weak_ptr(state)](const HttpResult &outcome) {
+                                   if (const auto held = weak.lock())
+                                       arrive(held, outcome);
+                               });
 }
 
-void CachedFetch::arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome)
+void CachedFetch::arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome)
 {
     const bool isUnchanged = outcome && outcome->status == 304 && state->known;
     if (isUnchanged || (outcome && outcome->status == 200)) {
@@ -95,7 +95,7 @@ void CachedFetch::arrive(const std::shared_ptr<RequestState> &state, const Resul
     if (state->known && serverFailed)
         state->completion(state->known->body);
     else
-        state->completion(outcome ? filmError(*outcome) : outcome.error());
+        state->completion(outcome ? filmError(*outcome) : serviceError(outcome.error(), ServiceName::Films));
 }
 
 void CachedFetch::store(const std::shared_ptr<RequestState> &state, const HttpAnswer &answer)
@@ -106,7 +106,7 @@ void CachedFetch::store(const std::shared_ptr<RequestState> &state, const HttpAn
         entry.body = answer.body;
     if (const QByteArray etag = answer.header("ETag"); answer.status == 200 || !etag.isEmpty())
         entry.etag = etag;
-    entry.stored = m_transport.clock().date();
+    entry.stored = m_queue.clock().date();
     entry.expires =
         entry.stored.addDuration(std::min(maxAgeOf(answer).value_or(question.life), question.longestLife));
     const bool mayBeKept = !cacheDirectives(answer).contains("no-store");

@@ -1,7 +1,7 @@
 #pragma once
 #include <base/WorkerThread.h>
 #include <net/DiskCache.h>
-#include <net/Transport.h>
+#include <net/RequestQueue.h>
 
 /// Fetches an answer or takes it from the disk: keeps answers as long as the server and the question allow,
 /// revalidates them afterwards, and uses a stale one when the server fails or sends an invalid answer. Main
@@ -21,7 +21,7 @@ public:
     using Completion = std::function<void(Result<QByteArray>)>;
     using Call = std::shared_ptr<void>;
 
-    CachedFetch(Transport &transport, WorkerThread &worker, const DiskCache &cache);
+    CachedFetch(RequestQueue &queue, WorkerThread &worker, const DiskCache &cache);
 
     /// The completion is called on a later turn, unless the call is released.
     [[nodiscard]] Call fetch(const Question &question, Completion completion);
@@ -29,10 +29,10 @@ public:
 private:
     struct RequestState;
     void ask(const std::shared_ptr<RequestState> &state);
-    void arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
+    void arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome);
     void store(const std::shared_ptr<RequestState> &state, const HttpAnswer &answer);
 
-    Transport &m_transport;
+    RequestQueue &m_queue;
     WorkerThread &m_worker;
     DiskCache m_cache;
 };

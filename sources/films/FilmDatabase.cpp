@@ -22,7 +22,7 @@ namespace
 {
 Q_LOGGING_CATEGORY(log, "plovendix.services.metadata", QtInfoMsg)
 
-constexpr int RequestsPerSpan = 4;
+constexpr std::size_t RequestsPerSpan = 4;
 constexpr Clock::Duration RateSpan = 1050ms;
 constexpr int PicturesAtOnce = 2;
 constexpr qsizetype MaxPictureBytes = 5LL * 1024 * 1024;
@@ -101,9 +101,9 @@ FilmDatabase::FilmDatabase(Clock &clock, const FilmSettings &settings, const QSt
                            std::function<qreal()> pixelRatio)
     : m_settings(settings),
       m_cache(cacheFolder, KeptAtMost),
-      m_transport(clock, ServiceName::Films, RateLimiter(RequestsPerSpan, RateSpan)),
+      m_queue(clock, {RequestsPerSpan, RateSpan}),
       m_worker(std::make_unique<WorkerThread>()),
-      m_fetch(m_transport, *m_worker, m_cache),
+      m_fetch(m_queue, *m_worker, m_cache),
       m_pixelRatio(pixelRatio ? std::move(pixelRatio) : screenPixelRatio)
 {
     hideSecret(settings.key);
@@ -300,16 +300,16 @@ void FilmDatabase::testKey(std::function<void(Result<void>)> completion)
         answerLater(noKey());
         return;
     }
-    m_test = m_transport.send(m_settings.request(u"/configuration"_s, {}), m_settings.apiHosts(),
-                              [answerLater](const Result<HttpAnswer> &outcome) {
-                                  if (!outcome)
-                                      answerLater(outcome.error());
-                                  else if (!outcome->isSuccess())
-                                      answerLater(filmError(*outcome));
-                                  else if (!isConfiguration(outcome->body))
-                                      answerLater(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
-                                                               u"no configuration"_s));
-                                  else
-                                      answerLater({});
-                              });
+    m_test = m_queue.send(m_settings.request(u"/configuration"_s, {}), m_settings.apiHosts(),
+                          [answerLater](const HttpResult &outcome) {
+                              if (!outcome)
+                                  answerLater(serviceError(outcome.error(), ServiceName::Films));
+                              else if (!outcome->isSuccess())
+                                  answerLater(filmError(*outcome));
+                              else if (!isConfiguration(outcome->body))
+                                  answerLater(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
+                                                           u"no configuration"_s));
+                              else
+                                  answerLater({});
+                          });
 }

@@ -57,12 +57,12 @@ private:
 
     FilmSettings m_settings;
     DiskCache m_cache;
-    Transport m_transport;
+    RequestQueue m_queue;
     std::unique_ptr<WorkerThread> m_worker;
     CachedFetch m_fetch;
     std::function<qreal()> m_pixelRatio;
     std::vector<std::shared_ptr<Task>> m_tasks; // under way
-    Transport::Call m_test;
+    HttpCall m_test;
     std::deque<Picture> m_waitingPictures;
     int m_picturesUnderWay = 0;
 };

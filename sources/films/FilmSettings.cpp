@@ -33,16 +33,12 @@ QUrl FilmSettings::standardBase()
 
 HostRules FilmSettings::apiHosts() const
 {
-    if (HostRules::isLoopback(base.host()))
-        return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules({base.host()});
+    return HostRules::of(base);
 }
 
 HostRules FilmSettings::imageHosts() const
 {
-    if (HostRules::isLoopback(base.host()))
-        return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules({u"*.tmdb.org"_s, u"*.themoviedb.org"_s, base.host()});
+    return HostRules::of(base, {u"*.tmdb.org"_s, u"*.themoviedb.org"_s});
 }
 
 HttpRequest FilmSettings::request(const QString &path, const QMap<QString, QString> &items) const

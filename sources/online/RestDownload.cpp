@@ -39,7 +39,7 @@ struct RestDownload::Job
     std::shared_ptr<RestSession> session;
     SubtitlePtr subtitle;
     QList<Completion> waiting;
-    Transport::Call call;
+    HttpCall call;
     bool isBeingPaid = false; // from when the order leaves until its link or its cost is known
 
     /// The file's key in the cache and among the links.
@@ -92,7 +92,7 @@ void RestDownload::lookUp(const std::shared_ptr<Job> &job)
     inBackground(
         m_tools.worker,
         [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle,
-         date = m_tools.transport.clock().date()] {
+         date = m_tools.queue.clock().date()] {
             return RestFiles::find(kept, key, subtitle->subLanguageID, date);
         },
         [this, weak = std::weak_ptr(job)](const std::optional<SubtitleFile> &file) {
@@ -113,7 +113,7 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
         finish(job, ofAnotherService(job->key()));
         return;
     }
-    const Clock &clock = m_tools.transport.clock();
+    const Clock &clock = m_tools.queue.clock();
     const Link link = m_links.value(job->key());
     if (clock.now() < link.ends && clock.date() < link.endDate) {
         transfer(job, link.url);
@@ -143,7 +143,7 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
     }
     if (const auto quota = RestOrder::quotaAfter(job->session->quota(), *outcome))
         takeQuota(*job->session, *quota);
-    const Clock &clock = m_tools.transport.clock();
+    const Clock &clock = m_tools.queue.clock();
     const Result<QUrl> link = RestOrder::linkFrom(*job->session, *outcome, clock.date());
     if (!link) {
         finish(job, link.error());
@@ -165,17 +165,17 @@ void RestDownload::transfer(const std::shared_ptr<Job> &job, const QUrl &link)
     request.setHeader("Accept", "*/*");
     request.maxBytes = MaxFileBytes;
     request.deadline = TransferLimit;
-    job->call = m_tools.transport.send(request, job->session->access().linkHosts(),
-                                       [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
-                                           if (const auto held = weak.lock())
-                                               takeTransfer(held, outcome);
-                                       });
+    job->call = m_tools.queue.send(request, job->session->access().linkHosts(),
+                                   [this, weak = std::weak_ptr(job)](const HttpResult &outcome) {
+                                       if (const auto held = weak.lock())
+                                           takeTransfer(held, outcome);
+                                   });
 }
 
-void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
+void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const HttpResult &outcome)
 {
     if (!outcome) {
-        finish(job, outcome.error());
+        finish(job, serviceError(outcome.error(), ServiceName::Subtitles));
         return;
     }
     if (RestErrors::isLinkRefused(*outcome))
@@ -192,8 +192,7 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
 {
     inBackground(
         m_tools.worker,
-        [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle,
-         date = m_tools.transport.clock().date(),
+        [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle, date = m_tools.queue.clock().date(),
          bytes] { return RestFiles::take(kept, key, subtitle->subLanguageID, date, bytes); },
         [this, weak = std::weak_ptr(job)](const Result<RestFiles::TakenFile> &taken) {
             const auto held = weak.lock();

@@ -20,7 +20,7 @@ public:
 
     struct Tools
     {
-        Transport &transport;
+        RequestQueue &queue;
         WorkerThread &worker;
         DiskCache kept;
         DownloadFolder downloads;
@@ -67,7 +67,7 @@ private:
     void order(const std::shared_ptr<Job> &job);
     void takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
     void transfer(const std::shared_ptr<Job> &job, const QUrl &link);
-    void takeTransfer(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome);
+    void takeTransfer(const std::shared_ptr<Job> &job, const HttpResult &outcome);
     void keep(const std::shared_ptr<Job> &job, const QByteArray &bytes);
     void publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link);
     void askForQuota(const std::shared_ptr<Job> &job, const base::Error &error);

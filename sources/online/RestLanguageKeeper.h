@@ -42,6 +42,6 @@ private:
     bool m_isRead = false;
     bool m_isFreshOrAsked = false; // the list is fresh, or was requested
     bool m_isWanted = false;
-    RestSession::Call m_call;
+    HttpCall m_call;
     std::shared_ptr<RestLanguageKeeper *> m_alive;
 };

@@ -7,6 +7,8 @@ using namespace std::chrono_literals;
 
 namespace
 {
+constexpr Clock::Duration LoginPause = 1s;
+
 /// The application key is not part of it, because it does not affect the password check.
 QByteArray keyOf(const RestAccess &access)
 {
@@ -20,7 +22,13 @@ QByteArray keyOf(const RestAccess &access)
 }
 } // namespace
 
-RestLogins::RestLogins(Clock &clock) : m_rate(clock, RateLimiter(1, 1s)) {}
+Clock::Timer RestLogins::nextLogin(std::function<void()> logIn)
+{
+    const Clock::Duration now = m_clock.now();
+    const Clock::Duration time = std::max(now, m_nextLogin);
+    m_nextLogin = time + LoginPause;
+    return m_clock.after(time - now, std::move(logIn));
+}
 
 void RestLogins::noteRefusal(const RestAccess &access, const base::Error &error)
 {

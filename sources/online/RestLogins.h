@@ -2,7 +2,7 @@
 #include "RestAccess.h"
 
 #include <base/Result.h>
-#include <net/RateQueue.h>
+#include <net/Clock.h>
 
 #include <QHash>
 #include <optional>
@@ -13,14 +13,16 @@
 class RestLogins final
 {
 public:
-    explicit RestLogins(Clock &clock);
+    explicit RestLogins(Clock &clock) : m_clock(clock) {}
 
-    RateQueue &rate() { return m_rate; }
+    /// Calls `logIn` on a later turn, a second after the last login at the earliest.
+    [[nodiscard]] Clock::Timer nextLogin(std::function<void()> logIn);
     void noteRefusal(const RestAccess &access, const base::Error &error);
     /// Why that account cannot log in, if known.
     std::optional<base::Error> refusal(const RestAccess &access) const;
 
 private:
-    RateQueue m_rate;
+    Clock &m_clock;
+    Clock::Duration m_nextLogin{0};
     QHash<QByteArray, base::Error> m_refused; // by a hash of address, user name and password
 };

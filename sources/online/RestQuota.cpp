@@ -19,7 +19,7 @@ bool RestQuota::isUsedUp(const QDateTime &date) const
 base::Error RestQuota::error(const QDateTime &date, const QString &detail) const
 {
     const bool isPlausible = reset.isValid() && date.secsTo(reset) < LongestWaitSeconds;
-    return limitError(ServiceName::Subtitles, allowed, isPlausible ? reset : QDateTime(), date, detail);
+    return limitError(allowed, isPlausible ? reset : QDateTime(), date, detail);
 }
 
 void RestQuota::takeOrder(const QJsonObject &answer)

@@ -61,6 +61,6 @@ private:
     int m_next = 1;  // the page to process next
     bool m_hasEnded = false;
     std::map<int, Result<RestPage>> m_early; // pages that arrived before earlier ones
-    std::vector<RestSession::Call> m_calls;
+    std::vector<HttpCall> m_calls;
     std::stop_source m_stop; // ends the work on the worker
 };

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace
 {
-constexpr int RequestsPerSpan = 4; // the service allows five
+constexpr std::size_t RequestsPerSpan = 4; // the service allows five
 constexpr Clock::Duration RateSpan = 1050ms;
 constexpr std::chrono::hours AnswersKeptFor = 24h;
 constexpr std::chrono::hours FilesKeptFor = 7 * 24h;
@@ -41,12 +41,12 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
                          const Places &places)
     : m_names(std::move(names)),
       m_cache(places.cache, AnswersKeptFor),
-      m_transport(clock, ServiceName::Subtitles, RateLimiter(RequestsPerSpan, RateSpan)),
+      m_queue(clock, {RequestsPerSpan, RateSpan}),
       m_logins(std::make_shared<RestLogins>(clock)),
       m_settings(settings),
-      m_session(RestSession::make(m_transport, m_logins, settings)),
+      m_session(RestSession::make(m_queue, m_logins, settings)),
       m_worker(std::make_unique<WorkerThread>()),
-      m_download({m_transport, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
+      m_download({m_queue, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
                   DownloadFolder(places.downloads)},
                  m_session),
       m_languages({*m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}, m_session),
@@ -76,7 +76,7 @@ void RestService::setSettings(const RestSettings &settings)
     m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     if (!isOther)
         return;
-    m_former += std::exchange(m_session, RestSession::make(m_transport, m_logins, access));
+    m_former += std::exchange(m_session, RestSession::make(m_queue, m_logins, access));
     m_download.use(m_session);
     m_languages.use(m_session);
     m_former.removeIf([](const auto &former) { return former.use_count() == 1 && !former->isLoggedIn(); });
@@ -101,7 +101,7 @@ void RestService::query(const QList<Arg> &args, QueryCompletion completion)
         return;
     }
     auto search = std::make_shared<RestSearch>(
-        RestSearch::Tools{m_session, *m_worker, m_transport.clock(), m_cache}, *query,
+        RestSearch::Tools{m_session, *m_worker, m_queue.clock(), m_cache}, *query,
         [this, number](const Result<QueryResult> &result) { answer(number, result); });
     m_queries[number].search = search;
     search->start();

@@ -47,9 +47,9 @@ public:
     void setQuotaObserver(std::function<void(const RestQuota &)> observer);
     /// Called on the main thread with the length of a pause that requests wait for because of a rate refusal,
     /// and with none once no request waits.
-    void setPauseObserver(Transport::PauseObserver observer)
+    void setPauseObserver(RequestQueue::PauseObserver observer)
     {
-        m_transport.setPauseObserver(std::move(observer));
+        m_queue.setPauseObserver(std::move(observer));
     }
     /// From now on the service's own list of languages is used; searches keep it up to date.
     void followLanguages() { m_languages.follow(); }
@@ -75,7 +75,7 @@ private:
 
     std::shared_ptr<VideoNames> m_names;
     DiskCache m_cache;
-    Transport m_transport;
+    RequestQueue m_queue;
     std::shared_ptr<RestLogins> m_logins;
     RestSettings m_settings;
     std::shared_ptr<RestSession> m_session;        // for new requests
@@ -89,6 +89,6 @@ private:
     quint64 m_cancelledUpTo = 0;
     quint64 m_lastDownload = 0;
     quint64 m_downloadsCancelledUpTo = 0;
-    RestSession::Call m_test;
+    HttpCall m_test;
     std::shared_ptr<RestService *> m_alive; // lets blocks on the main queue check whether this object exists
 };

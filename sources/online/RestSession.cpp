@@ -27,18 +27,18 @@ struct RestSession::RequestState
     Completion completion;
     QByteArray sentToken; // empty without a login
     bool hasLoggedInAgain = false;
-    Call call;
+    HttpCall call;
     Clock::Timer refusal;
 };
 
-std::shared_ptr<RestSession> RestSession::make(Transport &transport, std::shared_ptr<RestLogins> logins,
+std::shared_ptr<RestSession> RestSession::make(RequestQueue &queue, std::shared_ptr<RestLogins> logins,
                                                const RestAccess &access)
 {
-    return std::shared_ptr<RestSession>(new RestSession(transport, std::move(logins), access));
+    return std::shared_ptr<RestSession>(new RestSession(queue, std::move(logins), access));
 }
 
-RestSession::RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access)
-    : m_transport(transport), m_access(access), m_base(access.base), m_logins(std::move(logins))
+RestSession::RestSession(RequestQueue &queue, std::shared_ptr<RestLogins> logins, const RestAccess &access)
+    : m_queue(queue), m_access(access), m_base(access.base), m_logins(std::move(logins))
 {
     for (const QString &secret : {access.apiKey, access.password})
         hideSecret(secret);
@@ -52,7 +52,7 @@ void RestSession::forgetLogin()
     m_base = m_access.base;
 }
 
-RestSession::Call RestSession::send(const Request &request, Login login, Completion completion)
+HttpCall RestSession::send(const Request &request, Login login, Completion completion)
 {
     auto state = std::make_shared<RequestState>();
     state->session = shared_from_this();
@@ -94,18 +94,19 @@ void RestSession::transmit(const std::shared_ptr<RequestState> &state)
     if (loggedIn)
         request.setHeader("Authorization", "Bearer " + m_token.text());
     state->sentToken = loggedIn ? m_token.text() : QByteArray();
-    state->call = m_transport.send(request, m_access.apiHosts(),
-                                   [weak = std::weak_ptr(state)](const Result<HttpAnswer> &outcome) {
-                                       if (const auto held = weak.lock())
-                                           held->session->arrive(held, outcome);
-                                   });
+    state->call =
+        m_queue.send(request, m_access.apiHosts(), [weak = std::weak_ptr(state)](const HttpResult &outcome) {
+            if (const auto held = weak.lock())
+                held->session->arrive(held, outcome);
+        });
 }
 
-void RestSession::arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome)
+void RestSession::arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome)
 {
     const bool forgotten = outcome && !state->sentToken.isEmpty() && RestErrors::isTokenRefused(*outcome);
     if (!forgotten || state->hasLoggedInAgain) {
-        state->completion(outcome);
+        state->completion(outcome ? Result<HttpAnswer>(*outcome)
+                                  : serviceError(outcome.error(), ServiceName::Subtitles));
         return;
     }
     qCInfo(log) << "the service has forgotten the login";
@@ -122,7 +123,7 @@ void RestSession::arrive(const std::shared_ptr<RequestState> &state, const Resul
 void RestSession::logIn(const std::shared_ptr<RequestState> &state)
 {
     if (const auto refused = m_logins->refusal(m_access)) {
-        state->refusal = m_transport.clock().after(0ms, [weak = std::weak_ptr(state), error = *refused] {
+        state->refusal = m_queue.clock().after(0ms, [weak = std::weak_ptr(state), error = *refused] {
             if (const auto held = weak.lock())
                 held->session->goOnWithout(held, error);
         });
@@ -132,7 +133,7 @@ void RestSession::logIn(const std::shared_ptr<RequestState> &state)
     if (m_isLoggingIn)
         return;
     m_isLoggingIn = true;
-    m_loginTurn = m_logins->rate().wait([this] { sendLogin(); });
+    m_loginTurn = m_logins->nextLogin([this] { sendLogin(); });
 }
 
 void RestSession::goOnWithout(const std::shared_ptr<RequestState> &state, const base::Error &error)
@@ -153,9 +154,8 @@ void RestSession::sendLogin()
     const QJsonObject body{{u"username"_s, m_access.userName}, {u"password"_s, m_access.password}};
     const Request login{
         HttpRequest::Method::Post, u"/login"_s, {}, QJsonDocument(body).toJson(QJsonDocument::Compact)};
-    m_loginCall =
-        m_transport.send(prepared(login, m_access.base), m_access.apiHosts(),
-                         [this](const Result<HttpAnswer> &outcome) { finishLogin(takeToken(outcome)); });
+    m_loginCall = m_queue.send(prepared(login, m_access.base), m_access.apiHosts(),
+                               [this](const HttpResult &outcome) { finishLogin(takeToken(outcome)); });
 }
 
 void RestSession::finishLogin(const std::optional<base::Error> &error)
@@ -174,10 +174,10 @@ void RestSession::finishLogin(const std::optional<base::Error> &error)
     }
 }
 
-std::optional<base::Error> RestSession::takeToken(const Result<HttpAnswer> &outcome)
+std::optional<base::Error> RestSession::takeToken(const HttpResult &outcome)
 {
     if (!outcome)
-        return outcome.error();
+        return serviceError(outcome.error(), ServiceName::Subtitles);
     if (outcome->status == 400 || outcome->status == 401) {
         const QString detail =
             u"login, status %1: %2"_s.arg(outcome->status).arg(RestErrors::message(*outcome));
@@ -194,7 +194,7 @@ std::optional<base::Error> RestSession::takeToken(const Result<HttpAnswer> &outc
     if (text.isEmpty() || hasLineBreak)
         return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, u"a login without a token"_s);
     hideSecret(QString::fromLatin1(text));
-    m_token = RestToken(text, m_transport.clock());
+    m_token = RestToken(text, m_queue.clock());
     m_base = m_access.baseAt(Json::text(*answer, u"base_url"_s));
     m_quota.takeUser((*answer)[u"user"_s].toObject());
     return std::nullopt;
@@ -210,12 +210,11 @@ void RestSession::logOut(std::function<void()> done)
     request.setHeader("Authorization", "Bearer " + m_token.text());
     forgetLogin();
     const auto finish = [this, done = std::move(done)] {
-        m_logoutLimit.cancel();
-        const Call ended = std::exchange(m_logoutCall, {});
+        m_logoutLimit.reset();
+        const HttpCall ended = std::exchange(m_logoutCall, {});
         done();
     };
     // The wait for a slot of the rate may be too long for the end of the program.
-    m_logoutLimit = m_transport.clock().after(LogoutTimeout, finish);
-    m_logoutCall =
-        m_transport.send(request, m_access.apiHosts(), [finish](const Result<HttpAnswer> &) { finish(); });
+    m_logoutLimit = m_queue.clock().after(LogoutTimeout, finish);
+    m_logoutCall = m_queue.send(request, m_access.apiHosts(), [finish](const HttpResult &) { finish(); });
 }

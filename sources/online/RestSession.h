@@ -4,7 +4,7 @@
 #include "RestToken.h"
 #include "RestURL.h"
 
-#include <net/Transport.h>
+#include <net/RequestQueue.h>
 #include <optional>
 #include <vector>
 
@@ -14,8 +14,7 @@
 class RestSession final : public std::enable_shared_from_this<RestSession>
 {
 public:
-    using Completion = Transport::Completion;
-    using Call = Transport::Call;
+    using Completion = std::function<void(const Result<HttpAnswer> &)>;
     enum class Login
     {
         IfThereIsOne,
@@ -33,16 +32,16 @@ public:
     };
 
     /// All sessions share `logins`.
-    static std::shared_ptr<RestSession> make(Transport &transport, std::shared_ptr<RestLogins> logins,
+    static std::shared_ptr<RestSession> make(RequestQueue &queue, std::shared_ptr<RestLogins> logins,
                                              const RestAccess &access);
     ~RestSession();
 
     const RestAccess &access() const { return m_access; }
-    bool isLoggedIn() const { return m_token.isValid(m_transport.clock()); }
+    bool isLoggedIn() const { return m_token.isValid(m_queue.clock()); }
 
     /// `Wanted` logs in first if there is an account; without one the request is sent as it is. A failed
     /// login fails requests that want it; others are sent without.
-    [[nodiscard]] Call send(const Request &request, Login login, Completion completion);
+    [[nodiscard]] HttpCall send(const Request &request, Login login, Completion completion);
     /// Logs out at the service, if logged in, and drops the token in any case.
     void logOut(std::function<void()> done);
 
@@ -52,27 +51,27 @@ public:
 
 private:
     struct RequestState;
-    RestSession(Transport &transport, std::shared_ptr<RestLogins> logins, const RestAccess &access);
+    RestSession(RequestQueue &queue, std::shared_ptr<RestLogins> logins, const RestAccess &access);
     void begin(const std::shared_ptr<RequestState> &state);
     void transmit(const std::shared_ptr<RequestState> &state);
-    void arrive(const std::shared_ptr<RequestState> &state, const Result<HttpAnswer> &outcome);
+    void arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome);
     void logIn(const std::shared_ptr<RequestState> &state);
     void sendLogin();
     void finishLogin(const std::optional<base::Error> &error);
     void goOnWithout(const std::shared_ptr<RequestState> &state, const base::Error &error);
-    std::optional<base::Error> takeToken(const Result<HttpAnswer> &outcome);
+    std::optional<base::Error> takeToken(const HttpResult &outcome);
     HttpRequest prepared(const Request &request, const QUrl &base) const;
     void forgetLogin();
 
-    Transport &m_transport;
+    RequestQueue &m_queue;
     const RestAccess m_access;
     RestQuota m_quota;
     RestToken m_token;
     QUrl m_base; // the base named by the login
     std::shared_ptr<RestLogins> m_logins;
-    RateQueue::Turn m_loginTurn;
-    Call m_loginCall;
-    Call m_logoutCall;
+    Clock::Timer m_loginTurn;
+    HttpCall m_loginCall;
+    HttpCall m_logoutCall;
     Clock::Timer m_logoutLimit;
     bool m_isLoggingIn = false;
     std::vector<std::weak_ptr<RequestState>> m_waiting; // for the login

@@ -247,12 +247,12 @@ private Q_SLOTS:
         QVERIFY(status().remainingDownloads);
         m_standIn->select(u"silent"_s);
         const qsizetype before = m_standIn->requests("/api/v1/subtitles").size();
-        for (int number = 0; number < Transport::ConnectionsAtAHost; ++number)
+        for (int number = 0; number < RequestQueue::ConnectionsAtAHost; ++number)
             SubtitleService::shared().query(
                 {{Param::text, u"paper %1"_s.arg(number)}, {Param::language, u"eng"_s}},
                 [](const Result<QueryResult> &) {});
         QTRY_COMPARE_WITH_TIMEOUT(m_standIn->requests("/api/v1/subtitles").size(),
-                                  before + Transport::ConnectionsAtAHost, WaitLimit);
+                                  before + RequestQueue::ConnectionsAtAHost, WaitLimit);
         bool done = false;
         m_services->shutDown([&] { done = true; });
         QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);

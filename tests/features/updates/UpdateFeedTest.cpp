@@ -25,11 +25,11 @@ class UpdateFeedTest final : public QObject
 private:
     Sandbox m_sandbox;
     ManualClock m_clock;
-    HttpClient m_client{m_clock, ServiceName::Films};
+    HttpClient m_client{m_clock};
     std::unique_ptr<LoopbackServer> m_server;
     ServedAnswer m_answer;
     std::unique_ptr<Caught<AppcastFeed>> m_caught;
-    HttpClient::Call m_call;
+    HttpCall m_call;
 
     void start(const QString &address)
     {

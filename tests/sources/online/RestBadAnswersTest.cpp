@@ -158,7 +158,7 @@ private Q_SLOTS:
         m_fixture->restart();
         const auto caught = m_fixture->search();
         QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QCOMPARE(kindOf(*caught), ServiceFailure::Insecure);
+        QCOMPARE(kindOf(*caught), ServiceFailure::ForbiddenAddress);
     }
 
     void manyQueriesStayWithinTheRate()

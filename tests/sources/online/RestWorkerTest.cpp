@@ -49,9 +49,9 @@ private Q_SLOTS:
     void init()
     {
         m_fixture = std::make_unique<RestFixture>(m_sandbox);
-        m_transport =
-            std::make_unique<Transport>(m_fixture->clock, ServiceName::Subtitles, RateLimiter(4, 1050ms));
-        m_session = RestSession::make(*m_transport, std::make_shared<RestLogins>(m_fixture->clock),
+        m_queue =
+            std::make_unique<RequestQueue>(m_fixture->clock, RequestQueue::Rate{4, 1050ms});
+        m_session = RestSession::make(*m_queue, std::make_shared<RestLogins>(m_fixture->clock),
                                       m_fixture->settings);
         m_worker = std::make_unique<WorkerThread>();
     }
@@ -61,7 +61,7 @@ private Q_SLOTS:
         m_search.reset();
         m_worker.reset();
         m_session.reset();
-        m_transport.reset();
+        m_queue.reset();
         m_fixture.reset();
     }
 
@@ -96,7 +96,7 @@ private:
     void waitForAnAnswer()
     {
         bool came = false;
-        const RestSession::Call call = m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s},
+        const HttpCall call = m_session->send({HttpRequest::Method::Get, u"/infos/languages"_s},
                                                        RestSession::Login::IfThereIsOne,
                                                        [&](const Result<HttpAnswer> &) { came = true; });
         QTRY_VERIFY_WITH_TIMEOUT(came, WaitLimit);
@@ -104,7 +104,7 @@ private:
 
     Sandbox m_sandbox;
     std::unique_ptr<RestFixture> m_fixture;
-    std::unique_ptr<Transport> m_transport;
+    std::unique_ptr<RequestQueue> m_queue;
     std::shared_ptr<RestSession> m_session;
     std::unique_ptr<WorkerThread> m_worker;
     std::shared_ptr<RestSearch> m_search;
