@@ -7,7 +7,7 @@
 #include <base/StandardOutput.h>
 #include <base/UserDefaults.h>
 #include <base/ValueTransformer.h>
-#include <model/LanguageCodeToName.h>
+#include <model/CodeToName.h>
 #include <ui/system/URLEventCentre.h>
 #include <ui/window/ErrorAlert.h>
 #include <ui/window/ViewController.h>

@@ -1,5 +1,5 @@
 #pragma once
-#include <model/Language.h>
+#include <model/LocaleUtilities.h>
 #include <ui/window/PlatformSpecificController.h>
 #include <ui/window/TitlebarAccessoryViewController.h>
 #include <QList>

@@ -30,14 +30,10 @@ std::optional<QVariantMap> readDictionary(const QString &path)
 {
     if (!QFileInfo::exists(path))
         return {};
-    const Result<QVariant> list = readPropertyList(path);
-    if (!list) {
+    const Result<QVariantMap> list = readPropertyList(path);
+    if (!list)
         qCWarning(log, "%s", qUtf8Printable(list.error().detail));
-        return {};
-    }
-    if (list->metaType().id() != QMetaType::QVariantMap)
-        return {};
-    return list->toMap();
+    return list ? std::optional(*list) : std::nullopt;
 }
 
 /// Turns "pt_BR.UTF-8" into the folder names of its languages, the most specific first: "pt-BR", "pt".
@@ -61,15 +57,40 @@ void Bundle::setMainFolder(const QString &folder)
     mainBundle(folder).moveTo(folder);
 }
 
-Bundle::Bundle(const QString &folder) : m_folder(folder) {}
+Bundle::Bundle(const QString &folder)
+{
+    moveTo(folder);
+}
 
 void Bundle::moveTo(const QString &folder)
 {
     const std::scoped_lock lock(m_mutex);
     m_folder = folder;
-    m_info.reset();
-    m_strings.reset();
-    m_languages.reset();
+    m_info = readDictionary(QDir(folder).filePath(u"Info.plist"_s));
+    useLanguagesLocked(Locale::preferredLanguages());
+}
+
+void Bundle::setPreferredLocalizations(const QStringList &languages)
+{
+    const std::scoped_lock lock(m_mutex);
+    useLanguagesLocked(languages);
+}
+
+void Bundle::useLanguagesLocked(const QStringList &languages)
+{
+    m_languageFolders.clear();
+    for (const QString &language : languages) {
+        for (const QString &name : folderNames(language))
+            m_languageFolders += QDir(m_folder).filePath(name + u".lproj"_s);
+    }
+    m_languageFolders.removeDuplicates();
+    m_strings.clear();
+    for (const QString &folder : std::as_const(m_languageFolders)) {
+        const auto table = readDictionary(QDir(folder).filePath(u"Localizable.strings"_s));
+        m_strings = table.value_or(QVariantMap());
+        if (table || QFileInfo(folder).fileName() == u"en.lproj")
+            break;
+    }
 }
 
 QString Bundle::folder() const
@@ -81,14 +102,12 @@ QString Bundle::folder() const
 std::optional<QVariantMap> Bundle::infoDictionary() const
 {
     const std::scoped_lock lock(m_mutex);
-    return infoLocked();
+    return m_info;
 }
 
 QVariant Bundle::objectForInfoDictionaryKey(const QString &key) const
 {
-    const std::scoped_lock lock(m_mutex);
-    const std::optional<QVariantMap> &info = infoLocked();
-    return info ? info->value(key) : QVariant();
+    return infoDictionary().value_or(QVariantMap()).value(key);
 }
 
 std::optional<QString> Bundle::pathForResource(const QString &name, const QString &type) const
@@ -97,8 +116,7 @@ std::optional<QString> Bundle::pathForResource(const QString &name, const QStrin
     if (fileName.isEmpty())
         return {};
     const std::scoped_lock lock(m_mutex);
-    const QStringList folders = QStringList{m_folder} + languageFoldersLocked();
-    for (const QString &folder : folders) {
+    for (const QString &folder : QStringList{m_folder} + m_languageFolders) {
         const QString path = QDir(folder).filePath(fileName);
         if (QFileInfo::exists(path))
             return path;
@@ -109,51 +127,8 @@ std::optional<QString> Bundle::pathForResource(const QString &name, const QStrin
 QString Bundle::localizedString(const QString &key, const QString &value) const
 {
     const std::scoped_lock lock(m_mutex);
-    const QVariant text = stringsLocked().value(key);
+    const QVariant text = m_strings.value(key);
     if (text.metaType().id() == QMetaType::QString)
         return text.toString();
     return value.isEmpty() ? key : value;
-}
-
-void Bundle::setPreferredLocalizations(const QStringList &languages)
-{
-    const std::scoped_lock lock(m_mutex);
-    m_languages = languages;
-    m_strings.reset();
-}
-
-QStringList Bundle::languageFoldersLocked() const
-{
-    QStringList folders;
-    const QStringList languages = m_languages ? *m_languages : Locale::preferredLanguages();
-    for (const QString &language : languages) {
-        const QStringList names = folderNames(language);
-        for (const QString &name : names)
-            folders += QDir(m_folder).filePath(name + u".lproj"_s);
-    }
-    folders.removeDuplicates();
-    return folders;
-}
-
-const std::optional<QVariantMap> &Bundle::infoLocked() const
-{
-    if (!m_info)
-        m_info = readDictionary(QDir(m_folder).filePath(u"Info.plist"_s));
-    return *m_info;
-}
-
-const QVariantMap &Bundle::stringsLocked() const
-{
-    if (m_strings)
-        return *m_strings;
-    m_strings.emplace();
-    const QStringList folders = languageFoldersLocked();
-    for (const QString &folder : folders) {
-        const auto table = readDictionary(QDir(folder).filePath(u"Localizable.strings"_s));
-        if (table)
-            m_strings = *table;
-        if (table || QFileInfo(folder).fileName() == u"en.lproj")
-            break;
-    }
-    return *m_strings;
 }

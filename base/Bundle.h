@@ -6,16 +6,16 @@
 #include <mutex>
 #include <optional>
 
-/// The program's resource folder. The resources are real files, so tests can remove or damage one. Any
-/// thread, once `main()` exists; workers also localise their messages.
+/// The program's resource folder. Its information and texts are read when the folder or the languages are
+/// set. Any thread, once `main()` exists; workers also localise their messages.
 class Bundle final
 {
 public:
     /// The bundle beside the executable: "resources" in its folder, else "../share/plovendix". Needs the
     /// application object.
     static Bundle &main();
-    /// Gives the main bundle another folder, for tests. The folder need not exist. Forgets the content read
-    /// from the old folder and the preferred languages.
+    /// Gives the main bundle another folder, for tests. The folder need not exist. The environment names the
+    /// preferred languages again.
     static void setMainFolder(const QString &folder);
 
     explicit Bundle(const QString &folder);
@@ -23,7 +23,7 @@ public:
     Bundle &operator=(const Bundle &) = delete;
 
     QString folder() const;
-    /// The content of Info.plist, read once; none when the file is missing or is not a dictionary.
+    /// The content of Info.plist; none when the file is missing or is not a dictionary.
     std::optional<QVariantMap> infoDictionary() const;
     /// One value of the information dictionary, invalid when it is absent.
     QVariant objectForInfoDictionaryKey(const QString &key) const;
@@ -40,13 +40,11 @@ public:
 
 private:
     void moveTo(const QString &folder);
-    QStringList languageFoldersLocked() const;
-    const std::optional<QVariantMap> &infoLocked() const;
-    const QVariantMap &stringsLocked() const;
+    void useLanguagesLocked(const QStringList &languages);
 
     mutable std::mutex m_mutex; // guards the rest
     QString m_folder;
-    mutable std::optional<std::optional<QVariantMap>> m_info;
-    mutable std::optional<QVariantMap> m_strings;
-    std::optional<QStringList> m_languages;
+    QStringList m_languageFolders; // the preferred one first
+    std::optional<QVariantMap> m_info;
+    QVariantMap m_strings;
 };

@@ -201,11 +201,6 @@ bool Locale::hasOwnDisplayData() const
     return languageCode() && m_displayIdentifier == m_icuIdentifier;
 }
 
-QString Locale::identifier() const
-{
-    return m_identifier;
-}
-
 std::optional<QString> Locale::languageCode() const
 {
     const QString code = partsOf(m_identifier).value(0);

@@ -1,6 +1,5 @@
 #include "PropertyList.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QXmlStreamReader>
 
@@ -25,8 +24,11 @@ bool readRoot(QXmlStreamReader &reader)
     return reader.name() == "plist"_L1;
 }
 
-QVariant scalarOf(QStringView kind, const QString &text)
+/// The value of the element that has begun, read to its end. Another kind of element stops the reader.
+QVariant readValue(QXmlStreamReader &reader)
 {
+    const QString kind = reader.name().toString();
+    const QString text = reader.readElementText();
     bool isValid = true;
     QVariant value;
     if (kind == "string"_L1)
@@ -35,69 +37,51 @@ QVariant scalarOf(QStringView kind, const QString &text)
         value = text.toLongLong(&isValid);
     else if (kind == "real"_L1)
         value = text.toDouble(&isValid);
-    else if (kind == "data"_L1)
-        value = QByteArray::fromBase64(text.toLatin1());
-    else if (kind == "date"_L1 && QDateTime::fromString(text, Qt::ISODate).isValid())
-        value = QDateTime::fromString(text, Qt::ISODate);
-    else if ((kind == "true"_L1 || kind == "false"_L1) && text.isEmpty())
+    else if (kind == "true"_L1 || kind == "false"_L1)
         value = kind == "true"_L1;
-    return isValid ? value : QVariant();
+    if (!isValid || !value.isValid())
+        reader.raiseError(u"no value: "_s + kind);
+    return value;
 }
 
-/// The value of the element that has begun, read to its end; an error stops the reader.
-QVariant readValue(QXmlStreamReader &reader, int depth)
+QVariantMap readDictionary(QXmlStreamReader &reader)
 {
-    if (depth == MaxPropertyListDepth)
-        reader.raiseError(u"nested too deep"_s);
-    const QString kind = reader.name().toString();
-    const bool isMap = kind == "dict"_L1;
-    if (!isMap && kind != "array"_L1) {
-        const QVariant value = scalarOf(kind, reader.readElementText());
-        if (!value.isValid())
-            reader.raiseError(u"no value: "_s + kind);
-        return value;
-    }
     QVariantMap map;
-    QVariantList list;
     while (reader.readNextStartElement()) {
-        if (!isMap) {
-            list += readValue(reader, depth + 1);
-            continue;
-        }
         const bool isKey = reader.name() == "key"_L1;
         const QString key = reader.readElementText();
         if (isKey && reader.readNextStartElement())
-            map.insert(key, readValue(reader, depth + 1));
+            map.insert(key, readValue(reader));
         else
             reader.raiseError(u"a key without a value"_s);
     }
-    return isMap ? QVariant(map) : QVariant(list);
+    return map;
 }
 } // namespace
 
-Result<QVariant> parsePropertyList(const QByteArray &content)
+Result<QVariantMap> parsePropertyList(const QByteArray &content)
 {
     if (content.size() > MaxBytes)
         return failure(u"larger than 8 MiB"_s);
     QXmlStreamReader reader(content);
     reader.setNamespaceProcessing(false);
-    if (!readRoot(reader) || !reader.readNextStartElement())
-        return failure(u"no property list"_s);
-    const QVariant value = readValue(reader, 0);
+    if (!readRoot(reader) || !reader.readNextStartElement() || reader.name() != "dict"_L1)
+        return failure(u"no dictionary"_s);
+    const QVariantMap map = readDictionary(reader);
     if (reader.readNextStartElement())
         reader.raiseError(u"a second value"_s);
     while (!reader.atEnd())
         reader.readNext();
     if (reader.hasError())
         return failure(u"no property list: "_s + reader.errorString());
-    return value;
+    return map;
 }
 
-Result<QVariant> readPropertyList(const QString &path)
+Result<QVariantMap> readPropertyList(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return failure(path + u": "_s + file.errorString());
-    Result<QVariant> list = parsePropertyList(file.read(MaxBytes + 1));
+    Result<QVariantMap> list = parsePropertyList(file.read(MaxBytes + 1));
     return list ? list : failure(path + u": "_s + list.error().detail);
 }

@@ -1,13 +1,10 @@
 #pragma once
 #include "Result.h"
-#include <QVariant>
+#include <QVariantMap>
 
-constexpr int MaxPropertyListDepth = 64;
-
-/// Reads a property list file (the XML form) into maps, lists, texts, numbers, booleans, dates and byte
-/// arrays. An Error for a file that is missing, too large (8 MiB), no property list, that declares entities
-/// or nests deeper than MaxPropertyListDepth. Any thread.
-Result<QVariant> readPropertyList(const QString &path);
+/// Reads a property list file (the XML form) that is a dictionary of texts, numbers and booleans. An Error
+/// for a file that is missing, too large (8 MiB), anything else, or that declares entities. Any thread.
+Result<QVariantMap> readPropertyList(const QString &path);
 
 /// The same for bytes at hand.
-Result<QVariant> parsePropertyList(const QByteArray &content);
+Result<QVariantMap> parsePropertyList(const QByteArray &content);

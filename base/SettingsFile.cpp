@@ -4,12 +4,8 @@
 #include <glib.h>
 
 #include <QDateTime>
-#include <QJsonDocument>
-#include <QRegularExpression>
 #include <QStringDecoder>
-#include <QUrl>
 
-#include <cmath>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -17,83 +13,54 @@ using namespace Qt::StringLiterals;
 namespace
 {
 constexpr char Group[] = "General";
-constexpr auto BytesMark = "data:;base64,"_L1;
-
-/// A value that is written without quotes and is no text; invalid for a text.
-QVariant valueOtherThanText(const QString &text)
-{
-    static const QRegularExpression dateForm(
-        uR"(^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d{1,3})?(Z|[+-]\d\d:\d\d)$)"_s);
-    if (text == u"true" || text == u"false")
-        return text == u"true";
-    // Only what would be written the same way is a number: "007" and "+1" are texts.
-    bool isNumber = false;
-    if (const qlonglong whole = text.toLongLong(&isNumber); isNumber && QString::number(whole) == text)
-        return whole;
-    if (const double real = text.toDouble(&isNumber);
-        isNumber && std::isfinite(real) && SettingsFile::spelling(real) == text)
-        return real;
-    const bool isDate = dateForm.match(text).hasMatch();
-    if (const auto date = QDateTime::fromString(text, Qt::ISODateWithMs); isDate && date.isValid())
-        return date;
-    if (text.startsWith(BytesMark)) {
-        const auto bytes = QByteArray::fromBase64Encoding(text.mid(BytesMark.size()).toLatin1(),
-                                                          QByteArray::AbortOnBase64DecodingErrors);
-        return bytes ? *bytes : QVariant();
-    }
-    const bool isCollection = text.startsWith(u'[') || text.startsWith(u'{');
-    const auto document = isCollection ? QJsonDocument::fromJson(text.toUtf8()) : QJsonDocument();
-    return document.isNull() ? QVariant() : document.toVariant();
-}
-
-bool isQuoted(const QString &text)
-{
-    return text.size() >= 2 && text.startsWith(u'"') && text.endsWith(u'"');
-}
 
 QVariant valueFromText(const QString &text)
 {
-    if (isQuoted(text))
+    if (text.size() >= 2 && text.startsWith(u'"') && text.endsWith(u'"'))
         return text.mid(1, text.size() - 2);
-    const QVariant value = valueOtherThanText(text);
-    return value.isValid() ? value : text;
+    if (text == u"true" || text == u"false")
+        return text == u"true";
+    // Only what would be written the same way is a number: "007" and "+1" are texts.
+    if (const qlonglong number = text.toLongLong(); QString::number(number) == text)
+        return number;
+    const QDateTime date = QDateTime::fromString(text, Qt::ISODateWithMs);
+    const bool hasZone = date.isValid() && date.timeSpec() != Qt::LocalTime && text.contains(u'T');
+    return hasZone ? QVariant(date) : QVariant(text);
 }
 
 QString textFromValue(const QVariant &value)
 {
     const QString text = SettingsFile::spelling(value);
-    const bool isText = value.metaType().id() == QMetaType::QString;
-    return isText && (isQuoted(text) || valueOtherThanText(text).isValid()) ? u'"' + text + u'"' : text;
+    const QVariant read = valueFromText(text);
+    const bool isOther = read.metaType() != value.metaType() || read != value;
+    return isOther && value.metaType().id() == QMetaType::QString ? u'"' + text + u'"' : text;
 }
 
+/// Null for bytes that are no settings.
 std::shared_ptr<GKeyFile> loaded(const QByteArray &bytes)
 {
-    const std::shared_ptr<GKeyFile> file(g_key_file_new(), g_key_file_free);
-    const auto flags = static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
-    const auto length = static_cast<gsize>(bytes.size());
-    const bool isLoaded =
-        bytes.isEmpty() || g_key_file_load_from_data(file.get(), bytes.constData(), length, flags, nullptr);
-    return isLoaded ? file : nullptr;
-}
-} // namespace
-
-std::optional<SettingsFile> SettingsFile::parsed(const QByteArray &bytes)
-{
-    SettingsFile file;
-    file.m_bytes = bytes.startsWith("\xEF\xBB\xBF") ? bytes.mid(3) : bytes;
+    const QByteArray plain = bytes.startsWith("\xEF\xBB\xBF") ? bytes.mid(3) : bytes;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(file.m_bytes);
-    if (decoder.hasError() || text.contains(QChar::Null) || !loaded(file.m_bytes))
+    const QString text = decoder.decode(plain);
+    if (decoder.hasError() || text.contains(QChar::Null))
+        return {};
+    std::shared_ptr<GKeyFile> file(g_key_file_new(), g_key_file_free);
+    const auto flags = static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
+    const auto size = static_cast<gsize>(plain.size());
+    if (size > 0 && !g_key_file_load_from_data(file.get(), plain.constData(), size, flags, nullptr))
         return {};
     return file;
 }
+} // namespace
 
-SettingsFile::Values SettingsFile::values() const
+std::optional<QVariantMap> SettingsFile::values(const QByteArray &bytes)
 {
-    const auto file = loaded(m_bytes);
+    const auto file = loaded(bytes);
+    if (!file)
+        return {};
     gsize count = 0;
     const GTextList keys(g_key_file_get_keys(file.get(), Group, &count, nullptr));
-    Values values;
+    QVariantMap values;
     for (gsize index = 0; index < count; ++index) {
         const char *key = keys.get()[index];
         GText text(g_key_file_get_string(file.get(), Group, key, nullptr));
@@ -106,9 +73,9 @@ SettingsFile::Values SettingsFile::values() const
     return values;
 }
 
-QByteArray SettingsFile::bytesWith(const Values &changes) const
+QByteArray SettingsFile::changed(const QByteArray &bytes, const QVariantMap &changes)
 {
-    const auto file = loaded(m_bytes);
+    const auto file = loaded(bytes);
     for (auto change = changes.begin(); change != changes.end(); ++change) {
         // Keys may be any text, but an INI file knows no "=" or brackets in them.
         const QByteArray key = change.key().toUtf8().toPercentEncoding();
@@ -125,21 +92,8 @@ QByteArray SettingsFile::bytesWith(const Values &changes) const
 
 QString SettingsFile::spelling(const QVariant &value)
 {
-    static const QRegularExpression wholeNumber(u"^-?\\d+$"_s);
-    const int type = value.metaType().id();
-    if (type == QMetaType::Double || type == QMetaType::Float) {
-        const QString text = QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
-        return text.contains(wholeNumber) ? text + u".0"_s : text; // 3.0 stays a real number
-    }
-    if (type == QMetaType::QDateTime)
-        return value.toDateTime().toUTC().toString(Qt::ISODateWithMs);
-    if (type == QMetaType::QByteArray)
-        return BytesMark + QString::fromLatin1(value.toByteArray().toBase64());
-    if (type == QMetaType::QUrl)
-        return value.toUrl().toString(QUrl::FullyEncoded);
-    if (type == QMetaType::QStringList || type == QMetaType::QVariantList || type == QMetaType::QVariantMap)
-        return QString::fromUtf8(QJsonDocument::fromVariant(value).toJson(QJsonDocument::Compact));
-    return value.toString();
+    const bool isDate = value.metaType().id() == QMetaType::QDateTime;
+    return isDate ? value.toDateTime().toUTC().toString(Qt::ISODateWithMs) : value.toString();
 }
 
 QVariant SettingsFile::readBack(const QVariant &value)

@@ -4,16 +4,10 @@
 #include "SettingsFile.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
-#include <QFileSystemWatcher>
 #include <QLockFile>
 #include <QLoggingCategory>
 #include <QStandardPaths>
-#include <QTimer>
-
-#include <chrono>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -23,9 +17,8 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
 constexpr qint64 MaxBytes = 1024LL * 1024;
-/// An editor that empties the file before it fills it again must not be met half-way.
-constexpr auto SettlingTime = 50ms;
-constexpr auto LockPatience = 200ms;
+constexpr auto SettlingTime = 50ms; // for an editor that empties the file before it fills it again
+constexpr auto LockTimeout = 200ms;
 } // namespace
 
 /// One observer and the setting it last knew, so that each change reaches it once however it came about.
@@ -34,128 +27,6 @@ struct UserDefaults::ObserverEntry
     QString key;
     Observer observer;
     QVariant known;
-};
-
-class UserDefaults::Store final : public std::enable_shared_from_this<UserDefaults::Store>
-{
-public:
-    explicit Store(const QString &file) : path(file)
-    {
-        m_settled.setSingleShot(true);
-        m_settled.setInterval(SettlingTime);
-        const auto restart = [this] { m_settled.start(); };
-        QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_settled, restart);
-        QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_settled, restart);
-        QObject::connect(&m_settled, &QTimer::timeout, &m_settled, [this] {
-            takeIn();
-            notify();
-        });
-        takeIn();
-    }
-
-    QVariant effective(const QString &key) const
-    {
-        // Before there is an application object no thread is the main one yet.
-        Q_ASSERT(!QCoreApplication::instance() || MainQueue::isMainThread());
-        const QVariant value = m_unwritten.value(key, m_stored.value(key));
-        return value.isValid() ? value : registered.value(key);
-    }
-
-    void set(const QString &key, const QVariant &value)
-    {
-        // The value as it will read back, so that it is the same before and after a restart.
-        const QVariant kept = SettingsFile::readBack(value);
-        if (m_unwritten.isEmpty() && m_stored.value(key) == kept)
-            return;
-        m_unwritten.insert(key, kept);
-        write();
-    }
-
-    void synchronize() { m_unwritten.isEmpty() ? takeIn() : write(); }
-
-    /// An observer may set values, end observations or replace the defaults: each entry is compared when its
-    /// turn comes, so that what a nested change has delivered already is not delivered again.
-    void notify()
-    {
-        const auto keptAlive = shared_from_this();
-        for (const auto &weakEntry : std::vector(observers)) {
-            const auto entry = weakEntry.lock();
-            const QVariant value = entry ? effective(entry->key) : QVariant();
-            if (!entry || (value.isValid() == entry->known.isValid() &&
-                           SettingsFile::spelling(value) == SettingsFile::spelling(entry->known)))
-                continue;
-            entry->known = value;
-            entry->observer(value);
-        }
-    }
-
-    const QString path;
-    QVariantMap registered;
-    std::vector<std::weak_ptr<ObserverEntry>> observers;
-
-private:
-    void takeIn()
-    {
-        watch();
-        if (const auto file = read())
-            m_stored = file->values();
-        else
-            qCWarning(log, "%s cannot be read as settings.", qUtf8Printable(path));
-    }
-
-    void write()
-    {
-        QLockFile lock(path + u".lock"_s);
-        if (QDir().mkpath(QFileInfo(path).absolutePath()))
-            lock.tryLock(LockPatience);
-        std::optional<SettingsFile> file = read();
-        if (!file) {
-            if (!setDamagedFileAside(path))
-                return;
-            // What was known before the file was damaged goes into its successor, as soon as that can be
-            // written.
-            m_stored.insert(std::exchange(m_unwritten, {}));
-            m_unwritten = m_stored;
-            file = SettingsFile();
-        }
-        if (const auto written = writeFile(path, file->bytesWith(m_unwritten)); !written) {
-            qCWarning(log, "The settings were not written: %s", qUtf8Printable(written.error().detail));
-            return;
-        }
-        m_unwritten.clear();
-        takeIn();
-    }
-
-    /// Nothing when there is a file that cannot be read as settings; no settings when there is none.
-    std::optional<SettingsFile> read() const
-    {
-        QFile file(path);
-        if (!file.exists())
-            return SettingsFile();
-        if (!file.open(QIODevice::ReadOnly) || file.size() > MaxBytes)
-            return {};
-        const QByteArray bytes = file.readAll();
-        return file.error() == QFileDevice::NoError ? SettingsFile::parsed(bytes) : std::nullopt;
-    }
-
-    /// A replaced file is another file to the watcher, and a folder may come or go: watches what is there
-    /// now.
-    void watch()
-    {
-        QString folder = QFileInfo(path).absolutePath();
-        while (!QFileInfo(folder).isDir() && folder != QDir::rootPath())
-            folder = QFileInfo(folder).absolutePath();
-        if (const QStringList watched = m_watcher.files() + m_watcher.directories(); !watched.isEmpty())
-            m_watcher.removePaths(watched);
-        m_watcher.addPath(folder);
-        if (QFileInfo::exists(path))
-            m_watcher.addPath(path);
-    }
-
-    QVariantMap m_stored;    // as the file was read last
-    QVariantMap m_unwritten; // an invalid value is a removal
-    QFileSystemWatcher m_watcher;
-    QTimer m_settled;
 };
 
 UserDefaults &UserDefaults::standard()
@@ -169,41 +40,44 @@ UserDefaults &UserDefaults::standard()
 
 void UserDefaults::setStandardFile(const QString &path)
 {
-    standard().d = std::make_shared<Store>(path);
+    UserDefaults &defaults = standard();
+    defaults.m_path = path;
+    defaults.m_registered = defaults.m_stored = defaults.m_unwritten = QVariantMap();
+    defaults.m_observers.clear();
+    defaults.takeIn();
 }
 
-UserDefaults::UserDefaults(const QString &path) : d(std::make_shared<Store>(path)) {}
-
-UserDefaults::~UserDefaults() = default;
-
-QString UserDefaults::path() const
+UserDefaults::UserDefaults(const QString &path) : m_path(path)
 {
-    return d->path;
+    m_settled.setSingleShot(true);
+    const auto restart = [this] { m_settled.start(SettlingTime); };
+    QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_settled, restart);
+    QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_settled, restart);
+    QObject::connect(&m_settled, &QTimer::timeout, &m_settled, [this] {
+        takeIn();
+        notify();
+    });
+    takeIn();
 }
 
 void UserDefaults::registerDefaults(const QVariantMap &defaults)
 {
-    d->registered.insert(defaults);
-    d->notify();
+    m_registered.insert(defaults);
+    notify();
 }
 
 QVariant UserDefaults::object(const QString &key) const
 {
-    return d->effective(key);
+    // Before there is an application object no thread is the main one yet.
+    Q_ASSERT(!QCoreApplication::instance() || MainQueue::isMainThread());
+    const QVariant value = m_unwritten.value(key, m_stored.value(key));
+    return value.isValid() ? value : m_registered.value(key);
 }
 
 std::optional<QString> UserDefaults::string(const QString &key) const
 {
     const QVariant value = object(key);
-    const int type = value.metaType().id();
-    const bool isText = value.isValid() && type != QMetaType::QByteArray && type != QMetaType::QStringList &&
-                        type != QMetaType::QVariantList && type != QMetaType::QVariantMap;
-    return isText ? std::optional(SettingsFile::spelling(value)) : std::nullopt;
-}
-
-bool UserDefaults::boolean(const QString &key) const
-{
-    return toBoolean(object(key));
+    return value.isValid() ? std::optional(SettingsFile::spelling(value)) : std::nullopt;
 }
 
 bool UserDefaults::toBoolean(const QVariant &value)
@@ -217,34 +91,103 @@ bool UserDefaults::toBoolean(const QVariant &value)
 qlonglong UserDefaults::integer(const QString &key) const
 {
     const QVariant value = object(key);
-    if (value.metaType().id() == QMetaType::QString)
-        return value.toString().trimmed().toLongLong();
-    return value.toLongLong();
-}
-
-QString UserDefaults::languageCode() const
-{
-    return string(u"languageCode"_s).value_or(u"en"_s);
+    const bool isText = value.metaType().id() == QMetaType::QString;
+    return isText ? value.toString().trimmed().toLongLong() : value.toLongLong();
 }
 
 void UserDefaults::setObject(const QString &key, const QVariant &value)
 {
-    const auto store = d; // an observer may replace it
-    store->set(key, value);
-    store->notify();
+    // The value as it will read back, so that it is the same before and after a restart.
+    const QVariant kept = SettingsFile::readBack(value);
+    if (m_unwritten.isEmpty() && m_stored.value(key) == kept)
+        return;
+    m_unwritten.insert(key, kept);
+    write();
+    notify();
 }
 
 void UserDefaults::synchronize()
 {
-    const auto store = d; // an observer may replace it
-    store->synchronize();
-    store->notify();
+    m_unwritten.isEmpty() ? takeIn() : write();
+    notify();
 }
 
 UserDefaults::Observation UserDefaults::observe(const QString &key, Observer observer)
 {
     const auto entry = std::make_shared<ObserverEntry>(ObserverEntry{key, std::move(observer), object(key)});
-    std::erase_if(d->observers, [](const auto &known) { return known.expired(); });
-    d->observers.push_back(entry);
-    return Observation(entry);
+    std::erase_if(m_observers, [](const auto &known) { return known.expired(); });
+    m_observers.push_back(entry);
+    return {entry};
+}
+
+/// An observer may set values, end observations or replace the file: each entry is compared when its turn
+/// comes, so that what a nested change has delivered already is not delivered again.
+void UserDefaults::notify()
+{
+    const QString path = m_path;
+    for (const auto &weakEntry : std::vector(m_observers)) {
+        const auto entry = weakEntry.lock();
+        if (!entry || m_path != path)
+            continue;
+        const QVariant value = object(entry->key);
+        const QVariant known = std::exchange(entry->known, value);
+        if (value.isValid() != known.isValid() ||
+            SettingsFile::spelling(value) != SettingsFile::spelling(known))
+            entry->observer(value);
+    }
+}
+
+/// The file's bytes; none when they cannot be read as settings. A missing file is an empty one.
+std::optional<QByteArray> UserDefaults::read() const
+{
+    QFile file(m_path);
+    if (!file.exists())
+        return QByteArray();
+    if (!file.open(QIODevice::ReadOnly) || file.size() > MaxBytes)
+        return {};
+    const QByteArray bytes = file.readAll();
+    const bool isRead = file.error() == QFileDevice::NoError && SettingsFile::values(bytes);
+    return isRead ? std::optional(bytes) : std::nullopt;
+}
+
+void UserDefaults::takeIn()
+{
+    watch();
+    if (const auto bytes = read())
+        m_stored = *SettingsFile::values(*bytes);
+    else
+        qCWarning(log, "%s cannot be read as settings.", qUtf8Printable(m_path));
+}
+
+void UserDefaults::write()
+{
+    QLockFile lock(m_path + u".lock"_s);
+    if (QDir().mkpath(QFileInfo(m_path).absolutePath()))
+        lock.tryLock(LockTimeout);
+    const std::optional<QByteArray> bytes = read();
+    if (!bytes) {
+        if (!setDamagedFileAside(m_path))
+            return;
+        // What was known before the file was damaged goes into its successor, as soon as that can be written.
+        m_stored.insert(std::exchange(m_unwritten, {}));
+        m_unwritten = m_stored;
+    }
+    const QByteArray changed = SettingsFile::changed(bytes.value_or(QByteArray()), m_unwritten);
+    if (const auto written = writeFile(m_path, changed); !written) {
+        qCWarning(log, "The settings were not written: %s", qUtf8Printable(written.error().detail));
+        return;
+    }
+    m_unwritten.clear();
+    takeIn();
+}
+
+/// A replaced file is another file to the watcher, and a folder may come or go: watches what is there now.
+void UserDefaults::watch()
+{
+    QString folder = QFileInfo(m_path).absolutePath();
+    while (!QFileInfo(folder).isDir() && folder != QDir::rootPath())
+        folder = QFileInfo(folder).absolutePath();
+    if (const QStringList watched = m_watcher.files() + m_watcher.directories(); !watched.isEmpty())
+        m_watcher.removePaths(watched);
+    m_watcher.addPaths({folder, m_path});
 }

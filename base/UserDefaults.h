@@ -1,11 +1,15 @@
 #pragma once
-#include <QVariant>
+#include <QFileSystemWatcher>
+#include <QTimer>
+#include <QVariantMap>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 /// The person's settings: stored values over registered defaults, kept as INI in the group "General" of
-/// $XDG_CONFIG_HOME/Quorvane/Plovendix.conf. Main thread only.
+/// $XDG_CONFIG_HOME/Quorvane/Plovendix.conf. Values are texts, whole numbers, booleans and dates. Main thread
+/// only.
 ///
 /// A change by any means (a setter here, another process that rewrites or replaces the file) reaches the
 /// observers of the key once. Every change is written at once, into the file as it is at that moment, and
@@ -15,52 +19,44 @@
 class UserDefaults final
 {
     struct ObserverEntry;
-    class Store;
 
 public:
     /// Called with the new effective value (stored, else registered, else invalid).
     using Observer = std::function<void(const QVariant &)>;
 
-    /// Ends the observation when it goes. Movable, may outlive the defaults.
-    class Observation final
+    /// Ends the observation when it goes. May outlive the defaults.
+    struct Observation
     {
-    public:
-        Observation() = default;
-        explicit Observation(std::shared_ptr<ObserverEntry> entry) : m_entry(std::move(entry)) {}
-        Observation(Observation &&) noexcept = default;
-        Observation &operator=(Observation &&) noexcept = default;
-        ~Observation() = default;
-        void invalidate() { m_entry.reset(); }
-
-    private:
-        std::shared_ptr<ObserverEntry> m_entry; // the store knows it weakly
+        void invalidate() { entry.reset(); }
+        std::shared_ptr<ObserverEntry> entry; // the defaults hold it weakly
     };
 
     static UserDefaults &standard();
-    /// Replaces the standard defaults by those of another file, for tests.
+    /// Gives the standard defaults another file, for tests. They forget what was registered and observed.
     static void setStandardFile(const QString &path);
 
     explicit UserDefaults(const QString &path);
-    ~UserDefaults();
     UserDefaults(const UserDefaults &) = delete;
     UserDefaults &operator=(const UserDefaults &) = delete;
 
-    QString path() const;
+    QString path() const { return m_path; }
     /// Adds to the values that hold where nothing is stored; a key registered again takes the newer value.
     void registerDefaults(const QVariantMap &defaults);
 
     QVariant object(const QString &key) const;
-    /// The value as text, or nothing when there is none or it is not text (numbers and dates read as their
-    /// text).
+    /// The value as text; none when there is no value.
     std::optional<QString> string(const QString &key) const;
-    bool boolean(const QString &key) const;
+    bool boolean(const QString &key) const { return toBoolean(object(key)); }
     /// A value as a yes or a no: the texts "yes" and "true" and numbers other than 0 are a yes, nothing is a
     /// no.
     static bool toBoolean(const QVariant &value);
     /// 0 when there is no value or it is no number; the text "86400" reads as 86400.
     qlonglong integer(const QString &key) const;
     /// The preferred subtitle language: the text under "languageCode", or "en" when there is none.
-    QString languageCode() const;
+    QString languageCode() const
+    {
+        return string(QStringLiteral("languageCode")).value_or(QStringLiteral("en"));
+    }
 
     /// An invalid value removes the key.
     void setObject(const QString &key, const QVariant &value);
@@ -71,5 +67,17 @@ public:
     [[nodiscard]] Observation observe(const QString &key, Observer observer);
 
 private:
-    std::shared_ptr<Store> d;
+    std::optional<QByteArray> read() const;
+    void takeIn();
+    void write();
+    void watch();
+    void notify();
+
+    QString m_path;
+    QVariantMap m_registered;
+    QVariantMap m_stored;    // as the file was read last
+    QVariantMap m_unwritten; // an invalid value is a removal
+    std::vector<std::weak_ptr<ObserverEntry>> m_observers;
+    QFileSystemWatcher m_watcher;
+    QTimer m_settled; // since the file's last change
 };

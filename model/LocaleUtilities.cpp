@@ -1,7 +1,6 @@
 #include "LocaleUtilities.h"
 
-#include "BrazilianPortuguese.h"
-
+#include <base/FatalFault.h>
 #include <base/StandardOutput.h>
 
 #include <algorithm>
@@ -20,6 +19,26 @@ constexpr const char *CommonCodes[] = {"en", "fr", "de", "it", "nl", "sv", "es",
 const QString Separator = u"-"_s;
 } // namespace
 
+QString brazilianPortugueseName(const Locale &locale)
+{
+    const auto language = locale.localizedStringForLanguageCode(u"pt"_s);
+    const auto region = locale.localizedStringForRegionCode(u"br"_s);
+    if (!language || !region)
+        fatalFault(u"The locale has no name for Portuguese or for Brazil"_s);
+    return *language + u" ("_s + *region + u")"_s;
+}
+
+std::shared_ptr<const Locale> LocaleSource::currentLocale() const
+{
+    return std::make_shared<Locale>(Locale::current());
+}
+
+const LocaleSource &LocaleSource::system()
+{
+    static const LocaleSource source;
+    return source;
+}
+
 const LocaleUtilities &LocaleUtilities::shared()
 {
     static const LocaleUtilities utilities(LocaleSource::system());
@@ -32,7 +51,7 @@ QList<Language> LocaleUtilities::commonLanguages() const
     QList<Language> languages;
     for (const char *latin : CommonCodes) {
         const QString code = QString::fromLatin1(latin);
-        if (const auto name = locale->nameOfLanguage(code))
+        if (const auto name = locale->localizedStringForLanguageCode(code))
             languages.append(Language(*name, code));
         else if (code == BrazilianPortugueseCode)
             languages.append(Language(brazilianPortugueseName(*locale), code));
@@ -47,7 +66,7 @@ QList<Language> LocaleUtilities::allLanguages() const
     const auto locale = m_source.currentLocale();
     QList<Language> languages;
     for (const QString &code : m_source.isoLanguageCodes()) {
-        if (const auto name = locale->nameOfLanguage(code))
+        if (const auto name = locale->localizedStringForLanguageCode(code))
             languages.append(Language(*name, code));
     }
     // Entries of one name stay as the locale data lists them.

@@ -1,5 +1,5 @@
 #pragma once
-#include <model/Language.h>
+#include <model/LocaleUtilities.h>
 #include <QStandardItemModel>
 
 /// The menu of a pop-up. An item titled "-" becomes a separator line, which cannot be chosen and has no

@@ -1,7 +1,7 @@
 #include "DropAreaMessage.h"
 
 #include <base/LocalizedString.h>
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 
 #include <QLocale>
 
@@ -14,7 +14,7 @@ constexpr int LongestQuotedText = 60; // characters of a search text in a headli
 
 QString languageName(const QString &code)
 {
-    return ServiceLanguages::name(code, Locale::current());
+    return LanguageCodes::shared().name(code, Locale::current());
 }
 
 QString shortened(const QString &text)

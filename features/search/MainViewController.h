@@ -3,7 +3,7 @@
 #include <base/UserDefaults.h>
 #include <features/delivery/CompanionDelivery.h>
 #include <features/delivery/ExternalAppInfo.h>
-#include <model/Language.h>
+#include <model/LocaleUtilities.h>
 #include <model/MetadataService.h>
 #include <model/SubtitleService.h>
 #include <ui/scenes/TableView.h>

@@ -5,7 +5,7 @@
 #include <base/StandardOutput.h>
 #include <base/LocalizedString.h>
 #include <features/delivery/FileName.h>
-#include <model/LanguageCodeConversion.h>
+#include <model/LanguageCodes.h>
 #include <ui/views/Animator.h>
 #include <ui/window/Window.h>
 
@@ -26,7 +26,8 @@ constexpr auto DefaultLanguage = "eng"_L1;
 SearchLanguage searchLanguage()
 {
     const auto code = UserDefaults::standard().string(LanguageCodeKey);
-    return code ? SearchLanguage{*code, iso639_2LanguageCode(*code)} : SearchLanguage{{}, DefaultLanguage};
+    return code ? SearchLanguage{*code, LanguageCodes::shared().iso639_2LanguageCode(*code)}
+                : SearchLanguage{{}, DefaultLanguage};
 }
 } // namespace
 

@@ -2,7 +2,7 @@
 
 #include <base/SafeFileName.h>
 #include <media/names/ReleaseAgreement.h>
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 
 #include <QHash>
 
@@ -67,7 +67,7 @@ CatalogueRequest CatalogueRequest::from(const QList<Arg> &args)
         else if (arg.param == Param::text)
             request.text = arg.value;
         else if (arg.param == Param::language)
-            request.language = ServiceLanguages::code(arg.value);
+            request.language = LanguageCodes::shared().code(arg.value);
     }
     bool isNumber = false;
     const quint64 bytes = size.toULongLong(&isNumber);
@@ -95,7 +95,7 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
             Subtitle &subtitle = entry.subtitle;
             subtitle.service = CatalogueService::name();
             subtitle.fileID = u"%1/%2"_s.arg(i).arg(entry.id); // the catalogue and the row
-            subtitle.languageName = ServiceLanguages::name(subtitle.subLanguageID, request.locale);
+            subtitle.languageName = LanguageCodes::shared().name(subtitle.subLanguageID, request.locale);
         }
         found += entries.value();
     }

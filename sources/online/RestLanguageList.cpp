@@ -2,7 +2,7 @@
 
 #include "RestLanguages.h"
 
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 #include <net/Json.h>
 
 #include <QJsonArray>
@@ -44,7 +44,7 @@ QString RestLanguageList::codeFor(const QString &threeLetters) const
     const QString known = RestLanguages::fromThreeLetters(threeLetters);
     if (m_codes.isEmpty() || m_codes.contains(known))
         return known;
-    const QString wanted = ServiceLanguages::code(threeLetters);
+    const QString wanted = LanguageCodes::shared().code(threeLetters);
     if (wanted.isEmpty())
         return {};
     QStringList fitting;

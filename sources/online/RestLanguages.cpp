@@ -1,6 +1,6 @@
 #include "RestLanguages.h"
 
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 
 #include <QHash>
 #include <QStringList>
@@ -56,12 +56,12 @@ const Tables &tables()
 
 QString RestLanguages::fromThreeLetters(const QString &code)
 {
-    return tables().codes.value(ServiceLanguages::code(code));
+    return tables().codes.value(LanguageCodes::shared().code(code));
 }
 
 QString RestLanguages::toThreeLetters(const QString &code)
 {
     const QString lower = code.trimmed().toLower();
     const QString known = tables().threeLetters.value(lower);
-    return known.isEmpty() ? ServiceLanguages::code(lower) : known;
+    return known.isEmpty() ? LanguageCodes::shared().code(lower) : known;
 }

@@ -3,7 +3,7 @@
 #include "RestFileId.h"
 #include "RestLanguages.h"
 
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 #include <net/Json.h>
 
 #include <QJsonArray>
@@ -52,7 +52,7 @@ Subtitle readAttributes(const QJsonObject &attributes, const Locale &locale)
     subtitle.service = RestRecord::service();
     subtitle.subFormat = u"srt"_s; // the service converts to the requested format
     subtitle.subLanguageID = RestLanguages::toThreeLetters(Json::text(attributes, u"language"_s));
-    subtitle.languageName = ServiceLanguages::name(subtitle.subLanguageID, locale);
+    subtitle.languageName = LanguageCodes::shared().name(subtitle.subLanguageID, locale);
     subtitle.matchesHash = Json::flag(attributes, u"moviehash_match"_s);
     const std::optional<double> fps = Json::number(attributes, u"fps"_s);
     if (fps && *fps > 0 && *fps < 1000)

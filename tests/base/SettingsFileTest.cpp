@@ -24,31 +24,22 @@ private Q_SLOTS:
         QTest::newRow("text like a date") << QVariant(u"2024-05-01T12:30:00Z"_s);
         QTest::newRow("text in quotes") << QVariant(u"\"de\""_s);
         QTest::newRow("one quote") << QVariant(u"\""_s);
-        QTest::newRow("text like a list") << QVariant(u"[1,2]"_s);
-        QTest::newRow("text like bytes") << QVariant(u"data:;base64,AAEC"_s);
         QTest::newRow("separators") << QVariant(u"a,b;c=d#e%f\\g"_s);
         QTest::newRow("letters") << QVariant(u"Größe 映画 🎬"_s);
         QTest::newRow("true") << QVariant(true);
         QTest::newRow("false") << QVariant(false);
         QTest::newRow("number") << QVariant(-86400LL);
         QTest::newRow("largest number") << QVariant(std::numeric_limits<qlonglong>::max());
-        QTest::newRow("real number") << QVariant(0.1);
-        QTest::newRow("real number without a fraction") << QVariant(3.0);
-        QTest::newRow("large real number") << QVariant(1e300);
         QTest::newRow("date") << QVariant(QDateTime(QDate(2024, 5, 1), QTime(12, 30, 15, 250), Qt::UTC));
-        QTest::newRow("bytes") << QVariant(QByteArray("\x00\xff\x01", 3));
-        QTest::newRow("list") << QVariant(QVariantList{u"a"_s, u"b,c"_s, true});
-        QTest::newRow("map") << QVariant(QVariantMap{{u"a"_s, u"b"_s}});
     }
 
     void valueReadsBackAsItWas()
     {
         QFETCH(QVariant, value);
-        const QByteArray bytes = SettingsFile().bytesWith({{u"key"_s, value}});
-        const auto file = SettingsFile::parsed(bytes);
-        QVERIFY(file);
-        QCOMPARE(file->values().value(u"key"_s), value);
-        QCOMPARE(file->values().value(u"key"_s).metaType(), value.metaType());
+        const QByteArray bytes = SettingsFile::changed({}, {{u"key"_s, value}});
+        const QVariant read = SettingsFile::values(bytes).value().value(u"key"_s);
+        QCOMPARE(read, value);
+        QCOMPARE(read.metaType(), value.metaType());
     }
 
     void valueStandsAsAPersonWouldWriteIt_data()
@@ -70,7 +61,7 @@ private Q_SLOTS:
     {
         QFETCH(QVariant, value);
         QFETCH(QByteArray, line);
-        QCOMPARE(SettingsFile().bytesWith({{u"key"_s, value}}).trimmed(), "[General]\n" + line);
+        QCOMPARE(SettingsFile::changed({}, {{u"key"_s, value}}).trimmed(), "[General]\n" + line);
     }
 
     void handwrittenValueIsUnderstood_data()
@@ -90,9 +81,6 @@ private Q_SLOTS:
                                           << QVariant(QDateTime(QDate(2024, 5, 1), QTime(12, 30), Qt::UTC));
         QTest::newRow("impossible date")
             << QByteArray("2024-13-01T14:30:00Z") << QVariant(u"2024-13-01T14:30:00Z"_s);
-        QTest::newRow("no number") << QByteArray("nan") << QVariant(u"nan"_s);
-        QTest::newRow("infinite") << QByteArray("inf") << QVariant(u"inf"_s);
-        QTest::newRow("bracket") << QByteArray("[x") << QVariant(u"[x"_s);
         QTest::newRow("nothing") << QByteArray("") << QVariant(u""_s);
     }
 
@@ -100,54 +88,48 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, text);
         QFETCH(QVariant, value);
-        const auto file = SettingsFile::parsed("[General]\nkey = " + text + "\n");
-        QVERIFY(file);
-        QCOMPARE(file->values().value(u"key"_s), value);
-        QCOMPARE(file->values().value(u"key"_s).metaType(), value.metaType());
+        const QVariant read = SettingsFile::values("[General]\nkey = " + text + "\n").value().value(u"key"_s);
+        QCOMPARE(read, value);
+        QCOMPARE(read.metaType(), value.metaType());
     }
 
     void keysOfAnyTextAreKept()
     {
-        SettingsFile::Values values;
+        QVariantMap values;
         for (const QString &key :
              {u"languageCode"_s, u"a=b"_s, u"[General]"_s, u"a b"_s, u"ключ"_s, u"100%"_s, u"#x"_s})
             values.insert(key, key);
-        const auto file = SettingsFile::parsed(SettingsFile().bytesWith(values));
-        QVERIFY(file);
-        QCOMPARE(file->values(), values);
+        QCOMPARE(SettingsFile::values(SettingsFile::changed({}, values)), values);
     }
 
     void commentsAndOtherGroupsSurviveAChange()
     {
-        const auto file = SettingsFile::parsed(
-            "# mine\n[General]\n# the language\nlanguageCode=de\nother=1\n\n[Window]\nx=1\n");
-        const QByteArray bytes = file->bytesWith({{u"languageCode"_s, u"fr"_s}});
+        const QByteArray bytes = SettingsFile::changed(
+            "# mine\n[General]\n# the language\nlanguageCode=de\nother=1\n\n[Window]\nx=1\n",
+            {{u"languageCode"_s, u"fr"_s}});
         QVERIFY(bytes.contains("# mine\n"));
         QVERIFY(bytes.contains("# the language\nlanguageCode=fr\nother=1\n"));
         QVERIFY(bytes.contains("[Window]\nx=1\n"));
-        QCOMPARE(SettingsFile::parsed(bytes)->values().size(), 2);
+        QCOMPARE(SettingsFile::values(bytes)->size(), 2);
     }
 
     void invalidValueRemovesTheKey()
     {
-        const auto file = SettingsFile::parsed("[General]\na=1\nb=2\n");
-        const auto after = SettingsFile::parsed(file->bytesWith({{u"a"_s, {}}, {u"never"_s, {}}}));
-        QCOMPARE(after->values(), (SettingsFile::Values{{u"b"_s, 2LL}}));
+        const QByteArray after =
+            SettingsFile::changed("[General]\na=1\nb=2\n", {{u"a"_s, {}}, {u"never"_s, {}}});
+        QCOMPARE(SettingsFile::values(after), (QVariantMap{{u"b"_s, 2LL}}));
     }
 
     void noBytesAreNoSettings()
     {
-        QVERIFY(SettingsFile::parsed({}));
-        QVERIFY(SettingsFile::parsed({})->values().isEmpty());
-        QVERIFY(SettingsFile::parsed("# only a comment\n")->values().isEmpty());
-        QVERIFY(SettingsFile::parsed("[Other]\na=1\n")->values().isEmpty());
+        for (const QByteArray bytes : {"", "# only a comment\n", "[Other]\na=1\n"})
+            QCOMPARE(SettingsFile::values(bytes), QVariantMap());
     }
 
     void windowsLineEndsAndByteOrderMarkAreFine()
     {
-        const auto file = SettingsFile::parsed("\xEF\xBB\xBF[General]\r\nlanguageCode=de\r\n");
-        QVERIFY(file);
-        QCOMPARE(file->values().value(u"languageCode"_s), QVariant(u"de"_s));
+        QCOMPARE(SettingsFile::values("\xEF\xBB\xBF[General]\r\nlanguageCode=de\r\n"),
+                 (QVariantMap{{u"languageCode"_s, u"de"_s}}));
     }
 
     void junkIsNoSettingsFile_data()
@@ -167,7 +149,7 @@ private Q_SLOTS:
     void junkIsNoSettingsFile()
     {
         QFETCH(QByteArray, bytes);
-        QVERIFY(!SettingsFile::parsed(bytes));
+        QVERIFY(!SettingsFile::values(bytes));
     }
 
     void sameSpellingIsTheSameSetting()

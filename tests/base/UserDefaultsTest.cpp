@@ -142,8 +142,6 @@ private Q_SLOTS:
         QTest::newRow("number") << QVariant(86400) << u"86400"_s;
         QTest::newRow("date") << QVariant(QDateTime(QDate(2024, 5, 1), QTime(12, 30), Qt::UTC))
                               << u"2024-05-01T12:30:00.000Z"_s;
-        QTest::newRow("list") << QVariant(QStringList{u"a"_s}) << QString();
-        QTest::newRow("bytes") << QVariant(QByteArray("a")) << QString();
         QTest::newRow("nothing") << QVariant() << QString();
     }
 
@@ -178,8 +176,6 @@ private Q_SLOTS:
         QCOMPARE(defaults.languageCode(), u"nds"_s);
         defaults.setObject(u"languageCode"_s, u"pb"_s);
         QCOMPARE(defaults.languageCode(), u"pb"_s);
-        defaults.setObject(u"languageCode"_s, QStringList{u"de"_s});
-        QCOMPARE(defaults.languageCode(), u"en"_s);
     }
 
     void standardDefaultsMoveToAnotherFile()

@@ -1,6 +1,5 @@
 #pragma once
-#include <base/Locale.h>
-#include <model/LocaleSource.h>
+#include <model/LocaleUtilities.h>
 #include <QMap>
 
 /// A locale source whose names and codes a test sets, collating as American English does. It counts how often
@@ -15,32 +14,28 @@ public:
     mutable int localesTaken = 0;
     mutable QStringList regionsAsked;
 
-    std::unique_ptr<const LocaleNames> currentLocale() const override
+    std::shared_ptr<const Locale> currentLocale() const override
     {
         ++localesTaken;
-        return std::make_unique<Names>(*this);
+        return std::make_shared<Names>(*this);
     }
     QStringList isoLanguageCodes() const override { return languageCodes; }
     QStringList isoRegionCodes() const override { return regionCodes; }
 
 private:
-    class Names final : public LocaleNames
+    class Names final : public Locale
     {
     public:
-        explicit Names(const MadeUpLocale &source) : m_source(source) {}
+        explicit Names(const MadeUpLocale &source) : Locale(QStringLiteral("en_US")), m_source(source) {}
 
-        std::optional<QString> nameOfLanguage(const QString &code) const override
+        std::optional<QString> localizedStringForLanguageCode(const QString &code) const override
         {
             return valueOf(m_source.languages, code);
         }
-        std::optional<QString> nameOfRegion(const QString &code) const override
+        std::optional<QString> localizedStringForRegionCode(const QString &code) const override
         {
             m_source.regionsAsked += code;
             return valueOf(m_source.regions, code);
-        }
-        std::weak_ordering compare(const QString &a, const QString &b) const override
-        {
-            return m_collation.compare(a, b);
         }
 
     private:
@@ -50,6 +45,5 @@ private:
         }
 
         const MadeUpLocale &m_source;
-        Locale m_collation{QStringLiteral("en_US")};
     };
 };

@@ -1,7 +1,7 @@
 #include "CatalogueCommands.h"
 
 #include <base/TerminalText.h>
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 #include <sources/catalogue/CatalogueService.h>
 
 #include <QCommandLineParser>
@@ -79,7 +79,7 @@ int runTool(int argc, char **argv)
     }
     CatalogueOptions options;
     options.path = parser.isSet(catalogue) ? parser.value(catalogue) : standardOwnCataloguePath();
-    options.language = ServiceLanguages::code(parser.value(language));
+    options.language = LanguageCodes::shared().code(parser.value(language));
     options.isQuiet = parser.isSet(quiet);
     options.checks = parser.isSet(check);
     bool isNumber = false;

@@ -3,7 +3,7 @@
 #include <base/Locale.h>
 #include <media/names/FileNameParser.h>
 #include <media/names/NameWords.h>
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 
 #include <QHash>
 #include <QRegularExpression>
@@ -29,9 +29,9 @@ const QHash<QString, QString> &languageNames()
         const Locale english(u"en"_s);
         for (char16_t first = u'a'; first <= u'z'; ++first) {
             for (char16_t second = u'a'; second <= u'z'; ++second) {
-                const QString code = ServiceLanguages::code(QString(QChar(first)) + QChar(second));
+                const QString code = LanguageCodes::shared().code(QString(QChar(first)) + QChar(second));
                 if (!code.isEmpty())
-                    table.insert(ServiceLanguages::name(code, english).toLower(), code);
+                    table.insert(LanguageCodes::shared().name(code, english).toLower(), code);
             }
         }
         return table;
@@ -50,9 +50,9 @@ QString languageOf(const QString &word)
     const bool isOfTheFile = kind.kind != WordKind::None && kind.kind != WordKind::Language; // "ts", "cam"
     if (isOfTheFile || !tag.match(lower).hasMatch())
         return {};
-    const QString code = ServiceLanguages::code(lower);
+    const QString code = LanguageCodes::shared().code(lower);
     // Any three letters would pass as a code; those of real languages also have two letters.
-    return ServiceLanguages::twoLetterCode(code).isEmpty() ? QString() : code;
+    return LanguageCodes::shared().twoLetterCode(code).isEmpty() ? QString() : code;
 }
 
 QString withoutExtension(const QString &name)

@@ -1,7 +1,7 @@
 #include <base/Bundle.h>
 #include <media/MovieHash.h>
 #include <model/ImdbNumber.h>
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 #include <sources/catalogue/CatalogueRows.h>
 #include <sources/catalogue/CatalogueSchema.h>
 
@@ -90,7 +90,7 @@ SubtitleRecord readSubtitle(const QJsonObject &object, const QDir &folder, const
         record.framesPerSecond = object.value("fps"_L1).toDouble();
     record.hearingImpaired = object.value("hearingImpaired"_L1).toBool();
     record.foreignPartsOnly = object.value("foreignPartsOnly"_L1).toBool();
-    if (record.release.isEmpty() || ServiceLanguages::twoLetterCode(record.language).isEmpty())
+    if (record.release.isEmpty() || LanguageCodes::shared().twoLetterCode(record.language).isEmpty())
         fail(file, u"needs a release and a language of three letters"_s);
     record.content = StoredContent::plain(contentOf(file));
     readVideo(record, object.value("video"_L1), samples);

@@ -2,7 +2,7 @@
 
 #include <base/Bundle.h>
 #include <model/MetadataService.h>
-#include <model/ServiceLanguages.h>
+#include <model/LanguageCodes.h>
 #include <model/SubtitleService.h>
 #include <sources/catalogue/CatalogueMetadata.h>
 #include <tests/support/TestMain.h>
