@@ -33,17 +33,6 @@ class AppearanceTest(ProgramTest):
         self.launch()
         self.wait_for_dark(True)
 
-    def test_results_and_the_panel_turn_dark_too(self):
-        self.launch()
-        self.search('harbour')
-        self.wait_for_results(3)
-        self.select(1)
-        self.desktop.choose_scheme(DARK)
-        self.addCleanup(self.desktop.choose_scheme, LIGHT)
-        self.wait_for_dark(True)
-        x, y, width, _ = self.row(3).extents
-        wait_for(lambda: sum(self.screen.colour(x + width // 2, y + 6)) < HALF, 'the list is dark')
-
 
 class WithoutPortalTest(ProgramTest):
     def test_without_a_settings_portal_it_is_light(self):

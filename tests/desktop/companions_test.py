@@ -55,25 +55,6 @@ class CompanionTest(InstalledTest):
         self.assertFalse(os.path.exists(received))
         self.assertEqual(self.delivered(), [])
 
-    def test_alt_with_another_modifier_sends(self):
-        received = self.register_handler('glimmet', 'com.quorvane.Glimmet')
-        self.ask(docid='', sender='glimmet')
-        self.tree.find('push button', 'Send to Glimmet')
-        self.screen.press('alt+shift+Return')
-        wait_for(lambda: os.path.exists(received), 'the reply arrives')
-        with open(received, encoding='utf-8') as file:
-            self.assertTrue(file.read().strip().endswith('&docid='))
-
-    def test_without_a_handler_the_sheet_comes(self):
-        self.ask(docid='42', sender='nobody')
-        self.click(self.tree.find('push button', 'Send to Unknown'))
-        self.tree.find('dialog', 'Save')
-
-    def test_a_request_without_a_sender_downloads(self):
-        self.ask(docid='42')
-        self.click(self.tree.find('push button', 'Download'))
-        self.tree.find('dialog', 'Save')
-
 
 if __name__ == '__main__':
     unittest.main(verbosity=2)

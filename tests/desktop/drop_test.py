@@ -69,42 +69,12 @@ class DropTest(ProgramTest):
         self.screen.button_up()
         self.source.wait_for_line('refused')
 
-    def test_a_drop_searches_for_the_file(self):
-        self.drop_inside('Harbour.mkv')
-        self.source.wait_for_line('taken')
-        self.wait_for_results(3)
-        self.assertEqual(self.field().text, 'Harbour.mkv')
-        self.program.wait_for_line(pathlib.Path(self.videos, 'Harbour.mkv').as_uri())
-        self.assertFalse(self.is_outlined())
-
-    def test_the_first_of_several_files_counts(self):
-        self.drop_inside('First.mkv', 'Second.mkv')
-        self.wait_for_results(3)
-        self.assertEqual(self.row(1).name, 'Result.1.First, Scripted film')
-
     def test_text_is_refused_without_an_outline(self):
         self.carry_inside(mime_type='text/plain', data='words')
         self.assertFalse(self.is_outlined())
         self.screen.button_up()
         self.source.wait_for_line('refused')
         self.assertEqual(self.screen.title(self.window), 'Plovendix')
-
-    def test_a_link_is_refused_without_an_outline(self):
-        self.carry_inside(data='https://plovendix.example/film.mkv\r\n')
-        self.assertFalse(self.is_outlined())
-        self.screen.button_up()
-        self.source.wait_for_line('refused')
-        self.assertEqual(self.screen.title(self.window), 'Plovendix')
-
-    def test_a_refused_drag_prints_where_it_enters_and_where_it_leaves(self):
-        self.carry_inside(mime_type='text/plain', data='words')
-        for times in (1, 2):
-            self.screen.glide(self.inside, self.outside)
-            self.screen.hover(self.outside, lambda: self.program.lines().count(ENTERED) >= 2 * times, 'it leaves')
-            self.assertEqual(self.program.lines().count(ENTERED), 2 * times)
-            self.screen.glide(self.outside, self.inside)
-            self.screen.hover(self.inside, lambda: self.program.lines().count(ENTERED) > 2 * times, 'it enters')
-        self.screen.button_up()
 
     def test_a_file_is_searched_for_wherever_on_the_window_it_is_dropped(self):
         places = (('Title', self.title_bar), ('Field', self.field().centre), ('Header', self.header))
@@ -120,21 +90,6 @@ class DropTest(ProgramTest):
         wait_for(lambda: self.row(1).name == f'Result.1.{name}, Scripted film', f'the file on the {name} is searched for')
         self.assertEqual(self.field().text, f'{name}.mkv')
         self.source.stop()
-
-    def test_a_second_drop_while_results_show_searches_again(self):
-        self.search('harbour 6')
-        self.wait_for_results(6)
-        self.drop_inside('Second.film.mkv')
-        self.wait_for_results(3)
-        self.assertEqual(self.row(1).name, 'Result.1.Second.film, Scripted film')
-        wait_for(lambda: not self.is_outlined(), 'the outline is gone')
-
-    def test_a_drop_while_a_search_runs_is_answered_first(self):
-        self.search('later')
-        self.tree.find(name='Searching')
-        self.drop_inside('Harbour.mkv')
-        self.wait_for_results(3)
-        self.assertEqual(self.row(1).name, 'Result.1.Harbour, Scripted film')
 
 
 if __name__ == '__main__':

@@ -1,5 +1,4 @@
 """The program as it is installed for one person: found by the desktop through its entry, its bus name and its scheme."""
-import glob
 import os
 import shutil
 import signal
@@ -87,11 +86,6 @@ class InstalledTest(ProgramTest):
 
     def install(self, prefix):
         subprocess.run(['cmake', '--install', BUILD, '--prefix', prefix], env=self.home, check=True, capture_output=True)
-
-    def sample(self):
-        """A copy of the sample video in the Videos folder, by its path."""
-        source, = glob.glob(os.path.join(BUILD, 'resources', 'sample', '*.mkv'))
-        return shutil.copy(source, self.videos)
 
     def run_tool(self, *words):
         """Runs a program of the desktop to its end; its exit status."""

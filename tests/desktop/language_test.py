@@ -31,59 +31,18 @@ class LanguageTest(ProgramTest):
         self.screen.type(language)
         self.screen.press('Return')
 
-    def settings(self):
-        return os.path.join(self.home['XDG_CONFIG_HOME'], 'Quorvane', 'Plovendix.conf')
-
     def test_in_the_title_bar(self):
         self.choose(self.tree.find('combo box', 'English'), 'German')
         self.wait_for_repeated_search('de', 'ger')
 
-    def test_in_the_preferences(self):
-        self.screen.press('ctrl+comma')
-        pane = self.tree.find('frame', 'General')
-        self.choose(pane.find('combo box'), 'German')
-        self.wait_for_repeated_search('de', 'ger')
-
     def test_by_another_program(self):
-        os.makedirs(os.path.dirname(self.settings()), exist_ok=True)
+        os.makedirs(os.path.dirname(self.settings), exist_ok=True)
         # As settings are saved: a whole new file takes the old one's place.
-        with open(self.settings() + '.new', 'w', encoding='utf-8') as file:
+        with open(self.settings + '.new', 'w', encoding='utf-8') as file:
             file.write(OTHER_PROGRAM_SETS.format('fr'))
-        os.rename(self.settings() + '.new', self.settings())
+        os.rename(self.settings + '.new', self.settings)
         self.wait_for_repeated_search('fr', 'fre')
         self.tree.find('combo box', 'French')
-
-    def write(self, content):
-        """Writes the settings in their place, as an editor does that knows no better."""
-        os.makedirs(os.path.dirname(self.settings()), exist_ok=True)
-        with open(self.settings(), 'w', encoding='utf-8') as file:
-            file.write(content)
-
-    def test_damaged_settings_change_nothing_and_are_kept(self):
-        self.write(OTHER_PROGRAM_SETS.format('fr'))
-        self.wait_for_repeated_search('fr', 'fre')
-        damaged = '[General]\nlanguageCode=d\0e'
-        self.write(damaged)
-        # The person's next choice is stored all the same, beside what was there.
-        self.choose(self.tree.find('combo box', 'French'), 'German')
-        self.program.wait_for_line('language code changed to de')
-        wait_for(lambda: len(self.queries()) > 2, 'the search is repeated')
-        self.assertEqual([query.split()[0] for query in self.queries()], ['eng', 'fre', 'ger'])
-        folder = os.path.dirname(self.settings())
-        kept = [name for name in os.listdir(folder) if name != os.path.basename(self.settings())]
-        self.assertEqual(len(kept), 1, kept)
-        with open(os.path.join(folder, kept[0]), encoding='utf-8') as file:
-            self.assertEqual(file.read(), damaged)
-        with open(self.settings(), encoding='utf-8') as file:
-            self.assertIn('languageCode=de', file.read())
-
-    def test_deleted_settings_are_those_of_a_new_person(self):
-        self.write(OTHER_PROGRAM_SETS.format('fr'))
-        self.wait_for_repeated_search('fr', 'fre')
-        os.remove(self.settings())
-        wait_for(lambda: len(self.queries()) > 2, 'the search is repeated')
-        self.assertEqual([query.split()[0] for query in self.queries()], ['eng', 'fre', 'eng'])
-        self.tree.find('combo box', 'English')
 
 
 if __name__ == '__main__':

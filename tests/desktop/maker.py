@@ -12,10 +12,6 @@ NOTES = '''<p>Searching is quicker, and more of what you drop is understood.</p>
 <li>The list keeps its selection when a search is repeated</li></ul>'''
 
 
-# How far down an entry of the main menu stands: the toolkit does not show its menus to assistive tools.
-STEPS_DOWN = {'Check for Updates…': 4, 'Send Feedback…': 6}
-
-
 class Maker:
     """Use with "with". `feed` and `status` are what the servers answer with; `reports` is what was posted."""
 
@@ -91,12 +87,6 @@ class Maker:
         """What points a person's settings at these servers. Checks come only when they are asked for."""
         return {'UpdateFeedURL': self.address('appcast.xml'), 'FeedbackURL': self.address('reports'),
                 'SUEnableAutomaticChecks': 'false'}
-
-    def write_settings(self, home):
-        folder = os.path.join(home['XDG_CONFIG_HOME'], 'Quorvane')
-        os.makedirs(folder, exist_ok=True)
-        with open(os.path.join(folder, 'Plovendix.conf'), 'w', encoding='utf-8') as file:
-            file.write('[General]\n' + ''.join(f'{key}={value}\n' for key, value in self.settings().items()))
 
     def offer(self, version, link='https://www.quorvane.example/plovendix', signed=True):
         """Puts a version into the feed."""

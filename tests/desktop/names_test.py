@@ -2,7 +2,6 @@
 import unittest
 
 from program_test import ProgramTest
-from waiting import wait_for
 
 CONTROLS = ('push button', 'text', 'combo box', 'button menu', 'list', 'check box', 'radio button', 'toggle button')
 
@@ -44,19 +43,9 @@ class NamesTest(ProgramTest):
         window, = (window for window in self.screen.windows_of(self.program.pid) if window != self.window)
         self.assertIn('_NET_WM_STATE_MODAL', self.screen.states(window))
 
-    def test_an_assistive_tool_can_search_and_choose(self):
-        self.launch()
-        self.search('harbour')
-        self.wait_for_results(3)
-        self.tree.find('push button', 'Cancel search').do()
-        self.tree.find('label', 'Drop a video here')
-        wait_for(lambda: self.field().text == '', 'the field is empty')
-
     def test_the_menu_is_worked_by_the_keyboard(self):
         self.launch()
-        self.click(self.tree.find('button menu', 'Main menu'))
-        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > 1, 'the menu is shown')
-        self.screen.press('Down', 'Return')
+        self.choose('Down')
         self.tree.find('dialog', 'Open Video')
         self.screen.press('Escape')
         self.wait_for_no('dialog')

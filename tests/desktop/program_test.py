@@ -1,6 +1,8 @@
 """What the tests of the program share: one desktop for a test class, a fresh home and a running program for each test."""
+import glob
 import os
 import re
+import shutil
 import unittest
 
 from desktop import Desktop
@@ -16,12 +18,14 @@ class ProgramTest(unittest.TestCase):
 
     compositor = True
     scheme = None
+    scale = 1
+    options = {}  # of the desktop
 
     @classmethod
     def setUpClass(cls):
         if not BUILD:
             raise RuntimeError('PLOVENDIX_BUILD must name the build folder')
-        cls.desktop = cls.enterClassContext(Desktop(compositor=cls.compositor, scheme=cls.scheme))
+        cls.desktop = cls.enterClassContext(Desktop(compositor=cls.compositor, scheme=cls.scheme, **cls.options))
         cls.screen = cls.desktop.screen
 
     def setUp(self):
@@ -29,6 +33,7 @@ class ProgramTest(unittest.TestCase):
         self.videos = os.path.join(self.home['HOME'], 'Videos')
         self.script = os.path.join(self.home['HOME'], 'script')
         self.home['PLOVENDIX_SCRIPT_FOLDER'] = self.script
+        self.settings = os.path.join(self.home['XDG_CONFIG_HOME'], 'Quorvane', 'Plovendix.conf')
         self.program = self.tree = self.window = None
 
     def tearDown(self):
@@ -52,6 +57,18 @@ class ProgramTest(unittest.TestCase):
         with open(path, 'wb') as file:
             file.write(b'video')
         return path
+
+    def sample(self):
+        """A copy of the sample video in the Videos folder, by its path."""
+        source, = glob.glob(os.path.join(BUILD, 'resources', 'sample', '*.mkv'))
+        return shutil.copy(source, self.videos)
+
+    def set(self, **settings):
+        """Adds to the settings file, as another program would."""
+        os.makedirs(os.path.dirname(self.settings), exist_ok=True)
+        known = os.path.exists(self.settings)
+        with open(self.settings, 'a', encoding='utf-8') as file:
+            file.write(('' if known else '[General]\n') + ''.join(f'{key}={value}\n' for key, value in settings.items()))
 
     def launch(self, *arguments, program=SCRIPTED, **options):
         environment = {**self.home, **options.pop('environment', {})}
@@ -120,13 +137,37 @@ class ProgramTest(unittest.TestCase):
             seen.append(accessible.extents)
             return len(seen) >= LOOKS_AT_REST and len(set(seen[-LOOKS_AT_REST:])) == 1
         wait_for(rests, 'it stays where it is')
-        self.screen.click(*accessible.centre, times=times)
+        # Accessibles speak of points, the mouse of pixels.
+        self.screen.click(*(self.scale * coordinate for coordinate in accessible.centre), times=times)
 
     def select(self, number):
         """Clicks a row and waits for the panel that shows it."""
         self.click(self.row(number))
         wait_for(lambda: self.row(number).has('selected'), f'row {number} is selected')
         self.tree.find('push button', 'Download')
+
+    def select_first(self):
+        wait_for(self.rows, lambda: f'results are shown\n{self.tree.dump()}')
+        self.click(self.rows()[0])
+        self.tree.find('push button', 'Download')
+
+    def open_menu(self):
+        """Opens the main menu, which the toolkit does not show to assistive tools."""
+        shown = len(self.screen.windows_of(self.program.pid))
+        self.click(self.tree.find('button menu', 'Main menu'))
+        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > shown, 'the menu is shown')
+
+    def choose(self, *keys):
+        """Chooses an entry of the main menu by the keys that lead to it."""
+        self.open_menu()
+        self.screen.press(*keys, 'Return')
+
+    def open_preferences(self, tab='General'):
+        self.screen.press('ctrl+comma')
+        pane = self.tree.find('frame', 'General')
+        if tab != 'General':
+            self.click(pane.find('check box', tab))
+        return self.tree.find('frame', tab)
 
     def answer_held(self):
         """Lets the scripted service answer what it holds back."""

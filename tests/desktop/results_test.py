@@ -17,22 +17,6 @@ class ListTest(ProgramTest):
         self.tree.find('label', f'Result.{number}.harbour')
         wait_for(lambda: self.row(number).has('selected'), f'row {number} is selected')
 
-    def test_a_click_shows_the_panel_with_what_is_known(self):
-        self.select(2)
-        self.wait_for_panel(2)
-        self.tree.find('label', 'English')
-        self.assertIn('No poster image found', self.program.lines())
-
-    def test_arrows_move_the_selection_and_the_panel_follows(self):
-        self.select(1)
-        self.screen.press('Down')
-        self.wait_for_panel(2)
-        self.screen.press('Down')
-        self.wait_for_panel(3)
-        self.screen.press('Up')
-        self.wait_for_panel(2)
-        self.assertEqual([row.has('selected') for row in self.rows()], [False, True, False])
-
     def test_the_list_is_reached_by_the_keyboard_alone(self):
         results = self.tree.find('list', 'Results')
         for _ in range(12):
@@ -41,28 +25,6 @@ class ListTest(ProgramTest):
             self.screen.press('Tab')
         self.screen.press('Down')
         self.wait_for_panel(1)
-
-    def test_a_click_beside_the_rows_hides_the_panel(self):
-        self.select(1)
-        x, y, width, height = self.row(3).extents
-        self.screen.click(x + width // 2, y + height + 15)
-        self.wait_for_no('push button', 'Download')
-        self.assertFalse(any(row.has('selected') for row in self.rows()))
-
-    def test_the_selected_row_is_not_left_under_the_panel(self):
-        self.search_field_for('harbour 6')
-        self.wait_for_results(6)
-        self.select(5)
-        panel_top = self.tree.find('label', 'Result.5.harbour.6').extents[1]
-
-        def is_clear():
-            _, y, _, height = self.row(5).extents
-            return y + height <= panel_top
-        wait_for(is_clear, 'row 5 is scrolled above the panel')
-
-    def search_field_for(self, text):
-        self.screen.press('ctrl+f')
-        self.search(text)
 
 
 class DownloadTest(ProgramTest):
@@ -92,21 +54,6 @@ class DownloadTest(ProgramTest):
         with open(os.path.join(self.videos, self.SUGGESTED), encoding='utf-8') as file:
             self.assertIn('Scripted', file.read())
 
-    def test_the_name_is_selected_up_to_its_ending(self):
-        self.click(self.row(1), times=2)
-        self.wait_for_sheet()
-        self.assertEqual(self.suggested_name().selected_text, 'Movie.one.eng')
-        self.screen.type('other')
-        self.screen.press('Return')
-        self.wait_for_folder(self.VIDEO, 'other.srt')
-
-    def test_the_button_downloads(self):
-        self.select(1)
-        self.click(self.tree.find('push button', 'Download'))
-        self.wait_for_sheet()
-        self.screen.press('Return')
-        self.wait_for_saved()
-
     def test_return_in_the_list_downloads_with_and_without_alt(self):
         self.select(1)
         for keys in ('Return', 'alt+Return', 'alt+shift+Return', 'ctrl+s', 'ctrl+shift+s'):
@@ -116,18 +63,6 @@ class DownloadTest(ProgramTest):
                 self.screen.press('Escape')
                 self.wait_for_no('dialog')
         self.wait_for_folder(self.VIDEO)
-
-    def test_ctrl_s_saves(self):
-        self.select(3)
-        self.screen.press('ctrl+s')
-        self.wait_for_sheet()
-        self.screen.press('Return')
-        self.wait_for_saved()
-
-    def test_ctrl_s_without_a_selection_does_nothing(self):
-        self.screen.press('ctrl+s')
-        remains(lambda: not self.tree.find_all('dialog'), 'no sheet', 1)
-        self.assertEqual(os.listdir(self.script), [])
 
     def test_cancelling_the_sheet_saves_nothing_and_keeps_the_results(self):
         self.select(1)
@@ -150,19 +85,6 @@ class DownloadTest(ProgramTest):
             self.assertEqual(file.read(), 'video')
         self.screen.press('Return')
         self.wait_for_no('alert message')
-
-
-class TextSearchDownloadTest(ProgramTest):
-    def test_after_a_search_by_words_the_files_own_name_is_suggested(self):
-        self.launch()
-        self.search('harbour')
-        self.wait_for_results(3)
-        self.select(1)
-        self.screen.press('ctrl+s')
-        field = self.suggested_name()
-        wait_for(lambda: field.text == 'Result.1.harbour.srt', lambda: f'the own name is suggested, not {field.text}')
-        self.screen.press('Return')
-        self.wait_for_folder('Result.1.harbour.srt')
 
 
 if __name__ == '__main__':

@@ -19,7 +19,6 @@ class ServiceTest(ProgramTest):
         self.service = None
         self.log = os.path.join(self.home['HOME'], 'requests')
         self.addresses = {}
-        self.settings = os.path.join(self.home['XDG_CONFIG_HOME'], 'Quorvane', 'Plovendix.conf')
 
     def tearDown(self):
         super().tearDown()
@@ -86,13 +85,6 @@ class ServiceTest(ProgramTest):
 
     # The program
 
-    def set(self, **settings):
-        """Adds to the settings file, as another program would."""
-        os.makedirs(os.path.dirname(self.settings), exist_ok=True)
-        known = os.path.exists(self.settings)
-        with open(self.settings, 'a', encoding='utf-8') as file:
-            file.write(('' if known else '[General]\n') + ''.join(f'{key}={value}\n' for key, value in settings.items()))
-
     def open(self, *arguments, key=True, account=False, films=True, **options):
         """Starts the program on an own copy of nothing but these settings and secrets."""
         if self.addresses:
@@ -110,10 +102,6 @@ class ServiceTest(ProgramTest):
     def find_results(self):
         self.search('paper lighthouse')
         wait_for(self.rows, lambda: f'results are shown\n{self.tree.dump()}')
-
-    def select_first(self):
-        self.click(self.rows()[0])
-        self.tree.find('push button', 'Download')
 
     def alert_text(self):
         """What the error alert says."""

@@ -2,31 +2,37 @@
 import os
 import unittest
 
-from maker import STEPS_DOWN, Maker
+from maker import Maker
 from program_test import BUILD, ProgramTest
 from waiting import wait_for
+
+
+CHECK_FOR_UPDATES, SEND_FEEDBACK = ['Down'] * 4, ['Down'] * 6
 
 
 class MakerTest(ProgramTest):
     def setUp(self):
         super().setUp()
         self.maker = self.enterContext(Maker(BUILD, self.home['HOME']))
-        self.maker.write_settings(self.home)
+        self.set(**self.maker.settings())
 
     def start(self):
         self.launch(program=self.maker.program)
-
-    def choose(self, entry):
-        self.screen.activate(self.window)
-        shown = len(self.screen.windows_of(self.program.pid))
-        self.click(self.tree.find('button menu', 'Main menu'))
-        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > shown, 'the menu is shown')
-        self.screen.press(*['Down'] * STEPS_DOWN[entry], 'Return')
 
     def wait_for_window(self, title):
         window = self.screen.window(f'^{title}$')
         wait_for(lambda: self.screen.active_window() == window, f'"{title}" is active')
         return window
+
+    def open_updates(self):
+        self.screen.activate(self.window)
+        self.choose(*CHECK_FOR_UPDATES)
+        return self.wait_for_window('Software Update')
+
+    def open_feedback(self):
+        self.screen.activate(self.window)
+        self.choose(*SEND_FEEDBACK)
+        return self.wait_for_window('Send Feedback')
 
     def wait_until_gone(self, title):
         wait_for(lambda: not self.screen.windows(f'^{title}$'), f'"{title}" is gone')
@@ -36,22 +42,10 @@ class MakerTest(ProgramTest):
 
 
 class UpdatesTest(MakerTest):
-    def test_nothing_newer(self):
-        self.maker.offer('1.0')
-        self.start()
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
-        self.said('You are up to date')
-        self.said('Plovendix 1.0 is the newest version.')
-        self.assertEqual(self.maker.asked, ['/appcast.xml'])
-        self.screen.press('Return')
-        self.wait_until_gone('Software Update')
-
     def test_a_newer_version(self):
         self.maker.offer('1.1')
         self.start()
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
+        self.open_updates()
         self.said('Plovendix 1.1 is available; you have 1.0.')
         notes = self.tree.find('text', 'What is new')
         self.assertIn('• Subtitles in Icelandic and Welsh', notes.text)
@@ -62,46 +56,9 @@ class UpdatesTest(MakerTest):
         self.screen.press('Escape')
         self.wait_until_gone('Software Update')
 
-    def test_a_version_that_is_skipped(self):
-        self.maker.offer('1.1')
-        self.start()
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
-        self.click(self.tree.find('push button', 'Skip This Version'))
-        self.wait_until_gone('Software Update')
-        settings = os.path.join(self.home['XDG_CONFIG_HOME'], 'Quorvane', 'Plovendix.conf')
-
-        def stored():
-            with open(settings, encoding='utf-8') as file:
-                return file.read()
-        wait_for(lambda: 'SUSkippedVersion="1.1"' in stored(), lambda: f'the version is stored as skipped in {stored()}')
-
-    def test_an_unsigned_version_is_not_offered(self):
-        self.maker.offer('9.9', signed=False)
-        self.start()
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
-        self.said('The list of versions is not signed')
-        self.wait_for_no('push button', 'Get the Update')
-
-    def test_a_failure_can_be_read_and_tried_again(self):
-        self.maker.status = 503
-        self.start()
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
-        self.said('The check for updates failed')
-        self.screen.press('Escape')
-        self.wait_until_gone('Software Update')
-        self.maker.status = 200
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
-        self.said('You are up to date')
-
     def test_checking_from_the_preferences_shows_the_date_there(self):
         self.start()
-        self.screen.press('ctrl+comma')
-        self.wait_for_window('General')
-        self.click(self.tree.find('check box', 'Updates'))
+        self.open_preferences('Updates')
         self.click(self.tree.find('push button', 'Check Now'))
         self.wait_for_window('Software Update')
         self.said('You are up to date')
@@ -109,10 +66,8 @@ class UpdatesTest(MakerTest):
 
     def test_closing_the_main_window_ends_the_program_with_them_open(self):
         self.start()
-        self.choose('Check for Updates…')
-        self.wait_for_window('Software Update')
-        self.choose('Send Feedback…')
-        self.wait_for_window('Send Feedback')
+        self.open_updates()
+        self.open_feedback()
         self.screen.close_window(self.window)
         self.assertEqual(self.program.wait_for_exit(), 0)
 
@@ -122,8 +77,7 @@ class FeedbackTest(MakerTest):
         return os.path.join(self.home['XDG_DATA_HOME'], 'Plovendix', 'feedback')
 
     def write(self, text):
-        self.choose('Send Feedback…')
-        self.wait_for_window('Send Feedback')
+        self.open_feedback()
         self.wait_for_focus(self.tree.find('text', 'What would you like to tell us?'))
         self.screen.type(text)
 
@@ -153,8 +107,7 @@ class FeedbackTest(MakerTest):
         self.assertEqual(self.program.wait_for_exit(), 0)
         self.maker.status = 200
         self.start()
-        self.choose('Send Feedback…')
-        self.wait_for_window('Send Feedback')
+        self.open_feedback()
         wait_for(lambda: self.tree.find('text', 'What would you like to tell us?').text == 'It does not', 'the text is back')
         self.screen.press('ctrl+Return')
         self.said('Thank you. Your report was sent.')

@@ -68,15 +68,6 @@ class FrameTest(WindowTest):
         self.wait_for_frame(before)
         self.tree.find('push button', 'Maximize')
 
-    def test_double_click_on_the_title_bar_maximises_and_restores(self):
-        before = self.frame()
-        self.screen.click(*self.title_bar(), times=2)
-        self.wait_for_maximized()
-        self.wait_for_frame((0, 0, *SCREEN))
-        self.screen.click(*self.title_bar(), times=2)
-        self.wait_for_maximized(False)
-        self.wait_for_frame(before)
-
     def test_the_minimize_button_hides_it_and_it_comes_back_whole(self):
         before = self.frame()
         self.click(self.tree.find('push button', 'Minimize'))
