@@ -88,23 +88,45 @@ private Q_SLOTS:
         Bundle::main().setPreferredLocalizations({});
     }
 
-    void windowIsCentredEachTimeItLoads()
+    void windowIsCentredWhenItLoadsAndStaysWhereItWasPut()
     {
         for (int time = 0; time < 2; ++time) {
             open();
             const QPoint middle = window()->screen()->availableGeometry().center();
-            const QPoint offset = window()->geometry().center() - middle;
-            QVERIFY2(offset.manhattanLength() <= 2, qPrintable(u"%1 %2"_s.arg(offset.x()).arg(offset.y())));
+            QVERIFY((window()->geometry().center() - middle).manhattanLength() <= 2);
+            window()->move(3, 4);
+            window()->close();
+            m_preferences->showWindow();
+            QCOMPARE(window()->pos(), QPoint(3, 4));
         }
     }
 
-    void windowStaysWhereItWasPutUntilItLoadsAnew()
+    void titlesAreTheirOwnInThePersonsLanguage_data()
     {
-        open();
-        window()->move(3, 4);
-        window()->close();
-        m_preferences->showWindow();
-        QCOMPARE(window()->pos(), QPoint(3, 4));
+        QTest::addColumn<QString>("pane");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("general") << u"PrefsGeneralViewController"_s << u"en"_s << u"General"_s;
+        QTest::newRow("services") << u"PrefsServicesViewController"_s << u"en"_s << u"Services"_s;
+        QTest::newRow("updates") << u"PrefsUpdatesViewController"_s << u"en"_s << u"Updates"_s;
+        QTest::newRow("in German") << u"PrefsGeneralViewController"_s << u"de"_s << u"Allgemein"_s;
+        QTest::newRow("in Japanese") << u"PrefsUpdatesViewController"_s << u"ja"_s << u"アップデート"_s;
+    }
+    void titlesAreTheirOwnInThePersonsLanguage()
+    {
+        QFETCH(const QString, pane);
+        QFETCH(const QString, language);
+        QFETCH(const QString, title);
+        Bundle::main().setPreferredLocalizations({language});
+        const auto made = Storyboard::named(u"Preferences"_s).instantiateController(pane);
+        made->notifyWillAppear(); // harmless before the view is loaded
+        QVERIFY(!made->isViewLoaded());
+        QSignalSpy changes(made.get(), &ViewController::titleChanged);
+        made->setTitle(u"Something else"_s);
+        QCOMPARE(made->title(), title);
+        // The text did reach the base class, which reports a change.
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes.first().first().toString(), title);
     }
 
     void titleIsThePanesTitle()
@@ -120,23 +142,6 @@ private Q_SLOTS:
         QVERIFY(window()->isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
         QVERIFY(window()->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
         QVERIFY(!window()->isStandardButtonHidden(ui::Window::StandardButton::Close));
-    }
-
-    void whateverIsSetTheLabelStaysGeneral()
-    {
-        const auto pane = makePane();
-        QSignalSpy changes(pane.get(), &ViewController::titleChanged);
-        pane->setTitle(u"Something else"_s);
-        QCOMPARE(pane->title(), u"General"_s);
-        // The text did reach the base class, which tells of a change.
-        QCOMPARE(changes.size(), 1);
-        QCOMPARE(changes.first().first().toString(), u"General"_s);
-    }
-
-    void theLabelIsInThePersonsLanguage()
-    {
-        Bundle::main().setPreferredLocalizations({u"de"_s});
-        QCOMPARE(makePane()->title(), u"Allgemein"_s);
     }
 
     void theCatalogueIsBuiltOnceWithThePane()
@@ -179,28 +184,34 @@ private Q_SLOTS:
         QCOMPARE(separators, 1);
     }
 
-    void openingSelectsTheStoredLanguage()
+    void storedLanguageIsSelected_data()
     {
-        UserDefaults::standard().setObject(u"languageCode"_s, u"pb"_s);
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("registered");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("stored") << u"pb"_s << u"de"_s << u"Portuguese (Brazil)"_s;
+        QTest::newRow("registered") << QString() << u"de"_s << u"German"_s;
+        QTest::newRow("none") << QString() << QString() << u"English"_s;
+        QTest::newRow("outside the catalogue") << QString() << u"q0"_s << QString();
+    }
+    void storedLanguageIsSelected()
+    {
+        QFETCH(const QString, stored);
+        QFETCH(const QString, registered);
+        UserDefaults &defaults = UserDefaults::standard();
+        if (!stored.isEmpty())
+            defaults.setObject(u"languageCode"_s, stored);
+        if (!registered.isEmpty())
+            defaults.registerDefaults({{u"languageCode"_s, registered}});
+        const auto before = defaults.string(u"languageCode"_s);
         open();
-        QCOMPARE(popUp()->currentText(), u"Portuguese (Brazil)"_s);
-        UserDefaults::standard().setObject(u"languageCode"_s, u"fr"_s);
+        QTEST(popUp()->currentText(), "shown");
+        QCOMPARE(defaults.string(u"languageCode"_s), before);
+        defaults.setObject(u"languageCode"_s, u"fr"_s);
         QTRY_COMPARE(popUp()->currentText(), u"French"_s);
-    }
-
-    void withNothingStoredItIsEnglish()
-    {
-        open();
-        QCOMPARE(popUp()->currentText(), u"English"_s);
-        QCOMPARE(UserDefaults::standard().string(u"languageCode"_s), std::nullopt);
-    }
-
-    void aRegisteredCodeOutsideTheCatalogueSelectsNothingAndStays()
-    {
-        UserDefaults::standard().registerDefaults({{u"languageCode"_s, u"q0"_s}});
-        open();
-        QCOMPARE(popUp()->currentIndex(), -1);
-        QCOMPARE(UserDefaults::standard().languageCode(), u"q0"_s);
+        const auto relations = QAccessible::queryAccessibleInterface(popUp())->relations(QAccessible::Label);
+        QCOMPARE(relations.size(), 1);
+        QCOMPARE(relations.first().first->text(QAccessible::Name), u"Subtitle language"_s);
     }
 
     void choosingStoresTheCode_data()
@@ -281,14 +292,6 @@ private Q_SLOTS:
         const QString stored = UserDefaults::standard().languageCode();
         QVERIFY2(stored.size() >= 2 && stored != u"-"_s, qPrintable(stored));
         popUp()->hidePopup();
-    }
-
-    void popUpIsNamedByItsLabel()
-    {
-        open();
-        const auto relations = QAccessible::queryAccessibleInterface(popUp())->relations(QAccessible::Label);
-        QCOMPARE(relations.size(), 1);
-        QCOMPARE(relations.first().first->text(QAccessible::Name), u"Subtitle language"_s);
     }
 
     void aTabShowsItsPane()

@@ -1,9 +1,9 @@
 #include "ServicesPaneFixture.h"
 
 #include <base/Bundle.h>
-#include <base/FileManager.h>
 #include <base/LocalizedString.h>
 #include <model/FolderImporting.h>
+#include <tests/support/FakeFileManager.h>
 #include <tests/support/TestMain.h>
 
 #include <QFileDialog>
@@ -44,17 +44,6 @@ public:
 
 private:
     FolderImportState m_state;
-};
-
-/// Knows one folder for videos.
-class VideosAt final : public FileManager
-{
-public:
-    explicit VideosAt(const QString &folder) : m_folder(folder) {}
-    std::optional<QUrl> moviesFolder() const override { return QUrl::fromLocalFile(m_folder); }
-
-private:
-    QString m_folder;
 };
 
 FolderImportState reading(qint64 files, qint64 total, qint64 added, const QString &current)
@@ -128,51 +117,32 @@ private Q_SLOTS:
         Bundle::main().setPreferredLocalizations({});
     }
 
-    void chosenFolderIsImported()
-    {
-        const QString folder = makeFolder(u"chosen"_s);
-        m_fixture->open();
-        folderOffered();
-        QVERIFY(dialog());
-        QVERIFY(m_import->started.isEmpty());
-        choose(folder);
-        QCOMPARE(m_import->started, QStringList{folder});
-    }
-
-    void folderThatIsShownIsChosenWithoutTyping()
-    {
-        const QString videos = makeFolder(u"my films"_s);
-        FileManager::setDefaultManager(std::make_shared<VideosAt>(videos));
-        m_fixture->open();
-        QCOMPARE(folderOffered(), videos);
-        choose({});
-        QCOMPARE(m_import->started, QStringList{videos});
-    }
-
-    void cancelledDialogueImportsNothing()
-    {
-        m_fixture->open();
-        folderOffered();
-        QTest::keyClick(dialog(), Qt::Key_Escape);
-        QTRY_VERIFY(!dialog());
-        QVERIFY(m_import->started.isEmpty());
-        QVERIFY(addButton()->isVisible());
-    }
-
-    void dialogueStartsWithTheVideosThenWhereItWas()
+    void folderIsAskedForFromWhereTheLastOneWas()
     {
         const QString videos = makeFolder(u"videos"_s);
         const QString folder = makeFolder(u"elsewhere/subtitles"_s);
-        FileManager::setDefaultManager(std::make_shared<VideosAt>(videos));
+        FakeFileManager::install(videos);
         m_fixture->open();
         QCOMPARE(folderOffered(), videos);
+        QTest::keyClick(dialog(), Qt::Key_Escape);
+        QTRY_VERIFY(!dialog());
+        QVERIFY(m_import->started.isEmpty());
+        QCOMPARE(folderOffered(), videos);
+        choose({}); // the folder that is shown
+        QCOMPARE(m_import->started, QStringList{videos});
+        m_import->become({Phase::Finished, videos});
+        folderOffered();
         choose(folder);
         m_import->become({Phase::Finished, folder});
+        QCOMPARE(m_import->started, (QStringList{videos, folder}));
         QCOMPARE(folderOffered(), folder);
         QTest::keyClick(dialog(), Qt::Key_Escape);
         QTRY_VERIFY(!dialog());
         QVERIFY(QDir().rmdir(folder));
         QCOMPARE(folderOffered(), videos);
+        m_fixture->window.reset(); // and its dialogue
+        m_fixture->pane.reset();
+        QCOMPARE(m_import->started.size(), 2);
     }
 
     void countingTurnsTheWheelAndReadingFillsTheLine()
@@ -190,17 +160,15 @@ private Q_SLOTS:
         m_import->become(reading(25, 20, 23, u"new.srt"_s)); // more have come meanwhile
         QCOMPARE(line()->value(), line()->maximum());
         QVERIFY(label()->text().startsWith(u"25 of 25 files"_s));
-    }
-
-    void longNameIsElided()
-    {
-        m_fixture->open();
         const QString name = u"folder/"_s.repeated(40) + u"Harbour.srt"_s;
         m_import->become(reading(1, 2, 0, name));
         const QString shown = label()->text().section(u'\n', 1);
         QVERIFY2(shown.contains(u'…') && shown.endsWith(u"Harbour.srt"_s), qPrintable(shown));
         QVERIFY(label()->fontMetrics().horizontalAdvance(shown) <= label()->width());
         QCOMPARE(label()->toolTip(), name);
+        m_fixture->accounts->place = {u"/data/catalogue.sqlite"_s, 7'000'000, true};
+        m_import->become({Phase::Finished, u"/films"_s, 1, 1, 1});
+        QCOMPARE(child<QLabel>("catalogueSizeLabel")->text(), QLocale().formattedDataSize(7'000'000));
     }
 
     void keyboardGoesWithTheButtons()
@@ -258,16 +226,6 @@ private Q_SLOTS:
         QVERIFY(label()->toolTip().isEmpty());
     }
 
-    void sizeOfTheCatalogueIsLookedAtAgain()
-    {
-        m_fixture->accounts->place.isOwn = false;
-        m_fixture->open();
-        m_import->start(u"/films"_s);
-        m_fixture->accounts->place = {u"/data/catalogue.sqlite"_s, 7'000'000, true};
-        m_import->become({Phase::Finished, u"/films"_s, 1, 1, 1});
-        QCOMPARE(child<QLabel>("catalogueSizeLabel")->text(), QLocale().formattedDataSize(7'000'000));
-    }
-
     void paneMadeMeanwhileShowsIt()
     {
         m_import->become(reading(5, 20, 3, u"Harbour.srt"_s));
@@ -286,16 +244,6 @@ private Q_SLOTS:
         FolderImporting::setShared({});
         m_fixture->open();
         QVERIFY(addButton()->isVisible() && !addButton()->isEnabled());
-    }
-
-    void dialogueThatGoesWithItsWindowImportsNothing()
-    {
-        m_fixture->open();
-        folderOffered();
-        QVERIFY(dialog());
-        m_fixture->window.reset();
-        m_fixture->pane.reset();
-        QVERIFY(m_import->started.isEmpty());
     }
 
     void sentencesFitInEveryLanguage_data()

@@ -72,13 +72,6 @@ private Q_SLOTS:
         QCOMPARE(defaults().string(key), u"neutral"_s);
     }
 
-    void originalBytesAreASetting()
-    {
-        open();
-        child<QCheckBox>("originalBytesCheckbox")->click();
-        QVERIFY(defaults().boolean(u"SubtitleKeepsOriginalBytes"_s));
-    }
-
     void catalogueIsAPlaceWithASize()
     {
         open();
@@ -86,23 +79,14 @@ private Q_SLOTS:
         QCOMPARE(child<QLabel>("catalogueSizeLabel")->text(), QLocale().formattedDataSize(2'500'000));
         QCOMPARE(child<QPushButton>("catalogueButton")->toolTip(), QDir::homePath() + u"/data & more"_s);
         child<QPushButton>("catalogueButton")->click();
-        QCOMPARE(m_fixture->workspace->shown, QStringList{m_fixture->accounts->place.file});
-    }
-
-    void appearingBeforeTheViewIsLoadedDoesNoHarm()
-    {
-        const auto pane = ViewController::make<PrefsServicesViewController>();
-        pane->notifyWillAppear();
-        QVERIFY(!pane->isViewLoaded());
-    }
-
-    void catalogueIsLookedAtEachTimeThePaneAppears()
-    {
-        open();
+        QCOMPARE(m_fixture->workspace->shown,
+                 QList<QUrl>{QUrl::fromLocalFile(m_fixture->accounts->place.file)});
+        m_fixture->accounts->place.isOwn = false;
         m_fixture->window->hide();
-        m_fixture->accounts->place.bytes = 7'000'000;
         m_fixture->window->show();
-        QCOMPARE(child<QLabel>("catalogueSizeLabel")->text(), QLocale().formattedDataSize(7'000'000));
+        QVERIFY(child<QLabel>("catalogueSizeLabel")->text().endsWith(u", comes with the program"_s));
+        child<QCheckBox>("originalBytesCheckbox")->click();
+        QVERIFY(defaults().boolean(u"SubtitleKeepsOriginalBytes"_s));
     }
 
     void longPathIsShortened()
@@ -126,13 +110,6 @@ private Q_SLOTS:
         m_fixture->window->move(room.left() + 3, room.top());
         m_fixture->pane->notifyDidAppear();
         QCOMPARE(m_fixture->window->pos(), QPoint(room.left() + 3, room.top()));
-    }
-
-    void starterCatalogueIsCalledSo()
-    {
-        m_fixture->accounts->place.isOwn = false;
-        open();
-        QVERIFY(child<QLabel>("catalogueSizeLabel")->text().endsWith(u", comes with the program"_s));
     }
 
     void longAnswersFitInEveryLanguage_data() { textsFitInEveryLanguage_data(); }
@@ -166,7 +143,7 @@ private Q_SLOTS:
     {
         open();
         child<QPushButton>("getKeyButton")->click();
-        QCOMPARE(m_fixture->workspace->opened, QStringList{Links::SubtitleKeyPage});
+        QCOMPARE(m_fixture->workspace->opened, QList<QUrl>{QUrl(Links::SubtitleKeyPage)});
     }
 
     void withoutServicesNothingCanBeTyped()

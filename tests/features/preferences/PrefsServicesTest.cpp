@@ -40,14 +40,6 @@ private Q_SLOTS:
     void init() { m_fixture = std::make_unique<ServicesPaneFixture>(m_sandbox, ++m_turn); }
     void cleanup() { m_fixture.reset(); }
 
-    void titleIsAlwaysServices()
-    {
-        open();
-        QCOMPARE(m_fixture->pane->title(), u"Services"_s);
-        m_fixture->pane->setTitle(u"Other"_s);
-        QCOMPARE(m_fixture->pane->title(), u"Services"_s);
-    }
-
     void whatIsInUseIsShown()
     {
         m_fixture->accounts->texts = {{Item::SubtitleKey, u"key"_s}, {Item::SubtitlePassword, u"word"_s}};
@@ -77,14 +69,6 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->accounts->changes, 1);
     }
 
-    void goingElsewhereKeepsItToo()
-    {
-        open();
-        type(child<QLineEdit>("passwordField"), u"hush"_s);
-        QTest::keyClick(child<QLineEdit>("passwordField"), Qt::Key_Tab);
-        QCOMPARE(m_fixture->accounts->texts.value(Item::SubtitlePassword), u"hush"_s);
-    }
-
     void closingTheWindowKeepsItToo()
     {
         open();
@@ -99,15 +83,6 @@ private Q_SLOTS:
         type(child<QLineEdit>("userField"), u"reader"_s);
         QTest::keyClick(child<QLineEdit>("userField"), Qt::Key_Return);
         QCOMPARE(defaults().string(u"SubtitleServiceUser"_s), u"reader"_s);
-    }
-
-    void whatCouldNotBeKeptIsSaid()
-    {
-        m_fixture->accounts->kept = refusal(u"Only until the end."_s);
-        open();
-        type(keyField(), u"new"_s);
-        QTest::keyClick(keyField(), Qt::Key_Return);
-        QCOMPARE(status(), u"Only until the end."_s);
     }
 
     void whatCouldNotBeReadIsSaid()
@@ -229,15 +204,6 @@ private Q_SLOTS:
         testButton()->click();
         m_fixture->accounts->answerSubtitles(refusal(u"Not this key."_s));
         QCOMPARE(status(), u"Not this key."_s);
-    }
-
-    void refusalIsSaidInItsOwnWords()
-    {
-        open();
-        testButton()->click();
-        m_fixture->accounts->answerSubtitles(refusal(u"Not this key."_s));
-        QCOMPARE(status(), u"Not this key."_s);
-        QVERIFY(testButton()->isEnabled());
     }
 
     void filmDatabaseIsTestedBesideWhereThereIsAKey()

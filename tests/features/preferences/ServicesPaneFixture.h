@@ -1,9 +1,9 @@
 #pragma once
 #include <base/UserDefaults.h>
-#include <base/Workspace.h>
 #include <features/preferences/PrefsWindowController.h>
 #include <features/preferences/PrefsServicesViewController.h>
 #include <features/preferences/ServiceAccounts.h>
+#include <tests/support/FakeWorkspace.h>
 #include <tests/support/Sandbox.h>
 #include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
@@ -49,22 +49,6 @@ public:
     Catalogue place{QDir::homePath() + QStringLiteral("/data & more/catalogue.sqlite"), 2'500'000, true};
 };
 
-struct FakeWorkspace final : Workspace
-{
-    bool openURL(const QUrl &url) override
-    {
-        opened += url.toString();
-        return true;
-    }
-    bool showInFileBrowser(const QUrl &file) override
-    {
-        shown += file.toLocalFile();
-        return true;
-    }
-    QStringList opened;
-    QStringList shown;
-};
-
 inline base::Error refusal(const QString &sentence)
 {
     return {QStringLiteral("test"), 1, sentence};
@@ -81,7 +65,6 @@ struct ServicesPaneFixture
              {QStringLiteral("SubtitleForeignPartsOnly"), QStringLiteral("avoided")},
              {QStringLiteral("SubtitleMachineTranslated"), QStringLiteral("avoided")}});
         ServiceAccounts::setShared(accounts);
-        Workspace::setSharedWorkspace(workspace);
     }
     ~ServicesPaneFixture()
     {
@@ -107,7 +90,7 @@ struct ServicesPaneFixture
     }
 
     std::shared_ptr<FakeAccounts> accounts = std::make_shared<FakeAccounts>();
-    std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
+    std::shared_ptr<FakeWorkspace> workspace = FakeWorkspace::install();
     std::shared_ptr<PrefsServicesViewController> pane;
     std::unique_ptr<ui::Window> window;
 };
