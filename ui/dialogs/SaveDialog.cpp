@@ -12,7 +12,6 @@
 namespace
 {
 constexpr QSize ContentSize{700, 400}; // the list shows its columns, and the window behind stays visible
-
 } // namespace
 
 SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &folder, const QString &name)
@@ -28,7 +27,11 @@ SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &fol
     setLabelText(QFileDialog::Reject, String::localize(QStringLiteral("Cancel")));
     setLabelText(QFileDialog::LookIn, String::localize(QStringLiteral("Look in:")));
     setLabelText(QFileDialog::FileName, String::localize(QStringLiteral("File &name:")));
-    hideTypes();
+    // There is only one file type, so its controls are hidden.
+    for (const QString &part : {QStringLiteral("fileTypeLabel"), QStringLiteral("fileTypeCombo")}) {
+        if (auto *widget = findChild<QWidget *>(part))
+            widget->hide();
+    }
     DialogFrame::putAround(*this);
     resize(ContentSize.grownBy(contentsMargins()));
     setDirectory(folder);
@@ -39,25 +42,11 @@ SaveDialog::SaveDialog(QWidget *window, const QString &title, const QString &fol
     showName();
 }
 
-void SaveDialog::hideTypes()
-{
-    // There is only one file type, so its controls are hidden.
-    for (const QString &part : {QStringLiteral("fileTypeLabel"), QStringLiteral("fileTypeCombo")}) {
-        if (auto *widget = findChild<QWidget *>(part))
-            widget->hide();
-    }
-}
-
 void SaveDialog::showName()
 {
     m_nameField->setText(m_suggestedName);
     m_nameField->setSelection(0, static_cast<int>(QFileInfo(m_suggestedName).completeBaseName().size()));
     m_nameField->setFocus();
-}
-
-QString SaveDialog::chosenFolder() const
-{
-    return QFileInfo(m_chosenPath).absolutePath();
 }
 
 void SaveDialog::accept()

@@ -15,7 +15,6 @@ public:
 
     /// The absolute path that was chosen; empty before.
     QString chosenPath() const { return m_chosenPath; }
-    QString chosenFolder() const;
 
 Q_SIGNALS:
     /// The dialog was closed, accepted or not; emitted last. The key or click that closed it may still be in
@@ -28,7 +27,6 @@ protected:
 
 private:
     QString typedPath() const;
-    void hideTypes();
     void showName();
 
     QString m_suggestedName;

@@ -1,7 +1,6 @@
 #include "SavePanel.h"
 
 #include "SaveDialog.h"
-#include "SheetQueue.h"
 #include <ui/window/Window.h>
 
 #include <base/Bundle.h>
@@ -12,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QPointer>
 
 #include <utility>
 
@@ -56,8 +54,6 @@ SavePanel::SavePanel()
         panelObserver();
 }
 
-SavePanel::~SavePanel() = default;
-
 void SavePanel::setObserver(std::function<void()> observer)
 {
     panelObserver = std::move(observer);
@@ -67,34 +63,33 @@ void SavePanel::beginSheetModalForWindow(ui::Window *window, std::function<void(
 {
     Q_ASSERT(MainQueue::isMainThread());
     m_url.reset();
-    SheetQueue::of(*window).add([panel = shared_from_this(), window, completion = std::move(completion)] {
-        return panel->makeSheet(window, completion);
-    });
+    const auto sheets = window->findChildren<SaveDialog *>(QString(), Qt::FindDirectChildrenOnly);
+    for (SaveDialog *shown : sheets) {
+        if (!shown->isVisible())
+            continue;
+        // A window shows one sheet at a time, so this one waits.
+        QObject::connect(shown, &SaveDialog::answered, window, [=, panel = shared_from_this()] {
+            MainQueue::shared().async(window, [=] { panel->beginSheetModalForWindow(window, completion); });
+        });
+        return;
+    }
+    showSheet(window, completion);
 }
 
-QDialog *SavePanel::makeSheet(ui::Window *window, std::function<void(ModalResponse)> completion)
+void SavePanel::showSheet(ui::Window *window, const std::function<void(ModalResponse)> &completion)
 {
     const auto folder = directoryURL ? folderOf(*directoryURL) : std::nullopt;
     auto *dialog = new SaveDialog(window, title, folder ? *folder : defaultFolder(), nameFieldStringValue);
-    const auto answered = [panel = shared_from_this(), dialog, window = QPointer<QWidget>(window),
-                           completion = std::move(completion)](int result) mutable {
-        auto answer = std::exchange(completion, nullptr);
-        if (!answer)
-            return;
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    const auto answered = [=, panel = shared_from_this()](int result) {
         // On a later turn, not within the dialog's key or mouse event: the answer may destroy the window and
         // the dialog.
-        MainQueue::shared().async(
-            [window, dialog, response = panel->takeAnswer(*dialog, result), give = std::move(answer), panel] {
-                if (!window)
-                    return;
-                give(response);
-                // The answer may have shown an alert, and the window may be destroyed by now.
-                if (window)
-                    SheetQueue::of(*window).end(dialog);
-            });
+        MainQueue::shared().async(window, [panel, completion, response = panel->takeAnswer(*dialog, result)] {
+            completion(response);
+        });
     };
-    QObject::connect(dialog, &SaveDialog::answered, dialog, answered);
-    return dialog;
+    QObject::connect(dialog, &SaveDialog::answered, dialog, answered, Qt::SingleShotConnection);
+    dialog->open();
 }
 
 ModalResponse SavePanel::takeAnswer(const SaveDialog &dialog, int result)
@@ -102,6 +97,6 @@ ModalResponse SavePanel::takeAnswer(const SaveDialog &dialog, int result)
     if (result != QDialog::Accepted)
         return ModalResponse::Cancel;
     m_url = QUrl::fromLocalFile(dialog.chosenPath());
-    UserDefaults::standard().setObject(LastSaveFolderKey, dialog.chosenFolder());
+    UserDefaults::standard().setObject(LastSaveFolderKey, QFileInfo(dialog.chosenPath()).absolutePath());
     return ModalResponse::OK;
 }

@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 
-class QDialog;
 class SaveDialog;
 namespace ui
 {
@@ -25,7 +24,6 @@ class SavePanel final : public std::enable_shared_from_this<SavePanel>
 {
 public:
     SavePanel();
-    ~SavePanel();
     /// For tests: called for every panel, on the thread that makes it.
     static void setObserver(std::function<void()> observer);
 
@@ -45,7 +43,7 @@ public:
     std::optional<QUrl> URL() const { return m_url; }
 
 private:
-    QDialog *makeSheet(ui::Window *window, std::function<void(ModalResponse)> completion);
+    void showSheet(ui::Window *window, const std::function<void(ModalResponse)> &completion);
     ModalResponse takeAnswer(const SaveDialog &dialog, int result);
 
     std::optional<QUrl> m_url;

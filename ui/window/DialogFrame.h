@@ -1,15 +1,10 @@
 #pragma once
-#include <ui/system/WindowFrame.h>
-
 #include <QObject>
 
-class EdgeGrip;
-class FrameOverlay;
+class DrawnFrame;
 class QDialog;
-class TitleBar;
 
-/// Gives a stock dialog the frame of the program's own windows: title bar with a close button, rounded
-/// corners, shadow. The window system moves it and, if its size is not fixed, resizes it. A child of the
+/// Gives a stock dialog the frame of the program's own windows, with a close button alone. A child of the
 /// dialog. Main thread only.
 class DialogFrame final : public QObject
 {
@@ -26,16 +21,10 @@ protected:
 private:
     explicit DialogFrame(QDialog &dialog);
 
-    void refresh();
+    void setContentsMargins();
+    void keepContentSize();
     void correctPosition();
-    void setLook(const WindowFrame::Look &look);
-    void layOut();
-    void paint() const;
-    bool hasFixedSize() const;
 
     QDialog &m_dialog;
-    TitleBar *m_titleBar;
-    EdgeGrip *m_grip;
-    FrameOverlay *m_overlay;
-    WindowFrame::Look m_look;
+    DrawnFrame *m_frame;
 };

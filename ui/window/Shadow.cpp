@@ -1,11 +1,15 @@
 #include "Shadow.h"
+
+#include <ui/style/ChromeColors.h>
 #include <ui/system/WindowFrame.h>
 
 #include <QImage>
 #include <QPainter>
+#include <QPixmap>
+#include <QWidget>
+#include <qdrawutil.h>
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace
@@ -19,18 +23,14 @@ constexpr int DropOffset = 6;
 constexpr int BlurBoxSize = 17; // three passes approximate a Gaussian of 8.5 points
 constexpr int BlurPasses = 3;
 
-struct Strength
+struct Look
 {
-    qreal shadow = 0;
-    QColor outline;
-};
+    qreal pixelRatio = 1;
+    bool active = true;
+    bool dark = false;
 
-Strength strengthFor(const Shadow::Look &look)
-{
-    const QColor outline = look.dark ? QColor(255, 255, 255, 32) : QColor(0, 0, 0, 34);
-    const qreal shadow = look.dark ? 0.5 : 0.34;
-    return {look.active ? shadow : shadow * 0.6, outline};
-}
+    bool operator==(const Look &) const = default;
+};
 
 /// One running-sum pass over `count` values that lie `step` apart. `line` has room for them and for an empty
 /// box at both ends.
@@ -83,18 +83,19 @@ QImage shadowMask(qreal pixelRatio)
     return mask;
 }
 
-QPixmap renderPatch(const Shadow::Look &look)
+QPixmap renderPatch(const Look &look)
 {
-    const Strength strength = strengthFor(look);
+    const float strength = (look.dark ? 0.5F : 0.34F) * (look.active ? 1 : 0.6F);
+    const QColor outline = look.dark ? QColor(255, 255, 255, 32) : QColor(0, 0, 0, 34);
     QImage image = shadowMask(look.pixelRatio).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     {
         QPainter painter(&image);
         painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        painter.fillRect(image.rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(strength.shadow)));
+        painter.fillRect(image.rect(), QColor::fromRgbF(0, 0, 0, strength));
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.scale(look.pixelRatio, look.pixelRatio);
-        painter.setPen(QPen(strength.outline, 1));
+        painter.setPen(QPen(outline, 1));
         constexpr qreal radius = WindowFrame::CornerRadius + 0.5;
         painter.drawRoundedRect(frameInPatch().adjusted(-0.5, -0.5, 0.5, 0.5), radius, radius);
     }
@@ -102,22 +103,7 @@ QPixmap renderPatch(const Shadow::Look &look)
     return QPixmap::fromImage(image);
 }
 
-/// Start and length in points of the three parts of a side, in the patch and at its destination.
-struct Span
-{
-    int start;
-    int length;
-};
-using Spans = std::array<Span, 3>;
-
-Spans spans(int start, int length)
-{
-    return {Span{start, PatchSide}, Span{start + PatchSide, length - 2 * PatchSide},
-            Span{start + length - PatchSide, PatchSide}};
-}
-} // namespace
-
-const QPixmap &Shadow::patch(const Look &look)
+const QPixmap &patchFor(const Look &look)
 {
     static Look cachedLook;
     static QPixmap cached;
@@ -127,23 +113,13 @@ const QPixmap &Shadow::patch(const Look &look)
     }
     return cached;
 }
+} // namespace
 
-void Shadow::paint(QPainter &painter, const QRect &outer, const Look &look)
+void paintShadow(QPainter &painter, const QWidget &widget)
 {
-    const QPixmap &pixmap = patch(look);
-    const Spans columns = spans(outer.x(), outer.width());
-    const Spans rows = spans(outer.y(), outer.height());
-    const Spans sources = spans(0, PatchSize);
-    for (size_t row = 0; row < rows.size(); ++row) {
-        for (size_t column = 0; column < columns.size(); ++column) {
-            const QRect target(columns[column].start, rows[row].start, columns[column].length,
-                               rows[row].length);
-            if (target.isEmpty() || (row == 1 && column == 1))
-                continue;
-            const QRectF source(sources[column].start, sources[row].start, sources[column].length,
-                                sources[row].length);
-            painter.drawPixmap(target, pixmap,
-                               QRectF(source.topLeft() * look.pixelRatio, source.size() * look.pixelRatio));
-        }
-    }
+    const Look look{widget.devicePixelRatioF(), widget.isActiveWindow(),
+                    ChromeColors::isDark(widget.palette())};
+    const QPixmap &patch = patchFor(look);
+    const QMargins corners(PatchSide, PatchSide, PatchSide, PatchSide);
+    qDrawBorderPixmap(&painter, widget.rect(), corners, patch, patch.rect(), corners * look.pixelRatio);
 }

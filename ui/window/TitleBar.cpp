@@ -6,6 +6,7 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWindow>
 
 namespace
 {
@@ -22,9 +23,9 @@ TitleBar::TitleBar(QWidget *window)
       m_zoom(new TitleBarButton(TitleBarButton::Glyph::Maximize, this)),
       m_close(new TitleBarButton(TitleBarButton::Glyph::Close, this))
 {
-    connect(m_minimize, &QAbstractButton::clicked, this, &TitleBar::minimizeRequested);
+    connect(m_minimize, &QAbstractButton::clicked, window, &QWidget::showMinimized);
     connect(m_zoom, &QAbstractButton::clicked, this, &TitleBar::zoomRequested);
-    connect(m_close, &QAbstractButton::clicked, this, &TitleBar::closeRequested);
+    connect(m_close, &QAbstractButton::clicked, window, &QWidget::close);
     connect(window, &QWidget::windowTitleChanged, this, qOverload<>(&QWidget::update));
 }
 
@@ -196,7 +197,13 @@ void TitleBar::mouseMoveEvent(QMouseEvent *event)
     if (distance.manhattanLength() < QApplication::startDragDistance())
         return;
     m_pressedAt.reset();
-    Q_EMIT moveRequested();
+    startMove();
+}
+
+void TitleBar::startMove()
+{
+    if (window()->windowHandle())
+        window()->windowHandle()->startSystemMove();
 }
 
 void TitleBar::mouseReleaseEvent(QMouseEvent *)

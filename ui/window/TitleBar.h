@@ -9,13 +9,14 @@
 class TitleBarButton;
 
 /// The strip at the top of a window's frame: title, the three buttons at the right end, accessories at both
-/// ends. It drags the window, maximises it on double click and opens its menu on right click; the window
-/// implements these.
+/// ends. It moves, minimises and closes its window.
 class TitleBar final : public QWidget
 {
     Q_OBJECT
 
 public:
+    static constexpr int Height = 38; // points
+
     explicit TitleBar(QWidget *window);
 
     void setTitleVisibility(ui::Window::TitleVisibility visibility);
@@ -32,11 +33,13 @@ public:
     /// The area of the title: centred, and as wide as accessories and buttons allow.
     QRect titleRect() const;
 
+    /// Lets the window system move the window with the pointer.
+    void startMove();
+
 Q_SIGNALS:
-    void moveRequested();
+    /// The zoom button was clicked, or the bar was double-clicked.
     void zoomRequested();
-    void minimizeRequested();
-    void closeRequested();
+    /// The bar was right-clicked.
     void menuRequested(const QPoint &globalPosition);
 
 protected:

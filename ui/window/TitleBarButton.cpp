@@ -32,6 +32,7 @@ QString nameOf(TitleBarButton::Glyph glyph)
 TitleBarButton::TitleBarButton(Glyph glyph, QWidget *parent) : QAbstractButton(parent), m_glyph(glyph)
 {
     setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover);
     setFixedSize(sizeHint());
     setAccessibleName(nameOf(glyph));
 }
@@ -50,31 +51,13 @@ QSize TitleBarButton::sizeHint() const
     return {Diameter, Diameter};
 }
 
-void TitleBarButton::enterEvent(QEnterEvent *)
-{
-    update();
-}
-
-void TitleBarButton::leaveEvent(QEvent *)
-{
-    update();
-}
-
-QColor TitleBarButton::fillColor() const
-{
-    const ChromeColors colors = ChromeColors::of(palette());
-    if (isDown())
-        return colors.pressedPill;
-    return underMouse() ? colors.hoveredPill : colors.pill;
-}
-
 void TitleBarButton::paintEvent(QPaintEvent *)
 {
     const ChromeColors colors = ChromeColors::of(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(fillColor());
+    painter.setBrush(isDown() ? colors.pressedPill : underMouse() ? colors.hoveredPill : colors.pill);
     painter.drawEllipse(rect());
     if (hasFocus()) {
         constexpr qreal inset = FocusPen / 2;

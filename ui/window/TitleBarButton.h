@@ -26,11 +26,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void enterEvent(QEnterEvent *event) override;
-    void leaveEvent(QEvent *event) override;
 
 private:
-    QColor fillColor() const;
     void drawGlyph(QPainter &painter) const;
 
     Glyph m_glyph;

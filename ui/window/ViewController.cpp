@@ -1,15 +1,58 @@
 #include "ViewController.h"
 
 #include "ErrorAlert.h"
-#include "ViewKeeper.h"
 #include "Window.h"
 
 #include <base/FatalFault.h>
 #include <base/MainQueue.h>
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QScopedValueRollback>
 #include <QWindow>
+
+/// Owns a controller's view during the controller's life. A parent would delete its child view; the keeper
+/// takes the view back just before.
+class ViewController::Keeper final : public QObject
+{
+public:
+    explicit Keeper(std::unique_ptr<QWidget> view) : m_view(view.release())
+    {
+        m_view->installEventFilter(this);
+        watchParent();
+    }
+    ~Keeper() override
+    {
+        disconnect(m_parentGoes);
+        const std::unique_ptr<QWidget> view(m_view.data());
+    }
+
+    /// The view; null when other code deleted it.
+    QWidget *view() const { return m_view; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == m_view && event->type() == QEvent::ParentChange)
+            watchParent();
+        return false;
+    }
+
+private:
+    void watchParent()
+    {
+        disconnect(m_parentGoes);
+        // A widget emits destroyed before it deletes its children.
+        if (QWidget *parent = m_view->parentWidget())
+            m_parentGoes = connect(parent, &QObject::destroyed, this, [this] {
+                if (m_view)
+                    m_view->setParent(nullptr);
+            });
+    }
+
+    QPointer<QWidget> m_view;
+    QMetaObject::Connection m_parentGoes;
+};
 
 ViewController::ViewController() = default;
 
@@ -71,7 +114,7 @@ void ViewController::loadView()
 
 void ViewController::setView(std::unique_ptr<QWidget> view)
 {
-    m_keeper = view ? std::make_unique<ViewKeeper>(std::move(view)) : nullptr;
+    m_keeper = view ? std::make_unique<Keeper>(std::move(view)) : nullptr;
 }
 
 std::shared_ptr<ViewController> ViewController::presentingViewController() const

@@ -5,7 +5,6 @@
 #include <QWidget>
 #include <memory>
 
-class ViewKeeper;
 namespace ui
 {
 class Window;
@@ -72,11 +71,13 @@ protected:
     void setView(std::unique_ptr<QWidget> view);
 
 private:
+    class Keeper;
+
     static void destroyOnMainThread(ViewController *controller);
     void beginModalPresentation(const std::shared_ptr<ViewController> &presenter);
 
     QString m_title;
-    std::unique_ptr<ViewKeeper> m_keeper;
+    std::unique_ptr<Keeper> m_keeper;
     bool m_loadingView = false;
     std::weak_ptr<ViewController> m_presenting;
     QPointer<ui::Window> m_modalWindow; // of the current presentation; holds this controller

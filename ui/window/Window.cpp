@@ -1,22 +1,16 @@
 #include "Window.h"
 
-#include "WindowPrivate.h"
-#include <ui/style/ChromeColors.h>
-#include "EdgeGrip.h"
-#include "FrameOverlay.h"
-#include "Shadow.h"
+#include "DrawnFrame.h"
 #include "TitleBar.h"
 #include "TitleBarButton.h"
-#include "WindowAccessible.h"
-#include <ui/system/WindowSystem.h>
-
-#include <base/Bundle.h>
 #include "ViewController.h"
+#include "WindowAccessible.h"
+#include <base/LocalizedString.h>
+#include <ui/system/WindowSystem.h>
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QPainter>
-#include <QScreen>
+#include <QMenu>
 #include <QWindow>
 
 #include <utility>
@@ -41,13 +35,21 @@ QList<QPointer<QAction>> &commonActions()
 } // namespace
 
 ui::Window::Window(QWidget *parent)
-    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), d(std::make_unique<Private>(this))
+    : QWidget(parent, Qt::Window),
+      m_frame(new DrawnFrame(*this)),
+      m_titleBar(m_frame->titleBar()),
+      m_closeAction(new QAction(String::localize(u"Close"_s), this)),
+      m_normalMargin(m_frame->margin())
 {
-    // Set even without a compositor, because one may start later; without one everything is painted opaque.
-    setAttribute(Qt::WA_TranslucentBackground);
-    WindowAccessible::install();
+    installWindowAccessible();
     allWindows() += this;
-    d->build();
+    connect(m_frame, &DrawnFrame::lookChanged, this, &Window::applySizeLimits);
+    connect(m_frame, &DrawnFrame::situationChanged, this, &Window::refreshFrame);
+    connect(&m_titleBar, &TitleBar::zoomRequested, this, &Window::toggleZoom);
+    connect(&m_titleBar, &TitleBar::menuRequested, this, &Window::showMenu);
+    m_closeAction->setShortcut(Qt::CTRL | Qt::Key_W);
+    connect(m_closeAction, &QAction::triggered, this, &QWidget::close);
+    addAction(m_closeAction);
     setContentSize(DefaultContentSize);
     for (const QPointer<QAction> &action : commonActions()) {
         if (action)
@@ -59,16 +61,13 @@ ui::Window::~Window()
 {
     allWindows().removeOne(this);
     // Done while the window is whole, because removing the view moves the focus.
-    d->releaseContent();
+    releaseContent();
 }
 
 QList<ui::Window *> ui::Window::openWindows()
 {
-    QList<ui::Window *> open;
-    for (ui::Window *window : allWindows()) {
-        if (window->isVisible())
-            open += window;
-    }
+    QList<ui::Window *> open = allWindows();
+    open.removeIf([](const ui::Window *window) { return !window->isVisible(); });
     return open;
 }
 
@@ -80,117 +79,80 @@ void ui::Window::addActionToEveryWindow(QAction &action)
         window->addAction(&action);
 }
 
-std::shared_ptr<ViewController> ui::Window::contentViewController() const
-{
-    return d->controller;
-}
-
 void ui::Window::setContentViewController(const std::shared_ptr<ViewController> &controller)
 {
-    if (controller == d->controller)
+    if (controller == m_controller)
         return;
-    d->releaseContent();
+    releaseContent();
     if (controller)
-        d->adoptContent(controller);
+        adoptContent(controller);
 }
 
-void ui::Window::setContentSize(const QSize &size)
+void ui::Window::adoptContent(const std::shared_ptr<ViewController> &controller)
 {
-    d->contentMinimum = size.boundedTo(Private::ContentMinimum);
-    d->chosenContentSize = size;
-    d->applySizeLimits();
-    resize(d->windowSizeFor(size));
+    m_controller = controller;
+    m_contentView = controller->view();
+    m_contentView->setParent(this);
+    if (!controller->title().isEmpty())
+        setWindowTitle(controller->title());
+    connect(controller.get(), &ViewController::titleChanged, this, &QWidget::setWindowTitle);
+    m_contentView->lower();
+    applySizeLimits();
+    layOut();
+    if (isVisible())
+        controller->notifyWillAppear();
+    m_contentView->show();
+    orderFocus();
+    if (isVisible())
+        controller->notifyDidAppear();
 }
 
-QSize ui::Window::contentSize() const
+void ui::Window::releaseContent()
 {
-    return d->contentRect().size();
+    if (!m_controller)
+        return;
+    disconnect(m_controller.get(), nullptr, this, nullptr);
+    if (m_contentView)
+        m_contentView->setParent(nullptr);
+    m_contentView.clear();
+    m_controller.reset();
 }
 
 void ui::Window::setTitlebarAppearsTransparent(bool transparent)
 {
-    d->titleBar->setTransparent(transparent);
+    m_titleBar.setTransparent(transparent);
 }
 
 bool ui::Window::titlebarAppearsTransparent() const
 {
-    return d->titleBar->isTransparent();
+    return m_titleBar.isTransparent();
 }
 
 void ui::Window::setTitleVisibility(TitleVisibility visibility)
 {
-    d->titleBar->setTitleVisibility(visibility);
+    m_titleBar.setTitleVisibility(visibility);
 }
 
 ui::Window::TitleVisibility ui::Window::titleVisibility() const
 {
-    return d->titleBar->titleVisibility();
-}
-
-void ui::Window::setFullSizeContentView(bool fullSize)
-{
-    if (fullSize == d->fullSizeContentView)
-        return;
-    d->fullSizeContentView = fullSize;
-    d->applySizeLimits();
-    d->layOut();
-}
-
-bool ui::Window::isFullSizeContentView() const
-{
-    return d->fullSizeContentView;
+    return m_titleBar.titleVisibility();
 }
 
 void ui::Window::setStandardButtonHidden(StandardButton button, bool hidden)
 {
-    d->titleBar->setButtonHidden(button, hidden);
+    m_titleBar.setButtonHidden(button, hidden);
 }
 
 bool ui::Window::isStandardButtonHidden(StandardButton button) const
 {
-    return d->titleBar->button(button)->isHidden();
-}
-
-void ui::Window::setResizable(bool resizable)
-{
-    d->resizable = resizable;
-    d->applySizeLimits();
-    d->refreshFrame();
-}
-
-bool ui::Window::isResizable() const
-{
-    return d->resizable;
-}
-
-bool ui::Window::isZoomable() const
-{
-    return d->resizable && !isStandardButtonHidden(StandardButton::Zoom);
-}
-
-QAction *ui::Window::closeAction() const
-{
-    return d->closeAction;
+    return m_titleBar.button(button)->isHidden();
 }
 
 void ui::Window::addTitlebarAccessoryViewController(
     const std::shared_ptr<TitlebarAccessoryViewController> &accessory)
 {
-    d->titleBar->addAccessory(accessory);
-    d->orderFocus();
-}
-
-void ui::Window::center()
-{
-    if (!screen())
-        return;
-    // The shadow may extend beyond the screen, but the frame may not, least of all its title bar.
-    const int margin = d->look.margin;
-    const QRect room = screen()->availableGeometry().marginsAdded({margin, margin, margin, margin});
-    resize(size().boundedTo(room.size()));
-    QRect place({}, size());
-    place.moveCenter(room.center());
-    move(qMax(place.left(), room.left()), qMax(place.top(), room.top()));
+    m_titleBar.addAccessory(accessory);
+    orderFocus();
 }
 
 void ui::Window::makeKeyAndOrderFront()
@@ -209,20 +171,15 @@ void ui::Window::makeFirstResponder(QWidget *widget)
         focusWidget()->clearFocus();
 }
 
-int ui::Window::shadowMargin() const
-{
-    return d->look.margin;
-}
-
 void ui::Window::setVisible(bool visible)
 {
     // Show events also come when a window is un-minimised.
     const bool appears = visible && !isVisible();
-    const std::shared_ptr<ViewController> controller = d->controller;
+    const std::shared_ptr<ViewController> controller = m_controller;
     if (appears) {
         create();
-        d->orderFocus();
-        d->refreshFrame();
+        orderFocus();
+        refreshFrame();
         if (controller)
             controller->notifyWillAppear();
     }
@@ -230,42 +187,61 @@ void ui::Window::setVisible(bool visible)
     if (appears && controller)
         controller->notifyDidAppear();
     // Last, because a receiver may destroy the window.
-    if (!visible && std::exchange(d->closing, false))
+    if (!visible && std::exchange(m_closing, false))
         Q_EMIT closed();
-}
-
-bool ui::Window::event(QEvent *event)
-{
-    if (event->type() == QEvent::WinIdChange)
-        d->watchHandle();
-    return QWidget::event(event);
-}
-
-void ui::Window::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange)
-        d->refreshFrame();
-    else if (event->type() == QEvent::ActivationChange || event->type() == QEvent::PaletteChange)
-        update();
 }
 
 void ui::Window::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
-    d->closing = event->isAccepted() && isVisible();
+    m_closing = event->isAccepted() && isVisible();
 }
 
-void ui::Window::resizeEvent(QResizeEvent *)
+void ui::Window::orderFocus()
 {
-    d->layOut();
+    QWidget *previous = nullptr;
+    for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain()) {
+        // The focus chain also contains menus and pop-ups, which are separate windows.
+        const bool isContent = widget->window() == this && !m_titleBar.isAncestorOf(widget);
+        if (isContent && widget->focusPolicy() != Qt::NoFocus)
+            previous = widget;
+    }
+    for (QWidget *widget : m_titleBar.focusOrder()) {
+        if (previous)
+            setTabOrder(previous, widget);
+        previous = widget;
+    }
 }
 
-void ui::Window::paintEvent(QPaintEvent *)
+bool ui::Window::isZoomable() const
 {
-    QPainter painter(this);
-    if (d->look.margin > 0)
-        Shadow::paint(painter, rect(),
-                      {devicePixelRatioF(), isActiveWindow(), ChromeColors::isDark(palette())});
-    painter.fillRect(d->frameRect(), palette().color(QPalette::Window));
+    return m_resizable && !isStandardButtonHidden(StandardButton::Zoom);
+}
+
+void ui::Window::toggleZoom()
+{
+    if (!isZoomable())
+        return;
+    if (isMaximized())
+        showNormal();
+    else
+        showMaximized();
+}
+
+void ui::Window::showMenu(const QPoint &globalPosition)
+{
+    if (windowHandle() && WindowSystem::shared().showWindowMenu(windowHandle(), globalPosition))
+        return;
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool maximized = isMaximized();
+    menu->addAction(String::localize(u"Restore"_s), this, &QWidget::showNormal)->setEnabled(maximized);
+    menu->addAction(String::localize(u"Move"_s), &m_titleBar, &TitleBar::startMove)->setEnabled(!maximized);
+    menu->addAction(String::localize(u"Minimize"_s), this, &QWidget::showMinimized)
+        ->setEnabled(!isStandardButtonHidden(StandardButton::Miniaturize));
+    menu->addAction(String::localize(u"Maximize"_s), this, &QWidget::showMaximized)
+        ->setEnabled(isZoomable() && !maximized);
+    menu->addSeparator();
+    menu->addAction(m_closeAction);
+    menu->popup(globalPosition);
 }

@@ -3,7 +3,9 @@
 #include <QPointer>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
+class DrawnFrame;
 class QAction;
 class TitleBar;
 class TitlebarAccessoryViewController;
@@ -44,10 +46,7 @@ public:
     /// action's life.
     static void addActionToEveryWindow(QAction &action);
 
-    /// The title bar's height in points.
-    static constexpr int TitleBarHeight = 38;
-
-    std::shared_ptr<ViewController> contentViewController() const;
+    std::shared_ptr<ViewController> contentViewController() const { return m_controller; }
     /// Adopts the controller's view and loads it. The window's title follows the controller's if that has
     /// one.
     void setContentViewController(const std::shared_ptr<ViewController> &controller);
@@ -60,16 +59,14 @@ public:
     void setTitleVisibility(TitleVisibility visibility);
     TitleVisibility titleVisibility() const;
     void setFullSizeContentView(bool fullSize);
-    bool isFullSizeContentView() const;
+    bool isFullSizeContentView() const { return m_fullSizeContentView; }
     void setStandardButtonHidden(StandardButton button, bool hidden);
     bool isStandardButtonHidden(StandardButton button) const;
     /// Whether the person may resize and maximise it; initially true. When false it keeps the content's size.
     void setResizable(bool resizable);
-    bool isResizable() const;
-    /// Whether it can be maximised: it is resizable and its zoom button is visible.
-    bool isZoomable() const;
+    bool isResizable() const { return m_resizable; }
     /// Closes the window (Ctrl+W); for menus with that item.
-    QAction *closeAction() const;
+    QAction *closeAction() const { return m_closeAction; }
     /// Keeps the accessory and shows its view at the end of the title bar given by its layout attribute.
     void
     addTitlebarAccessoryViewController(const std::shared_ptr<TitlebarAccessoryViewController> &accessory);
@@ -89,14 +86,35 @@ Q_SIGNALS:
     void closed();
 
 protected:
-    bool event(QEvent *event) override;
-    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> d;
+    void adoptContent(const std::shared_ptr<ViewController> &controller);
+    void releaseContent();
+    QRect contentRect() const;
+    QSize windowSizeFor(const QSize &contentSize) const;
+    void applySizeLimits();
+    void layOut();
+    void refreshFrame();
+    void keepFrameInPlace(const QRect &geometry);
+    /// Puts the title bar's controls after the content in the Tab order.
+    void orderFocus();
+    bool isZoomable() const;
+    void toggleZoom();
+    void showMenu(const QPoint &globalPosition);
+
+    DrawnFrame *m_frame;
+    TitleBar &m_titleBar;
+    QAction *m_closeAction;
+    std::shared_ptr<ViewController> m_controller;
+    QPointer<QWidget> m_contentView;
+    bool m_fullSizeContentView = false;
+    bool m_resizable = true;
+    bool m_closing = false; // the close event was accepted, but the window is not hidden yet
+    QSize m_contentMinimum;
+    QSize m_chosenContentSize;
+    std::optional<QRect> m_geometryToReturnTo; // while maximised, full screen or tiled; invalid when unknown
+    int m_normalMargin; // the margin that the geometry outside of maximised and tiled states includes
 };
 } // namespace ui

@@ -1,11 +1,38 @@
 #include "WindowAccessible.h"
-#include "EdgeGrip.h"
-#include "FrameOverlay.h"
 
+#include "DrawnFrame.h"
 #include "Window.h"
+
+#include <QAccessibleWidget>
 
 namespace
 {
+class WindowAccessible final : public QAccessibleWidget
+{
+public:
+    explicit WindowAccessible(ui::Window *window) : QAccessibleWidget(window, QAccessible::Window) {}
+
+    int childCount() const override { return static_cast<int>(children().size()); }
+    QAccessibleInterface *child(int index) const override
+    {
+        QWidget *child = children().value(index);
+        return child ? QAccessible::queryAccessibleInterface(child) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return child ? static_cast<int>(children().indexOf(qobject_cast<QWidget *>(child->object()))) : -1;
+    }
+
+private:
+    QList<QWidget *> children() const
+    {
+        auto shown = widget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+        shown.removeIf(
+            [](const QWidget *child) { return child->isWindow() || DrawnFrame::isDecoration(child); });
+        return shown;
+    }
+};
+
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
     auto *window = qobject_cast<ui::Window *>(object);
@@ -13,40 +40,9 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
 }
 } // namespace
 
-void WindowAccessible::install()
+void installWindowAccessible()
 {
     // Installing a function twice is harmless but slow.
     static const bool installed = (QAccessible::installFactory(makeInterface), true);
     Q_UNUSED(installed)
-}
-
-WindowAccessible::WindowAccessible(QWidget *window) : QAccessibleWidget(window, QAccessible::Window) {}
-
-QList<QWidget *> WindowAccessible::children() const
-{
-    QList<QWidget *> shown;
-    for (QObject *object : widget()->children()) {
-        auto *candidate = qobject_cast<QWidget *>(object);
-        if (!candidate || candidate->isWindow() || qobject_cast<FrameOverlay *>(candidate) ||
-            qobject_cast<EdgeGrip *>(candidate))
-            continue;
-        shown += candidate;
-    }
-    return shown;
-}
-
-int WindowAccessible::childCount() const
-{
-    return static_cast<int>(children().size());
-}
-
-QAccessibleInterface *WindowAccessible::child(int index) const
-{
-    const QList<QWidget *> shown = children();
-    return index >= 0 && index < shown.size() ? QAccessible::queryAccessibleInterface(shown[index]) : nullptr;
-}
-
-int WindowAccessible::indexOfChild(const QAccessibleInterface *child) const
-{
-    return child ? static_cast<int>(children().indexOf(qobject_cast<QWidget *>(child->object()))) : -1;
 }

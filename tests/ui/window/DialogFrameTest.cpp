@@ -3,7 +3,6 @@
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <ui/window/DialogFrame.h>
-#include <ui/window/EdgeGrip.h>
 #include <ui/window/TitleBar.h>
 
 #include <QDialog>
@@ -152,12 +151,12 @@ private Q_SLOTS:
     {
         FramedDialog dialog;
         dialog.show();
-        QVERIFY(dialog.findChild<EdgeGrip *>()->isVisible());
+        QVERIFY(dialog.findChild<QWidget *>(u"edgeGrip"_s)->isVisible());
         QMessageBox alert;
         alert.setText(u"A sentence."_s);
         DialogFrame::putAround(alert);
         alert.show();
-        QVERIFY(!alert.findChild<EdgeGrip *>()->isVisible());
+        QVERIFY(!alert.findChild<QWidget *>(u"edgeGrip"_s)->isVisible());
         alert.close();
     }
 
@@ -168,7 +167,8 @@ private Q_SLOTS:
         DialogFrame::putAround(alert);
         alert.show();
         for (const QWidget *child : alert.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
-            if (child->isVisible() && !child->inherits("TitleBar") && !child->inherits("FrameOverlay"))
+            if (child->isVisible() && !child->inherits("TitleBar") &&
+                child->objectName() != u"frameOverlay"_s)
                 QVERIFY2(alert.contentsRect().contains(child->geometry()), child->metaObject()->className());
         }
         alert.close();

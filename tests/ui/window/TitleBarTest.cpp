@@ -235,34 +235,6 @@ private Q_SLOTS:
         QVERIFY(!m_window->isMaximized());
     }
 
-    void aDragStartsOnlyAfterTheDragDistance()
-    {
-        QSignalSpy moves(m_titleBar, &TitleBar::moveRequested);
-        QTest::mousePress(m_titleBar, Qt::LeftButton, {}, {300, 15});
-        const auto moveTo = [this](const QPoint &point) {
-            QMouseEvent event(QEvent::MouseMove, point, m_titleBar->mapToGlobal(point), Qt::NoButton,
-                              Qt::LeftButton, {});
-            QApplication::sendEvent(m_titleBar, &event);
-        };
-        moveTo({300 + QApplication::startDragDistance() - 1, 15});
-        QCOMPARE(moves.size(), 0);
-        moveTo({300 + QApplication::startDragDistance(), 15});
-        QCOMPARE(moves.size(), 1);
-        moveTo({340, 15});
-        QCOMPARE(moves.size(), 1);
-        QTest::mouseRelease(m_titleBar, Qt::LeftButton, {}, {340, 15});
-    }
-
-    void aReleasedPressIsNoDrag()
-    {
-        QSignalSpy moves(m_titleBar, &TitleBar::moveRequested);
-        QTest::mouseClick(m_titleBar, Qt::LeftButton, {}, {300, 15});
-        QMouseEvent event(QEvent::MouseMove, QPointF(340, 15), m_titleBar->mapToGlobal(QPointF(340, 15)),
-                          Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(m_titleBar, &event);
-        QCOMPARE(moves.size(), 0);
-    }
-
     void tabVisitsTheContentFirst()
     {
         m_window->addTitlebarAccessoryViewController(

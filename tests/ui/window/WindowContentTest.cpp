@@ -2,7 +2,6 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/window/FrameOverlay.h>
 #include <ui/window/TitleBar.h>
 
 using namespace Qt::StringLiterals;
@@ -121,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(window.childAt(QPoint(28 + 300, 28 + 300)), replacement->view());
         // Nothing is painted after the overlay, or it would cover the rounded corners.
         QCOMPARE(window.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly).constLast(),
-                 window.findChild<FrameOverlay *>());
+                 window.findChild<QWidget *>(u"frameOverlay"_s));
     }
 
     void releasedContentBelongsToItsControllerAgain()

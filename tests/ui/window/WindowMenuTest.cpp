@@ -3,7 +3,6 @@
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <ui/window/TitleBar.h>
-#include <ui/window/WindowMenu.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -30,45 +29,49 @@ class WindowMenuTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_window.showNormal(); }
-
-    void rightClickOpensTheWindowMenu()
+    void init()
     {
-        auto *titleBar = m_window.findChild<TitleBar *>();
-        QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15}, titleBar->mapToGlobal(QPoint(300, 15)));
-        QApplication::sendEvent(titleBar, &event);
-        QPointer<QMenu> menu = m_window.findChild<QMenu *>();
-        QVERIFY(menu && menu->isVisible());
-        menu->close();
-        QTRY_VERIFY(menu.isNull());
+        m_window = std::make_unique<ui::Window>();
+        m_window->show();
     }
+    void cleanup() { m_window.reset(); }
 
     void windowMenuOffersWhatCanBeDone()
     {
-        QPointer<QMenu> menu = popUpWindowMenu(m_window, {10, 10});
+        QMenu *menu = rightClick();
+        QVERIFY(menu && menu->isVisible());
         QVERIFY(!actionNamed(*menu, u"Restore"_s)->isEnabled());
         QVERIFY(actionNamed(*menu, u"Move"_s)->isEnabled());
         QVERIFY(actionNamed(*menu, u"Minimize"_s)->isEnabled());
         QVERIFY(actionNamed(*menu, u"Maximize"_s)->isEnabled());
-        QSignalSpy closed(&m_window, &ui::Window::closed);
+        QSignalSpy closed(m_window.get(), &ui::Window::closed);
         actionNamed(*menu, u"Close"_s)->trigger();
         QCOMPARE(closed.size(), 1);
     }
 
     void windowMenuOfAMaximisedWindow()
     {
-        m_window.showMaximized();
-        QPointer<QMenu> menu = popUpWindowMenu(m_window, {10, 10});
+        m_window->showMaximized();
+        QMenu *menu = rightClick();
+        QVERIFY(menu && menu->isVisible());
         QVERIFY(actionNamed(*menu, u"Restore"_s)->isEnabled());
         QVERIFY(!actionNamed(*menu, u"Move"_s)->isEnabled());
         QVERIFY(!actionNamed(*menu, u"Maximize"_s)->isEnabled());
         actionNamed(*menu, u"Restore"_s)->trigger();
-        QVERIFY(!m_window.isMaximized());
+        QVERIFY(!m_window->isMaximized());
     }
 
 private:
+    QMenu *rightClick()
+    {
+        auto *titleBar = m_window->findChild<TitleBar *>();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15}, titleBar->mapToGlobal(QPoint(300, 15)));
+        QApplication::sendEvent(titleBar, &event);
+        return m_window->findChildren<QMenu *>().value(0);
+    }
+
     Sandbox m_sandbox;
-    ui::Window m_window;
+    std::unique_ptr<ui::Window> m_window;
 };
 
 PLOVENDIX_GUI_TEST(WindowMenuTest)

@@ -2,7 +2,6 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/window/EdgeGrip.h>
 
 #include <QImage>
 
@@ -79,7 +78,7 @@ private Q_SLOTS:
         ui::Window window;
         window.setContentSize(Content);
         window.show();
-        const auto *grip = window.findChild<EdgeGrip *>();
+        const auto *grip = window.findChild<QWidget *>(u"edgeGrip"_s);
         QVERIFY(grip->isVisible());
         window.showMaximized();
         QCOMPARE(window.shadowMargin(), 0);
@@ -193,7 +192,7 @@ private Q_SLOTS:
         ui::Window window;
         window.setContentSize(Content);
         window.show();
-        auto *grip = window.findChild<EdgeGrip *>();
+        auto *grip = window.findChild<QWidget *>(u"edgeGrip"_s);
         QCOMPARE(window.childAt(Margin - 3, Middle), grip);
         QVERIFY(window.childAt(Margin + 1, Middle) != grip);
         QTest::mouseMove(grip, {Margin - 3, Middle});
@@ -208,7 +207,7 @@ private Q_SLOTS:
         ui::Window window;
         window.setResizable(false);
         window.show();
-        QVERIFY(!window.findChild<EdgeGrip *>()->isVisible());
+        QVERIFY(!window.findChild<QWidget *>(u"edgeGrip"_s)->isVisible());
     }
 
 private:

@@ -3,12 +3,12 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/window/EdgeGrip.h>
 #include <ui/window/TitleBar.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QMouseEvent>
 
 #include <algorithm>
 #include <optional>
@@ -100,13 +100,37 @@ private Q_SLOTS:
         QTRY_COMPARE(desktop->windowUnder(128, 300), id());
     }
 
+    void draggingTheTitleBarMovesThroughTheWindowManager_data()
+    {
+        QTest::addColumn<int>("distance");
+        QTest::addColumn<bool>("released");
+        QTest::addColumn<bool>("moves");
+        const int enough = QApplication::startDragDistance();
+        QTest::newRow("far enough") << enough << false << true;
+        QTest::newRow("not far enough") << enough - 1 << false << false;
+        QTest::newRow("after the release") << enough << true << false;
+    }
     void draggingTheTitleBarMovesThroughTheWindowManager()
     {
-        constexpr quint32 move = 8;
-        Q_EMIT m_titleBar->moveRequested();
-        QTRY_VERIFY(request(u"_NET_WM_MOVERESIZE"_s));
-        QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->window, id());
-        QCOMPARE(request(u"_NET_WM_MOVERESIZE"_s)->data.at(2), move);
+        QFETCH(int, distance);
+        QFETCH(bool, released);
+        QFETCH(bool, moves);
+        QTest::mousePress(m_titleBar, Qt::LeftButton, {}, {300, 15});
+        if (released)
+            QTest::mouseRelease(m_titleBar, Qt::LeftButton, {}, {300, 15});
+        const QPointF place(300 + distance, 15);
+        QMouseEvent move(QEvent::MouseMove, place, m_titleBar->mapToGlobal(place), Qt::NoButton,
+                         Qt::LeftButton, {});
+        QApplication::sendEvent(m_titleBar, &move);
+        // The menu's request shows that everything before it has arrived.
+        rightClickTitleBar();
+        QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
+        const auto asked = request(u"_NET_WM_MOVERESIZE"_s);
+        QCOMPARE(asked.has_value(), moves);
+        if (!moves)
+            return;
+        QCOMPARE(asked->window, id());
+        QCOMPARE(asked->data.at(2), 8U);
     }
 
     void draggingAnEdgeResizesThroughTheWindowManager_data()
