@@ -1,19 +1,11 @@
 #include "CachedFetch.h"
 
-#include "FilmErrors.h"
+#include "FilmAnswers.h"
 
 #include <base/WorkerThread.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-
-struct CachedFetch::RequestState
-{
-    Question question;
-    Completion completion;
-    std::optional<DiskCache::Entry> known;
-    HttpCall call;
-};
 
 namespace
 {
@@ -25,19 +17,10 @@ QByteArrayList cacheDirectives(const HttpAnswer &answer)
     return directives;
 }
 
-/// The stored answer if it is usable: this version may parse the answer of an older one differently.
-std::optional<DiskCache::Entry> keptAnswer(const DiskCache &cache, const CachedFetch::Question &question,
-                                           const QDateTime &date)
+/// The lifetime that an answer's Cache-Control allows; none when it does not say.
+std::optional<std::chrono::seconds> maxAgeOf(const QByteArrayList &directives)
 {
-    std::optional<DiskCache::Entry> entry = cache.find(question.key, date);
-    const bool isUsable = entry && (!question.isGood || question.isGood(entry->body));
-    return isUsable ? entry : std::nullopt;
-}
-} // namespace
-
-std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer)
-{
-    for (const QByteArray &text : cacheDirectives(answer)) {
+    for (const QByteArray &text : directives) {
         if (text == "no-store" || text == "no-cache")
             return 0s;
         bool isNumber = false;
@@ -47,90 +30,120 @@ std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer)
     }
     return std::nullopt;
 }
+} // namespace
 
-CachedFetch::CachedFetch(RequestQueue &queue, WorkerThread &worker, const DiskCache &cache)
-    : m_queue(queue), m_worker(worker), m_cache(cache)
+/// One question on its way, which ends when its call is released.
+class CachedFetch::Fetch final : public std::enable_shared_from_this<Fetch>
 {
-}
+public:
+    Fetch(const CachedFetch &owner, const Question &question, Completion completion)
+        : m_queue(owner.m_queue),
+          m_worker(owner.m_worker),
+          m_cache(owner.m_cache),
+          m_question(question),
+          m_completion(std::move(completion))
+    {
+    }
+
+    void start()
+    {
+        const QDateTime date = m_queue.clock().date();
+        onWorker(
+            [cache = m_cache, key = m_question.key, isGood = m_question.isGood, date] {
+                std::optional<DiskCache::Entry> entry = cache.find(key, date);
+                // This version may parse the answer of an older one differently.
+                return entry && isGood(entry->body) ? entry : std::nullopt;
+            },
+            [this, date](const std::optional<DiskCache::Entry> &known) {
+                m_known = known;
+                if (known && known->isFresh(date))
+                    m_completion(known->body);
+                else
+                    ask();
+            });
+    }
+
+private:
+    /// Passes the result of `work` on, unless the call was released meanwhile.
+    template <class Work, class Done>
+    void onWorker(Work work, Done done)
+    {
+        inBackground(m_worker, std::move(work), [weak = weak_from_this(), done](const auto &result) {
+            if (const auto held = weak.lock())
+                done(result);
+        });
+    }
+
+    void ask()
+    {
+        HttpRequest request = m_question.request;
+        if (m_known && !m_known->etag.isEmpty())
+            request.setHeader("If-None-Match", m_known->etag);
+        m_call =
+            m_queue.send(request, m_question.rules, [weak = weak_from_this()](const HttpResult &outcome) {
+                if (const auto held = weak.lock())
+                    held->arrive(outcome);
+            });
+    }
+
+    void arrive(const HttpResult &outcome)
+    {
+        const bool isUnchanged = outcome && outcome->status == 304 && m_known;
+        const bool serverFailed = !outcome || outcome->status >= 500;
+        if (isUnchanged || (outcome && outcome->status == 200))
+            store(*outcome);
+        else if (m_known && serverFailed)
+            m_completion(m_known->body);
+        else
+            m_completion(outcome ? FilmAnswers::errorOf(*outcome)
+                                 : serviceError(outcome.error(), ServiceName::Films));
+    }
+
+    void store(const HttpAnswer &answer)
+    {
+        DiskCache::Entry entry = m_known.value_or(DiskCache::Entry());
+        if (answer.status == 200)
+            entry.body = answer.body;
+        if (const QByteArray etag = answer.header("ETag"); answer.status == 200 || !etag.isEmpty())
+            entry.etag = etag;
+        const QByteArrayList directives = cacheDirectives(answer);
+        entry.stored = m_queue.clock().date();
+        entry.expires = entry.stored.addDuration(
+            std::min(maxAgeOf(directives).value_or(m_question.life), m_question.longestLife));
+        onWorker(
+            [cache = m_cache, key = m_question.key, entry, isGood = m_question.isGood,
+             mayBeKept = !directives.contains("no-store")] {
+                const bool good = isGood(entry.body);
+                if (!mayBeKept)
+                    cache.remove(key);
+                else if (good)
+                    cache.store(key, entry);
+                return good;
+            },
+            [this, body = entry.body](bool good) {
+                // A wrong answer comes from another server, such as a sign-in page of the network.
+                if (good)
+                    m_completion(body);
+                else if (m_known)
+                    m_completion(m_known->body);
+                else
+                    m_completion(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
+                                              u"an answer of the wrong kind"_s));
+            });
+    }
+
+    RequestQueue &m_queue;
+    WorkerThread &m_worker;
+    const DiskCache m_cache;
+    const Question m_question;
+    const Completion m_completion;
+    std::optional<DiskCache::Entry> m_known;
+    HttpCall m_call;
+};
 
 CachedFetch::Call CachedFetch::fetch(const Question &question, Completion completion)
 {
-    auto state = std::make_shared<RequestState>(RequestState{question, std::move(completion), {}, {}});
-    const QDateTime date = m_queue.clock().date();
-    inBackground(
-        m_worker, [cache = m_cache, question, date] { return keptAnswer(cache, question, date); },
-        [this, date, weak = std::weak_ptr(state)](const std::optional<DiskCache::Entry> &known) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            held->known = known;
-            if (known && known->isFresh(date))
-                held->completion(known->body);
-            else
-                ask(held);
-        });
-    return state;
-}
-
-void CachedFetch::ask(const std::shared_ptr<RequestState> &state)
-{
-    HttpRequest request = state->question.request;
-    if (state->known && !state->known->etag.isEmpty())
-        request.setHeader("If-None-Match", state->known->etag);
-    state->call = m_queue.send(request, state->question.rules,
-                               [this, weak = std::weak_ptr(state)](const HttpResult &outcome) {
-                                   if (const auto held = weak.lock())
-                                       arrive(held, outcome);
-                               });
-}
-
-void CachedFetch::arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome)
-{
-    const bool isUnchanged = outcome && outcome->status == 304 && state->known;
-    if (isUnchanged || (outcome && outcome->status == 200)) {
-        store(state, *outcome);
-        return;
-    }
-    const bool serverFailed = !outcome || outcome->status >= 500;
-    if (state->known && serverFailed)
-        state->completion(state->known->body);
-    else
-        state->completion(outcome ? filmError(*outcome) : serviceError(outcome.error(), ServiceName::Films));
-}
-
-void CachedFetch::store(const std::shared_ptr<RequestState> &state, const HttpAnswer &answer)
-{
-    const Question &question = state->question;
-    DiskCache::Entry entry = state->known.value_or(DiskCache::Entry());
-    if (answer.status == 200)
-        entry.body = answer.body;
-    if (const QByteArray etag = answer.header("ETag"); answer.status == 200 || !etag.isEmpty())
-        entry.etag = etag;
-    entry.stored = m_queue.clock().date();
-    entry.expires =
-        entry.stored.addDuration(std::min(maxAgeOf(answer).value_or(question.life), question.longestLife));
-    const bool mayBeKept = !cacheDirectives(answer).contains("no-store");
-    inBackground(
-        m_worker,
-        [cache = m_cache, key = question.key, entry, isGood = question.isGood, mayBeKept] {
-            const bool good = !isGood || isGood(entry.body);
-            if (!mayBeKept)
-                cache.remove(key);
-            else if (good)
-                cache.store(key, entry);
-            return good;
-        },
-        [weak = std::weak_ptr(state), body = entry.body](bool good) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            // A wrong answer comes from another server, such as a sign-in page of the network.
-            if (good)
-                held->completion(body);
-            else if (held->known)
-                held->completion(held->known->body);
-            else
-                held->completion(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
-                                              u"an answer of the wrong kind"_s));
-        });
+    const auto fetch = std::make_shared<Fetch>(*this, question, std::move(completion));
+    fetch->start();
+    return fetch;
 }

@@ -13,29 +13,26 @@ public:
     {
         HttpRequest request;
         HostRules rules;
-        QString key;                                      // of the answer, without secrets
-        std::chrono::seconds life{0};                     // when the server names none
-        std::chrono::seconds longestLife{0};              // the upper limit
-        bool (*isGood)(const QByteArray &body) = nullptr; // on the worker; only good answers are kept or used
+        QString key;                            // of the answer, without secrets
+        std::chrono::seconds life{0};           // when the server names none
+        std::chrono::seconds longestLife{0};    // the upper limit
+        bool (*isGood)(const QByteArray &body); // on the worker; only good answers are kept or used
     };
     using Completion = std::function<void(Result<QByteArray>)>;
     using Call = std::shared_ptr<void>;
 
-    CachedFetch(RequestQueue &queue, WorkerThread &worker, const DiskCache &cache);
+    CachedFetch(RequestQueue &queue, WorkerThread &worker, const DiskCache &cache)
+        : m_queue(queue), m_worker(worker), m_cache(cache)
+    {
+    }
 
     /// The completion is called on a later turn, unless the call is released.
     [[nodiscard]] Call fetch(const Question &question, Completion completion);
 
 private:
-    struct RequestState;
-    void ask(const std::shared_ptr<RequestState> &state);
-    void arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome);
-    void store(const std::shared_ptr<RequestState> &state, const HttpAnswer &answer);
+    class Fetch;
 
     RequestQueue &m_queue;
     WorkerThread &m_worker;
-    DiskCache m_cache;
+    const DiskCache m_cache;
 };
-
-/// The lifetime that an answer's Cache-Control allows; none when it does not say.
-std::optional<std::chrono::seconds> maxAgeOf(const HttpAnswer &answer);

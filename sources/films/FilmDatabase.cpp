@@ -1,9 +1,7 @@
 #include "FilmDatabase.h"
 
-#include "FilmErrors.h"
-#include "FilmLanguage.h"
+#include "FilmAnswers.h"
 
-#include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
 #include <media/PosterImage.h>
 #include <model/ImdbNumber.h>
@@ -24,7 +22,7 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.metadata", QtInfoMsg)
 
 constexpr std::size_t RequestsPerSpan = 4;
 constexpr Clock::Duration RateSpan = 1050ms;
-constexpr int PicturesAtOnce = 2;
+constexpr std::size_t PicturesAtOnce = 2;
 constexpr qsizetype MaxPictureBytes = 5LL * 1024 * 1024;
 // The terms of use forbid keeping anything longer than six months.
 constexpr std::chrono::hours KeptAtMost = 180 * 24h;
@@ -47,6 +45,11 @@ base::Error noKey()
     return error;
 }
 
+base::Error badAnswer(const QString &detail)
+{
+    return serviceError(ServiceFailure::BadAnswer, ServiceName::Films, detail);
+}
+
 bool isFind(const QByteArray &body)
 {
     return FilmAnswers::readFind(body).has_value();
@@ -65,31 +68,50 @@ bool isPicture(const QByteArray &body)
 }
 
 CachedFetch::Question question(const FilmSettings &settings, const QString &path,
-                               const QMap<QString, QString> &items)
+                               const QMap<QString, QString> &items, bool (*isGood)(const QByteArray &))
 {
-    CachedFetch::Question question;
-    question.request = settings.request(path, items);
-    question.rules = settings.apiHosts();
-    question.key = settings.cacheKey(path, items);
-    question.life = AnswerLife;
-    question.longestLife = LongestAnswerLife;
-    return question;
+    return {settings.request(path, items),
+            settings.apiHosts(),
+            settings.cacheKey(path, items),
+            AnswerLife,
+            LongestAnswerLife,
+            isGood};
 }
 
-/// A missing film is an answer without films, not a failure.
-Result<FindResult> answerFor(const base::Error &error)
+CachedFetch::Question pictureQuestion(const FilmSettings &settings, const QUrl &url)
 {
-    return kindOf(error) == ServiceFailure::NotFound ? Result<FindResult>(FindResult())
-                                                     : Result<FindResult>(error);
+    HttpRequest request; // pictures need no key
+    request.url = url;
+    request.setHeader("Accept", "image/*");
+    request.maxBytes = MaxPictureBytes;
+    return {request, settings.imageHosts(), url.toString(), PictureLife, PictureLife, isPicture};
+}
+
+/// Calls the completion on a later turn.
+template <class Value>
+void give(const std::function<void(Result<Value>)> &completion, const Result<Value> &answer)
+{
+    MainQueue::shared().async([completion, answer] { completion(answer); });
 }
 } // namespace
 
-/// One task of a caller; holds its running calls.
-struct FilmDatabase::Task
+/// Keeps the settings and the language until it ends, and its call: without that there is no answer.
+struct FilmDatabase::Lookup
 {
-    FilmSettings settings; // used until the task ends, like the language
+    FilmSettings settings;
     QString language;
-    CachedFetch::Call call;
+    FindCompletion completion;
+    CachedFetch::Call call = {};
+};
+
+struct FilmDatabase::Picture
+{
+    FilmSettings settings;
+    QString path;
+    QSize size;
+    qreal ratio = 1;
+    ImageCompletion completion;
+    CachedFetch::Call call = {};
 };
 
 QString FilmDatabase::standardCacheFolder()
@@ -110,11 +132,7 @@ FilmDatabase::FilmDatabase(Clock &clock, const FilmSettings &settings, const QSt
     m_worker->post([cache = m_cache] { cache.prune(QDateTime::currentDateTimeUtc(), MaxCacheBytes); });
 }
 
-FilmDatabase::~FilmDatabase()
-{
-    m_tasks.clear();
-    m_worker.reset();
-}
+FilmDatabase::~FilmDatabase() = default;
 
 void FilmDatabase::setSettings(const FilmSettings &settings)
 {
@@ -122,194 +140,124 @@ void FilmDatabase::setSettings(const FilmSettings &settings)
     hideSecret(settings.key);
 }
 
-void FilmDatabase::dropLookup()
-{
-    m_tasks.clear();
-    m_waitingPictures.clear();
-    m_picturesUnderWay = 0;
-}
-
-std::shared_ptr<FilmDatabase::Task> FilmDatabase::newTask()
-{
-    m_tasks.push_back(
-        std::make_shared<Task>(Task{m_settings, filmLanguage(preferredLanguage.value_or(u"en"_s)), {}}));
-    return m_tasks.back();
-}
-
-void FilmDatabase::end(const std::shared_ptr<Task> &task)
-{
-    std::erase(m_tasks, task);
-}
-
 void FilmDatabase::findExternally(const QString &id, ExternalSource, FindCompletion completion)
 {
-    dropLookup();
+    m_lookup.reset();
+    m_pictures.clear();
     const std::optional<qint64> number = imdbNumber(id);
-    if (!number || !hasKey()) {
-        // An invalid id is answered like an unknown one.
-        const Result<FindResult> answer =
-            number ? Result<FindResult>(noKey()) : Result<FindResult>(FindResult());
-        MainQueue::shared().async([completion = std::move(completion), answer] { completion(answer); });
-        return;
-    }
-    const std::shared_ptr<Task> task = newTask();
-    CachedFetch::Question asked =
-        question(task->settings, u"/find/"_s + imdbId(*number),
-                 {{u"external_source"_s, u"imdb_id"_s}, {u"language"_s, task->language}});
-    asked.isGood = isFind;
-    task->call = m_fetch.fetch(asked, [this, task = std::weak_ptr(task),
-                                       completion = std::move(completion)](const Result<QByteArray> &body) {
-        if (const auto held = task.lock())
-            takeFind(held, body, completion);
-    });
+    if (!number)
+        return give<FindResult>(completion, FindResult()); // like an unknown film
+    if (!hasKey())
+        return give<FindResult>(completion, noKey());
+    m_lookup.reset(
+        new Lookup{m_settings, filmLanguage(preferredLanguage.value_or(u"en"_s)), std::move(completion)});
+    m_lookup->call = m_fetch.fetch(
+        question(m_lookup->settings, u"/find/"_s + imdbId(*number),
+                 {{u"external_source"_s, u"imdb_id"_s}, {u"language"_s, m_lookup->language}}, isFind),
+        [this](const Result<QByteArray> &body) { takeFind(body); });
 }
 
-void FilmDatabase::takeFind(const std::shared_ptr<Task> &task, const Result<QByteArray> &body,
-                            const FindCompletion &completion)
+void FilmDatabase::takeFind(const Result<QByteArray> &body)
 {
     const auto found = body ? FilmAnswers::readFind(*body) : std::nullopt;
-    if (found && found->showOfEpisode) {
-        askForShow(task, *found->showOfEpisode, completion);
-        return;
-    }
-    end(task);
-    const Result<FindResult> answer = found ? Result<FindResult>(found->result) : answerFor(body.error());
-    MainQueue::shared().async([completion, answer] { completion(answer); });
+    if (!found || !found->showOfEpisode)
+        return finishLookup(found ? Result<FindResult>(found->result) : body.error());
+    m_lookup->call = m_fetch.fetch(question(m_lookup->settings, u"/tv/%1"_s.arg(*found->showOfEpisode),
+                                            {{u"language"_s, m_lookup->language}}, isShow),
+                                   [this](const Result<QByteArray> &show) { takeShow(show); });
 }
 
-void FilmDatabase::askForShow(const std::shared_ptr<Task> &task, qint64 show,
-                              const FindCompletion &completion)
+void FilmDatabase::takeShow(const Result<QByteArray> &body)
 {
-    CachedFetch::Question asked =
-        question(task->settings, u"/tv/%1"_s.arg(show), {{u"language"_s, task->language}});
-    asked.isGood = isShow;
-    task->call =
-        m_fetch.fetch(asked, [this, weak = std::weak_ptr(task), completion](const Result<QByteArray> &body) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            end(held);
-            const Result<FindResult> answer =
-                body ? Result<FindResult>(FilmAnswers::readShow(*body).value_or(FindResult()))
-                     : answerFor(body.error());
-            MainQueue::shared().async([completion, answer] { completion(answer); });
-        });
+    finishLookup(body ? Result<FindResult>(FilmAnswers::readShow(*body).value_or(FindResult()))
+                      : body.error());
+}
+
+void FilmDatabase::finishLookup(const Result<FindResult> &answer)
+{
+    // A missing film is an answer without films, not a failure.
+    const bool isMissing = !answer && kindOf(answer.error()) == ServiceFailure::NotFound;
+    give(std::exchange(m_lookup, {})->completion, isMissing ? Result<FindResult>(FindResult()) : answer);
 }
 
 void FilmDatabase::fetchImage(const TmdbItem &item, ImageKind, const QSize &size, ImageCompletion completion)
 {
     const QString path = FilmAnswers::posterPath(item);
-    if (path.isEmpty()) {
-        MainQueue::shared().async([completion = std::move(completion)] { completion(noPosterError()); });
-        return;
-    }
-    m_waitingPictures.push_back({path, size, m_pixelRatio(), m_settings, std::move(completion)});
+    if (path.isEmpty())
+        return give<QImage>(completion, FilmAnswers::noPosterError());
+    m_pictures.push_back(
+        std::make_shared<Picture>(Picture{m_settings, path, size, m_pixelRatio(), std::move(completion)}));
     startPictures();
 }
 
 void FilmDatabase::startPictures()
 {
-    while (m_picturesUnderWay < PicturesAtOnce && !m_waitingPictures.empty()) {
-        const Picture picture = std::move(m_waitingPictures.front());
-        m_waitingPictures.pop_front();
-        ++m_picturesUnderWay;
-        askForConfiguration(picture);
+    for (std::size_t i = 0; i < std::min(m_pictures.size(), PicturesAtOnce); ++i) {
+        const std::shared_ptr<Picture> picture = m_pictures[i];
+        if (picture->call)
+            continue;
+        CachedFetch::Question asked = question(picture->settings, u"/configuration"_s, {}, isConfiguration);
+        asked.life = LongestAnswerLife;
+        picture->call = m_fetch.fetch(
+            asked, [this, weak = std::weak_ptr(picture)](const Result<QByteArray> &configuration) {
+                fetchPicture(weak.lock(), configuration);
+            });
     }
 }
 
-void FilmDatabase::askForConfiguration(const Picture &picture)
+void FilmDatabase::fetchPicture(const std::shared_ptr<Picture> &picture,
+                                const Result<QByteArray> &configuration)
 {
-    CachedFetch::Question asked = question(picture.settings, u"/configuration"_s, {});
-    asked.life = LongestAnswerLife;
-    asked.isGood = isConfiguration;
-    const std::shared_ptr<Task> task = newTask();
-    task->call =
-        m_fetch.fetch(asked, [this, weak = std::weak_ptr(task), picture](const Result<QByteArray> &body) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            FilmImages images = (body ? FilmImages::read(*body) : std::nullopt).value_or(FilmImages());
-            if (!picture.settings.imageHosts().accepts(images.base))
-                images = FilmImages();
-            fetchPicture(held, picture, images);
-        });
+    FilmImages images =
+        (configuration ? FilmImages::read(*configuration) : std::nullopt).value_or(FilmImages());
+    if (!picture->settings.imageHosts().accepts(images.base))
+        images = FilmImages();
+    const int pixels = static_cast<int>(std::ceil(picture->size.width() * picture->ratio));
+    const QUrl url = images.address(images.posterSize(pixels), picture->path);
+    picture->call = m_fetch.fetch(pictureQuestion(picture->settings, url),
+                                  [this, weak = std::weak_ptr(picture)](const Result<QByteArray> &body) {
+                                      if (body)
+                                          decode(weak.lock(), *body);
+                                      else
+                                          finishPicture(weak.lock(), body.error());
+                                  });
 }
 
-void FilmDatabase::fetchPicture(const std::shared_ptr<Task> &task, const Picture &picture,
-                                const FilmImages &images)
-{
-    const int pixels = static_cast<int>(std::ceil(picture.size.width() * picture.ratio));
-    CachedFetch::Question asked; // pictures need no key
-    asked.request.url = images.address(images.posterSize(pixels), picture.path);
-    asked.request.setHeader("Accept", "image/*");
-    asked.request.maxBytes = MaxPictureBytes;
-    asked.rules = picture.settings.imageHosts();
-    asked.key = asked.request.url.toString();
-    asked.life = PictureLife;
-    asked.longestLife = PictureLife;
-    asked.isGood = isPicture;
-    task->call =
-        m_fetch.fetch(asked, [this, weak = std::weak_ptr(task), picture](const Result<QByteArray> &body) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            if (body)
-                decode(held, picture, *body);
-            else
-                finishPicture(held, picture, body.error());
-        });
-}
-
-void FilmDatabase::decode(const std::shared_ptr<Task> &task, const Picture &picture, const QByteArray &bytes)
+void FilmDatabase::decode(const std::shared_ptr<Picture> &picture, const QByteArray &bytes)
 {
     inBackground(
         *m_worker,
-        [bytes, size = picture.size, ratio = picture.ratio] { return posterImage(bytes, size, ratio); },
-        [this, weak = std::weak_ptr(task), picture](const QImage &image) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            const base::Error error =
-                serviceError(ServiceFailure::BadAnswer, ServiceName::Films, u"the picture cannot be read"_s);
-            finishPicture(held, picture, image.isNull() ? Result<QImage>(error) : Result<QImage>(image));
+        [bytes, size = picture->size, ratio = picture->ratio] { return posterImage(bytes, size, ratio); },
+        [this, weak = std::weak_ptr(picture)](const QImage &image) {
+            if (const auto held = weak.lock())
+                finishPicture(held, image.isNull()
+                                        ? Result<QImage>(badAnswer(u"the picture cannot be read"_s))
+                                        : Result<QImage>(image));
         });
 }
 
-void FilmDatabase::finishPicture(const std::shared_ptr<Task> &task, const Picture &picture,
-                                 const Result<QImage> &image)
+void FilmDatabase::finishPicture(const std::shared_ptr<Picture> &picture, const Result<QImage> &image)
 {
-    end(task);
     if (!image)
         qCInfo(log).noquote() << "no picture:" << image.error().detail;
-    --m_picturesUnderWay;
-    MainQueue::shared().async([completion = picture.completion, image] { completion(image); });
+    give(picture->completion, image);
+    std::erase(m_pictures, picture);
     startPictures();
-}
-
-void FilmDatabase::emptyCache()
-{
-    m_worker->post([cache = m_cache] { cache.clear(); });
 }
 
 void FilmDatabase::testKey(std::function<void(Result<void>)> completion)
 {
-    const auto answerLater = [completion = std::move(completion)](const Result<void> &answer) {
-        MainQueue::shared().async([=] { completion(answer); });
-    };
-    if (!hasKey()) {
-        answerLater(noKey());
-        return;
-    }
+    if (!hasKey())
+        return give<void>(completion, noKey());
     m_test = m_queue.send(m_settings.request(u"/configuration"_s, {}), m_settings.apiHosts(),
-                          [answerLater](const HttpResult &outcome) {
+                          [completion = std::move(completion)](const HttpResult &outcome) {
                               if (!outcome)
-                                  answerLater(serviceError(outcome.error(), ServiceName::Films));
+                                  give<void>(completion, serviceError(outcome.error(), ServiceName::Films));
                               else if (!outcome->isSuccess())
-                                  answerLater(filmError(*outcome));
-                              else if (!isConfiguration(outcome->body))
-                                  answerLater(serviceError(ServiceFailure::BadAnswer, ServiceName::Films,
-                                                           u"no configuration"_s));
+                                  give<void>(completion, FilmAnswers::errorOf(*outcome));
                               else
-                                  answerLater({});
+                                  give<void>(completion, isConfiguration(outcome->body)
+                                                             ? Result<void>()
+                                                             : badAnswer(u"no configuration"_s));
                           });
 }

@@ -1,7 +1,5 @@
 #pragma once
 #include "CachedFetch.h"
-#include "FilmAnswers.h"
-#include "FilmImages.h"
 #include "FilmSettings.h"
 
 #include <model/MetadataService.h>
@@ -29,31 +27,18 @@ public:
                     ImageCompletion completion) override;
     /// Whether the server accepts the key; always asks anew.
     void testKey(std::function<void(Result<void>)> completion);
-    void emptyCache();
 
 private:
-    struct Task;
-    struct Picture
-    {
-        QString path;
-        QSize size;
-        qreal ratio = 1;
-        FilmSettings settings;
-        ImageCompletion completion;
-    };
+    struct Lookup;
+    struct Picture;
 
-    void dropLookup();
-    std::shared_ptr<Task> newTask();
-    void end(const std::shared_ptr<Task> &task);
-    void takeFind(const std::shared_ptr<Task> &task, const Result<QByteArray> &body,
-                  const FindCompletion &completion);
-    void askForShow(const std::shared_ptr<Task> &task, qint64 show, const FindCompletion &completion);
+    void takeFind(const Result<QByteArray> &body);
+    void takeShow(const Result<QByteArray> &body);
+    void finishLookup(const Result<FindResult> &answer);
     void startPictures();
-    void askForConfiguration(const Picture &picture);
-    void fetchPicture(const std::shared_ptr<Task> &task, const Picture &picture, const FilmImages &images);
-    void decode(const std::shared_ptr<Task> &task, const Picture &picture, const QByteArray &bytes);
-    void finishPicture(const std::shared_ptr<Task> &task, const Picture &picture,
-                       const Result<QImage> &image);
+    void fetchPicture(const std::shared_ptr<Picture> &picture, const Result<QByteArray> &configuration);
+    void decode(const std::shared_ptr<Picture> &picture, const QByteArray &bytes);
+    void finishPicture(const std::shared_ptr<Picture> &picture, const Result<QImage> &image);
 
     FilmSettings m_settings;
     DiskCache m_cache;
@@ -61,8 +46,7 @@ private:
     std::unique_ptr<WorkerThread> m_worker;
     CachedFetch m_fetch;
     std::function<qreal()> m_pixelRatio;
-    std::vector<std::shared_ptr<Task>> m_tasks; // under way
+    std::unique_ptr<Lookup> m_lookup;                // under way
+    std::deque<std::shared_ptr<Picture>> m_pictures; // the first ones under way, the others waiting
     HttpCall m_test;
-    std::deque<Picture> m_waitingPictures;
-    int m_picturesUnderWay = 0;
 };

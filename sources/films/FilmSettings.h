@@ -16,3 +16,7 @@ struct FilmSettings
     HttpRequest request(const QString &path, const QMap<QString, QString> &items) const;
     QString cacheKey(const QString &path, const QMap<QString, QString> &items) const;
 };
+
+/// The film database's language tag ("pt-BR") for a stored two-letter code ("pb"); "en-US" for none and for a
+/// language without a tag. Any thread.
+QString filmLanguage(const QString &twoLetterCode);

@@ -1,7 +1,4 @@
 #include <sources/films/FilmAnswers.h>
-#include <sources/films/FilmErrors.h>
-#include <sources/films/FilmImages.h>
-#include <sources/films/FilmLanguage.h>
 #include <sources/films/FilmSettings.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
@@ -20,7 +17,7 @@ private Q_SLOTS:
         HttpAnswer answer;
         answer.status = 500;
         answer.body = "{\"status_code\":11,\"status_message\":\"Internal\\u001b]0;x\\u0007\\u009b2J error\"}";
-        QCOMPARE(filmError(answer).detail, u"status 500: Internal]0;x2J error"_s);
+        QCOMPARE(FilmAnswers::errorOf(answer).detail, u"status 500: Internal]0;x2J error"_s);
     }
 
     void languagesAreTags_data()
@@ -122,10 +119,11 @@ private Q_SLOTS:
     void configurationIsRead()
     {
         const auto images = FilmImages::read(
-            R"({"images":{"base_url":"http:\/\/x.example\/","secure_base_url":"https:\/\/y.example\/p\/","poster_sizes":["w9","h7",5]}})");
+            R"({"images":{"base_url":"http:\/\/x.example\/","secure_base_url":"https:\/\/y.example\/p\/","poster_sizes":["w30","w9","h7",5]}})");
         QVERIFY(images);
         QCOMPARE(images->base, QUrl(u"https://y.example/p/"_s));
-        QCOMPARE(images->posterSizes, QStringList{u"w9"_s});
+        QCOMPARE(images->posterSize(1), u"w9"_s);
+        QCOMPARE(images->posterSize(1000), u"w30"_s);
     }
 
     void keysGoWhereTheyAreTaken()
@@ -153,43 +151,34 @@ private Q_SLOTS:
     void statusSaysTheKind_data()
     {
         QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
         QTest::addColumn<int>("kind");
-        for (const auto &[status, kind] : {std::pair(401, ServiceFailure::KeyRefused),
-                                           {403, ServiceFailure::KeyRefused},
-                                           {404, ServiceFailure::BadAnswer},
-                                           {422, ServiceFailure::BadAnswer},
-                                           {429, ServiceFailure::TooManyRequests},
-                                           {500, ServiceFailure::Unavailable},
-                                           {511, ServiceFailure::BadAnswer},
-                                           {504, ServiceFailure::Unavailable}})
-            QTest::addRow("%d", status) << status << static_cast<int>(kind);
+        const auto row = [](int status, const QByteArray &body, ServiceFailure kind) {
+            QTest::addRow("%d %s", status, body.constData()) << status << body << static_cast<int>(kind);
+        };
+        row(401, {}, ServiceFailure::KeyRefused);
+        row(403, {}, ServiceFailure::KeyRefused);
+        row(404, {}, ServiceFailure::BadAnswer);
+        row(407, {}, ServiceFailure::Proxy);
+        row(422, {}, ServiceFailure::BadAnswer);
+        row(429, {}, ServiceFailure::TooManyRequests);
+        row(500, {}, ServiceFailure::Unavailable);
+        row(511, {}, ServiceFailure::BadAnswer);
+        row(504, {}, ServiceFailure::Unavailable);
+        // The database's own answer, and pages of other servers, which say nothing of the key.
+        row(404, R"({"status_code":34,"status_message":"Not found."})", ServiceFailure::NotFound);
+        row(404, "<html><title>404</title></html>", ServiceFailure::BadAnswer);
+        row(401, "\n<html><title>Please sign in</title></html>", ServiceFailure::BadAnswer);
+        row(403, "\n<html><title>Please sign in</title></html>", ServiceFailure::BadAnswer);
     }
-    void databasesOwn404IsNothingFound()
-    {
-        HttpAnswer answer;
-        answer.status = 404;
-        answer.body = R"({"status_code":34,"status_message":"The resource could not be found."})";
-        QCOMPARE(kindOf(filmError(answer)), ServiceFailure::NotFound);
-        answer.body = "<html><title>404</title></html>";
-        QCOMPARE(kindOf(filmError(answer)), ServiceFailure::BadAnswer);
-    }
-
-    void pageOfSomebodyElseSaysNothingOfTheKey()
-    {
-        HttpAnswer answer;
-        answer.body = "\n<html><title>Please sign in</title></html>";
-        for (const int status : {401, 403}) {
-            answer.status = status;
-            QCOMPARE(kindOf(filmError(answer)), ServiceFailure::BadAnswer);
-        }
-    }
-
     void statusSaysTheKind()
     {
         QFETCH(const int, status);
+        QFETCH(const QByteArray, body);
         HttpAnswer answer;
         answer.status = status;
-        QTEST(static_cast<int>(kindOf(filmError(answer)).value()), "kind");
+        answer.body = body;
+        QTEST(static_cast<int>(kindOf(FilmAnswers::errorOf(answer)).value()), "kind");
     }
 
 private:

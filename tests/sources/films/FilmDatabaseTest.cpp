@@ -1,32 +1,27 @@
 #include "FilmFixture.h"
 
 #include <net/Redactor.h>
-#include <tests/support/TestMain.h>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
-class FilmDatabaseTest final : public QObject
+class FilmDatabaseTest final : public FilmFixture
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init() { m_fixture = std::make_unique<FilmFixture>(m_sandbox); }
-    void cleanup()
+    static qsizetype count(const FindResult &found)
     {
-        QCOMPARE(m_fixture->standIn.complaints(), QStringList());
-        m_fixture.reset();
+        return found.movieResults.size() + found.tvResults.size();
     }
 
+private Q_SLOTS:
     void filmIsFound()
     {
-        m_fixture->films->preferredLanguage = u"pb"_s;
-        const auto found = m_fixture->find(u"tt9000002"_s);
+        films->preferredLanguage = u"pb"_s;
+        const auto found = find();
         QVERIFY(!found->came());
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QCOMPARE((**found)->movieResults.size(), 1);
-        QCOMPARE((**found)->tvResults.size(), 0);
-        const ReceivedRequest request = m_fixture->standIn.main().requests().constFirst();
+        QCOMPARE(found->value().movieResults.size(), 1);
+        QCOMPARE(found->value().tvResults.size(), 0);
+        const ReceivedRequest request = requests().constFirst();
         QCOMPARE(request.target, "/3/find/tt9000002?external_source=imdb_id&language=pt-BR");
         QCOMPARE(request.header("Authorization"), "Bearer " + FilmStandIn::Token);
         QCOMPARE(request.header("Accept"), "application/json");
@@ -35,16 +30,33 @@ private Q_SLOTS:
     void idsAreNormalised_data()
     {
         QTest::addColumn<QString>("id");
-        for (const char *id :
-             {"tt9000002", "9000002", " TT09000002 ", "https://www.imdb.com/title/tt9000002/"})
+        for (const char *id : {"9000002", " TT09000002 ", "https://www.imdb.com/title/tt9000002/"})
             QTest::newRow(id) << QString::fromLatin1(id);
     }
     void idsAreNormalised()
     {
         QFETCH(const QString, id);
-        const auto found = m_fixture->find(id);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QCOMPARE((**found)->movieResults.size(), 1);
+        QCOMPARE(find(id)->value().movieResults.size(), 1);
+    }
+
+    void idsWithoutAFilmAreAnEmptyAnswer_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("asked");
+        for (const char *id : {"", "nm9000003", "tt0", "abc", "tt12345678901"})
+            QTest::newRow(id[0] == '\0' ? "(empty)" : id) << QString::fromLatin1(id) << 0;
+        QTest::newRow("unknown") << u"tt1234567"_s << 1;
+        QTest::newRow("not found") << Film << 1;
+    }
+    void idsWithoutAFilmAreAnEmptyAnswer()
+    {
+        QFETCH(const QString, id);
+        if (id == Film)
+            standIn->select(u"film-not-found"_s);
+        const auto found = find(id);
+        QVERIFY(!found->came());
+        QCOMPARE(count(found->value()), 0);
+        QTEST(int(requests().size()), "asked");
     }
 
     void keyIsTested_data()
@@ -63,119 +75,75 @@ private Q_SLOTS:
     {
         QFETCH(const QString, key);
         QFETCH(const QString, behaviour);
-        QFETCH(const int, kind);
-        m_fixture->settings.key = key;
-        m_fixture->restart();
+        settings.key = key;
+        restart();
         if (!behaviour.isEmpty())
-            m_fixture->standIn.select(behaviour);
-        Caught<void> tested;
-        m_fixture->films->testKey(tested.completion());
-        QVERIFY(!tested.came());
-        QTRY_VERIFY_WITH_TIMEOUT(tested.came(), WaitLimit);
-        QCOMPARE(*tested ? 0 : int(kindIn(tested)), kind);
-        QCOMPARE(m_fixture->standIn.requests("/3/configuration").size(), key.isEmpty() ? 0 : 1);
-    }
-
-    void testIsAskedAnewEachTime()
-    {
-        for (int time = 1; time <= 2; ++time) {
+            standIn->select(behaviour);
+        for (int time = 1; time <= 2; ++time) { // anew each time
             Caught<void> tested;
-            m_fixture->films->testKey(tested.completion());
-            QTRY_VERIFY_WITH_TIMEOUT(tested.came(), WaitLimit);
-            QCOMPARE(m_fixture->standIn.requests("/3/configuration").size(), time);
+            films->testKey(tested.completion());
+            QVERIFY(!tested.came());
+            QTEST(*tested ? 0 : int(kindIn(tested)), "kind");
+            QCOMPARE(standIn->requests("/3/configuration").size(), key.isEmpty() ? 0 : time);
         }
-    }
-
-    void invalidIdsSendNoRequest_data()
-    {
-        QTest::addColumn<QString>("id");
-        for (const char *id : {"", "nm9000003", "tt0", "abc", "tt12345678901"})
-            QTest::newRow(id[0] == '\0' ? "(empty)" : id) << QString::fromLatin1(id);
-    }
-    void invalidIdsSendNoRequest()
-    {
-        QFETCH(const QString, id);
-        const auto found = m_fixture->find(id);
-        QVERIFY(!found->came());
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY(**found);
-        QCOMPARE((**found)->movieResults.size() + (**found)->tvResults.size(), 0);
-        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
-    }
-
-    void unknownFilmIsAnEmptyAnswer()
-    {
-        const auto found = m_fixture->find(u"tt1234567"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY(**found);
-        QCOMPARE((**found)->movieResults.size(), 0);
-    }
-
-    void whatTheDatabaseDoesNotKnowIsAnEmptyAnswer()
-    {
-        m_fixture->standIn.select(u"film-not-found"_s);
-        const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY2(**found, **found ? "" : qPrintable((*found)->error().detail));
-        QCOMPARE((**found)->movieResults.size() + (**found)->tvResults.size(), 0);
-        QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
     }
 
     void newKeyIsHiddenAtOnce()
     {
-        m_fixture->settings.key = u"quite-another-key"_s;
-        m_fixture->films->setSettings(m_fixture->settings);
+        settings.key = u"quite-another-key"_s;
+        films->setSettings(settings);
         QVERIFY(!redacted(u"said quite-another-key"_s).contains(u"quite-another"_s));
+    }
+
+    void withoutAKeyNothingIsAsked()
+    {
+        settings.key.clear();
+        restart();
+        QCOMPARE(kindIn(*find()), ServiceFailure::KeyRefused);
+        QCOMPARE(requests().size(), 0);
     }
 
     void showIsFoundByItsOwnId()
     {
-        const auto found = m_fixture->find(u"tt9000001"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QCOMPARE((**found)->movieResults.size(), 0);
-        QCOMPARE((**found)->tvResults.size(), 1);
-        QCOMPARE(m_fixture->standIn.main().requests().size(), 1);
+        const FindResult found = find(u"tt9000001"_s)->value();
+        QCOMPARE(found.movieResults.size(), 0);
+        QCOMPARE(found.tvResults.size(), 1);
+        QCOMPARE(requests().size(), 1);
     }
 
     void showStandsForItsEpisode()
     {
-        const auto found = m_fixture->find(u"tt9000011"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QCOMPARE((**found)->movieResults.size(), 0);
-        QCOMPARE((**found)->tvResults.size(), 1);
-        const auto picture = m_fixture->image((**found)->tvResults[0]);
-        QTRY_VERIFY_WITH_TIMEOUT(picture->came(), WaitLimit);
-        QVERIFY(**picture);
-        QCOMPARE(m_fixture->standIn.images().requests().constFirst().target, "/t/p/w154/show.jpg");
+        const FindResult found = find(Episode)->value();
+        QCOMPARE(found.movieResults.size(), 0);
+        QCOMPARE(found.tvResults.size(), 1);
+        QVERIFY(!image(found.tvResults[0])->value().isNull());
+        QCOMPARE(imageRequests().constFirst().target, "/t/p/w154/show.jpg");
     }
 
     void questionEndsWhereItBegan()
     {
         StandIn other;
-        const QByteArray key = m_fixture->settings.key.toLatin1();
-        m_fixture->standIn.main().setObserver([&](const ReceivedRequest &, const ServedAnswer &) {
-            m_fixture->settings.base = other.filmURL();
-            m_fixture->settings.key = u"quite-another-key"_s;
-            m_fixture->films->setSettings(m_fixture->settings);
-            m_fixture->films->preferredLanguage = u"de"_s;
+        const QByteArray key = settings.key.toLatin1();
+        standIn->main().setObserver([&](const ReceivedRequest &, const ServedAnswer &) {
+            settings = {other.filmURL(), u"quite-another-key"_s};
+            films->setSettings(settings);
+            films->preferredLanguage = u"de"_s;
         });
-        const auto found = m_fixture->find(u"tt9000011"_s); // an episode: its show is asked for next
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY2(**found, **found ? "" : qPrintable((*found)->error().detail));
-        QCOMPARE((**found)->tvResults.size(), 1);
-        const QList<ReceivedRequest> requests = m_fixture->standIn.requests("/3/");
-        QCOMPARE(requests.size(), 2);
-        QCOMPARE(requests[1].header("Authorization"), "Bearer " + key);
-        QCOMPARE(requests[1].target, "/3/tv/12001?language=en-US");
+        QCOMPARE(find(Episode)->value().tvResults.size(), 1);
+        const QList<ReceivedRequest> asked = standIn->requests("/3/");
+        QCOMPARE(asked.size(), 2);
+        QCOMPARE(asked[1].header("Authorization"), "Bearer " + key);
+        QCOMPARE(asked[1].target, "/3/tv/12001?language=en-US");
         QCOMPARE(other.main().requests().size(), 0);
     }
 
     void badAnswersGiveTheirSentence_data()
     {
         QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<QString>("id");
         QTest::addColumn<int>("kind");
-        const auto row = [](const char *name, ServiceFailure kind) {
-            QTest::newRow(name) << QString::fromLatin1(name) << static_cast<int>(kind);
+        const auto row = [](const char *name, ServiceFailure kind, const QString &id = Film) {
+            QTest::newRow(name) << QString::fromLatin1(name) << id << static_cast<int>(kind);
         };
         row("film-key-refused", ServiceFailure::KeyRefused);
         row("down@find", ServiceFailure::Unavailable);
@@ -188,58 +156,34 @@ private Q_SLOTS:
         row("sign-in-page@find", ServiceFailure::BadAnswer);
         row("20-mib@find", ServiceFailure::BadAnswer);
         row("length-too-long@find", ServiceFailure::Unavailable);
+        row("html@show", ServiceFailure::BadAnswer, Episode);
     }
     void badAnswersGiveTheirSentence()
     {
         QFETCH(const QString, behaviour);
-        m_fixture->standIn.select(behaviour);
-        const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY(!**found);
+        QFETCH(const QString, id);
+        standIn->select(behaviour);
+        const auto found = find(id);
         QTEST(static_cast<int>(kindIn(*found)), "kind");
-        QVERIFY(!(*found)->error().detail.contains(QString::fromLatin1(FilmStandIn::Token)));
+        QVERIFY(!found->error().detail.contains(QString::fromLatin1(FilmStandIn::Token)));
     }
 
     void tooFastIsWaitedFor()
     {
-        m_fixture->standIn.select(u"film-too-fast"_s);
-        const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY(**found);
-        QCOMPARE(m_fixture->standIn.main().requests().size(), 2);
-    }
-
-    void showThatFailsIsAnError()
-    {
-        m_fixture->standIn.select(u"html@show"_s);
-        const auto found = m_fixture->find(u"tt9000011"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QVERIFY(!**found);
-    }
-
-    void withoutAKeyNothingIsAsked()
-    {
-        m_fixture->settings.key.clear();
-        m_fixture->restart();
-        const auto found = m_fixture->find(u"tt9000002"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(found->came(), WaitLimit);
-        QCOMPARE(kindIn(*found), ServiceFailure::KeyRefused);
-        QCOMPARE(m_fixture->standIn.main().requests().size(), 0);
+        standIn->select(u"film-too-fast"_s);
+        find()->value();
+        QCOMPARE(requests().size(), 2);
     }
 
     void databaseMayGoWhileItAsks()
     {
-        const auto found = m_fixture->find(u"tt9000002"_s);
-        const auto picture = m_fixture->image({QVariantMap{{u"poster"_s, u"/a.jpg"_s}}});
-        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->standIn.main().requests().isEmpty(), WaitLimit);
-        m_fixture->films.reset();
+        find();
+        const auto picture = imageAt("/a.jpg");
+        QTRY_VERIFY_WITH_TIMEOUT(!requests().isEmpty(), WaitLimit);
+        films.reset();
         MainQueue::shared().runUntilIdle();
         QVERIFY(!picture->came());
     }
-
-private:
-    Sandbox m_sandbox;
-    std::unique_ptr<FilmFixture> m_fixture;
 };
 
 PLOVENDIX_TEST(FilmDatabaseTest)

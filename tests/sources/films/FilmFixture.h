@@ -2,45 +2,54 @@
 #include <base/MainQueue.h>
 #include <sources/films/FilmDatabase.h>
 #include <tests/support/Sandbox.h>
+#include <tests/support/TestMain.h>
 #include <tests/support/standin/StandIn.h>
 #include <tests/support/timing/Caught.h>
 #include <tests/support/timing/ManualClock.h>
 
 #include <QDir>
-#include <QTest>
 
-/// The film database against its stand-in, on a clock that the test drives. Make one per test.
-class FilmFixture final
+/// The base of tests of the film database against its stand-in, on a clock that the test drives.
+class FilmFixture : public QObject
 {
-public:
-    static constexpr QSize PosterPoints{154, 154};
+    Q_OBJECT
 
-    explicit FilmFixture(const Sandbox &sandbox)
-        : standIn({[this] { return qint64(clock.now().count()); }, [this] { return clock.date(); }}),
-          m_folder(sandbox.path(QStringLiteral("films")))
+protected Q_SLOTS:
+    void init()
     {
-        QDir(m_folder).removeRecursively();
-        settings.base = standIn.filmURL();
-        settings.key = QString::fromLatin1(FilmStandIn::Token);
+        clock = std::make_unique<ManualClock>();
+        standIn = std::make_unique<StandIn>(
+            StandInTime{[this] { return qint64(clock->now().count()); }, [this] { return clock->date(); }});
+        QDir(folder).removeRecursively();
+        ratio = 1;
+        settings = {standIn->filmURL(), QString::fromLatin1(FilmStandIn::Token)};
         restart();
     }
-    ~FilmFixture()
+    void cleanup()
     {
         films.reset();
         MainQueue::shared().clear();
+        QCOMPARE(standIn->complaints(), QStringList());
+        standIn.reset();
     }
 
-    QString folder() const { return m_folder; }
+protected:
+    using Found = std::shared_ptr<Caught<FindResult>>;
+    using Shown = std::shared_ptr<Caught<QImage>>;
+
+    static inline const QString Film = QStringLiteral("tt9000002");
+    static inline const QString Episode = QStringLiteral("tt9000011"); // its show is asked for next
+    static constexpr QSize PosterPoints{154, 154};
 
     /// As if the program had been started anew; what is on disk stays.
     void restart()
     {
         films.reset();
-        films = std::make_unique<FilmDatabase>(clock, settings, m_folder, [this] { return ratio; });
+        films = std::make_unique<FilmDatabase>(*clock, settings, folder, [this] { return ratio; });
         films->preferredLanguage = QStringLiteral("en");
     }
 
-    std::shared_ptr<Caught<FindResult>> find(const QString &id)
+    Found find(const QString &id = Film)
     {
         auto caught = std::make_shared<Caught<FindResult>>();
         films->findExternally(id, ExternalSource::imdb, [caught](const Result<FindResult> &result) {
@@ -50,40 +59,35 @@ public:
         return caught;
     }
 
-    std::shared_ptr<Caught<QImage>> image(const TmdbItem &item)
+    Shown image(const TmdbItem &item)
     {
         auto caught = std::make_shared<Caught<QImage>>();
         films->fetchImage(item, ImageKind::Poster, PosterPoints,
                           [caught](const Result<QImage> &result) { caught->completion()(result); });
         return caught;
     }
-
-    /// The poster of a film that is found first.
-    std::shared_ptr<Caught<QImage>> posterOf(const QString &id)
+    Shown imageAt(const char *path)
     {
-        auto caught = std::make_shared<Caught<QImage>>();
-        films->findExternally(id, ExternalSource::imdb, [this, caught](const Result<FindResult> &found) {
-            QVERIFY2(found, found ? "" : qPrintable(found.error().detail));
-            films->fetchImage(found->movieResults.value(0), ImageKind::Poster, PosterPoints,
-                              [caught](const Result<QImage> &result) { caught->completion()(result); });
-        });
-        return caught;
+        return image({QVariantMap{{QStringLiteral("poster"), QString::fromLatin1(path)}}});
+    }
+    /// The poster of a film, which is found first.
+    Shown posterOf(const QString &id = Film) { return image(find(id)->value().movieResults.value(0)); }
+
+    void pass(std::chrono::seconds time) { clock->setDate(clock->date().addDuration(time)); }
+    QList<ReceivedRequest> requests() const { return standIn->main().requests(); }
+    QList<ReceivedRequest> imageRequests() const { return standIn->images().requests(); }
+
+    template <class Value>
+    static ServiceFailure kindIn(const Caught<Value> &caught)
+    {
+        return kindOf(caught.error()).value_or(static_cast<ServiceFailure>(0));
     }
 
-    void pass(std::chrono::seconds time) { clock.setDate(clock.date().addDuration(time)); }
-
-    ManualClock clock;
-    StandIn standIn;
+    const Sandbox sandbox;
+    const QString folder = sandbox.path(QStringLiteral("films"));
+    std::unique_ptr<ManualClock> clock;
+    std::unique_ptr<StandIn> standIn;
     FilmSettings settings;
     qreal ratio = 1;
     std::unique_ptr<FilmDatabase> films;
-
-private:
-    QString m_folder;
 };
-
-template <class Value>
-ServiceFailure kindIn(const Caught<Value> &caught)
-{
-    return kindOf((*caught).error()).value_or(static_cast<ServiceFailure>(0));
-}
