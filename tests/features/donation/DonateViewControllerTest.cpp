@@ -18,7 +18,7 @@ const QString LaterKey = u"askMeToDonateLater"_s;
 } // namespace
 
 /// The donation prompt in front of the main view's download, answered as a person does.
-class DonateViewControllerTest final : public QObject, private DownloadFixture
+class DonateViewControllerTest final : public DownloadTestCase
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private:
     QDateTime m_now{QDate(2026, 3, 1), QTime(12, 0), Qt::UTC};
     std::unique_ptr<DonationPrompt> m_prompt;
     std::shared_ptr<DonateViewController> m_donate;
-    int m_files = 0;
+    int m_settings = 0;
 
     static bool flag(const QString &key) { return UserDefaults::standard().boolean(key); }
     static bool isStored(const QString &key) { return UserDefaults::standard().object(key).isValid(); }
@@ -57,8 +57,8 @@ private Q_SLOTS:
     void initTestCase() { registerDonationScene(); }
     void init()
     {
-        UserDefaults::setStandardFile(m_sandbox.path(u"settings/%1.conf"_s.arg(++m_files)));
-        setUp();
+        UserDefaults::setStandardFile(m_sandbox.path(u"settings/%1.conf"_s.arg(++m_settings)));
+        DownloadTestCase::init();
         m_prompt = std::make_unique<DonationPrompt>([this] { return m_now; });
         m_view->controller->setDownloadPrompt(m_prompt.get());
     }
@@ -67,7 +67,7 @@ private Q_SLOTS:
         if (ui::Window *prompt = promptWindow())
             prompt->contentViewController()->dismissController();
         m_donate.reset();
-        tearDown();
+        DownloadTestCase::cleanup();
         m_prompt.reset();
         Bundle::main().setPreferredLocalizations({});
     }

@@ -8,81 +8,63 @@
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace
 {
-const QUrl Video(u"file:///videos/Some.Film.2019.mkv"_s);
 const QString NotFound = u"Nothing found for “Some.Film.2019.mkv” in English"_s;
 const QString GoingOn = u"Searching for “words from name”…"_s;
-
-base::Error refusal()
-{
-    return base::Error{u"Service"_s, 7, u"The service refuses."_s};
-}
 } // namespace
 
-/// What the window says of the last answer, and of a search that goes on.
-class AnswerMessageTest final : public QObject
+/// What the window says of the last answer, of a search that goes on and of the services.
+class AnswerMessageTest final : public MainViewTest
 {
     Q_OBJECT
 
 private:
-    Sandbox m_sandbox;
-    std::unique_ptr<MainViewFixture> m_view;
-
+    static void say(const ServiceStatus::Value &value) { ServiceStatus::shared().setValue(value); }
     QString headline() const { return m_view->child<QLabel>("dropHeadline")->text(); }
     QString hint() const { return m_view->child<QLabel>("dropHint")->text(); }
-    /// The line above the rows; empty while none is shown.
-    QString aboveRows() const
+    /// The text of a label; empty while it is not shown.
+    template <class LabelClass>
+    QString shown(const char *name) const
     {
-        const auto *line = m_view->child<ui::Label>("languageNotice");
-        return line->isVisible() ? line->text() : QString();
+        const auto *label = m_view->child<LabelClass>(name);
+        return label->isVisible() ? label->text() : QString();
     }
-    ui::Label *saveTarget() const { return m_view->child<ui::Label>("saveTargetLabel"); }
+    QString aboveRows() const { return shown<ui::Label>("languageNotice"); }
+    QString saveTarget() const { return shown<ui::Label>("saveTargetLabel"); }
     /// Answers the last query with a failure, and the alert.
     void failLast() const
     {
-        m_view->service->finishLast(refusal());
-        QCOMPARE(alertDuring([this] { m_view->turn(); }), u"The service refuses."_s);
+        QCOMPARE(alertDuring([this] { m_view->answer(refusal()); }), refusal().localizedDescription);
     }
-    /// Answers the last query with so many results.
-    void answerLast(int count) const
+    void answerAndSelect(int row) const
     {
-        m_view->service->finishLast(answerWith(count));
-        m_view->turn();
+        m_view->answer(2);
+        m_view->table()->selectRow(row);
+        QVERIFY(m_view->downloadButton()->isVisible());
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        ServiceStatus::shared().setValue({});
-        m_view = std::make_unique<MainViewFixture>();
-    }
-    void cleanup()
-    {
-        m_view.reset();
-        ServiceStatus::shared().setValue({});
-    }
-
     void failedSearchLeavesNothingFound()
     {
         m_view->showResults(0);
-        const QString said = headline();
         const QString advice = hint();
-        QCOMPARE(said, u"Nothing found for “anything” in English"_s);
-        m_view->controller->searchForText(u"another"_s, std::nullopt);
+        QVERIFY(!advice.isEmpty());
+        m_view->search(u"another"_s);
         failLast();
-        QCOMPARE(headline(), said);
+        QCOMPARE(headline(), u"Nothing found for “anything” in English"_s);
         QCOMPARE(hint(), advice);
     }
 
     void failedSearchLeavesTheLineAboveTheRows()
     {
-        ServiceStatus::shared().setValue({true, std::nullopt, ServiceStatus::Missing::ByBeingOffline});
+        say({true, std::nullopt, ServiceStatus::Missing::ByBeingOffline});
         m_view->showResults(2);
-        const QString said = aboveRows();
-        QCOMPARE(said, u"Offline: showing the local catalogue"_s);
-        m_view->controller->searchForText(u"another"_s, std::nullopt);
+        const QString said = u"Offline: showing the local catalogue"_s;
+        QCOMPARE(aboveRows(), said);
+        m_view->search();
         QCOMPARE(aboveRows(), said);
         failLast();
         QCOMPARE(aboveRows(), said);
@@ -92,8 +74,8 @@ private Q_SLOTS:
     void nextAnswerTakesThePlaceOfTheMessage()
     {
         m_view->showResults(0);
-        m_view->controller->searchForText(u"another"_s, std::nullopt);
-        answerLast(0);
+        m_view->search(u"another"_s);
+        m_view->answer(0);
         QCOMPARE(headline(), u"Nothing found for “another” in English"_s);
         m_view->controller->cancelQuery(nullptr);
         QCOMPARE(headline(), u"Drop a video here"_s);
@@ -102,15 +84,14 @@ private Q_SLOTS:
 
     void wordsSearchSaysThatItGoesOn()
     {
-        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->searchFile();
         QCOMPARE(headline(), u"Drop a video here"_s);
-        answerLast(0);
+        m_view->answer(0);
         QVERIFY(!m_view->controller->isSearching());
         QVERIFY(m_view->controller->isQuerying());
-        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
         QCOMPARE(headline(), GoingOn);
         QVERIFY(!hint().isEmpty());
-        answerLast(0);
+        m_view->answer(0);
         QVERIFY(!m_view->controller->isQuerying());
         QCOMPARE(headline(), u"Nothing found for “words from name” in English"_s);
     }
@@ -118,12 +99,11 @@ private Q_SLOTS:
     void wordsSearchSaysSoAboveTheEmptyListToo()
     {
         m_view->showResults(3);
-        m_view->controller->searchForFile(Video, std::nullopt);
+        m_view->searchFile();
         QCOMPARE(aboveRows(), QString());
-        answerLast(0);
-        QCOMPARE(m_view->table()->numberOfRows(), 0);
+        m_view->answer(0);
         QCOMPARE(aboveRows(), GoingOn);
-        answerLast(2);
+        m_view->answer(2);
         QCOMPARE(aboveRows(), QString());
         QCOMPARE(m_view->table()->numberOfRows(), 2);
     }
@@ -131,11 +111,10 @@ private Q_SLOTS:
     void failedWordsSearchLeavesTheAnswerOfTheHash()
     {
         m_view->showResults(3);
-        m_view->controller->searchForFile(Video, std::nullopt);
-        answerLast(0);
-        m_view->service->finishLast(refusal());
+        m_view->searchFile();
+        m_view->answer(0);
         QString behindTheAlert;
-        QVERIFY(whileAlertIsUp([this] { m_view->turn(); },
+        QVERIFY(whileAlertIsUp([this] { m_view->answer(refusal()); },
                                [&] {
                                    behindTheAlert = aboveRows();
                                    dismissAlert();
@@ -147,20 +126,20 @@ private Q_SLOTS:
 
     void failureBesideAnOpenSearchLeavesItsMessage()
     {
-        m_view->controller->searchForText(u"first"_s, std::nullopt);
-        m_view->controller->searchForFile(Video, std::nullopt);
-        answerLast(0);
+        m_view->search();
+        m_view->searchFile();
+        m_view->answer(0);
         m_view->service->finish(0, refusal());
         QVERIFY(!alertDuring([this] { m_view->turn(); }).isEmpty());
         QCOMPARE(headline(), GoingOn);
-        answerLast(0);
+        m_view->answer(0);
         QVERIFY(headline().startsWith(u"Nothing found"_s));
     }
 
     void cancelEndsEveryQuery()
     {
-        m_view->controller->searchForFile(Video, std::nullopt);
-        answerLast(0);
+        m_view->searchFile();
+        m_view->answer(0);
         const QSignalSpy changes(m_view->controller.get(), &MainViewController::isQueryingChanged);
         m_view->controller->cancelQuery(nullptr);
         QVERIFY(!m_view->controller->isQuerying());
@@ -172,54 +151,133 @@ private Q_SLOTS:
 
     void panelSaysWhichVideoASaveGoesBeside()
     {
-        m_view->controller->searchForFile(Video, std::nullopt);
-        answerLast(2);
-        m_view->table()->selectRow(0);
-        QVERIFY(saveTarget()->isVisible());
-        QCOMPARE(saveTarget()->text(), u"Saves beside “Some.Film.2019.mkv”"_s);
-        // Words that are typed and sent by Return keep the file.
-        m_view->controller->searchForText(u"other words"_s, std::nullopt);
-        answerLast(2);
-        m_view->table()->selectRow(1);
-        QVERIFY(saveTarget()->isVisible());
-        QCOMPARE(saveTarget()->text(), u"Saves beside “Some.Film.2019.mkv”"_s);
-        // The search button forgets it.
-        m_view->field()->setText(u"other words"_s);
-        m_view->controller->doSearch(nullptr);
-        answerLast(2);
-        m_view->table()->selectRow(0);
-        QVERIFY(m_view->downloadButton()->isVisible());
-        QVERIFY(!saveTarget()->isVisible());
-    }
-
-    void panelNamesNoVideoWhileARequesterWaits()
-    {
-        const ExternalRequestInfo tessaly{u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
-        m_view->controller->searchForFile(Video, tessaly);
-        answerLast(2);
-        m_view->table()->selectRow(0);
-        QCOMPARE(m_view->downloadButton()->text(), u"Send to Tessaly"_s);
-        QVERIFY(!saveTarget()->isVisible());
-        // A cancelled search forgets the requester.
-        m_view->controller->cancelQuery(nullptr);
-        m_view->controller->searchForFile(Video, std::nullopt);
-        answerLast(2);
-        m_view->table()->selectRow(0);
-        QVERIFY(saveTarget()->isVisible());
-        // A requester that comes with words takes over the file's results.
-        m_view->controller->searchForText(u"words"_s, tessaly);
-        QVERIFY(!saveTarget()->isVisible());
-    }
-
-    void panelSaysNothingOfAVideoWithoutAHash()
-    {
-        m_view->service->hash.reset();
-        m_view->controller->searchForFile(Video, std::nullopt);
+        const QString beside = u"Saves beside “Some.Film.2019.mkv”"_s;
+        m_view->searchFile();
+        answerAndSelect(0);
+        QCOMPARE(saveTarget(), beside);
+        m_view->search(); // words sent by Return keep the file
+        answerAndSelect(1);
+        QCOMPARE(saveTarget(), beside);
+        m_view->controller->searchForText(u"words"_s, tessaly()); // a requester takes its results over
+        QCOMPARE(saveTarget(), QString());
+        m_view->searchFile();
+        answerAndSelect(0);
+        QCOMPARE(saveTarget(), QString());
+        m_view->controller->cancelQuery(nullptr); // forgets the requester
+        m_view->searchFile();
+        answerAndSelect(0);
+        QCOMPARE(saveTarget(), beside);
+        m_view->controller->doSearch(nullptr); // the search button forgets the file
+        answerAndSelect(0);
+        QCOMPARE(saveTarget(), QString());
+        m_view->service->hash.reset(); // a file without a hash is not kept
+        m_view->searchFile();
         m_view->turn();
-        answerLast(1);
+        answerAndSelect(0);
+        QCOMPARE(saveTarget(), QString());
+    }
+
+    void statusChangesNotifyOnce()
+    {
+        const QSignalSpy changes(&ServiceStatus::shared(), &ServiceStatus::changed);
+        say({true, 4});
+        say({true, 4});
+        QCOMPARE(changes.count(), 1);
+    }
+
+    void panelSaysHowManyDownloadsAreLeft()
+    {
+        m_view->showResults(1);
         m_view->table()->selectRow(0);
-        QVERIFY(m_view->downloadButton()->isVisible());
-        QVERIFY(!saveTarget()->isVisible());
+        QCOMPARE(shown<ui::Label>("remainingLabel"), QString());
+        say({true, 17});
+        QCOMPARE(shown<ui::Label>("remainingLabel"), u"Downloads left: 17"_s);
+        say({true, 0});
+        QCOMPARE(shown<ui::Label>("remainingLabel"), u"Downloads left: 0"_s);
+        say({true, std::nullopt}); // another account
+        QCOMPARE(shown<ui::Label>("remainingLabel"), QString());
+        say({true, 3}); // before the view is there
+        m_view.reset();
+        m_view = std::make_unique<MainViewFixture>();
+        QCOMPARE(m_view->child<ui::Label>("remainingLabel")->text(), u"Downloads left: 3"_s);
+    }
+
+    void nothingFoundOfflineSaysWhereKeysAreOnce()
+    {
+        const auto *label = m_view->child<QLabel>("dropHint");
+        m_view->showResults(0);
+        QVERIFY(!hint().contains(offlineHint())); // it was found on the network
+        say({false, std::nullopt});
+        m_view->showResults(2);
+        QVERIFY(!hint().contains(offlineHint()));
+        QCOMPARE(label->contentsMargins(), QMargins());
+        m_view->showResults(0);
+        QCOMPARE(hint(), u"Try fewer words or another language\n"_s + offlineHint());
+        // The texts stay inside the drop area.
+        QVERIFY(label->contentsMargins().bottom() > 0);
+        for (const char *name : {"dropHeadline", "dropHint"}) {
+            const auto *text = m_view->child<QLabel>(name);
+            QTRY_VERIFY2(text->height() >= text->heightForWidth(text->width()), name);
+            QTRY_VERIFY2(text->geometry().bottom() - text->contentsMargins().bottom() <
+                             m_view->widget("dropArea")->height() - 20,
+                         name);
+        }
+        m_view->showResults(0);
+        QVERIFY(!hint().contains(offlineHint()));
+        QCOMPARE(label->contentsMargins(), QMargins());
+    }
+
+    void rowsAreSaidNotToBeAll_data()
+    {
+        using Missing = ServiceStatus::Missing;
+        QTest::addColumn<int>("missing");
+        QTest::addColumn<qint64>("leftOut");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, Missing missing, qint64 leftOut, const QString &text) {
+            QTest::newRow(name) << static_cast<int>(missing) << leftOut << text;
+        };
+        row("offline", Missing::ByBeingOffline, 0, u"Offline: showing the local catalogue"_s);
+        row("key", Missing::KeyRejected, 0,
+            u"The online service does not accept the key (see the preferences):\n"
+            "showing the local catalogue"_s);
+        row("language", Missing::ByTheLanguage, 0,
+            u"The online service has no subtitles in this language:\nshowing the local catalogue"_s);
+        row("pause", Missing::ByAPause, 0, u"Wait until 14:05.\nShowing the local catalogue"_s);
+        row("failure", Missing::ByAFailure, 0,
+            u"The online service could not be used: showing the local catalogue"_s);
+        row("left out", Missing::Nothing, 1000, u"Showing 2 of 1,002 results; more words find the others"_s);
+    }
+    void rowsAreSaidNotToBeAll()
+    {
+        QFETCH(const int, missing);
+        QFETCH(const qint64, leftOut);
+        m_view->showResults(2);
+        QCOMPARE(aboveRows(), QString());
+        say({true, {}, static_cast<ServiceStatus::Missing>(missing), u"Wait until 14:05."_s, leftOut});
+        m_view->showResults(2);
+        QTEST(aboveRows(), "text");
+        const auto *notice = m_view->child<ui::Label>("languageNotice");
+        QTRY_VERIFY(notice->height() >= notice->sizeHint().height());
+        QVERIFY(notice->width() >= notice->sizeHint().width());
+        say({}); // the next answer is whole again
+        m_view->showResults(2);
+        QCOMPARE(aboveRows(), QString());
+    }
+
+    void pauseIsSaidWhileASearchWaits()
+    {
+        ServiceStatus::Value waits;
+        waits.pause = 3s;
+        say(waits);
+        QCOMPARE(shown<QLabel>("pauseHint"), u"Too many requests, trying again in 3 s"_s);
+        say({});
+        QCOMPARE(shown<QLabel>("pauseHint"), QString());
+        m_view->showResults(2);
+        QCOMPARE(shown<ui::Label>("pauseNotice"), QString());
+        say(waits);
+        QCOMPARE(shown<ui::Label>("pauseNotice"), u"Too many requests, trying again in 3 s"_s);
+        say({});
+        QCOMPARE(shown<ui::Label>("pauseNotice"), QString());
     }
 };
 

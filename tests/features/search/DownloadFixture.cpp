@@ -1,22 +1,14 @@
 #include "DownloadFixture.h"
 
+#include <ui/controls/Label.h>
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 
 using namespace Qt::StringLiterals;
 
-ExternalRequestInfo DownloadFixture::tessaly()
-{
-    return {u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
-}
-
-base::Error DownloadFixture::refusal()
-{
-    return base::Error{u"Service"_s, 9, u"No more downloads today."_s};
-}
-
-void DownloadFixture::setUp()
+void DownloadTestCase::init()
 {
     m_workspace = FakeWorkspace::install();
     m_files = FakeFileManager::install(m_sandbox.path(u"Movies"_s));
@@ -25,23 +17,53 @@ void DownloadFixture::setUp()
         QDir().mkpath(m_sandbox.path(folder));
     }
     m_video = QUrl::fromLocalFile(m_sandbox.writeFile(u"videos/a.b.mp4"_s, "video"));
-    m_view = std::make_unique<MainViewFixture>();
-    m_sandbox.clearPrintedLines();
+    MainViewTest::init();
 }
 
-void DownloadFixture::tearDown()
+void DownloadTestCase::cleanup()
 {
-    m_view.reset();
+    MainViewTest::cleanup();
     FileManager::setDefaultManager({});
     Workspace::setSharedWorkspace({});
 }
 
-QUrl DownloadFixture::downloadedFile(const QString &name) const
+QUrl DownloadTestCase::downloadedFile(const QString &name) const
 {
     return QUrl::fromLocalFile(m_sandbox.writeFile(u"downloads/"_s + name, "subtitle"));
 }
 
-QFileDialog *DownloadFixture::sheet() const
+void DownloadTestCase::searchVideo(const std::optional<ExternalRequestInfo> &request) const
+{
+    m_view->controller->searchForFile(m_video, request);
+    auto result = std::make_shared<Subtitle>();
+    result->subFileName = u"A"_s;
+    result->subLanguageID = u"POB"_s;
+    result->subFormat = u"SRT"_s;
+    m_view->answer(answerWith({result}));
+}
+
+void DownloadTestCase::downloadFirst() const
+{
+    m_view->table()->selectRow(0);
+    QTest::mouseClick(m_view->downloadButton(), Qt::LeftButton);
+}
+
+void DownloadTestCase::finishWith(const Result<QUrl> &file) const
+{
+    m_view->service->finishDownload(m_view->service->downloadCount() - 1, file);
+    m_view->turn();
+}
+
+QUrl DownloadTestCase::downloadVideo(const std::optional<ExternalRequestInfo> &request) const
+{
+    searchVideo(request);
+    downloadFirst();
+    const QUrl file = downloadedFile();
+    finishWith(file);
+    return file;
+}
+
+QFileDialog *DownloadTestCase::sheet() const
 {
     const auto widgets = QApplication::topLevelWidgets();
     for (QWidget *widget : widgets) {
@@ -51,36 +73,33 @@ QFileDialog *DownloadFixture::sheet() const
     return nullptr;
 }
 
-void DownloadFixture::searchVideo(const std::optional<ExternalRequestInfo> &request) const
+QLineEdit *DownloadTestCase::sheetName() const
 {
-    m_view->controller->searchForFile(m_video, request);
-    auto result = std::make_shared<Subtitle>();
-    result->subFileName = u"A"_s;
-    result->subLanguageID = u"POB"_s;
-    result->subFormat = u"SRT"_s;
-    m_view->service->finishLast(answerWith({result}));
-    m_view->turn();
+    return sheet()->findChild<QLineEdit *>(u"fileNameEdit"_s);
 }
 
-void DownloadFixture::downloadFirst() const
+void DownloadTestCase::answerSheet(bool accept) const
 {
-    m_view->table()->selectRow(0);
-    QTest::mouseClick(m_view->downloadButton(), Qt::LeftButton);
-}
-
-void DownloadFixture::finishWith(const QUrl &file) const
-{
-    m_view->service->finishDownload(m_view->service->downloadCount() - 1, file);
-    m_view->turn();
-}
-
-void DownloadFixture::answerSheet(bool accept) const
-{
-    QFileDialog *dialog = sheet();
-    QVERIFY(dialog);
+    QVERIFY(sheet());
     if (accept)
-        QTest::keyClick(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
+        QTest::keyClick(sheetName(), Qt::Key_Return);
     else
-        QTest::keyClick(dialog, Qt::Key_Escape);
+        QTest::keyClick(sheet(), Qt::Key_Escape);
     m_view->turn();
+}
+
+QString DownloadTestCase::saveAndReadTheAlert() const
+{
+    return alertDuring([this] { answerSheet(true); });
+}
+
+bool DownloadTestCase::exists(const QString &path) const
+{
+    return QFile::exists(m_sandbox.path(path));
+}
+
+QString DownloadTestCase::delivered() const
+{
+    const auto *label = m_view->child<ui::Label>("deliveryLabel");
+    return label->isVisible() ? label->text() : QString();
 }

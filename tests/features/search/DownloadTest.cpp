@@ -1,151 +1,202 @@
 #include "DownloadFixture.h"
 
+#include <features/search/DownloadPrompt.h>
 #include <tests/support/TestMain.h>
 
 #include <QFileDialog>
-#include <QTimer>
 
 #include <thread>
 
 using namespace Qt::StringLiterals;
 
-class DownloadTest : public QObject, private DownloadFixture
+namespace
+{
+/// A prompt that comes up, or does not, and counts what it is told.
+struct ScriptedPrompt final : DownloadPrompt
+{
+    bool presentBeforeDownload(MainViewController &controller) override
+    {
+        ++asked;
+        presenter = &controller;
+        return comesUp;
+    }
+    void noteDelivery() override { ++deliveries; }
+
+    bool comesUp = false;
+    int asked = 0;
+    int deliveries = 0;
+    MainViewController *presenter = nullptr;
+};
+} // namespace
+
+/// The start of downloads, the prompt before them, their end and the ways they are interrupted.
+class DownloadTest final : public DownloadTestCase
 {
     Q_OBJECT
 
+private:
+    ScriptedPrompt m_prompt;
+
+    bool isDownloading() const { return m_view->controller->isDownloading(); }
+    qsizetype downloads() const { return m_view->service->downloadCount(); }
+    void clickCancel() const { QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton); }
+    void startDownloads(int count) const
+    {
+        searchVideo();
+        m_view->table()->selectRow(0);
+        for (int number = 0; number < count; ++number)
+            m_view->controller->download(nullptr);
+        QCOMPARE(downloads(), count);
+    }
+    void expectNothingMore() const
+    {
+        m_view->turn();
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!sheet());
+    }
+
 private Q_SLOTS:
-    void init() { setUp(); }
-    void cleanup() { tearDown(); }
+    void init()
+    {
+        DownloadTestCase::init();
+        m_prompt = {};
+        m_view->controller->setDownloadPrompt(&m_prompt);
+    }
 
     void nothingSelectedDownloadsNothing()
     {
+        m_view->controller->download(nullptr);
         m_view->showResults(2);
         m_view->controller->download(nullptr);
-        QCOMPARE(m_view->service->downloadCount(), 0);
-        QVERIFY(!m_view->controller->isDownloading());
+        QCOMPARE(downloads(), 0);
+        QCOMPARE(m_prompt.asked, 0);
+        QVERIFY(!isDownloading());
     }
 
-    void noResultListDownloadsNothing()
-    {
-        m_view->controller->download(nullptr);
-        QCOMPARE(m_view->service->downloadCount(), 0);
-    }
-
-    void selectedRowIsDownloadedOnce()
+    void buttonDoubleClickAndKeysDownloadTheSelectedRow()
     {
         m_view->showResults(3);
         m_view->table()->selectRow(1);
         QTest::mouseClick(m_view->downloadButton(), Qt::LeftButton);
-        QCOMPARE(m_view->service->downloadCount(), 1);
         QCOMPARE(m_view->service->downloaded(0)->subFileName, u"Film.2"_s);
-    }
-
-    void doubleClickAndReturnDownload()
-    {
-        m_view->showResults(3);
-        const QRect row = m_view->table()->visualRect(m_view->table()->model()->index(2, 0));
-        QTest::mouseClick(m_view->table()->viewport(), Qt::LeftButton, {}, row.center());
-        QTest::mouseDClick(m_view->table()->viewport(), Qt::LeftButton, {}, row.center());
-        QCOMPARE(m_view->service->downloadCount(), 1);
-        QCOMPARE(m_view->service->downloaded(0)->subFileName, u"Film.3"_s);
+        const QPoint row = m_view->table()->visualRect(m_view->table()->model()->index(2, 0)).center();
+        QTest::mouseClick(m_view->table()->viewport(), Qt::LeftButton, {}, row);
+        QTest::mouseDClick(m_view->table()->viewport(), Qt::LeftButton, {}, row);
+        QCOMPARE(downloads(), 2);
+        QCOMPARE(m_view->service->downloaded(1)->subFileName, u"Film.3"_s);
         m_view->table()->setFocus();
         m_view->press(Qt::Key_Return);
-        QCOMPARE(m_view->service->downloadCount(), 2);
         m_view->press(Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(m_view->service->downloadCount(), 3);
+        QCOMPARE(downloads(), 4);
+    }
+
+    void promptThatComesUpTakesTheDownloadOver()
+    {
+        m_prompt.comesUp = true;
+        searchVideo();
+        downloadFirst();
+        QCOMPARE(m_prompt.presenter, m_view->controller.get());
+        m_view->press(Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(m_prompt.asked, 2);
+        QCOMPARE(downloads(), 0);
+        QVERIFY(!isDownloading());
+        // The operations themselves do not prompt, nor does a download with the sheet forced.
+        m_view->controller->downloadSelectedSubtitle();
+        m_view->controller->saveSelectedSubtitleAs();
+        m_view->controller->cancelDownload(nullptr);
+        QTest::mouseClick(m_view->downloadButton(), Qt::LeftButton, Qt::AltModifier);
+        QCOMPARE(m_prompt.asked, 2);
+        QCOMPARE(downloads(), 3);
+    }
+
+    void promptCountsWhatReachedThePerson()
+    {
+        downloadVideo();
+        QCOMPARE(m_prompt.asked, 1);
+        answerSheet(false);
+        downloadFirst();
+        QCOMPARE(alertDuring([this] { finishWith(refusal()); }), refusal().localizedDescription);
+        QCOMPARE(m_prompt.deliveries, 0);
+        downloadVideo();
+        answerSheet(true);
+        QCOMPARE(m_prompt.deliveries, 1);
+        downloadVideo(tessaly());
+        QCOMPARE(m_prompt.deliveries, 2);
     }
 
     void flagIsSetUntilTheCompletionWasHandled()
     {
+        QWidget *cancel = m_view->widget("cancelDownloadButton");
         searchVideo();
+        m_view->table()->selectRow(0);
+        QVERIFY(!cancel->isVisible());
         downloadFirst();
-        QVERIFY(m_view->controller->isDownloading());
+        QVERIFY(isDownloading());
         QVERIFY(!m_view->downloadButton()->isEnabled());
+        QVERIFY(cancel->isVisible());
+        QCOMPARE(cancel->accessibleName(), u"Cancel download"_s);
         m_view->service->finishDownload(0, downloadedFile());
-        QVERIFY(m_view->controller->isDownloading()); // cleared on the main queue only
+        QVERIFY(isDownloading()); // cleared on the main queue only
         m_view->turn();
-        QVERIFY(!m_view->controller->isDownloading());
+        QVERIFY(sheet()); // which does not set it
+        QVERIFY(!isDownloading());
         QVERIFY(m_view->downloadButton()->isEnabled());
-    }
-
-    void flagIsClearedWhileTheSheetIsOpen()
-    {
-        searchVideo();
-        downloadFirst();
-        finishWith(downloadedFile());
-        QVERIFY(sheet());
-        QVERIFY(!m_view->controller->isDownloading());
+        QVERIFY(!cancel->isVisible());
     }
 
     void failureShowsTheServicesOwnErrorThenClearsTheFlag()
     {
         searchVideo();
         downloadFirst();
-        m_view->service->finishDownload(0, refusal());
+        m_sandbox.clearPrintedLines();
         bool flagDuringAlert = false;
-        QTimer look;
-        connect(&look, &QTimer::timeout, this,
-                [&] { flagDuringAlert |= m_view->controller->isDownloading(); });
-        look.start(0);
-        const QString shown = alertDuring([this] { m_view->turn(); });
-        QCOMPARE(shown, u"No more downloads today."_s);
+        QVERIFY(whileAlertIsUp([this] { finishWith(refusal()); },
+                               [&] {
+                                   flagDuringAlert = isDownloading();
+                                   dismissAlert();
+                               }));
         QVERIFY(flagDuringAlert);
-        QVERIFY(!m_view->controller->isDownloading());
-        QVERIFY(m_sandbox.printedLines().filter(u"No more"_s).isEmpty());
+        QVERIFY(!isDownloading());
+        QCOMPARE(m_sandbox.printedLines(), QStringList());
     }
 
-    void failureWithoutAWindowOnlyClearsTheFlag()
+    void withoutAWindowOnlyTheFlagIsCleared()
     {
-        searchVideo();
-        downloadFirst();
+        startDownloads(2);
         m_view->service->finishDownload(0, refusal());
+        m_view->service->finishDownload(1, downloadedFile());
         m_view->window->setContentViewController({});
         QVERIFY(alertDuring([this] { m_view->turn(); }).isEmpty());
-        QVERIFY(!m_view->controller->isDownloading());
-    }
-
-    void secondDownloadMayStartWhileOneRuns()
-    {
-        searchVideo();
-        downloadFirst();
-        m_view->table()->setFocus();
-        m_view->press(Qt::Key_Return);
-        QCOMPARE(m_view->service->downloadCount(), 2);
-        m_view->service->finishDownload(0, downloadedFile());
-        m_view->turn();
-        QVERIFY(!m_view->controller->isDownloading()); // whichever ends first clears it
-        m_view->service->finishDownload(1, refusal());
-        QCOMPARE(alertDuring([this] { m_view->turn(); }), refusal().localizedDescription);
+        QVERIFY(!sheet());
+        QVERIFY(exists(u"downloads/A.srt"_s));
+        QVERIFY(!isDownloading());
     }
 
     void cancelledDownloadIsNotDelivered()
     {
         searchVideo(tessaly());
         downloadFirst();
-        QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton);
+        clickCancel();
         QCOMPARE(m_view->service->downloadCancellations, 1);
-        QVERIFY(!m_view->controller->isDownloading());
+        QVERIFY(!isDownloading());
         QVERIFY(m_view->downloadButton()->isEnabled());
-        const QString shown = alertDuring([this] { finishWith(downloadedFile()); });
-        QVERIFY(shown.isEmpty());
+        finishWith(downloadedFile());
         QVERIFY(!sheet());
         QVERIFY(m_workspace->opened.isEmpty());
         // What was found stays, and can be downloaded again.
         downloadFirst();
-        QVERIFY(m_view->controller->isDownloading());
-        QCOMPARE(m_view->service->downloadCount(), 2);
+        QVERIFY(isDownloading());
         finishWith(downloadedFile());
         QCOMPARE(m_workspace->opened.size(), 1);
     }
 
+    /// The file is on its way to the companion application, which may take long, when the person cancels.
     void cancelDuringTheDeliverySaysNothingOfIt_data()
     {
         QTest::addColumn<bool>("isReplyTaken");
         QTest::newRow("reply taken") << true;
         QTest::newRow("reply refused") << false;
     }
-
-    /// The file is on its way to the companion application, which may take long, when the person cancels.
     void cancelDuringTheDeliverySaysNothingOfIt()
     {
         QFETCH(const bool, isReplyTaken);
@@ -154,10 +205,10 @@ private Q_SLOTS:
         downloadFirst();
         m_view->service->finishDownload(0, downloadedFile()); // its blocks wait
         QCOMPARE(m_workspace->opened.size(), 1);
-        QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton);
-        QVERIFY(!m_view->controller->isDownloading());
+        clickCancel();
+        QVERIFY(!isDownloading());
         m_view->turn();
-        QVERIFY(!m_view->widget("deliveryLabel")->isVisible());
+        QCOMPARE(delivered(), QString());
         QVERIFY(!sheet());
     }
 
@@ -166,40 +217,13 @@ private Q_SLOTS:
         searchVideo();
         downloadFirst();
         m_view->service->finishDownload(0, refusal());
-        QTest::mouseClick(m_view->widget("cancelDownloadButton"), Qt::LeftButton);
+        clickCancel();
         downloadFirst();
         QCOMPARE(alertDuring([this] { m_view->turn(); }), QString());
-        QVERIFY(m_view->controller->isDownloading());
+        QVERIFY(isDownloading());
         finishWith(downloadedFile());
-        QVERIFY(!m_view->controller->isDownloading());
+        QVERIFY(!isDownloading());
         QVERIFY(sheet());
-    }
-
-    void cancelButtonIsThereWhileADownloadRuns()
-    {
-        searchVideo();
-        m_view->table()->selectRow(0);
-        QWidget *button = m_view->widget("cancelDownloadButton");
-        QVERIFY(button);
-        QVERIFY(!button->isVisible());
-        downloadFirst();
-        QVERIFY(button->isVisible());
-        QCOMPARE(button->accessibleName(), u"Cancel download"_s);
-        finishWith(downloadedFile());
-        QVERIFY(!button->isVisible());
-    }
-
-    void completionAfterTheControllerHasGone()
-    {
-        searchVideo();
-        downloadFirst();
-        const auto answer = m_view->service->takeDownloadCompletion(0);
-        m_view->window.reset();
-        m_view->controller.reset();
-        answer(downloadedFile());
-        m_view->turn();
-        QVERIFY(!sheet());
-        m_view = std::make_unique<MainViewFixture>();
     }
 
     /// Delivery runs on the service's thread while searches change the file and the requester on the main
@@ -208,22 +232,117 @@ private Q_SLOTS:
     {
         searchVideo();
         m_view->table()->selectRow(0);
-        constexpr int Rounds = 50;
         std::vector<std::thread> workers;
-        for (int round = 0; round < Rounds; ++round) {
+        for (int round = 0; round < 50; ++round) {
             m_view->controller->download(nullptr);
             workers.emplace_back(
                 [answer = m_view->service->takeDownloadCompletion(round)] { answer(refusal()); });
             m_view->controller->searchForFile(m_video, tessaly());
-            workers.emplace_back([answer = m_view->service->takeCompletion(m_view->service->queries.size() -
-                                                                           1)] { answer(answerWith(1)); });
+            const qsizetype last = m_view->service->queries.size() - 1;
+            workers.emplace_back([answer = m_view->service->takeCompletion(last)] { answer(answerWith(1)); });
         }
         for (std::thread &worker : workers)
             worker.join();
-        const QString shown = alertDuring([this] { m_view->turn(); });
-        QCOMPARE(shown, u"No more downloads today."_s);
-        QVERIFY(!m_view->controller->isDownloading());
+        QCOMPARE(alertDuring([this] { m_view->turn(); }), refusal().localizedDescription);
+        QVERIFY(!isDownloading());
         QVERIFY(!m_view->controller->isSearching());
+    }
+
+    void windowMayCloseUnderTheAlertOfASearch()
+    {
+        m_view->search();
+        m_view->search();
+        m_view->service->finish(0, refusal());
+        m_view->service->finish(1, answerWith(3));
+        QVERIFY(whileAlertIsUp([this] { m_view->turn(); }, [this] { closeUnderAnAlert(); }));
+        expectNothingMore();
+    }
+
+    void windowMayCloseUnderTheAlertOfADownload()
+    {
+        startDownloads(2);
+        m_view->service->finishDownload(0, refusal());
+        m_view->service->finishDownload(1, downloadedFile());
+        QVERIFY(whileAlertIsUp([this] { m_view->turn(); }, [this] { closeUnderAnAlert(); }));
+        expectNothingMore();
+        QVERIFY(exists(u"downloads/A.srt"_s));
+    }
+
+    void windowMayCloseUnderTheAlertOfAMove()
+    {
+        m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+        startDownloads(2);
+        m_view->service->finishDownload(0, downloadedFile());
+        m_view->service->finishDownload(1, downloadedFile(u"B.srt"_s)); // its sheet waits for the first
+        m_view->turn();
+        QVERIFY(whileAlertIsUp([this] { answerSheet(true); }, [this] { closeUnderAnAlert(); }));
+        expectNothingMore();
+        QVERIFY(exists(u"downloads/A.srt"_s));
+    }
+
+    void windowMayCloseUnderASheetThatAnotherWaitsFor()
+    {
+        startDownloads(2);
+        m_view->service->finishDownload(0, downloadedFile());
+        m_view->service->finishDownload(1, downloadedFile(u"B.srt"_s));
+        m_view->turn();
+        QVERIFY(sheet());
+        close();
+        expectNothingMore();
+        QVERIFY(exists(u"downloads/A.srt"_s));
+        QVERIFY(exists(u"downloads/B.srt"_s));
+    }
+
+    void windowMayCloseWhileADownloadRuns()
+    {
+        startDownloads(2);
+        const auto failing = m_view->service->takeDownloadCompletion(0);
+        const auto ending = m_view->service->takeDownloadCompletion(1);
+        close();
+        failing(refusal());
+        ending(downloadedFile());
+        expectNothingMore();
+    }
+
+    void downloadThatEndsUnderAnAlertWaitsForIt()
+    {
+        startDownloads(2);
+        bool sheetDuringAlert = true;
+        m_view->service->finishDownload(0, refusal());
+        const bool seen = whileAlertIsUp([this] { m_view->turn(); },
+                                         [&] {
+                                             m_view->service->finishDownload(1, downloadedFile());
+                                             m_view->turn(); // nothing runs while the alert's block does
+                                             sheetDuringAlert = sheet() != nullptr;
+                                             dismissAlert();
+                                         });
+        QVERIFY(seen);
+        QVERIFY(!sheetDuringAlert);
+        QTRY_VERIFY(sheet());
+        QVERIFY(!isDownloading()); // the first to end has cleared it
+    }
+
+    void searchAndFailureUnderASheetLeaveTheSheet()
+    {
+        startDownloads(2);
+        m_view->search();
+        m_view->service->finishDownload(0, downloadedFile());
+        m_view->turn();
+        QVERIFY(sheet());
+        m_view->answer(5);
+        QCOMPARE(m_view->title(), u"Plovendix (5 subtitles found)"_s);
+        QCOMPARE(alertDuring([this] { finishWith(refusal()); }), refusal().localizedDescription);
+        QVERIFY(sheet());
+        answerSheet(true); // the file and the name are those of when the download ended
+        QVERIFY(exists(u"videos/a.b.pob.srt"_s));
+    }
+
+private:
+    /// The controller lives on until its alert returns.
+    void closeUnderAnAlert()
+    {
+        m_view->window.reset();
+        m_view->controller.reset();
     }
 };
 

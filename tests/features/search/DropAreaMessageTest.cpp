@@ -6,61 +6,73 @@
 
 using namespace Qt::StringLiterals;
 
-class DropAreaMessageTest : public QObject
+class DropAreaMessageTest final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void invitesWhenIdle()
-    {
-        QCOMPARE(dropPrompt().headline, u"Drop a video here"_s);
-        QCOMPARE(dropPrompt().hint, u"or type a title above"_s);
-    }
-
-    void namesTheCompanions_data()
+    void promptNamesTheCompanions_data()
     {
         QTest::addColumn<QStringList>("companions");
         QTest::addColumn<QString>("hint");
+        QTest::newRow("none") << QStringList() << u"or type a title above"_s;
         QTest::newRow("one") << QStringList{u"Glimmet"_s} << u"or type a title above\nWorks with Glimmet"_s;
         QTest::newRow("two") << QStringList{u"Tessaly"_s, u"Glimmet"_s}
                              << u"or type a title above\nWorks with Tessaly and Glimmet"_s;
         QTest::newRow("all") << QStringList{u"Tessaly"_s, u"Verbrook"_s, u"Glimmet"_s}
                              << u"or type a title above\nWorks with Tessaly, Verbrook and Glimmet"_s;
     }
-    void namesTheCompanions()
+    void promptNamesTheCompanions()
     {
         QFETCH(QStringList, companions);
         QFETCH(QString, hint);
+        QCOMPARE(dropPrompt(companions).headline, u"Drop a video here"_s);
         QCOMPARE(dropPrompt(companions).hint, hint);
     }
 
-    void saysWhatWasNotFoundAndInWhichLanguage_data()
+    void nothingFoundNamesTextAndLanguage_data()
     {
+        QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("sent");
         QTest::addColumn<QString>("headline");
-        QTest::newRow("German") << u"de"_s << u"ger"_s << u"Nothing found for “film” in German"_s;
-        QTest::newRow("nothing stored") << QString() << u"eng"_s << u"Nothing found for “film” in English"_s;
-        QTest::newRow("Brazilian") << u"pb"_s << u"pob"_s
-                                   << u"Nothing found for “film” in Portuguese (Brazil)"_s;
+        QTest::addColumn<QString>("hint");
+        const QString advice = u"Try fewer words or another language"_s;
+        const auto row = [&](const char *name, const QString &text, const QString &code, const QString &sent,
+                             const QString &headline, const QString &hint) {
+            QTest::newRow(name) << text << code << sent << headline << hint;
+        };
+        row("German", u"film"_s, u"de"_s, u"ger"_s, u"Nothing found for “film” in German"_s, advice);
+        row("English", u"film"_s, u"en"_s, u"eng"_s, u"Nothing found for “film” in English"_s, advice);
+        row("nothing stored", u"film"_s, {}, u"eng"_s, u"Nothing found for “film” in English"_s, advice);
+        row("Brazilian", u"film"_s, u"pb"_s, u"pob"_s, u"Nothing found for “film” in Portuguese (Brazil)"_s,
+            advice);
+        row("unknown", u"film"_s, u"qqq"_s, u"eng"_s, u"Nothing found for “film” in English"_s,
+            u"The services do not know the language “qqq”; English was searched"_s);
+        row("text like a format", u"%2$@ %1$@"_s, u"en"_s, u"eng"_s,
+            u"Nothing found for “%2$@ %1$@” in English"_s, advice);
+        row("long text", QString(1000, u'x'), u"en"_s, u"eng"_s,
+            u"Nothing found for “"_s + QString(59, u'x') + u"…” in English"_s, advice);
     }
-    void saysWhatWasNotFoundAndInWhichLanguage()
+    void nothingFoundNamesTextAndLanguage()
     {
+        QFETCH(QString, text);
         QFETCH(QString, code);
         QFETCH(QString, sent);
-        QFETCH(QString, headline);
-        const DropAreaMessage message = nothingFound(u"film"_s, {code, sent});
-        QCOMPARE(message.headline, headline);
-        QVERIFY(!message.hint.isEmpty());
+        const DropAreaMessage message = nothingFound(text, {code, sent});
+        QTEST(message.headline, "headline");
+        QTEST(message.hint, "hint");
+        QCOMPARE(languageNotice({code, sent}).isEmpty(), code != u"qqq"_s);
     }
 
-    void unknownLanguageIsSaid()
+    void textIsShortenedBetweenCharacters()
     {
-        const DropAreaMessage message = nothingFound(u"film"_s, {u"qqq"_s, u"eng"_s});
-        QCOMPARE(message.headline, u"Nothing found for “film” in English"_s);
-        QCOMPARE(message.hint, u"The services do not know the language “qqq”; English was searched"_s);
-        QVERIFY(languageNotice({u"de"_s, u"ger"_s}).isEmpty());
-        QVERIFY(languageNotice({u"en"_s, u"eng"_s}).isEmpty());
+        // Of two units each, so that one way or the other the limit falls within one.
+        const QString clapper = QString::fromUcs4(U"\U0001F3AC").repeated(100);
+        for (const QString &text : {clapper, u'x' + clapper}) {
+            const QString headline = nothingFound(text, {u"en"_s, u"eng"_s}).headline;
+            QCOMPARE(QString::fromUtf8(headline.toUtf8()), headline);
+        }
     }
 
     void wordsSearchNamesTheWords()
@@ -74,29 +86,6 @@ private Q_SLOTS:
     {
         QVERIFY(offlineHint().contains(u"offline catalogue"_s));
         QVERIFY(offlineHint().contains(u"Services"_s));
-    }
-
-    void longTextIsShortened()
-    {
-        const DropAreaMessage message = nothingFound(QString(1000, u'x'), {u"en"_s, u"eng"_s});
-        QVERIFY(message.headline.size() < 120);
-        QVERIFY(message.headline.contains(u"…"_s));
-    }
-
-    void textIsShortenedBetweenCharacters()
-    {
-        // Of two units each, so that one way or the other the limit falls within one.
-        const QString clapper = QString::fromUcs4(U"\U0001F3AC").repeated(100);
-        for (const QString &text : {clapper, u'x' + clapper}) {
-            const QString headline = nothingFound(text, {u"en"_s, u"eng"_s}).headline;
-            QCOMPARE(QString::fromUtf8(headline.toUtf8()), headline);
-        }
-    }
-
-    void searchTextIsNeverAFormat()
-    {
-        const DropAreaMessage message = nothingFound(u"%2$@ %1$@"_s, {u"en"_s, u"eng"_s});
-        QCOMPARE(message.headline, u"Nothing found for “%2$@ %1$@” in English"_s);
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "MainViewFixture.h"
 
+#include <model/ServiceStatus.h>
 #include <ui/views/Animator.h>
 
 #include <QApplication>
@@ -44,16 +45,66 @@ void MainViewFixture::advance(std::chrono::milliseconds duration) const
     turn();
 }
 
+void MainViewFixture::searchFile(const std::optional<ExternalRequestInfo> &request) const
+{
+    controller->searchForFile(video, request);
+}
+
+void MainViewFixture::search(const QString &text) const
+{
+    controller->searchForText(text, std::nullopt);
+}
+
+void MainViewFixture::answer(const Result<QueryResult> &result) const
+{
+    service->finishLast(result);
+    turn();
+}
+
 void MainViewFixture::showResults(int count) const
 {
-    controller->searchForText(u"anything"_s, std::nullopt);
-    service->finishLast(answerWith(count));
-    turn();
+    search();
+    answer(count);
 }
 
 void MainViewFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
 {
     QTest::keyClick(window->windowHandle(), key, modifiers);
+}
+
+ExternalRequestInfo MainViewTest::tessaly()
+{
+    return {u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
+}
+
+base::Error MainViewTest::refusal()
+{
+    return base::Error{u"Service"_s, 7, u"The service refuses."_s};
+}
+
+void MainViewTest::setLanguage(const QString &code)
+{
+    UserDefaults::standard().setObject(u"languageCode"_s, code);
+}
+
+void MainViewTest::close()
+{
+    m_view->window.reset();
+    const std::weak_ptr<MainViewController> gone = std::exchange(m_view->controller, nullptr);
+    QVERIFY(gone.expired());
+}
+
+void MainViewTest::init()
+{
+    ServiceStatus::shared().setValue({});
+    m_view = std::make_unique<MainViewFixture>();
+    m_sandbox.clearPrintedLines();
+}
+
+void MainViewTest::cleanup()
+{
+    m_view.reset();
+    ServiceStatus::shared().setValue({});
 }
 
 bool whileAlertIsUp(const std::function<void()> &act, const std::function<void()> &meanwhile)

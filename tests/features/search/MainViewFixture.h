@@ -34,15 +34,43 @@ struct MainViewFixture
     /// Runs what is queued on the main queue now.
     void turn() const { MainQueue::shared().runUntilIdle(); }
     void advance(std::chrono::milliseconds duration) const;
+    /// Searches for `video` or by words.
+    void searchFile(const std::optional<ExternalRequestInfo> &request = {}) const;
+    void search(const QString &text = QStringLiteral("anything")) const;
+    /// Answers the last query and runs what follows.
+    void answer(const Result<QueryResult> &result) const;
+    void answer(int count) const { answer(answerWith(count)); }
     /// Searches by words and answers with that many results.
     void showResults(int count) const;
     /// Presses and releases a key in the window as the window system would.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
 
+    const QUrl video{QStringLiteral("file:///videos/Some.Film.2019.mkv")};
     std::shared_ptr<ScriptedSubtitleService> service;
     std::shared_ptr<ScriptedMetadataService> metadata;
     std::unique_ptr<ui::Window> window;
     std::shared_ptr<MainViewController> controller;
+};
+
+/// A test of the main view: a new one for each function, and no lines printed before.
+class MainViewTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    static ExternalRequestInfo tessaly();
+    static base::Error refusal();
+    /// Stores the person's language.
+    static void setLanguage(const QString &code);
+    /// Lets window and controller go, as the program does when its window was closed.
+    void close();
+
+    Sandbox m_sandbox;
+    std::unique_ptr<MainViewFixture> m_view;
+
+protected Q_SLOTS:
+    void init();
+    void cleanup();
 };
 
 /// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up.

@@ -1,23 +1,22 @@
 #include "MainViewFixture.h"
 
+#include <base/Bundle.h>
 #include <features/search/SubtitleCellView.h>
+#include <model/LocaleUtilities.h>
+#include <tests/support/FakeWorkspace.h>
 #include <tests/support/TestMain.h>
-#include <ui/controls/BottomPanelView.h>
 #include <ui/controls/Label.h>
-#include <ui/views/Animator.h>
 #include <ui/views/ImageView.h>
-#include <ui/views/LayoutConstraint.h>
 
 #include <QAccessible>
-#include <QScrollBar>
-
-#include <utility>
+#include <QDir>
+#include <QMetaProperty>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Has something happen at the very moment the table asks for the number of rows.
+/// Has something happen while the table counts its rows.
 class InterruptedController final : public MainViewController
 {
 public:
@@ -32,55 +31,98 @@ public:
 };
 } // namespace
 
-class ResultsTest : public QObject
+/// The list of results, its cells, and the lists for bindings.
+class ResultsTest final : public MainViewTest
 {
     Q_OBJECT
 
+private:
+    QString label(const char *name) const { return m_view->child<ui::Label>(name)->text(); }
+    SubtitleCellView *cell(int row) const
+    {
+        return qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(row));
+    }
+    void showFormat(const QString &format) const
+    {
+        m_view->search();
+        m_view->answer(answerWith(someSubtitles(1, format)));
+    }
+
 private Q_SLOTS:
-    void init()
-    {
-        m_view = std::make_unique<MainViewFixture>();
-        m_sandbox.clearPrintedLines();
-    }
-    void cleanup() { m_view.reset(); }
-
-    void absentAndEmptyListsHaveNoRows()
+    void absentListHasNoRows()
     {
         QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
-        m_view->showResults(0);
-        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
-        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+        QVERIFY(!cell(0));
+        QCOMPARE(m_view->controller->tableViewAccessibleTextForRow(0), QString());
     }
 
-    void cellShowsNameDetailsAndIcon()
+    void cellShowsNameAndDetails()
     {
         m_view->showResults(2);
-        auto *cell = qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(1));
-        QVERIFY(cell);
-        QCOMPARE(cell->titleTextField->text(), u"Film.2"_s);
-        QCOMPARE(cell->subtitleTextField->text(), u"Film"_s);
-        QVERIFY(cell->imageView()->image());
-        QVERIFY(*cell->imageView()->image() == *ui::Image::named(u"SRT"_s));
-        QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
+        QCOMPARE(cell(1)->titleTextField->text(), u"Film.2"_s);
+        QCOMPARE(cell(1)->subtitleTextField->text(), u"Film"_s);
+        QVERIFY(!cell(1)->posterImageView); // takes part in the layout only
     }
 
-    void unknownFormatShowsTheUnknownIcon()
+    void iconIsNamedByTheFormatInCapitals_data()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(answerWith(someSubtitles(1, u"odd"_s)));
-        m_view->turn();
-        TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-        QVERIFY(*cell->imageView()->image() == *ui::Image::named(u"UNKNOWN"_s));
-        QCOMPARE(cell->imageView()->image()->size(), QSizeF(64, 64));
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QString>("icon");
+        QTest::newRow("small") << u"srt"_s << u"SRT"_s;
+        QTest::newRow("mixed") << u"Ass"_s << u"ASS"_s;
+        QTest::newRow("unknown") << u"odd"_s << u"UNKNOWN"_s;
+        QTest::newRow("a path") << u"../icons/srt"_s << u"UNKNOWN"_s;
+    }
+    void iconIsNamedByTheFormatInCapitals()
+    {
+        QFETCH(QString, format);
+        QFETCH(QString, icon);
+        showFormat(format);
+        const auto image = cell(0)->imageView()->image();
+        QVERIFY(*image == *ui::Image::named(icon));
+        QCOMPARE(image->size(), QSizeF(64, 64));
     }
 
-    void formatIsNoPath()
+    void iconIsShownInItsOneSize()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(answerWith(someSubtitles(1, u"../icons/srt"_s)));
-        m_view->turn();
-        TableCellView *cell = m_view->controller->tableViewViewForRow(0);
-        QVERIFY(*cell->imageView()->image() == *ui::Image::named(u"UNKNOWN"_s));
+        showFormat(u"odd"_s);
+        const QString whole = Bundle::main().folder();
+        for (const QString &name : {u"ODD"_s, u"UNKNOWN"_s}) {
+            m_sandbox.writeFile(name + u"/icons/"_s + name + u".svg"_s,
+                                "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"20\"/>");
+            Bundle::setMainFolder(m_sandbox.path(name));
+            const auto icon = cell(0)->imageView()->image();
+            Bundle::setMainFolder(whole);
+            QVERIFY(icon);
+            QCOMPARE(icon->size(), QSizeF(64, 64));
+        }
+    }
+
+    void missingUnknownIconStopsTheProgram()
+    {
+        showFormat(u"odd"_s);
+        const QString whole = Bundle::main().folder();
+        QVERIFY(QDir().mkpath(m_sandbox.path(u"bundle/icons"_s)));
+        Bundle::setMainFolder(m_sandbox.path(u"bundle"_s));
+        QString fault;
+        {
+            const FatalFaultTrap trap;
+            try {
+                cell(0);
+            } catch (const FatalFaultCaught &caught) {
+                fault = caught.message;
+            }
+        }
+        Bundle::setMainFolder(whole);
+        QVERIFY2(fault.contains(u"UNKNOWN"_s), qUtf8Printable(fault));
+    }
+
+    void thereIsNoCellWhereTheLayoutHasNone()
+    {
+        m_view->table()->setCellStoryboard(QString());
+        m_view->showResults(2);
+        QVERIFY(!cell(0));
+        QVERIFY(!m_view->window->grab().isNull()); // an empty row is drawn all the same
     }
 
     void rowsAreReadByTheirNames()
@@ -91,127 +133,42 @@ private Q_SLOTS:
         QCOMPARE(list->child(0)->text(QAccessible::Name), u"Film.1, Film"_s);
     }
 
-    void selectionFillsAndShowsThePanel()
+    void oddTextsAreShownAsTheyAre()
+    {
+        const QString odd = u"<b>two\nlines</b> \u202Evkm %1 %@ &amp;"_s;
+        auto subtitle = std::make_shared<Subtitle>();
+        subtitle->subFileName = odd;
+        subtitle->languageName = odd;
+        m_view->search();
+        m_view->answer(answerWith({subtitle, std::make_shared<Subtitle>()}));
+        QCOMPARE(cell(0)->titleTextField->text(), odd);
+        QCOMPARE(m_view->controller->tableViewAccessibleTextForRow(0), odd); // no details, no comma
+        m_view->table()->selectRow(0);
+        QCOMPARE(label("detailFileLabel"), odd);
+        QCOMPARE(label("detailLanguageLabel"), odd);
+        QVERIFY(!m_view->window->grab().isNull());
+    }
+
+    void reloadKeepsTheSelectedRowWhereItExists()
     {
         m_view->showResults(3);
-        select(1);
-        QCOMPARE(label("detailFileLabel"), u"Film.2"_s);
-        QCOMPARE(label("detailTitleLabel"), u"Film"_s);
-        QCOMPARE(label("detailLanguageLabel"), u"English"_s);
-        QCOMPARE(constraint()->constant(), 0.0);
-        QCOMPARE(scrollView()->contentsMargins(), QMargins(0, 80, 0, 168));
-    }
-
-    void selectionWithThePanelShownDoesNotMoveIt()
-    {
-        m_view->showResults(3);
-        select(0);
-        int movements = 0;
-        connect(constraint(), &LayoutConstraint::constantChanged, this, [&] { ++movements; });
-        select(2);
-        QCOMPARE(label("detailFileLabel"), u"Film.3"_s);
-        QCOMPARE(movements, 0);
-        QCOMPARE(constraint()->constant(), 0.0);
-    }
-
-    void deselectionHidesThePanel()
-    {
-        m_view->showResults(3);
-        select(0);
-        m_view->table()->deselectAll();
-        QCOMPARE(constraint()->constant(), -168.0);
-        QCOMPARE(scrollView()->contentsMargins(), QMargins(0, 80, 0, 0));
-    }
-
-    void panelStartsHiddenWithInsets()
-    {
-        QCOMPARE(constraint()->constant(), -168.0);
-        QCOMPARE(scrollView()->contentsMargins(), QMargins(0, 80, 0, 0));
-    }
-
-    void panelIsInPlaceWhenTheViewLoads()
-    {
-        Animator::setReducedMotion(false);
-        const auto controller = ViewController::make<MainViewController>();
-        const auto *bottom = static_cast<BottomPanelView *>(controller->view())->bottomConstraint();
-        QCOMPARE(bottom->constant(), -168.0);
-        QCOMPARE(bottom->presentedConstant(), -168.0);
-    }
-
-    void insetsChangeBeforeThePanelMoves()
-    {
-        Animator::setReducedMotion(false);
-        m_view->showResults(3);
-        QMargins insetsAtFirstMovement;
-        connect(constraint(), &LayoutConstraint::presentedConstantChanged, this, [&] {
-            if (insetsAtFirstMovement.isNull())
-                insetsAtFirstMovement = scrollView()->contentsMargins();
-        });
-        select(0);
-        QCOMPARE(scrollView()->contentsMargins(), QMargins(0, 80, 0, 168));
-        QVERIFY(constraint()->presentedConstant() < 0);
-        QTRY_COMPARE(constraint()->presentedConstant(), 0.0);
-        QCOMPARE(insetsAtFirstMovement, QMargins(0, 80, 0, 168));
-    }
-
-    void shownPanelScrollsToTheSelectedRowWhenAnimated()
-    {
-        m_view->showResults(50);
-        QScrollBar *bar = m_view->table()->verticalScrollBar();
-        select(30);
-        bar->setValue(0);
-        QCOMPARE(bar->value(), 0);
-        QTRY_VERIFY((m_view->turn(), bar->value() > 0));
-        const QRect row = m_view->table()->visualRect(m_view->table()->model()->index(30, 0));
-        QVERIFY(m_view->table()->viewport()->rect().contains(row));
-    }
-
-    void shownPanelDoesNotScrollWithoutAnimation()
-    {
-        m_view->showResults(50);
-        QScrollBar *bar = m_view->table()->verticalScrollBar();
-        {
-            const QSignalBlocker quiet(m_view->table()->selectionModel());
-            select(30);
-        }
-        bar->setValue(0);
-        m_view->controller->updateUIState(false);
-        QCOMPARE(constraint()->constant(), 0.0);
-        m_view->turn();
-        QCOMPARE(bar->value(), 0);
-    }
-
-    void emptyResultsDropTheSelection()
-    {
-        m_view->showResults(3);
-        select(2);
-        m_view->showResults(1);
-        QCOMPARE(m_view->table()->selectedRow(), -1);
-        QCOMPARE(constraint()->constant(), -168.0);
-    }
-
-    void reloadKeepsTheSelectedRow()
-    {
-        m_view->showResults(3);
-        select(1);
-        m_view->controller->searchForText(u"another"_s, std::nullopt);
-        m_view->service->finishLast(answerWith(someSubtitles(3).mid(1)));
-        m_view->turn();
+        m_view->table()->selectRow(1);
+        m_view->search();
+        m_view->answer(answerWith(someSubtitles(3).mid(1)));
         QCOMPARE(m_view->table()->selectedRow(), 1);
         QCOMPARE(label("detailFileLabel"), u"Film.3"_s); // what stands in that row now
-        QCOMPARE(constraint()->constant(), 0.0);
+        m_view->showResults(1);
+        QCOMPARE(m_view->table()->selectedRow(), -1);
     }
 
     void storedListDoesNotChangeTheRowsShown()
     {
         m_view->showResults(5);
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->search();
         m_view->service->finishLast(answerWith(1));
         QCOMPARE(m_view->table()->numberOfRows(), 5);
-        QCOMPARE(qobject_cast<SubtitleCellView *>(m_view->controller->tableViewViewForRow(4))
-                     ->titleTextField->text(),
-                 u"Film.5"_s);
-        select(4); // fills the panel from the rows shown
+        QCOMPARE(cell(4)->titleTextField->text(), u"Film.5"_s);
+        m_view->table()->selectRow(4); // fills the panel from the rows shown
         QCOMPARE(label("detailFileLabel"), u"Film.5"_s);
     }
 
@@ -234,46 +191,31 @@ private Q_SLOTS:
         QCOMPARE(m_view->table()->numberOfRows(), 5);
     }
 
-    void selectionOverAnEmptyListIsOnlyPrinted()
+    void selectionOverAListThatIsGoneFillsNothing_data()
     {
-        m_view->showResults(3);
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(answerWith(0)); // stored, not shown yet
-        m_sandbox.clearPrintedLines();
-        select(1);
-        QCOMPARE(m_sandbox.printedLines(), QStringList{u"This doesn't work"_s});
-        QVERIFY(label("detailFileLabel") != u"Film.2"_s);
+        QTest::addColumn<bool>("isEmpty");
+        QTest::addColumn<QStringList>("printed");
+        QTest::newRow("empty") << true << QStringList{u"This doesn't work"_s};
+        QTest::newRow("absent") << false << QStringList();
     }
-
-    void selectionOverAnAbsentListIsPassedOver()
+    void selectionOverAListThatIsGoneFillsNothing()
     {
+        QFETCH(bool, isEmpty);
+        QFETCH(QStringList, printed);
         m_view->showResults(3);
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(QueryResult{}); // stored, not shown yet
+        m_view->search();
+        m_view->service->finishLast(isEmpty ? answerWith(0) : QueryResult{}); // stored, not shown yet
         m_sandbox.clearPrintedLines();
-        select(1);
-        QCOMPARE(m_sandbox.printedLines(), QStringList());
+        m_view->table()->selectRow(1);
+        QCOMPARE(m_sandbox.printedLines(), printed);
         QVERIFY(label("detailFileLabel") != u"Film.2"_s);
         m_view->controller->downloadSelectedSubtitle();
-        QCOMPARE(m_view->service->downloadCount(), 0);
-    }
-
-    void absentListTakesASelectedRowAway()
-    {
-        m_view->showResults(3);
-        select(1);
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(QueryResult{});
-        m_sandbox.clearPrintedLines();
-        m_view->controller->updateUIState(false); // a row is selected still, and fills nothing
-        m_view->controller->downloadSelectedSubtitle();
-        QCOMPARE(m_sandbox.printedLines(), QStringList());
-        QCOMPARE(m_view->service->downloadCount(), 0);
+        QCOMPARE(m_view->service->downloadCount(), isEmpty ? 1 : 0);
+        m_view->controller->updateUIState(false);
         QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
         m_view->turn();
         QCOMPARE(m_view->table()->numberOfRows(), 0);
         QCOMPARE(m_view->table()->selectedRow(), -1);
-        QCOMPARE(constraint()->constant(), -168.0);
         QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
     }
 
@@ -285,51 +227,43 @@ private Q_SLOTS:
         QCOMPARE(m_sandbox.printedLines(), QStringList{u"No subtitles available"_s});
     }
 
-    void panelThatIsShownIsLeftAlone()
-    {
-        m_view->showResults(50);
-        select(0);
-        m_view->turn();
-        QScrollBar *bar = m_view->table()->verticalScrollBar();
-        scrollView()->setContentsMargins({0, 80, 0, 100});
-        select(1);
-        bar->setValue(bar->maximum());
-        m_view->turn(); // nothing moved, so nothing scrolls
-        QCOMPARE(bar->value(), bar->maximum());
-        QCOMPARE(scrollView()->contentsMargins(), QMargins(0, 80, 0, 100));
-    }
-
-    void panelThatIsHiddenIsLeftAlone()
-    {
-        m_view->showResults(3);
-        scrollView()->setContentsMargins({0, 80, 0, 100});
-        m_view->controller->updateUIState(true);
-        QCOMPARE(scrollView()->contentsMargins(), QMargins(0, 80, 0, 100));
-        QCOMPARE(constraint()->constant(), -168.0);
-    }
-
     void hundredThousandRowsAreShown()
     {
         constexpr int Rows = 100'000;
         m_view->showResults(Rows);
         QCOMPARE(m_view->table()->numberOfRows(), Rows);
-        select(Rows - 1);
+        m_view->table()->selectRow(Rows - 1);
         m_view->table()->scrollRowToVisible(Rows - 1);
         QVERIFY(!m_view->window->grab().isNull());
         QCOMPARE(label("detailFileLabel"), u"Film.100000"_s);
     }
 
-private:
-    QWidget *scrollView() const { return m_view->widget("scrollView"); }
-    LayoutConstraint *constraint() const
+    void languagesAreThoseOfTheControllersConstruction()
     {
-        return static_cast<BottomPanelView *>(m_view->controller->view())->bottomConstraint();
+        const auto controller = ViewController::make<MainViewController>();
+        const QList<Language> languages = LocaleUtilities::shared().languages();
+        QCOMPARE(controller->property("languagesArray").value<QList<Language>>(), languages);
+        qputenv("LC_ALL", "de_DE.UTF-8");
+        const auto later = controller->property("languagesArray").value<QList<Language>>();
+        qputenv("LC_ALL", "en_US.UTF-8");
+        QCOMPARE(later.first().name(), u"English"_s);
     }
-    QString label(const char *name) const { return m_view->child<ui::Label>(name)->text(); }
-    void select(int row) const { m_view->table()->selectRow(row); }
 
-    Sandbox m_sandbox;
-    std::unique_ptr<MainViewFixture> m_view;
+    void companionsAreReadAnewEachTime()
+    {
+        const auto desktop = FakeWorkspace::install();
+        QStringList names;
+        for (const QString &app : {u"Verbrook"_s, u"Glimmet"_s}) {
+            desktop->installed = QStringList{u"com.quorvane."_s + app};
+            const QVariant apps = m_view->controller->property("quorvaneAppsArray");
+            names += apps.value<QList<ExternalAppInfo>>().first().name;
+        }
+        Workspace::setSharedWorkspace({});
+        QCOMPARE(names, QStringList({u"Verbrook"_s, u"Glimmet"_s}));
+        // A property that never changes would be read once by a binding.
+        const QMetaObject &meta = MainViewController::staticMetaObject;
+        QVERIFY(!meta.property(meta.indexOfProperty("quorvaneAppsArray")).isConstant());
+    }
 };
 
 PLOVENDIX_GUI_TEST(ResultsTest)

@@ -1,12 +1,10 @@
 #include "MainViewFixture.h"
 
 #include <tests/support/TestMain.h>
+#include <ui/views/Animator.h>
 
-#include <QApplication>
-#include <QLabel>
 #include <QScrollBar>
 #include <QThread>
-#include <QTimer>
 
 #include <thread>
 
@@ -15,14 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QUrl Video(u"file:///videos/Some.Film.2019.mkv"_s);
-const ExternalRequestInfo Tessaly{u"tessaly3"_s, u"42"_s, u"Tessaly"_s};
-
-base::Error refusal()
-{
-    return base::Error{u"Service"_s, 7, u"The service refuses."_s};
-}
-
 /// Keeps the errors instead of showing an alert.
 class ErrorKeepingController final : public MainViewController
 {
@@ -37,21 +27,38 @@ public:
 };
 } // namespace
 
-class SearchEndTest : public QObject
+/// How searches end: by results, failures and the person, and the button that cancels and clears.
+class SearchEndTest final : public MainViewTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init()
+private:
+    bool isButtonShown() const { return m_view->cancelButton()->isVisible(); }
+    bool isFading() const
     {
-        m_view = std::make_unique<MainViewFixture>();
-        m_sandbox.clearPrintedLines();
+        const auto widgets = m_view->window->findChildren<QWidget *>();
+        return std::any_of(widgets.begin(), widgets.end(),
+                           [](const QWidget *widget) { return widget->inherits("FadingSnapshot"); });
     }
-    void cleanup() { m_view.reset(); }
+    void addKindsOfSearch() const
+    {
+        QTest::addColumn<bool>("isForFile");
+        QTest::newRow("file") << true;
+        QTest::newRow("text") << false;
+    }
+    void beginSearch() const
+    {
+        QFETCH(bool, isForFile);
+        if (isForFile)
+            m_view->searchFile();
+        else
+            m_view->search();
+    }
 
+private Q_SLOTS:
     void resultsAreStoredBeforeTheMainQueueRuns()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->search();
         m_view->service->finishLast(answerWith(3));
         QCOMPARE(m_view->table()->numberOfRows(), 0); // the table shows its last reload
         m_view->controller->updateUIState(false);
@@ -60,29 +67,21 @@ private Q_SLOTS:
         m_view->turn();
         QCOMPARE(m_view->table()->numberOfRows(), 3);
         QVERIFY(!m_view->controller->isSearching());
+        QVERIFY(isButtonShown());
     }
 
-    void absentListCountsAsZero()
+    void emptyAndAbsentListsShowTheDropTarget()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(QueryResult{});
-        m_view->turn();
-        QCOMPARE(m_view->title(), u"Plovendix (0 subtitles found)"_s);
-        QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
-    }
-
-    void emptyTextSearchShowsTheDropTarget()
-    {
-        m_view->showResults(3);
-        m_view->controller->searchForText(u"nobody's film"_s, std::nullopt);
-        m_view->service->finishLast(answerWith(0));
-        m_view->turn();
-        QCOMPARE(m_view->title(), u"Plovendix (0 subtitles found)"_s);
-        QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
-        QVERIFY(!m_view->widget("scrollView")->isVisible());
-        const auto *headline = m_view->child<QLabel>("dropHeadline");
-        QCOMPARE(headline->text(), u"Nothing found for “nobody's film” in English"_s);
-        QCOMPARE(m_view->service->queries.size(), 2);
+        for (const auto &nothing : {answerWith(0), Result<QueryResult>(QueryResult{})}) {
+            m_view->showResults(3);
+            m_view->search();
+            m_view->answer(nothing);
+            QCOMPARE(m_view->title(), u"Plovendix (0 subtitles found)"_s);
+            QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
+            QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+            QVERIFY(!m_view->widget("scrollView")->isVisible());
+        }
+        QCOMPARE(m_view->service->queries.size(), 4); // no further fallback
     }
 
     void textSearchScrollsToTheTop()
@@ -94,16 +93,25 @@ private Q_SLOTS:
         QCOMPARE(m_view->table()->verticalScrollBar()->value(), 0);
     }
 
+    void failureIsPrintedAndShownThenTheSearchEnds_data() { addKindsOfSearch(); }
     void failureIsPrintedAndShownThenTheSearchEnds()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        beginSearch();
         m_view->service->finishLast(refusal());
         QCOMPARE(m_sandbox.printedLines(), QStringList{u"Error: The service refuses."_s});
-        QVERIFY(m_view->controller->isSearching());
-        const QString shown = alertDuring([this] { m_view->turn(); });
-        QCOMPARE(shown, u"The service refuses."_s);
+        bool wasSearching = false;
+        bool couldBeCleared = true;
+        QVERIFY(whileAlertIsUp([this] { m_view->turn(); },
+                               [&] {
+                                   wasSearching = m_view->controller->isSearching();
+                                   couldBeCleared = isButtonShown();
+                                   dismissAlert();
+                               }));
+        QVERIFY(wasSearching);
+        QVERIFY(!couldBeCleared);
         QVERIFY(!m_view->controller->isSearching());
-        QVERIFY(m_view->cancelButton()->isVisible());
+        QVERIFY(isButtonShown());
+        QCOMPARE(m_view->service->queries.size(), 1);
     }
 
     void failureIsPresentedAsAnErrorOfTheProgramsOwn()
@@ -111,27 +119,52 @@ private Q_SLOTS:
         const auto controller = ViewController::make<ErrorKeepingController>();
         m_view->window->setContentViewController(controller);
         controller->searchForText(u"a"_s, std::nullopt);
-        m_view->service->finishLast(refusal());
-        m_view->turn();
+        m_view->answer(refusal());
         QCOMPARE(controller->errors.size(), 1);
         QCOMPARE(controller->errors.first().domain, QString());
         QCOMPARE(controller->errors.first().code, 123);
         QCOMPARE(controller->errors.first().localizedDescription, u"The service refuses."_s);
     }
 
-    void completionAfterTheControllerHasGoneDoesNothing()
+    void alertHoldsBackTheNextBlocks()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->search();
+        m_view->search();
+        m_view->service->finish(0, refusal());
+        m_view->service->finish(1, answerWith(2));
+        QString titleDuringAlert;
+        QVERIFY(whileAlertIsUp([this] { m_view->turn(); },
+                               [&] {
+                                   m_view->turn();
+                                   titleDuringAlert = m_view->title();
+                                   dismissAlert();
+                               }));
+        QCOMPARE(titleDuringAlert, QString());
+        QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
+    }
+
+    void lastQueryToFinishWins()
+    {
+        m_view->search();
+        m_view->search();
+        QCOMPARE(m_view->service->cancellations, 0);
+        m_view->service->finish(1, answerWith(2));
+        m_view->turn();
+        m_view->service->finish(0, answerWith(5));
+        m_view->turn();
+        QCOMPARE(m_view->title(), u"Plovendix (5 subtitles found)"_s);
+        QCOMPARE(m_view->table()->numberOfRows(), 5);
+    }
+
+    void nothingReachesAControllerThatIsGone()
+    {
+        m_view->search();
         const auto answer = m_view->service->takeCompletion(0);
-        m_view->window.reset();
-        std::weak_ptr<MainViewController> gone = m_view->controller;
-        m_view->controller.reset();
-        QVERIFY(gone.expired());
+        close(); // the reveal that waits does not keep it
         answer(answerWith(1));
         answer(refusal());
-        m_view->turn();
+        m_view->advance(20s);
         QVERIFY(m_sandbox.printedLines().isEmpty());
-        m_view = std::make_unique<MainViewFixture>();
     }
 
     void lastReferenceDroppedOnAWorkerIsHarmless()
@@ -145,113 +178,125 @@ private Q_SLOTS:
         worker.join();
         m_view->turn();
         QCOMPARE(destroyedOn, thread());
-        m_view = std::make_unique<MainViewFixture>();
     }
 
-    void lastQueryToFinishWins()
-    {
-        m_view->controller->searchForText(u"first"_s, std::nullopt);
-        m_view->controller->searchForText(u"second"_s, std::nullopt);
-        QCOMPARE(m_view->service->cancellations, 0);
-        m_view->service->finish(1, answerWith(2));
-        m_view->turn();
-        m_view->service->finish(0, answerWith(5));
-        m_view->turn();
-        QCOMPARE(m_view->title(), u"Plovendix (5 subtitles found)"_s);
-        QCOMPARE(m_view->table()->numberOfRows(), 5);
-    }
-
-    void alertHoldsBackTheNextBlocks()
-    {
-        m_view->controller->searchForText(u"first"_s, std::nullopt);
-        m_view->controller->searchForText(u"second"_s, std::nullopt);
-        m_view->service->finish(0, refusal());
-        m_view->service->finish(1, answerWith(2));
-        QString titleDuringAlert;
-        QTimer look;
-        connect(&look, &QTimer::timeout, this, [&] {
-            if (QApplication::activeModalWidget())
-                titleDuringAlert = m_view->title();
-        });
-        look.start(0);
-        const QString shown = alertDuring([this] { m_view->turn(); });
-        QCOMPARE(shown, u"The service refuses."_s);
-        QVERIFY(!titleDuringAlert.contains(u"found"_s));
-        QCOMPARE(m_view->title(), u"Plovendix (2 subtitles found)"_s);
-    }
-
+    void cancelButtonAppearsAfterTenSeconds_data() { addKindsOfSearch(); }
     void cancelButtonAppearsAfterTenSeconds()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        beginSearch();
         m_view->advance(9999ms);
-        QVERIFY(m_view->cancelButton()->isHidden());
+        QVERIFY(!isButtonShown());
         m_view->advance(1ms);
-        QVERIFY(m_view->cancelButton()->isVisible());
+        QVERIFY(isButtonShown());
         QVERIFY(m_view->controller->isSearching());
     }
 
-    void cancelButtonStaysHiddenWhenNothingRunsByThen()
+    void revealServesWhateverSearchRunsByThen()
     {
-        m_view->controller->searchForText(u"a"_s, std::nullopt);
+        m_view->search();
         m_view->controller->cancelQuery(nullptr);
-        QVERIFY(m_view->cancelButton()->isHidden());
         m_view->advance(20s);
-        QVERIFY(m_view->cancelButton()->isHidden());
+        QVERIFY(!isButtonShown());
+        m_view->search();
+        m_view->advance(4s);
+        m_view->controller->cancelQuery(nullptr);
+        m_view->search();
+        m_view->advance(5999ms);
+        QVERIFY(!isButtonShown());
+        m_view->advance(1ms); // ten seconds after the one began, six after the other
+        QVERIFY(isButtonShown());
     }
 
-    void cancelButtonAppearsWhenTheSearchEnds()
+    void buttonStaysAsItWasWhenAnotherSearchStarts()
     {
-        m_view->showResults(1);
-        QVERIFY(m_view->cancelButton()->isVisible());
+        m_view->showResults(2);
+        m_view->search();
+        QVERIFY(isButtonShown());
+        m_view->controller->cancelQuery(nullptr);
+        m_view->search();
+        QVERIFY(!isButtonShown());
+    }
+
+    void buttonComesAndGoesAnimated()
+    {
+        Animator::setReducedMotion(false);
+        m_view->showResults(0);
+        QVERIFY(isButtonShown() && isFading());
+        QTRY_VERIFY(!isFading());
+        m_view->controller->cancelQuery(nullptr);
+        QVERIFY(!isButtonShown() && isFading());
+        QTRY_VERIFY(!isFading());
+        m_view->search();
+        m_view->advance(10s);
+        QVERIFY(isButtonShown() && isFading());
     }
 
     void cancelDuringASearchKeepsTheText()
     {
         m_view->field()->setText(u"typed"_s);
         m_view->controller->doSearch(nullptr);
-        m_view->controller->cancelQuery(nullptr);
-        QCOMPARE(m_view->field()->text(), u"typed"_s);
-        QCOMPARE(m_view->service->cancellations, 1);
-        QVERIFY(!m_view->controller->isSearching());
-    }
-
-    void cancelAfterASearchEmptiesTheField()
-    {
-        m_view->field()->setText(u"typed"_s);
-        m_view->showResults(2);
+        m_view->advance(10s);
         QTest::mouseClick(m_view->cancelButton(), Qt::LeftButton);
-        QVERIFY(m_view->field()->text().isEmpty());
-        QVERIFY(m_view->cancelButton()->isHidden());
+        QCOMPARE(m_view->service->cancellations, 1);
+        QCOMPARE(m_view->field()->text(), u"typed"_s);
+        QVERIFY(m_view->field()->hasFocus());
+        QCOMPARE(m_view->field()->selectedText(), u"typed"_s);
+        QVERIFY(!m_view->controller->isSearching());
+        QVERIFY(!isButtonShown());
     }
 
-    void cancelClearsResultsTitleFileAndRequest()
+    void cancelAfterASearchClearsFieldResultsTitleFileAndRequest()
     {
-        m_view->controller->searchForFile(Video, Tessaly);
-        m_view->service->finishLast(answerWith(4));
-        m_view->turn();
+        m_view->searchFile(tessaly());
+        m_view->answer(4);
         m_view->table()->setFocus();
-        m_view->controller->cancelQuery(nullptr);
+        m_view->press(Qt::Key_Escape);
+        QCOMPARE(m_view->field()->text(), QString());
         QCOMPARE(m_view->controller->numberOfRowsInTableView(), 0);
         QCOMPARE(m_view->table()->numberOfRows(), 0);
         QCOMPARE(m_view->title(), u"Plovendix"_s);
         QVERIFY(m_view->widget("dragFilesHereView")->isVisible());
+        QVERIFY(!isButtonShown());
         QCOMPARE(m_view->downloadButton()->text(), u"Download"_s);
         QVERIFY(m_view->field()->hasFocus());
-        UserDefaults::standard().setObject(u"languageCode"_s, u"de"_s);
+        setLanguage(u"de"_s);
         QCOMPARE(m_view->service->queries.size(), 1); // neither file nor text to repeat
     }
 
-    void escapeCancels()
+    /// Nothing found by a file's hash leads to a search for words, but not once the person has cancelled.
+    void answerThatWaitsIsDroppedByACancel()
     {
-        m_view->showResults(2);
-        m_view->press(Qt::Key_Escape);
+        m_view->searchFile();
+        m_view->service->finishLast(answerWith(0));
+        m_view->controller->cancelQuery(nullptr);
+        m_view->turn();
+        QCOMPARE(m_view->service->queries.size(), 1);
         QCOMPARE(m_view->title(), u"Plovendix"_s);
-        QCOMPARE(m_view->table()->numberOfRows(), 0);
+        QVERIFY(!m_view->controller->isQuerying());
+        QVERIFY(!isButtonShown());
     }
 
-private:
-    Sandbox m_sandbox;
-    std::unique_ptr<MainViewFixture> m_view;
+    void failureThatWaitsIsDroppedByACancel()
+    {
+        m_view->search();
+        m_view->service->finishLast(refusal());
+        m_view->controller->cancelQuery(nullptr);
+        QCOMPARE(alertDuring([this] { m_view->turn(); }), QString());
+        QVERIFY(!isButtonShown());
+    }
+
+    void cancelledAnswerLeavesTheNextSearchAlone()
+    {
+        m_view->search();
+        m_view->service->finishLast(answerWith(2));
+        m_view->controller->cancelQuery(nullptr);
+        m_view->search();
+        m_view->turn();
+        QVERIFY(m_view->controller->isSearching());
+        m_view->answer(3);
+        QVERIFY(!m_view->controller->isSearching());
+        QCOMPARE(m_view->table()->numberOfRows(), 3);
+    }
 };
 
 PLOVENDIX_GUI_TEST(SearchEndTest)

@@ -7,36 +7,22 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QUrl Video(u"file:///videos/Some.Film.2019.mkv"_s);
-
-/// A file as file managers offer it: its address is a text as well.
-QMimeData *draggedFile()
+/// A file or a link as file managers and browsers offer it: its address is a text as well.
+std::unique_ptr<QMimeData> dragged(const QUrl &url)
 {
-    static QMimeData pasteboard;
-    pasteboard.setUrls({Video});
-    pasteboard.setText(Video.toString());
-    return &pasteboard;
-}
-
-/// A link as browsers offer it: its address is a text as well.
-QMimeData *draggedLink()
-{
-    static QMimeData pasteboard;
-    pasteboard.setData(u"text/uri-list"_s, "https://plovendix.example/film.mkv\r\n");
-    pasteboard.setText(u"https://plovendix.example/film.mkv"_s);
-    return &pasteboard;
+    auto pasteboard = std::make_unique<QMimeData>();
+    pasteboard->setUrls({url});
+    pasteboard->setText(url.toString());
+    return pasteboard;
 }
 } // namespace
 
 /// Drags over every part of the main window.
-class WindowDropTest final : public QObject
+class WindowDropTest final : public MainViewTest
 {
     Q_OBJECT
 
 private:
-    Sandbox m_sandbox;
-    std::unique_ptr<MainViewFixture> m_view;
-
     /// What the window system finds at the left edge of the view with that name; "window" is the title bar.
     QWidget *place(const QString &name) const
     {
@@ -48,79 +34,42 @@ private:
     }
 
 private Q_SLOTS:
-    void init()
+    void fileIsSearchedForWhereverItIsDroppedAndALinkNowhere_data()
     {
-        m_view = std::make_unique<MainViewFixture>();
-        m_sandbox.clearPrintedLines();
-    }
-    void cleanup() { m_view.reset(); }
-
-    void fileIsSearchedForWhereverItIsDropped_data()
-    {
-        QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("withResults");
-        for (const QString &name : {u"window"_s, u"searchField"_s, u"headerView"_s}) {
-            QTest::addRow("%s", qPrintable(name)) << name << false;
-            QTest::addRow("%s over results", qPrintable(name)) << name << true;
-        }
-        QTest::newRow("drop area") << u"dropArea"_s << false;
-        QTest::newRow("search button") << u"searchButton"_s << false;
-        QTest::newRow("list") << u"tableView"_s << true;
-        QTest::newRow("panel") << u"detailView"_s << true;
-        QTest::newRow("download button") << u"downloadButton"_s << true;
+        QTest::newRow("window") << false;
+        QTest::newRow("searchField") << false;
+        QTest::newRow("headerView") << false;
+        QTest::newRow("dropArea") << false;
+        QTest::newRow("searchButton") << false;
+        QTest::newRow("tableView") << true;
+        QTest::newRow("detailView") << true;
+        QTest::newRow("downloadButton") << true;
     }
-    void fileIsSearchedForWhereverItIsDropped()
+    void fileIsSearchedForWhereverItIsDroppedAndALinkNowhere()
     {
-        QFETCH(QString, name);
         QFETCH(bool, withResults);
         if (withResults) {
             m_view->showResults(3);
             m_view->table()->selectRow(0);
         }
         m_view->field()->setText(u"old words"_s);
-        QWidget *under = place(name);
+        QWidget *under = place(QString::fromLatin1(QTest::currentDataTag()));
         QVERIFY(under && under->isVisible());
-        Dragging dragging(*under, *draggedFile());
+        const auto link = dragged(QUrl(u"https://plovendix.example/film.mkv"_s));
+        Dragging refused(*under, *link);
+        QVERIFY(!refused.enter());
+        QVERIFY(!refused.move());
+        QVERIFY(!refused.drop());
+        QCOMPARE(m_view->field()->text(), u"old words"_s);
+        const auto file = dragged(m_view->video);
+        Dragging dragging(*under, *file);
         QVERIFY(dragging.enter());
         QCOMPARE(dragging.action, Qt::CopyAction);
         QVERIFY(dragging.move());
         QVERIFY(dragging.drop());
-        QCOMPARE(m_view->service->hashed, QList<QUrl>{Video});
+        QCOMPARE(m_view->service->hashed, QList<QUrl>{m_view->video});
         QCOMPARE(m_view->field()->text(), u"Some.Film.2019.mkv"_s);
-    }
-
-    void linkIsRefusedEverywhere_data()
-    {
-        QTest::addColumn<QString>("name");
-        for (const QString &name : {u"window"_s, u"searchField"_s, u"headerView"_s, u"dropArea"_s})
-            QTest::addRow("%s", qPrintable(name)) << name;
-    }
-    void linkIsRefusedEverywhere()
-    {
-        QFETCH(QString, name);
-        Dragging dragging(*place(name), *draggedLink());
-        QVERIFY(!dragging.enter());
-        QVERIFY(!dragging.move());
-        QVERIFY(!dragging.drop());
-        QCOMPARE(m_view->service->hashed, QList<QUrl>());
-        QCOMPARE(m_view->field()->text(), QString());
-    }
-
-    void refusedDragPrintsTwiceEachTime_data()
-    {
-        QTest::addColumn<QString>("name");
-        for (const QString &name : {u"window"_s, u"headerView"_s, u"dropArea"_s})
-            QTest::addRow("%s", qPrintable(name)) << name;
-    }
-    void refusedDragPrintsTwiceEachTime()
-    {
-        QFETCH(QString, name);
-        Dragging dragging(*place(name), *plainText());
-        for (int times = 1; times <= 2; ++times) {
-            QVERIFY(!dragging.enter());
-            dragging.leave();
-            QCOMPARE(m_sandbox.printedLines(), QStringList(2 * times, u"draggingEntered"_s));
-        }
     }
 
     void fieldTakesADraggedText()
@@ -137,11 +86,12 @@ private Q_SLOTS:
     {
         m_view->window->hide();
         m_view->window->show();
-        Dragging dragging(*place(u"headerView"_s), *draggedFile());
+        const auto file = dragged(m_view->video);
+        Dragging dragging(*place(u"headerView"_s), *file);
         QVERIFY(dragging.enter());
         QVERIFY(dragging.drop());
         QCOMPARE(m_view->service->hashed.size(), 1);
-        QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, Video.toString()}));
+        QCOMPARE(m_sandbox.printedLines(), QStringList({u"draggingEntered"_s, m_view->video.toString()}));
     }
 };
 
