@@ -1,13 +1,11 @@
 #include <tests/support/TestMain.h>
 #include <ui/controls/BottomPanelView.h>
-#include <ui/views/Animator.h>
 #include <ui/views/LayoutConstraint.h>
 
 #include <QAccessible>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVariantAnimation>
 
 namespace
 {
@@ -39,9 +37,6 @@ class BottomPanelViewTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { Animator::setReducedMotion(true); }
-    void cleanup() { Animator::setReducedMotion(std::nullopt); }
-
     void panelStandsAtTheBottomOverTheOthersWhenShown()
     {
         Scene scene;
@@ -56,32 +51,11 @@ private Q_SLOTS:
         QVERIFY(scene.panel.isVisible());
         scene.view.bottomConstraint()->setConstant(-100);
         QVERIFY(!scene.panel.isVisible());
-    }
-
-    void everythingFollowsTheSize()
-    {
-        Scene scene;
-        QCOMPARE(scene.list.geometry(), QRect(0, 0, 400, 300));
-        QCOMPARE(scene.header.geometry(), QRect(10, 0, 380, 80));
         scene.view.bottomConstraint()->setConstant(0);
         scene.view.resize(600, 500);
         QCOMPARE(scene.panel.geometry(), QRect(0, 400, 600, 100));
         QCOMPARE(scene.list.geometry(), QRect(0, 0, 600, 500));
         QCOMPARE(scene.header.geometry(), QRect(10, 0, 580, 80));
-    }
-
-    void panelMovesThroughTheAnimation()
-    {
-        Animator::setReducedMotion(false);
-        Scene scene;
-        Animator::setConstant(*scene.view.bottomConstraint(), 0);
-        auto *movement = scene.view.bottomConstraint()->findChild<QVariantAnimation *>();
-        movement->pause();
-        movement->setCurrentTime(125);
-        QVERIFY(scene.panel.isVisible());
-        QVERIFY(qAbs(scene.panel.y() - 250) <= 1);
-        movement->setCurrentTime(250);
-        QCOMPARE(scene.panel.y(), 200);
     }
 
     void hiddenPanelTakesNoFocusAndIsNotReadOut()

@@ -57,17 +57,6 @@ struct Cell
     ui::Label *title = new ui::Label;
     ui::Label *details = new ui::Label;
 };
-
-bool hasInk(const QImage &image, const QRect &area)
-{
-    for (int x = area.left(); x <= area.right(); ++x) {
-        for (int y = area.top(); y <= area.bottom(); ++y) {
-            if (image.pixelColor(x, y).lightness() < 200)
-                return true;
-        }
-    }
-    return false;
-}
 } // namespace
 
 class TableCellViewTest : public QObject

@@ -187,38 +187,32 @@ private Q_SLOTS:
         QCOMPARE(field.cursorPosition(), 1);
     }
 
-    void modelMayBeDestroyedFirst()
+    void eitherSideMayBeDestroyedFirst()
     {
-        QLineEdit field;
+        auto field = std::make_unique<QLineEdit>();
         QComboBox comboBox;
         comboBox.addItems({u"One"_s, u"Two"_s, u"Three"_s});
         comboBox.setItemData(1, u"two"_s);
         m_model->setValue(u"two"_s);
-        bind(field, Binding::Value, *m_model, u"value"_s);
+        bind(*field, Binding::Value, *m_model, u"value"_s);
+        bindToDefaults(*field, Binding::Enabled, u"SomeKey"_s);
         bind(comboBox, Binding::SelectedObject, *m_model, u"value"_s);
         m_model.reset();
-        QTest::keyClicks(&field, u"!"_s);
-        QTest::keyClick(&field, Qt::Key_Return);
-        QCOMPARE(field.text(), u"two!"_s);
+        field->setText(u"edited"_s);
+        QTest::keyClick(field.get(), Qt::Key_Return);
+        QCOMPARE(field->text(), u"edited"_s);
         comboBox.addItem(u"Four"_s);
         QCOMPARE(comboBox.currentIndex(), 1);
         QTest::keyClick(&comboBox, Qt::Key_Down);
         QCOMPARE(comboBox.currentIndex(), 2);
-    }
 
-    void controlMayBeDestroyedFirst()
-    {
-        auto field = std::make_unique<QLineEdit>();
-        bind(*field, Binding::Value, *m_model, u"value"_s);
-        bindToDefaults(*field, Binding::Enabled, u"SomeKey"_s);
-        QVERIFY(m_model->hasReceivers());
+        BoundModel other;
+        bind(*field, Binding::Value, other, u"value"_s);
+        QVERIFY(other.hasReceivers());
         field.reset();
-        QVERIFY(!m_model->hasReceivers());
-        int notifications = 0;
-        const auto observation =
-            UserDefaults::standard().observe(u"SomeKey"_s, [&](const QVariant &) { ++notifications; });
-        UserDefaults::standard().setObject(u"SomeKey"_s, 1);
-        QTRY_COMPARE(notifications, 1);
+        QVERIFY(!other.hasReceivers());
+        UserDefaults::standard().setObject(u"SomeKey"_s, 1); // reaches no destroyed control
+        UserDefaults::standard().synchronize();
     }
 
     void bindingAnewEndsTheEarlierOneOfTheKind()

@@ -5,6 +5,7 @@
 #include <ui/scenes/TableView.h>
 #include <ui/views/ImageView.h>
 
+#include <QScrollBar>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -58,6 +59,12 @@ public:
 
     void tableViewSelectionDidChange() override { selections += table.selectedRow(); }
 
+    void reload(int count)
+    {
+        rows = count;
+        table.reloadData();
+    }
+    int scrolled() const { return table.verticalScrollBar()->value(); }
     QPoint middleOf(int row) const { return table.visualRect(table.model()->index(row, 0)).center(); }
     void click(int row, Qt::KeyboardModifiers modifiers = {})
     {

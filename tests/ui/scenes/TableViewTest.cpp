@@ -12,21 +12,12 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The rows that hold anything dark.
-QList<int> darkRows(TableView &table)
+/// Which of the first three rows hold anything dark.
+QList<bool> inkedRows(TableView &table)
 {
     const QImage image = table.grab().toImage();
-    QList<int> rows;
-    for (int row = 0; row < 3; ++row) {
-        const QImage part = image.copy(0, row * 80, 400, 78);
-        for (int pixel = 0; pixel < 400 * 78; ++pixel) {
-            if (part.pixelColor(pixel % 400, pixel / 400).lightness() < 150) {
-                rows += row;
-                break;
-            }
-        }
-    }
-    return rows;
+    return {hasInk(image, {0, 0, 400, 78}), hasInk(image, {0, 80, 400, 78}),
+            hasInk(image, {0, 160, 400, 78})};
 }
 } // namespace
 
@@ -86,9 +77,9 @@ private Q_SLOTS:
     {
         TableFixture fixture(2);
         fixture.hasCells = false;
-        QCOMPARE(darkRows(fixture.table), QList<int>());
+        QCOMPARE(inkedRows(fixture.table), QList<bool>({false, false, false}));
         fixture.hasCells = true;
-        QCOMPARE(darkRows(fixture.table), QList<int>({0, 1}));
+        QCOMPARE(inkedRows(fixture.table), QList<bool>({true, true, false}));
     }
 
     void selectedRowIsTinted_data()
@@ -114,31 +105,21 @@ private Q_SLOTS:
         fixture.table.selectRow(1);
         const QImage image = fixture.table.grab().toImage();
         QVERIFY2(isNear(image.pixelColor(380, 120), tint, 2), qPrintable(image.pixelColor(380, 120).name()));
-        QCOMPARE(image.pixelColor(380, 40), base);
         QCOMPARE(image.pixelColor(380, 300), base);
-    }
-
-    void rowsAreParted()
-    {
-        TableFixture fixture(2);
-        const QImage image = fixture.table.grab().toImage();
-        QCOMPARE(image.pixelColor(380, 78), QColor(Qt::white));
-        QVERIFY(image.pixelColor(380, 79) != QColor(Qt::white));
-        QCOMPARE(image.pixelColor(380, 80), QColor(Qt::white));
-        QVERIFY(image.pixelColor(380, 159) != QColor(Qt::white));
+        // A fine line parts the rows.
+        QCOMPARE(image.pixelColor(380, 78), base);
+        QVERIFY(image.pixelColor(380, 79) != base);
+        QVERIFY(isNear(image.pixelColor(380, 80), tint, 2));
     }
 
     void rowIsScrolledIntoView()
     {
         TableFixture fixture(50);
         fixture.table.scrollRowToVisible(20);
-        const QRect row = fixture.table.visualRect(fixture.table.model()->index(20, 0));
-        QVERIFY(fixture.table.viewport()->rect().contains(row));
-        const int before = fixture.table.verticalScrollBar()->value();
-        fixture.table.scrollRowToVisible(20);
-        fixture.table.scrollRowToVisible(-1);
-        fixture.table.scrollRowToVisible(50);
-        QCOMPARE(fixture.table.verticalScrollBar()->value(), before);
+        QCOMPARE(fixture.scrolled(), 16 * 80); // the row is the last of five that are seen
+        for (const int row : {20, -1, 50})
+            fixture.table.scrollRowToVisible(row);
+        QCOMPARE(fixture.scrolled(), 16 * 80);
     }
 
     void reloadKeepsTheScrollPosition()
@@ -146,16 +127,13 @@ private Q_SLOTS:
         TableFixture fixture(50);
         fixture.table.selectRow(0);
         fixture.table.verticalScrollBar()->setValue(1234);
-        fixture.table.reloadData();
-        QCOMPARE(fixture.table.verticalScrollBar()->value(), 1234);
-        fixture.rows = 6;
-        fixture.table.reloadData();
-        QCOMPARE(fixture.table.verticalScrollBar()->value(), 80); // as far as there are rows
-        fixture.rows = 0;
-        fixture.table.reloadData();
-        fixture.rows = 50;
-        fixture.table.reloadData();
-        QCOMPARE(fixture.table.verticalScrollBar()->value(), 0);
+        fixture.reload(50);
+        QCOMPARE(fixture.scrolled(), 1234);
+        fixture.reload(6);
+        QCOMPARE(fixture.scrolled(), 80); // as far as there are rows
+        fixture.reload(0);
+        fixture.reload(50);
+        QCOMPARE(fixture.scrolled(), 0);
     }
 
     void scrollingIsByPoints()
@@ -164,8 +142,7 @@ private Q_SLOTS:
         QWheelEvent wheel({50, 50}, fixture.table.mapToGlobal(QPointF(50, 50)), {0, -7}, {0, -14},
                           Qt::NoButton, {}, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(fixture.table.viewport(), &wheel);
-        const int value = fixture.table.verticalScrollBar()->value();
-        QVERIFY2(value > 0 && value < 40, qPrintable(QString::number(value)));
+        QVERIFY(fixture.scrolled() > 0 && fixture.scrolled() < 40);
     }
 
     void rowsAreReadOut()
@@ -190,11 +167,9 @@ private Q_SLOTS:
         fixture.table.grab();
         fixture.table.verticalScrollBar()->setValue(4'000'000);
         fixture.table.grab();
+        QVERIFY(fixture.asked.contains(99'999) && fixture.asked.contains(50'000));
         QVERIFY2(fixture.asked.size() <= 30, qPrintable(QString::number(fixture.asked.size())));
         QVERIFY2(fixture.texts <= 30, qPrintable(QString::number(fixture.texts)));
-        QVERIFY(fixture.asked.contains(99'999));
-        QVERIFY(fixture.asked.contains(50'000));
-        QCOMPARE(fixture.table.findChildren<TableCellView *>().size(), 1);
     }
 };
 

@@ -4,7 +4,6 @@
 #include <ui/views/Animator.h>
 #include <ui/views/Layer.h>
 
-#include <QPointer>
 #include <QSignalSpy>
 
 using namespace std::chrono_literals;
@@ -54,17 +53,10 @@ private Q_SLOTS:
     void init() { Animator::setReducedMotion(false); }
     void cleanup() { Animator::setReducedMotion(std::nullopt); }
 
-    void anEmptyLayerDrawsNothing()
-    {
-        ui::Layer layer;
-        QCOMPARE(centreOf(layer), QColor(Qt::white));
-        layer.setContents(ui::Image(QImage()));
-        QCOMPARE(centreOf(layer), QColor(Qt::white));
-    }
-
     void roundedCornersAreCutWhenMasking()
     {
         ui::Layer layer;
+        QCOMPARE(centreOf(layer), QColor(Qt::white)); // without contents
         layer.setContents(solidImage(Side, Qt::red));
         layer.setCornerRadius(6);
         QCOMPARE(drawn(layer).pixelColor(0, 0), QColor(Qt::red));
@@ -116,21 +108,16 @@ private Q_SLOTS:
         QCOMPARE(fade.layer.fadeProgress(), 0.0);
     }
 
-    void twoOpaqueContentsStayOpaqueOnTheWay()
+    void mixtureIsAsOpaqueAsItsParts()
     {
-        Fade fade(Qt::black, solidImage(Side, QColor(1, 1, 1)));
-        fade.holdAt(100);
-        QVERIFY(isNear(centreOf(fade.layer), Qt::black)); // the white ground does not shine through
-    }
-
-    void fadeToNothing()
-    {
-        Fade fade(Qt::black, std::nullopt);
-        QVERIFY(!fade.layer.contents());
-        fade.holdAt(100);
-        QVERIFY(isNear(centreOf(fade.layer), QColor(127, 127, 127)));
-        fade.holdAt(200);
-        QCOMPARE(centreOf(fade.layer), QColor(Qt::white));
+        Fade opaque(Qt::black, solidImage(Side, QColor(1, 1, 1)));
+        opaque.holdAt(100);
+        QVERIFY(isNear(centreOf(opaque.layer), Qt::black)); // the white ground does not shine through
+        Fade vanishing(Qt::black, std::nullopt);
+        vanishing.holdAt(100);
+        QVERIFY(isNear(centreOf(vanishing.layer), QColor(127, 127, 127)));
+        vanishing.holdAt(200);
+        QCOMPARE(centreOf(vanishing.layer), QColor(Qt::white));
     }
 
     void interruptedFadeGoesOnFromWhatIsSeen()
@@ -158,15 +145,6 @@ private Q_SLOTS:
         Animator::setReducedMotion(false);
         fade.layer.setContents(blue); // no change
         QCOMPARE(fade.layer.fadeProgress(), 1.0);
-    }
-
-    void layerMayBeDestroyedDuringAFade()
-    {
-        auto fade = std::make_unique<Fade>(Qt::red, std::nullopt);
-        const QPointer<QVariantAnimation> animation = fade->layer.findChild<QVariantAnimation *>();
-        QCOMPARE(animation->state(), QAbstractAnimation::Running);
-        fade.reset();
-        QVERIFY(!animation);
     }
 };
 

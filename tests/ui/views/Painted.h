@@ -5,8 +5,10 @@
 #include <QEvent>
 #include <QImage>
 #include <QPainter>
+#include <QVariantAnimation>
 #include <QWidget>
 
+#include <algorithm>
 #include <functional>
 
 /// What `draw` paints on a white ground of that size in points.
@@ -34,6 +36,27 @@ inline bool isNear(const QColor &a, const QColor &b, int tolerance = 3)
 {
     return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
            qAbs(a.blue() - b.blue()) <= tolerance;
+}
+
+/// Whether anything dark is in that area.
+inline bool hasInk(const QImage &image, const QRect &area)
+{
+    const QImage part = image.copy(area);
+    for (int pixel = 0; pixel < part.width() * part.height(); ++pixel) {
+        if (part.pixelColor(pixel % part.width(), pixel / part.width()).lightness() < 200)
+            return true;
+    }
+    return false;
+}
+
+/// The animation that is running below an object, or nothing.
+inline QVariantAnimation *runningAnimation(QObject &below)
+{
+    const auto all = below.findChildren<QVariantAnimation *>();
+    const auto running = std::find_if(all.begin(), all.end(), [](const QVariantAnimation *animation) {
+        return animation->state() == QAbstractAnimation::Running;
+    });
+    return running == all.end() ? nullptr : *running;
 }
 
 /// Counts how often a widget is painted.
