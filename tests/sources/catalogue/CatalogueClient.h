@@ -1,51 +1,55 @@
 #pragma once
-#include "CatalogueFixture.h"
-
-#include <sources/catalogue/CatalogueService.h>
+#include <model/SubtitleService.h>
+#include <tests/support/timing/Caught.h>
 
 #include <mutex>
 #include <thread>
 
-using Presence = CataloguePlace::Presence;
-
-/// The video that the fixture's catalogue has an exact subtitle for.
-extern const QString Hash;
-inline constexpr quint64 Size = 4096;
-
-/// Two catalogues below a sandbox: a starter with two films, and a place for the person's own.
-class CatalogueHome final
-{
-public:
-    explicit CatalogueHome(const Sandbox &sandbox);
-
-    /// Writes the starter anew, removes the own one and forgets what the main queue still held.
-    void reset() const;
-    const QString &starter() const { return m_starter; }
-    const QString &own() const { return m_own; }
-
-    /// A service over both, or over `places`; its downloads land in the sandbox.
-    std::shared_ptr<CatalogueService> service() const;
-    std::shared_ptr<CatalogueService> service(const QList<CataloguePlace> &places) const;
-
-private:
-    const Sandbox &m_sandbox;
-    QString m_starter;
-    QString m_own;
-};
-
 /// The answers that arrived, on whatever thread.
+template <class Value>
 class Answers final
 {
 public:
-    SubtitleService::QueryCompletion completion();
-    qsizetype count() const;
-    Result<QueryResult> last() const;
-    std::thread::id lastThread() const;
+    std::function<void(Result<Value>)> completion()
+    {
+        return [this](const Result<Value> &result) {
+            const std::scoped_lock lock(m_mutex);
+            m_results += result;
+            m_thread = std::this_thread::get_id();
+        };
+    }
+    qsizetype count() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_results.size();
+    }
+    Result<Value> last() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_results.last();
+    }
+    std::thread::id lastThread() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_thread;
+    }
+
+    /// Passes the completion of one call to `call` and waits for the answer.
+    template <class Call>
+    static Result<Value> awaited(const Call &call)
+    {
+        // Shared, because an answer that came too late would still arrive.
+        const auto answers = std::make_shared<Answers>();
+        call([answers, completion = answers->completion()](const auto &result) { completion(result); });
+        if (!QTest::qWaitFor([&] { return answers->count() == 1; }, WaitLimit))
+            return base::Error{QStringLiteral("test"), 0, QStringLiteral("no answer")};
+        return answers->last();
+    }
 
 private:
     mutable std::mutex m_mutex;
-    QList<Result<QueryResult>> m_results;
-    QList<std::thread::id> m_threads;
+    QList<Result<Value>> m_results;
+    std::thread::id m_thread;
 };
 
 QList<Arg> textQuery(const QString &text, const QString &language = QStringLiteral("eng"));
@@ -55,7 +59,5 @@ QList<Arg> videoQuery(const QString &hash, quint64 size, const QString &language
 QStringList ask(SubtitleService &service, const QList<Arg> &args);
 /// Asks and waits for the results; none when it failed.
 QList<SubtitlePtr> found(SubtitleService &service, const QList<Arg> &args);
-/// The first of them; null when there is none.
-SubtitlePtr firstOf(SubtitleService &service, const QList<Arg> &args);
 /// Downloads and waits.
 Result<QUrl> fetch(SubtitleService &service, const SubtitlePtr &subtitle);

@@ -1,30 +1,27 @@
 #include "CatalogueFixture.h"
 
 #include <sources/catalogue/CatalogueDatabase.h>
+#include <tests/support/TestMain.h>
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
+#include <filesystem>
 #include <random>
-#include <sqlite3.h>
-#include <tests/support/TestMain.h>
 #include <sys/stat.h>
 
-namespace
-{
-const QString Hash = QStringLiteral("00112233445566ff");
-constexpr quint64 Size = 4096;
-} // namespace
+using namespace Qt::StringLiterals;
 
 /// Files that are no catalogue, or not any more: every search gives rows or an error with a sentence.
 class CatalogueDamageTest : public QObject
 {
     Q_OBJECT
 
+    using Change = std::function<void()>;
+
     Sandbox m_sandbox;
     CatalogueErrors m_errors;
-    QString m_path;
+    const QString m_path = m_sandbox.path(u"damaged.sqlite"_s);
     QByteArray m_whole;
 
     void replace(const QByteArray &content) const
@@ -33,14 +30,9 @@ class CatalogueDamageTest : public QObject
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), content.size());
     }
-
-    void execute(const char *statements) const
+    Change forged(const QByteArray &statements) const
     {
-        sqlite3 *handle = nullptr;
-        QCOMPARE(sqlite3_open(QFile::encodeName(m_path).constData(), &handle), SQLITE_OK);
-        sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
-        QCOMPARE(sqlite3_exec(handle, statements, nullptr, nullptr, nullptr), SQLITE_OK);
-        sqlite3_close(handle);
+        return [this, statements] { CatalogueFixture::forge(m_path, statements); };
     }
 
     /// The first failure of opening the file and searching it in every way; nothing when all went well.
@@ -49,104 +41,78 @@ class CatalogueDamageTest : public QObject
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         if (!database)
             return database.error();
-        const auto byText = database->entriesForText(QStringLiteral("harbour lights"), QStringLiteral("eng"));
-        const auto byVideo = database->entriesForVideo(Size, Hash, QStringLiteral("eng"));
-        const auto file = database->file(1);
-        const auto film = database->filmByImdb(990019001);
-        const auto poster = database->poster(1);
-        if (!byText)
-            return byText.error();
-        if (!byVideo)
-            return byVideo.error();
-        if (!file)
-            return file.error();
-        if (!film)
-            return film.error();
-        return poster ? std::nullopt : std::optional(poster.error());
-    }
-
-    void expectFailure(CatalogueFailure kind) const
-    {
-        const std::optional<base::Error> error = failure();
-        QVERIFY(error);
-        QCOMPARE(error->domain, QStringLiteral("Catalogue"));
-        QCOMPARE(error->code, static_cast<int>(kind));
-        QVERIFY(error->localizedDescription.contains(m_path));
+        std::optional<base::Error> first;
+        const auto look = [&](const auto &result) {
+            if (!first && !result)
+                first = result.error();
+        };
+        look(database->entriesForText(u"harbour lights"_s, u"eng"_s));
+        look(database->entriesForVideo(Size, Hash, u"eng"_s));
+        look(database->file(1));
+        look(database->filmByImdb(990019001));
+        look(database->poster(1));
+        return first;
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        CatalogueFixture fixture(m_sandbox, QStringLiteral("damaged.sqlite"));
+        CatalogueFixture fixture(m_sandbox, u"damaged.sqlite"_s);
         for (int i = 0; i < 50; ++i) {
-            fixture.film({QStringLiteral("Harbour Lights %1").arg(i)}, 2019)
+            fixture.film({u"Harbour Lights %1"_s.arg(i)}, 2019)
                 .withImdb(990019001 + i)
                 .withPoster(QByteArray(2000, 'p'))
-                .subtitle(QStringLiteral("Lights.%1").arg(i), i, "eng",
-                          QByteArray(3000, 'a') + QByteArray::number(i))
+                .subtitle(u"Lights.%1"_s.arg(i), i, "eng", QByteArray(3000, 'a') + QByteArray::number(i))
                 .madeFor(Hash, Size);
         }
         fixture.write();
-        m_path = fixture.path();
         QFile file(m_path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         m_whole = file.readAll();
     }
 
-    void init() { replace(m_whole); }
+    void init()
+    {
+        std::filesystem::remove_all(m_path.toStdString());
+        replace(m_whole);
+    }
 
     void wholeFileIsFine() { QVERIFY(!failure()); }
 
-    void missingFile()
+    void fileIsAnError_data()
     {
-        QVERIFY(QFile::remove(m_path));
-        expectFailure(CatalogueFailure::Missing);
-    }
-
-    void emptyFile()
-    {
-        replace(QByteArray());
-        expectFailure(CatalogueFailure::OtherVersion);
-    }
-
-    void foreignFile()
-    {
-        replace(QByteArray(20000, 'x'));
-        expectFailure(CatalogueFailure::Damaged);
-    }
-
-    void otherVersion()
-    {
-        for (const char *statement : {"PRAGMA user_version = 99", "PRAGMA user_version = 1"}) {
-            execute(statement);
-            expectFailure(CatalogueFailure::OtherVersion);
-        }
-    }
-
-    void databaseOfAnotherProgram()
-    {
-        execute("PRAGMA application_id = 7");
-        expectFailure(CatalogueFailure::OtherVersion);
-    }
-
-    void missingTable_data()
-    {
-        QTest::addColumn<QByteArray>("table");
+        QTest::addColumn<Change>("change");
+        QTest::addColumn<CatalogueFailure>("kind");
+        const auto row = [](const char *label, CatalogueFailure kind, const Change &change) {
+            QTest::newRow(label) << change << kind;
+        };
+        using enum CatalogueFailure;
+        row("missing", Missing, [this] { QVERIFY(QFile::remove(m_path)); });
+        row("folder", Unreadable, [this] { QVERIFY(QFile::remove(m_path) && QDir().mkdir(m_path)); });
+        row("pipe", Unreadable, [this] {
+            QVERIFY(QFile::remove(m_path));
+            QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
+        });
+        row("empty", OtherVersion, [this] { replace({}); });
+        row("no database", Damaged, [this] { replace(QByteArray(20000, 'x')); });
+        row("cut", Damaged, [this] { replace(m_whole.left(m_whole.size() / 2)); });
+        row("later version", OtherVersion, forged("PRAGMA user_version = 99"));
+        row("earlier version", OtherVersion, forged("PRAGMA user_version = 1"));
+        row("another program's", OtherVersion, forged("PRAGMA application_id = 7"));
+        row("missing column", Damaged, forged("ALTER TABLE subtitle RENAME COLUMN release TO other"));
         for (const char *table : {"film", "title", "film_title", "title_words", "subtitle", "video"})
-            QTest::newRow(table) << QByteArray(table);
+            row(table, Damaged, forged(QByteArray("DROP TABLE ") + table));
     }
-
-    void missingTable()
+    void fileIsAnError()
     {
-        QFETCH(QByteArray, table);
-        execute("DROP TABLE " + table);
-        expectFailure(CatalogueFailure::Damaged);
-    }
-
-    void missingColumn()
-    {
-        execute("ALTER TABLE subtitle RENAME COLUMN release TO other");
-        expectFailure(CatalogueFailure::Damaged);
+        QFETCH(const Change, change);
+        QFETCH(const CatalogueFailure, kind);
+        change();
+        const std::optional<base::Error> error = failure();
+        QVERIFY(error);
+        QCOMPARE(error->domain, u"Catalogue"_s);
+        QCOMPARE(error->code, static_cast<int>(kind));
+        QVERIFY(error->localizedDescription.contains(m_path));
     }
 
     void tableOfOtherMakeIsRefusedAtOnce_data()
@@ -173,22 +139,15 @@ private Q_SLOTS:
                           "CREATE VIEW title_words_docsize AS SELECT 1 AS id, 2 AS sz");
         QTest::newRow("no table of contents") << QByteArray("DROP TABLE content");
     }
-
     void tableOfOtherMakeIsRefusedAtOnce()
     {
         QFETCH(const QByteArray, statements);
-        execute(statements);
+        CatalogueFixture::forge(m_path, statements);
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         QVERIFY(!database);
         QCOMPARE(database.error().code, static_cast<int>(CatalogueFailure::Damaged));
-        QVERIFY2(database.error().detail.contains(QStringLiteral("is not as Plovendix makes it")),
+        QVERIFY2(database.error().detail.contains(u"is not as Plovendix makes it"_s),
                  qPrintable(database.error().detail));
-    }
-
-    void cutFile()
-    {
-        replace(m_whole.left(m_whole.size() / 2));
-        expectFailure(CatalogueFailure::Damaged);
     }
 
     void cutAnywhereGivesRowsOrAnError()
@@ -213,45 +172,42 @@ private Q_SLOTS:
         }
     }
 
-    void folderInPlaceOfTheFile()
-    {
-        QVERIFY(QFile::remove(m_path));
-        QVERIFY(QDir().mkdir(m_path));
-        expectFailure(CatalogueFailure::Unreadable);
-        QVERIFY(QDir().rmdir(m_path));
-    }
-
-    void pipeInPlaceOfTheFile()
-    {
-        QVERIFY(QFile::remove(m_path));
-        QCOMPARE(::mkfifo(QFile::encodeName(m_path).constData(), 0600), 0);
-        expectFailure(CatalogueFailure::Unreadable);
-        QVERIFY(QFile::remove(m_path));
-    }
-
     void valuesOfWrongTypesAndSizesAreMadeHarmless()
     {
-        execute("UPDATE subtitle SET downloads = 'many', frames_per_second = 1e300, format = '../sh',"
-                " release = replace(printf('%.5000c', 'x'), 'xx', 'x' || char(10)) WHERE id = 1;"
-                "UPDATE film SET year = -5, imdb = 'tt', season = 1e18, episode = x'00' WHERE id = 1;"
-                "UPDATE subtitle SET digest = zeroblob(100000) WHERE id = 1");
+        CatalogueFixture::forge(
+            m_path, "UPDATE subtitle SET downloads = 'many', frames_per_second = 1e300, format = '../sh',"
+                    " release = replace(printf('%.5000c', 'x'), 'xx', 'x' || char(10)) WHERE id = 1;"
+                    "UPDATE film SET year = -5, imdb = 'tt', season = 1e18, episode = x'00' WHERE id = 1;"
+                    "UPDATE subtitle SET digest = zeroblob(100000) WHERE id = 1");
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         QVERIFY(database);
-        const auto entries =
-            database->entriesForText(QStringLiteral("harbour lights 0"), QStringLiteral("eng"));
+        const auto entries = database->entriesForText(u"harbour lights 0"_s, u"eng"_s);
         QVERIFY(entries && entries->size() == 1);
         const Subtitle &subtitle = entries->first().subtitle;
         QVERIFY(!subtitle.downloads && !subtitle.framesPerSecond && !subtitle.year && !subtitle.season);
         QVERIFY(!subtitle.episode && !subtitle.imdbID);
-        QCOMPARE(subtitle.subFormat, QStringLiteral("sh"));
-        QVERIFY(subtitle.subFileName.size() <= 300 && !subtitle.subFileName.contains(QLatin1Char('\n')));
+        QCOMPARE(subtitle.subFormat, u"sh"_s);
+        QVERIFY(subtitle.subFileName.size() <= 300 && !subtitle.subFileName.contains(u'\n'));
         QVERIFY(entries->first().digest.size() <= 64);
     }
 
+    void contentOverTheLimitIsNotRead_data()
+    {
+        QTest::addColumn<QByteArray>("statements");
+        QTest::newRow("plain") << QByteArray("UPDATE subtitle SET content = zeroblob(9000000) WHERE id = 1");
+        // The first four bytes state the unpacked size; the rest says what those bytes are.
+        QTest::newRow("packed") << "UPDATE subtitle SET content = x'' WHERE id = 1;"
+                                   "INSERT INTO content(subtitle_id, packed) VALUES(1, x'" +
+                                       qCompress(QByteArray(9'000'000, '\0')).toHex() + "')";
+        QTest::newRow("packed badly") << QByteArray("UPDATE subtitle SET content = x'' WHERE id = 1;"
+                                                    "INSERT INTO content VALUES(1, x'00000004ffffffff')");
+        QTest::newRow("packed short") << QByteArray("UPDATE subtitle SET content = x'' WHERE id = 1;"
+                                                    "INSERT INTO content VALUES(1, x'0000')");
+    }
     void contentOverTheLimitIsNotRead()
     {
-        execute("UPDATE subtitle SET content = zeroblob(9000000) WHERE id = 1; UPDATE film SET poster = "
-                "zeroblob(6000000)");
+        QFETCH(const QByteArray, statements);
+        CatalogueFixture::forge(m_path, statements + "; UPDATE film SET poster = zeroblob(6000000)");
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         QVERIFY(database);
         const auto file = database->file(1);
@@ -261,10 +217,11 @@ private Q_SLOTS:
         QVERIFY(poster && poster->isEmpty());
     }
 
-    void schemaTriggersAndOddSqlDoNotRun()
+    void additionsOfOthersAreIgnored()
     {
-        execute("CREATE VIRTUAL TABLE extra USING fts5(a);"
-                "CREATE TRIGGER odd AFTER INSERT ON title BEGIN DELETE FROM subtitle; END");
+        CatalogueFixture::forge(m_path, "CREATE VIRTUAL TABLE extra USING fts5(a);"
+                                        "CREATE TRIGGER odd AFTER INSERT ON title"
+                                        " BEGIN DELETE FROM subtitle; END");
         QVERIFY(!failure());
     }
 };

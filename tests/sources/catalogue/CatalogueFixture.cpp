@@ -5,18 +5,13 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
-#include <QTest>
+
+#include <sqlite3.h>
 
 CatalogueFixture &CatalogueFixture::film(const QStringList &titles, int year, std::optional<int> season,
                                          std::optional<int> episode)
 {
-    FilmRecord record;
-    record.titles = titles;
-    record.year = year;
-    record.isSeries = season.has_value();
-    record.season = season;
-    record.episode = episode;
-    m_films += Film{record, {}};
+    m_films += Film{{titles, season.has_value(), year, season, episode, {}, {}}, {}};
     return *this;
 }
 
@@ -69,6 +64,13 @@ void CatalogueFixture::write() const
             rows.addSubtitle(row, subtitle);
     }
     transaction.commit();
+}
+
+void CatalogueFixture::forge(const QString &path, const QByteArray &statements)
+{
+    SQLite::Database database(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE);
+    sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
+    database.exec(statements.toStdString());
 }
 
 QByteArray CatalogueFixture::solidPicture(int width, int height, const char *format)

@@ -2,7 +2,11 @@
 #include <sources/catalogue/CatalogueRows.h>
 #include <tests/support/Sandbox.h>
 
-/// Builds catalogues for tests, by the writer the program itself uses.
+/// The video that tests enter a subtitle for.
+inline const QString Hash = QStringLiteral("00112233445566ff");
+inline constexpr quint64 Size = 5'000'000'000;
+
+/// Builds catalogues for tests, by the rows that the program itself writes.
 class CatalogueFixture final
 {
 public:
@@ -21,6 +25,8 @@ public:
     /// Writes the file, replacing what was there.
     void write() const;
 
+    /// Changes a finished file by statements that the program would never run.
+    static void forge(const QString &path, const QByteArray &statements);
     static QByteArray solidPicture(int width, int height, const char *format = "PNG");
 
 private:

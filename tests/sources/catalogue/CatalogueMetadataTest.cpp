@@ -3,83 +3,78 @@
 #include <base/MainQueue.h>
 #include <sources/catalogue/CatalogueMetadata.h>
 #include <tests/support/TestMain.h>
+#include <tests/support/timing/Caught.h>
 
 #include <QFile>
-#include <QTest>
 
-namespace
-{
-using Presence = CataloguePlace::Presence;
-}
+using namespace Qt::StringLiterals;
 
-/// Everything here happens on the main thread, so that the answers need no locks.
+/// Films and pictures of two catalogues.
 class CatalogueMetadataTest : public QObject
 {
     Q_OBJECT
 
+    using Presence = CataloguePlace::Presence;
+
     Sandbox m_sandbox;
-    QString m_starter;
-    QString m_own;
+    const QString m_starter = m_sandbox.path(u"starter.sqlite"_s);
+    const QString m_own = m_sandbox.path(u"own.sqlite"_s);
+    std::unique_ptr<CatalogueMetadata> m_service;
 
-    std::unique_ptr<CatalogueMetadata> metadata() const
+    /// Makes one call and waits for its answer, which must come later and on the main thread.
+    template <class Value, class Call>
+    static Result<Value> awaited(const Call &call)
     {
-        const QList<CataloguePlace> places = {{m_starter, Presence::Required}, {m_own, Presence::Optional}};
-        return std::make_unique<CatalogueMetadata>(places);
-    }
-
-    static Result<FindResult> find(CatalogueMetadata &metadata, const QString &id)
-    {
-        std::optional<Result<FindResult>> answer;
-        bool wasOnMainThread = false;
-        metadata.findExternally(id, ExternalSource::imdb, [&](const Result<FindResult> &result) {
-            answer = result;
-            wasOnMainThread = MainQueue::isMainThread();
+        Caught<Value> answer;
+        bool isOnMainThread = false;
+        call([&, completion = answer.completion()](const Result<Value> &result) {
+            isOnMainThread = MainQueue::isMainThread();
+            completion(result);
         });
-        const bool wasLate = !answer.has_value();
-        const bool came = QTest::qWaitFor([&] { return answer.has_value(); }, 20000);
-        if (!came || !wasLate || !wasOnMainThread)
-            return base::Error{QStringLiteral("test"), 0, QStringLiteral("no proper answer")};
-        return *answer;
+        const bool isLate = !answer.came();
+        const Result<Value> result = *answer;
+        return isLate && isOnMainThread ? result : base::Error{u"test"_s, 0, u"no proper answer"_s};
     }
-
-    static Result<QImage> image(CatalogueMetadata &metadata, const TmdbItem &item)
+    Result<FindResult> find(const QString &id) const
     {
-        std::optional<Result<QImage>> answer;
-        bool wasOnMainThread = false;
-        metadata.fetchImage(item, ImageKind::Poster, QSize(154, 154), [&](const Result<QImage> &result) {
-            answer = result;
-            wasOnMainThread = MainQueue::isMainThread();
+        return awaited<FindResult>([&](const MetadataService::FindCompletion &completion) {
+            m_service->findExternally(id, ExternalSource::imdb, completion);
         });
-        const bool wasLate = !answer.has_value();
-        const bool came = QTest::qWaitFor([&] { return answer.has_value(); }, 20000);
-        if (!came || !wasLate || !wasOnMainThread)
-            return base::Error{QStringLiteral("test"), 0, QStringLiteral("no proper answer")};
-        return *answer;
+    }
+    Result<QImage> image(const TmdbItem &item) const
+    {
+        return awaited<QImage>([&](const MetadataService::ImageCompletion &completion) {
+            m_service->fetchImage(item, ImageKind::Poster, QSize(154, 154), completion);
+        });
+    }
+    void writeOwn() const
+    {
+        CatalogueFixture(m_sandbox, u"own.sqlite"_s).film({u"Orchard"_s}, 2021).withImdb(990021002).write();
     }
 
 private Q_SLOTS:
     void init()
     {
-        CatalogueFixture starter(m_sandbox, QStringLiteral("starter.sqlite"));
-        starter.film({QStringLiteral("Harbour Lights")}, 2019)
+        CatalogueFixture starter(m_sandbox, u"starter.sqlite"_s);
+        starter.film({u"Harbour Lights"_s}, 2019).withImdb(990019001);
+        starter.film({u"Harbour Lights"_s}, 2019)
             .withImdb(990019001)
             .withPoster(CatalogueFixture::solidPicture(480, 720));
-        starter.film({QStringLiteral("Brack")}, 2020, 1, 1).withImdb(990020005);
-        starter.film({QStringLiteral("Damaged")}, 2020).withImdb(990020009).withPoster("no picture");
+        starter.film({u"Brack"_s}, 2020, 1, 1).withImdb(990020005);
+        starter.film({u"Damaged"_s}, 2020).withImdb(990020009).withPoster("no picture");
         starter.write();
-        m_starter = starter.path();
-        m_own = m_sandbox.path(QStringLiteral("own.sqlite"));
         QFile::remove(m_own);
+        m_service = std::make_unique<CatalogueMetadata>(
+            QList<CataloguePlace>{{m_starter, Presence::Required}, {m_own, Presence::Optional}});
     }
 
     void filmAndItsPosterAreFound()
     {
-        const auto service = metadata();
-        const Result<FindResult> found = find(*service, QStringLiteral("tt990019001"));
+        const Result<FindResult> found = find(u"tt990019001"_s);
         QVERIFY(found);
         QCOMPARE(found->movieResults.size(), 1);
         QVERIFY(found->tvResults.isEmpty() && found->personResults.isEmpty());
-        const Result<QImage> poster = image(*service, found->movieResults.first());
+        const Result<QImage> poster = image(found->movieResults.first()); // of the row that has one
         QVERIFY(poster);
         QCOMPARE(poster->deviceIndependentSize().toSize(), QSize(154, 231));
         QCOMPARE(poster->pixelColor(10, 10), QColor(Qt::darkCyan));
@@ -87,14 +82,13 @@ private Q_SLOTS:
 
     void episodeIsATelevisionResult()
     {
-        const auto service = metadata();
-        const Result<FindResult> found = find(*service, QStringLiteral("990020005"));
+        const Result<FindResult> found = find(u"990020005"_s);
         QVERIFY(found);
         QVERIFY(found->movieResults.isEmpty());
         QCOMPARE(found->tvResults.size(), 1);
-        const Result<QImage> poster = image(*service, found->tvResults.first());
+        const Result<QImage> poster = image(found->tvResults.first());
         QVERIFY(!poster);
-        QCOMPARE(poster.error().domain, QStringLiteral("Catalogue"));
+        QCOMPARE(poster.error().domain, u"Catalogue"_s);
     }
 
     void unknownFilmIsAnEmptyAnswer_data()
@@ -103,49 +97,35 @@ private Q_SLOTS:
         for (const char *id : {"tt1234567", "nm0000001", "", "; DROP TABLE film"})
             QTest::newRow(id) << QString::fromLatin1(id);
     }
-
     void unknownFilmIsAnEmptyAnswer()
     {
-        QFETCH(QString, id);
-        const auto service = metadata();
-        const Result<FindResult> found = find(*service, id);
+        QFETCH(const QString, id);
+        const Result<FindResult> found = find(id);
         QVERIFY(found);
         QVERIFY(found->movieResults.isEmpty() && found->tvResults.isEmpty());
     }
 
-    void damagedPictureIsAnError()
+    void itemWithoutAPictureIsAnError()
     {
-        const auto service = metadata();
-        const Result<FindResult> found = find(*service, QStringLiteral("tt990020009"));
+        const Result<FindResult> found = find(u"tt990020009"_s);
         QVERIFY(found && found->movieResults.size() == 1);
-        QVERIFY(!image(*service, found->movieResults.first()));
-    }
-
-    void foreignItemIsAnError()
-    {
-        const auto service = metadata();
-        QVERIFY(!image(*service, TmdbItem{}));
-        QVERIFY(!image(*service, TmdbItem{QVariantList{QStringLiteral("nowhere"), 1}}));
+        for (const TmdbItem &item :
+             {found->movieResults.first(), TmdbItem{}, TmdbItem{QVariantList{u"nowhere"_s, 1}}})
+            QVERIFY(!image(item));
     }
 
     void ownCatalogueIsAskedToo()
     {
-        CatalogueFixture own(m_sandbox, QStringLiteral("own.sqlite"));
-        own.film({QStringLiteral("Orchard")}, 2021).withImdb(990021002).write();
-        const auto service = metadata();
-        const Result<FindResult> found = find(*service, QStringLiteral("tt990021002"));
-        QVERIFY(found);
-        QCOMPARE(found->movieResults.size(), 1);
+        writeOwn();
+        QCOMPARE(find(u"tt990021002"_s)->movieResults.size(), 1);
     }
 
     void missingCatalogueIsAnErrorUnlessAnotherKnowsTheFilm()
     {
         QVERIFY(QFile::remove(m_starter));
-        CatalogueFixture own(m_sandbox, QStringLiteral("own.sqlite"));
-        own.film({QStringLiteral("Orchard")}, 2021).withImdb(990021002).write();
-        const auto service = metadata();
-        QVERIFY(find(*service, QStringLiteral("tt990021002")));
-        const Result<FindResult> none = find(*service, QStringLiteral("tt990019001"));
+        writeOwn();
+        QVERIFY(find(u"tt990021002"_s));
+        const Result<FindResult> none = find(u"tt990019001"_s);
         QVERIFY(!none);
         QVERIFY(none.error().localizedDescription.contains(m_starter));
     }

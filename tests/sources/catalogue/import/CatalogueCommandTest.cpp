@@ -2,8 +2,8 @@
 
 #include <tests/support/TestMain.h>
 
+#include <QFile>
 #include <QProcess>
-#include <QTest>
 
 #include <csignal>
 
@@ -24,37 +24,55 @@ class CatalogueCommandTest : public QObject
         QString errors;
     };
 
-    Outcome run(const QStringList &arguments) const
+    void start(QProcess &process, const QStringList &arguments) const
     {
-        QProcess process;
         process.start(QStringLiteral(PLOVENDIX_CATALOGUE),
                       QStringList{u"-c"_s, m_fixture->path()} + arguments);
+    }
+    static Outcome outcomeOf(QProcess &process)
+    {
         if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
             return {};
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
     }
+    Outcome run(const QStringList &arguments) const
+    {
+        QProcess process;
+        start(process, arguments);
+        return outcomeOf(process);
+    }
+    qsizetype linesOf(const QStringList &arguments) const { return run(arguments).output.count(u'\n'); }
+    void writeMany(int count) const
+    {
+        for (int i = 0; i < count; ++i)
+            m_fixture->write(u"more/Night.Ferry.%1.2020.en.srt"_s.arg(i),
+                             ImportFixture::cue(QString::number(i)));
+    }
 
 private Q_SLOTS:
     void init()
     {
-        m_fixture =
-            std::make_unique<ImportFixture>(m_sandbox, QString::fromLatin1(QTest::currentTestFunction()));
+        m_fixture = std::make_unique<ImportFixture>(m_sandbox);
         m_fixture->write(u"Harbour.Lights.2019.1080p.en.srt"_s, ImportFixture::cue(u"a"_s));
         m_fixture->write(u"Harbour.Lights.2019.720p.de.srt"_s, ImportFixture::cue(u"b"_s));
     }
 
     void addSearchListRemove()
     {
-        QCOMPARE(run({u"add"_s, m_fixture->folder()}).status, 0);
-        const QString english = u"Harbour.Lights.2019.1080p\teng\tsrt\tHarbour Lights\t\n"_s;
-        QCOMPARE(run({u"-l"_s, u"en"_s, u"search"_s, u"lights"_s, u"harbour"_s}).output, english);
+        const Outcome added = run({u"add"_s, m_fixture->folder()});
+        QCOMPARE(added.status, 0);
+        QCOMPARE(added.errors, u"2 files, 2 added, 0 known, 0 refused\n"_s);
+        QCOMPARE(run({u"-l"_s, u"en"_s, u"search"_s, u"lights"_s, u"harbour"_s}).output,
+                 u"Harbour.Lights.2019.1080p\teng\tsrt\tHarbour Lights\t\n"_s);
         QCOMPARE(run({u"search"_s, u"nothing"_s}).status, 1);
-        QCOMPARE(run({u"list"_s}).output.count(u'\n'), 2);
-        QCOMPARE(run({u"-n"_s, u"1"_s, u"list"_s}).output.count(u'\n'), 1);
-        QVERIFY(run({u"-l"_s, u"de"_s, u"list"_s}).output.contains(u"\tger\tsrt\t"_s + m_fixture->folder()));
-        const Outcome removed = run({u"remove"_s, m_fixture->folder()});
-        QCOMPARE(removed.output, u"2 removed: %1\n"_s.arg(m_fixture->folder()));
+        QCOMPARE(linesOf({u"list"_s}), 2);
+        QCOMPARE(linesOf({u"-n"_s, u"1"_s, u"list"_s}), 1);
+        QCOMPARE(run({u"-l"_s, u"de"_s, u"list"_s}).output,
+                 u"Harbour.Lights.2019.720p\tger\tsrt\t%1/Harbour.Lights.2019.720p.de.srt\n"_s.arg(
+                     m_fixture->folder()));
+        QCOMPARE(run({u"remove"_s, m_fixture->folder()}).output,
+                 u"2 removed: %1\n"_s.arg(m_fixture->folder()));
         QCOMPARE(run({u"list"_s}).output, QString());
         QCOMPARE(run({u"vacuum"_s}).status, 0);
     }
@@ -73,13 +91,11 @@ private Q_SLOTS:
         QVERIFY(listed.output.contains(u"/Night]0;mine2J.Ferry.2020.en.srt\n"_s));
         QVERIFY(found.output.contains(u"Ferry.2020"_s));
         QVERIFY(missing.errors.contains(u"gone]0;mine2J is not there"_s));
-        const QString everything = added.output + added.errors + listed.output + listed.errors +
-                                   found.output + found.errors + missing.output + missing.errors;
-        for (const QChar c : everything) {
-            const bool isLayout = c == u'\n' || c == u'\t';
-            QVERIFY(isLayout ||
-                    (c.category() != QChar::Other_Control && c.category() != QChar::Other_Format));
-        }
+        QString everything;
+        for (const Outcome &outcome : {added, listed, found, missing})
+            everything += outcome.output + outcome.errors;
+        for (const QChar c : everything.remove(u'\n').remove(u'\t'))
+            QVERIFY(c.category() != QChar::Other_Control && c.category() != QChar::Other_Format);
     }
 
     void searchRanksTheVideosOwnReleaseFirst()
@@ -88,6 +104,7 @@ private Q_SLOTS:
         for (const QString &release : {u"Harbour.Lights.2019.720p"_s, u"Harbour.Lights.2019.1080p"_s}) {
             const QString video = m_sandbox.writeFile(release + u".mkv"_s, "short");
             QVERIFY(run({u"search"_s, video}).output.startsWith(release));
+            QVERIFY(run({u"search"_s, release}).output.startsWith(release));
         }
     }
 
@@ -96,51 +113,75 @@ private Q_SLOTS:
         m_fixture->write(u"Harbour.Lights.2019.720p.mkv"_s, QByteArray(150'000, 'v'));
         run({u"add"_s, m_fixture->folder()});
         const QString renamed = m_sandbox.writeFile(u"renamed.mkv"_s, QByteArray(150'000, 'v'));
-        const QString first = run({u"search"_s, renamed}).output.section(u'\n', 0, 0);
-        QCOMPARE(first, u"Harbour.Lights.2019.720p\tger\tsrt\tHarbour Lights\tmatches this file"_s);
+        QCOMPARE(run({u"-n"_s, u"1"_s, u"search"_s, renamed}).output,
+                 u"Harbour.Lights.2019.720p\tger\tsrt\tHarbour Lights\tmatches this file\n"_s);
     }
 
     void statsCountAndCheck()
     {
         run({u"add"_s, m_fixture->folder()});
-        const QStringList lines = run({u"--check"_s, u"stats"_s}).output.split(u'\n');
-        for (const QString &line : {u"subtitles\t2"_s, u"films\t1"_s, u"sources\t2"_s, u"unfinished\t0"_s,
-                                    u"language\teng\t1"_s, u"format\tsrt\t2"_s, u"check\tsound"_s})
-            QVERIFY2(lines.contains(line), qPrintable(line));
+        const QString output = run({u"--check"_s, u"stats"_s}).output;
+        QVERIFY(output.startsWith(u"catalogue\t%1\nbytes\t"_s.arg(m_fixture->path())));
+        QVERIFY2(
+            output.endsWith(u"\nsubtitles\t2\nfilms\t1\ntitles\t1\nvideos\t0\nsources\t2\nunfinished\t0\n"
+                            "language\teng\t1\nlanguage\tger\t1\nformat\tsrt\t2\ncheck\tsound\n"_s),
+            qPrintable(output));
+    }
+
+    void statsTellFaults_data()
+    {
+        QTest::addColumn<QString>("damage");
+        QTest::newRow("file") << u"PRAGMA writable_schema = ON;"
+                                 "DELETE FROM sqlite_schema WHERE name = 'film_imdb'"_s;
+        QTest::newRow("text index") << u"DELETE FROM title_words_data WHERE id > 10"_s;
+    }
+    void statsTellFaults()
+    {
+        QFETCH(const QString, damage);
+        run({u"add"_s, m_fixture->folder()});
+        m_fixture->connection()->exec(damage.toStdString());
+        const Outcome outcome = run({u"--check"_s, u"stats"_s});
+        QVERIFY(outcome.output.contains(u"\nfault\t"_s) && outcome.output.endsWith(u"check\tdamaged\n"_s));
+        QCOMPARE(outcome.status, 1);
+        QVERIFY(run({u"vacuum"_s}).errors.contains(u"is damaged: "_s));
     }
 
     void misuseIsSaid_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("no command") << QStringList();
-        QTest::newRow("unknown command") << QStringList{u"burn"_s};
-        QTest::newRow("no path") << QStringList{u"add"_s};
-        QTest::newRow("a path too many") << QStringList{u"stats"_s, u"x"_s};
-        QTest::newRow("no number") << QStringList{u"-n"_s, u"many"_s, u"list"_s};
-        QTest::newRow("no language") << QStringList{u"-l"_s, u"??"_s, u"list"_s};
-        QTest::newRow("unknown option") << QStringList{u"--burn"_s, u"list"_s};
+        QTest::addColumn<QString>("fault");
+        const auto row = [](const QStringList &arguments, const char *fault) {
+            QTest::newRow(fault) << arguments << QString::fromUtf8(fault);
+        };
+        row({}, "a command is missing");
+        row({u"burn"_s}, "unknown command burn");
+        row({u"add"_s}, "add needs an argument");
+        row({u"stats"_s, u"x"_s}, "stats takes no argument");
+        row({u"-n"_s, u"many"_s, u"list"_s}, "--limit needs a number");
+        row({u"-l"_s, u"??"_s, u"list"_s}, "--language needs a code, as \"de\" or \"ger\"");
+        row({u"--burn"_s, u"list"_s}, "Unknown option 'burn'.");
     }
-
     void misuseIsSaid()
     {
-        QFETCH(QStringList, arguments);
+        QFETCH(const QStringList, arguments);
+        QFETCH(const QString, fault);
         const Outcome outcome = run(arguments);
         QCOMPARE(outcome.status, 2);
-        QVERIFY(outcome.errors.contains(u"--help"_s));
+        QCOMPARE(outcome.errors,
+                 u"plovendix-catalogue: %1\nTry 'plovendix-catalogue --help'.\n"_s.arg(fault));
         QVERIFY(!QFile::exists(m_fixture->path()));
     }
 
     void outputThatCannotBeWrittenIsAFailure()
     {
         run({u"add"_s, m_fixture->folder()});
-        for (const QStringList &arguments : {QStringList{u"list"_s}, QStringList{u"--help"_s}}) {
+        for (const QString &argument : {u"list"_s, u"--help"_s}) {
             QProcess process;
             process.setStandardOutputFile(u"/dev/full"_s);
-            process.start(QStringLiteral(PLOVENDIX_CATALOGUE),
-                          QStringList{u"-c"_s, m_fixture->path()} + arguments);
-            QVERIFY(process.waitForFinished());
-            QCOMPARE(process.exitCode(), 1);
-            QVERIFY(process.readAllStandardError().contains("could not be written"));
+            start(process, {argument});
+            const Outcome outcome = outcomeOf(process);
+            QCOMPARE(outcome.status, 1);
+            QVERIFY(outcome.errors.contains(u"could not be written"_s));
         }
     }
 
@@ -163,42 +204,32 @@ private Q_SLOTS:
     void interruptKeepsWhatWasReadAndGoesOn()
     {
         constexpr int Files = 3000;
-        for (int i = 0; i < Files; ++i)
-            m_fixture->write(u"more/Night.Ferry.%1.2020.en.srt"_s.arg(i),
-                             ImportFixture::cue(QString::number(i)));
+        writeMany(Files);
         QProcess process;
-        process.start(QStringLiteral(PLOVENDIX_CATALOGUE),
-                      {u"-c"_s, m_fixture->path(), u"add"_s, m_fixture->folder()});
-        QTRY_VERIFY(QFile::exists(m_fixture->path())); // from here on it listens within moments
-        QTRY_VERIFY(QFile::exists(m_fixture->path() + u"-wal"_s));
-        QTRY_VERIFY(QFileInfo(m_fixture->path() + u"-wal"_s).size() > 0);
+        start(process, {u"add"_s, m_fixture->folder()});
+        QTRY_VERIFY(QFileInfo(m_fixture->path() + u"-wal"_s).size() > 0); // it listens by now
         ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-        QVERIFY(process.waitForFinished());
-        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(process.exitCode(), 130);
-        QVERIFY(process.readAllStandardError().contains("Stopped."));
+        const Outcome outcome = outcomeOf(process);
+        QCOMPARE(outcome.status, 130);
+        QVERIFY(outcome.errors.contains(u"Stopped."_s));
         QVERIFY(m_fixture->faults().isEmpty());
-        const qint64 before = run({u"list"_s}).output.count(u'\n');
+        const qsizetype before = linesOf({u"list"_s});
         QVERIFY(before > 0 && before < Files + 2);
         QCOMPARE(run({u"-q"_s, u"add"_s, m_fixture->folder()}).status, 0);
-        QCOMPARE(run({u"list"_s}).output.count(u'\n'), Files + 2);
+        QCOMPARE(linesOf({u"list"_s}), Files + 2);
     }
 
     void twoImportsAtOnceEnterEverythingOnce()
     {
         constexpr int Files = 400;
-        for (int i = 0; i < Files; ++i)
-            m_fixture->write(u"more/Night.Ferry.%1.2020.en.srt"_s.arg(i),
-                             ImportFixture::cue(QString::number(i)));
+        writeMany(Files);
         QProcess one;
         QProcess other;
-        const QStringList arguments{u"-q"_s, u"-c"_s, m_fixture->path(), u"add"_s, m_fixture->folder()};
-        one.start(QStringLiteral(PLOVENDIX_CATALOGUE), arguments);
-        other.start(QStringLiteral(PLOVENDIX_CATALOGUE), arguments);
-        QVERIFY(one.waitForFinished() && other.waitForFinished());
-        QCOMPARE(one.exitCode(), 0);
-        QCOMPARE(other.exitCode(), 0);
-        QCOMPARE(run({u"list"_s}).output.count(u'\n'), Files + 2);
+        start(one, {u"-q"_s, u"add"_s, m_fixture->folder()});
+        start(other, {u"-q"_s, u"add"_s, m_fixture->folder()});
+        QCOMPARE(outcomeOf(one).status, 0);
+        QCOMPARE(outcomeOf(other).status, 0);
+        QCOMPARE(linesOf({u"list"_s}), Files + 2);
         QVERIFY(m_fixture->faults().isEmpty());
     }
 };

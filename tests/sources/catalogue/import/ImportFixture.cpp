@@ -2,27 +2,42 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTest>
 
 #include <archive.h>
 #include <archive_entry.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 /// What a test builds on must be there; without it nothing it says counts.
-template <class Value>
-const Value &demanded(const Result<Value> &result)
+void demand(bool fact, const QString &what)
 {
-    if (!result)
-        qFatal("%s", qUtf8Printable(result.error().localizedDescription));
-    return result.value();
+    if (!fact)
+        qFatal("%s", qUtf8Printable(what));
+}
+
+template <class Value>
+Value demanded(Result<Value> result)
+{
+    demand(result.hasValue(), result ? QString() : result.error().localizedDescription);
+    return std::move(result).value();
+}
+
+CatalogueDatabase opened(const QString &path)
+{
+    return demanded(CatalogueDatabase::open(path, CatalogueErrors()));
 }
 } // namespace
 
-ImportFixture::ImportFixture(const Sandbox &sandbox, const QString &name)
-    : m_folder(sandbox.path(name + u"/files"_s)), m_path(sandbox.path(name + u"/catalogue.sqlite"_s))
+ImportFixture::ImportFixture(const Sandbox &sandbox) : m_sandbox(sandbox)
 {
+    static int number = 0;
+    const QString place = QString::fromLatin1(QTest::currentTestFunction()) + QString::number(++number);
+    m_folder = sandbox.path(place + u"/files"_s);
+    m_path = sandbox.path(place + u"/catalogue.sqlite"_s);
     QDir().mkpath(m_folder);
 }
 
@@ -36,9 +51,14 @@ QString ImportFixture::write(const QString &relative, const QByteArray &content)
     const QString path = m_folder + u'/' + relative;
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s cannot be written", qUtf8Printable(path));
+    demand(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), path);
     return path;
+}
+
+void ImportFixture::writeEpisodes(int end, int first) const
+{
+    for (int i = first; i < end; ++i)
+        write(u"Harbour.Lights.S01E%1.en.srt"_s.arg(i + 1, 3, 10, QChar(u'0')), cue(QString::number(i)));
 }
 
 QString ImportFixture::writeArchive(const QString &relative, const Members &members,
@@ -47,12 +67,12 @@ QString ImportFixture::writeArchive(const QString &relative, const Members &memb
     const QString path = m_folder + u'/' + relative;
     archive *writer = archive_write_new();
     archive_write_set_format_filter_by_ext(writer, qPrintable(relative));
-    if (!password.isEmpty() &&
-        (archive_write_set_format_option(writer, "zip", "encryption", "traditional") != ARCHIVE_OK ||
-         archive_write_set_passphrase(writer, password.constData()) != ARCHIVE_OK))
-        qFatal("%s cannot be locked", qUtf8Printable(path));
-    if (archive_write_open_filename(writer, QFile::encodeName(path).constData()) != ARCHIVE_OK)
-        qFatal("%s cannot be written", qUtf8Printable(path));
+    const bool isLocked =
+        password.isEmpty() ||
+        (archive_write_set_format_option(writer, "zip", "encryption", "traditional") == ARCHIVE_OK &&
+         archive_write_set_passphrase(writer, password.constData()) == ARCHIVE_OK);
+    demand(isLocked, path);
+    demand(archive_write_open_filename(writer, QFile::encodeName(path).constData()) == ARCHIVE_OK, path);
     for (const auto &[name, content] : members) {
         archive_entry *entry = archive_entry_new();
         archive_entry_set_pathname(entry, qUtf8Printable(name));
@@ -70,39 +90,64 @@ QString ImportFixture::writeArchive(const QString &relative, const Members &memb
 
 ImportCounts ImportFixture::add(const QString &path, const QString &language) const
 {
-    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_path);
-    demanded(catalogue);
-    CatalogueImport import(catalogue.value(), language, [](const ImportCounts &) { return true; });
+    OwnCatalogue catalogue = demanded(OwnCatalogue::open(m_path));
+    CatalogueImport import(catalogue, language, [](const ImportCounts &) { return true; });
     demanded(import.add(path.isEmpty() ? m_folder : path));
     return import.counts();
 }
 
-QList<CatalogueEntry> ImportFixture::entries(const QString &text) const
+bool ImportFixture::addUntil(const CatalogueImport::GoOn &goOn) const
 {
-    const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, CatalogueErrors());
-    return demanded(demanded(database).entriesForText(text, {}));
+    OwnCatalogue catalogue = demanded(OwnCatalogue::open(m_path));
+    CatalogueImport import(catalogue, {}, goOn);
+    return demanded(import.add(m_folder)) == CatalogueImport::End::Stopped;
 }
 
-QStringList ImportFixture::search(const QString &text, const QString &language) const
+qint64 ImportFixture::remove(const QString &path) const
 {
-    const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, CatalogueErrors());
-    const Result<QList<CatalogueEntry>> found = demanded(database).entriesForText(text, language);
+    return demanded(OwnCatalogue::open(m_path)).removeBelow(path, 1000);
+}
+
+void ImportFixture::withoutRights(const QString &closed, const std::function<void()> &work) const
+{
+    const auto change = [](const QString &file, mode_t rights) {
+        demand(::chmod(QFile::encodeName(file).constData(), rights) == 0, file);
+    };
+    for (const QString &place : {m_sandbox.path({}), QFileInfo(m_path).path(), m_folder})
+        change(place, 0777);
+    change(closed, 0);
+    {
+        const UnprivilegedUser user;
+        work();
+    }
+    change(closed, 0755);
+}
+
+QStringList ImportFixture::search(const QString &text) const
+{
     QStringList lines;
-    for (const CatalogueEntry &entry : demanded(found))
+    for (const CatalogueEntry &entry : entries(text))
         lines += entry.subtitle.subFileName + u'|' + entry.subtitle.subLanguageID;
     return lines;
 }
 
+QList<CatalogueEntry> ImportFixture::entries(const QString &text) const
+{
+    return demanded(opened(m_path).entriesForText(text, {}));
+}
+
 QByteArray ImportFixture::contentOf(qint64 entry) const
 {
-    const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, CatalogueErrors());
-    const Result<std::optional<CatalogueFile>> file = demanded(database).file(entry);
-    return demanded(file) ? (*file)->content : QByteArray();
+    return demanded(opened(m_path).file(entry)).value_or(CatalogueFile()).content;
 }
 
 QStringList ImportFixture::faults() const
 {
-    Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_path);
-    demanded(catalogue);
-    return catalogue.value().faults();
+    return demanded(OwnCatalogue::open(m_path)).faults();
+}
+
+std::unique_ptr<SQLite::Database> ImportFixture::connection() const
+{
+    return std::make_unique<SQLite::Database>(QFile::encodeName(m_path).toStdString(),
+                                              SQLite::OPEN_READWRITE);
 }

@@ -1,15 +1,17 @@
 #pragma once
+#include "UnprivilegedUser.h"
+
 #include <sources/catalogue/CatalogueDatabase.h>
 #include <sources/catalogue/import/CatalogueImport.h>
 #include <tests/support/Sandbox.h>
 
-/// A catalogue in a sandbox and the files that are entered into it.
+/// A catalogue of the running test function, and the files that are entered into it.
 class ImportFixture final
 {
 public:
     using Members = QList<std::pair<QString, QByteArray>>;
 
-    explicit ImportFixture(const Sandbox &sandbox, const QString &name);
+    explicit ImportFixture(const Sandbox &sandbox);
 
     QString path() const { return m_path; }
     QString folder() const { return m_folder; }
@@ -17,6 +19,8 @@ public:
     /// A whole subtitle whose one line says `line`.
     static QByteArray cue(const QString &line);
     QString write(const QString &relative, const QByteArray &content) const;
+    /// Subtitles of the episodes from `first` to the one before `end`, each with a content of its own.
+    void writeEpisodes(int end, int first = 0) const;
     /// What the headers of an archive's members say about their sizes.
     enum class Sizes
     {
@@ -30,14 +34,22 @@ public:
 
     /// Opens the catalogue, adds the path (the whole folder when none is given) and gives what happened.
     ImportCounts add(const QString &path = {}, const QString &language = {}) const;
+    /// Adds the folder until `goOn` says no; false when it never did.
+    bool addUntil(const CatalogueImport::GoOn &goOn) const;
+    qint64 remove(const QString &path) const;
+    /// Runs `work` as somebody who may not read `closed`, but may do everything else here.
+    void withoutRights(const QString &closed, const std::function<void()> &work) const;
 
     /// "release|language" of what the catalogue finds, in its order.
-    QStringList search(const QString &text, const QString &language = {}) const;
+    QStringList search(const QString &text) const;
     QList<CatalogueEntry> entries(const QString &text) const;
     QByteArray contentOf(qint64 entry) const;
     QStringList faults() const;
+    /// Another connection to the catalogue, for as long as it lives.
+    std::unique_ptr<SQLite::Database> connection() const;
 
 private:
+    const Sandbox &m_sandbox;
     QString m_folder;
     QString m_path;
 };
