@@ -134,7 +134,6 @@ void SUUpdater::putOff(Clock::Duration pause)
 void SUUpdater::begin()
 {
     m_timer.reset();
-    m_offer.reset();
     m_check = fetchFeed(m_client, settings().string(FeedKey).value_or(QString()),
                         [this](const Result<AppcastFeed> &outcome) { finish(outcome); });
 }
@@ -176,15 +175,13 @@ void SUUpdater::present(const std::optional<AppcastItem> &found)
         return;
     m_offer = {found->version, m_installed.version, plainReleaseNotes(found->notes),
                QUrl(found->link, QUrl::StrictMode)};
-    panel().showOffer(*m_offer, m_asked ? UpdateViewController::Arrival::Asked
-                                        : UpdateViewController::Arrival::ByItself);
+    panel().showOffer(m_offer, m_asked ? UpdateViewController::Arrival::Asked
+                                       : UpdateViewController::Arrival::ByItself);
 }
 
 void SUUpdater::getUpdate()
 {
-    if (!m_offer)
-        return;
-    const QUrl link = m_offer->link;
+    const QUrl link = m_offer.link;
     if (Workspace::sharedWorkspace().openURL(link))
         return m_window->hide();
     const QString sentence =
@@ -194,9 +191,7 @@ void SUUpdater::getUpdate()
 
 void SUUpdater::skipVersion()
 {
-    if (!m_offer)
-        return;
-    settings().setObject(SkippedKey, m_offer->version);
+    settings().setObject(SkippedKey, m_offer.version);
     m_window->hide();
 }
 

@@ -48,9 +48,9 @@ private:
     std::shared_ptr<UpdateViewController> m_panel;
     const InstalledProgram m_installed;
     HttpClient m_client;
-    HttpCall m_check; // the running check
-    bool m_asked = false;     // the person requested the check and waits for its end
-    std::optional<UpdateOffer> m_offer;
+    HttpCall m_check;            // the running check
+    bool m_asked = false;        // the person requested the check and waits for its end
+    UpdateOffer m_offer;         // the one shown last
     Clock::Duration m_notBefore; // no automatic check before that time
     Clock::Timer m_timer;
     std::vector<UserDefaults::Observation> m_observations;
