@@ -105,10 +105,6 @@ class Accessible:
         return self._bus.property(self._node, ACCESSIBLE, 'Name')
 
     @property
-    def description(self):
-        return self._bus.property(self._node, ACCESSIBLE, 'Description')
-
-    @property
     def role(self):
         return self._bus.call(self._node, ACCESSIBLE, 'GetRoleName')[0]
 
@@ -133,12 +129,6 @@ class Accessible:
     @property
     def text(self):
         return self._bus.call(self._node, 'org.a11y.atspi.Text', 'GetText', '(ii)', 0, -1)[0]
-
-    @property
-    def selected_text(self):
-        """The selected part of the text; empty when there is none."""
-        start, end = self._bus.call(self._node, 'org.a11y.atspi.Text', 'GetSelection', '(i)', 0)
-        return self.text[start:end]
 
     @property
     def extents(self):

@@ -46,15 +46,6 @@ class CompanionTest(InstalledTest):
         self.launch_installed()
         self.tree.find('label', 'or type a title above\nWorks with Tessaly and Glimmet')
 
-    def test_alt_alone_gives_the_sheet(self):
-        received = self.register_handler('tessaly3', 'com.quorvane.Tessaly')
-        self.ask(docid='42', sender='tessaly3')
-        self.tree.find('push button', 'Send to Tessaly')
-        self.screen.press('alt+Return')
-        self.tree.find('dialog', 'Save')
-        self.assertFalse(os.path.exists(received))
-        self.assertEqual(self.delivered(), [])
-
 
 if __name__ == '__main__':
     unittest.main(verbosity=2)

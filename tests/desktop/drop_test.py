@@ -58,17 +58,6 @@ class DropTest(ProgramTest):
         self.source.wait_for_line('refused')
         self.assertEqual(self.screen.title(self.window), 'Plovendix')
 
-    def test_the_shadow_is_outside(self):
-        x, y, _, height = self.frame()
-        shadow = (x - self.margin()[0] // 2, y + height // 2)
-        self.carry_inside('Harbour.mkv')
-        self.screen.hover(self.inside, self.is_outlined, 'the outline shows')
-        self.screen.glide(self.inside, shadow)
-        self.screen.hover(shadow, lambda: not self.is_outlined(), 'the outline is gone')
-        self.assertEqual(self.program.lines().count(ENTERED), 2)
-        self.screen.button_up()
-        self.source.wait_for_line('refused')
-
     def test_text_is_refused_without_an_outline(self):
         self.carry_inside(mime_type='text/plain', data='words')
         self.assertFalse(self.is_outlined())

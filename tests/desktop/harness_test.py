@@ -1,16 +1,13 @@
-"""The harness itself, on a small window of another toolkit: keys, mouse, drags, accessibles, pictures, window states."""
+"""What a program under test sees of the machine and of the person who runs the test."""
 import os
 import subprocess
 import sys
 import unittest
 
 from desktop import HERE, Desktop
-from waiting import wait_for
 
 
 class EnvironmentTest(unittest.TestCase):
-    """What a program under test sees of the machine and of the person who runs the test."""
-
     @classmethod
     def setUpClass(cls):
         cls.desktop = cls.enterClassContext(Desktop())

@@ -20,20 +20,6 @@ class ShortcutTest(ProgramTest):
         self.wait_for_results(3)
         self.assertEqual(self.field().text, 'Harbour.mkv')
 
-    def test_down_enters_the_list_and_escape_closes_an_open_list_first(self):
-        self.launch()
-        self.search('harbour')
-        self.wait_for_results(3)
-        self.screen.press('Down')
-        wait_for(lambda: self.row(1).has('selected'), 'the first row is selected')
-        self.click(self.tree.find('combo box'))
-        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) > 1, 'the languages are listed')
-        self.screen.press('Escape')
-        wait_for(lambda: len(self.screen.windows_of(self.program.pid)) == 1, 'their list is closed')
-        self.wait_for_results(3)
-        self.screen.press('Escape')
-        self.wait_for_title('Plovendix')
-
 
 class QuitTest(ProgramTest):
     def assert_ends(self):

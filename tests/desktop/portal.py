@@ -11,8 +11,6 @@ INTERFACE = 'org.freedesktop.portal.Settings'
 PATH = '/org/freedesktop/portal/desktop'
 XML = f'''
 <node><interface name="{INTERFACE}">
-  <method name="Read"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
-  <method name="ReadOne"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
   <method name="ReadAll"><arg type="as" direction="in"/><arg type="a{{sa{{sv}}}}" direction="out"/></method>
   <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
   <property name="version" type="u" access="read"/>
@@ -33,16 +31,8 @@ class Portal:
     def _value(self):
         return GLib.Variant('u', self._scheme)
 
-    def _call(self, _connection, _sender, _path, _interface, method, parameters, invocation):
-        if method == 'ReadAll':
-            invocation.return_value(GLib.Variant('(a{sa{sv}})', ({NAMESPACE: {KEY: self._value()}},)))
-        elif parameters.unpack() != (NAMESPACE, KEY):
-            invocation.return_dbus_error('org.freedesktop.portal.Error.NotFound', 'Requested setting not found')
-        elif method == 'Read':
-            # The older call wraps its answer twice; programs have to cope.
-            invocation.return_value(GLib.Variant('(v)', (GLib.Variant('v', self._value()),)))
-        else:
-            invocation.return_value(GLib.Variant('(v)', (self._value(),)))
+    def _call(self, _connection, _sender, _path, _interface, _method, _parameters, invocation):
+        invocation.return_value(GLib.Variant('(a{sa{sv}})', ({NAMESPACE: {KEY: self._value()}},)))
 
     def _get(self, *_arguments):
         return GLib.Variant('u', 2)

@@ -3,7 +3,7 @@ import os
 import unittest
 
 from program_test import ProgramTest
-from waiting import remains, wait_for
+from waiting import wait_for
 
 
 class ListTest(ProgramTest):

@@ -30,12 +30,6 @@ class Screen:
     def type(self, text):
         self._run('xdotool', 'type', '--delay', '1', text)
 
-    def hold(self, key):
-        self._run('xdotool', 'keydown', key)
-
-    def let_go(self, key):
-        self._run('xdotool', 'keyup', key)
-
     # Mouse
 
     def move(self, x, y):

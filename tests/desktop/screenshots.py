@@ -182,7 +182,7 @@ class Studio(ServiceTest, FolderTest):
             self.search('paper lighthouse')
             self.take_alert(state)
             self.program.stop()
-            self.end_service()
+            self.service.stop()
 
     def shot_login_refused(self):
         self.download_online(account=True, environment={'PLOVENDIX_SUBTITLE_PASSWORD': 'wrong'})

@@ -1,11 +1,9 @@
-"""Searching: typed, from the command line, cancelled, failed, and found nothing."""
+"""Searching: typed, failed, and from the command line."""
 import os
 import unittest
 
 from program_test import BUILD, REAL, ProgramTest
-from waiting import remains, wait_for
-
-REVEAL_SECONDS = 10
+from waiting import wait_for
 
 
 class TypedSearchTest(ProgramTest):
@@ -15,19 +13,6 @@ class TypedSearchTest(ProgramTest):
         self.wait_for_results(3)
         self.assertEqual([row.name for row in self.rows()],
                          [f'Result.{number}.harbour, Scripted film' for number in (1, 2, 3)])
-
-
-class LongSearchTest(ProgramTest):
-    def test_the_cancel_button_comes_after_ten_seconds(self):
-        self.launch()
-        self.search('later')
-        self.tree.find(name='Searching')
-        remains(lambda: not self.tree.find_all('push button', 'Cancel search'), 'the button is hidden',
-                REVEAL_SECONDS - 4)
-        self.tree.find('push button', 'Cancel search')
-        self.answer_held()
-        self.wait_for_results(3)
-        self.tree.find('push button', 'Cancel search')
 
 
 class FailedSearchTest(ProgramTest):

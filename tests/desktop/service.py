@@ -7,7 +7,6 @@ from program_test import BUILD, REAL, ProgramTest
 from waiting import wait_for
 
 STAND_IN = os.path.join('tests', 'plovendix-standin')
-MOST_IN_A_SECOND = 5
 NOWHERE = 'https://nowhere.invalid/api/v1'
 
 
@@ -23,13 +22,7 @@ class ServiceTest(ProgramTest):
     def tearDown(self):
         super().tearDown()
         if self.service:
-            self.end_service()
-            self.assertEqual(self.misdeeds(), [])
-
-    def end_service(self):
-        """Ends the stand-in; a test that calls this has judged the log itself."""
-        self.service.stop()
-        self.service = None
+            self.service.stop()
 
     # The services
 
@@ -50,38 +43,6 @@ class ServiceTest(ProgramTest):
     def wait_for_request(self, path):
         wait_for(lambda: self.requests(path), lambda: f'{path} is asked for; asked for was '
                                                      f'{[line["target"] for line in self.requests()]}')
-
-    def misdeeds(self):
-        """What no client should ever do, read from the log."""
-        found = []
-        requests = self.requests()
-        api = int(self.addresses['SubtitleServiceURL'].split(':')[2].split('/')[0])
-        keyed = {line['port'] for line in self.requests('/api/v1/')}
-        refused = set()
-        for line in requests:
-            headers = line['headers']
-            if line['status'] in (301, 302, 307, 308):
-                found.append(f'caused a redirect: {line["target"]}')
-            if not headers.get('user-agent', '').startswith('Plovendix v') or not headers.get('accept'):
-                found.append(f'without its headers: {line["target"]}')
-            is_film = line['port'] == api and line['target'].startswith('/3/')
-            if 'api-key' in headers and (is_film or line['port'] not in keyed):
-                found.append(f'a key at a foreign host: {line["target"]}')
-            if 'authorization' in headers and line['port'] not in keyed:
-                found.append(f'a token at a foreign host: {line["target"]}')
-            if line['target'].startswith('/api/v1/') and not headers.get('api-key'):
-                found.append(f'without the key: {line["target"]}')
-            if line['target'].endswith('/login'):
-                if line['body'] in refused:
-                    found.append('a refused login was repeated')
-                if line['status'] in (400, 401):
-                    refused.add(line['body'])
-        for kind in ('/api/v1/', '/3/'):
-            times = [line['milliseconds'] for line in self.requests(kind)]
-            crowd = max((sum(start <= time < start + 1000 for time in times) for start in times), default=0)
-            if crowd > MOST_IN_A_SECOND:
-                found.append(f'{crowd} requests in a second')
-        return found
 
     # The program
 
@@ -122,4 +83,3 @@ class ServiceTest(ProgramTest):
 
 def is_private(path):
     return stat.S_IMODE(os.stat(path).st_mode) == 0o600
-

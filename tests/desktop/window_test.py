@@ -95,13 +95,6 @@ class FrameTest(WindowTest):
         wait_for(lambda: abs(self.frame()[0] - (x - 40)) <= LAG and abs(self.frame()[3] - (height + 30)) <= LAG,
                  lambda: f'the lower left corner has moved, not {self.frame()}')
 
-    def test_it_cannot_be_made_smaller_than_is_useful(self):
-        x, y, width, height = self.frame()
-        self.drag((x + width + 1, y + height + 1), (x + 100, y + 100))
-        wait_for(lambda: self.frame()[2] < width and self.frame()[3] < height, 'it is smaller')
-        self.assertGreaterEqual(self.frame()[2], 480)
-        self.assertGreaterEqual(self.frame()[3], 360)
-
     def test_right_click_on_the_title_bar_opens_the_window_menu(self):
         self.screen.click(*self.title_bar(), button=RIGHT)
         self.wait_for_menu()
