@@ -109,18 +109,6 @@ class FolderTest(ProgramTest):
         wait_for(self.rows, lambda: f'what was in the archive is found\n{self.tree.dump()}')
         self.assertTrue(self.rows()[0].name.startswith('Velvet.Harvest.2021'), self.rows()[0].name)
 
-    def test_it_is_cancelled_with_the_key_that_began_it(self):
-        self.write_many()
-        with self.another_writer():
-            pane = self.start_held_up()
-            self.wait_for_focus(pane.find('push button', 'Cancel'))
-            self.screen.press('space')
-            self.wait_for_sentence(pane, 'Add the folder again to go on from here.')
-        self.wait_for_focus(pane.find('push button', 'Add Folder…'))
-        self.choose_folder()
-        self.wait_for_sentence(pane, f'Subtitles added: {MORE_THAN_A_BATCH}. Known already: 1.')
-        self.assertIn('check\tsound', self.run_command('stats', '--check'))
-
     def test_quitting_ends_it_and_leaves_a_sound_catalogue(self):
         self.write_many()
         with self.another_writer():

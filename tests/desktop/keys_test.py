@@ -53,7 +53,7 @@ class QuitTest(ProgramTest):
 
     def test_closing_while_a_search_runs(self):
         self.launch()
-        self.search('later')
+        self.search('never')
         self.tree.find(name='Searching')
         self.close_by_window_manager()
         self.assert_ends()

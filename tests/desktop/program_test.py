@@ -169,11 +169,6 @@ class ProgramTest(unittest.TestCase):
             self.click(pane.find('check box', tab))
         return self.tree.find('frame', tab)
 
-    def answer_held(self):
-        """Lets the scripted service answer what it holds back."""
-        with open(os.path.join(self.script, 'answer'), 'w', encoding='utf-8'):
-            pass
-
     def suggested_name(self):
         """The save sheet's name field, once it is shown."""
         return self.tree.find('dialog', 'Save').find('text', 'File name:')

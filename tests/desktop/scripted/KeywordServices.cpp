@@ -42,14 +42,12 @@ Result<QueryResult> resultFor(const QString &words)
     }
     return QueryResult{subtitles};
 }
-} // namespace
-
-KeywordSubtitleService::KeywordSubtitleService(const QString &folder) : m_folder(folder)
+void answer(const QString &words, const std::function<void()> &give)
 {
-    QDir().mkpath(folder);
-    m_watcher.addPath(folder);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &KeywordSubtitleService::answerHeld);
+    if (!words.contains(u"never"_s))
+        std::thread(give).detach();
 }
+} // namespace
 
 void KeywordSubtitleService::query(const QList<Arg> &args, QueryCompletion completion)
 {
@@ -64,11 +62,6 @@ void KeywordSubtitleService::note(const QString &query) const
     QFile file(m_folder + u".queries"_s);
     if (file.open(QIODevice::Append))
         file.write(query.toUtf8() + '\n');
-}
-
-void KeywordSubtitleService::cancelQueryTask()
-{
-    m_held.clear();
 }
 
 void KeywordSubtitleService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
@@ -87,27 +80,6 @@ void KeywordSubtitleService::download(const SubtitlePtr &subtitle, DownloadCompl
         file.close();
         completion(QUrl::fromLocalFile(path));
     });
-}
-
-void KeywordSubtitleService::answer(const QString &words, std::function<void()> give)
-{
-    if (words.contains(u"never"_s))
-        return;
-    const auto onWorker = [give = std::move(give)] { std::thread(give).detach(); };
-    if (words.contains(u"later"_s)) {
-        m_held.push_back(onWorker);
-        answerHeld();
-        return;
-    }
-    onWorker();
-}
-
-void KeywordSubtitleService::answerHeld()
-{
-    if (!QFile::exists(m_folder + u"/answer"_s))
-        return;
-    for (const auto &give : std::exchange(m_held, {}))
-        give();
 }
 
 std::optional<VideoHash> KeywordSubtitleService::computeHash(const QUrl &url)
