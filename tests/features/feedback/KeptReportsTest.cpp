@@ -106,29 +106,6 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder).entryList(QDir::Files).size(), 5);
     }
 
-    void uncreatableFolderIsReported()
-    {
-        m_folder = m_sandbox.writeFile(u"file%1"_s.arg(m_folders), "x") + u"/feedback"_s;
-        const auto path = kept().keep(report(u"One"_s), m_date);
-        QVERIFY(!path);
-        QVERIFY(path.error().localizedDescription.contains(m_folder));
-    }
-
-    void fullDiskWithoutTheFolderIsTold_data() { FullDisk::addRows(FullDisk::WithoutTheFolder); }
-    void fullDiskWithoutTheFolderIsTold()
-    {
-        QFETCH(const QString, failingCall);
-        FullDisk disk(m_sandbox, failingCall);
-        m_folder = disk.path(u"data/feedback"_s);
-        disk.fill();
-        const auto path = kept().keep(report(u"One"_s), m_date);
-        QVERIFY(!path);
-        QVERIFY(path.error().localizedDescription.endsWith(u"There is not enough free space."_s));
-        QCOMPARE(disk.files(), QStringList());
-        disk.makeRoom();
-        QVERIFY(kept().keep(report(u"One"_s), m_date));
-    }
-
     void fullDiskKeepsTheOldReport_data() { FullDisk::addRows(); }
     void fullDiskKeepsTheOldReport()
     {
