@@ -1,4 +1,5 @@
 #include "TableFixture.h"
+#include <tests/ui/views/Painted.h>
 
 #include <tests/support/TestMain.h>
 
@@ -18,7 +19,9 @@ private Q_SLOTS:
         fixture.table.selectRow(2);
         QCOMPARE(fixture.table.numberOfSelectedRows(), 1);
         fixture.table.selectRow(4);
+        PaintCounter paints(*fixture.table.viewport());
         fixture.table.deselectAll();
+        QTRY_VERIFY(paints.count > 0);
         fixture.table.deselectAll();
         QCOMPARE(fixture.selections, QList<int>({2, 4, -1}));
         QCOMPARE(fixture.table.numberOfSelectedRows(), 0);
