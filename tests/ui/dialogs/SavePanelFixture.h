@@ -1,7 +1,7 @@
 #pragma once
-#include <base/FileManager.h>
 #include <base/MainQueue.h>
 #include <base/UserDefaults.h>
+#include <tests/support/FakeFileManager.h>
 #include <tests/support/Sandbox.h>
 #include <ui/dialogs/SavePanel.h>
 #include <ui/window/Window.h>
@@ -11,19 +11,8 @@
 #include <QLineEdit>
 #include <QTest>
 
-/// Knows one Movies folder, or none.
-class MoviesAt : public FileManager
-{
-public:
-    explicit MoviesAt(std::optional<QUrl> movies) : m_movies(std::move(movies)) {}
-    std::optional<QUrl> moviesFolder() const override { return m_movies; }
-
-private:
-    std::optional<QUrl> m_movies;
-};
-
 /// What the tests of the save panel share: a window, a panel, the answers so far, and a person's hands. Each
-/// test has a folder and settings of its own.
+/// test has a separate folder, where the panel opens, and separate settings.
 class SavePanelFixture : public QObject
 {
     Q_OBJECT
@@ -46,7 +35,12 @@ protected:
     QString makeFolder(const QString &name) const
     {
         QDir(m_folder).mkpath(name);
-        return m_folder + QLatin1Char('/') + name;
+        return m_folder + u'/' + name;
+    }
+
+    void makeFile(const QString &name) const
+    {
+        QVERIFY(QFile(m_folder + u'/' + name).open(QIODevice::WriteOnly));
     }
 
     void begin(const std::shared_ptr<SavePanel> &panel)
@@ -57,21 +51,28 @@ protected:
 
     QFileDialog *show()
     {
-        MainQueue::shared().runUntilIdle(); // an answered sheet goes on the next turn
         begin(m_panel);
         return visibleDialog(*m_window);
     }
 
-    /// As a person does: all that is there goes, the new name comes, Return.
-    static void type(const QFileDialog &dialog, const QString &text)
+    void finish(const QFileDialog &dialog, Qt::Key key = Qt::Key_Return)
+    {
+        QTest::keyClick(nameField(dialog), key);
+        MainQueue::shared().runUntilIdle();
+    }
+
+    /// As a person does: everything in the field goes, the new name comes, Return.
+    void type(const QFileDialog &dialog, const QString &text)
     {
         nameField(dialog)->selectAll();
         QTest::keyClick(nameField(dialog), Qt::Key_Delete);
         QTest::keyClicks(nameField(dialog), text);
-        QTest::keyClick(nameField(dialog), Qt::Key_Return);
-        MainQueue::shared().runUntilIdle();
+        finish(dialog);
     }
 
+    QString chosenPath() const { return m_panel->URL() ? m_panel->URL()->toLocalFile() : QString(); }
+
+    const QString m_name = QStringLiteral("Movie.en.srt");
     Sandbox m_sandbox;
     QString m_folder;
     QString m_movies;
@@ -84,13 +85,14 @@ private Q_SLOTS:
     {
         m_folder = m_sandbox.path(QLatin1String(QTest::currentTestFunction()));
         QDir(m_folder).removeRecursively();
-        QDir().mkpath(m_folder);
         m_movies = makeFolder(QStringLiteral("Videos"));
         UserDefaults::setStandardFile(m_folder + QStringLiteral("/settings/Plovendix.conf"));
-        FileManager::setDefaultManager(std::make_shared<MoviesAt>(QUrl::fromLocalFile(m_movies)));
+        FakeFileManager::install(m_movies);
         m_window = std::make_unique<ui::Window>();
         m_window->show();
         m_panel = std::make_shared<SavePanel>();
+        m_panel->directoryURL = QUrl::fromLocalFile(m_folder);
+        m_panel->nameFieldStringValue = m_name;
         m_answers.clear();
     }
     void cleanup()

@@ -7,6 +7,7 @@
 #include <ui/style/ChromeColors.h>
 #include <ui/style/ChromeStyle.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QSignalSpy>
 
@@ -202,21 +203,29 @@ private Q_SLOTS:
         QCOMPARE(QApplication::palette().color(QPalette::Highlight), DarkAccent);
     }
 
-    void nothingMovesUnderReducedMotion()
+    void busyIndicatorTurnsWhileVisibleAndNotUnderReducedMotion()
     {
         Appearance::shared().install();
-        BusyIndicator indicator;
-        indicator.show();
-        QVERIFY(indicator.isSpinning());
+        QWidget parent;
+        auto *indicator = new BusyIndicator(&parent);
+        QCOMPARE(QAccessible::queryAccessibleInterface(indicator)->text(QAccessible::Name), u"Searching"_s);
+        QVERIFY(!indicator->isSpinning());
+        parent.show();
+        QVERIFY(indicator->isSpinning());
+        const QImage first = indicator->grab().toImage();
+        QTRY_VERIFY(indicator->grab().toImage() != first);
+        indicator->hide();
+        QVERIFY(!indicator->isSpinning());
+        indicator->show();
+        QVERIFY(indicator->isSpinning());
         m_portal->sendChange(Desktop, u"reduced-motion"_s, 1U);
-        QTRY_VERIFY(!indicator.isSpinning());
+        QTRY_VERIFY(!indicator->isSpinning());
         QCOMPARE(QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration), 0);
-        QVERIFY(indicator.isVisible());
-        indicator.hide();
-        indicator.show();
-        QVERIFY(!indicator.isSpinning());
+        indicator->hide();
+        indicator->show();
+        QVERIFY(!indicator->isSpinning());
         m_portal->sendChange(Desktop, u"reduced-motion"_s, 0U);
-        QTRY_VERIFY(indicator.isSpinning());
+        QTRY_VERIFY(indicator->isSpinning());
     }
 
     void textsAreReadable_data()

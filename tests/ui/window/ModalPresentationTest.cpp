@@ -3,10 +3,9 @@
 #include <ui/window/ViewController.h>
 #include <ui/window/Window.h>
 
-#include <QApplication>
 #include <QPushButton>
-#include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 namespace
 {
@@ -14,21 +13,18 @@ namespace
 class Panel : public ViewController
 {
 public:
+    QPushButton *button = nullptr;
+    int appearances = 0;
+
     void loadView() override
     {
         auto container = std::make_unique<QWidget>();
-        m_button = new QPushButton(container.get());
-        connect(m_button, &QPushButton::clicked, this, [this] { dismissController(m_button); });
+        button = new QPushButton(container.get());
+        connect(button, &QPushButton::clicked, this, [this] { dismissController(button); });
+        container->resize(420, 260);
         setView(std::move(container));
     }
-    void viewDidAppear() override { ++m_appearances; }
-
-    QPushButton *button() const { return m_button; }
-    int appearances() const { return m_appearances; }
-
-private:
-    QPushButton *m_button = nullptr;
-    int m_appearances = 0;
+    void viewDidAppear() override { ++appearances; }
 };
 } // namespace
 
@@ -44,6 +40,8 @@ private Q_SLOTS:
         m_window->setContentViewController(m_presenter);
         m_window->show();
         m_panel = ViewController::make<Panel>();
+        m_presenter->presentViewControllerAsModalWindow(m_panel);
+        m_modal = m_panel->window();
     }
     void cleanup()
     {
@@ -54,119 +52,81 @@ private Q_SLOTS:
         m_window.reset();
     }
 
-    void panelAppearsInAModalWindowOfItsOwn()
+    void panelAppearsInAModalWindowOfItsSize()
     {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        ui::Window *window = m_panel->window();
-        QVERIFY(window);
-        QVERIFY(window != m_window.get());
-        QVERIFY(window->isVisible());
-        QCOMPARE(window->windowModality(), Qt::ApplicationModal);
-        QCOMPARE(QApplication::activeModalWidget(), window);
-        QCOMPARE(window->windowHandle()->transientParent(), m_window->windowHandle());
+        QVERIFY(m_modal && m_modal != m_window.get() && m_modal->isVisible());
+        QCOMPARE(m_modal->windowModality(), Qt::ApplicationModal);
+        QCOMPARE(QApplication::activeModalWidget(), m_modal);
+        QCOMPARE(m_modal->windowHandle()->transientParent(), m_window->windowHandle());
         QCOMPARE(m_panel->presentingViewController(), m_presenter);
-        QTRY_COMPARE(m_panel->appearances(), 1);
+        QCOMPARE(m_panel->appearances, 1);
+        QCOMPARE(m_modal->contentSize(), QSize(420, 260));
+        QVERIFY(m_modal->isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
+        QVERIFY(m_modal->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
+        QVERIFY(!m_modal->isStandardButtonHidden(ui::Window::StandardButton::Close));
+        m_presenter->presentViewControllerAsModalWindow(m_panel);
+        QCOMPARE(m_panel->window(), m_modal);
     }
 
-    void windowHasTheSizeOfTheViewAndOnlyAnEnd()
+    void presentationEnds_data()
     {
-        m_panel->view()->resize(420, 260);
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const ui::Window *window = m_panel->window();
-        QCOMPARE(window->contentSize(), QSize(420, 260));
-        QVERIFY(window->isStandardButtonHidden(ui::Window::StandardButton::Miniaturize));
-        QVERIFY(window->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
-        QVERIFY(!window->isStandardButtonHidden(ui::Window::StandardButton::Close));
+        QTest::addColumn<QString>("how");
+        for (const char *how : {"dismissed", "closed", "deleted", "after its presenter"})
+            QTest::newRow(how) << QString::fromLatin1(how);
     }
-
-    void dismissalClosesTheWindowAndForgetsThePresenter()
+    void presentationEnds()
     {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const QPointer<ui::Window> window = m_panel->window();
-        m_panel->dismissController();
+        QFETCH(QString, how);
+        if (how == QStringLiteral("after its presenter")) {
+            m_window.reset();
+            m_presenter.reset();
+            QVERIFY(!m_panel->presentingViewController());
+            QVERIFY(m_modal && m_modal->isVisible());
+        }
+        if (how == QStringLiteral("closed"))
+            QVERIFY(m_modal->close());
+        else if (how == QStringLiteral("deleted"))
+            delete m_modal;
+        else
+            m_panel->dismissController();
         QVERIFY(!m_panel->presentingViewController());
-        QVERIFY(!window || !window->isVisible());
+        QVERIFY(!m_modal || !m_modal->isVisible());
         QVERIFY(!QApplication::activeModalWidget());
-        QTRY_VERIFY(!window);
+        QTRY_VERIFY(!m_modal);
         QVERIFY(m_panel->isViewLoaded());
-    }
-
-    void buttonInsideDismissesAndLetsThePanelGo()
-    {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const std::weak_ptr<Panel> panel = m_panel;
-        QPushButton *button = m_panel->button();
-        m_panel.reset();
-        QVERIFY(!panel.expired());
-        QTest::mouseClick(button, Qt::LeftButton);
-        QTRY_VERIFY(panel.expired());
-    }
-
-    void closingTheWindowIsADismissal()
-    {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const QPointer<ui::Window> window = m_panel->window();
-        QVERIFY(window->close());
-        QVERIFY(!m_panel->presentingViewController());
-        QTRY_VERIFY(!window);
-    }
-
-    void presenterMayGoFirst()
-    {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        m_window.reset();
-        m_presenter.reset();
-        QVERIFY(!m_panel->presentingViewController());
-        const QPointer<ui::Window> window = m_panel->window();
-        QVERIFY(window && window->isVisible());
-        m_panel->dismissController();
-        QTRY_VERIFY(!window);
-    }
-
-    void windowDeletedOutrightEndsThePresentation()
-    {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        delete m_panel->window();
-        QVERIFY(m_panel->isViewLoaded());
-        QVERIFY(!m_panel->presentingViewController());
-        m_panel->dismissController();
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        QVERIFY(m_panel->window()->isVisible());
-    }
-
-    void secondPresentationWhileOneIsUpShowsTheSameWindow()
-    {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        const ui::Window *window = m_panel->window();
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
-        QCOMPARE(m_panel->window(), window);
     }
 
     void panelCanBePresentedAgain()
     {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
         m_panel->dismissController();
+        m_panel->dismissController(); // does nothing
         m_presenter->presentViewControllerAsModalWindow(m_panel);
         QCOMPARE(m_panel->presentingViewController(), m_presenter);
-        QVERIFY(m_panel->window()->isVisible());
-        QVERIFY(m_panel->view()->isVisible());
-        QTRY_COMPARE(m_panel->appearances(), 2);
-    }
-
-    void dismissalWithoutAPresentationDoesNothing()
-    {
-        m_presenter->dismissController();
+        QVERIFY(m_panel->window()->isVisible() && m_panel->view()->isVisible());
+        QCOMPARE(m_panel->appearances, 2);
+        m_presenter->dismissController(); // is not presented
         QVERIFY(m_window->isVisible());
-        QVERIFY(m_presenter->isViewLoaded());
     }
 
-    void endOfTheProgramEndsThePresentation()
+    void presentationHoldsThePanelUntilItEnds_data()
     {
-        m_presenter->presentViewControllerAsModalWindow(m_panel);
+        QTest::addColumn<bool>("byTheProgramsEnd");
+        QTest::newRow("by its button") << false;
+        QTest::newRow("by the program's end") << true;
+    }
+    void presentationHoldsThePanelUntilItEnds()
+    {
+        QFETCH(bool, byTheProgramsEnd);
         const std::weak_ptr<Panel> panel = m_panel;
+        QPushButton *button = m_panel->button;
         m_panel.reset();
-        QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
-        QApplication::exec();
+        QVERIFY(!panel.expired());
+        if (byTheProgramsEnd) {
+            QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
+            QApplication::exec();
+        } else {
+            QTest::mouseClick(button, Qt::LeftButton);
+        }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(panel.expired());
     }
@@ -176,6 +136,7 @@ private:
     std::unique_ptr<ui::Window> m_window;
     std::shared_ptr<ViewController> m_presenter;
     std::shared_ptr<Panel> m_panel;
+    QPointer<ui::Window> m_modal;
 };
 
 PLOVENDIX_GUI_TEST(ModalPresentationTest)

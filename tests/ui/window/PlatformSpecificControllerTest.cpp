@@ -1,60 +1,24 @@
+#include "AlertAnswerer.h"
+
+#include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <ui/window/PlatformSpecificController.h>
 #include <ui/window/Window.h>
-
-#include <QApplication>
-#include <QMessageBox>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A controller that notes what it is told instead of showing it.
-class NotingController : public ViewController
+/// Notes the errors before it presents them.
+class Controller : public PlatformController<>
 {
 public:
+    QList<base::Error> errors;
+
     bool presentError(const base::Error &error) override
     {
         errors += error;
-        calls += u"error"_s;
-        return true; // ignored
-    }
-    void dismissController(QObject *sender = nullptr)
-    {
-        QCOMPARE(sender, nullptr);
-        calls += u"dismiss"_s;
-    }
-    void presentViewControllerAsModalWindow(const std::shared_ptr<ViewController> &controller)
-    {
-        presented += controller;
-        calls += u"present"_s;
-    }
-
-    QList<base::Error> errors;
-    QList<std::shared_ptr<ViewController>> presented;
-    QStringList calls;
-};
-
-using Controller = PlatformController<NotingController>;
-
-/// Dismisses every alert that shows, and keeps its text.
-class AlertDismisser final : public QObject
-{
-public:
-    AlertDismisser() { qApp->installEventFilter(this); }
-    QStringList texts;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        auto *alert = qobject_cast<QMessageBox *>(watched);
-        if (alert && event->type() == QEvent::Show) {
-            texts += alert->text();
-            QMetaObject::invokeMethod(
-                alert, [alert] { alert->accept(); }, Qt::QueuedConnection);
-        }
-        return false;
+        return PlatformController::presentError(error) || true; // the answer is ignored
     }
 };
 } // namespace
@@ -64,13 +28,19 @@ class PlatformSpecificControllerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void viewIsLoadedOnceItWasUsed()
+    void init()
     {
-        const auto controller = ViewController::make<PlatformController<>>();
-        const PlatformSpecificController &operations = *controller;
-        QCOMPARE(operations.viewActuallyLoaded(), false);
-        controller->view();
-        QCOMPARE(operations.viewActuallyLoaded(), true);
+        m_window = std::make_unique<ui::Window>();
+        m_controller = ViewController::make<Controller>();
+        QVERIFY(!m_controller->viewActuallyLoaded());
+        m_window->setContentViewController(m_controller);
+        QVERIFY(m_controller->viewActuallyLoaded());
+        m_window->show();
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        m_controller.reset();
     }
 
     void errorMessageIsPresentedBeforeTheCompletion_data()
@@ -79,39 +49,23 @@ private Q_SLOTS:
         QTest::newRow("a message") << u"The file could not be read."_s;
         QTest::newRow("none") << QString();
     }
-
     void errorMessageIsPresentedBeforeTheCompletion()
     {
         QFETCH(QString, message);
-        const auto controller = ViewController::make<Controller>();
-        controller->presentErrorMessage(message, [&] { controller->calls += u"completion"_s; });
-        QCOMPARE(controller->calls, QStringList({u"error"_s, u"completion"_s}));
-        QCOMPARE(controller->errors.size(), 1);
-        const base::Error &error = controller->errors.first();
+        AlertAnswerer person([](QMessageBox &alert) { alert.close(); });
+        QList<int> alertsBeforeCompletion;
+        m_controller->presentErrorMessage(message, [&] {
+            alertsBeforeCompletion += QApplication::activeModalWidget() ? -1 : person.alertsSeen();
+        });
+        QCOMPARE(alertsBeforeCompletion, QList<int>{1});
+        QCOMPARE(m_controller->errors.size(), 1);
+        const base::Error &error = m_controller->errors.first();
         QCOMPARE(error.domain, QString());
         QCOMPARE(error.code, 123);
         QCOMPARE(error.localizedDescription, message);
     }
 
-    void emptyMessageStillShowsTheAlert()
-    {
-        AlertDismisser alerts;
-        const auto controller = ViewController::make<PlatformController<>>();
-        ui::Window window;
-        window.setContentViewController(controller);
-        window.show();
-        qsizetype shownBefore = -1;
-        int completions = 0;
-        controller->presentErrorMessage(QString(), [&] {
-            shownBefore = alerts.texts.size();
-            ++completions;
-        });
-        QCOMPARE(shownBefore, 1);
-        QCOMPARE(completions, 1);
-        QVERIFY(!QApplication::activeModalWidget());
-    }
-
-    void dismissalIgnoresTheAnimation_data()
+    void presentationAndDismissalIgnoreTheAnimation_data()
     {
         QTest::addColumn<bool>("animated");
         QTest::addColumn<bool>("completes");
@@ -120,52 +74,34 @@ private Q_SLOTS:
         QTest::newRow("plain, with a completion") << false << true;
         QTest::newRow("animated, with a completion") << true << true;
     }
-
-    void dismissalIgnoresTheAnimation()
+    void presentationAndDismissalIgnoreTheAnimation()
     {
         QFETCH(bool, animated);
         QFETCH(bool, completes);
-        const auto controller = ViewController::make<Controller>();
-        const auto complete = [&] { controller->calls += u"completion"_s; };
-        controller->dismissCurrentViewController(
-            animated, completes ? PlatformSpecificController::Completion(complete) : nullptr);
-        QCOMPARE(controller->calls,
-                 completes ? QStringList({u"dismiss"_s, u"completion"_s}) : QStringList{u"dismiss"_s});
-    }
-
-    void presentationCompletesAtOnce_data() { dismissalIgnoresTheAnimation_data(); }
-
-    void presentationCompletesAtOnce()
-    {
-        QFETCH(bool, animated);
-        QFETCH(bool, completes);
-        const auto controller = ViewController::make<Controller>();
-        const auto panel = ViewController::make<ViewController>();
-        const auto complete = [&] { controller->calls += u"completion"_s; };
-        controller->presentViewControllerModally(
-            panel, animated, completes ? PlatformSpecificController::Completion(complete) : nullptr);
-        QCOMPARE(controller->presented.size(), 1);
-        QCOMPARE(controller->presented.first(), panel);
-        QCOMPARE(controller->calls,
-                 completes ? QStringList({u"present"_s, u"completion"_s}) : QStringList{u"present"_s});
-    }
-
-    void completionComesWhileTheWindowIsUp()
-    {
-        const auto controller = ViewController::make<PlatformController<>>();
+        using Completion = PlatformSpecificController::Completion;
         const auto panel = ViewController::make<PlatformController<>>();
-        ui::Window window;
-        window.setContentViewController(controller);
-        window.show();
-        bool wasUp = false;
-        controller->presentViewControllerModally(
-            panel, true, [&] { wasUp = panel->window() && panel->window()->isVisible(); });
-        QVERIFY(wasUp);
-        QVERIFY(panel->window() != &window);
-        bool dismissed = false;
-        panel->dismissCurrentViewController(false, [&] { dismissed = !panel->presentingViewController(); });
-        QVERIFY(dismissed);
+        QStringList calls;
+        const auto note = [&](const QString &text) -> Completion {
+            if (!completes)
+                return {};
+            return [&, text] { calls += panel->window()->isVisible() ? text + u" while shown"_s : text; };
+        };
+        m_controller->presentViewControllerModally(panel, animated, note(u"presented"_s));
+        QVERIFY(panel->window() && panel->window()->isVisible());
+        QVERIFY(panel->window() != m_window.get());
+        const QPointer<ui::Window> window = panel->window();
+        panel->dismissCurrentViewController(animated, note(u"dismissed"_s));
+        QVERIFY(!panel->presentingViewController());
+        QVERIFY(!window->isVisible());
+        QCOMPARE(calls,
+                 completes ? QStringList({u"presented while shown"_s, u"dismissed"_s}) : QStringList());
+        QTRY_VERIFY(!window);
     }
+
+private:
+    Sandbox m_sandbox;
+    std::unique_ptr<ui::Window> m_window;
+    std::shared_ptr<Controller> m_controller;
 };
 
 PLOVENDIX_GUI_TEST(PlatformSpecificControllerTest)

@@ -1,18 +1,14 @@
+#include "GermanTexts.h"
 #include "WindowFixture.h"
 
-#include <base/Bundle.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <ui/style/ChromeColors.h>
-#include <ui/window/TitleBar.h>
 #include <ui/window/TitlebarAccessoryViewController.h>
 
 #include <QAccessible>
-#include <QApplication>
-#include <QPushButton>
-#include <QMouseEvent>
 #include <QPaintEvent>
-#include <QSignalSpy>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -21,20 +17,20 @@ namespace
 class ButtonAccessory : public TitlebarAccessoryViewController
 {
 public:
-    ButtonAccessory(const QString &text, const QSize &size, LayoutAttribute end) : m_text(text), m_size(size)
+    ButtonAccessory(const QString &text, int width, LayoutAttribute end) : m_text(text), m_width(width)
     {
         setLayoutAttribute(end);
     }
     void loadView() override
     {
         auto button = std::make_unique<QPushButton>(m_text);
-        button->setFixedSize(m_size);
+        button->setFixedSize(m_width, 22);
         setView(std::move(button));
     }
 
 private:
     QString m_text;
-    QSize m_size;
+    int m_width;
 };
 
 /// Counts how often the middle of a widget is drawn.
@@ -42,24 +38,26 @@ class PaintCounter : public QObject
 {
 public:
     explicit PaintCounter(QWidget *widget) { widget->installEventFilter(this); }
-    int count() const { return m_count; }
+    int count = 0;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         const QPoint middle = qobject_cast<QWidget *>(watched)->rect().center();
         if (event->type() == QEvent::Paint && static_cast<QPaintEvent *>(event)->region().contains(middle))
-            ++m_count;
+            ++count;
         return false;
     }
-
-private:
-    int m_count = 0;
 };
 
 QRect inWindow(const QWidget *widget)
 {
     return {widget->mapTo(widget->window(), QPoint()), widget->size()};
+}
+
+QString nameOfFocus()
+{
+    return QAccessible::queryAccessibleInterface(QApplication::focusWidget())->text(QAccessible::Name);
 }
 } // namespace
 
@@ -76,146 +74,83 @@ private Q_SLOTS:
         m_titleBar = m_window->findChild<TitleBar *>();
         m_window->show();
     }
-
     void cleanup() { m_window.reset(); }
 
-    void buttonsStandAtTheRightEnd()
+    void buttonsStandAtTheRightEndWithoutGaps()
     {
         QCOMPARE(inWindow(button(u"Close"_s)), QRect(760 - 12 - 22, 8, 22, 22));
         QCOMPARE(inWindow(button(u"Maximize"_s)), QRect(760 - 12 - 52, 8, 22, 22));
         QCOMPARE(inWindow(button(u"Minimize"_s)), QRect(760 - 12 - 82, 8, 22, 22));
-        for (const QString &name : {u"Close"_s, u"Maximize"_s, u"Minimize"_s})
-            QCOMPARE(QAccessible::queryAccessibleInterface(button(name))->role(), QAccessible::Button);
-    }
-
-    void hiddenButtonsLeaveNoGap()
-    {
         m_window->setStandardButtonHidden(ui::Window::StandardButton::Zoom, true);
         QVERIFY(m_window->isStandardButtonHidden(ui::Window::StandardButton::Zoom));
         QVERIFY(!button(u"Maximize"_s)->isVisible());
         QCOMPARE(inWindow(button(u"Minimize"_s)).right(), 760 - 12 - 30 - 1);
-        m_window->setStandardButtonHidden(ui::Window::StandardButton::Zoom, false);
-        QVERIFY(button(u"Maximize"_s)->isVisible());
     }
 
-    void accessoriesStandAtTheirEnds()
+    void accessoriesStandAtTheirEndsAndTheTitleBetweenThem()
     {
-        const auto trailing =
-            ViewController::make<ButtonAccessory>(u"English"_s, QSize(69, 22), LayoutAttribute::Trailing);
-        const auto leading =
-            ViewController::make<ButtonAccessory>(u"Menu"_s, QSize(26, 22), LayoutAttribute::Leading);
-        m_window->addTitlebarAccessoryViewController(trailing);
-        m_window->addTitlebarAccessoryViewController(leading);
+        const auto trailing = addAccessory(u"English"_s, 250, LayoutAttribute::Trailing);
+        const auto leading = addAccessory(u"Menu"_s, 26, LayoutAttribute::Leading);
+        QCOMPARE(static_cast<int>(TitlebarAccessoryViewController().layoutAttribute()), 6); // trailing
+        QCOMPARE(static_cast<int>(leading->layoutAttribute()), 5);
         QVERIFY(trailing->view()->isVisible());
-        QCOMPARE(inWindow(trailing->view()), QRect(666 - 16 - 69, 8, 69, 22));
+        QCOMPARE(inWindow(trailing->view()), QRect(666 - 16 - 250, 8, 250, 22));
         QCOMPARE(inWindow(leading->view()), QRect(12, 8, 26, 22));
         QCOMPARE(trailing->window(), m_window.get());
+        const QRect title = m_titleBar->titleRect();
+        QVERIFY(title.width() > 0 && title.right() < inWindow(trailing->view()).left());
+        QCOMPARE(title.center().x(), 760 / 2 - 1);
     }
 
-    void accessoryThatGrowsIsLaidOutAnew()
+    void accessoryThatGrowsIsLaidOutAgain()
     {
-        const auto accessory =
-            ViewController::make<ButtonAccessory>(u"English"_s, QSize(69, 22), LayoutAttribute::Trailing);
-        m_window->addTitlebarAccessoryViewController(accessory);
+        const auto accessory = addAccessory(u"English"_s, 69, LayoutAttribute::Trailing);
         const int right = inWindow(accessory->view()).right();
         accessory->view()->setFixedSize(140, 22);
         QTRY_COMPARE(accessory->view()->width(), 140);
         QTRY_COMPARE(inWindow(accessory->view()).right(), right);
     }
 
-    void titleKeepsClearOfAccessories()
+    void hiddenTitleIsOnlyNotDrawn()
     {
-        const auto wide =
-            ViewController::make<ButtonAccessory>(u"English"_s, QSize(250, 22), LayoutAttribute::Trailing);
-        m_window->addTitlebarAccessoryViewController(wide);
-        const QRect title = m_titleBar->titleRect();
-        QVERIFY(title.right() < inWindow(wide->view()).left());
-        QCOMPARE(title.center().x(), 760 / 2 - 1);
-        QVERIFY(title.width() > 0);
-    }
-
-    void titleStandsInTheMiddleOfTheFrame()
-    {
-        QImage image(m_titleBar->size(), QImage::Format_RGB32);
-        m_titleBar->render(&image);
-        const QRgb ground = image.pixel(100, 10);
-        int first = -1;
-        int last = -1;
-        for (int x = 200; x < 600; ++x) {
-            for (int y = 0; y < image.height(); ++y) {
-                if (image.pixel(x, y) == ground)
-                    continue;
-                first = first < 0 ? x : first;
-                last = x;
-            }
-        }
-        QVERIFY2(first > 0, "No title is drawn");
-        QVERIFY(qAbs((first + last) / 2 - 380) <= 2);
-    }
-
-    void hiddenTitleIsNotDrawn()
-    {
+        const QImage shown = m_titleBar->grab().toImage();
         m_window->setTitleVisibility(ui::Window::TitleVisibility::Hidden);
-        QCOMPARE(m_window->titleVisibility(), ui::Window::TitleVisibility::Hidden);
-        QImage image(m_titleBar->size(), QImage::Format_RGB32);
-        m_titleBar->render(&image);
-        const QRgb ground = image.pixel(100, 10);
-        for (int x = 200; x < 600; ++x) {
-            for (int y = 0; y < image.height(); ++y)
-                QCOMPARE(image.pixel(x, y), ground);
-        }
-        // It is hidden from sight alone.
+        const QImage hidden = m_titleBar->grab().toImage();
+        QVERIFY(hidden != shown);
         QCOMPARE(QAccessible::queryAccessibleInterface(m_window.get())->text(QAccessible::Name),
                  u"Plovendix"_s);
+        m_window->setTitleVisibility(ui::Window::TitleVisibility::Visible);
+        m_window->setWindowTitle(QString());
+        QCOMPARE(m_titleBar->grab().toImage(), hidden);
     }
 
-    void isDrawnAnewOverOpaqueContentWhenTheWindowBecomesActive()
+    void isDrawnOverOpaqueContentWhenTheWindowBecomesActive()
     {
         const auto content = ViewController::make<ViewController>();
         content->view()->setAutoFillBackground(true);
-        // The program's palette: one whose inactive colours differ is reason enough for Qt to draw anew.
+        // The program's palette: inactive colours that differ would be a reason for Qt to draw again.
         m_window->setPalette(ChromeColors::paletteFor(false, Qt::blue));
         m_window->setFullSizeContentView(true);
         m_window->setContentViewController(content);
         ui::Window other;
-        other.show();
-        other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        activate(other);
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         PaintCounter paints(m_titleBar);
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        QTRY_VERIFY(paints.count() > 0);
+        activate(*m_window);
+        QTRY_VERIFY(paints.count > 0);
     }
 
     void doubleClickMaximisesAndRestores()
     {
         const QRect geometry = m_window->geometry();
+        QTest::mouseDClick(m_titleBar, Qt::RightButton, {}, {300, 15});
+        QVERIFY(!m_window->isMaximized());
         QTest::mouseDClick(m_titleBar, Qt::LeftButton, {}, {300, 15});
         QVERIFY(m_window->isMaximized());
         QTest::mouseDClick(m_titleBar, Qt::LeftButton, {}, {300, 15});
         QVERIFY(!m_window->isMaximized());
         QCOMPARE(m_window->geometry(), geometry);
     }
-
-    void doubleClickWithTheRightButtonDoesNothing()
-    {
-        QTest::mouseDClick(m_titleBar, Qt::RightButton, {}, {300, 15});
-        QVERIFY(!m_window->isMaximized());
-    }
-
-    void maximiseButtonChangesItsName()
-    {
-        QAbstractButton *zoom = button(u"Maximize"_s);
-        QTest::mouseClick(zoom, Qt::LeftButton);
-        QVERIFY(m_window->isMaximized());
-        QCOMPARE(zoom->accessibleName(), u"Restore"_s);
-        QTest::mouseClick(zoom, Qt::LeftButton);
-        QVERIFY(!m_window->isMaximized());
-        QCOMPARE(zoom->accessibleName(), u"Maximize"_s);
-    }
-
-    void namesAreInThePersonsLanguage();
 
     void windowThatCannotBeMaximisedStaysSmall_data()
     {
@@ -224,7 +159,6 @@ private Q_SLOTS:
         QTest::newRow("without the button") << true << true;
         QTest::newRow("of a fixed size") << false << false;
     }
-
     void windowThatCannotBeMaximisedStaysSmall()
     {
         QFETCH(bool, hidden);
@@ -235,23 +169,37 @@ private Q_SLOTS:
         QVERIFY(!m_window->isMaximized());
     }
 
+    void maximiseButtonChangesItsNameAndTakesNoFocus()
+    {
+        const auto content = ViewController::make<ContentController>();
+        m_window->setContentViewController(content);
+        m_window->makeFirstResponder(content->field);
+        QAbstractButton *zoom = button(u"Maximize"_s);
+        QTest::mouseClick(zoom, Qt::LeftButton);
+        QVERIFY(m_window->isMaximized());
+        QCOMPARE(zoom->accessibleName(), u"Restore"_s);
+        QTest::mouseClick(zoom, Qt::LeftButton);
+        QVERIFY(!m_window->isMaximized());
+        QCOMPARE(zoom->accessibleName(), u"Maximize"_s);
+        QCOMPARE(m_window->focusWidget(), content->field);
+    }
+
+    void namesAreInThePersonsLanguage()
+    {
+        const GermanTexts german(m_sandbox, {{u"Close"_s, u"Schließen"_s}});
+        const ui::Window window;
+        QVERIFY(buttonNamed(window, u"Schließen"_s));
+        QVERIFY(buttonNamed(window, u"Minimize"_s));
+    }
+
     void tabVisitsTheContentFirst()
     {
-        m_window->addTitlebarAccessoryViewController(
-            ViewController::make<ButtonAccessory>(u"English"_s, QSize(69, 22), LayoutAttribute::Trailing));
-        m_window->addTitlebarAccessoryViewController(
-            ViewController::make<ButtonAccessory>(u"Menu"_s, QSize(26, 22), LayoutAttribute::Leading));
-        const auto content = ViewController::make<CountingController>();
+        addAccessory(u"English"_s, 69, LayoutAttribute::Trailing);
+        addAccessory(u"Menu"_s, 26, LayoutAttribute::Leading);
+        const auto content = ViewController::make<ContentController>();
         m_window->setContentViewController(content);
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        auto *field = content->view()->findChild<QLineEdit *>();
-        m_window->makeFirstResponder(field);
-
-        const auto nameOfFocus = [] {
-            return QAccessible::queryAccessibleInterface(QApplication::focusWidget())
-                ->text(QAccessible::Name);
-        };
+        activate(*m_window);
+        m_window->makeFirstResponder(content->field);
         QStringList visited;
         for (int i = 0; i < 5; ++i) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
@@ -259,49 +207,27 @@ private Q_SLOTS:
         }
         QCOMPARE(visited, (QStringList{u"Menu"_s, u"English"_s, u"Minimize"_s, u"Maximize"_s, u"Close"_s}));
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        QCOMPARE(QApplication::focusWidget(), field);
-        QTest::keyClick(field, Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), content->field);
+        QTest::keyClick(content->field, Qt::Key_Backtab);
         QCOMPARE(nameOfFocus(), u"Close"_s);
-    }
-
-    void buttonsTakeNoFocusFromAClick()
-    {
-        const auto content = ViewController::make<CountingController>();
-        m_window->setContentViewController(content);
-        auto *field = content->view()->findChild<QLineEdit *>();
-        m_window->makeFirstResponder(field);
-        QTest::mouseClick(button(u"Maximize"_s), Qt::LeftButton);
-        QCOMPARE(m_window->focusWidget(), field);
-    }
-
-    void spacePressesAFocusedButton()
-    {
-        QSignalSpy closed(m_window.get(), &ui::Window::closed);
-        button(u"Close"_s)->setFocus();
-        QTest::keyClick(button(u"Close"_s), Qt::Key_Space);
-        QCOMPARE(closed.size(), 1);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QVERIFY(!m_window->isVisible());
     }
 
 private:
     QAbstractButton *button(const QString &name) const { return buttonNamed(*m_window, name); }
 
+    std::shared_ptr<ButtonAccessory> addAccessory(const QString &text, int width, LayoutAttribute end)
+    {
+        auto accessory = ViewController::make<ButtonAccessory>(text, width, end);
+        m_window->addTitlebarAccessoryViewController(accessory);
+        return accessory;
+    }
+
     Sandbox m_sandbox;
     std::unique_ptr<ui::Window> m_window;
     TitleBar *m_titleBar = nullptr;
 };
-
-void TitleBarTest::namesAreInThePersonsLanguage()
-{
-    m_sandbox.writeFile(u"bundle/de.lproj/Localizable.strings"_s, R"(<?xml version="1.0" encoding="UTF-8"?>
-<plist version="1.0"><dict><key>Close</key><string>Schließen</string></dict></plist>)");
-    const QString folder = Bundle::main().folder();
-    Bundle::setMainFolder(m_sandbox.path(u"bundle"_s));
-    Bundle::main().setPreferredLocalizations({u"de"_s});
-    const ui::Window window;
-    Bundle::setMainFolder(folder);
-    QVERIFY(buttonNamed(window, u"Schließen"_s));
-    QVERIFY(buttonNamed(window, u"Minimize"_s));
-}
 
 PLOVENDIX_GUI_TEST(TitleBarTest)
 #include "TitleBarTest.moc"

@@ -1,11 +1,8 @@
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/window/TitlebarAccessoryViewController.h>
 #include <ui/window/ViewController.h>
 #include <ui/window/Window.h>
 #include <ui/window/WindowController.h>
-
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -14,26 +11,17 @@ namespace
 class RecordingWindowController : public WindowController
 {
 public:
+    QStringList record;
+
     void loadWindow() override
     {
-        m_record += u"loadWindow"_s;
+        record += u"loadWindow"_s;
         WindowController::loadWindow();
     }
     void windowDidLoad() override
     {
-        m_record += contentViewController() ? u"windowDidLoad with content"_s : u"windowDidLoad"_s;
+        record += contentViewController() ? u"windowDidLoad with content"_s : u"windowDidLoad"_s;
     }
-
-    QStringList m_record;
-};
-
-class AppearingController : public ViewController
-{
-public:
-    void viewWillAppear() override { m_record += window() ? u"will"_s : u"will, nowhere"_s; }
-    void viewDidAppear() override { m_record += view()->isVisible() ? u"did"_s : u"did, hidden"_s; }
-
-    QStringList m_record;
 };
 } // namespace
 
@@ -46,43 +34,28 @@ private Q_SLOTS:
     {
         RecordingWindowController controller;
         QVERIFY(!controller.isWindowLoaded());
-        ui::Window *window = controller.window();
-        QVERIFY(window);
-        QVERIFY(controller.isWindowLoaded());
-        QCOMPARE(controller.window(), window);
-        QCOMPARE(controller.m_record, QStringList({u"loadWindow"_s, u"windowDidLoad"_s}));
-        QVERIFY(!window->isVisible());
-    }
-
-    void contentSetBeforeIsInTheWindowWhenItHasLoaded()
-    {
-        RecordingWindowController controller;
-        const auto content = ViewController::make<ViewController>();
-        controller.setContentViewController(content);
-        QVERIFY(!controller.isWindowLoaded());
-        QCOMPARE(controller.contentViewController(), content);
-        controller.window();
-        QCOMPARE(controller.m_record.last(), u"windowDidLoad with content"_s);
-        QCOMPARE(controller.contentViewController(), content);
-        QCOMPARE(content->window(), controller.window());
-    }
-
-    void contentSetAfterGoesToTheWindow()
-    {
-        RecordingWindowController controller;
-        controller.window();
-        const auto content = ViewController::make<ViewController>();
-        controller.setContentViewController(content);
-        QCOMPARE(controller.contentViewController(), content);
-        QCOMPARE(content->window(), controller.window());
-    }
-
-    void showingLoadsAndShows()
-    {
-        RecordingWindowController controller;
+        const ui::Window *window = controller.window();
+        QVERIFY(controller.isWindowLoaded() && !window->isVisible());
         controller.showWindow();
-        QVERIFY(controller.isWindowLoaded());
-        QVERIFY(controller.window()->isVisible());
+        QVERIFY(window->isVisible());
+        QCOMPARE(controller.window(), window);
+        QCOMPARE(controller.record, QStringList({u"loadWindow"_s, u"windowDidLoad"_s}));
+    }
+
+    void contentGoesToTheWindow()
+    {
+        RecordingWindowController controller;
+        const auto before = ViewController::make<ViewController>();
+        controller.setContentViewController(before);
+        QVERIFY(!controller.isWindowLoaded());
+        QCOMPARE(controller.contentViewController(), before);
+        controller.window();
+        QCOMPARE(controller.record.last(), u"windowDidLoad with content"_s);
+        QCOMPARE(before->window(), controller.window());
+        const auto after = ViewController::make<ViewController>();
+        controller.setContentViewController(after);
+        QCOMPARE(controller.contentViewController(), after);
+        QCOMPARE(after->window(), controller.window());
     }
 
     void windowGoesWithItsController()
@@ -107,29 +80,6 @@ private Q_SLOTS:
         const FatalFaultTrap trap;
         Windowless controller;
         QVERIFY_EXCEPTION_THROWN(controller.window(), FatalFaultCaught);
-    }
-
-    void contentHearsOfEachAppearance()
-    {
-        WindowController controller;
-        const auto content = ViewController::make<AppearingController>();
-        controller.setContentViewController(content);
-        controller.window();
-        QCOMPARE(content->m_record, QStringList());
-        controller.showWindow();
-        QTRY_COMPARE(content->m_record, QStringList({u"will"_s, u"did"_s}));
-        controller.window()->hide();
-        controller.showWindow();
-        QTRY_COMPARE(content->m_record, QStringList({u"will"_s, u"did"_s, u"will"_s, u"did"_s}));
-    }
-
-    void accessoryStandsAtTheTrailingEndUnlessToldOtherwise()
-    {
-        TitlebarAccessoryViewController accessory;
-        QCOMPARE(accessory.layoutAttribute(), LayoutAttribute::Trailing);
-        QCOMPARE(static_cast<int>(accessory.layoutAttribute()), 6);
-        accessory.setLayoutAttribute(LayoutAttribute::Leading);
-        QCOMPARE(static_cast<int>(accessory.layoutAttribute()), 5);
     }
 
 private:

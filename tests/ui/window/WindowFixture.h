@@ -1,44 +1,42 @@
 #pragma once
 #include <ui/system/WindowSystem.h>
+#include <ui/window/TitleBar.h>
 #include <ui/window/ViewController.h>
 #include <ui/window/Window.h>
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QTest>
 
-/// A content controller that counts its appearances; its view has one field, named "field".
-class CountingController : public ViewController
+/// A content controller that notes its appearances; its view has one field.
+class ContentController : public ViewController
 {
     Q_OBJECT
 
 public:
-    int willAppear = 0;
-    int didAppear = 0;
-    bool wasVisibleOnWill = false;
-    bool wasVisibleOnDid = false;
+    QStringList appearances; // "will" and "did", and what the window was when that is wrong
+    QLineEdit *field = nullptr;
 
     void loadView() override
     {
         auto content = std::make_unique<QWidget>();
-        auto *field = new QLineEdit(content.get());
-        field->setObjectName(QStringLiteral("field"));
+        field = new QLineEdit(content.get());
         setView(std::move(content));
     }
     void viewWillAppear() override
     {
-        ++willAppear;
-        wasVisibleOnWill = window()->isVisible();
+        appearances += window()->isVisible() ? QStringLiteral("will, shown") : QStringLiteral("will");
     }
     void viewDidAppear() override
     {
-        ++didAppear;
-        wasVisibleOnDid = window()->isVisible();
+        appearances += window()->isVisible() ? QStringLiteral("did") : QStringLiteral("did, hidden");
     }
 };
 
-/// What assistive tools call it is how tests find it.
-inline QAbstractButton *buttonNamed(const ui::Window &window, const QString &name)
+/// Tests find a button by what assistive tools call it.
+inline QAbstractButton *buttonNamed(const QWidget &window, const QString &name)
 {
     for (QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
         if (button->accessibleName() == name)
@@ -47,11 +45,24 @@ inline QAbstractButton *buttonNamed(const ui::Window &window, const QString &nam
     return nullptr;
 }
 
+inline void activate(QWidget &window)
+{
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+}
+
+inline void rightClick(TitleBar &titleBar)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15}, titleBar.mapToGlobal(QPoint(300, 15)));
+    QApplication::sendEvent(&titleBar, &event);
+}
+
 /// Pretends for a while that a compositor runs, or that none does.
 class Composited final
 {
 public:
-    explicit Composited(bool composited) { WindowSystem::shared().setComposited(composited); }
+    explicit Composited(bool composited) { change(composited); }
     ~Composited() { WindowSystem::shared().setComposited(std::nullopt); }
     Composited(const Composited &) = delete;
     Composited &operator=(const Composited &) = delete;

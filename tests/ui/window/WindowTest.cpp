@@ -2,99 +2,81 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/window/TitleBar.h>
 
 #include <QAccessible>
 #include <QAction>
-#include <QApplication>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTimer>
 
-#include <chrono>
-
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 class WindowTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void titleIsItsAccessibleName()
+    void init()
     {
-        ui::Window window;
-        window.setWindowTitle(u"Plovendix (6 subtitles found)"_s);
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&window);
-        QCOMPARE(accessible->text(QAccessible::Name), u"Plovendix (6 subtitles found)"_s);
-        QCOMPARE(accessible->role(), QAccessible::Window);
+        m_window = std::make_unique<ui::Window>();
+        m_content = ViewController::make<ContentController>();
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        m_content.reset();
     }
 
     void assistiveToolsSeeAWindowWithContentAndTitleBarOnly()
     {
-        ui::Window window;
-        const auto controller = ViewController::make<CountingController>();
-        window.setContentViewController(controller);
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&window);
+        m_window->setWindowTitle(u"Plovendix (6 subtitles found)"_s);
+        m_window->setContentViewController(m_content);
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(m_window.get());
+        QCOMPARE(accessible->text(QAccessible::Name), u"Plovendix (6 subtitles found)"_s);
+        QCOMPARE(accessible->role(), QAccessible::Window);
         QCOMPARE(accessible->childCount(), 2);
         for (int i = 0; i < accessible->childCount(); ++i) {
             QAccessibleInterface *child = accessible->child(i);
-            QVERIFY(child->object() == controller->view() || qobject_cast<TitleBar *>(child->object()));
+            QVERIFY(child->object() == m_content->view() || qobject_cast<TitleBar *>(child->object()));
             QCOMPARE(accessible->indexOfChild(child), i);
         }
         QCOMPARE(accessible->child(2), nullptr);
     }
 
-    void closeButtonClosesOnce()
-    {
-        ui::Window window;
-        window.show();
-        QSignalSpy closed(&window, &ui::Window::closed);
-        QTest::mouseClick(buttonNamed(window, u"Close"_s), Qt::LeftButton);
-        QCOMPARE(closed.size(), 1);
-        QVERIFY(!window.isVisible());
-    }
-
     void controlWCloses()
     {
-        ui::Window window;
-        const auto controller = ViewController::make<CountingController>();
-        window.setContentViewController(controller);
-        window.show();
-        window.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        QSignalSpy closed(&window, &ui::Window::closed);
-        QTest::keyClick(controller->view()->findChild<QLineEdit *>(), Qt::Key_W, Qt::ControlModifier);
+        m_window->setContentViewController(m_content);
+        activate(*m_window);
+        QSignalSpy closed(m_window.get(), &ui::Window::closed);
+        QTest::keyClick(m_content->field, Qt::Key_W, Qt::ControlModifier);
         QCOMPARE(closed.size(), 1);
-        QVERIFY(window.closeAction()->shortcut() == QKeySequence(u"Ctrl+W"_s));
+        QVERIFY(!m_window->isVisible());
     }
 
-    void mayBeDestroyedByWhoHearsOfItsClosing()
+    void receiverOfClosedMayDestroyTheWindow()
     {
-        auto window = std::make_unique<ui::Window>();
-        const QPointer<ui::Window> watched = window.get();
-        connect(window.get(), &ui::Window::closed, this, [&window] { window.reset(); });
-        window->show();
-        watched->close();
+        const QPointer<ui::Window> watched = m_window.get();
+        connect(m_window.get(), &ui::Window::closed, this, [this] { m_window.reset(); });
+        m_window->show();
+        QTest::mouseClick(buttonNamed(*m_window, u"Close"_s), Qt::LeftButton);
         QVERIFY(watched.isNull());
     }
 
-    void closingTheLastWindowIsNoticedByTheApplication()
+    void applicationNoticesTheLastWindowClosing()
     {
         constexpr int ended = 7;
         QApplication::setQuitOnLastWindowClosed(false);
-        ui::Window first;
         ui::Window second;
-        first.show();
+        m_window->show();
         second.show();
         QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
         connect(qApp, &QGuiApplication::lastWindowClosed, &second, [] { QCoreApplication::exit(ended); });
-        QTimer::singleShot(0, &first, [&first, &second, &lastClosed] {
-            first.close();
+        QTimer::singleShot(0, &second, [this, &second, &lastClosed] {
+            m_window->close();
             QCOMPARE(lastClosed.size(), 0);
             second.close();
         });
-        QTimer::singleShot(5s, &second, [] { QCoreApplication::exit(1); });
-        // Qt tells of it only inside the application's own loop.
+        // Qt emits the signal only inside the application's loop.
         QCOMPARE(QApplication::exec(), ended);
         QCOMPARE(lastClosed.size(), 1);
     }
@@ -102,116 +84,190 @@ private Q_SLOTS:
     void openWindowsAreThoseShownInOrderOfCreation()
     {
         QCOMPARE(ui::Window::openWindows(), {});
-        ui::Window first;
         ui::Window second;
         {
             ui::Window third;
             third.show();
             second.show();
-            first.show();
-            QCOMPARE(ui::Window::openWindows(), (QList<ui::Window *>{&first, &second, &third}));
+            m_window->show();
+            QCOMPARE(ui::Window::openWindows(), (QList<ui::Window *>{m_window.get(), &second, &third}));
         }
-        QCOMPARE(ui::Window::openWindows(), (QList<ui::Window *>{&first, &second}));
-        first.close();
+        m_window->close();
         QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{&second});
-    }
-
-    void minimisedWindowIsStillOpen()
-    {
-        ui::Window window;
-        window.show();
-        QTest::mouseClick(buttonNamed(window, u"Minimize"_s), Qt::LeftButton);
-        QVERIFY(window.isMinimized());
-        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{&window});
-        window.makeKeyAndOrderFront();
-        QVERIFY(!window.isMinimized());
+        QTest::mouseClick(buttonNamed(second, u"Minimize"_s), Qt::LeftButton);
+        QVERIFY(second.isMinimized());
+        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{&second});
     }
 
     void smallestContent_data()
     {
         QTest::addColumn<QSize>("content");
+        QTest::addColumn<QSize>("viewMinimum");
         QTest::addColumn<QSize>("smallest");
-        QTest::newRow("large") << QSize(760, 640) << QSize(480, 360);
-        QTest::newRow("low") << QSize(560, 280) << QSize(480, 280);
-        QTest::newRow("narrow") << QSize(400, 500) << QSize(400, 360);
+        QTest::newRow("large") << QSize(760, 640) << QSize() << QSize(480, 360);
+        QTest::newRow("low") << QSize(560, 280) << QSize() << QSize(480, 280);
+        QTest::newRow("narrow") << QSize(400, 500) << QSize() << QSize(400, 360);
+        QTest::newRow("minimum of the view") << QSize(760, 640) << QSize(600, 100) << QSize(600, 360);
     }
-
     void smallestContent()
     {
         QFETCH(QSize, content);
+        QFETCH(QSize, viewMinimum);
         QFETCH(QSize, smallest);
-        ui::Window window;
-        window.setContentSize(content);
-        window.resize(10, 10);
-        QCOMPARE(window.contentSize(), smallest);
-    }
-
-    void viewsOwnMinimumCounts()
-    {
-        ui::Window window;
-        const auto controller = ViewController::make<CountingController>();
-        controller->view()->setMinimumSize(600, 100);
-        window.setContentViewController(controller);
-        window.resize(10, 10);
-        QCOMPARE(window.contentSize(), QSize(600, 360));
+        m_content->view()->setMinimumSize(viewMinimum);
+        m_window->setContentSize(content);
+        m_window->setContentViewController(m_content);
+        m_window->resize(10, 10);
+        QCOMPARE(m_window->contentSize(), smallest);
     }
 
     void fixedSizeWindowKeepsItsContentsSize()
     {
-        ui::Window window;
-        window.setContentSize({560, 280});
-        window.setResizable(false);
-        window.resize(900, 900);
-        QCOMPARE(window.contentSize(), QSize(560, 280));
-        window.setContentSize({560, 310});
-        QCOMPARE(window.contentSize(), QSize(560, 310));
-        window.setResizable(true);
-        window.resize(900, 900);
-        QCOMPARE(window.size(), QSize(900, 900));
-    }
-
-    void centersItsFrame()
-    {
-        const Composited composited(true);
-        ui::Window window;
-        window.setContentSize({500, 400});
-        window.center();
-        const QPoint off = window.geometry().center() - window.screen()->availableGeometry().center();
-        QVERIFY2(off.manhattanLength() <= 2, qPrintable(u"%1 %2"_s.arg(off.x()).arg(off.y())));
+        m_window->setContentSize({560, 280});
+        m_window->setResizable(false);
+        m_window->resize(900, 900);
+        QCOMPARE(m_window->contentSize(), QSize(560, 280));
+        m_window->setContentSize({560, 310});
+        QCOMPARE(m_window->contentSize(), QSize(560, 310));
+        m_window->setResizable(true);
+        m_window->resize(900, 900);
+        QCOMPARE(m_window->size(), QSize(900, 900));
     }
 
     void centeredWindowIsNoLargerThanItsScreen()
     {
         const Composited composited(true);
-        ui::Window window;
-        const QRect room = window.screen()->availableGeometry();
-        window.setContentSize(room.size() + QSize(300, 200));
-        window.center();
-        QCOMPARE(window.geometry().marginsRemoved({28, 28, 28, 28}), room);
+        const QRect room = m_window->screen()->availableGeometry();
+        m_window->setContentSize({500, 400});
+        m_window->center();
+        QVERIFY((m_window->geometry().center() - room.center()).manhattanLength() <= 2);
 
-        window.setContentSize(room.size() + QSize(300, 200));
-        window.setResizable(false);
-        window.center();
+        m_window->setContentSize(room.size() + QSize(300, 200));
+        m_window->center();
+        QCOMPARE(m_window->geometry().marginsRemoved({28, 28, 28, 28}), room);
+
+        m_window->setContentSize(room.size() + QSize(300, 200));
+        m_window->setResizable(false);
+        m_window->center();
         // It keeps its size, but its title bar can be reached.
-        QCOMPARE(window.pos() + QPoint(28, 28), room.topLeft());
+        QCOMPARE(m_window->pos() + QPoint(28, 28), room.topLeft());
     }
 
-    void modalWindowBlocksTheOther()
+    void titleFollowsTheControllers()
     {
-        ui::Window window;
-        window.show();
-        ui::Window about(&window);
-        about.setWindowModality(Qt::ApplicationModal);
-        about.show();
-        QCOMPARE(QApplication::activeModalWidget(), &about);
-        QVERIFY(about.isWindow());
-        QCOMPARE(about.windowHandle()->transientParent(), window.windowHandle());
-        about.close();
-        QCOMPARE(QApplication::activeModalWidget(), nullptr);
+        m_window->setWindowTitle(u"Plovendix"_s);
+        m_window->setContentViewController(m_content);
+        QCOMPARE(m_window->windowTitle(), u"Plovendix"_s); // the controller has none
+        m_content->setTitle(u"General"_s);
+        QCOMPARE(m_window->windowTitle(), u"General"_s);
+        m_window->setContentViewController(nullptr);
+        m_content->setTitle(u"Elsewhere"_s);
+        QCOMPARE(m_window->windowTitle(), u"General"_s);
+        m_window->setContentViewController(m_content);
+        QCOMPARE(m_window->windowTitle(), u"Elsewhere"_s);
+    }
+
+    void contentStandsBelowTheTitleBarOrUnderIt()
+    {
+        m_window->setContentViewController(m_content);
+        m_window->setContentSize({560, 400});
+        m_window->show();
+        QCOMPARE(m_content->view()->geometry(), QRect(0, 38, 560, 400));
+        m_window->setFullSizeContentView(true);
+        QCOMPARE(m_content->view()->geometry(), QRect(0, 0, 560, 438));
+        QCOMPARE(titleBar()->geometry(), QRect(0, 0, 560, 38));
+        QCOMPARE(m_window->childAt(300, 10), titleBar());
+    }
+
+    void controllerAppearsEachTimeTheWindowIsShown()
+    {
+        m_window->setContentViewController(m_content);
+        QCOMPARE(m_content->appearances, QStringList());
+        m_window->show();
+        const QStringList once{u"will"_s, u"did"_s};
+        QCOMPARE(m_content->appearances, once);
+        m_window->show();
+        m_window->showMinimized();
+        m_window->makeKeyAndOrderFront();
+        QVERIFY(!m_window->isMinimized());
+        QCOMPARE(m_content->appearances, once);
+        m_window->close();
+        m_window->makeKeyAndOrderFront();
+        QCOMPARE(m_content->appearances, once + once);
+    }
+
+    void contentOfAShownWindowIsSwapped()
+    {
+        const Composited composited(true);
+        m_window->setFullSizeContentView(true);
+        const auto first = ViewController::make<ContentController>();
+        m_window->setContentViewController(first);
+        m_window->show();
+        m_window->setContentViewController(m_content);
+        QVERIFY(!first->view()->parent() && !first->view()->isVisible());
+        QVERIFY(m_content->view()->isVisible());
+        QCOMPARE(m_content->appearances, QStringList({u"will, shown"_s, u"did"_s}));
+        QCOMPARE(m_window->childAt(28 + 300, 28 + 10), titleBar());
+        QCOMPARE(m_window->childAt(28 + 300, 28 + 300), m_content->view());
+        // Nothing is painted after the overlay, or it would cover the rounded corners.
+        QCOMPARE(m_window->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)
+                     .constLast()
+                     ->objectName(),
+                 u"frameOverlay"_s);
+    }
+
+    void firstResponderTakesTheFocusAndNoneGivesItBack()
+    {
+        m_window->setContentViewController(m_content);
+        activate(*m_window);
+        m_window->makeFirstResponder(m_content->field);
+        QVERIFY(m_content->field->hasFocus());
+        m_window->makeFirstResponder(nullptr);
+        QVERIFY(!m_content->field->hasFocus());
+    }
+
+    void windowMenuOffersWhatCanBeDone_data()
+    {
+        QTest::addColumn<Qt::WindowState>("state");
+        QTest::addColumn<bool>("resizable");
+        QTest::addColumn<QStringList>("enabled");
+        QTest::newRow("of fixed size")
+            << Qt::WindowNoState << false << QStringList{u"Move"_s, u"Minimize"_s, u"Close"_s};
+        QTest::newRow("normal") << Qt::WindowNoState << true
+                                << QStringList{u"Move"_s, u"Minimize"_s, u"Maximize"_s, u"Close"_s};
+        QTest::newRow("maximised") << Qt::WindowMaximized << true
+                                   << QStringList{u"Restore"_s, u"Minimize"_s, u"Close"_s};
+    }
+    void windowMenuOffersWhatCanBeDone()
+    {
+        QFETCH(Qt::WindowState, state);
+        QFETCH(bool, resizable);
+        QFETCH(QStringList, enabled);
+        m_window->setResizable(resizable);
+        m_window->setWindowState(state);
+        m_window->show();
+        rightClick(*titleBar());
+        const QPointer<QMenu> menu = m_window->findChild<QMenu *>();
+        QVERIFY(menu && menu->isVisible());
+        QStringList offered;
+        for (const QAction *action : menu->actions()) {
+            if (action->isEnabled() && !action->isSeparator())
+                offered += action->text();
+        }
+        QCOMPARE(offered, enabled);
+        QSignalSpy closed(m_window.get(), &ui::Window::closed);
+        menu->actions().constLast()->trigger();
+        QCOMPARE(closed.size(), 1);
+        menu->close();
+        QTRY_VERIFY(!menu);
     }
 
 private:
+    TitleBar *titleBar() const { return m_window->findChild<TitleBar *>(); }
+
     Sandbox m_sandbox;
+    std::unique_ptr<ui::Window> m_window;
+    std::shared_ptr<ContentController> m_content;
 };
 
 PLOVENDIX_GUI_TEST(WindowTest)

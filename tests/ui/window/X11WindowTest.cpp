@@ -3,10 +3,7 @@
 
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
-#include <ui/window/TitleBar.h>
 
-#include <QApplication>
-#include <QContextMenuEvent>
 #include <QMenu>
 #include <QMouseEvent>
 
@@ -123,7 +120,7 @@ private Q_SLOTS:
                          Qt::LeftButton, {});
         QApplication::sendEvent(m_titleBar, &move);
         // The menu's request shows that everything before it has arrived.
-        rightClickTitleBar();
+        rightClick(*m_titleBar);
         QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
         const auto asked = request(u"_NET_WM_MOVERESIZE"_s);
         QCOMPARE(asked.has_value(), moves);
@@ -160,7 +157,7 @@ private Q_SLOTS:
 
     void windowManagersOwnMenuIsShown()
     {
-        rightClickTitleBar();
+        rightClick(*m_titleBar);
         QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
         const auto asked = request(u"_GTK_SHOW_WINDOW_MENU"_s);
         QCOMPARE(asked->window, id());
@@ -175,68 +172,48 @@ private Q_SLOTS:
         desktop->setProperty(desktop->root(), "_NET_SUPPORTED", XCB_ATOM_ATOM,
                              {desktop->atom("_NET_WM_STATE")});
         QTRY_COMPARE(desktop->property(desktop->root(), "_NET_SUPPORTED").size(), 1U);
-        rightClickTitleBar();
+        rightClick(*m_titleBar);
         desktop->setProperty(desktop->root(), "_NET_SUPPORTED", XCB_ATOM_ATOM, supported);
         auto *menu = m_window->findChild<QMenu *>();
         QVERIFY(menu && menu->isVisible());
         menu->close();
     }
 
-    void callersTimeComesWithTheWishForTheFocus_data()
+    void activationTokenCountsOnce_data()
     {
         QTest::addColumn<QString>("token");
-        QTest::addColumn<bool>("passedOn");
-        QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s << true;
-        QTest::newRow("no time") << u"launcher"_s << false;
-        QTest::newRow("too large a time") << u"launcher_TIME42949672900"_s << false;
-        QTest::newRow("none") << QString() << false;
-    }
-
-    void callersTimeComesWithTheWishForTheFocus()
-    {
-        QFETCH(QString, token);
-        QFETCH(bool, passedOn);
-        const auto wishesAtThatTime = [] {
-            return std::count_if(desktop->requests.begin(), desktop->requests.end(), [](const auto &wish) {
-                return wish.type == u"_NET_ACTIVE_WINDOW"_s && wish.data[0] == 1 &&
-                       wish.data[1] == 4294967290U;
-            });
+        QTest::addColumn<bool>("hasTime"); // with which the focus is requested
+        QTest::addColumn<QByteArray>("ended");
+        const auto row = [](const char *name, const QString &token, bool hasTime, const char *ended) {
+            const QByteArray text = *ended ? "remove: ID=\"" + QByteArray(ended) + '"' : QByteArray();
+            QTest::newRow(name) << token << hasTime << text;
         };
-        WindowSystem::setActivationToken(token);
-        m_window->makeKeyAndOrderFront();
-        // It is good for one window; the menu's request shows that everything before it has arrived.
-        m_window->makeKeyAndOrderFront();
-        rightClickTitleBar();
-        QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
-        QCOMPARE(wishesAtThatTime(), passedOn ? 1 : 0);
+        row("startup id", u"launcher-1-host-plovendix-0_TIME4294967290"_s, true,
+            "launcher-1-host-plovendix-0_TIME4294967290");
+        row("no time", u"a"_s, false, "a");
+        row("too large a time", u"a_TIME42949672900"_s, false, "a_TIME42949672900");
+        row("as long as the pieces", u"12345678901234567890123456"_s, false, "12345678901234567890123456");
+        row("quotes", u"a\"\\b"_s, false, "a\\\"\\\\b");
+        row("none", QString(), false, "");
     }
-
-    void signOfTheCallersStartIsEnded_data()
-    {
-        QTest::addColumn<QString>("token");
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("startup id") << u"launcher-1-host-plovendix-0_TIME4294967290"_s
-                                    << QByteArray(
-                                           "remove: ID=\"launcher-1-host-plovendix-0_TIME4294967290\"");
-        QTest::newRow("short") << u"a"_s << QByteArray("remove: ID=\"a\"");
-        QTest::newRow("as long as the pieces")
-            << u"12345678901234567890123456"_s << QByteArray("remove: ID=\"12345678901234567890123456\"");
-        QTest::newRow("quotes") << u"a\"\\b"_s << QByteArray("remove: ID=\"a\\\"\\\\b\"");
-        QTest::newRow("none") << QString() << QByteArray();
-    }
-
-    void signOfTheCallersStartIsEnded()
+    void activationTokenCountsOnce()
     {
         QFETCH(QString, token);
-        QFETCH(QByteArray, text);
+        QFETCH(bool, hasTime);
+        QFETCH(QByteArray, ended);
         WindowSystem::setActivationToken(token);
         m_window->makeKeyAndOrderFront();
         m_window->makeKeyAndOrderFront();
-        rightClickTitleBar();
+        // The menu's request shows that everything before it has arrived.
+        rightClick(*m_titleBar);
         QTRY_VERIFY(request(u"_GTK_SHOW_WINDOW_MENU"_s));
-        QByteArray pieces;
+        int focusRequests = 0;
         int beginnings = 0;
+        QByteArray pieces;
         for (const auto &message : desktop->requests) {
+            if (message.type == u"_NET_ACTIVE_WINDOW"_s && message.data[0] == 1 &&
+                message.data[1] == 4294967290U)
+                ++focusRequests;
             if (!message.type.startsWith(u"_NET_STARTUP_INFO"_s))
                 continue;
             beginnings += message.type.endsWith(u"BEGIN"_s) ? 1 : 0;
@@ -244,10 +221,11 @@ private Q_SLOTS:
             pieces +=
                 QByteArray(static_cast<const char *>(static_cast<const void *>(message.data.data())), 20);
         }
-        QCOMPARE(beginnings, text.isEmpty() ? 0 : 1);
+        QCOMPARE(focusRequests, hasTime ? 1 : 0);
+        QCOMPARE(beginnings, ended.isEmpty() ? 0 : 1);
         // A zero ends the text; without one a listener waits for more.
-        QCOMPARE(pieces.contains('\0'), !text.isEmpty());
-        QCOMPARE(QByteArray(pieces.constData()), text);
+        QCOMPARE(pieces.contains('\0'), !ended.isEmpty());
+        QCOMPARE(QByteArray(pieces.constData()), ended);
     }
 
     void tiledWindowIsSquare_data()
@@ -293,12 +271,6 @@ private:
         const auto found = std::find_if(desktop->requests.begin(), desktop->requests.end(),
                                         [&type](const auto &candidate) { return candidate.type == type; });
         return found == desktop->requests.end() ? std::nullopt : std::optional(*found);
-    }
-    void rightClickTitleBar()
-    {
-        QContextMenuEvent event(QContextMenuEvent::Mouse, {300, 15},
-                                m_titleBar->mapToGlobal(QPoint(300, 15)));
-        QApplication::sendEvent(m_titleBar, &event);
     }
 
     Sandbox m_sandbox;
