@@ -109,7 +109,7 @@ void SUUpdater::schedule()
     if (!wait || m_check)
         return;
     const Clock::Duration delay = std::max(*wait, m_notBefore - m_clock.now());
-    m_timer = m_clock.after(delay, [this] { wake(); });
+    m_timer = m_clock.after(std::min(delay, LongestSleep), [this] { wake(); });
 }
 
 void SUUpdater::wake()
