@@ -88,7 +88,7 @@ void ProgramServices::installCombinedServices()
     m_combined = std::make_shared<CombinedSubtitleService>(
         QList<CombinedSubtitleService::Source>{
             {m_parts.catalogueName, m_parts.catalogue, {}},
-            {RestRecord::service(), m_rest, [rest = m_rest] { return rest->hasKey(); }}},
+            {RestPage::service(), m_rest, [rest = m_rest] { return rest->hasKey(); }}},
         m_names, preferences);
     m_combined->setGapsObserver([this](const CombinedSubtitleService::Gaps &gaps) { noteGaps(gaps); });
     SubtitleService::setShared(m_combined);
@@ -101,7 +101,7 @@ void ProgramServices::installCombinedServices()
 
 void ProgramServices::noteGaps(const CombinedSubtitleService::Gaps &gaps)
 {
-    const auto failure = gaps.failures.constFind(RestRecord::service());
+    const auto failure = gaps.failures.constFind(RestPage::service());
     const bool isMissing = failure != gaps.failures.constEnd();
     m_status.missing = isMissing ? missingBy(*failure) : ServiceStatus::Missing::Nothing;
     m_status.reason =

@@ -1,14 +1,15 @@
 #include "RestDownload.h"
 
 #include "RestErrors.h"
-#include "RestFileId.h"
 #include "RestFiles.h"
-#include "RestOrder.h"
 
 #include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
+#include <base/SafeFileName.h>
 #include <net/Json.h>
+#include <net/WhileAlive.h>
 
+#include <QJsonDocument>
 #include <QLoggingCategory>
 
 using namespace Qt::StringLiterals;
@@ -20,7 +21,7 @@ Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 
 constexpr Clock::Duration LinkLife = 2h + 50min; // the service guarantees three hours
 constexpr qsizetype MaxFileBytes = 8LL * 1024 * 1024;
-constexpr Clock::Duration TransferLimit = 120s;
+constexpr Clock::Duration TransferTimeout = 120s;
 
 /// At the present service the number would name another file.
 base::Error ofAnotherService(const QString &id)
@@ -47,7 +48,7 @@ struct RestDownload::Job
 };
 
 RestDownload::RestDownload(const Tools &tools, std::shared_ptr<RestSession> session)
-    : m_tools(tools), m_session(std::move(session))
+    : m_tools(tools), m_session(std::move(session)), m_answers(std::make_unique<QObject>())
 {
 }
 
@@ -79,6 +80,7 @@ void RestDownload::fetch(const SubtitlePtr &subtitle, Completion completion)
 
 void RestDownload::cancelAll()
 {
+    m_answers = std::make_unique<QObject>();
     const QList<std::shared_ptr<Job>> jobs = m_jobs.values();
     for (const std::shared_ptr<Job> &job : jobs) {
         job->waiting.clear();
@@ -87,28 +89,31 @@ void RestDownload::cancelAll()
     }
 }
 
+void RestDownload::answer(const Completion &completion, const Result<QUrl> &file)
+{
+    MainQueue::shared().async(m_answers.get(), [completion, file] { completion(file); });
+}
+
 void RestDownload::lookUp(const std::shared_ptr<Job> &job)
 {
+    const auto take = [this](const auto &held, const std::optional<SubtitleFile> &file) {
+        if (file)
+            publish(held, *file, LinkUse::Spent);
+        else
+            order(held);
+    };
     inBackground(
         m_tools.worker,
-        [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle,
-         date = m_tools.queue.clock().date()] {
-            return RestFiles::find(kept, key, subtitle->subLanguageID, date);
+        [kept = m_tools.kept, subtitle = job->subtitle, date = m_tools.queue.clock().date()] {
+            return RestFiles::find(kept, *subtitle, date);
         },
-        [this, weak = std::weak_ptr(job)](const std::optional<SubtitleFile> &file) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            if (file)
-                publish(held, *file, LinkUse::Spent);
-            else
-                order(held);
-        });
+        whileAlive(job, take));
 }
 
 void RestDownload::order(const std::shared_ptr<Job> &job)
 {
-    const std::optional<qint64> number = RestFileId::numberAt(job->session->access().base, job->key());
+    RestSession &session = *job->session;
+    const std::optional<qint64> number = RestURL::fileNumber(session.access().base, job->key());
     if (!number) {
         finish(job, ofAnotherService(job->key()));
         return;
@@ -119,20 +124,18 @@ void RestDownload::order(const std::shared_ptr<Job> &job)
         transfer(job, link.url);
         return;
     }
-    if (job->session->quota().isUsedUp(clock.date())) {
-        finish(job, RestOrder::limitReached(*job->session, clock.date(), u"known to be used up"_s));
+    if (session.quota().isUsedUp(clock.date())) {
+        finish(job, session.quota().error(session.access(), clock.date(), u"known to be used up"_s));
         return;
     }
-    RestSession::Request request = RestOrder::request(*number);
-    request.onLeaving = [weak = std::weak_ptr(job)] {
-        if (const auto held = weak.lock())
-            held->isBeingPaid = true;
+    const QJsonObject order{{u"file_id"_s, *number}, {u"sub_format"_s, u"srt"_s}};
+    RestSession::Request request{
+        HttpRequest::Method::Post, u"/download"_s, {}, QJsonDocument(order).toJson(QJsonDocument::Compact)};
+    request.onLeaving = whileAlive(job, [](const auto &held) { held->isBeingPaid = true; });
+    const auto take = [this](const auto &held, const Result<HttpAnswer> &outcome) {
+        takeOrder(held, outcome);
     };
-    job->call = job->session->send(request, RestSession::Login::Wanted,
-                                   [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
-                                       if (const auto held = weak.lock())
-                                           takeOrder(held, outcome);
-                                   });
+    job->call = session.send(request, RestSession::Login::Wanted, whileAlive(job, take));
 }
 
 void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
@@ -141,10 +144,12 @@ void RestDownload::takeOrder(const std::shared_ptr<Job> &job, const Result<HttpA
         askForQuota(job, outcome.error());
         return;
     }
-    if (const auto quota = RestOrder::quotaAfter(job->session->quota(), *outcome))
-        takeQuota(*job->session, *quota);
+    RestSession &session = *job->session;
+    RestQuota quota = session.quota();
+    if (quota.takeOrder(*outcome))
+        takeQuota(session, quota);
     const Clock &clock = m_tools.queue.clock();
-    const Result<QUrl> link = RestOrder::linkFrom(*job->session, *outcome, clock.date());
+    const Result<QUrl> link = quota.linkFrom(*outcome, session.access(), clock.date());
     if (!link) {
         finish(job, link.error());
         return;
@@ -164,12 +169,9 @@ void RestDownload::transfer(const std::shared_ptr<Job> &job, const QUrl &link)
     request.url = link;
     request.setHeader("Accept", "*/*");
     request.maxBytes = MaxFileBytes;
-    request.deadline = TransferLimit;
-    job->call = m_tools.queue.send(request, job->session->access().linkHosts(),
-                                   [this, weak = std::weak_ptr(job)](const HttpResult &outcome) {
-                                       if (const auto held = weak.lock())
-                                           takeTransfer(held, outcome);
-                                   });
+    request.deadline = TransferTimeout;
+    const auto take = [this](const auto &held, const HttpResult &outcome) { takeTransfer(held, outcome); };
+    job->call = m_tools.queue.send(request, job->session->access().linkHosts(), whileAlive(job, take));
 }
 
 void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const HttpResult &outcome)
@@ -190,46 +192,43 @@ void RestDownload::takeTransfer(const std::shared_ptr<Job> &job, const HttpResul
 
 void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes)
 {
+    // The answer may come from elsewhere, such as a sign-in page: then the paid link is kept.
+    const auto take = [this](const auto &held, const Result<RestFiles::TakenFile> &taken) {
+        if (taken)
+            publish(held, taken->file, taken->isKept ? LinkUse::Spent : LinkUse::StillWanted);
+        else
+            finish(held, taken.error());
+    };
     inBackground(
         m_tools.worker,
-        [kept = m_tools.kept, key = job->key(), subtitle = job->subtitle, date = m_tools.queue.clock().date(),
-         bytes] { return RestFiles::take(kept, key, subtitle->subLanguageID, date, bytes); },
-        [this, weak = std::weak_ptr(job)](const Result<RestFiles::TakenFile> &taken) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            // The answer may come from elsewhere, such as a sign-in page: the link is still paid for and is
-            // kept.
-            if (!taken) {
-                finish(held, taken.error());
-                return;
-            }
-            publish(held, taken->file, taken->isKept ? LinkUse::Spent : LinkUse::StillWanted);
-        });
+        [kept = m_tools.kept, subtitle = job->subtitle, date = m_tools.queue.clock().date(), bytes] {
+            return RestFiles::take(kept, *subtitle, date, bytes);
+        },
+        whileAlive(job, take));
 }
 
 /// Each caller gets a separate copy, because it may move the file away. A paid link is kept until the copies
 /// exist, and longer if it is the only way to get the content again.
 void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link)
 {
-    const QByteArray content = m_keepsOriginalBytes ? file.original : file.utf8;
+    const auto take = [this, file, link](const auto &held, const Result<QList<QUrl>> &files) {
+        const bool someoneCame = files && files->size() < held->waiting.size();
+        if (someoneCame) {
+            publish(held, file, link);
+            return;
+        }
+        if (files && link == LinkUse::Spent)
+            m_links.remove(held->key());
+        finish(held, files);
+    };
     inBackground(
         m_tools.worker,
-        [downloads = m_tools.downloads, name = RestFiles::nameOf(*job->subtitle, file), content,
-         count = job->waiting.size()] { return RestFiles::publish(downloads, name, content, count); },
-        [this, weak = std::weak_ptr(job), file, link](const Result<QList<QUrl>> &files) {
-            const auto held = weak.lock();
-            if (!held)
-                return;
-            const bool someoneCame = files && files->size() < held->waiting.size();
-            if (someoneCame) {
-                publish(held, file, link);
-                return;
-            }
-            if (files && link == LinkUse::Spent)
-                m_links.remove(held->key());
-            finish(held, files);
-        });
+        [downloads = m_tools.downloads, subtitle = job->subtitle, extension = file.extension,
+         content = m_keepsOriginalBytes ? file.original : file.utf8, count = job->waiting.size()] {
+            const QString name = safeFileName(subtitle->subFileName, extension);
+            return RestFiles::publish(downloads, name, content, count);
+        },
+        whileAlive(job, take));
 }
 
 /// Only the service knows whether a broken order was counted, so the quota is requested before the next
@@ -244,12 +243,11 @@ void RestDownload::askForQuota(const std::shared_ptr<Job> &job, const base::Erro
         return;
     }
     tell(*job, error);
-    job->call =
-        job->session->send({HttpRequest::Method::Get, u"/infos/user"_s}, RestSession::Login::IfThereIsOne,
-                           [this, weak = std::weak_ptr(job)](const Result<HttpAnswer> &outcome) {
-                               if (const auto held = weak.lock())
-                                   takeCost(held, outcome);
-                           });
+    const auto take = [this](const auto &held, const Result<HttpAnswer> &outcome) {
+        takeCost(held, outcome);
+    };
+    job->call = job->session->send({HttpRequest::Method::Get, u"/infos/user"_s},
+                                   RestSession::Login::IfThereIsOne, whileAlive(job, take));
 }
 
 void RestDownload::takeCost(const std::shared_ptr<Job> &job, const Result<HttpAnswer> &outcome)
@@ -284,8 +282,6 @@ void RestDownload::tell(Job &job, const Result<QList<QUrl>> &files)
     if (!files)
         qCWarning(log).noquote() << "no download:" << files.error().detail;
     const QList<Completion> waiting = std::exchange(job.waiting, {});
-    MainQueue::shared().async([waiting, files] {
-        for (qsizetype i = 0; i < waiting.size(); ++i)
-            waiting[i](files ? Result<QUrl>((*files)[i]) : Result<QUrl>(files.error()));
-    });
+    for (qsizetype i = 0; i < waiting.size(); ++i)
+        answer(waiting[i], files ? Result<QUrl>((*files)[i]) : Result<QUrl>(files.error()));
 }

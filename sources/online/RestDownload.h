@@ -35,8 +35,10 @@ public:
     /// The completion is called on a later turn of the main thread. A file of another service than the
     /// session's is not ordered; it must be in the cache.
     void fetch(const SubtitlePtr &subtitle, Completion completion);
-    /// Cancels running fetches, except an order that may have been counted already: its link is kept. A
-    /// completion that is already on the main queue still runs.
+    /// Calls the completion on a later turn, unless `cancelAll` comes before.
+    void answer(const Completion &completion, const Result<QUrl> &file);
+    /// Cancels running fetches, except an order that may have been counted already: its link is kept. No
+    /// completion is called any more.
     void cancelAll();
 
     /// The quotas of the present session are reported to the observer.
@@ -80,6 +82,7 @@ private:
     std::shared_ptr<RestSession> m_session;
     bool m_keepsOriginalBytes = false;
     std::function<void(const RestQuota &)> m_observer;
+    std::unique_ptr<QObject> m_answers; // the context of the answers on the main queue
     QHash<JobKey, std::shared_ptr<Job>> m_jobs;
     QHash<QString, Link> m_links; // ordered but not yet fetched; by file id
 };

@@ -1,6 +1,6 @@
 #include "RestErrors.h"
 
-#include "RestRecord.h"
+#include "RestPage.h"
 
 #include <net/Json.h>
 #include <net/Redactor.h>

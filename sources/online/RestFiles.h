@@ -10,9 +10,8 @@ class DownloadFolder;
 /// Checks, caches and publishes fetched files on the worker. Plain functions, any thread.
 namespace RestFiles
 {
-/// The file cached under `key`, if it is still there and valid. `language` is the subtitle's.
-std::optional<SubtitleFile> find(const DiskCache &kept, const QString &key, const QString &language,
-                                 const QDateTime &date);
+/// The subtitle's file, if it is still cached and valid.
+std::optional<SubtitleFile> find(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date);
 /// A fetched file, and whether it was cached.
 struct TakenFile
 {
@@ -20,10 +19,8 @@ struct TakenFile
     bool isKept = false;
 };
 /// Checks and caches a fetched file; an Error when it is not a subtitle.
-Result<TakenFile> take(const DiskCache &kept, const QString &key, const QString &language,
-                       const QDateTime &date, const QByteArray &bytes);
-/// The plain name of the published file.
-QString nameOf(const Subtitle &subtitle, const SubtitleFile &file);
+Result<TakenFile> take(const DiskCache &kept, const Subtitle &subtitle, const QDateTime &date,
+                       const QByteArray &bytes);
 /// Writes `count` copies, each into a separate folder.
 Result<QList<QUrl>> publish(const DownloadFolder &downloads, const QString &name, const QByteArray &content,
                             qsizetype count);

@@ -1,5 +1,7 @@
 #include "RestLanguageKeeper.h"
 
+#include <net/WhileAlive.h>
+
 #include <base/WorkerThread.h>
 
 #include <QLoggingCategory>
@@ -15,7 +17,7 @@ constexpr std::chrono::seconds KeptFor = 7 * 24h;
 } // namespace
 
 RestLanguageKeeper::RestLanguageKeeper(const Tools &tools, std::shared_ptr<RestSession> session)
-    : m_tools(tools), m_session(std::move(session)), m_alive(std::make_shared<RestLanguageKeeper *>(this))
+    : m_tools(tools), m_session(std::move(session))
 {
 }
 
@@ -55,19 +57,19 @@ void RestLanguageKeeper::readKept()
     m_list = {};
     m_isRead = m_isFreshOrAsked = false;
     m_call.reset();
+    m_reading = std::make_shared<RestLanguageKeeper *>(this);
     inBackground(
         m_tools.worker,
         [cache = m_tools.cache, key = key(), date = m_tools.clock.date()] { return cache.find(key, date); },
-        [weak = std::weak_ptr(m_alive), base = base()](const std::optional<DiskCache::Entry> &kept) {
-            if (const auto alive = weak.lock(); alive && (*alive)->base() == base)
-                (*alive)->takeKept(kept);
-        });
+        whileAlive(m_reading, [](const auto &self, const std::optional<DiskCache::Entry> &kept) {
+            (*self)->takeKept(kept);
+        }));
 }
 
 void RestLanguageKeeper::takeKept(const std::optional<DiskCache::Entry> &kept)
 {
     m_isRead = true;
-    if (const auto list = kept ? RestLanguageList::read(kept->body) : std::nullopt) {
+    if (const auto list = kept ? RestLanguages::read(kept->body) : std::nullopt) {
         m_list = *list;
         m_isFreshOrAsked = kept->isFresh(m_tools.clock.date());
     }
@@ -86,8 +88,7 @@ void RestLanguageKeeper::ask()
 /// A failure is ignored, because the list from before is still valid.
 void RestLanguageKeeper::takeAnswer(const Result<HttpAnswer> &outcome)
 {
-    const auto list =
-        outcome && outcome->status == 200 ? RestLanguageList::read(outcome->body) : std::nullopt;
+    const auto list = outcome && outcome->status == 200 ? RestLanguages::read(outcome->body) : std::nullopt;
     if (!list) {
         qCInfo(log) << "the service's languages could not be read";
         return;

@@ -1,5 +1,5 @@
 #pragma once
-#include "RestLanguageList.h"
+#include "RestLanguages.h"
 #include "RestSession.h"
 
 #include <base/WorkerThread.h>
@@ -25,7 +25,7 @@ public:
     void follow();
     /// Call when a person searches; may request the list.
     void noteSearch();
-    const RestLanguageList &list() const { return m_list; }
+    const RestLanguages &list() const { return m_list; }
 
 private:
     void readKept();
@@ -36,12 +36,12 @@ private:
     QString key() const;
 
     Tools m_tools;
-    RestLanguageList m_list;
+    RestLanguages m_list;
     std::shared_ptr<RestSession> m_session;
     bool m_follows = false;
     bool m_isRead = false;
     bool m_isFreshOrAsked = false; // the list is fresh, or was requested
     bool m_isWanted = false;
     HttpCall m_call;
-    std::shared_ptr<RestLanguageKeeper *> m_alive;
+    std::shared_ptr<RestLanguageKeeper *> m_reading; // alive while the list that is being read is wanted
 };

@@ -27,7 +27,7 @@ QString valueOf(const QList<Arg> &args, Param param)
 }
 
 /// Empty when no language was asked for, which means all.
-Result<QString> languages(const QList<Arg> &args, const RestLanguageList &known)
+Result<QString> languages(const QList<Arg> &args, const RestLanguages &known)
 {
     QStringList codes;
     for (const Arg &arg : args) {
@@ -41,11 +41,6 @@ Result<QString> languages(const QList<Arg> &args, const RestLanguageList &known)
     codes.removeDuplicates();
     codes.sort();
     return codes.join(u',');
-}
-
-QString withoutFolders(const QString &name)
-{
-    return name.section(u'/', -1);
 }
 
 /// Three or more single letters in a row are an acronym in a file name; two may be words.
@@ -75,29 +70,28 @@ QString showTitle(const VideoFileComponents &parts, const QString &text)
     return parts.year ? title + u' ' + QString::number(*parts.year) : title;
 }
 
-void addWords(RestQuery &query, const QString &text)
+void addWords(RestURL::Parameters &query, const QString &text)
 {
     const VideoFileComponents parts = parseVideoName(text);
     if (!parts.season || !parts.episode || parts.title.trimmed().isEmpty()) {
-        query.parameters[u"query"_s] = text;
+        query[u"query"_s] = text;
         return;
     }
-    query.parameters[u"query"_s] = showTitle(parts, text);
-    query.parameters[u"season_number"_s] = QString::number(*parts.season);
-    query.parameters[u"episode_number"_s] = QString::number(*parts.episode);
+    query[u"query"_s] = showTitle(parts, text);
+    query[u"season_number"_s] = QString::number(*parts.season);
+    query[u"episode_number"_s] = QString::number(*parts.episode);
 }
 } // namespace
 
-Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, bool machineTranslated,
-                                  const RestLanguageList &known)
+Result<RestURL::Parameters> queryParameters(const QList<Arg> &args, const NameOfVideo &nameOf,
+                                            bool machineTranslated, const RestLanguages &known)
 {
     const Result<QString> wanted = languages(args, known);
     if (!wanted)
         return wanted.error();
-    RestQuery query;
-    query.parameters[u"languages"_s] = *wanted;
+    RestURL::Parameters query{{u"languages"_s, *wanted}};
     if (machineTranslated)
-        query.parameters[u"machine_translated"_s] = u"include"_s;
+        query[u"machine_translated"_s] = u"include"_s;
     const QString hash = valueOf(args, Param::movieHash).toLower();
     if (hash.isEmpty()) {
         const QString text = valueOf(args, Param::text).simplified();
@@ -109,10 +103,10 @@ Result<RestQuery> RestQuery::from(const QList<Arg> &args, const NameOf &nameOf, 
     static const QRegularExpression sixteenDigits(u"\\A[0-9a-f]{16}\\z"_s);
     if (!sixteenDigits.match(hash).hasMatch())
         return refusal(ServiceFailure::Rejected, u"not a movie hash"_s);
-    query.parameters[u"moviehash"_s] = hash;
+    query[u"moviehash"_s] = hash;
     const VideoHash video{hash, valueOf(args, Param::byteSize).toULongLong()};
-    const QString name = nameOf ? withoutFolders(nameOf(video)).trimmed() : QString();
+    const QString name = nameOf ? nameOf(video).section(u'/', -1).trimmed() : QString();
     if (name.size() >= ShortestQuery)
-        query.parameters[u"query"_s] = name;
+        query[u"query"_s] = name;
     return query;
 }

@@ -2,6 +2,8 @@
 
 #include "RestErrors.h"
 
+#include <net/WhileAlive.h>
+
 #include <base/WorkerThread.h>
 
 #include <QLoggingCategory>
@@ -51,7 +53,7 @@ struct RestSearch::CachedPage
     }
 };
 
-RestSearch::RestSearch(const Tools &tools, const RestQuery &query, Completion completion)
+RestSearch::RestSearch(const Tools &tools, const RestURL::Parameters &query, Completion completion)
     : m_tools(tools), m_query(query), m_locale(Locale::current()), m_completion(std::move(completion))
 {
 }
@@ -63,7 +65,7 @@ RestSearch::~RestSearch()
 
 RestURL::Parameters RestSearch::parameters(int page) const
 {
-    RestURL::Parameters result = m_query.parameters;
+    RestURL::Parameters result = m_query;
     if (page > 1)
         result[u"page"_s] = QString::number(page);
     return result;
@@ -81,27 +83,24 @@ void RestSearch::lookUp(int page)
 {
     inBackground(
         m_tools.worker, [cached = cachedPage(page)] { return cached.find(); },
-        [weak = weak_from_this(), page](const std::optional<RestPage> &found) {
-            const auto self = weak.lock();
-            if (!self)
-                return;
+        whileAlive(shared_from_this(), [page](const auto &self, const std::optional<RestPage> &found) {
             if (found)
                 self->take(page, *found);
             else
                 self->ask(page);
-        });
+        }));
 }
 
 void RestSearch::ask(int page)
 {
-    if (m_hasEnded)
+    if (!m_completion)
         return;
-    m_calls.push_back(m_tools.session->send(
-        {HttpRequest::Method::Get, u"/subtitles"_s, parameters(page)}, RestSession::Login::IfThereIsOne,
-        [weak = weak_from_this(), page](const Result<HttpAnswer> &outcome) {
-            if (const auto self = weak.lock())
-                self->arrive(page, outcome);
-        }));
+    const auto take = [page](const auto &self, const Result<HttpAnswer> &outcome) {
+        self->arrive(page, outcome);
+    };
+    m_calls.push_back(m_tools.session->send({HttpRequest::Method::Get, u"/subtitles"_s, parameters(page)},
+                                            RestSession::Login::IfThereIsOne,
+                                            whileAlive(shared_from_this(), take)));
 }
 
 void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)
@@ -112,28 +111,27 @@ void RestSearch::arrive(int page, const Result<HttpAnswer> &outcome)
     }
     inBackground(
         m_tools.worker, [cached = cachedPage(page), body = outcome->body] { return cached.put(body); },
-        [weak = weak_from_this(), page](const Result<RestPage> &read) {
-            if (const auto self = weak.lock())
-                self->take(page, read);
-        });
+        whileAlive(shared_from_this(),
+                   [page](const auto &self, const Result<RestPage> &read) { self->take(page, read); }));
 }
 
 void RestSearch::take(int page, const Result<RestPage> &read)
 {
-    if (m_hasEnded)
-        return;
     m_early.emplace(page, read);
-    for (auto next = m_early.find(m_next); next != m_early.end(); next = m_early.find(m_next)) {
+    for (auto next = m_early.find(m_next); m_completion && next != m_early.end(); next = m_early.find(m_next))
         takeNext(m_early.extract(next).mapped());
-        if (m_hasEnded)
-            return;
-    }
 }
 
 void RestSearch::takeNext(const Result<RestPage> &read)
 {
+    if (!read && m_found.isEmpty()) {
+        end(read.error());
+        return;
+    }
     if (!read) {
-        fail(read.error());
+        // After a later page fails, the rows found so far are the answer.
+        qCWarning(log).noquote() << "the search ended early:" << read.error().detail;
+        finish();
         return;
     }
     const bool isFirst = m_next == 1;
@@ -168,24 +166,16 @@ bool RestSearch::isLast(const RestPage &read)
     return m_next >= m_pages || m_found.size() >= QueryResult::MaxRows;
 }
 
-/// After a later page fails, the rows found so far are the answer.
-void RestSearch::fail(const base::Error &error)
-{
-    if (!m_found.isEmpty()) {
-        qCWarning(log).noquote() << "the search ended early:" << error.detail;
-        finish();
-        return;
-    }
-    m_hasEnded = true;
-    std::exchange(m_completion, nullptr)(error);
-}
-
 void RestSearch::finish()
 {
-    m_hasEnded = true;
-    m_calls.clear();
     const qint64 unread = std::max<qint64>(0, m_total - m_records);
     if (unread > 0)
         qCInfo(log).noquote() << u"%1 of %2 records left out"_s.arg(unread).arg(m_total);
-    std::exchange(m_completion, nullptr)(QueryResult{std::move(m_found), unread});
+    end(QueryResult{std::move(m_found), unread});
+}
+
+void RestSearch::end(const Result<QueryResult> &result)
+{
+    m_calls.clear();
+    std::exchange(m_completion, nullptr)(result);
 }

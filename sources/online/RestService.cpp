@@ -1,11 +1,13 @@
 #include "RestService.h"
 
 #include "RestErrors.h"
+#include "RestQuery.h"
 
 #include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
 #include <media/names/FileNameParser.h>
 #include <net/Json.h>
+#include <net/WhileAlive.h>
 
 #include <QStandardPaths>
 
@@ -44,13 +46,12 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
       m_queue(clock, {RequestsPerSpan, RateSpan}),
       m_logins(std::make_shared<RestLogins>(clock)),
       m_settings(settings),
-      m_session(RestSession::make(m_queue, m_logins, settings)),
+      m_session(std::make_shared<RestSession>(m_queue, m_logins, settings)),
       m_worker(std::make_unique<WorkerThread>()),
       m_download({m_queue, *m_worker, DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
                   DownloadFolder(places.downloads)},
                  m_session),
-      m_languages({*m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}, m_session),
-      m_alive(std::make_shared<RestService *>(this))
+      m_languages({*m_worker, clock, DiskCache(places.cache + "/languages"_L1, LanguagesKeptFor)}, m_session)
 {
     m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     m_worker->post([cache = m_cache, kept = DiskCache(places.downloads + "/kept"_L1, FilesKeptFor),
@@ -64,7 +65,7 @@ RestService::RestService(Clock &clock, const RestSettings &settings, std::shared
 
 RestService::~RestService()
 {
-    m_queries.clear();
+    m_searches.clear();
     m_worker.reset();
 }
 
@@ -76,7 +77,7 @@ void RestService::setSettings(const RestSettings &settings)
     m_download.setKeepsOriginalBytes(settings.keepsOriginalBytes);
     if (!isOther)
         return;
-    m_former += std::exchange(m_session, RestSession::make(m_queue, m_logins, access));
+    m_former += std::exchange(m_session, std::make_shared<RestSession>(m_queue, m_logins, access));
     m_download.use(m_session);
     m_languages.use(m_session);
     m_former.removeIf([](const auto &former) { return former.use_count() == 1 && !former->isLoggedIn(); });
@@ -84,74 +85,45 @@ void RestService::setSettings(const RestSettings &settings)
 
 void RestService::query(const QList<Arg> &args, QueryCompletion completion)
 {
-    const quint64 number = ++m_lastQuery;
-    m_queries.insert(number, {std::move(completion), {}});
     const auto nameOf = [this](const VideoHash &video) {
         return m_names ? m_names->nameOf(video) : QString();
     };
-    const Result<RestQuery> query =
-        RestQuery::from(args, nameOf, settings().asksForMachineTranslated, m_languages.list());
-    if (!hasKey()) {
-        refuse(number, noKey());
-        return;
-    }
-    if (!query) {
-        refuse(number, query.error());
+    const Result<RestURL::Parameters> query =
+        hasKey() ? queryParameters(args, nameOf, settings().asksForMachineTranslated, m_languages.list())
+                 : noKey();
+    const quint64 number = ++m_lastQuery;
+    const auto search = std::make_shared<RestSearch>(
+        RestSearch::Tools{m_session, *m_worker, m_queue.clock(), m_cache},
+        query ? *query : RestURL::Parameters(),
+        [this, number, completion = std::move(completion)](const Result<QueryResult> &result) {
+            m_searches.remove(number);
+            completion(result);
+        });
+    m_searches.insert(number, search);
+    if (query)
+        search->start();
+    else
+        MainQueue::shared().async(
+            whileAlive(search, [error = query.error()](const auto &held) { held->fail(error); }));
+    if (hasKey())
         m_languages.noteSearch();
-        return;
-    }
-    auto search = std::make_shared<RestSearch>(
-        RestSearch::Tools{m_session, *m_worker, m_queue.clock(), m_cache}, *query,
-        [this, number](const Result<QueryResult> &result) { answer(number, result); });
-    m_queries[number].search = search;
-    search->start();
-    m_languages.noteSearch();
-}
-
-void RestService::refuse(quint64 number, const base::Error &error)
-{
-    MainQueue::shared().async([weak = std::weak_ptr(m_alive), number, error] {
-        if (const auto self = weak.lock())
-            (*self)->answer(number, error);
-    });
-}
-
-void RestService::answer(quint64 number, const Result<QueryResult> &result)
-{
-    const Query query = m_queries.take(number);
-    if (!query.completion)
-        return;
-    // Answer on another turn: the receiver may open an alert's event loop inside the network signal.
-    MainQueue::shared().async([this, weak = std::weak_ptr(m_alive), number, query, result] {
-        if (weak.lock() && m_cancelledUpTo < number)
-            query.completion(result);
-    });
 }
 
 void RestService::cancelQueryTask()
 {
-    m_cancelledUpTo = m_lastQuery;
-    m_queries.clear();
+    m_searches.clear();
 }
 
 void RestService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
-    const quint64 number = ++m_lastDownload;
-    const auto answer = [weak = std::weak_ptr(m_alive), number,
-                         completion = std::move(completion)](const Result<QUrl> &file) {
-        const auto self = weak.lock();
-        if (self && (*self)->m_downloadsCancelledUpTo < number)
-            completion(file);
-    };
     if (hasKey())
-        m_download.fetch(subtitle, answer);
+        m_download.fetch(subtitle, std::move(completion));
     else
-        MainQueue::shared().async([answer] { answer(noKey()); });
+        m_download.answer(completion, noKey());
 }
 
 void RestService::cancelDownloads()
 {
-    m_downloadsCancelledUpTo = m_lastDownload;
     m_download.cancelAll();
 }
 
@@ -169,40 +141,26 @@ void RestService::testConnection(std::function<void(Result<RestReport>)> complet
     m_test = m_session->send(request, RestSession::Login::Wanted,
                              [this, session = m_session.get(),
                               completion = std::move(completion)](const Result<HttpAnswer> &outcome) {
-                                 finishTest(*session, completion, outcome);
+                                 const Result<RestReport> report = reportOf(*session, outcome);
+                                 MainQueue::shared().async([completion, report] { completion(report); });
                              });
 }
 
-void RestService::finishTest(RestSession &session, const std::function<void(Result<RestReport>)> &completion,
-                             const Result<HttpAnswer> &outcome)
+Result<RestReport> RestService::reportOf(RestSession &session, const Result<HttpAnswer> &outcome)
 {
-    const auto answerLater = [&](const Result<RestReport> &report) {
-        MainQueue::shared().async([completion, report] { completion(report); });
-    };
-    if (!outcome) {
-        answerLater(outcome.error());
-        return;
-    }
-    if (!outcome->isSuccess()) {
-        answerLater(RestErrors::error(*outcome));
-        return;
-    }
+    if (!outcome)
+        return outcome.error();
+    if (!outcome->isSuccess())
+        return RestErrors::error(*outcome);
     const std::optional<QJsonObject> object = Json::object(outcome->body);
-    if (!object || !object->contains(u"data"_s)) {
-        answerLater(serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, u"no data"_s));
-        return;
-    }
+    if (!object || !object->contains(u"data"_s))
+        return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, u"no data"_s);
     if (session.isLoggedIn()) {
         RestQuota quota = session.quota();
         quota.takeUser((*object)[u"data"_s].toObject());
         m_download.takeQuota(session, quota);
     }
-    answerLater(RestReport{session.isLoggedIn(), session.quota()});
-}
-
-void RestService::setQuotaObserver(std::function<void(const RestQuota &)> observer)
-{
-    m_download.setQuotaObserver(std::move(observer));
+    return RestReport{session.isLoggedIn(), session.quota()};
 }
 
 void RestService::emptyCache()

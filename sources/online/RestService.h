@@ -44,7 +44,10 @@ public:
     void testConnection(std::function<void(Result<RestReport>)> completion);
     const RestQuota &quota() const { return m_session->quota(); }
     /// Called on the main thread when the service reports the remaining downloads.
-    void setQuotaObserver(std::function<void(const RestQuota &)> observer);
+    void setQuotaObserver(std::function<void(const RestQuota &)> observer)
+    {
+        m_download.setQuotaObserver(std::move(observer));
+    }
     /// Called on the main thread with the length of a pause that requests wait for because of a rate refusal,
     /// and with none once no request waits.
     void setPauseObserver(RequestQueue::PauseObserver observer)
@@ -62,16 +65,7 @@ protected:
     VideoFileComponents componentsOf(const QUrl &url) override;
 
 private:
-    void answer(quint64 number, const Result<QueryResult> &result);
-    void refuse(quint64 number, const base::Error &error);
-    void finishTest(RestSession &session, const std::function<void(Result<RestReport>)> &completion,
-                    const Result<HttpAnswer> &outcome);
-
-    struct Query
-    {
-        QueryCompletion completion;
-        std::shared_ptr<RestSearch> search;
-    };
+    Result<RestReport> reportOf(RestSession &session, const Result<HttpAnswer> &outcome);
 
     std::shared_ptr<VideoNames> m_names;
     DiskCache m_cache;
@@ -84,11 +78,7 @@ private:
     std::unique_ptr<WorkerThread> m_worker;
     RestDownload m_download;
     RestLanguageKeeper m_languages;
-    QHash<quint64, Query> m_queries; // not yet answered
+    QHash<quint64, std::shared_ptr<RestSearch>> m_searches; // not yet answered
     quint64 m_lastQuery = 0;
-    quint64 m_cancelledUpTo = 0;
-    quint64 m_lastDownload = 0;
-    quint64 m_downloadsCancelledUpTo = 0;
     HttpCall m_test;
-    std::shared_ptr<RestService *> m_alive; // lets blocks on the main queue check whether this object exists
 };

@@ -4,6 +4,7 @@
 
 #include <net/Json.h>
 #include <net/Redactor.h>
+#include <net/WhileAlive.h>
 
 #include <QJsonDocument>
 #include <QLoggingCategory>
@@ -16,7 +17,62 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.rest", QtInfoMsg)
 
 constexpr Clock::Duration LogoutTimeout = 3s;
+constexpr Clock::Duration LoginPause = 1s;
+constexpr Clock::Duration LifeUnlessSaid = 12h;
+constexpr Clock::Duration MaxLife = 24h;
+constexpr Clock::Duration MinLife = 1min;
+constexpr Clock::Duration ExpiryMargin = 10min;
+
+/// The lifetime in the token's payload; the default when it has none that is plausible at this machine's
+/// date.
+Clock::Duration lifeOf(const QByteArray &token, const QDateTime &date)
+{
+    const QByteArray claims =
+        QByteArray::fromBase64(token.split('.').value(1), QByteArray::Base64UrlEncoding);
+    const auto object = Json::object(claims);
+    const std::optional<qint64> end = object ? Json::integer(*object, u"exp"_s) : std::nullopt;
+    if (!end)
+        return LifeUnlessSaid;
+    const Clock::Duration life =
+        std::chrono::seconds(std::clamp<qint64>(*end, 0, 1LL << 40) - date.toSecsSinceEpoch());
+    // A wrong system date would make every token look expired or endless; the server then reports the expiry.
+    if (life <= Clock::Duration::zero() || life > MaxLife + ExpiryMargin)
+        return LifeUnlessSaid;
+    return std::max(life - ExpiryMargin, MinLife);
+}
 } // namespace
+
+RestToken::RestToken(const QByteArray &text, const Clock &clock) : m_text(text)
+{
+    const Clock::Duration life = lifeOf(text, clock.date());
+    m_ends = clock.now() + life;
+    m_endDate = clock.date().addDuration(life);
+}
+
+bool RestToken::isValid(const Clock &clock) const
+{
+    // The date also advances during a suspend, unlike the monotonic clock.
+    return !m_text.isEmpty() && clock.now() < m_ends && clock.date() < m_endDate;
+}
+
+Clock::Timer RestLogins::nextLogin(std::function<void()> logIn)
+{
+    const Clock::Duration now = m_clock.now();
+    const Clock::Duration time = std::max(now, m_nextLogin);
+    m_nextLogin = time + LoginPause;
+    return m_clock.after(time - now, std::move(logIn));
+}
+
+std::optional<base::Error> RestLogins::refusal(const RestAccess &access) const
+{
+    for (const auto &[refused, error] : m_refused) {
+        // The application key does not affect the password check.
+        if (refused.base == access.base && refused.userName == access.userName &&
+            refused.password == access.password)
+            return error;
+    }
+    return std::nullopt;
+}
 
 /// A request until its final answer; it may be sent twice, with a login between.
 struct RestSession::RequestState
@@ -27,15 +83,8 @@ struct RestSession::RequestState
     Completion completion;
     QByteArray sentToken; // empty without a login
     bool hasLoggedInAgain = false;
-    HttpCall call;
-    Clock::Timer refusal;
+    std::shared_ptr<void> step; // the running request, or the timer of a refusal
 };
-
-std::shared_ptr<RestSession> RestSession::make(RequestQueue &queue, std::shared_ptr<RestLogins> logins,
-                                               const RestAccess &access)
-{
-    return std::shared_ptr<RestSession>(new RestSession(queue, std::move(logins), access));
-}
 
 RestSession::RestSession(RequestQueue &queue, std::shared_ptr<RestLogins> logins, const RestAccess &access)
     : m_queue(queue), m_access(access), m_base(access.base), m_logins(std::move(logins))
@@ -43,8 +92,6 @@ RestSession::RestSession(RequestQueue &queue, std::shared_ptr<RestLogins> logins
     for (const QString &secret : {access.apiKey, access.password})
         hideSecret(secret);
 }
-
-RestSession::~RestSession() = default;
 
 void RestSession::forgetLogin()
 {
@@ -59,16 +106,11 @@ HttpCall RestSession::send(const Request &request, Login login, Completion compl
     state->request = request;
     state->login = login;
     state->completion = std::move(completion);
-    begin(state);
-    return state;
-}
-
-void RestSession::begin(const std::shared_ptr<RequestState> &state)
-{
-    if (state->login == Login::Wanted && m_access.hasAccount() && !isLoggedIn())
+    if (login == Login::Wanted && m_access.hasAccount() && !isLoggedIn())
         logIn(state);
     else
         transmit(state);
+    return state;
 }
 
 HttpRequest RestSession::prepared(const Request &request, const QUrl &base) const
@@ -94,11 +136,10 @@ void RestSession::transmit(const std::shared_ptr<RequestState> &state)
     if (loggedIn)
         request.setHeader("Authorization", "Bearer " + m_token.text());
     state->sentToken = loggedIn ? m_token.text() : QByteArray();
-    state->call =
-        m_queue.send(request, m_access.apiHosts(), [weak = std::weak_ptr(state)](const HttpResult &outcome) {
-            if (const auto held = weak.lock())
-                held->session->arrive(held, outcome);
-        });
+    const auto take = [](const auto &held, const HttpResult &outcome) {
+        held->session->arrive(held, outcome);
+    };
+    state->step = m_queue.send(request, m_access.apiHosts(), whileAlive(state, take));
 }
 
 void RestSession::arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome)
@@ -123,17 +164,15 @@ void RestSession::arrive(const std::shared_ptr<RequestState> &state, const HttpR
 void RestSession::logIn(const std::shared_ptr<RequestState> &state)
 {
     if (const auto refused = m_logins->refusal(m_access)) {
-        state->refusal = m_queue.clock().after(0ms, [weak = std::weak_ptr(state), error = *refused] {
-            if (const auto held = weak.lock())
-                held->session->goOnWithout(held, error);
-        });
+        const auto refuse = [error = *refused](const auto &held) { held->session->goOnWithout(held, error); };
+        state->step = m_queue.clock().after(0ms, whileAlive(state, refuse));
         return;
     }
     m_waiting.push_back(state);
     if (m_isLoggingIn)
         return;
     m_isLoggingIn = true;
-    m_loginTurn = m_logins->nextLogin([this] { sendLogin(); });
+    m_loginStep = m_logins->nextLogin([this] { sendLogin(); });
 }
 
 void RestSession::goOnWithout(const std::shared_ptr<RequestState> &state, const base::Error &error)
@@ -154,7 +193,7 @@ void RestSession::sendLogin()
     const QJsonObject body{{u"username"_s, m_access.userName}, {u"password"_s, m_access.password}};
     const Request login{
         HttpRequest::Method::Post, u"/login"_s, {}, QJsonDocument(body).toJson(QJsonDocument::Compact)};
-    m_loginCall = m_queue.send(prepared(login, m_access.base), m_access.apiHosts(),
+    m_loginStep = m_queue.send(prepared(login, m_access.base), m_access.apiHosts(),
                                [this](const HttpResult &outcome) { finishLogin(takeToken(outcome)); });
 }
 

@@ -1,12 +1,48 @@
 #pragma once
-#include "RestLogins.h"
 #include "RestQuota.h"
-#include "RestToken.h"
 #include "RestURL.h"
 
 #include <net/RequestQueue.h>
-#include <optional>
 #include <vector>
+
+/// A login token and its expiry. A plain value.
+class RestToken final
+{
+public:
+    RestToken() = default;
+    RestToken(const QByteArray &text, const Clock &clock);
+
+    const QByteArray &text() const { return m_text; }
+    bool isValid(const Clock &clock) const;
+
+private:
+    QByteArray m_text;
+    Clock::Duration m_ends{0};
+    QDateTime m_endDate;
+};
+
+/// The login state that all sessions share: the rate limit, which the service applies across accounts, and
+/// the refused credentials. Refused credentials are never sent again, because the service counts failed
+/// attempts. Main thread only.
+class RestLogins final
+{
+public:
+    explicit RestLogins(Clock &clock) : m_clock(clock) {}
+
+    /// Calls `logIn` on a later turn, a second after the last login at the earliest.
+    [[nodiscard]] Clock::Timer nextLogin(std::function<void()> logIn);
+    void noteRefusal(const RestAccess &access, const base::Error &error)
+    {
+        m_refused.emplace_back(access, error);
+    }
+    /// Why that account cannot log in, if known.
+    std::optional<base::Error> refusal(const RestAccess &access) const;
+
+private:
+    Clock &m_clock;
+    Clock::Duration m_nextLogin{0};
+    std::vector<std::pair<RestAccess, base::Error>> m_refused;
+};
 
 /// One account at the service: key, login, token and host. Adds them to each request, logs in when needed and
 /// again when the token has become invalid, and never repeats refused credentials. Its access never changes:
@@ -31,16 +67,14 @@ public:
         std::function<void()> onLeaving = {}; // see HttpRequest; also before it is sent again after a login
     };
 
-    /// All sessions share `logins`.
-    static std::shared_ptr<RestSession> make(RequestQueue &queue, std::shared_ptr<RestLogins> logins,
-                                             const RestAccess &access);
-    ~RestSession();
+    /// Sessions are shared objects. All of them share `logins`.
+    RestSession(RequestQueue &queue, std::shared_ptr<RestLogins> logins, const RestAccess &access);
 
     const RestAccess &access() const { return m_access; }
     bool isLoggedIn() const { return m_token.isValid(m_queue.clock()); }
 
     /// `Wanted` logs in first if there is an account; without one the request is sent as it is. A failed
-    /// login fails requests that want it; others are sent without.
+    /// login fails requests that want it; others are sent without. The completion's Errors have sentences.
     [[nodiscard]] HttpCall send(const Request &request, Login login, Completion completion);
     /// Logs out at the service, if logged in, and drops the token in any case.
     void logOut(std::function<void()> done);
@@ -51,8 +85,6 @@ public:
 
 private:
     struct RequestState;
-    RestSession(RequestQueue &queue, std::shared_ptr<RestLogins> logins, const RestAccess &access);
-    void begin(const std::shared_ptr<RequestState> &state);
     void transmit(const std::shared_ptr<RequestState> &state);
     void arrive(const std::shared_ptr<RequestState> &state, const HttpResult &outcome);
     void logIn(const std::shared_ptr<RequestState> &state);
@@ -69,8 +101,7 @@ private:
     RestToken m_token;
     QUrl m_base; // the base named by the login
     std::shared_ptr<RestLogins> m_logins;
-    Clock::Timer m_loginTurn;
-    HttpCall m_loginCall;
+    std::shared_ptr<void> m_loginStep; // the timer of the login, or its request
     HttpCall m_logoutCall;
     Clock::Timer m_logoutLimit;
     bool m_isLoggingIn = false;

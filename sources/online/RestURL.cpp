@@ -1,5 +1,7 @@
 #include "RestURL.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 QByteArray encoded(const QString &value)
@@ -28,4 +30,17 @@ QUrl RestURL::address(const QUrl &base, const QString &path, const Parameters &p
     if (!items.isEmpty())
         text += '?' + items;
     return QUrl::fromEncoded(text, QUrl::StrictMode);
+}
+
+QString RestURL::fileId(const QUrl &base, qint64 number)
+{
+    return QString::fromLatin1(address(base, u"/download"_s).toEncoded()) + "?file_id="_L1 +
+           QString::number(number);
+}
+
+std::optional<qint64> RestURL::fileNumber(const QUrl &base, const QString &id)
+{
+    bool isNumber = false;
+    const qint64 number = id.mid(id.lastIndexOf(u'=') + 1).toLongLong(&isNumber);
+    return isNumber && id == fileId(base, number) ? std::optional(number) : std::nullopt;
 }

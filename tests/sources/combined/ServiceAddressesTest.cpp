@@ -1,5 +1,5 @@
 #include <sources/films/FilmSettings.h>
-#include <sources/online/RestAccess.h>
+#include <sources/online/RestSettings.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>

@@ -26,9 +26,8 @@ private Q_SLOTS:
         QFETCH(const QString, behaviour);
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QVERIFY2(**caught, **caught ? "" : qPrintable((*caught)->error().detail));
-        QCOMPARE((**caught)->subtitles->size(), 3);
+        caught->value();
+        QCOMPARE(caught->value().subtitles->size(), 3);
         QCOMPARE(m_fixture->standIn.complaints(), QStringList());
     }
 
@@ -73,10 +72,9 @@ private Q_SLOTS:
         m_fixture->clock.setLongestAutomaticWait(11s); // Retry-After of ten seconds is waited for as well
         m_fixture->standIn.select(behaviour);
         const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QVERIFY(!**caught);
+        caught->error();
         QTEST(static_cast<int>(kindOf(*caught)), "kind");
-        const base::Error error = (*caught)->error();
+        const base::Error error = caught->error();
         QVERIFY(!error.localizedDescription.isEmpty());
         QVERIFY(!error.localizedDescription.contains(u'<'));
         QVERIFY(!error.detail.contains(SubtitleStandIn::ApiKey));
@@ -87,20 +85,15 @@ private Q_SLOTS:
     void closingBeforeTheAnswerIsUnavailable()
     {
         m_fixture->standIn.select(u"close-before"_s);
-        const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QCOMPARE(kindOf(*caught), ServiceFailure::Unavailable);
+        QCOMPARE(kindOf(*m_fixture->search()), ServiceFailure::Unavailable);
     }
 
     void badAnswersAreNotKept()
     {
         m_fixture->standIn.select(u"html"_s);
-        const auto first = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(first->came(), WaitLimit);
+        m_fixture->search()->error();
         m_fixture->standIn.clearBehaviours();
-        const auto second = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(second->came(), WaitLimit);
-        QVERIFY(**second);
+        m_fixture->search()->value();
     }
 
     void silenceTimesOut_data()
@@ -119,16 +112,13 @@ private Q_SLOTS:
             QTRY_COMPARE_WITH_TIMEOUT(m_fixture->clock.pending().value(0), Clock::Duration(20s), WaitLimit);
             m_fixture->clock.advance(20s);
         }
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
         QCOMPARE(kindOf(*caught), ServiceFailure::Timeout);
     }
 
     void absentServerIsUnavailable()
     {
         m_fixture->standIn.stop();
-        const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QCOMPARE(kindOf(*caught), ServiceFailure::Unavailable);
+        QCOMPARE(kindOf(*m_fixture->search()), ServiceFailure::Unavailable);
     }
 
     void unknownHostIsOffline()
@@ -136,9 +126,7 @@ private Q_SLOTS:
         m_fixture->settings.base = QUrl(u"https://nowhere.invalid/api/v1"_s);
         m_fixture->restart();
         m_fixture->clock.setLongestAutomaticWait(5s);
-        const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QCOMPARE(kindOf(*caught), ServiceFailure::Offline);
+        QCOMPARE(kindOf(*m_fixture->search()), ServiceFailure::Offline);
     }
 
     void clearTextIsForThisMachineOnly_data()
@@ -156,9 +144,7 @@ private Q_SLOTS:
         QFETCH(const QString, base);
         m_fixture->settings.base = QUrl(base);
         m_fixture->restart();
-        const auto caught = m_fixture->search();
-        QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
-        QCOMPARE(kindOf(*caught), ServiceFailure::ForbiddenAddress);
+        QCOMPARE(kindOf(*m_fixture->search()), ServiceFailure::ForbiddenAddress);
     }
 
     void manyQueriesStayWithinTheRate()
@@ -168,7 +154,7 @@ private Q_SLOTS:
         for (const QString &text : {u"one"_s, u"two"_s, u"three"_s, u"four"_s})
             all += m_fixture->search(text);
         for (const auto &caught : all)
-            QTRY_VERIFY_WITH_TIMEOUT(caught->came(), WaitLimit);
+            caught->value();
         QCOMPARE(m_fixture->standIn.main().requests().size(), 40);
         QCOMPARE(m_fixture->standIn.complaints(), QStringList());
     }

@@ -1,6 +1,5 @@
 #pragma once
 #include <base/MainQueue.h>
-#include <sources/online/RestFileId.h>
 #include <sources/online/RestService.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/standin/StandIn.h>
@@ -72,8 +71,8 @@ public:
     SubtitlePtr subtitle(qint64 number = 9200001) const
     {
         auto made = std::make_shared<Subtitle>();
-        made->service = RestRecord::service();
-        made->fileID = RestFileId::of(settings.base, number);
+        made->service = RestPage::service();
+        made->fileID = RestURL::fileId(settings.base, number);
         made->subFileName = QStringLiteral("Paper.Lighthouse.2019");
         made->subFormat = QStringLiteral("srt");
         made->subLanguageID = QStringLiteral("eng");
@@ -93,5 +92,5 @@ private:
 template <class Value>
 ServiceFailure kindOf(const Caught<Value> &caught)
 {
-    return kindOf((*caught).error()).value_or(static_cast<ServiceFailure>(0));
+    return kindOf(caught.error()).value_or(static_cast<ServiceFailure>(0));
 }

@@ -15,9 +15,9 @@ QString nameOf(const VideoHash &video)
                                                                : QString();
 }
 
-Result<RestQuery> query(const QList<Arg> &args, bool machine = false)
+Result<RestURL::Parameters> query(const QList<Arg> &args, bool machine = false)
 {
-    return RestQuery::from(args, nameOf, machine);
+    return queryParameters(args, nameOf, machine);
 }
 } // namespace
 
@@ -32,7 +32,7 @@ private Q_SLOTS:
                                  {Param::movieHash, u"8E245D9679D31E12"_s},
                                  {Param::language, u"eng"_s}});
         QVERIFY(made);
-        QCOMPARE(RestURL::query(made->parameters),
+        QCOMPARE(RestURL::query(*made),
                  "languages=en&moviehash=8e245d9679d31e12&query=paper.lighthouse.2019.1080p.web-abc.mkv");
     }
 
@@ -41,15 +41,15 @@ private Q_SLOTS:
         const auto made = query({{Param::byteSize, u"1"_s},
                                  {Param::movieHash, u"8e245d9679d31e12"_s},
                                  {Param::language, u"pob"_s}});
-        QCOMPARE(RestURL::query(made->parameters), "languages=pt-br&moviehash=8e245d9679d31e12");
+        QCOMPARE(RestURL::query(*made), "languages=pt-br&moviehash=8e245d9679d31e12");
     }
 
     void namesTooShortToAskForAreLeftOut()
     {
         for (const auto &[name, sent] : {std::pair(u"Up"_s, false), {u"Up!"_s, true}}) {
-            const auto made = RestQuery::from(
+            const auto made = queryParameters(
                 {{Param::movieHash, u"8e245d9679d31e12"_s}}, [&](const VideoHash &) { return name; }, false);
-            QCOMPARE(made->parameters.contains(u"query"_s), sent);
+            QCOMPARE(made->contains(u"query"_s), sent);
         }
     }
 
@@ -85,7 +85,7 @@ private Q_SLOTS:
         QFETCH(const QString, text);
         const auto made = query({{Param::text, text}, {Param::language, u"eng"_s}});
         QVERIFY(made);
-        QTEST(RestURL::query(made->parameters), "sent");
+        QTEST(RestURL::query(*made), "sent");
     }
 
     void languagesAreSortedAndSingle()
@@ -94,14 +94,14 @@ private Q_SLOTS:
                                  {Param::language, u"pob"_s},
                                  {Param::language, u"eng"_s},
                                  {Param::language, u"ENG"_s}});
-        QCOMPARE(RestURL::query(made->parameters), "languages=en%2Cpt-br&query=x");
-        QCOMPARE(RestURL::query(query({{Param::text, u"x"_s}})->parameters), "query=x");
+        QCOMPARE(RestURL::query(*made), "languages=en%2Cpt-br&query=x");
+        QCOMPARE(RestURL::query(*query({{Param::text, u"x"_s}})), "query=x");
     }
 
     void machineTranslationsAreAskedForWhenWanted()
     {
         const QList<Arg> args{{Param::text, u"x"_s}};
-        QCOMPARE(RestURL::query(query(args, true)->parameters), "machine_translated=include&query=x");
+        QCOMPARE(RestURL::query(*query(args, true)), "machine_translated=include&query=x");
     }
 
     void whatCannotBeAskedIsAnError_data()

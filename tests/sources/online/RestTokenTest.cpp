@@ -1,4 +1,4 @@
-#include <sources/online/RestToken.h>
+#include <sources/online/RestSession.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>

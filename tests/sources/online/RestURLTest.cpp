@@ -46,6 +46,17 @@ private Q_SLOTS:
         QCOMPARE(RestURL::address(base, u"/login"_s).toEncoded(),
                  "https://api.opensubtitles.com/api/v1/login");
     }
+
+    void fileIdNamesTheService()
+    {
+        const QUrl base(u"https://a.example/api/v1"_s);
+        const QString id = RestURL::fileId(base, 7);
+        QCOMPARE(RestURL::fileNumber(base, id), 7);
+        QCOMPARE(RestURL::fileNumber(QUrl(u"https://a.example/api/v1/"_s), id), 7);
+        QVERIFY(!RestURL::fileNumber(QUrl(u"https://b.example/api/v1"_s), id));
+        QVERIFY(!RestURL::fileNumber(base, id + u'x'));
+        QVERIFY(!RestURL::fileNumber(base, u"7"_s));
+    }
 };
 
 PLOVENDIX_PLAIN_TEST(RestURLTest)

@@ -1,12 +1,6 @@
-#include "RestAccess.h"
+#include "RestSettings.h"
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-const QStringList ServiceHosts{u"api.opensubtitles.com"_s, u"vip-api.opensubtitles.com"_s};
-const QString LinkHosts = u"*.opensubtitles.com"_s;
-} // namespace
 
 QUrl RestAccess::standardBase()
 {
@@ -15,16 +9,13 @@ QUrl RestAccess::standardBase()
 
 HostRules RestAccess::apiHosts() const
 {
-    if (isOnLoopback())
-        return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules(ServiceHosts.contains(base.host()) ? ServiceHosts : QStringList(base.host()));
+    const QStringList hosts{u"api.opensubtitles.com"_s, u"vip-api.opensubtitles.com"_s};
+    return HostRules::of(base, hosts.contains(base.host()) ? hosts : QStringList());
 }
 
 HostRules RestAccess::linkHosts() const
 {
-    if (isOnLoopback())
-        return HostRules({}, HostRules::Loopback::Accepted);
-    return HostRules({LinkHosts, base.host()});
+    return HostRules::of(base, {u"*.opensubtitles.com"_s});
 }
 
 QUrl RestAccess::baseAt(const QString &host) const
