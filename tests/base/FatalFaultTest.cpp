@@ -61,18 +61,6 @@ private Q_SLOTS:
                  QByteArray("Fatal fault: The outlet “searchField” is missing"));
     }
 
-    void trapMakesItAnException()
-    {
-        const FatalFaultTrap trap;
-        QString message;
-        try {
-            fatalFault(u"wrong class"_s);
-        } catch (const FatalFaultCaught &caught) {
-            message = caught.message;
-        }
-        QCOMPARE(message, u"wrong class"_s);
-    }
-
     void abortReturnsAfterTheTrap()
     {
         {

@@ -2,6 +2,7 @@
 
 #include <base/FileManager.h>
 #include <tests/support/FaultyCalls.h>
+#include <tests/support/TestMain.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -11,7 +12,7 @@
 
 #include <cerrno>
 
-#include <tests/support/TestMain.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +25,7 @@ class FileMoveTest : public QObject
 private Q_SLOTS:
     void init() { m_files.startAnew(); }
 
-    void fileIsMoved_data() { disks(); }
+    void fileIsMoved_data() { MoveFixture::addDisks(); }
 
     void fileIsMoved()
     {
@@ -39,9 +40,9 @@ private Q_SLOTS:
         QCOMPARE(calls->openDescriptors, 0);
     }
 
-    void existingFileIsNeverReplaced_data() { disks(); }
+    void existingItemIsNeverReplaced_data() { MoveFixture::addDisks(); }
 
-    void existingFileIsNeverReplaced()
+    void existingItemIsNeverReplaced()
     {
         QFETCH(Disk, disk);
         m_files.writeSource();
@@ -54,56 +55,40 @@ private Q_SLOTS:
             result.error().localizedDescription,
             u"“download.srt” could not be moved to “Movie.en.srt” because a file with that name already exists in “%1”."_s
                 .arg(m_files.folder + u"/there"_s));
-        QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
         QCOMPARE(m_files.read(m_files.destination), QByteArray("older"));
+        // A dangling link is an item, too.
+        QVERIFY(QFile::remove(m_files.destination));
+        QVERIFY(QFile::link(m_files.folder + u"/nowhere"_s, m_files.destination));
+        const Result<void> again = m_files.move(m_files.callsFor(disk));
+        QVERIFY(!again);
+        QCOMPARE(again.error().code, EEXIST);
+        QVERIFY(QFileInfo(m_files.destination).isSymLink());
+        QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
         QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
     }
 
-    void danglingLinkAtTheDestinationIsNotReplaced_data() { disks(); }
+    void missingSourceAndFolderAreSaid_data() { MoveFixture::addDisks(); }
 
-    void danglingLinkAtTheDestinationIsNotReplaced()
+    void missingSourceAndFolderAreSaid()
     {
         QFETCH(Disk, disk);
-        m_files.writeSource();
-        QVERIFY(QFile::link(m_files.folder + u"/nowhere"_s, m_files.destination));
-        const Result<void> result = m_files.move(m_files.callsFor(disk));
-        QVERIFY(!result);
-        QCOMPARE(result.error().code, EEXIST);
-        QVERIFY(QFileInfo(m_files.destination).isSymLink());
-        QVERIFY(!QFileInfo::exists(m_files.folder + u"/nowhere"_s));
-        QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
-    }
-
-    void missingSourceIsSaid_data() { disks(); }
-
-    void missingSourceIsSaid()
-    {
-        QFETCH(Disk, disk);
-        const Result<void> result = m_files.move(m_files.callsFor(disk));
-        QVERIFY(!result);
-        QCOMPARE(result.error().code, ENOENT);
-        QCOMPARE(result.error().localizedDescription,
+        const Result<void> noSource = m_files.move(m_files.callsFor(disk));
+        QVERIFY(!noSource);
+        QCOMPARE(noSource.error().code, ENOENT);
+        QCOMPARE(noSource.error().localizedDescription,
                  u"“download.srt” could not be moved because it no longer exists."_s);
-        QCOMPARE(m_files.namesIn(u"there"_s), QStringList());
-    }
-
-    void missingFolderIsSaid_data() { disks(); }
-
-    void missingFolderIsSaid()
-    {
-        QFETCH(Disk, disk);
         m_files.writeSource();
         QVERIFY(QDir().rmdir(m_files.folder + u"/there"_s));
-        const Result<void> result = m_files.move(m_files.callsFor(disk));
-        QVERIFY(!result);
-        QCOMPARE(result.error().code, ENOENT);
-        QCOMPARE(result.error().localizedDescription,
+        const Result<void> noFolder = m_files.move(m_files.callsFor(disk));
+        QVERIFY(!noFolder);
+        QCOMPARE(noFolder.error().code, ENOENT);
+        QCOMPARE(noFolder.error().localizedDescription,
                  u"“download.srt” could not be moved to “%1” because that folder does not exist."_s.arg(
                      m_files.folder + u"/there"_s));
         QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
     }
 
-    void anyFailingCallLeavesAllWell_data() { disks(); }
+    void anyFailingCallLeavesAllWell_data() { MoveFixture::addDisks(); }
 
     void anyFailingCallLeavesAllWell()
     {
@@ -140,27 +125,23 @@ private Q_SLOTS:
 
     void fileThatAppearsMeanwhileIsNotReplaced()
     {
-        class Meddling final : public FileSystemCalls
+        class Meddling final : public FaultyCalls
         {
         public:
-            explicit Meddling(const QString &path) : m_path(path) {}
-            int renameWithoutReplacing(const QByteArray &from, const QByteArray &to) override
-            {
-                if (from.endsWith("download.srt"))
-                    return -EXDEV;
-                QFile file(m_path);
-                if (file.open(QIODevice::WriteOnly))
-                    file.write("faster");
-                return FileSystemCalls::renameWithoutReplacing(from, to);
-            }
+            QString path;
 
-        private:
-            QString m_path;
+        protected:
+            void beforeCall(const QString &call) override
+            {
+                QFile file(path);
+                if (call == u"close" && file.open(QIODevice::WriteOnly))
+                    file.write("faster");
+            }
         };
         m_files.writeSource();
-        FileManager manager(std::make_shared<Meddling>(m_files.destination));
-        const Result<void> result =
-            manager.moveItem(QUrl::fromLocalFile(m_files.source), QUrl::fromLocalFile(m_files.destination));
+        const auto calls = m_files.callsFor<Meddling>(Disk{true, true, true});
+        calls->path = m_files.destination;
+        const Result<void> result = m_files.move(calls);
         QVERIFY(!result);
         QCOMPARE(result.error().code, EEXIST);
         QCOMPARE(m_files.read(m_files.destination), QByteArray("faster"));
@@ -191,20 +172,14 @@ private Q_SLOTS:
 
     void shortAndInterruptedWritesAreContinued()
     {
-        const QByteArray content = QByteArray("0123456789").repeated(100);
-        m_files.writeSource(content);
-        const auto calls = m_files.callsFor(Disk{true, true, true});
-        calls->writesAtMost = 7;
-        QVERIFY(m_files.move(calls));
-        QCOMPARE(m_files.read(m_files.destination), content);
-    }
-
-    void emptyFileIsCopied()
-    {
-        m_files.writeSource("");
-        QVERIFY(m_files.move(m_files.callsFor(Disk{true, true, true})));
-        QCOMPARE(m_files.read(m_files.destination), QByteArray());
-        QVERIFY(!QFileInfo::exists(m_files.source));
+        for (const QByteArray &content : {QByteArray("0123456789").repeated(100), QByteArray()}) {
+            QFile::remove(m_files.destination);
+            m_files.writeSource(content);
+            const auto calls = m_files.callsFor(Disk{true, true, true});
+            calls->writesAtMost = 7;
+            QVERIFY(m_files.move(calls));
+            QCOMPARE(m_files.read(m_files.destination), content);
+        }
     }
 
     void fileSystemWithoutModesOrFlushingIsFine()
@@ -221,44 +196,103 @@ private Q_SLOTS:
         }
     }
 
-    void sourceThatCannotBeRemovedLeavesBothAfterACopy()
+    void sourceThatCannotBeRemovedUndoesALinkButNoCopy()
     {
         m_files.writeSource();
-        const auto calls = m_files.callsFor(Disk{true, true, true});
-        calls->failingName = u"unlink"_s;
-        calls->failure = EROFS;
-        QVERIFY(m_files.move(calls));
+        const auto linking = m_files.callsFor(Disk{false, false, true});
+        linking->failingCall = 4; // after status, rename and link, the removal of the first name
+        linking->failure = EPERM;
+        const Result<void> linked = m_files.move(linking);
+        QCOMPARE(linking->made.value(3), u"unlink"_s);
+        QVERIFY(!linked);
+        QCOMPARE(linked.error().code, EPERM);
+        QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
+        QVERIFY(!QFileInfo::exists(m_files.destination));
+        const auto copying = m_files.callsFor(Disk{true, true, true});
+        copying->failingName = u"unlink"_s;
+        copying->failure = EROFS;
+        QVERIFY(m_files.move(copying));
         QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
         QCOMPARE(m_files.read(m_files.destination), QByteArray("subtitle"));
     }
 
-    void sourceThatCannotBeRemovedUndoesALink()
+    void onlyFilesAreCopiedToAnotherDisk()
     {
+        m_files.write(m_files.source + u"/a.srt"_s, "a");
+        const Result<void> folder = m_files.move(m_files.callsFor(Disk{true, true, true}));
+        QVERIFY(!folder);
+        QCOMPARE(folder.error().code, EXDEV);
+        QVERIFY(folder.error().localizedDescription.contains(u"only files can be moved to another disk"_s));
+        QCOMPARE(m_files.read(m_files.source + u"/a.srt"_s), QByteArray("a"));
+        m_files.source += u".pipe"_s;
+        QCOMPARE(::mkfifo(QFile::encodeName(m_files.source).constData(), 0600), 0);
+        const Result<void> pipe = m_files.move(m_files.callsFor(Disk{true, true, true}));
+        QVERIFY(!pipe);
+        QCOMPARE(pipe.error().code, EXDEV);
+        QCOMPARE(m_files.namesIn(u"there"_s), QStringList());
+    }
+
+    void linkIsMovedNotItsTarget()
+    {
+        const QString target = m_files.write(m_files.folder + u"/target"_s, "target");
+        QVERIFY(QFile::link(target, m_files.source));
+        QVERIFY(m_files.move(m_files.callsFor(Disk{})));
+        QCOMPARE(QFileInfo(m_files.destination).symLinkTarget(), target);
+        QCOMPARE(m_files.read(target), QByteArray("target"));
+    }
+
+    void namesThatAreNoTextSurvive()
+    {
+        const QByteArray folder = QFile::encodeName(m_files.folder);
+        const QByteArray source = folder + "/here/f\xfcr.srt";
+        const QByteArray destination = folder + "/there/\xff\xfe \xe2\x82.srt";
+        FileSystemCalls calls;
+        calls.close(calls.open(source, O_WRONLY | O_CREAT, 0600));
+        struct stat status = {};
+        QCOMPARE(calls.status(source, status), 0);
+        for (const Disk &disk : {Disk{}, Disk{true, true, true}}) {
+            FileManager manager(m_files.callsFor(disk));
+            const Result<void> moved = manager.moveItem(FileManager::urlFromFileSystemPath(source),
+                                                        FileManager::urlFromFileSystemPath(destination));
+            QVERIFY(moved);
+            QCOMPARE(calls.status(destination, status), 0);
+            QCOMPARE(calls.status(source, status), -ENOENT);
+            QCOMPARE(calls.renameWithoutReplacing(destination, source), 0);
+        }
+    }
+
+    void sentenceSaysWhatAndWhere_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("full") << ENOSPC << u"there is not enough free space"_s;
+        QTest::newRow("quota") << EDQUOT << u"there is not enough free space"_s;
+        QTest::newRow("access") << EACCES << u"you do not have the permission"_s;
+        QTest::newRow("permission") << EPERM << u"you do not have the permission"_s;
+        QTest::newRow("read-only") << EROFS << u"the disk can only be read"_s;
+        QTest::newRow("no folder") << ENOTDIR << u"that is not a folder"_s;
+        QTest::newRow("too large") << EFBIG << u"it is too large for that disk"_s;
+        QTest::newRow("other") << EIO << u"of an error of the system: %1"_s.arg(qt_error_string(EIO));
+    }
+
+    void sentenceSaysWhatAndWhere()
+    {
+        QFETCH(int, code);
+        QFETCH(QString, reason);
+        m_files.source = m_files.folder + u"/here/100% %2$@.srt"_s;
         m_files.writeSource();
-        const auto calls = m_files.callsFor(Disk{false, false, true});
-        // Status, rename, link, and then the removal of the first name.
-        calls->failingCall = 4;
-        calls->failure = EPERM;
+        const auto calls = m_files.callsFor(Disk{});
+        calls->failingName = u"renameWithoutReplacing"_s;
+        calls->failure = code;
         const Result<void> result = m_files.move(calls);
-        QCOMPARE(calls->made.value(3), u"unlink"_s);
         QVERIFY(!result);
-        QCOMPARE(result.error().code, EPERM);
-        QCOMPARE(m_files.read(m_files.source), QByteArray("subtitle"));
-        QVERIFY(!QFileInfo::exists(m_files.destination));
+        QCOMPARE(result.error().code, code);
+        QCOMPARE(result.error().localizedDescription, u"“100% %2$@.srt” could not be moved to “"_s +
+                                                          m_files.folder + u"/there” because "_s + reason +
+                                                          u'.');
     }
 
 private:
-    void disks() const
-    {
-        QTest::addColumn<Disk>("disk");
-        QTest::newRow("one disk") << Disk{};
-        QTest::newRow("one disk that cannot refuse to replace") << Disk{false, false, true};
-        QTest::newRow("one disk that can neither refuse nor link") << Disk{false, false, false};
-        QTest::newRow("two disks") << Disk{true, true, true};
-        QTest::newRow("two disks that cannot refuse to replace") << Disk{true, false, true};
-        QTest::newRow("two disks that can neither refuse nor link") << Disk{true, false, false};
-    }
-
     MoveFixture m_files;
 };
 

@@ -21,33 +21,27 @@ class FileReplacingTest : public QObject
 private Q_SLOTS:
     void init() { m_files.startAnew(); }
 
-    void olderFileGives_data() { disks(); }
+    void olderFileGives_data() { MoveFixture::addDisks(); }
 
     void olderFileGives()
     {
         QFETCH(Disk, disk);
-        m_files.writeSource("new");
-        m_files.write(m_files.destination, "old");
-        const auto calls = m_files.callsFor(disk);
-        QVERIFY(replace(calls));
-        QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
-        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
-        QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
-        QCOMPARE(calls->openDescriptors, 0);
+        for (const bool isThere : {false, true}) {
+            m_files.writeSource(isThere ? "newer" : "new");
+            const auto calls = m_files.callsFor(disk);
+            QVERIFY(replace(calls));
+            QCOMPARE(m_files.read(m_files.destination), QByteArray(isThere ? "newer" : "new"));
+            QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+            QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
+            QCOMPARE(calls->openDescriptors, 0);
+        }
+        const Result<void> missing = replace(m_files.callsFor(disk));
+        QVERIFY(!missing);
+        QCOMPARE(missing.error().code, ENOENT);
+        QCOMPARE(m_files.read(m_files.destination), QByteArray("newer"));
     }
 
-    void placeMayBeFree_data() { disks(); }
-
-    void placeMayBeFree()
-    {
-        QFETCH(Disk, disk);
-        m_files.writeSource("new");
-        QVERIFY(replace(m_files.callsFor(disk)));
-        QCOMPARE(m_files.read(m_files.destination), QByteArray("new"));
-        QCOMPARE(m_files.namesIn(u"here"_s), QStringList());
-    }
-
-    void folderGoesToTheTrash_data() { disks(); }
+    void folderGoesToTheTrash_data() { MoveFixture::addDisks(); }
 
     void folderGoesToTheTrash()
     {
@@ -62,7 +56,7 @@ private Q_SLOTS:
         QCOMPARE(trashed().constLast(), QByteArray("precious"));
     }
 
-    void thereIsNoMomentWithNeither_data() { disks(); }
+    void thereIsNoMomentWithNeither_data() { MoveFixture::addDisks(); }
 
     void thereIsNoMomentWithNeither()
     {
@@ -109,44 +103,28 @@ private Q_SLOTS:
         QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
     }
 
-    void folderStaysWhereItCannotBeTrashed_data() { disks(); }
-
-    void folderStaysWhereItCannotBeTrashed()
+    void folderStaysWhileTheFileCannotTakeItsPlace_data()
     {
-        QFETCH(Disk, disk);
-        m_files.writeSource("new");
-        m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
-        const auto calls = m_files.callsFor(disk);
-        calls->failingName = u"moveToTrash"_s;
-        calls->failure = EOPNOTSUPP;
-        const Result<void> result = replace(calls);
-        QVERIFY(!result);
-        QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
-        QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
-        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
+        QTest::addColumn<QString>("failingName");
+        QTest::newRow("no trash") << u"moveToTrash"_s;
+        QTest::newRow("no copy") << u"write"_s;
     }
 
-    void folderStaysWhileTheFileCannotCome()
+    void folderStaysWhileTheFileCannotTakeItsPlace()
     {
+        QFETCH(QString, failingName);
         m_files.writeSource("new");
         m_files.write(m_files.destination + u"/kept.txt"_s, "precious");
         const auto calls = m_files.callsFor(Disk{true, true, true});
-        calls->failingName = u"write"_s;
+        calls->failingName = failingName;
         calls->failure = ENOSPC;
         const Result<void> result = replace(calls);
         QVERIFY(!result);
         QCOMPARE(result.error().code, ENOSPC);
-        QVERIFY(!calls->made.contains(u"moveToTrash"_s));
+        QCOMPARE(calls->made.contains(u"moveToTrash"_s), failingName == u"moveToTrash");
         QCOMPARE(m_files.read(m_files.destination + u"/kept.txt"_s), QByteArray("precious"));
-    }
-
-    void missingSourceLeavesTheOlderFile()
-    {
-        m_files.write(m_files.destination, "old");
-        const Result<void> result = replace(m_files.callsFor(Disk{}));
-        QVERIFY(!result);
-        QCOMPARE(result.error().code, ENOENT);
-        QCOMPARE(m_files.read(m_files.destination), QByteArray("old"));
+        QCOMPARE(m_files.read(m_files.source), QByteArray("new"));
+        QCOMPARE(m_files.namesIn(u"there"_s), QStringList{u"Movie.en.srt"_s});
     }
 
     void sourceOnItsOwnPlaceStays()
@@ -158,13 +136,6 @@ private Q_SLOTS:
     }
 
 private:
-    void disks() const
-    {
-        QTest::addColumn<Disk>("disk");
-        QTest::newRow("one disk") << Disk{};
-        QTest::newRow("two disks") << Disk{true, true, true};
-        QTest::newRow("two disks without links") << Disk{true, false, false};
-    }
     Result<void> replace(const std::shared_ptr<FaultyCalls> &calls) const
     {
         return FileManager(calls).moveItemReplacing(QUrl::fromLocalFile(m_files.source),

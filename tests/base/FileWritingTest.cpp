@@ -51,13 +51,6 @@ private Q_SLOTS:
         QCOMPARE(namesIn(u"new"_s), QStringList{u"file"_s});
     }
 
-    void noBytesAreAFileToo()
-    {
-        const QString path = m_sandbox.path(u"empty"_s);
-        QVERIFY(writeFile(path, {}));
-        QCOMPARE(read(path), QByteArray());
-    }
-
     void replacedFileKeepsItsMode()
     {
         const QString path = m_sandbox.writeFile(u"shared"_s, "old");
@@ -75,17 +68,6 @@ private Q_SLOTS:
         QCOMPARE(modeOf(path), 0600U);
         QVERIFY(writeFile(m_sandbox.path(u"closed"_s), "new", FileAccess::OwnerOnly));
         QCOMPARE(modeOf(m_sandbox.path(u"closed"_s)), 0600U);
-    }
-
-    void shortAndInterruptedWritesAreContinued()
-    {
-        FaultyCalls calls;
-        calls.writesAtMost = 3;
-        setCallsOfWriteFile(&calls);
-        const QString path = m_sandbox.path(u"slow"_s);
-        QVERIFY(writeFile(path, "ten bytes!"));
-        QCOMPARE(read(path), QByteArray("ten bytes!"));
-        QCOMPARE(calls.made.count(u"write"_s), 8);
     }
 
     /// In this order a power failure at any moment leaves the old file or the new one.
@@ -129,16 +111,6 @@ private Q_SLOTS:
         QVERIFY(writeFile(m_sandbox.path(u"flushed"_s), "bytes"));
         QCOMPARE(calls.made.value(10), u"flush"_s);
         QCOMPARE(read(m_sandbox.path(u"flushed"_s)), QByteArray("bytes"));
-    }
-
-    void diskThatCannotFlushIsWrittenAllTheSame()
-    {
-        FaultyCalls calls;
-        calls.failingName = u"flush"_s;
-        calls.failure = EINVAL;
-        setCallsOfWriteFile(&calls);
-        QVERIFY(writeFile(m_sandbox.path(u"unflushed"_s), "bytes"));
-        QCOMPARE(read(m_sandbox.path(u"unflushed"_s)), QByteArray("bytes"));
     }
 
     void linkIsFollowed()
@@ -198,21 +170,6 @@ private Q_SLOTS:
         QVERIFY(writeFile(m_sandbox.path(u"made/inner one/file"_s), "new"));
         QCOMPARE(read(m_sandbox.path(u"made/inner one/file"_s)), QByteArray("new"));
         QCOMPARE(namesIn(u"made/inner one"_s), QStringList{u"file"_s});
-    }
-
-    void folderThatCannotBeMadeTellsWhy()
-    {
-        FaultyCalls calls;
-        calls.failingName = u"makeFolder"_s;
-        calls.failure = ENOSPC;
-        setCallsOfWriteFile(&calls);
-        const Result<void> written = writeFile(m_sandbox.path(u"nowhere/inner/file"_s), "new");
-        QVERIFY(!written);
-        QCOMPARE(written.error().code, ENOSPC);
-        QCOMPARE(written.error().localizedDescription, u"There is not enough free space."_s);
-        QVERIFY(written.error().detail.contains(u"nowhere/inner/file"_s));
-        QVERIFY(!QFileInfo::exists(m_sandbox.path(u"nowhere"_s)));
-        QCOMPARE(calls.openDescriptors, 0);
     }
 
     void fileInPlaceOfTheFolderStays()

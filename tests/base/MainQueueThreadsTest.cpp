@@ -72,37 +72,6 @@ private Q_SLOTS:
         }
     }
 
-    void everyBlockRunsOnTheMainThread()
-    {
-        int right = 0;
-        int total = 0;
-        const Crew crew([&](int) {
-            m_queue.async([&] {
-                ++total;
-                right += QThread::currentThread() == QCoreApplication::instance()->thread() ? 1 : 0;
-            });
-        });
-        QTRY_COMPARE(total, Workers);
-        QCOMPARE(right, Workers);
-    }
-
-    void twoBlocksOfOneCompletionStayNeighboursInOrder()
-    {
-        std::vector<int> step(Workers, 0);
-        bool inOrder = true;
-        int finished = 0;
-        const Crew crew([&](int worker) {
-            const auto index = static_cast<std::size_t>(worker);
-            m_queue.async([&step, index] { step[index] = 1; });
-            m_queue.async([&step, &inOrder, &finished, index] {
-                inOrder = inOrder && step[index] == 1;
-                ++finished;
-            });
-        });
-        QTRY_COMPARE(finished, Workers);
-        QVERIFY(inOrder);
-    }
-
     void delayedBlocksOfManyThreadsAllRun()
     {
         int total = 0;

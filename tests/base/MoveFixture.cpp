@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -16,17 +17,18 @@ void MoveFixture::startAnew()
     QDir().mkpath(folder + u"/there"_s);
 }
 
-std::shared_ptr<FaultyCalls> MoveFixture::callsFor(const Disk &disk) const
+void MoveFixture::addDisks()
 {
-    auto calls = std::make_shared<FaultyCalls>();
-    calls->canRefuseToReplace = disk.canRefuseToReplace;
-    calls->canLink = disk.canLink;
-    if (disk.isOther)
-        calls->otherDisk = QFile::encodeName(folder + u"/there"_s);
-    return calls;
+    QTest::addColumn<Disk>("disk");
+    QTest::newRow("one disk") << Disk{};
+    QTest::newRow("one disk that cannot refuse to replace") << Disk{false, false, true};
+    QTest::newRow("one disk that can neither refuse nor link") << Disk{false, false, false};
+    QTest::newRow("two disks") << Disk{true, true, true};
+    QTest::newRow("two disks that cannot refuse to replace") << Disk{true, false, true};
+    QTest::newRow("two disks that can neither refuse nor link") << Disk{true, false, false};
 }
 
-Result<void> MoveFixture::move(const std::shared_ptr<FaultyCalls> &calls) const
+Result<void> MoveFixture::move(const std::shared_ptr<FileSystemCalls> &calls) const
 {
     return FileManager(calls).moveItem(QUrl::fromLocalFile(source), QUrl::fromLocalFile(destination));
 }

@@ -24,9 +24,21 @@ public:
     QString source;
     QString destination;
 
+    /// Adds the column "disk" with a row for each kind of file system.
+    static void addDisks();
+
     void startAnew();
-    std::shared_ptr<FaultyCalls> callsFor(const Disk &disk) const;
-    Result<void> move(const std::shared_ptr<FaultyCalls> &calls) const;
+    template <class Calls = FaultyCalls>
+    std::shared_ptr<Calls> callsFor(const Disk &disk) const
+    {
+        auto calls = std::make_shared<Calls>();
+        calls->canRefuseToReplace = disk.canRefuseToReplace;
+        calls->canLink = disk.canLink;
+        if (disk.isOther)
+            calls->otherDisk = (folder + QStringLiteral("/there")).toUtf8();
+        return calls;
+    }
+    Result<void> move(const std::shared_ptr<FileSystemCalls> &calls) const;
     /// Writes a file, the folders above it included, and gives its path.
     QString write(const QString &path, const QByteArray &content) const;
     void writeSource(const QByteArray &content = "subtitle") const;

@@ -16,47 +16,22 @@ class UserDefaultsTest : public QObject
 private Q_SLOTS:
     void init() { m_path = m_sandbox.path(u"defaults-%1/Plovendix.conf"_s.arg(++m_number)); }
 
-    void storedValueHidesTheRegisteredOne()
+    void storedValueHidesTheRegisteredOneAndOutlivesTheObject()
     {
         UserDefaults defaults(m_path);
         QVERIFY(!defaults.object(u"languageCode"_s).isValid());
-        defaults.registerDefaults({{u"languageCode"_s, u"de"_s}});
+        defaults.registerDefaults({{u"languageCode"_s, u"de"_s}, {u"other"_s, 1}});
+        defaults.registerDefaults({{u"other"_s, 2}});
         QCOMPARE(defaults.object(u"languageCode"_s), QVariant(u"de"_s));
+        QCOMPARE(defaults.integer(u"other"_s), 2);
         defaults.setObject(u"languageCode"_s, u"fr"_s);
         QCOMPARE(defaults.object(u"languageCode"_s), QVariant(u"fr"_s));
-        QVERIFY(!UserDefaults(m_path).object(u"SUScheduledCheckInterval"_s).isValid());
-    }
-
-    void laterRegistrationReplacesAnEarlierOne()
-    {
-        UserDefaults defaults(m_path);
-        defaults.registerDefaults({{u"a"_s, 1}, {u"b"_s, 1}});
-        defaults.registerDefaults({{u"b"_s, 2}});
-        QCOMPARE(defaults.integer(u"a"_s), 1);
-        QCOMPARE(defaults.integer(u"b"_s), 2);
-    }
-
-    void valuesOutliveTheObject()
-    {
-        {
-            UserDefaults defaults(m_path);
-            defaults.setObject(u"languageCode"_s, u"pb"_s);
-            defaults.setObject(u"SUEnableAutomaticChecks"_s, true);
-            defaults.removeObject(u"SUEnableAutomaticChecks"_s);
-        }
-        const UserDefaults again(m_path);
-        QCOMPARE(again.languageCode(), u"pb"_s);
-        QVERIFY(!again.object(u"SUEnableAutomaticChecks"_s).isValid());
-    }
-
-    void writingMakesTheFolder()
-    {
-        const QString deep = m_sandbox.path(u"a/b/c-%1/Plovendix.conf"_s.arg(m_number));
-        UserDefaults defaults(deep);
-        defaults.setObject(u"languageCode"_s, u"de"_s);
-        QFile file(deep);
+        QFile file(m_path);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll().trimmed(), QByteArray("[General]\nlanguageCode=de"));
+        QCOMPARE(file.readAll().trimmed(), QByteArray("[General]\nlanguageCode=fr"));
+        QCOMPARE(UserDefaults(m_path).object(u"languageCode"_s), QVariant(u"fr"_s));
+        defaults.removeObject(u"languageCode"_s);
+        QVERIFY(!UserDefaults(m_path).object(u"languageCode"_s).isValid());
     }
 
     void nothingIsWrittenBeforeTheFirstChange()
@@ -87,14 +62,10 @@ private Q_SLOTS:
         QTest::newRow("true") << QVariant(true) << true;
         QTest::newRow("false") << QVariant(false) << false;
         QTest::newRow("text true") << QVariant(u"true"_s) << true;
-        QTest::newRow("text True") << QVariant(u"True"_s) << true;
         QTest::newRow("text YES") << QVariant(u"YES"_s) << true;
         QTest::newRow("text 1") << QVariant(u"1"_s) << true;
-        QTest::newRow("text 0") << QVariant(u"0"_s) << false;
-        QTest::newRow("text false") << QVariant(u"false"_s) << false;
         QTest::newRow("other text") << QVariant(u"perhaps"_s) << false;
         QTest::newRow("empty text") << QVariant(u""_s) << false;
-        QTest::newRow("number") << QVariant(1) << true;
         QTest::newRow("zero") << QVariant(0) << false;
         QTest::newRow("nothing") << QVariant() << false;
     }
@@ -116,7 +87,6 @@ private Q_SLOTS:
         QTest::newRow("number") << QVariant(86400) << 86400LL;
         QTest::newRow("text") << QVariant(u"86400"_s) << 86400LL;
         QTest::newRow("text with spaces") << QVariant(u" 86400 "_s) << 86400LL;
-        QTest::newRow("negative") << QVariant(-1) << -1LL;
         QTest::newRow("true") << QVariant(true) << 1LL;
         QTest::newRow("no number") << QVariant(u"day"_s) << 0LL;
         QTest::newRow("date") << QVariant(QDateTime::currentDateTimeUtc()) << 0LL;
@@ -138,7 +108,6 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<QString>("expected");
         QTest::newRow("text") << QVariant(u"de"_s) << u"de"_s;
-        QTest::newRow("text of digits") << QVariant(u"86400"_s) << u"86400"_s;
         QTest::newRow("number") << QVariant(86400) << u"86400"_s;
         QTest::newRow("date") << QVariant(QDateTime(QDate(2024, 5, 1), QTime(12, 30), Qt::UTC))
                               << u"2024-05-01T12:30:00.000Z"_s;
@@ -155,19 +124,6 @@ private Q_SLOTS:
         QCOMPARE(defaults.string(u"key"_s).has_value(), !expected.isEmpty());
     }
 
-    void dateAndBooleanKeepTheirTypes()
-    {
-        const QDateTime time = QDateTime::currentDateTime();
-        UserDefaults(m_path).setObject(u"SULastCheckTime"_s, time);
-        UserDefaults(m_path).setObject(u"SUEnableAutomaticChecks"_s, true);
-        UserDefaults(m_path).setObject(u"SUScheduledCheckInterval"_s, u"86400"_s);
-        const UserDefaults again(m_path);
-        QCOMPARE(again.object(u"SULastCheckTime"_s).metaType().id(), QMetaType::QDateTime);
-        QCOMPARE(again.object(u"SULastCheckTime"_s).toDateTime(), time);
-        QCOMPARE(again.object(u"SUEnableAutomaticChecks"_s), QVariant(true));
-        QCOMPARE(again.object(u"SUScheduledCheckInterval"_s), QVariant(u"86400"_s));
-    }
-
     void languageCodeFallsBackToEnglish()
     {
         UserDefaults defaults(m_path);
@@ -176,19 +132,6 @@ private Q_SLOTS:
         QCOMPARE(defaults.languageCode(), u"nds"_s);
         defaults.setObject(u"languageCode"_s, u"pb"_s);
         QCOMPARE(defaults.languageCode(), u"pb"_s);
-    }
-
-    void standardDefaultsMoveToAnotherFile()
-    {
-        UserDefaults &standard = UserDefaults::standard();
-        UserDefaults::setStandardFile(m_path);
-        QCOMPARE(&UserDefaults::standard(), &standard);
-        QCOMPARE(standard.path(), m_path);
-        standard.registerDefaults({{u"a"_s, 1}});
-        standard.setObject(u"b"_s, 2);
-        UserDefaults::setStandardFile(m_path + u".other"_s);
-        QVERIFY(!standard.object(u"a"_s).isValid());
-        QVERIFY(!standard.object(u"b"_s).isValid());
     }
 
 private:

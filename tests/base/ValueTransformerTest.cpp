@@ -23,8 +23,6 @@ class ValueTransformerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void unknownNameGivesNothing() { QVERIFY(!ValueTransformer::forName(u"Nobody"_s)); }
-
     void registeredTransformerIsFoundByName()
     {
         ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"a-"_s), u"A"_s);
@@ -32,13 +30,6 @@ private Q_SLOTS:
         QVERIFY(found);
         QCOMPARE(found->transformedValue(u"x"_s), QVariant(u"a-x"_s));
         QVERIFY(!ValueTransformer::forName(u"a"_s));
-    }
-
-    void newerRegistrationReplacesTheOlder()
-    {
-        ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"old-"_s), u"B"_s);
-        ValueTransformer::setValueTransformer(std::make_shared<Prefixing>(u"new-"_s), u"B"_s);
-        QCOMPARE(ValueTransformer::forName(u"B"_s)->transformedValue(u"x"_s), QVariant(u"new-x"_s));
     }
 
     void emptyPointerForgetsTheName()
