@@ -12,15 +12,14 @@ class Behaviours final
 public:
     /// An unknown name stops the program: a test that asks for nothing would prove nothing.
     void select(const QString &behaviour);
-    void clear();
+    void clear() { m_selected.clear(); }
 
-    bool has(QLatin1StringView name) const;
+    bool has(QLatin1StringView name) const { return m_selected.contains(name); }
     bool has(QLatin1StringView name, QLatin1StringView endpoint) const;
     /// As above, and from then on no more.
     bool takeOnce(QLatin1StringView name, QLatin1StringView endpoint);
 
-    /// Every name with what it does, for people.
-    static QStringList descriptions();
+    static QStringList names();
 
 private:
     QSet<QString> m_selected;

@@ -42,30 +42,26 @@ std::optional<ServedAnswer> replacement(const ServedAnswer &answer, Behaviours &
                                         QLatin1StringView endpoint)
 {
     const auto has = [&](QLatin1StringView name) { return behaviours.has(name, endpoint); };
-    if (has("down"_L1) || behaviours.takeOnce("down-once"_L1, endpoint))
-        return jsonAnswer(503, "{\"message\":\"Down for maintenance\"}");
-    if (has("broken"_L1))
-        return jsonAnswer(500, "{\"message\":\"Internal error\"}");
-    if (has("gateway-page"_L1))
-        return pageAnswer(502, "502 Bad Gateway");
-    if (has("sign-in-page"_L1))
-        return ServedAnswer{302, {{"Location", "http://sign-in.example/welcome"}}, {}};
-    if (has("sign-in-511"_L1))
-        return pageAnswer(511, "Network Authentication Required");
-    if (has("html"_L1))
-        return pageAnswer(200, "Welcome");
-    if (has("bad-request"_L1))
-        return ServedAnswer{400, {{"X-Reason", "Request parameters does not make sense"}}, {}};
-    if (has("empty"_L1))
-        return jsonAnswer(200, {});
-    if (has("no-content"_L1))
-        return ServedAnswer{204, {}, {}};
-    if (has("not-modified"_L1))
-        return ServedAnswer{304, {}, {}};
-    if (has("array"_L1))
-        return jsonAnswer(200, "[{\"data\":[]}]");
-    if (has("null"_L1))
-        return jsonAnswer(200, "null");
+    if (behaviours.takeOnce("down-once"_L1, endpoint))
+        return jsonAnswer(503, "{}");
+    const std::pair<QLatin1StringView, ServedAnswer> others[] = {
+        {"down"_L1, jsonAnswer(503, "{\"message\":\"Down for maintenance\"}")},
+        {"broken"_L1, jsonAnswer(500, "{\"message\":\"Internal error\"}")},
+        {"gateway-page"_L1, pageAnswer(502, "502 Bad Gateway")},
+        {"sign-in-page"_L1, {302, {{"Location", "http://sign-in.example/welcome"}}, {}}},
+        {"sign-in-511"_L1, pageAnswer(511, "Network Authentication Required")},
+        {"html"_L1, pageAnswer(200, "Welcome")},
+        {"bad-request"_L1, {400, {{"X-Reason", "Request parameters does not make sense"}}, {}}},
+        {"empty"_L1, jsonAnswer(200, {})},
+        {"no-content"_L1, {204, {}, {}}},
+        {"not-modified"_L1, {304, {}, {}}},
+        {"array"_L1, jsonAnswer(200, "[{\"data\":[]}]")},
+        {"null"_L1, jsonAnswer(200, "null")},
+    };
+    for (const auto &[name, other] : others) {
+        if (has(name))
+            return other;
+    }
     if (has("cut"_L1))
         return jsonAnswer(200, answer.body.left(answer.body.size() / 2));
     if (has("20-mib"_L1))

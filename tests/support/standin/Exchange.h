@@ -1,9 +1,11 @@
 #pragma once
 #include <QByteArray>
+#include <QDateTime>
 #include <QHash>
 #include <QList>
 #include <QUrl>
 #include <QUrlQuery>
+#include <functional>
 #include <utility>
 
 /// A request as it came over the wire.
@@ -56,4 +58,11 @@ struct ServedAnswer
         }
         headers.emplaceBack(name, value);
     }
+};
+
+/// The time a stand-in goes by: the machine's, or a test's.
+struct StandInTime
+{
+    std::function<qint64()> milliseconds;
+    std::function<QDateTime()> date;
 };

@@ -4,8 +4,6 @@
 #include <QTcpServer>
 #include <functional>
 
-class LoopbackConnection;
-
 /// A small HTTP/1.1 server on 127.0.0.1, at a port the system chooses. Records every request; a handler gives
 /// the answers. Lives on the thread that made it.
 class LoopbackServer final : public QObject

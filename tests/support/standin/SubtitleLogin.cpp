@@ -46,8 +46,8 @@ ServedAnswer SubtitleLogin::login(const ReceivedRequest &request, const QByteArr
     if (given[u"username"_s] != SubtitleStandIn::UserName ||
         given[u"password"_s] != SubtitleStandIn::Password) {
         const QByteArray left = QByteArray::number(10 - ++m_refused);
-        return jsonAnswer(401, R"({"message":"Error, invalid username/password failed:1 remaining:)" +
-                                   left + R"(  ","status":401})");
+        return jsonAnswer(401, R"({"message":"Error, invalid username/password failed:1 remaining:)" + left +
+                                   R"(  ","status":401})");
     }
     QByteArray host = request.header("Host");
     if (m_behaviours.has("vip"_L1))

@@ -1,7 +1,6 @@
 #pragma once
 #include "Behaviours.h"
 #include "Exchange.h"
-#include "StandInTime.h"
 
 #include <QSet>
 

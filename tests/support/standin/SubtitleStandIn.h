@@ -1,6 +1,5 @@
 #pragma once
-#include "QuotaBook.h"
-#include "RateBook.h"
+#include "Books.h"
 #include "SubtitleLinks.h"
 #include "SubtitleLogin.h"
 #include "SubtitleSearch.h"

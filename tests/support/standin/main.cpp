@@ -43,7 +43,7 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Stands in for the subtitle service and the film database. Behaviours:\n  "_s +
-        Behaviours::descriptions().join(u"\n  "_s));
+        Behaviours::names().join(u"\n  "_s));
     parser.addHelpOption();
     const QCommandLineOption log(u"log"_s, u"Writes each request as a line of JSON."_s, u"file"_s);
     const QCommandLineOption drip(u"drip"_s, u"Milliseconds between the bytes that drip."_s, u"ms"_s,
