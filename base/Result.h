@@ -16,8 +16,8 @@ struct Error
 };
 } // namespace base
 
-/// Either a value or the failure, mostly an Error, that prevented it. Reading the absent side is a programming
-/// error (std::bad_variant_access).
+/// Either a value or the failure, mostly an Error, that prevented it. Reading the absent side is a
+/// programming error (std::bad_variant_access).
 template <class Value, class Failure = base::Error>
 class [[nodiscard]] Result final
 {

@@ -16,7 +16,8 @@ Clock::Timer ManualClock::after(Duration delay, std::function<void()> action)
     const bool needsAdvance = delay > m_longestAutomaticWait;
     m_waiting->emplace(key, Waiting{std::move(action), needsAdvance});
     letShortWaitsPass();
-    return Timer(&m_turns, [this, alive = QPointer<QObject>(&m_turns), weak = std::weak_ptr(m_waiting), key](QObject *) {
+    return Timer(&m_turns, [this, alive = QPointer<QObject>(&m_turns), weak = std::weak_ptr(m_waiting),
+                            key](QObject *) {
         if (const auto waiting = weak.lock())
             waiting->erase(key);
         if (alive)
