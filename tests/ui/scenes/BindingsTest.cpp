@@ -113,72 +113,59 @@ private Q_SLOTS:
         QCOMPARE(QStringList({button.text(), title.text(), field.text()}), QStringList(3, u"Jazz"_s));
     }
 
-    void datesAreWrittenAsInTheRegion_data()
-    {
-        QTest::addColumn<QLocale>("region");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("text");
-        const QLocale german(QLocale::German, QLocale::Germany);
-        const QDate day(2024, 3, 1);
-        QTest::newRow("German") << german << QVariant(QDateTime(day, {14, 5})) << u"1. März 2024, 14:05"_s;
-        QTest::newRow("American") << QLocale(QLocale::English, QLocale::UnitedStates)
-                                  << QVariant(QDateTime(day, {14, 5})) << u"March 1, 2024, 2:05 PM"_s;
-        QTest::newRow("none") << QLocale::c() << QVariant(QDateTime(day, {14, 5}))
-                              << u"1 March 2024, 14:05"_s;
-        QTest::newRow("day") << german << QVariant(day) << u"1. März 2024"_s;
-        QTest::newRow("nothing") << german << QVariant() << QString();
-        QTest::newRow("no valid time") << german << QVariant(QDateTime()) << QString();
-        QTest::newRow("no valid day") << german << QVariant(QDate()) << QString();
-    }
     void datesAreWrittenAsInTheRegion()
     {
-        QFETCH(QLocale, region);
-        QFETCH(QVariant, value);
-        QFETCH(QString, text);
-        QLocale::setDefault(region);
-        m_model->setValue(value.typeId() == QMetaType::QDateTime ? value.toDateTime().toUTC() : value);
-        QLabel label(u"something"_s);
-        bind(label, Binding::Value, *m_model, u"value"_s);
-        QCOMPARE(label.text().replace(QChar(0x202f), u' '), text);
+        const QLocale german(QLocale::German, QLocale::Germany);
+        const QLocale american(QLocale::English, QLocale::UnitedStates);
+        const QDateTime time(QDate(2024, 3, 1), QTime(14, 5));
+        const std::tuple<QLocale, QVariant, QString> cases[] = {
+            {german, time.toUTC(), u"1. März 2024, 14:05"_s},
+            {american, time, u"March 1, 2024, 2:05 PM"_s},
+            {QLocale::c(), time, u"1 March 2024, 14:05"_s},
+            {german, time.date(), u"1. März 2024"_s},
+            {german, QVariant(), QString()},
+            {german, QDateTime(), QString()},
+            {german, QDate(), QString()},
+        };
+        for (const auto &[region, value, text] : cases) {
+            QLocale::setDefault(region);
+            m_model->setValue(value);
+            QLabel label(u"something"_s);
+            bind(label, Binding::Value, *m_model, u"value"_s);
+            QCOMPARE(label.text().replace(QChar(0x202f), u' '), text);
+        }
     }
 
     void fieldStoresAFinishedEdit_data()
     {
         QTest::addColumn<QString>("property");
         QTest::addColumn<QString>("transformer");
-        QTest::addColumn<QString>("shown"); // of "de"
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("shownThen");
-        QTest::newRow("text") << u"value"_s << QString() << u"de"_s << u"fr"_s << u"fr"_s << u"fr"_s;
-        QTest::newRow("transformed") << u"value"_s << u"Capitals"_s << u"DE"_s << u"FR"_s << u"fr"_s
-                                     << u"FR"_s;
-        QTest::newRow("with nothing behind it")
-            << u"value"_s << u"Capitals"_s << u"DE"_s << u"?"_s << u"de"_s << u"DE"_s;
-        QTest::newRow("without a way back")
-            << u"value"_s << u"OneWay"_s << u"language de"_s << u"fr"_s << u"de"_s << u"language de"_s;
-        QTest::newRow("of an unknown transformer")
-            << u"value"_s << u"Unknown"_s << u"de"_s << u"fr"_s << u"fr"_s << u"fr"_s;
-        QTest::newRow("refused") << u"atMostTen"_s << QString() << u"0"_s << u"25"_s << u"10"_s << u"10"_s;
+        QTest::addColumn<QStringList>("texts"); // shown of "de", typed, stored, shown then
+        const auto row = [](const char *name, const QString &transformer, const QStringList &texts,
+                            const QString &property = u"value"_s) {
+            QTest::newRow(name) << property << transformer << texts;
+        };
+        row("text", {}, {u"de"_s, u"fr"_s, u"fr"_s, u"fr"_s});
+        row("transformed", u"Capitals"_s, {u"DE"_s, u"FR"_s, u"fr"_s, u"FR"_s});
+        row("with nothing behind it", u"Capitals"_s, {u"DE"_s, u"?"_s, u"de"_s, u"DE"_s});
+        row("without a way back", u"OneWay"_s, {u"language de"_s, u"fr"_s, u"de"_s, u"language de"_s});
+        row("of an unknown transformer", u"Unknown"_s, {u"de"_s, u"fr"_s, u"fr"_s, u"fr"_s});
+        row("refused", {}, {u"0"_s, u"25"_s, u"10"_s, u"10"_s}, u"atMostTen"_s);
     }
     void fieldStoresAFinishedEdit()
     {
         QFETCH(QString, property);
         QFETCH(QString, transformer);
-        QFETCH(QString, shown);
-        QFETCH(QString, typed);
-        QFETCH(QString, stored);
-        QFETCH(QString, shownThen);
+        QFETCH(QStringList, texts);
         m_model->setValue(u"de"_s);
         QLineEdit field;
         bind(field, Binding::Value, *m_model, property, {.transformerName = transformer});
-        QCOMPARE(field.text(), shown);
+        const QString shown = field.text();
         field.selectAll();
-        QTest::keyClicks(&field, typed);
+        QTest::keyClicks(&field, texts.at(1));
         QCOMPARE(m_model->writes, 1); // not before the end
         QTest::keyClick(&field, Qt::Key_Return);
-        QCOMPARE(m_model->value().toString(), stored);
-        QCOMPARE(field.text(), shownThen);
+        QCOMPARE(QStringList({shown, texts.at(1), m_model->value().toString(), field.text()}), texts);
         // An edit without a change stores nothing and leaves the caret.
         const int writes = m_model->writes;
         field.setCursorPosition(1);

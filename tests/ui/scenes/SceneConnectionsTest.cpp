@@ -164,44 +164,29 @@ private Q_SLOTS:
         QVERIFY(button->isEnabled());
     }
 
-    void mistakesInASceneAreFatalFaults_data()
-    {
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("named");
-        const auto row = [](const char *name, const char *property, const QVariant &value,
-                            const QString &fault) {
-            QTest::newRow(name) << QByteArray(property) << value << fault;
-        };
-        row("unknown selector", "action", u"upload:"_s, u"upload:"_s);
-        row("selector of another form", "action", u"download"_s, u"SceneController"_s);
-        row("method that is not invokable", "action", u"notInvokable:"_s, u"notInvokable:"_s);
-        row("malformed selector", "action", u"down load::"_s, u"down load::"_s);
-        row("action of a widget without one", "action", u"download:"_s, u"no action"_s);
-        row("double action of no table", "doubleAction", u"download:"_s, u"no doubleAction"_s);
-        row("end of no edit", "endEditingAction", u"download:"_s, u"no endEditingAction"_s);
-        row("unknown property", "bindEnabled", u"isUnknown"_s, u"isUnknown"_s);
-        row("no property", "bindEnabled", u"!"_s, u"SceneController"_s);
-        row("unfit binding", "bindSelectedTag", u"isSearching"_s, u"QGroupBox"_s);
-    }
     void mistakesInASceneAreFatalFaults()
     {
-        QFETCH(QByteArray, property);
-        QFETCH(QVariant, value);
-        QFETCH(QString, named);
-        QGroupBox widget;
-        widget.setObjectName(u"theWidget"_s);
-        widget.setProperty(property.constData(), value);
-        const QString message = faultOf([&] { connectScene(widget, *m_controller); });
-        QVERIFY2(message.contains(named), qPrintable(message));
-        QVERIFY2(property.startsWith("bind") || message.contains(u"theWidget"_s), qPrintable(message));
-    }
-
-    void tagThatIsNoIntegerIsAFatalFault()
-    {
+        const std::tuple<const char *, QString, QString> mistakes[] = {
+            // and what the fault names
+            {"action", u"upload:"_s, u"\"upload:\""_s},
+            {"action", u"download"_s, u"SceneController"_s}, // which takes a sender
+            {"action", u"notInvokable:"_s, u"\"theWidget\""_s},
+            {"action", u"down load::"_s, u"\"down load::\""_s},
+            {"action", u"download:"_s, u"no action"_s}, // a group box does nothing
+            {"doubleAction", u"download:"_s, u"no doubleAction"_s},
+            {"endEditingAction", u"download:"_s, u"no endEditingAction"_s},
+            {"bindEnabled", u"isUnknown"_s, u"\"isUnknown\""_s},
+            {"bindEnabled", u"!"_s, u"SceneController"_s},
+            {"bindSelectedTag", u"isSearching"_s, u"QGroupBox \"theWidget\""_s},
+        };
+        for (const auto &[property, value, expected] : mistakes) {
+            auto *widget = named<QGroupBox>(*m_root, u"theWidget"_s, property, value);
+            const QString message = faultOf([&] { connectScene(*widget, *m_controller); });
+            QVERIFY2(message.contains(expected), qPrintable(value + u": "_s + message));
+        }
         QComboBox popUp;
         popUp.addItem(u"Daily"_s);
-        popUp.setProperty("itemTags", QStringList(u"daily"_s));
+        popUp.setProperty("itemTags", QStringList(u"daily"_s)); // no integer
         QVERIFY(faultOf([&] { connectScene(popUp, *m_controller); }).contains(u"\"daily\""_s));
     }
 

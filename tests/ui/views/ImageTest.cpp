@@ -73,24 +73,15 @@ private Q_SLOTS:
         }
     }
 
-    void bitmapIsScaledWithinBounds_data()
-    {
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<QSize>("pixels"); // of a ratio of 2
-        QTest::newRow("usual") << QSizeF(30, 20) << QSize(60, 40);
-        QTest::newRow("enormous") << QSizeF(1e9, 1e12) << QSize(4096, 4096);
-        QTest::newRow("wide") << QSizeF(100000, 2) << QSize(4096, 4);
-        QTest::newRow("empty") << QSizeF(0, 10) << QSize(0, 0);
-        QTest::newRow("half a pixel") << QSizeF(0.25, 1) << QSize(1, 2);
-        QTest::newRow("negative") << QSizeF(-5, 10) << QSize(0, 0);
-        QTest::newRow("not a number") << QSizeF(qQNaN(), 10) << QSize(0, 0);
-        QTest::newRow("endless") << QSizeF(qInf(), 1) << QSize(4096, 2);
-    }
     void bitmapIsScaledWithinBounds()
     {
-        QFETCH(QSizeF, size);
-        QFETCH(QSize, pixels);
-        QCOMPARE(solidImage({4, 4}, Qt::red).pixmap(size, 2).size(), pixels);
+        const std::pair<QSizeF, QSize> cases[] = {
+            {{30, 20}, {60, 40}},    {{1e9, 1e12}, {4096, 4096}}, {{100000, 2}, {4096, 4}},
+            {{0.25, 1}, {1, 2}},     {{0, 10}, {0, 0}},           {{-5, 10}, {0, 0}},
+            {{qQNaN(), 10}, {0, 0}}, {{qInf(), 1}, {4096, 2}},
+        };
+        for (const auto &[points, pixels] : cases)
+            QCOMPARE(solidImage({4, 4}, Qt::red).pixmap(points, 2).size(), pixels);
     }
 
     void aFewSizesAreKept()
