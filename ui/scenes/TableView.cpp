@@ -147,13 +147,6 @@ void TableView::keyPressEvent(QKeyEvent *event)
         Q_EMIT doubleActionTriggered();
 }
 
-void TableView::mousePressEvent(QMouseEvent *event)
-{
-    QListView::mousePressEvent(event);
-    if (event->button() == Qt::LeftButton && !indexAt(event->position().toPoint()).isValid())
-        deselectAll();
-}
-
 void TableView::mouseDoubleClickEvent(QMouseEvent *event)
 {
     QListView::mouseDoubleClickEvent(event);

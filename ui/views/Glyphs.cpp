@@ -34,7 +34,6 @@ void GlyphButton::paintEvent(QPaintEvent *)
     QStylePainter painter(this);
     QStyleOptionToolButton option;
     initStyleOption(&option);
-    option.icon = QIcon();
     option.text.clear();
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     QRectF place(0, 0, ButtonGlyphSize, ButtonGlyphSize);

@@ -4,6 +4,7 @@
 #include <ui/controls/Label.h>
 
 #include <QAccessible>
+#include <QHBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -48,6 +49,7 @@ private Q_SLOTS:
 
     void sizeFollowsTheTextOnlyWhenHugging()
     {
+        QWidget window;
         ui::Label label;
         const QSize hint = label.sizeHint();
         const QSize minimum = label.minimumSizeHint();
@@ -57,7 +59,14 @@ private Q_SLOTS:
         QCOMPARE(label.minimumSizeHint(), minimum);
         label.setHugsText(true);
         QVERIFY(label.hugsText());
-        QVERIFY(label.sizeHint().width() > hint.width());
+        const int wide = label.sizeHint().width();
+        QVERIFY(wide > hint.width());
+        QHBoxLayout layout(&window);
+        layout.addWidget(&label);
+        window.resize(2 * wide, 40);
+        window.show();
+        label.setText(u"Short"_s);
+        QTRY_COMPARE(label.width(), label.sizeHint().width()); // laid out anew
         QCOMPARE(label.sizePolicy().horizontalPolicy(), QSizePolicy::Maximum);
         label.setHugsText(false);
         QCOMPARE(label.sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);

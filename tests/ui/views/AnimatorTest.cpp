@@ -121,11 +121,13 @@ private Q_SLOTS:
         auto *layout = new QVBoxLayout(&scene.window);
         layout->addWidget(&scene.square);
         layout->addWidget(below);
+        below->show();
         layout->activate();
         const QRect place = scene.square.geometry();
         Animator::setHidden(scene.square, true);
-        QVERIFY(below->geometry() != place);
+        QVERIFY(below->geometry().intersects(place));
         Animator::setHidden(scene.square, false);
+        QVERIFY(!below->geometry().intersects(place));
         QCOMPARE(scene.square.geometry(), place);
         auto *snapshot = qobject_cast<QWidget *>(scene.fade()->parent());
         QVERIFY(snapshot);
