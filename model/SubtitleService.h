@@ -35,9 +35,10 @@ public:
     static std::optional<VideoHash> hashFor(const QUrl &url);
 
 protected:
-    /// Implements `hashFor` and `VideoFileUtilities::componentsFrom` of the shared client.
-    virtual std::optional<VideoHash> computeHash(const QUrl &url) = 0;
-    virtual VideoFileComponents componentsOf(const QUrl &url) = 0;
+    /// Implement `hashFor` and `VideoFileUtilities::componentsFrom` for the shared service. Services that are
+    /// only asked by another one need neither.
+    virtual std::optional<VideoHash> computeHash(const QUrl &) { return std::nullopt; }
+    virtual VideoFileComponents componentsOf(const QUrl &) { return {}; }
     friend struct VideoFileUtilities;
 };
 

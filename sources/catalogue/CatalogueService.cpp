@@ -3,8 +3,6 @@
 #include "CatalogueSearch.h"
 
 #include <base/MainQueue.h>
-#include <media/names/FileNameParser.h>
-#include <media/names/VideoNames.h>
 #include <model/OutstandingQueries.h>
 
 #include <QFileInfo>
@@ -128,14 +126,4 @@ void CatalogueService::download(const SubtitlePtr &subtitle, DownloadCompletion 
 void CatalogueService::cancelDownloads()
 {
     m_state->outstandingDownloads.cancelAll();
-}
-
-std::optional<VideoHash> CatalogueService::computeHash(const QUrl &url)
-{
-    return VideoNames().hash(url);
-}
-
-VideoFileComponents CatalogueService::componentsOf(const QUrl &url)
-{
-    return videoFileComponents(url);
 }

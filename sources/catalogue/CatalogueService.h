@@ -42,10 +42,6 @@ public:
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
     void cancelDownloads() override;
 
-protected:
-    std::optional<VideoHash> computeHash(const QUrl &url) override;
-    VideoFileComponents componentsOf(const QUrl &url) override;
-
 private:
     struct State; // the state that jobs share; it exists as long as one runs
     void postAfterReturn(std::function<void(State &)> job);

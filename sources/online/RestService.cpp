@@ -5,7 +5,6 @@
 
 #include <base/WorkerThread.h>
 #include <base/LocalizedString.h>
-#include <media/names/FileNameParser.h>
 #include <net/Json.h>
 #include <net/WhileAlive.h>
 
@@ -178,14 +177,4 @@ void RestService::shutDown(const std::function<void()> &done)
                 done();
         });
     }
-}
-
-std::optional<VideoHash> RestService::computeHash(const QUrl &url)
-{
-    return m_names ? m_names->hash(url) : movieHashWithin(VideoNames::HashTimeout, url);
-}
-
-VideoFileComponents RestService::componentsOf(const QUrl &url)
-{
-    return videoFileComponents(url);
 }

@@ -60,10 +60,6 @@ public:
     /// Logs out of every session; `done` is called within three seconds.
     void shutDown(const std::function<void()> &done);
 
-protected:
-    std::optional<VideoHash> computeHash(const QUrl &url) override;
-    VideoFileComponents componentsOf(const QUrl &url) override;
-
 private:
     Result<RestReport> reportOf(RestSession &session, const Result<HttpAnswer> &outcome);
 

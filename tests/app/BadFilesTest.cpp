@@ -3,6 +3,7 @@
 #include <base/FileManager.h>
 #include <features/search/DragFilesHereView.h>
 #include <sources/catalogue/CatalogueService.h>
+#include <sources/combined/CombinedSubtitleService.h>
 #include <tests/support/TestMain.h>
 
 #include <QDir>
@@ -39,7 +40,7 @@ private Q_SLOTS:
         m_view = std::make_unique<MainViewFixture>();
         const auto starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s);
         QVERIFY(starter);
-        SubtitleService::setShared(std::make_shared<CatalogueService>(standardCataloguePlaces(*starter)));
+        useCatalogue(*starter);
         m_sandbox.clearPrintedLines();
     }
 
@@ -166,7 +167,7 @@ private Q_SLOTS:
         QFile::remove(path);
         if (!content.isEmpty())
             m_sandbox.writeFile(u"catalogue.sqlite"_s, content);
-        SubtitleService::setShared(std::make_shared<CatalogueService>(standardCataloguePlaces(path)));
+        useCatalogue(path);
         m_view->field()->setText(u"harbour"_s);
         m_view->controller->doSearch(nullptr);
         const QString shown =
@@ -178,6 +179,13 @@ private Q_SLOTS:
     }
 
 private:
+    static void useCatalogue(const QString &path)
+    {
+        const auto catalogue = std::make_shared<CatalogueService>(standardCataloguePlaces(path));
+        SubtitleService::setShared(std::make_shared<CombinedSubtitleService>(
+            QList<CombinedSubtitleService::Source>{{CatalogueService::name(), catalogue, {}}},
+            std::make_shared<VideoNames>(), [] { return RankingPreferences(); }));
+    }
     QByteArray folder() const { return QFile::encodeName(m_sandbox.path(u"files"_s)); }
     void drop(const QUrl &url) const
     {

@@ -201,10 +201,6 @@ private Q_SLOTS:
             void cancelQueryTask() override {}
             void download(const SubtitlePtr &, DownloadCompletion) override {}
             void cancelDownloads() override {}
-
-        protected:
-            std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
-            VideoFileComponents componentsOf(const QUrl &) override { return {}; }
         };
         // Of no source at all, too.
         for (const bool asked : {true, false}) {

@@ -24,10 +24,6 @@ public:
     QList<SubtitlePtr> downloads;
     int cancels = 0;
     int downloadCancels = 0;
-
-protected:
-    std::optional<VideoHash> computeHash(const QUrl &) override { return std::nullopt; }
-    VideoFileComponents componentsOf(const QUrl &) override { return {}; }
 };
 
 inline SubtitlePtr subtitle(const QString &service, const QString &name, bool matches = false)
