@@ -2,7 +2,6 @@
 // invented.
 #include "Oracle.h"
 
-#include <sources/combined/Duplicates.h>
 #include <sources/combined/Ranking.h>
 #include <sources/online/RestPage.h>
 
@@ -25,9 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     require(once.size() <= page->subtitles.size(), "a repeated file appears once");
     require(withoutDuplicates(once).size() == once.size(), "no duplicate is left");
     const QSet<SubtitlePtr> known(found.cbegin(), found.cend());
-    const BestRows best = BestRows::of(found, u"Paper.Lighthouse.2019.1080p.WEB-ABC.mkv"_s, {});
-    require(best.subtitles.size() + best.leftOut == once.size(), "each row is shown or counted as left out");
-    for (const SubtitlePtr &row : best.subtitles)
+    const QueryResult best = bestRows(found, u"Paper.Lighthouse.2019.1080p.WEB-ABC.mkv"_s, {});
+    require(best.subtitles->size() + best.leftOut == once.size(), "each row is shown or counted as left out");
+    for (const SubtitlePtr &row : *best.subtitles)
         require(known.contains(row), "no row is invented");
     return 0;
 }
