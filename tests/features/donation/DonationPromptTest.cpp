@@ -52,7 +52,7 @@ private Q_SLOTS:
         QTest::newRow("many") << QVariant() << 50 << true;
         QTest::newRow("after a negative count") << QVariant(-100) << 5 << true;
         QTest::newRow("negative count") << QVariant(-100) << 0 << false;
-        QTest::newRow("after what is no number") << QVariant(u"many"_s) << 4 << false;
+        QTest::newRow("after a word") << QVariant(u"many"_s) << 4 << false;
         QTest::newRow("the largest count") << QVariant(std::numeric_limits<qlonglong>::max()) << 0 << true;
     }
     void programIsUsefulFirst()
@@ -79,7 +79,6 @@ private Q_SLOTS:
         QVERIFY(!m_prompt.isDue());
         store(u"askMeToDonateLater"_s, true); // both answers
         m_now = m_start.addYears(10);
-        QVERIFY(!m_prompt.isDue());
         QVERIFY(!m_prompt.isDue());
     }
 

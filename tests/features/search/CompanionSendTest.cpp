@@ -136,24 +136,13 @@ private Q_SLOTS:
         QVERIFY(exists(u"videos/a.b.pob.srt"_s));
     }
 
-    void deliveryRunsOnTheServicesThread()
-    {
-        searchVideo(tessaly());
-        downloadFirst();
-        m_view->service->finishDownload(0, downloadedFile());
-        // Before the main queue has run.
-        QCOMPARE(m_workspace->opened.size(), 1);
-        QVERIFY(m_workspace->openedOn != std::this_thread::get_id());
-        QVERIFY(m_view->controller->isDownloading());
-    }
-
-    void panelIsMadeOnTheServicesThread_data()
+    void panelAndDeliveryAreMadeOnTheServicesThread_data()
     {
         QTest::addColumn<bool>("toCompanion");
-        QTest::newRow("for a sheet") << false;
-        QTest::newRow("thrown away after a delivery") << true;
+        QTest::newRow("sheet") << false;
+        QTest::newRow("companion") << true; // the panel is thrown away
     }
-    void panelIsMadeOnTheServicesThread()
+    void panelAndDeliveryAreMadeOnTheServicesThread()
     {
         QFETCH(bool, toCompanion);
         QList<std::thread::id> madeOn;
@@ -162,13 +151,19 @@ private Q_SLOTS:
             madeOn += std::this_thread::get_id();
             openedBefore = m_workspace->opened.size();
         });
-        downloadVideo(toCompanion ? std::optional(tessaly()) : std::nullopt);
+        searchVideo(toCompanion ? std::optional(tessaly()) : std::nullopt);
+        downloadFirst();
+        m_view->service->finishDownload(0, downloadedFile()); // the main queue has not run
         SavePanel::setObserver({});
         QCOMPARE(madeOn.size(), 1);
         QVERIFY(madeOn.first() != std::this_thread::get_id());
         QCOMPARE(openedBefore, 0);
-        QCOMPARE(sheet() == nullptr, toCompanion);
         QCOMPARE(m_workspace->opened.size(), toCompanion ? 1 : 0);
+        if (toCompanion)
+            QCOMPARE(m_workspace->openedOn, madeOn.first());
+        QVERIFY(m_view->controller->isDownloading());
+        m_view->turn();
+        QCOMPARE(sheet() == nullptr, toCompanion);
     }
 
     void requestOfTheDownloadsEndIsServed()

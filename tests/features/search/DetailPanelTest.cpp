@@ -65,7 +65,7 @@ private:
         QVERIFY(movement());
         movement()->setCurrentTime(movement()->duration());
     }
-    /// Shows many rows and selects one, in view of a person who wants motion; the panel begins to move.
+    /// Shows many rows and selects one with motion switched on; the panel begins to move.
     void selectWithMotion(int row) const
     {
         Animator::setReducedMotion(false);
@@ -231,7 +231,10 @@ private Q_SLOTS:
         QCOMPARE(m_view->metadata->fetchSizes, QList<QSize>{QSize(154, 154)});
         givePicture(picture(Qt::red));
         QVERIFY(poster()->image());
-        select(-1);
+        QVERIFY(poster()->wantsLayer());
+        QCOMPARE(poster()->layer()->cornerRadius(), 6.0);
+        QVERIFY(poster()->layer()->masksToBounds());
+        QCOMPARE(poster()->layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
         m_view->showResults(2);
         select(1);
         QVERIFY(!poster()->image()); // cleared each time the panel is filled
@@ -292,16 +295,6 @@ private Q_SLOTS:
         const QPixmap shown = poster()->image()->pixmap(QSizeF(20, 30), 1);
         QCOMPARE(shown.toImage().pixelColor(5, 5), QColor(Qt::red));
         QCOMPARE(label("detailFileLabel"), u"Film.2"_s);
-    }
-
-    void posterFillsItsPlaceWithRoundedCorners()
-    {
-        m_view->showResults(1);
-        select(0);
-        QVERIFY(poster()->wantsLayer());
-        QCOMPARE(poster()->layer()->cornerRadius(), 6.0);
-        QVERIFY(poster()->layer()->masksToBounds());
-        QCOMPARE(poster()->layer()->contentsGravity(), ContentsGravity::ResizeAspectFill);
     }
 
     void posterForAControllerThatIsGoneIsDropped()

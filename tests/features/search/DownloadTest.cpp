@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// A prompt that comes up, or does not, and counts what it is told.
+/// A prompt that comes up, or does not, and counts its calls.
 struct ScriptedPrompt final : DownloadPrompt
 {
     bool presentBeforeDownload(MainViewController &controller) override
@@ -248,34 +248,37 @@ private Q_SLOTS:
         QVERIFY(!m_view->controller->isSearching());
     }
 
-    void windowMayCloseUnderTheAlertOfASearch()
+    void windowMayCloseUnderAnAlert_data()
     {
-        m_view->search();
-        m_view->search();
-        m_view->service->finish(0, refusal());
-        m_view->service->finish(1, answerWith(3));
-        QVERIFY(whileAlertIsUp([this] { m_view->turn(); }, [this] { closeUnderAnAlert(); }));
-        expectNothingMore();
+        QTest::addColumn<QString>("of");
+        for (const char *of : {"a search", "a download", "a move"})
+            QTest::newRow(of) << QString::fromLatin1(of);
     }
-
-    void windowMayCloseUnderTheAlertOfADownload()
+    void windowMayCloseUnderAnAlert()
     {
+        QFETCH(QString, of);
         startDownloads(2);
-        m_view->service->finishDownload(0, refusal());
+        m_view->search();
+        const bool isMove = of == u"a move"_s;
+        if (isMove) // the file is there already; the second sheet waits for the first
+            m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
+        m_view->service->finishLast(of == u"a search"_s ? Result<QueryResult>(refusal()) : answerWith(3));
+        m_view->service->finishDownload(0, of == u"a download"_s ? Result<QUrl>(refusal())
+                                                                 : downloadedFile(u"B.srt"_s));
         m_view->service->finishDownload(1, downloadedFile());
-        QVERIFY(whileAlertIsUp([this] { m_view->turn(); }, [this] { closeUnderAnAlert(); }));
-        expectNothingMore();
-        QVERIFY(exists(u"downloads/A.srt"_s));
-    }
-
-    void windowMayCloseUnderTheAlertOfAMove()
-    {
-        m_sandbox.writeFile(u"videos/a.b.pob.srt"_s, "mine");
-        startDownloads(2);
-        m_view->service->finishDownload(0, downloadedFile());
-        m_view->service->finishDownload(1, downloadedFile(u"B.srt"_s)); // its sheet waits for the first
-        m_view->turn();
-        QVERIFY(whileAlertIsUp([this] { answerSheet(true); }, [this] { closeUnderAnAlert(); }));
+        if (isMove)
+            m_view->turn();
+        QVERIFY(whileAlertIsUp(
+            [&] {
+                if (isMove)
+                    answerSheet(true);
+                else
+                    m_view->turn();
+            },
+            [this] { // the controller lives on until its alert returns
+                m_view->window.reset();
+                m_view->controller.reset();
+            }));
         expectNothingMore();
         QVERIFY(exists(u"downloads/A.srt"_s));
     }
@@ -335,14 +338,6 @@ private Q_SLOTS:
         QVERIFY(sheet());
         answerSheet(true); // the file and the name are those of when the download ended
         QVERIFY(exists(u"videos/a.b.pob.srt"_s));
-    }
-
-private:
-    /// The controller lives on until its alert returns.
-    void closeUnderAnAlert()
-    {
-        m_view->window.reset();
-        m_view->controller.reset();
     }
 };
 

@@ -109,18 +109,20 @@ void MainViewTest::cleanup()
 
 bool whileAlertIsUp(const std::function<void()> &act, const std::function<void()> &meanwhile)
 {
-    bool seen = false;
+    bool cameUp = false;
+    QPointer<QMessageBox> seen;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        if (!qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+        auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!alert || alert == seen)
             return;
-        seen = true;
-        poll.stop();
+        seen = alert;
+        cameUp = true;
         meanwhile();
     });
     poll.start(1);
     act();
-    return seen;
+    return cameUp;
 }
 
 void dismissAlert()
@@ -132,14 +134,9 @@ void dismissAlert()
 QString alertDuring(const std::function<void()> &act)
 {
     QString text;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        if (auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            text = alert->text();
-            alert->accept();
-        }
+    whileAlertIsUp(act, [&] {
+        text = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())->text();
+        dismissAlert();
     });
-    poll.start(1);
-    act();
     return text;
 }

@@ -14,7 +14,7 @@
 
 #include <memory>
 
-/// The main view in a window of its own, with scripted services and a clock that only moves when told.
+/// The main view in a window of its own, with scripted services and a clock that the test advances.
 struct MainViewFixture
 {
     MainViewFixture();
@@ -73,13 +73,12 @@ protected Q_SLOTS:
     void cleanup();
 };
 
-/// The text of the next error alert to open while `act` runs; the alert is dismissed as soon as it is up.
-/// Empty when none came.
-QString alertDuring(const std::function<void()> &act);
-/// Runs `meanwhile` once while an alert that came up during `act` is still there; it must see to the alert's
-/// end. Whether one came up.
+/// Runs `meanwhile` for each error alert that comes up during `act`, while it is there; it must see to the
+/// alert's end. Returns whether one came up.
 bool whileAlertIsUp(const std::function<void()> &act, const std::function<void()> &meanwhile);
-/// Answers the alert that is up.
+/// Dismisses the alerts that come up during `act` and gives the text of the last one; empty when none came.
+QString alertDuring(const std::function<void()> &act);
+/// Dismisses the alert that is up.
 void dismissAlert();
 
 inline QList<Arg> textArgs(const QString &text, const QString &language = QStringLiteral("eng"))

@@ -91,27 +91,22 @@ private Q_SLOTS:
         QCOMPARE(field->selectedText(), u"some words"_s.mid(qMin(anchor, caret), qAbs(caret - anchor)));
     }
 
-    void fieldLeftBeforeTheTurnIsLeftAlone_data()
-    {
-        QTest::addColumn<bool>("leftBefore");
-        QTest::newRow("before editing ended") << true;
-        QTest::newRow("after it") << false;
-    }
     void fieldLeftBeforeTheTurnIsLeftAlone()
     {
-        QFETCH(bool, leftBefore);
         m_view->showResults(2);
         m_view->field()->setText(u"some words"_s);
-        enterField();
-        m_view->field()->setSelection(0, 4);
-        if (leftBefore)
+        for (const bool isLeftFirst : {true, false}) {
+            enterField();
+            m_view->field()->setSelection(0, 4);
+            if (isLeftFirst)
+                m_view->table()->setFocus();
+            m_view->controller->controlTextDidEndEditing(m_view->field());
             m_view->table()->setFocus();
-        m_view->controller->controlTextDidEndEditing(m_view->field());
-        m_view->table()->setFocus();
-        m_view->field()->setSelection(5, 5);
-        m_view->turn();
-        QCOMPARE(m_view->field()->selectedText(), u"words"_s);
-        QVERIFY(m_view->table()->hasFocus());
+            m_view->field()->setSelection(5, 5);
+            m_view->turn();
+            QCOMPARE(m_view->field()->selectedText(), u"words"_s);
+            QVERIFY(m_view->table()->hasFocus());
+        }
     }
 
     void wordsTypedMeanwhileStayInOrder()
@@ -126,20 +121,15 @@ private Q_SLOTS:
 
     void fieldHasTheFocusWhenTheWindowAppears() { QTRY_VERIFY(m_view->field()->hasFocus()); }
 
-    void shortcutsGoToTheFieldAndSelectItsText_data()
-    {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("Ctrl+F") << Qt::Key_F;
-        QTest::newRow("Ctrl+L") << Qt::Key_L;
-    }
     void shortcutsGoToTheFieldAndSelectItsText()
     {
-        QFETCH(Qt::Key, key);
         m_view->showResults(2);
         m_view->field()->setText(u"old words"_s);
-        m_view->table()->setFocus();
-        for (int times = 0; times < 2; ++times) { // the second time from the field itself
+        for (const Qt::Key key : {Qt::Key_F, Qt::Key_L}) {
+            m_view->table()->setFocus();
             m_view->press(key, Qt::ControlModifier);
+            m_view->field()->deselect();
+            m_view->press(key, Qt::ControlModifier); // from the field itself
             QVERIFY(m_view->field()->hasFocus());
             QCOMPARE(m_view->field()->selectedText(), u"old words"_s);
         }

@@ -116,17 +116,6 @@ private Q_SLOTS:
         m_view->answer(1);
         QCOMPARE(noticeText(), QString());
     }
-
-    void noticeStaysAsLongAsItsRows()
-    {
-        setLanguage(u"qqq"_s);
-        m_view->showResults(2);
-        m_view->search();
-        QVERIFY(noticeText().contains(u"qqq"_s));
-        setLanguage(u"de"_s);
-        m_view->showResults(2);
-        QCOMPARE(noticeText(), QString());
-    }
 };
 
 PLOVENDIX_GUI_TEST(SearchLanguageTest)
