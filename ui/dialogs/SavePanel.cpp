@@ -88,7 +88,7 @@ void SavePanel::showSheet(ui::Window *window, const std::function<void(ModalResp
             completion(response);
         });
     };
-    QObject::connect(dialog, &SaveDialog::answered, dialog, answered, Qt::SingleShotConnection);
+    QObject::connect(dialog, &SaveDialog::answered, dialog, answered);
     dialog->open();
 }
 

@@ -1,15 +1,16 @@
 #include "SceneConnections.h"
 
 #include "Bindings.h"
-#include <ui/window/ListEscape.h>
 #include "TableView.h"
 
 #include <base/FatalFault.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMetaMethod>
 
@@ -27,6 +28,28 @@ constexpr std::pair<const char *, Binding> NamedBindings[] = {
     {"bindEnabled", Binding::Enabled},
     {"bindHidden", Binding::Hidden},
     {"bindTitle", Binding::Title},
+};
+
+/// Makes Escape close only the open list of a combo box: the toolkit would then also run the window's
+/// shortcut for the key. A child of the combo box.
+class ListEscape final : public QObject
+{
+public:
+    explicit ListEscape(QComboBox &comboBox) : QObject(&comboBox)
+    {
+        comboBox.view()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        // Accepting the override makes Qt deliver a key press, which the list handles.
+        const bool isEscape = event->type() == QEvent::ShortcutOverride &&
+                              static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
+        if (isEscape)
+            event->accept();
+        return isEscape;
+    }
 };
 
 QString describe(const QObject &object)

@@ -33,7 +33,7 @@ TitleBarButton::TitleBarButton(Glyph glyph, QWidget *parent) : QAbstractButton(p
 {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setFixedSize(sizeHint());
+    setFixedSize(Diameter, Diameter);
     setAccessibleName(nameOf(glyph));
 }
 
@@ -44,11 +44,6 @@ void TitleBarButton::setGlyph(Glyph glyph)
     m_glyph = glyph;
     setAccessibleName(nameOf(glyph));
     update();
-}
-
-QSize TitleBarButton::sizeHint() const
-{
-    return {Diameter, Diameter};
 }
 
 void TitleBarButton::paintEvent(QPaintEvent *)

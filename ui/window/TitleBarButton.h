@@ -19,10 +19,8 @@ public:
 
     TitleBarButton(Glyph glyph, QWidget *parent);
 
-    Glyph glyph() const { return m_glyph; }
     /// Sets the glyph and the localised accessible name for it.
     void setGlyph(Glyph glyph);
-    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
