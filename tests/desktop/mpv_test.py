@@ -75,12 +75,6 @@ class MpvTest(InstalledTest):
         self.assertEqual(track['external-filename'], os.path.join(folder, os.listdir(folder)[0]))
         self.assertTrue(track['selected'])
 
-    def test_nothing_playing_asks_for_nothing(self):
-        player = self.play()
-        self.press_key(player)
-        self.assertEqual(player.command('get_property', 'path')['error'], 'property unavailable')
-        self.assertIsNone(self.owner())
-
     def test_the_player_leaves_nothing_behind(self):
         player = self.play()
         player.command('quit')

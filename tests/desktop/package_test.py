@@ -17,8 +17,8 @@ def output_of(*words, **options):
     return subprocess.run(words, check=True, stdout=subprocess.PIPE, text=True, timeout=120, **options).stdout
 
 
-class UnpackedTest(unittest.TestCase):
-    """Makes the package once for each class and unpacks it."""
+class PackageTest(unittest.TestCase):
+    """Makes the package once and unpacks it."""
 
     @classmethod
     def setUpClass(cls):
@@ -40,8 +40,6 @@ class UnpackedTest(unittest.TestCase):
         with open(self.unpacked(*path), encoding='utf-8') as file:
             return file.read()
 
-
-class PackageTest(UnpackedTest):
     def test_it_is_named_by_name_version_and_machine(self):
         self.assertEqual(os.path.basename(self.package),
                          f'plovendix_{self.field("Version")}_{self.field("Architecture")}.deb')
@@ -80,20 +78,16 @@ class PackageTest(UnpackedTest):
         self.assertRegex(said, r'^Plovendix \d+\.\d+\n$')
         self.assertTrue(self.field('Version').startswith(said.split()[1]))
 
-
-class MetainfoTest(UnpackedTest):
-    """The metadata for software centres."""
-
-    def test_it_is_what_software_centres_read(self):
+    def test_its_metadata_is_what_software_centres_read(self):
         judged = subprocess.run(['appstreamcli', 'validate', '--no-net', self.unpacked(METAINFO)], capture_output=True, text=True,
                                 check=False, timeout=60)
         self.assertEqual(judged.returncode, 0, judged.stdout + judged.stderr)
 
-    def test_its_latest_release_is_the_packages_version(self):
+    def test_its_metadatas_latest_release_is_the_packages_version(self):
         releases = re.findall('<release version="([^"]+)"', self.text(METAINFO))
         self.assertEqual(releases[0], self.field('Version'))
 
-    def test_its_summaries_are_the_desktop_entrys(self):
+    def test_its_metadatas_summaries_are_the_desktop_entrys(self):
         entry = self.text(SHARE, 'applications', f'{IDENTIFIER}.desktop')
         comments = {(language or '').replace('_', '-'): text
                     for language, text in re.findall(r'^Comment(?:\[(.+)\])?=(.+)$', entry, re.MULTILINE)}

@@ -77,14 +77,15 @@ class Screen:
 
     def windows(self, title):
         """The visible windows whose title matches the expression, as numbers."""
-        found = subprocess.run(['xdotool', 'search', '--onlyvisible', '--name', title], env=self._environment,
-                               capture_output=True, text=True, check=False).stdout
-        return [int(line) for line in found.split()]
+        return self._visible('--name', title)
 
     def windows_of(self, pid):
         """The visible windows of a process, its menus among them."""
-        found = subprocess.run(['xdotool', 'search', '--onlyvisible', '--pid', str(pid)], env=self._environment,
-                               capture_output=True, text=True, check=False).stdout
+        return self._visible('--pid', str(pid))
+
+    def _visible(self, *words):
+        found = subprocess.run(['xdotool', 'search', '--onlyvisible', *words], env=self._environment, capture_output=True,
+                               text=True, check=False).stdout
         return [int(line) for line in found.split()]
 
     def window(self, title):

@@ -56,14 +56,6 @@ class UpdatesTest(MakerTest):
         self.screen.press('Escape')
         self.wait_until_gone('Software Update')
 
-    def test_checking_from_the_preferences_shows_the_date_there(self):
-        self.start()
-        self.open_preferences('Updates')
-        self.click(self.tree.find('push button', 'Check Now'))
-        self.wait_for_window('Software Update')
-        self.said('You are up to date')
-        self.tree.find('label', lambda name: ':' in name and any(sign.isdigit() for sign in name))
-
     def test_closing_the_main_window_ends_the_program_with_them_open(self):
         self.start()
         self.open_updates()
