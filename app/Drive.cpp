@@ -1,6 +1,6 @@
-#include "Drive.h"
-
 #include "MainWindowController.h"
+#include "Program.h"
+#include "ServiceInstallation.h"
 
 #include <base/StandardOutput.h>
 #include <features/search/MainViewController.h>
@@ -9,6 +9,7 @@
 #include <ui/window/Window.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -16,6 +17,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QTimer>
+
+#include <cstdio>
 
 namespace
 {
@@ -27,6 +31,40 @@ constexpr auto StepLimit = 30s;
 constexpr auto PosterLimit = 3s;   // a film without a poster is not an error
 constexpr auto SettleTime = 600ms; // fades and the sliding panel have ended
 constexpr int PictureMargin = 28;  // points around the window
+
+/// Operates the program on a machine without a person: waits for the results, downloads the first, accepts
+/// the save sheet's suggestion, takes a picture of the screen, prints what happened, and quits with 0. Quits
+/// with 1 and a line with the reason when a step fails.
+class Drive final : public QObject
+{
+public:
+    Drive(MainWindowController &mainWindow, const QString &picturePath);
+
+private:
+    enum class Step
+    {
+        AwaitResults,
+        AwaitPoster,
+        AwaitSheet,
+        AwaitSaved
+    };
+
+    void look();
+    void lookForResults();
+    void lookForPoster();
+    void lookForSheet();
+    void lookForSavedFile();
+    void go(Step next);
+    bool takePicture() const;
+    void giveUp(const QString &reason);
+
+    MainWindowController &m_mainWindow;
+    const QString m_picturePath;
+    Step m_step = Step::AwaitResults;
+    QTimer m_timer;
+    QElapsedTimer m_inStep;
+    QString m_savedPath;
+};
 
 template <class Widget>
 Widget *visibleWidget()
@@ -44,8 +82,6 @@ void pressReturn(QWidget *widget)
     QApplication::postEvent(widget, new QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
     QApplication::postEvent(widget, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Return, Qt::NoModifier));
 }
-} // namespace
-
 Drive::Drive(MainWindowController &mainWindow, const QString &picturePath)
     : m_mainWindow(mainWindow), m_picturePath(picturePath)
 {
@@ -150,4 +186,20 @@ void Drive::giveUp(const QString &reason)
     printLine(u"Stopped: "_s + reason);
     m_timer.stop();
     QApplication::exit(1);
+}
+} // namespace
+
+/// plovendix-drive VIDEO PICTURE: runs the program without a person.
+int main(int argc, char **argv)
+{
+    if (argc != 3) {
+        std::fprintf(stderr, "Usage: plovendix-drive VIDEO PICTURE\n");
+        return 2;
+    }
+    const QString picture = QString::fromLocal8Bit(argv[2]);
+    std::unique_ptr<Drive> drive;
+    const auto begin = [&](MainWindowController &mainWindow) {
+        drive = std::make_unique<Drive>(mainWindow, picture);
+    };
+    return runProgram(2, argv, {.installServices = installServices, .windowShown = begin});
 }

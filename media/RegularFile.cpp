@@ -1,4 +1,4 @@
-#include "RegularFile.h"
+#include "MovieHash.h"
 
 #ifdef Q_OS_UNIX
 #include <cerrno>

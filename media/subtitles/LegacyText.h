@@ -1,5 +1,5 @@
 #pragma once
-#include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
 #include <optional>
 
@@ -13,3 +13,10 @@ struct LegacyText
     /// thread.
     static std::optional<LegacyText> read(const QByteArray &bytes, const QByteArray &set);
 };
+
+/// The character sets of subtitles in a language (three-letter code) before UTF-8, the likeliest first. Any
+/// thread.
+QByteArrayList legacyCharacterSets(const QString &language);
+
+/// The detected character set under a name that the decoder knows; empty when unknown.
+QByteArray detectedCharacterSet(const QByteArray &bytes);

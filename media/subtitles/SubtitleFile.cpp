@@ -9,33 +9,17 @@ namespace
 // A single cue takes forty bytes; notices and error pages have no cue.
 constexpr qsizetype MinBytes = 20;
 
-SubtitleFile failed(SubtitleFile::Failure failure)
+using Failure = SubtitleFile::Failure;
+
+SubtitleFile failed(Failure failure)
 {
     SubtitleFile file;
     file.failure = failure;
     return file;
 }
 
-SubtitleFile::Failure failureOf(SubtitleUnpacker::Failure failure)
-{
-    switch (failure) {
-    case SubtitleUnpacker::Failure::TooLarge:
-        return SubtitleFile::Failure::TooLarge;
-    case SubtitleUnpacker::Failure::Locked:
-    case SubtitleUnpacker::Failure::UnknownArchive:
-        return SubtitleFile::Failure::UnknownArchive;
-    case SubtitleUnpacker::Failure::NothingInside:
-        return SubtitleFile::Failure::NoSubtitle;
-    case SubtitleUnpacker::Failure::Damaged:
-        return SubtitleFile::Failure::Damaged;
-    case SubtitleUnpacker::Failure::None:
-        break;
-    }
-    return SubtitleFile::Failure::None;
-}
 SubtitleFile understood(const QByteArray &content, const QString &language)
 {
-    using Failure = SubtitleFile::Failure;
     if (content.size() < MinBytes)
         return failed(content.trimmed().isEmpty() ? Failure::Empty : Failure::NoSubtitle);
     const DecodedText decoded = decodedText(content, language);
@@ -59,7 +43,6 @@ SubtitleFile SubtitleFile::read(const QByteArray &bytes, const QString &language
         return understood(content, language).failure == Failure::None;
     };
     const SubtitleUnpacker::Unpacked unpacked = SubtitleUnpacker::unpack(bytes, isGood);
-    if (unpacked.failure != SubtitleUnpacker::Failure::None)
-        return failed(failureOf(unpacked.failure));
-    return understood(unpacked.content, language);
+    return unpacked.failure == Failure::None ? understood(unpacked.content, language)
+                                             : failed(unpacked.failure);
 }

@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-using SubtitleUnpacker::Failure;
 using SubtitleUnpacker::Unpacked;
+using Failure = SubtitleFile::Failure;
 
 constexpr qsizetype BlockBytes = 64LL * 1024;
 constexpr int MaxEntries = 1000;
@@ -29,9 +29,10 @@ struct ArchiveCloser
 };
 using Reader = std::unique_ptr<archive, ArchiveCloser>;
 
-bool startsWith(const QByteArray &bytes, const char *magic)
+bool open(archive *reader, const QByteArray &bytes)
 {
-    return bytes.startsWith(QByteArray::fromHex(magic));
+    return archive_read_open_memory(reader, bytes.constData(), static_cast<std::size_t>(bytes.size())) ==
+           ARCHIVE_OK;
 }
 
 /// The content of the reader's current entry.
@@ -45,10 +46,10 @@ Unpacked contentOf(archive *reader, qsizetype limit)
         if (count == 0)
             return result;
         if (count < 0)
-            return {{}, {}, Failure::Damaged};
+            return {{}, Failure::Damaged};
         result.content.append(block.constData(), count);
         if (result.content.size() > limit)
-            return {{}, {}, Failure::TooLarge};
+            return {{}, Failure::TooLarge};
     }
 }
 
@@ -63,10 +64,8 @@ Unpacked gunzip(const QByteArray &bytes)
     archive_read_support_filter_gzip(reader.get());
     archive_read_support_format_raw(reader.get());
     archive_entry *entry = nullptr;
-    if (archive_read_open_memory(reader.get(), bytes.constData(), static_cast<std::size_t>(bytes.size())) !=
-            ARCHIVE_OK ||
-        archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK)
-        return {{}, {}, Failure::Damaged};
+    if (!open(reader.get(), bytes) || archive_read_next_header(reader.get(), &entry) != ARCHIVE_OK)
+        return {{}, Failure::Damaged};
     return contentOf(reader.get(), limitFor(bytes));
 }
 
@@ -101,29 +100,30 @@ Reader zipReader(const QByteArray &bytes)
     Reader reader(archive_read_new());
     // Requires the ZIP directory: without it, skipping an entry would unpack it.
     archive_read_support_format_zip_seekable(reader.get());
-    if (archive_read_open_memory(reader.get(), bytes.constData(), static_cast<std::size_t>(bytes.size())) !=
-        ARCHIVE_OK)
+    if (!open(reader.get(), bytes))
         reader.reset();
     return reader;
 }
 
-bool goToNext(archive *reader, archive_entry *&entry)
+bool isReadable(int status)
 {
-    const int status = archive_read_next_header(reader, &entry);
     return status == ARCHIVE_OK || status == ARCHIVE_WARN;
 }
 
-/// The candidates, the likeliest first, as far as the archive can be read.
-std::vector<Member> membersOf(const QByteArray &bytes)
+/// The candidates, the likeliest first, as far as the archive can be read. `failure` says why there is none.
+std::vector<Member> membersOf(const QByteArray &bytes, Failure &failure)
 {
     std::vector<Member> members;
     const Reader reader = zipReader(bytes);
     archive_entry *entry = nullptr;
-    for (int index = 0; reader && index < MaxEntries && goToNext(reader.get(), entry); ++index) {
-        const int value = candidateScore(baseName(entry));
-        if (value > 0 && archive_entry_filetype(entry) == AE_IFREG)
-            members.push_back({index, value});
+    int status = reader ? ARCHIVE_OK : ARCHIVE_FATAL;
+    for (int index = 0; index < MaxEntries && isReadable(status); ++index) {
+        status = archive_read_next_header(reader.get(), &entry);
+        const int score = isReadable(status) ? candidateScore(baseName(entry)) : 0;
+        if (score > 0 && archive_entry_filetype(entry) == AE_IFREG)
+            members.push_back({index, score});
     }
+    failure = status < ARCHIVE_WARN ? Failure::Damaged : Failure::NoSubtitle;
     std::stable_sort(members.begin(), members.end(),
                      [](const Member &one, const Member &other) { return one.score > other.score; });
     return members;
@@ -135,34 +135,20 @@ Unpacked extracted(const QByteArray &bytes, const Member &member)
     const Reader reader = zipReader(bytes);
     archive_entry *entry = nullptr;
     for (int index = 0; index <= member.index; ++index) {
-        if (!reader || !goToNext(reader.get(), entry))
-            return {{}, {}, Failure::Damaged};
+        if (!reader || !isReadable(archive_read_next_header(reader.get(), &entry)))
+            return {{}, Failure::Damaged};
     }
     if (archive_entry_is_data_encrypted(entry) != 0)
-        return {{}, {}, Failure::Locked};
-    Unpacked found = contentOf(reader.get(), limitFor(bytes));
-    found.name = baseName(entry);
-    return found;
-}
-
-Failure failureWithoutMembers(const QByteArray &bytes)
-{
-    const Reader reader = zipReader(bytes);
-    archive_entry *entry = nullptr;
-    int status = ARCHIVE_FATAL;
-    for (int count = 0; reader && count < MaxEntries; ++count) {
-        status = archive_read_next_header(reader.get(), &entry);
-        if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
-            break;
-    }
-    return status < ARCHIVE_WARN ? Failure::Damaged : Failure::NothingInside;
+        return {{}, Failure::UnknownArchive};
+    return contentOf(reader.get(), limitFor(bytes));
 }
 
 Unpacked unzip(const QByteArray &bytes, const SubtitleUnpacker::Check &isGood)
 {
-    std::vector<Member> members = membersOf(bytes);
+    Failure failure = Failure::None;
+    std::vector<Member> members = membersOf(bytes, failure);
     if (members.empty())
-        return {{}, {}, failureWithoutMembers(bytes)};
+        return {{}, failure};
     members.resize(std::min(members.size(), MaxTries));
     std::optional<Unpacked> likeliest;
     qsizetype tried = 0;
@@ -173,8 +159,8 @@ Unpacked unzip(const QByteArray &bytes, const SubtitleUnpacker::Check &isGood)
         if (found.failure == Failure::None && isGood(found.content))
             return found;
         tried += found.failure == Failure::TooLarge ? limitFor(bytes) : found.content.size();
-        // Among several failures, report the password, which explains the others.
-        if (!likeliest || (found.failure == Failure::Locked && likeliest->failure != Failure::Locked))
+        // Among several failures, the password is reported, which explains the others.
+        if (!likeliest || found.failure == Failure::UnknownArchive)
             likeliest = std::move(found);
     }
     return *likeliest;
@@ -183,13 +169,13 @@ Unpacked unzip(const QByteArray &bytes, const SubtitleUnpacker::Check &isGood)
 
 Unpacked SubtitleUnpacker::unpack(const QByteArray &bytes, const Check &isGood)
 {
-    if (startsWith(bytes, "1f8b"))
+    if (bytes.startsWith("\x1f\x8b"))
         return gunzip(bytes);
-    if (startsWith(bytes, "504b0304"))
+    if (bytes.startsWith("PK\x03\x04"))
         return unzip(bytes, isGood);
-    if (startsWith(bytes, "526172211a") || startsWith(bytes, "377abcaf271c"))
-        return {{}, {}, Failure::UnknownArchive};
+    if (bytes.startsWith("Rar!\x1a") || bytes.startsWith("7z\xbc\xaf\x27\x1c"))
+        return {{}, Failure::UnknownArchive};
     if (bytes.size() > MaxBytes)
-        return {{}, {}, Failure::TooLarge};
-    return {bytes, {}, Failure::None};
+        return {{}, Failure::TooLarge};
+    return {bytes};
 }

@@ -1,6 +1,6 @@
 #pragma once
-#include <QByteArray>
-#include <QString>
+#include "SubtitleFile.h"
+
 #include <functional>
 
 /// Extracts a subtitle from gzip or ZIP data, recognised by its bytes.
@@ -9,21 +9,10 @@ namespace SubtitleUnpacker
 inline constexpr qsizetype MaxBytes = 8LL * 1024 * 1024;
 inline constexpr qsizetype MaxRatio = 100;
 
-enum class Failure
-{
-    None,
-    TooLarge,
-    Damaged,
-    NothingInside,
-    Locked, // by a password
-    UnknownArchive
-};
-
 struct Unpacked
 {
-    QByteArray content;
-    QString name; // the base name inside an archive; empty where there is none
-    Failure failure = Failure::None;
+    QByteArray content = {};
+    SubtitleFile::Failure failure = SubtitleFile::Failure::None;
 };
 
 /// Returns whether a content is acceptable.

@@ -1,6 +1,5 @@
 #include "TextDecoding.h"
 
-#include "CharacterSets.h"
 #include "LegacyText.h"
 
 #include <QStringDecoder>

@@ -34,120 +34,90 @@ base::Error noPicture()
 /// The sources and the steps from one to the next.
 struct CombinedMetadataService::Chain : std::enable_shared_from_this<Chain>
 {
-    struct Find
+    /// A film that is looked for in one source after the other.
+    struct Search
     {
         QString id;
-        ExternalSource source;
         std::optional<QString> language;
-        FindCompletion completion;
-        std::optional<base::Error> failure;
         quint64 lookup = 0;
+        /// Takes the source that has the film and its answer; otherwise the first failure or nothing.
+        std::function<void(qsizetype source, const Result<FindResult> &answer)> completion;
+        Result<FindResult> otherwise = FindResult();
     };
     struct Picture
     {
         QString id;
+        std::optional<QString> language;
+        quint64 lookup = 0;
         ImageKind kind;
         QSize size;
-        std::optional<QString> language;
         ImageCompletion completion;
-        std::optional<base::Error> failure;
-        quint64 lookup = 0;
+        std::optional<base::Error> failure = {}; // the first one
     };
 
     QList<Source> sources;
     quint64 lastLookup = 0;
 
-    /// The first source from `start` on that may be asked; the number of sources when there is none.
-    qsizetype next(qsizetype start) const
+    void find(qsizetype start, const std::shared_ptr<Search> &search)
     {
         while (start < sources.size() && sources[start].isAsked && !sources[start].isAsked())
             ++start;
-        return start;
-    }
-
-    /// Only the latest lookup asks further sources: a source may abandon one lookup when it is asked for
-    /// another, and would abandon the one that the person waits for.
-    bool mayGoOn(quint64 lookup) const { return lookup == lastLookup; }
-
-    void find(qsizetype start, const std::shared_ptr<Find> &task)
-    {
-        const qsizetype index = next(start);
-        if (index == sources.size()) {
-            MainQueue::shared().async([task] {
-                task->completion(task->failure ? Result<FindResult>(*task->failure)
-                                               : Result<FindResult>(FindResult()));
+        if (start == sources.size()) {
+            MainQueue::shared().async([weak = weak_from_this(), start, search] {
+                if (!weak.expired())
+                    search->completion(start, search->otherwise);
             });
             return;
         }
-        if (mayGoOn(task->lookup))
-            askForFilm(index, task);
+        // Only the latest lookup asks further sources: a source may abandon one lookup when it is asked for
+        // another, and would abandon the one that the person waits for.
+        if (search->lookup != lastLookup)
+            return;
+        MetadataService &service = *sources[start].service;
+        service.preferredLanguage = search->language;
+        service.findExternally(search->id, ExternalSource::imdb,
+                               [weak = weak_from_this(), start, search](const Result<FindResult> &answer) {
+                                   if (const auto self = weak.lock())
+                                       self->takeFind(start, search, answer);
+                               });
     }
 
-    void askForFilm(qsizetype index, const std::shared_ptr<Find> &task)
-    {
-        sources[index].service->preferredLanguage = task->language;
-        sources[index].service->findExternally(
-            task->id, task->source, [weak = weak_from_this(), index, task](const Result<FindResult> &answer) {
-                if (const auto self = weak.lock())
-                    self->takeFind(index, task, answer);
-            });
-    }
-
-    void takeFind(qsizetype index, const std::shared_ptr<Find> &task, const Result<FindResult> &answer)
+    void takeFind(qsizetype index, const std::shared_ptr<Search> &search, const Result<FindResult> &answer)
     {
         if (answer && !isEmpty(*answer)) {
-            FindResult result = *answer;
-            wrap(result.movieResults, index, task->id, task->lookup);
-            wrap(result.personResults, index, task->id, task->lookup);
-            wrap(result.tvResults, index, task->id, task->lookup);
-            task->completion(result);
+            search->completion(index, answer);
             return;
         }
-        if (!answer && !task->failure)
-            task->failure = answer.error();
-        find(index + 1, task);
+        if (!answer && search->otherwise)
+            search->otherwise = answer;
+        find(index + 1, search);
     }
 
-    void fetch(qsizetype index, const TmdbItem &item, const std::shared_ptr<Picture> &task)
+    void fetch(qsizetype index, const TmdbItem &item, const std::shared_ptr<Picture> &picture)
     {
         sources[index].service->fetchImage(
-            item, task->kind, task->size,
-            [weak = weak_from_this(), index, task](const Result<QImage> &image) {
+            item, picture->kind, picture->size,
+            [weak = weak_from_this(), index, picture](const Result<QImage> &image) {
                 const auto self = weak.lock();
                 if (!self)
                     return;
                 if (image)
-                    task->completion(image);
+                    picture->completion(image);
                 else
-                    self->fetchElsewhere(index + 1, task, image.error());
+                    self->fetchElsewhere(index + 1, picture, image.error());
             });
     }
 
-    void fetchElsewhere(qsizetype start, const std::shared_ptr<Picture> &task, const base::Error &error)
+    void fetchElsewhere(qsizetype start, const std::shared_ptr<Picture> &picture, const base::Error &error)
     {
-        if (!task->failure)
-            task->failure = error;
-        const qsizetype index = next(start);
-        if (index == sources.size()) {
-            task->completion(*task->failure);
-            return;
-        }
-        if (!mayGoOn(task->lookup))
-            return;
-        sources[index].service->preferredLanguage = task->language;
-        sources[index].service->findExternally(
-            task->id, ExternalSource::imdb,
-            [weak = weak_from_this(), index, task](const Result<FindResult> &found) {
-                const auto self = weak.lock();
-                if (!self)
-                    return;
-                const QList<TmdbItem> items =
-                    found ? found->movieResults + found->tvResults : QList<TmdbItem>();
-                if (items.isEmpty())
-                    self->fetchElsewhere(index + 1, task, *task->failure);
-                else
-                    self->fetch(index, items.first(), task);
-            });
+        picture->failure = picture->failure.value_or(error);
+        const auto taken = [this, picture](qsizetype index, const Result<FindResult> &found) {
+            if (index < sources.size())
+                fetch(index, (found->movieResults + found->tvResults).first(), picture);
+            else
+                picture->completion(*picture->failure);
+        };
+        find(start, std::make_shared<Search>(Search{picture->id, picture->language, picture->lookup, taken}));
     }
 };
 
@@ -159,12 +129,19 @@ CombinedMetadataService::CombinedMetadataService(const QList<Source> &sources)
 
 CombinedMetadataService::~CombinedMetadataService() = default;
 
-void CombinedMetadataService::findExternally(const QString &id, ExternalSource source,
-                                             FindCompletion completion)
+void CombinedMetadataService::findExternally(const QString &id, ExternalSource, FindCompletion completion)
 {
-    m_chain->find(
-        0, std::make_shared<Chain::Find>(Chain::Find{id, source, preferredLanguage, std::move(completion),
-                                                     std::nullopt, ++m_chain->lastLookup}));
+    const quint64 lookup = ++m_chain->lastLookup;
+    const auto taken = [id, lookup, completion = std::move(completion)](qsizetype index,
+                                                                        const Result<FindResult> &answer) {
+        if (!answer)
+            return completion(answer);
+        FindResult result = *answer;
+        for (QList<TmdbItem> *items : {&result.movieResults, &result.personResults, &result.tvResults})
+            wrap(*items, index, id, lookup);
+        completion(result);
+    };
+    m_chain->find(0, std::make_shared<Chain::Search>(Chain::Search{id, preferredLanguage, lookup, taken}));
 }
 
 void CombinedMetadataService::fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
@@ -176,8 +153,8 @@ void CombinedMetadataService::fetchImage(const TmdbItem &item, ImageKind kind, c
         MainQueue::shared().async([completion = std::move(completion)] { completion(noPicture()); });
         return;
     }
-    const auto task = std::make_shared<Chain::Picture>(
-        Chain::Picture{handle.value(IdKey).toString(), kind, size, preferredLanguage, std::move(completion),
-                       std::nullopt, handle.value(LookupKey).toULongLong()});
-    m_chain->fetch(index, {handle.value(HandleKey)}, task);
+    const auto picture = std::make_shared<Chain::Picture>(
+        Chain::Picture{handle.value(IdKey).toString(), preferredLanguage,
+                       handle.value(LookupKey).toULongLong(), kind, size, std::move(completion)});
+    m_chain->fetch(index, {handle.value(HandleKey)}, picture);
 }

@@ -1,4 +1,3 @@
-#include <media/subtitles/CharacterSets.h>
 #include <media/subtitles/LegacyText.h>
 #include <media/subtitles/TextDecoding.h>
 #include <tests/support/TestMain.h>
