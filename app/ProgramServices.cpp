@@ -2,7 +2,6 @@
 
 #include <base/MainQueue.h>
 #include <net/Redactor.h>
-#include <net/secrets/EnvironmentSecrets.h>
 #include <sources/catalogue/CatalogueService.h>
 #include <sources/combined/CombinedMetadataService.h>
 

@@ -7,4 +7,4 @@
 /// are not followed. Completes on a later turn, and never after the returned call was released. Main thread
 /// only.
 [[nodiscard]] HttpCall fetchFeed(HttpClient &client, const QString &address,
-                                         std::function<void(const Result<AppcastFeed> &)> completion);
+                                 std::function<void(const Result<AppcastFeed> &)> completion);

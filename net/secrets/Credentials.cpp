@@ -1,7 +1,5 @@
 #include "Credentials.h"
 
-#include "EnvironmentSecrets.h"
-
 #include <base/MainQueue.h>
 #include <net/Redactor.h>
 
@@ -21,7 +19,7 @@ struct Loading
 {
     Credentials credentials;
     std::size_t missing = AllSecrets.size();
-    bool hasComplained = false;         // what ails one ails them all
+    bool isLogged = false;              // all secrets fail for the same reason
     std::optional<base::Error> failure; // the first that a person can read
     LoadCompletion done;
 
@@ -34,17 +32,20 @@ struct Loading
 };
 } // namespace
 
+std::optional<QString> environmentSecret(Secret secret)
+{
+    const char *name = secret == Secret::SubtitleKey        ? "PLOVENDIX_SUBTITLE_API_KEY"
+                       : secret == Secret::SubtitlePassword ? "PLOVENDIX_SUBTITLE_PASSWORD"
+                                                            : "PLOVENDIX_METADATA_API_KEY";
+    const QString value = qEnvironmentVariable(name);
+    return value.isEmpty() ? std::nullopt : std::optional(value);
+}
+
 QString &Credentials::at(Secret secret)
 {
-    switch (secret) {
-    case Secret::SubtitleKey:
-        return subtitleKey;
-    case Secret::SubtitlePassword:
-        return subtitlePassword;
-    case Secret::MetadataKey:
-        break;
-    }
-    return metadataKey;
+    return secret == Secret::SubtitleKey        ? subtitleKey
+           : secret == Secret::SubtitlePassword ? subtitlePassword
+                                                : metadataKey;
 }
 
 QString Credentials::cleaned(Secret secret, const QString &text)
@@ -79,7 +80,7 @@ void loadCredentials(SecretStore &store, LoadCompletion done)
         store.read(secret, [=](const Result<std::optional<QString>> &read) {
             if (!read && !loading->failure && !read.error().localizedDescription.isEmpty())
                 loading->failure = read.error();
-            if (!read && !std::exchange(loading->hasComplained, true))
+            if (!read && !std::exchange(loading->isLogged, true))
                 qCWarning(log).noquote() << "secrets could not be read:" << read.error().detail;
             loading->take(secret, read ? read->value_or(QString()) : QString());
         });

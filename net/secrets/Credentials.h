@@ -17,6 +17,9 @@ struct Credentials
     bool operator==(const Credentials &) const = default;
 };
 
+/// The secret set in the environment (PLOVENDIX_SUBTITLE_API_KEY, PLOVENDIX_SUBTITLE_PASSWORD,
+/// PLOVENDIX_METADATA_API_KEY), which overrides any store; none when the variable is unset or empty.
+std::optional<QString> environmentSecret(Secret secret);
 /// The secrets set in the environment, which are available at once.
 Credentials environmentCredentials();
 
@@ -24,7 +27,6 @@ Credentials environmentCredentials();
 using LoadCompletion =
     std::function<void(const Credentials &credentials, const std::optional<base::Error> &failure)>;
 
-/// Reads them all, each from the environment or else from the store, where what cannot be read counts as
-/// none. Whatever is read appears in no log from then on. `done` comes once, on a later turn of the main
-/// thread.
+/// Reads all secrets, each from the environment or else from the store; one that cannot be read counts as
+/// absent. All are hidden from the log. Calls `done` once, on a later turn of the main thread.
 void loadCredentials(SecretStore &store, LoadCompletion done);

@@ -7,15 +7,12 @@
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QLoggingCategory>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-Q_LOGGING_CATEGORY(log, "plovendix.services.secrets", QtInfoMsg)
-
 constexpr qint64 MaxBytes = 64LL * 1024;
 
 base::Error notRead(const QString &path, const QString &detail)
@@ -43,12 +40,6 @@ Result<QJsonObject> content(const QString &path)
     return secrets ? Result(*secrets) : notRead(path, u"is damaged"_s);
 }
 
-std::optional<QString> secretIn(const QJsonObject &secrets, Secret secret)
-{
-    const QString text = Json::text(secrets, SecretStore::nameOf(secret));
-    return text.isEmpty() ? std::nullopt : std::optional(text);
-}
-
 base::Error notStored(const QString &path, const QString &reason, const QString &detail)
 {
     const QString sentence = String::localize(u"The key could not be stored in “%@”."_s);
@@ -70,18 +61,13 @@ QString FileSecretStore::standardPath()
            "/Quorvane/Plovendix.secrets"_L1;
 }
 
-std::optional<QString> FileSecretStore::find(Secret secret) const
-{
-    const Result<std::optional<QString>> found = lookUp(secret);
-    if (!found)
-        qCWarning(log, "%s cannot be read as secrets.", qUtf8Printable(m_path));
-    return found ? *found : std::nullopt;
-}
-
 Result<std::optional<QString>> FileSecretStore::lookUp(Secret secret) const
 {
     const Result<QJsonObject> secrets = content(m_path);
-    return secrets ? Result(secretIn(*secrets, secret)) : secrets.error();
+    if (!secrets)
+        return secrets.error();
+    const QString text = Json::text(*secrets, nameOf(secret));
+    return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
 Result<void> FileSecretStore::store(Secret secret, const QString &text) const

@@ -12,10 +12,8 @@ public:
     void read(Secret secret, ReadCompletion completion) override;
     void write(Secret secret, const QString &text, WriteCompletion completion) override;
 
-    /// Nothing where there is none; an Error for a file that cannot be read, as `read` gives it.
+    /// None where there is no such secret; an Error for a file that cannot be read.
     Result<std::optional<QString>> lookUp(Secret secret) const;
-    /// The same, with nothing, and a line in the log, for a file that cannot be read.
-    std::optional<QString> find(Secret secret) const;
     Result<void> store(Secret secret, const QString &text) const;
 
 private:

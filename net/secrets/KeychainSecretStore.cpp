@@ -44,10 +44,7 @@ bool isRefusal(QKeychain::Error error)
 } // namespace
 
 KeychainSecretStore::KeychainSecretStore(AskForFile ask, const FileSecretStore &file, Keyring keyring)
-    : m_ask(std::move(ask)),
-      m_file(file),
-      m_keyring(keyring),
-      m_alive(std::make_shared<KeychainSecretStore *>(this))
+    : m_ask(std::move(ask)), m_file(file), m_keyring(keyring)
 {
 }
 
@@ -77,7 +74,9 @@ void KeychainSecretStore::read(Secret secret, ReadCompletion completion)
 void KeychainSecretStore::write(Secret secret, const QString &text, WriteCompletion completion)
 {
     if (m_keyring == Keyring::Absent) {
-        writeWithoutKeyring(secret, text, completion);
+        MainQueue::shared().async(&m_context, [this, secret, text, completion] {
+            finishWrite(secret, text, Answer::None, u"there is no session bus"_s, completion);
+        });
         return;
     }
     // Also used to remove: a locked keyring reports success for a deletion without doing it, but refuses to
@@ -85,19 +84,15 @@ void KeychainSecretStore::write(Secret secret, const QString &text, WriteComplet
     auto *job = new QKeychain::WritePasswordJob(ServiceName);
     job->setKey(nameOf(secret));
     job->setTextData(text);
-    QObject::connect(job, &QKeychain::Job::finished, job,
-                     [weak = std::weak_ptr(m_alive), secret, text,
-                      completion = std::move(completion)](QKeychain::Job *done) {
-                         const auto alive = weak.lock();
-                         if (!alive)
-                             return;
+    QObject::connect(job, &QKeychain::Job::finished, &m_context,
+                     [this, secret, text, completion = std::move(completion)](QKeychain::Job *done) {
                          const Answer answer = done->error() == QKeychain::NoError ? Answer::Taken
                                                : isRefusal(done->error())          ? Answer::Refused
                                                                                    : Answer::None;
                          if (answer == Answer::Taken && text.isEmpty())
-                             (*alive)->removeEmptied(secret, completion);
+                             removeEmptied(secret, completion);
                          else
-                             (*alive)->finishWrite(secret, text, answer, done->errorString(), completion);
+                             finishWrite(secret, text, answer, done->errorString(), completion);
                      });
     job->start();
 }
@@ -107,21 +102,9 @@ void KeychainSecretStore::removeEmptied(Secret secret, const WriteCompletion &co
 {
     auto *job = new QKeychain::DeletePasswordJob(ServiceName);
     job->setKey(nameOf(secret));
-    QObject::connect(job, &QKeychain::Job::finished, job,
-                     [weak = std::weak_ptr(m_alive), secret, completion] {
-                         if (const auto alive = weak.lock())
-                             (*alive)->finishWrite(secret, {}, Answer::Taken, {}, completion);
-                     });
+    QObject::connect(job, &QKeychain::Job::finished, &m_context,
+                     [this, secret, completion] { finishWrite(secret, {}, Answer::Taken, {}, completion); });
     job->start();
-}
-
-void KeychainSecretStore::writeWithoutKeyring(Secret secret, const QString &text,
-                                              const WriteCompletion &completion)
-{
-    MainQueue::shared().async([weak = std::weak_ptr(m_alive), secret, text, completion] {
-        if (const auto alive = weak.lock())
-            (*alive)->finishWrite(secret, text, Answer::None, u"there is no session bus"_s, completion);
-    });
 }
 
 void KeychainSecretStore::finishWrite(Secret secret, const QString &text, Answer answer,

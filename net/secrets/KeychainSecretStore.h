@@ -1,6 +1,8 @@
 #pragma once
 #include "FileSecretStore.h"
 
+#include <QObject>
+
 /// Keeps secrets in the system's keyring. When that is absent, locked or refuses, the person is asked before
 /// a secret is kept in a file instead. Main thread only.
 class KeychainSecretStore final : public SecretStore
@@ -33,12 +35,11 @@ private:
     };
 
     void removeEmptied(Secret secret, const WriteCompletion &completion);
-    void writeWithoutKeyring(Secret secret, const QString &text, const WriteCompletion &completion);
     void finishWrite(Secret secret, const QString &text, Answer answer, const QString &reason,
                      const WriteCompletion &completion);
 
     AskForFile m_ask;
     FileSecretStore m_file;
     Keyring m_keyring;
-    std::shared_ptr<KeychainSecretStore *> m_alive;
+    QObject m_context; // of the jobs that answer this object
 };

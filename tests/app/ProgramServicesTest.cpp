@@ -90,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(m_services->text(Item::SubtitleKey), SubtitleStandIn::ApiKey);
         QCOMPARE(search().value().subtitles->size(), 3);
         saved.value();
-        QCOMPARE(m_secrets->find(Secret::SubtitleKey), SubtitleStandIn::ApiKey);
+        QCOMPARE(m_secrets->lookUp(Secret::SubtitleKey).value(), SubtitleStandIn::ApiKey);
         UserDefaults::standard().synchronize();
         QFile settings(UserDefaults::standard().path());
         QVERIFY(settings.open(QIODevice::ReadOnly));
