@@ -98,14 +98,6 @@ private Q_SLOTS:
         QVERIFY(!before->came());
     }
 
-    void filesOfTwoServicesWithOneIdAreTwoFiles()
-    {
-        m_fixture->download(m_fixture->subtitle())->value();
-        change();
-        m_fixture->download(m_fixture->subtitle())->value();
-        QCOMPARE(m_other->requests("/api/v1/download").size(), 1);
-    }
-
     void resultOfAnotherServiceIsNotOrderedByItsNumber()
     {
         const auto found = m_fixture->search();
@@ -255,18 +247,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(done, 1, WaitLimit);
         QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
         QCOMPARE(m_other->requests("/api/v1/logout").size(), 1);
-    }
-
-    void logsOutAfterASettingsChange()
-    {
-        m_fixture->useAccount();
-        m_fixture->download(m_fixture->subtitle())->value();
-        bool done = false;
-        m_fixture->service->shutDown([&] { done = true; });
-        change();
-        QTRY_VERIFY_WITH_TIMEOUT(done, WaitLimit);
-        QCOMPARE(m_fixture->standIn.requests("/api/v1/logout").size(), 1);
-        QCOMPARE(m_other->main().requests().size(), 0);
     }
 
 private:

@@ -28,13 +28,6 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->standIn.vip().requests().size(), 2);
     }
 
-    void foreignHostOfALoginIsIgnored()
-    {
-        m_fixture->useAccount();
-        m_fixture->standIn.select(u"vip-elsewhere"_s);
-        m_fixture->download(m_fixture->subtitle())->value();
-    }
-
     void hostsOfALoginAreChecked_data()
     {
         QTest::addColumn<QString>("host");

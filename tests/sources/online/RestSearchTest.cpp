@@ -49,15 +49,6 @@ private Q_SLOTS:
         QCOMPARE(matches, 25);
     }
 
-    void searchByWordsSendsTheEpisode()
-    {
-        const auto caught = m_fixture->search(u"Paper Lighthouse S01E02"_s);
-        QCOMPARE(caught->value().subtitles->constFirst()->season, 1);
-        QCOMPARE(caught->value().subtitles->constFirst()->imdbID, u"tt9000002"_s);
-        QCOMPARE(m_fixture->standIn.main().requests().constFirst().query(),
-                 "episode_number=2&languages=en&query=paper+lighthouse&season_number=1");
-    }
-
     void pagesAreReadToTheEnd_data()
     {
         QTest::addColumn<QStringList>("behaviours");
@@ -105,12 +96,6 @@ private Q_SLOTS:
         QTest::ignoreMessage(QtInfoMsg, "1002 of 1502 records left out");
         const auto caught = m_fixture->search();
         QCOMPARE(caught->value().leftOut, 1002);
-    }
-
-    void answersWithoutAReadableRecordAreNonsense()
-    {
-        m_fixture->standIn.select(u"unreadable-records"_s);
-        QCOMPARE(kindOf(*m_fixture->search()), ServiceFailure::BadAnswer);
     }
 
     void serviceDyingInTheMiddleLeavesWhatWasFound()

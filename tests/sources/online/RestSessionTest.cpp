@@ -150,26 +150,6 @@ private Q_SLOTS:
         QCOMPARE(logins(), 2);
     }
 
-    void oldTokensAreRenewed()
-    {
-        m_fixture->useAccount();
-        m_fixture->download(m_fixture->subtitle(1))->value();
-        m_fixture->clock.advance(23h);
-        m_fixture->download(m_fixture->subtitle(2))->value();
-        QCOMPARE(logins(), 2);
-    }
-
-    void wrongDateDoesNotLogInAllTheTime()
-    {
-        m_fixture->useAccount();
-        m_fixture->download(m_fixture->subtitle(1))->value();
-        m_fixture->clock.setDate(m_fixture->clock.date().addYears(5));
-        for (const qint64 id : {2, 3, 4}) {
-            m_fixture->download(m_fixture->subtitle(id))->value();
-        }
-        QCOMPARE(logins(), 2);
-    }
-
     void logOutTellsTheService()
     {
         m_fixture->useAccount();
