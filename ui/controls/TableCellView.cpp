@@ -27,11 +27,7 @@ void layOutRecursively(QWidget &widget)
 }
 } // namespace
 
-TableCellView::TableCellView(QWidget *parent) : QWidget(parent) {}
-
-TableCellView::~TableCellView() = default;
-
-void TableCellView::draw(QPainter &painter, const QRect &rect, bool)
+void TableCellView::draw(QPainter &painter, const QRect &rect)
 {
     if (m_laidOutSize != rect.size())
         layOut(rect.size());

@@ -16,15 +16,14 @@ class TableCellView : public QWidget
     Q_OBJECT
 
 public:
-    explicit TableCellView(QWidget *parent = nullptr);
-    ~TableCellView() override;
+    using QWidget::QWidget;
 
     /// The view of the format icon in the scene: the outlet of the base class.
     ImageView *imageView() const { return m_imageView; }
     void setImageView(ImageView *imageView) { m_imageView = imageView; }
 
-    /// Draws the cell's labels and images, laid out for `rect`, in the colours for the row's state.
-    virtual void draw(QPainter &painter, const QRect &rect, bool selected);
+    /// Draws the cell's labels and images, laid out for `rect`.
+    void draw(QPainter &painter, const QRect &rect);
 
 protected:
     bool event(QEvent *event) override;

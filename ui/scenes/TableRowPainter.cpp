@@ -27,14 +27,13 @@ QColor selectionTint(const QPalette &palette)
 void TableView::RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                   const QModelIndex &index) const
 {
-    const bool selected = option.state.testFlag(QStyle::State_Selected);
     const QRect row = option.rect;
     painter->save();
-    if (selected)
+    if (option.state.testFlag(QStyle::State_Selected))
         painter->fillRect(row, selectionTint(option.palette));
     TableViewDelegate *delegate = m_table.m_delegate;
     if (TableCellView *cell = delegate ? delegate->tableViewViewForRow(index.row()) : nullptr)
-        cell->draw(*painter, row, selected);
+        cell->draw(*painter, row);
     painter->fillRect(QRect(row.left(), row.bottom(), row.width(), 1),
                       withAlpha(option.palette.color(QPalette::Text), LineStrength));
     painter->restore();

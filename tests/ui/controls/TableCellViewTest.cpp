@@ -47,7 +47,7 @@ struct Cell
 
     QImage drawn(const QRect &rect)
     {
-        return painted({300, 200}, [&](QPainter &painter) { view.draw(painter, rect, false); });
+        return painted({300, 200}, [&](QPainter &painter) { view.draw(painter, rect); });
     }
 
     TableCellView view;

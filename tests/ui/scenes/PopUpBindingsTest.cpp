@@ -36,7 +36,7 @@ class PopUpBindingsTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        // A file of its own for each test, so that none sees another's settings.
+        // A new file for each test, so that no test sees the settings of another.
         UserDefaults::setStandardFile(
             m_sandbox.path(u"%1.conf"_s.arg(QLatin1String(QTest::currentTestFunction()))));
         m_model = std::make_unique<BoundModel>();

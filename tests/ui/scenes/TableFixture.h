@@ -21,7 +21,8 @@ public:
     ui::Label label;
 };
 
-/// A table of some rows in a window of 400 by 400, and what it asked and told.
+/// A table of some rows in a window of 400 by 400, with the rows it asked for and the selections it
+/// announced.
 class TableFixture final : public TableViewDataSource, public TableViewDelegate
 {
 public:
