@@ -66,33 +66,20 @@ SQLite::Statement rowOf(SQLite::Database &database, const char *text, qint64 val
     statement.bind(1, static_cast<int64_t>(value));
     return statement;
 }
-
-/// Reads a packed content, which is stored apart from its subtitle row.
-QByteArray packedContent(SQLite::Database &database, qint64 entry)
-{
-    SQLite::Statement row = rowOf(database, "SELECT packed FROM content WHERE subtitle_id = ?", entry);
-    if (!row.executeStep())
-        return {};
-    return unpacked(blob(row.getColumn(0), CatalogueDatabase::MaxSubtitleBytes));
-}
 } // namespace
 
-/// Interrupts a connection's query by SQLITE_INTERRUPT when the read is cancelled or takes too long. The
-/// database must outlive this object.
+/// Interrupts a connection's query by SQLITE_INTERRUPT when the read is cancelled or takes too long. Must
+/// outlive the connection.
 class CatalogueDatabase::QueryInterrupter final
 {
 public:
-    QueryInterrupter(SQLite::Database &database, ReadLimits limits)
-        : m_database(database), m_limits(std::move(limits))
+    explicit QueryInterrupter(const ReadLimits &limits) : m_limits(limits) { restart(); }
+
+    void attachTo(SQLite::Database &database)
     {
         constexpr int StepsBetweenQuestions = 1000; // of SQLite's virtual machine; well below a millisecond
-        restart();
-        sqlite3_progress_handler(m_database.getHandle(), StepsBetweenQuestions, isOver, this);
+        sqlite3_progress_handler(database.getHandle(), StepsBetweenQuestions, isOver, this);
     }
-    ~QueryInterrupter() { sqlite3_progress_handler(m_database.getHandle(), 0, nullptr, nullptr); }
-    QueryInterrupter(const QueryInterrupter &) = delete;
-    QueryInterrupter &operator=(const QueryInterrupter &) = delete;
-
     /// Restarts the time limit for the next read.
     void restart() { m_end = std::chrono::steady_clock::now() + m_limits.longest; }
     bool isCancelled() const { return m_limits.isCancelled && m_limits.isCancelled(); }
@@ -104,16 +91,18 @@ private:
         return self.isCancelled() || std::chrono::steady_clock::now() >= self.m_end ? 1 : 0;
     }
 
-    SQLite::Database &m_database;
-    ReadLimits m_limits;
+    const ReadLimits m_limits;
     std::chrono::steady_clock::time_point m_end;
 };
 
-CatalogueDatabase::CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
-                                     std::unique_ptr<QueryInterrupter> interrupter, const QString &path,
-                                     const CatalogueErrors &errors)
-    : m_database(std::move(database)), m_interrupter(std::move(interrupter)), m_path(path), m_errors(errors)
+CatalogueDatabase::CatalogueDatabase(const QString &path, const CatalogueErrors &errors,
+                                     const ReadLimits &limits)
+    : m_interrupter(std::make_unique<QueryInterrupter>(limits)),
+      m_database(openForReading(path, BusyTimeoutMilliseconds)),
+      m_path(path),
+      m_errors(errors)
 {
+    m_interrupter->attachTo(*m_database);
 }
 
 CatalogueDatabase::~CatalogueDatabase() = default;
@@ -129,12 +118,11 @@ Result<CatalogueDatabase> CatalogueDatabase::open(const QString &path, const Cat
     if (!info.isFile())
         return errors.error(CatalogueFailure::Unreadable, path, u"not a regular file"_s);
     try {
-        std::unique_ptr<SQLite::Database> database = openForReading(path, BusyTimeoutMilliseconds);
-        auto interrupter = std::make_unique<QueryInterrupter>(*database, limits);
-        if (CatalogueSchema::ownerOf(*database) != CatalogueSchema::Owner::Ours)
+        CatalogueDatabase catalogue(path, errors, limits);
+        if (CatalogueSchema::ownerOf(*catalogue.m_database) != CatalogueSchema::Owner::Ours)
             return errors.error(CatalogueFailure::OtherVersion, path);
-        CatalogueSchema::verify(*database);
-        return CatalogueDatabase(std::move(database), std::move(interrupter), path, errors);
+        CatalogueSchema::verify(*catalogue.m_database);
+        return catalogue;
     } catch (const SQLite::Exception &exception) {
         return errors.error(failureOf(exception), path, QString::fromUtf8(exception.what()));
     }
@@ -176,14 +164,16 @@ Result<QList<CatalogueEntry>> CatalogueDatabase::entriesForText(const QString &t
 Result<std::optional<CatalogueFile>> CatalogueDatabase::file(qint64 entry) const
 {
     return guarded([&]() -> std::optional<CatalogueFile> {
-        SQLite::Statement row =
-            rowOf(*m_database, "SELECT release, format, content FROM subtitle WHERE id = ?", entry);
+        SQLite::Statement row = rowOf(*m_database,
+                                      "SELECT release, format, content, packed FROM subtitle"
+                                      " LEFT JOIN content ON subtitle_id = id WHERE id = ?",
+                                      entry);
         if (!row.executeStep())
             return std::nullopt;
-        const bool isApart = row.getColumn(2).getBytes() == 0;
+        const bool isPacked = row.getColumn(2).getBytes() == 0;
+        const QByteArray content = blob(row.getColumn(isPacked ? 3 : 2), MaxSubtitleBytes);
         return CatalogueFile{text(row.getColumn(0)), text(row.getColumn(1)),
-                             isApart ? packedContent(*m_database, entry)
-                                     : blob(row.getColumn(2), MaxSubtitleBytes)};
+                             isPacked ? unpacked(content) : content};
     });
 }
 

@@ -59,15 +59,13 @@ public:
 
 private:
     class QueryInterrupter;
-    CatalogueDatabase(std::unique_ptr<SQLite::Database> database,
-                      std::unique_ptr<QueryInterrupter> interrupter, const QString &path,
-                      const CatalogueErrors &errors);
+    CatalogueDatabase(const QString &path, const CatalogueErrors &errors, const ReadLimits &limits);
 
     template <class Read>
     auto guarded(const Read &read) const -> Result<decltype(read())>;
 
+    std::unique_ptr<QueryInterrupter> m_interrupter; // outlives the database
     std::unique_ptr<SQLite::Database> m_database;
-    std::unique_ptr<QueryInterrupter> m_interrupter; // detaches from the database before that is closed
     QString m_path;
     CatalogueErrors m_errors;
 };

@@ -14,12 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// An item's opaque handle: catalogue path and row.
-QVariant handleOf(const QString &path, qint64 film)
-{
-    return QVariantList{path, film};
-}
-
 qreal pixelRatio()
 {
     // qGuiApp is null in tools and tests without windows.
@@ -44,29 +38,23 @@ struct CatalogueMetadata::State
     Result<FindResult> find(const QString &id) const
     {
         const std::optional<qint64> number = imdbNumber(id);
+        FindResult result;
         std::optional<base::Error> failure;
         for (const CataloguePlace &place : places) {
             if (place.isLeftOut() || !number)
                 continue;
             const Result<CatalogueDatabase> database = open(place.path);
             const Result<std::optional<CatalogueFilm>> film =
-                database ? database->filmByImdb(*number)
-                         : Result<std::optional<CatalogueFilm>>(database.error());
-            if (!film)
+                database ? database->filmByImdb(*number) : database.error();
+            if (!film) {
                 failure = failure ? failure : film.error();
-            else if (*film)
-                return found(place.path, **film);
+            } else if (*film) {
+                auto &results = (*film)->isSeries ? result.tvResults : result.movieResults;
+                results += TmdbItem{QVariantList{place.path, (*film)->id}};
+                return result;
+            }
         }
-        if (failure)
-            return *failure;
-        return FindResult();
-    }
-
-    static FindResult found(const QString &path, const CatalogueFilm &film)
-    {
-        FindResult result;
-        (film.isSeries ? result.tvResults : result.movieResults) += TmdbItem{handleOf(path, film.id)};
-        return result;
+        return failure ? Result<FindResult>(*failure) : result;
     }
 
     Result<QImage> image(const TmdbItem &item, const QSize &size, qreal ratio) const

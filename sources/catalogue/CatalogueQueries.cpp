@@ -114,18 +114,6 @@ MatchingTitles matchingTitles(PreparedStatements &statements, const TitleQuery::
     return matchingTitles(statements, SomeTitles, phraseExpression(reading, match), MaxTitles) + titles;
 }
 
-void collectTitles(PreparedStatements &statements, const TitleQuery::Reading &reading, WordMatch match,
-                   QList<AnsweringTitle> &titles, QSet<qint64> &seen)
-{
-    for (const auto &[id, name] : matchingTitles(statements, reading, match)) {
-        if (seen.contains(id))
-            continue;
-        seen += id;
-        if (const auto answer = titleAnswer(reading, name))
-            titles += {id, *answer, name.size()};
-    }
-}
-
 /// The titles that match one reading, the closest first; among equals those with more of the words, then the
 /// shorter. Whole words are searched separately, because a title equal to the word could be too far down
 /// among the titles in which a word begins with it.
@@ -133,9 +121,17 @@ QList<AnsweringTitle> titlesFor(PreparedStatements &statements, const TitleQuery
 {
     QList<AnsweringTitle> titles;
     QSet<qint64> seen;
-    collectTitles(statements, reading, WordMatch::Whole, titles, seen);
-    if (titles.size() < MaxTitles)
-        collectTitles(statements, reading, WordMatch::Begun, titles, seen);
+    for (const WordMatch match : {WordMatch::Whole, WordMatch::Begun}) {
+        if (titles.size() >= MaxTitles)
+            break;
+        for (const auto &[id, name] : matchingTitles(statements, reading, match)) {
+            if (seen.contains(id))
+                continue;
+            seen += id;
+            if (const auto answer = titleAnswer(reading, name))
+                titles += {id, *answer, name.size()};
+        }
+    }
     std::stable_sort(titles.begin(), titles.end(), [](const AnsweringTitle &a, const AnsweringTitle &b) {
         return std::tuple(-a.answer.closeness, -a.answer.letters, a.length) <
                std::tuple(-b.answer.closeness, -b.answer.letters, b.length);

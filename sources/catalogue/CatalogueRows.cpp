@@ -99,7 +99,7 @@ void CatalogueRows::removeSubtitle(qint64 subtitle)
     m_statements.run("DELETE FROM content WHERE subtitle_id = ?", subtitle);
     m_statements.run("DELETE FROM video WHERE subtitle_id = ?", subtitle);
     m_statements.run("DELETE FROM subtitle WHERE id = ?", subtitle);
-    if (film && !m_statements.first("SELECT 1 FROM subtitle WHERE film_id = ? LIMIT 1", *film))
+    if (film && !m_statements.has("SELECT 1 FROM subtitle WHERE film_id = ?", *film))
         removeFilm(*film);
 }
 

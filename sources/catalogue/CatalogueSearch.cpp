@@ -5,8 +5,8 @@
 #include <model/LanguageCodes.h>
 
 #include <QHash>
+#include <QRegularExpression>
 
-#include <algorithm>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -15,8 +15,8 @@ namespace
 {
 bool isHash(const QString &text)
 {
-    const auto isDigit = [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); };
-    return text.size() == 16 && std::all_of(text.begin(), text.end(), isDigit);
+    static const QRegularExpression digits(u"^[0-9a-f]{16}$"_s);
+    return digits.match(text).hasMatch();
 }
 
 Result<QList<CatalogueEntry>> entriesOf(const CataloguePlace &place, const CatalogueErrors &errors,
@@ -104,8 +104,8 @@ Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const 
     return QueryResult{withoutCopies(found, request.text)};
 }
 
-Result<FetchedSubtitle> fetchFromCatalogue(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
-                                           const Subtitle &subtitle)
+Result<QUrl> fetchFromCatalogue(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
+                                const Subtitle &subtitle, const DownloadFolder &downloads)
 {
     const QStringList parts = subtitle.fileID.split(u'/');
     bool isPlace = false;
@@ -126,5 +126,5 @@ Result<FetchedSubtitle> fetchFromCatalogue(const QList<CataloguePlace> &places, 
     const bool isTheOne = *file && (*file)->release.simplified().startsWith(subtitle.subFileName);
     if (!isTheOne || (*file)->content.isEmpty())
         return errors.error(CatalogueFailure::NoLongerThere, path);
-    return FetchedSubtitle{safeFileName(subtitle.subFileName, subtitle.subFormat), (*file)->content};
+    return downloads.publish(safeFileName(subtitle.subFileName, subtitle.subFormat), (*file)->content);
 }

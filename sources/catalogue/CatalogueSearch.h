@@ -20,11 +20,6 @@ struct CatalogueRequest
 Result<QueryResult> searchCatalogues(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
                                      const CatalogueRequest &request, const ReadLimits &limits = {});
 
-/// Reads the file of a result of `searchCatalogues`, and the name to save it under.
-struct FetchedSubtitle
-{
-    QString fileName;
-    QByteArray content;
-};
-Result<FetchedSubtitle> fetchFromCatalogue(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
-                                           const Subtitle &subtitle);
+/// Writes the file of a result of `searchCatalogues` into a new folder of `downloads`. Any thread.
+Result<QUrl> fetchFromCatalogue(const QList<CataloguePlace> &places, const CatalogueErrors &errors,
+                                const Subtitle &subtitle, const DownloadFolder &downloads);

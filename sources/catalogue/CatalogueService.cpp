@@ -58,20 +58,12 @@ struct CatalogueService::State
     {
         if (!outstandingDownloads.isOutstanding(number))
             return;
-        const Result<QUrl> file = fetch(subtitle);
+        const Result<QUrl> file = fetchFromCatalogue(places, errors, subtitle, downloads);
         bool isWanted = false;
         outstandingDownloads.finish(number, [&] { isWanted = true; });
         // A cancel does not wait for the work of the completion.
         if (isWanted)
             completion(file);
-    }
-
-    Result<QUrl> fetch(const Subtitle &subtitle) const
-    {
-        const Result<FetchedSubtitle> fetched = fetchFromCatalogue(places, errors, subtitle);
-        if (!fetched)
-            return fetched.error();
-        return downloads.publish(fetched->fileName, fetched->content);
     }
 };
 

@@ -12,27 +12,12 @@
 class PreparedStatements final
 {
 public:
-    /// One use of a statement; its destructor releases locks and values.
-    class Use final
+    /// One use of a statement, which releases its locks at the end.
+    struct Release
     {
-    public:
-        explicit Use(SQLite::Statement &statement) : m_statement(statement) {}
-        ~Use()
-        {
-            m_statement.tryReset();
-            try {
-                m_statement.clearBindings();
-            } catch (const SQLite::Exception &) {
-                return; // bound values that stay do no harm
-            }
-        }
-        Use(const Use &) = delete;
-        Use &operator=(const Use &) = delete;
-        SQLite::Statement *operator->() { return &m_statement; }
-
-    private:
-        SQLite::Statement &m_statement;
+        void operator()(SQLite::Statement *statement) const { statement->tryReset(); }
     };
+    using Use = std::unique_ptr<SQLite::Statement, Release>;
 
     explicit PreparedStatements(SQLite::Database &database) : m_database(database) {}
 
@@ -44,7 +29,7 @@ public:
             kept = std::make_unique<SQLite::Statement>(m_database, text);
         int place = 0;
         (bind(*kept, ++place, values), ...);
-        return Use(*kept);
+        return Use(kept.get());
     }
 
     template <class... Values>
@@ -68,6 +53,13 @@ public:
         Use statement = use(text, values...);
         return statement->executeStep() ? std::optional<qint64>(statement->getColumn(0).getInt64())
                                         : std::nullopt;
+    }
+
+    /// Whether there is a row.
+    template <class... Values>
+    bool has(const char *text, const Values &...values)
+    {
+        return use(text, values...)->executeStep();
     }
 
     /// The first column of all rows.

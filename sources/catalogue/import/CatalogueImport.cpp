@@ -37,18 +37,11 @@ QString textOf(ImportRefusal why)
 
 ImportRefusal refusalOf(SubtitleFile::Failure failure)
 {
-    switch (failure) {
-    case SubtitleFile::Failure::TooLarge:
+    if (failure == SubtitleFile::Failure::TooLarge)
         return ImportRefusal::TooLarge;
-    case SubtitleFile::Failure::Damaged:
-    case SubtitleFile::Failure::UnknownArchive:
-        return ImportRefusal::NotUnpacked;
-    case SubtitleFile::Failure::None:
-    case SubtitleFile::Failure::Empty:
-    case SubtitleFile::Failure::NoSubtitle:
-        break;
-    }
-    return ImportRefusal::NoSubtitle;
+    const bool isArchive =
+        failure == SubtitleFile::Failure::Damaged || failure == SubtitleFile::Failure::UnknownArchive;
+    return isArchive ? ImportRefusal::NotUnpacked : ImportRefusal::NoSubtitle;
 }
 
 QString stampOf(const QFileInfo &file)
@@ -197,34 +190,22 @@ bool CatalogueImport::addArchive(const QString &path)
 /// skipped until it changes.
 bool CatalogueImport::endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end)
 {
-    switch (end) {
-    case ArchiveMembers::End::Stopped:
+    using Ended = ArchiveMembers::End;
+    static const QHash<Ended, ImportRefusal> refusals{{Ended::Unreadable, ImportRefusal::Unreadable},
+                                                      {Ended::Damaged, ImportRefusal::DamagedArchive},
+                                                      {Ended::Locked, ImportRefusal::LockedArchive},
+                                                      {Ended::TooLarge, ImportRefusal::ArchiveBomb}};
+    if (end == Ended::Stopped)
         return false;
-    case ArchiveMembers::End::Unreadable:
-        refuse(path, ImportRefusal::Unreadable);
-        return goOn();
-    case ArchiveMembers::End::Damaged:
-        if (!QFileInfo::exists(path)) {
-            refuse(path, ImportRefusal::Gone);
-            return goOn();
-        }
-        refuse(path, ImportRefusal::DamagedArchive);
-        break;
-    case ArchiveMembers::End::Locked:
-        refuse(path, ImportRefusal::LockedArchive);
-        break;
-    case ArchiveMembers::End::TooLarge:
-        refuse(path, ImportRefusal::ArchiveBomb);
-        break;
-    case ArchiveMembers::End::Whole:
-        break;
-    }
-    return keep({path, stamp, {}, true});
+    const bool isGone = end == Ended::Damaged && !QFileInfo::exists(path);
+    if (refusals.contains(end))
+        refuse(path, isGone ? ImportRefusal::Gone : refusals[end]);
+    return isGone || end == Ended::Unreadable ? goOn() : keep({path, stamp, {}, true});
 }
 
 bool CatalogueImport::isKnown(const QString &path, const QString &stamp)
 {
-    const bool isWhole = m_catalogue.stateOf(path, stamp) == OwnCatalogue::SourceState::Whole;
+    const bool isWhole = m_catalogue.isWhole(path, stamp);
     m_counts.known += isWhole ? 1 : 0;
     return isWhole;
 }

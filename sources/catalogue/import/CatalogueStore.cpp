@@ -32,12 +32,6 @@ int isWorthWaiting(void *place, int tries)
     return 1;
 }
 
-/// SQLite hands its callbacks a pointer that could be written through; these only read.
-void *forSqlite(const WaitLimits *limits)
-{
-    return const_cast<WaitLimits *>(limits); // NOLINT(cppcoreguidelines-pro-type-const-cast)
-}
-
 std::string nameOf(const QString &path)
 {
     return QFile::encodeName(path).toStdString();
@@ -125,16 +119,16 @@ std::optional<base::Error> CatalogueStore::refusal(SQLite::Database &database, c
     return std::nullopt;
 }
 
-void CatalogueStore::waitForWriters(SQLite::Database &database, const WaitLimits *limits)
+void CatalogueStore::waitForWriters(SQLite::Database &database, WaitLimits *limits)
 {
     if (limits)
-        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, forSqlite(limits));
+        sqlite3_busy_handler(database.getHandle(), isWorthWaiting, limits);
     else
         database.setBusyTimeout(BusyTimeoutMilliseconds);
 }
 
 Result<std::unique_ptr<SQLite::Database>> CatalogueStore::openForWriting(const QString &path,
-                                                                         const WaitLimits *limits)
+                                                                         WaitLimits *limits)
 {
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
         return error(path, u"is not a file"_s);

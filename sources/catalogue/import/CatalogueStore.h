@@ -27,10 +27,9 @@ struct WaitLimits
 };
 
 /// Makes the folders too. A file of another program or version is refused.
-Result<std::unique_ptr<SQLite::Database>> openForWriting(const QString &path,
-                                                         const WaitLimits *limits = nullptr);
+Result<std::unique_ptr<SQLite::Database>> openForWriting(const QString &path, WaitLimits *limits = nullptr);
 /// Sets how long the connection waits for other writers from now on.
-void waitForWriters(SQLite::Database &database, const WaitLimits *limits);
+void waitForWriters(SQLite::Database &database, WaitLimits *limits);
 
 /// The error of an opened file that another program or version made; none for ours. Throws SQLite::Exception.
 std::optional<base::Error> refusal(SQLite::Database &database, const QString &path);

@@ -10,7 +10,7 @@ constexpr auto WriteLock = SQLite::TransactionBehavior::IMMEDIATE;
 } // namespace
 
 OwnCatalogue::OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
-                           const CatalogueStore::WaitLimits *limits)
+                           CatalogueStore::WaitLimits *limits)
     : m_database(std::move(database)),
       m_rows(*m_database),
       m_statements(*m_database),
@@ -19,7 +19,7 @@ OwnCatalogue::OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QSt
 {
 }
 
-Result<OwnCatalogue> OwnCatalogue::open(const QString &path, const CatalogueStore::WaitLimits *limits)
+Result<OwnCatalogue> OwnCatalogue::open(const QString &path, CatalogueStore::WaitLimits *limits)
 {
     Result<std::unique_ptr<SQLite::Database>> database = CatalogueStore::openForWriting(path, limits);
     if (!database)
@@ -32,21 +32,16 @@ base::Error OwnCatalogue::error(const SQLite::Exception &exception) const
     return CatalogueStore::error(m_path, exception);
 }
 
-OwnCatalogue::SourceState OwnCatalogue::stateOf(const QString &path, const QString &stamp)
+bool OwnCatalogue::isWhole(const QString &path, const QString &stamp)
 {
-    const auto isWhole =
-        m_statements.first("SELECT is_whole FROM source WHERE path = ? AND stamp = ?", path, stamp);
-    if (!isWhole)
-        return SourceState::Unknown;
-    return *isWhole != 0 ? SourceState::Whole : SourceState::Begun;
+    return m_statements.has("SELECT 1 FROM source WHERE path = ? AND stamp = ? AND is_whole", path, stamp);
 }
 
 bool OwnCatalogue::hasMember(const QString &path, qint64 member)
 {
-    return m_statements
-        .first("SELECT 1 FROM source s JOIN origin o ON o.source_id = s.id WHERE s.path = ? AND o.member = ?",
-               path, member)
-        .has_value();
+    return m_statements.has("SELECT 1 FROM source s JOIN origin o ON o.source_id = s.id"
+                            " WHERE s.path = ? AND o.member = ?",
+                            path, member);
 }
 
 OwnCatalogue::Entered OwnCatalogue::enter(const QList<SourceStep> &steps)
@@ -69,7 +64,7 @@ qint64 OwnCatalogue::sourceRow(const SourceStep &step)
     const auto known = m_statements.first("SELECT id FROM source WHERE path = ?", step.path);
     if (!known)
         return m_statements.insert("INSERT INTO source(path, stamp) VALUES(?, ?)", step.path, step.stamp);
-    if (!m_statements.first("SELECT 1 FROM source WHERE id = ? AND stamp = ?", *known, step.stamp)) {
+    if (!m_statements.has("SELECT 1 FROM source WHERE id = ? AND stamp = ?", *known, step.stamp)) {
         forgetOrigins(*known);
         m_statements.run("UPDATE source SET stamp = ?, is_whole = 0 WHERE id = ?", step.stamp, *known);
     }
@@ -78,8 +73,8 @@ qint64 OwnCatalogue::sourceRow(const SourceStep &step)
 
 void OwnCatalogue::enterSubtitle(qint64 source, const ReadSubtitle &subtitle, Entered &counts)
 {
-    if (m_statements.first("SELECT 1 FROM origin WHERE source_id = ? AND member = ?", source,
-                           subtitle.member)) {
+    if (m_statements.has("SELECT 1 FROM origin WHERE source_id = ? AND member = ?", source,
+                         subtitle.member)) {
         ++counts.duplicates;
         return;
     }

@@ -26,12 +26,6 @@ struct SourceStep
 class OwnCatalogue final
 {
 public:
-    enum class SourceState
-    {
-        Unknown, // new, or changed since
-        Begun,
-        Whole
-    };
     struct Entered
     {
         qint64 added = 0;
@@ -39,9 +33,10 @@ public:
     };
 
     /// `limits`, if any, must outlive the catalogue.
-    static Result<OwnCatalogue> open(const QString &path, const CatalogueStore::WaitLimits *limits = nullptr);
+    static Result<OwnCatalogue> open(const QString &path, CatalogueStore::WaitLimits *limits = nullptr);
 
-    SourceState stateOf(const QString &path, const QString &stamp);
+    /// Whether all of a source was entered in this state.
+    bool isWhole(const QString &path, const QString &stamp);
     bool hasMember(const QString &path, qint64 member);
     /// Whether the file at that path, or one below the folder, is a source.
     bool knowsBelow(const QString &path);
@@ -64,7 +59,7 @@ public:
 
 private:
     OwnCatalogue(std::unique_ptr<SQLite::Database> database, const QString &path,
-                 const CatalogueStore::WaitLimits *limits);
+                 CatalogueStore::WaitLimits *limits);
     void enterSubtitle(qint64 source, const ReadSubtitle &subtitle, Entered &counts);
     qint64 sourceRow(const SourceStep &step);
     QList<qint64> sourcesBelow(const QString &path, qint64 maxSources);
@@ -74,5 +69,5 @@ private:
     CatalogueRows m_rows; // these two are destroyed before the database is closed
     PreparedStatements m_statements;
     QString m_path;
-    const CatalogueStore::WaitLimits *m_waitLimits = nullptr;
+    CatalogueStore::WaitLimits *m_waitLimits = nullptr;
 };

@@ -8,18 +8,13 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 constexpr qsizetype MaxReleaseLength = 250;
-
-const QStringList &subtitleExtensions()
-{
-    static const QStringList list{u"srt"_s, u"ass"_s, u"ssa"_s, u"sub"_s,  u"vtt"_s,
-                                  u"smi"_s, u"txt"_s, u"mpl"_s, u"ttml"_s, u"dfxp"_s};
-    return list;
-}
 
 /// Maps English names to codes ("german" to "ger"), for languages with two-letter codes.
 const QHash<QString, QString> &languageNames()
@@ -55,13 +50,13 @@ QString languageOf(const QString &word)
     return LanguageCodes::shared().twoLetterCode(code).isEmpty() ? QString() : code;
 }
 
-QString withoutExtension(const QString &name)
+/// A name without ".gz", parted at its last dot; the extension is empty without one.
+std::pair<QString, QString> partedName(QString name)
 {
-    QString base = name;
-    if (base.endsWith(".gz"_L1, Qt::CaseInsensitive))
-        base.chop(3);
-    const qsizetype dot = base.lastIndexOf(u'.');
-    return dot > 0 ? base.left(dot) : base;
+    if (name.endsWith(".gz"_L1, Qt::CaseInsensitive))
+        name.chop(3);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? std::pair(name.left(dot), name.mid(dot + 1)) : std::pair(name, QString());
 }
 
 /// Removes one mark from the end of the base name and stores it.
@@ -96,21 +91,19 @@ QString wholeNameLanguage(const QString &base)
 
 QString nearestNamedFolder(const QStringList &folders)
 {
-    for (qsizetype i = folders.size() - 1; i >= 0; --i) {
-        if (!isSubtitleFolderName(folders[i]) && languageOf(folders[i]).isEmpty())
-            return folders[i];
-    }
-    return {};
+    const auto isNamed = [](const QString &folder) {
+        return !isSubtitleFolderName(folder) && languageOf(folder).isEmpty();
+    };
+    const auto found = std::find_if(folders.crbegin(), folders.crend(), isNamed);
+    return found == folders.crend() ? QString() : *found;
 }
 } // namespace
 
 bool isSubtitleFileName(const QString &name)
 {
-    QString base = name.toLower();
-    if (base.endsWith(".gz"_L1))
-        base.chop(3);
-    return !name.startsWith(u'.') && base.contains(u'.') &&
-           subtitleExtensions().contains(base.section(u'.', -1));
+    static const QStringList extensions{u"srt"_s, u"ass"_s, u"ssa"_s, u"sub"_s,  u"vtt"_s,
+                                        u"smi"_s, u"txt"_s, u"mpl"_s, u"ttml"_s, u"dfxp"_s};
+    return !name.startsWith(u'.') && extensions.contains(partedName(name).second.toLower());
 }
 
 bool isSubtitleFolderName(const QString &name)
@@ -125,7 +118,7 @@ SubtitleName subtitleName(const QString &path)
     QStringList folders = QString(path).replace(u'\\', u'/').split(u'/', Qt::SkipEmptyParts);
     if (folders.isEmpty())
         return {};
-    QString base = withoutExtension(folders.takeLast());
+    QString base = partedName(folders.takeLast()).first;
     SubtitleName said;
     said.videoNames += base;
     for (int i = 0; i < MaxMarks && takeMark(base, said); ++i)

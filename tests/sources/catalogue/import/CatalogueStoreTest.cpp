@@ -101,7 +101,7 @@ private Q_SLOTS:
         SQLite::Statement reading(*reader, "SELECT id FROM subtitle");
         QVERIFY(reading.executeStep());
         m_fixture->write(u"Harbour.Nights.2020.en.srt"_s, ImportFixture::cue(u"b"_s));
-        const CatalogueStore::WaitLimits endless{1h}; // this test would not end if the writer waited
+        CatalogueStore::WaitLimits endless{1h}; // this test would not end if the writer waited
         Result<OwnCatalogue> catalogue = OwnCatalogue::open(m_fixture->path(), &endless);
         QVERIFY(catalogue);
         CatalogueImport import(catalogue.value(), {}, [](const ImportCounts &) { return true; });
