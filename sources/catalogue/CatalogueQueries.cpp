@@ -141,53 +141,39 @@ QList<AnsweringTitle> titlesFor(PreparedStatements &statements, const TitleQuery
 }
 
 /// Reads as few pages as possible: of films without a subtitle in the language only the index by film and
-/// language, and of a series only the wanted episodes.
-std::string tablesInOrder(const QString &language, const TitleQuery &facts)
-{
-    if (language.isEmpty() || facts.season || facts.episode)
-        return " FROM film_title x CROSS JOIN film f ON f.id = x.film_id"
-               " CROSS JOIN subtitle s ON s.film_id = f.id WHERE x.title_id = ?1";
-    return " FROM film_title x CROSS JOIN subtitle s ON s.film_id = x.film_id"
-           " CROSS JOIN film f ON f.id = s.film_id WHERE x.title_id = ?1";
-}
-
-/// Year, season and episode of the text are part of the statement: a long series has more subtitles than are
-/// read, the wanted ones must be among them, and a missing episode is not answered with another one. The
-/// language is a separate condition, so that SQLite uses the index by film and language.
-SQLite::Statement entriesStatement(SQLite::Database &database, const QString &language,
-                                   const TitleQuery &facts)
+/// language, and of a series only the wanted episodes. Year, season and episode of the text are part of the
+/// statement: a long series has more subtitles than are read, the wanted ones must be among them, and a
+/// missing episode is not answered with another one. The language is a separate condition, so that SQLite
+/// uses the index by film and language.
+std::string entriesOfTitle(bool hasLanguage, bool hasEpisode)
 {
     std::string text = EntryColumns;
-    text.append(MainTitleOfFound).append(MainTitle).append(" END").append(tablesInOrder(language, facts));
-    if (!language.isEmpty())
+    text.append(MainTitleOfFound).append(MainTitle).append(" END FROM film_title x");
+    text += hasLanguage && !hasEpisode ? " CROSS JOIN subtitle s ON s.film_id = x.film_id"
+                                         " CROSS JOIN film f ON f.id = s.film_id"
+                                       : " CROSS JOIN film f ON f.id = x.film_id"
+                                         " CROSS JOIN subtitle s ON s.film_id = f.id";
+    text += " WHERE x.title_id = ?1";
+    if (hasLanguage)
         text += " AND s.language = ?2";
     text += " AND (?4 IS NULL OR f.season IS NULL OR f.season = ?4)"
             " AND (?5 IS NULL OR f.episode IS NULL OR f.episode = ?5)"
             " ORDER BY (?6 IS NOT NULL AND f.year IS ?6) DESC, s.downloads DESC, s.id LIMIT ?3";
-    SQLite::Statement statement(database, text);
-    if (!language.isEmpty())
-        statement.bind(2, language.toStdString());
-    statement.bind(3, CatalogueQueries::MaxEntries);
-    int place = 3;
-    for (const std::optional<int> &fact : {facts.season, facts.episode, facts.year}) {
-        ++place;
-        if (fact)
-            statement.bind(place, *fact);
-    }
-    return statement;
+    return text;
 }
 
 QList<CatalogueEntry> entriesOfTitles(SQLite::Database &database, const QList<AnsweringTitle> &titles,
                                       const QString &language, const TitleQuery &facts)
 {
-    SQLite::Statement statement = entriesStatement(database, language, facts);
+    const std::string text = entriesOfTitle(!language.isEmpty(), facts.season || facts.episode);
+    PreparedStatements statements(database);
     QList<CatalogueEntry> entries;
     QSet<qint64> seen; // a film with several titles occurs several times, by its closest first
     for (const AnsweringTitle &title : titles) {
-        statement.reset();
-        statement.bind(1, static_cast<int64_t>(title.id));
-        while (statement.executeStep()) {
-            const CatalogueEntry entry = entryFrom(statement);
+        const auto row = statements.use(text.c_str(), title.id, language, CatalogueQueries::MaxEntries,
+                                        facts.season, facts.episode, facts.year);
+        while (row->executeStep()) {
+            const CatalogueEntry entry = entryFrom(*row);
             if (seen.contains(entry.id))
                 continue;
             seen += entry.id;
@@ -211,23 +197,19 @@ void preferYear(QList<CatalogueEntry> &entries, std::optional<int> year)
 QList<CatalogueEntry> CatalogueQueries::forVideo(SQLite::Database &database, qint64 size, const QString &hash,
                                                  const QString &language)
 {
-    SQLite::Statement statement(database,
-                                std::string(EntryColumns) + MainTitle +
-                                    ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2)"
-                                    " AS is_exact"
-                                    " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
-                                    " (SELECT m.film_id FROM video v JOIN subtitle m ON m.id = v.subtitle_id"
-                                    "  WHERE v.hash = ?1 AND v.size = ?2)"
-                                    " AND (?3 = '' OR s.language = ?3)"
-                                    " ORDER BY is_exact DESC, s.downloads DESC, s.id LIMIT ?4");
-    statement.bind(1, hash.toStdString());
-    statement.bind(2, static_cast<int64_t>(size));
-    statement.bind(3, language.toStdString());
-    statement.bind(4, MaxEntries);
+    static const std::string text =
+        std::string(EntryColumns) + MainTitle +
+        ", s.id IN (SELECT subtitle_id FROM video WHERE hash = ?1 AND size = ?2) AS is_exact"
+        " FROM film f JOIN subtitle s ON s.film_id = f.id WHERE f.id IN"
+        " (SELECT m.film_id FROM video v JOIN subtitle m ON m.id = v.subtitle_id"
+        "  WHERE v.hash = ?1 AND v.size = ?2)"
+        " AND (?3 = '' OR s.language = ?3) ORDER BY is_exact DESC, s.downloads DESC, s.id LIMIT ?4";
+    PreparedStatements statements(database);
+    const auto row = statements.use(text.c_str(), hash, size, language, MaxEntries);
     QList<CatalogueEntry> entries;
-    while (statement.executeStep()) {
-        CatalogueEntry entry = entryFrom(statement);
-        entry.subtitle.matchesHash = statement.getColumn(15).getInt() != 0;
+    while (row->executeStep()) {
+        CatalogueEntry entry = entryFrom(*row);
+        entry.subtitle.matchesHash = row->getColumn(15).getInt() != 0;
         entries += entry;
     }
     return entries;

@@ -18,15 +18,11 @@ namespace
 {
 constexpr std::size_t BlockBytes = 64ULL * 1024;
 
-struct ArchiveCloser
-{
-    void operator()(archive *reader) const { archive_read_free(reader); }
-};
-using Reader = std::unique_ptr<archive, ArchiveCloser>;
+using Reader = std::unique_ptr<archive, int (*)(archive *)>;
 
 Reader newReader()
 {
-    Reader reader(archive_read_new());
+    Reader reader(archive_read_new(), archive_read_free);
     archive_read_support_filter_gzip(reader.get());
     archive_read_support_filter_bzip2(reader.get());
     archive_read_support_filter_xz(reader.get());
@@ -51,12 +47,6 @@ QString pathOf(archive_entry *entry)
     const char *utf8 = archive_entry_pathname_utf8(entry);
     const char *path = utf8 ? utf8 : archive_entry_pathname(entry);
     return QString::fromUtf8(path ? path : "").replace(u'\\', u'/');
-}
-
-/// Whether the part that was read is encrypted, perhaps including the list of members.
-bool isLocked(archive *reader)
-{
-    return archive_read_has_encrypted_entries(reader) > 0;
 }
 
 /// Reads the current entry; none when it cannot be read. Reads at most one byte more than `limit`, which
@@ -142,21 +132,19 @@ ArchiveMembers::End ArchiveMembers::visit(const QString &archive, const Visitor 
         if (status == ARCHIVE_EOF)
             return end;
         if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
-            return isLocked(reader.get()) ? End::Locked : faultOf(reader.get());
+            return archive_read_has_encrypted_entries(reader.get()) > 0 ? End::Locked : faultOf(reader.get());
         const bool isStated = archive_entry_size_is_set(entry) != 0;
         const qint64 stated = isStated ? archive_entry_size(entry) : 0;
         if (!allowance.take(stated) || !allowance.covers(reader.get()))
             return End::TooLarge;
         const QString path = pathOf(entry);
-        if (archive_entry_filetype(entry) != AE_IFREG || !visitor.isWanted(number, path)) {
-            if (!isStated && !passRest(reader.get(), allowance))
-                return End::TooLarge;
-            if (!visitor.passOver())
-                return End::Stopped;
-            continue;
-        }
-        if (archive_entry_is_data_encrypted(entry)) {
+        const bool isWanted = archive_entry_filetype(entry) == AE_IFREG && visitor.isWanted(number, path);
+        const bool isEncrypted = isWanted && archive_entry_is_data_encrypted(entry) != 0;
+        if (isEncrypted)
             end = End::Locked;
+        if (!isWanted && !isStated && !passRest(reader.get(), allowance))
+            return End::TooLarge;
+        if (!isWanted || isEncrypted) {
             if (!visitor.passOver())
                 return End::Stopped;
             continue;

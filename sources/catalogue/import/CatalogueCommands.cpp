@@ -119,73 +119,68 @@ Result<QList<SubtitlePtr>> found(const CatalogueOptions &options, const QString 
     return ranked(rows, words, RankingPreferences());
 }
 
-/// Removes in batches, and stops between two of them when the person asks to; returns whether all are gone.
-bool removeAll(OwnCatalogue &catalogue, const QString &path, qint64 &removed)
+/// Opens the catalogue for `work`, and prints what keeps either from its end.
+int writing(const CatalogueOptions &options, const std::function<int(OwnCatalogue &)> &work)
 {
-    constexpr qint64 BatchSources = 500;
-    while (!interrupted) {
-        const qint64 count = catalogue.removeBelow(path, BatchSources);
-        removed += count;
-        if (count < BatchSources)
-            return true;
+    Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
+    if (!catalogue)
+        return failed(catalogue.error());
+    try {
+        return work(catalogue.value());
+    } catch (const SQLite::Exception &exception) {
+        return failed(catalogue.value().error(exception));
     }
-    return false;
 }
 
-/// Opens a catalogue that must exist.
-Result<OwnCatalogue> openExisting(const QString &path)
+/// Removes in batches, and stops between two of them when the person asks to.
+int removeAll(OwnCatalogue &catalogue, const QStringList &paths)
 {
-    if (!QFileInfo::exists(path))
-        return CatalogueStore::error(path, u"there is no catalogue yet"_s);
-    return OwnCatalogue::open(path);
+    constexpr qint64 BatchSources = 500;
+    for (const QString &path : paths) {
+        const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+        qint64 removed = 0;
+        qint64 last = BatchSources;
+        for (; !interrupted && last == BatchSources; removed += last)
+            last = catalogue.removeBelow(absolute, BatchSources);
+        std::cout << removed << " removed: " << shown(absolute) << '\n';
+        if (last == BatchSources)
+            return Interrupted;
+    }
+    catalogue.checkpoint();
+    return Success;
 }
 } // namespace
 
 int CatalogueCommands::add(const CatalogueOptions &options)
 {
-    Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
-    if (!catalogue)
-        return failed(catalogue.error());
-    listenForInterrupts();
-    ImportProgress progress(options.isQuiet);
-    CatalogueImport import(catalogue.value(), options.language, [&](const ImportCounts &counts) {
-        progress.show(counts);
-        return !interrupted;
-    });
-    for (const QString &path : options.arguments) {
-        const Result<CatalogueImport::End> end = import.add(path);
-        if (!end)
-            return failed(end.error());
-        if (*end == CatalogueImport::End::Stopped) {
-            progress.end(import.counts());
-            std::cerr << "Stopped. The same command goes on from here.\n";
-            return Interrupted;
+    return writing(options, [&](OwnCatalogue &catalogue) {
+        listenForInterrupts();
+        ImportProgress progress(options.isQuiet);
+        CatalogueImport import(catalogue, options.language, [&](const ImportCounts &counts) {
+            progress.show(counts);
+            return !interrupted;
+        });
+        for (const QString &path : options.arguments) {
+            const Result<CatalogueImport::End> end = import.add(path);
+            if (!end)
+                return failed(end.error());
+            if (*end == CatalogueImport::End::Stopped) {
+                progress.end(import.counts());
+                std::cerr << "Stopped. The same command goes on from here.\n";
+                return Interrupted;
+            }
         }
-    }
-    progress.end(import.counts());
-    return import.counts().refused == 0 ? Success : Failure;
+        progress.end(import.counts());
+        return import.counts().refused == 0 ? Success : Failure;
+    });
 }
 
 int CatalogueCommands::remove(const CatalogueOptions &options)
 {
-    Result<OwnCatalogue> catalogue = OwnCatalogue::open(options.path);
-    if (!catalogue)
-        return failed(catalogue.error());
-    listenForInterrupts();
-    for (const QString &path : options.arguments) {
-        const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-        qint64 removed = 0;
-        try {
-            const bool isDone = removeAll(catalogue.value(), absolute, removed);
-            std::cout << removed << " removed: " << shown(absolute) << '\n';
-            if (!isDone)
-                return Interrupted;
-        } catch (const SQLite::Exception &exception) {
-            return failed(catalogue.value().error(exception));
-        }
-    }
-    catalogue.value().checkpoint();
-    return Success;
+    return writing(options, [&](OwnCatalogue &catalogue) {
+        listenForInterrupts();
+        return removeAll(catalogue, options.arguments);
+    });
 }
 
 int CatalogueCommands::list(const CatalogueOptions &options)
@@ -230,21 +225,21 @@ int CatalogueCommands::stats(const CatalogueOptions &options)
         printRow(row);
     if (!options.checks)
         return Success;
-    Result<OwnCatalogue> catalogue = openExisting(options.path);
-    if (!catalogue)
-        return failed(catalogue.error());
-    const QStringList faults = catalogue.value().faults();
-    for (const QString &fault : faults)
-        printRow({u"fault"_s, fault});
-    std::cout << "check\t" << (faults.isEmpty() ? "sound" : "damaged") << '\n';
-    return faults.isEmpty() ? Success : Failure;
+    return writing(options, [](OwnCatalogue &catalogue) {
+        const QStringList faults = catalogue.faults();
+        for (const QString &fault : faults)
+            printRow({u"fault"_s, fault});
+        std::cout << "check\t" << (faults.isEmpty() ? "sound" : "damaged") << '\n';
+        return faults.isEmpty() ? Success : Failure;
+    });
 }
 
 int CatalogueCommands::vacuum(const CatalogueOptions &options)
 {
-    Result<OwnCatalogue> catalogue = openExisting(options.path);
-    if (!catalogue)
-        return failed(catalogue.error());
-    const Result<void> done = catalogue.value().vacuum();
-    return done ? Success : failed(done.error());
+    if (!QFileInfo::exists(options.path))
+        return failed(CatalogueStore::error(options.path, u"there is no catalogue yet"_s));
+    return writing(options, [](OwnCatalogue &catalogue) {
+        const Result<void> done = catalogue.vacuum();
+        return done ? Success : failed(done.error());
+    });
 }

@@ -108,14 +108,12 @@ base::Error CatalogueStore::error(const QString &path, const SQLite::Exception &
 
 std::optional<base::Error> CatalogueStore::refusal(SQLite::Database &database, const QString &path)
 {
-    switch (CatalogueSchema::ownerOf(database)) {
-    case CatalogueSchema::Owner::OtherProgram:
+    using enum CatalogueSchema::Owner;
+    const CatalogueSchema::Owner owner = CatalogueSchema::ownerOf(database);
+    if (owner == OtherProgram)
         return error(path, u"is not a subtitle catalogue"_s, CatalogueFailure::Damaged);
-    case CatalogueSchema::Owner::OtherVersion:
+    if (owner == OtherVersion)
         return error(path, u"was made by another version of Plovendix"_s, CatalogueFailure::OtherVersion);
-    case CatalogueSchema::Owner::Ours:
-        break;
-    }
     return std::nullopt;
 }
 

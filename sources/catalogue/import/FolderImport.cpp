@@ -31,10 +31,8 @@ struct FolderImport::Run
     }
 };
 
-FolderImport::FolderImport(const QString &catalogue) : FolderImport(catalogue, Options()) {}
-
-FolderImport::FolderImport(const QString &catalogue, const Options &options)
-    : m_catalogue(catalogue), m_options(options)
+FolderImport::FolderImport(const QString &catalogue, const FolderImportTimes &times)
+    : m_catalogue(catalogue), m_times(times)
 {
 }
 
@@ -43,7 +41,7 @@ FolderImport::~FolderImport()
     if (!m_run)
         return;
     m_run->job.stop();
-    if (m_end.wait_for(m_options.stopTimeout) == std::future_status::ready)
+    if (m_end.wait_for(m_times.stopTimeout) == std::future_status::ready)
         m_thread.join();
     else
         m_thread.detach();
@@ -57,7 +55,7 @@ void FolderImport::start(const QString &folder)
     m_state = {};
     m_state.phase = FolderImportState::Phase::Counting;
     m_state.folder = folder;
-    m_run.reset(new Run{{m_catalogue, folder, m_options.writerTimeout}, {}, m_state});
+    m_run.reset(new Run{{m_catalogue, folder, m_times.writerTimeout}, {}, m_state});
     std::packaged_task<void()> work([run = m_run] { run->work(); });
     m_end = work.get_future();
     m_thread = std::thread(std::move(work));
@@ -77,7 +75,7 @@ void FolderImport::stop()
 
 void FolderImport::lookLater()
 {
-    MainQueue::shared().asyncAfter(m_options.interval, [self = QPointer(this)] {
+    MainQueue::shared().asyncAfter(m_times.interval, [self = QPointer(this)] {
         if (self)
             self->look();
     });

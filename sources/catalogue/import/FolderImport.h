@@ -5,20 +5,19 @@
 #include <future>
 #include <thread>
 
+struct FolderImportTimes
+{
+    std::chrono::milliseconds interval{50};          // between two looks at the thread's progress
+    std::chrono::milliseconds writerTimeout{30'000}; // the longest wait for another writer
+    std::chrono::milliseconds stopTimeout{5000};
+};
+
 /// Adds folders to a catalogue on a thread, as `plovendix-catalogue add` does: an interrupted import
 /// continues, and an unchanged folder changes nothing. Main thread only.
 class FolderImport final : public FolderImporting
 {
 public:
-    struct Options
-    {
-        std::chrono::milliseconds interval{50};          // between two looks at the thread's progress
-        std::chrono::milliseconds writerTimeout{30'000}; // the longest wait for another writer
-        std::chrono::milliseconds stopTimeout{5000};
-    };
-
-    explicit FolderImport(const QString &catalogue);
-    FolderImport(const QString &catalogue, const Options &options);
+    explicit FolderImport(const QString &catalogue, const FolderImportTimes &times = {});
     /// Stops a running import and waits for its end, at most for `stopTimeout`. A thread that is stuck, for
     /// example on a network disk, is detached.
     ~FolderImport() override;
@@ -33,7 +32,7 @@ private:
     void look();
 
     const QString m_catalogue;
-    const Options m_options;
+    const FolderImportTimes m_times;
     FolderImportState m_state;
     std::shared_ptr<Run> m_run; // shared with the thread, which may outlive this object
     std::thread m_thread;

@@ -150,13 +150,9 @@ Result<void> OwnCatalogue::vacuum()
 {
     if (const QStringList found = faults(); !found.isEmpty())
         return CatalogueStore::error(m_path, u"is damaged: "_s + found.first(), CatalogueFailure::Damaged);
-    try {
-        m_database->exec("INSERT INTO title_words(title_words) VALUES('optimize')");
-        m_database->exec("VACUUM");
-        m_database->exec("ANALYZE");
-    } catch (const SQLite::Exception &exception) {
-        return error(exception);
-    }
+    m_database->exec("INSERT INTO title_words(title_words) VALUES('optimize')");
+    m_database->exec("VACUUM");
+    m_database->exec("ANALYZE");
     checkpoint();
     return {};
 }

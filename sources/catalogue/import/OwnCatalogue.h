@@ -22,7 +22,7 @@ struct SourceStep
 
 /// The person's own catalogue, opened for writing. Every function is one transaction: after a kill the file
 /// holds the result of the last finished one, and repeating a function changes nothing. Functions throw
-/// SQLite::Exception where they do not return a Result. One thread.
+/// SQLite::Exception. One thread.
 class OwnCatalogue final
 {
 public:

@@ -23,10 +23,10 @@ class FolderImportTest final : public QObject
     QList<FolderImportState> m_states; // those that were told, on the main thread
 
     const FolderImportState &state() const { return m_import->state(); }
-    void start(const FolderImport::Options &options = {0ms, 30s, 5s})
+    void start(const FolderImportTimes &times = {0ms, 30s, 5s})
     {
         m_states.clear();
-        m_import = std::make_unique<FolderImport>(m_fixture->path(), options);
+        m_import = std::make_unique<FolderImport>(m_fixture->path(), times);
         connect(m_import.get(), &FolderImporting::changed, this, [this] {
             QVERIFY(MainQueue::isMainThread());
             m_states += m_import->state();
