@@ -250,19 +250,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("sentence");
-        QTest::newRow("page") << u"deep/page.srt"_s << QByteArray("<!doctype html><html></html>")
-                              << u"“deep/page.srt” is no subtitle."_s;
-        QTest::newRow("large") << u"large.srt"_s << QByteArray(9 * 1024 * 1024, 'x')
-                               << u"“large.srt” is too large for a subtitle."_s;
-        QTest::newRow("packed") << u"packed.srt"_s << QByteArray("7z\xbc\xaf\x27\x1c and no more of it")
-                                << u"“packed.srt” cannot be unpacked."_s;
-        QTest::newRow("archive") << u"more.zip"_s << QByteArray("no archive")
-                                 << u"“more.zip” is damaged or of an unknown kind."_s;
-        QTest::newRow("long name") << QString(100, u'a') + QString(100, u'b') + u".srt"_s << QByteArray("no")
-                                   << u"“%1…%2.srt” is no subtitle."_s.arg(QString(30, u'a'),
-                                                                           QString(26, u'b'));
-        QTest::newRow("lines") << u"two\nlines.srt"_s << QByteArray("no")
-                               << u"“two lines.srt” is no subtitle."_s;
+        const auto row = [](const QString &name, const QByteArray &content, const QString &sentence) {
+            QTest::newRow(qPrintable(sentence)) << name << content << sentence;
+        };
+        row(u"deep/page.srt"_s, "<!doctype html><html></html>", u"“deep/page.srt” is no subtitle."_s);
+        row(u"large.srt"_s, QByteArray(9 * 1024 * 1024, 'x'), u"“large.srt” is too large for a subtitle."_s);
+        row(u"packed.srt"_s, "7z\xbc\xaf\x27\x1c and no more of it", u"“packed.srt” cannot be unpacked."_s);
+        row(u"more.zip"_s, "no archive", u"“more.zip” is damaged or of an unknown kind."_s);
+        row(QString(100, u'a') + QString(100, u'b') + u".srt"_s, "no",
+            u"“%1…%2.srt” is no subtitle."_s.arg(QString(30, u'a'), QString(26, u'b')));
+        row(u"two\nlines.srt"_s, "no", u"“two lines.srt” is no subtitle."_s);
     }
     void firstRefusalIsASentence()
     {
