@@ -166,9 +166,8 @@ private:
     // The search (MainViewControllerSearch.cpp).
     void beginQuery(QList<Arg> args, Search search);
     void finishQuery(const Search &search, const Result<QueryResult> &result);
+    void showOutcome(const Search &search, const Result<QueryResult> &result);
     void endQuery(const Search &search);
-    /// Queues a block that runs on the main queue unless the search has been cancelled by then.
-    void unlessCancelled(const Search &search, std::function<void()> block);
     void revealCancelButton();
     void showResults(const Search &search);
     void searchForWordsOf(const QUrl &url, const SearchLanguage &language);

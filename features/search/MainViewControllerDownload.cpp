@@ -78,10 +78,11 @@ void MainViewController::cancelDownload(QObject *)
 void MainViewController::finishDownload(const Download &download, const Result<QUrl> &result)
 {
     if (result)
-        deliverDownloadedSubtitle(download, *result);
-    else
-        unlessCancelled(download, [this, error = result.error()] { presentErrorOnWindow(error); });
-    unlessCancelled(download, [this] { setIsDownloading(false); });
+        return deliverDownloadedSubtitle(download, *result);
+    unlessCancelled(download, [this, error = result.error()] {
+        presentErrorOnWindow(error);
+        setIsDownloading(false);
+    });
 }
 
 void MainViewController::deliverDownloadedSubtitle(const Download &download, const QUrl &file)
@@ -94,13 +95,16 @@ void MainViewController::deliverDownloadedSubtitle(const Download &download, con
         if (sent && *sent) {
             unlessCancelled(download, [this, name = request->name] {
                 showDelivered(String::fill(String::localize(u"Sent to %@"_s), {name}), std::nullopt);
+                setIsDownloading(false);
             });
             return;
         }
     }
     const auto suggestedName = suggestedFileName(currentFileURL.value(), *download.subtitle);
-    unlessCancelled(download,
-                    [this, panel, suggestedName, file] { presentSavePanel(panel, suggestedName, file); });
+    unlessCancelled(download, [this, panel, suggestedName, file] {
+        presentSavePanel(panel, suggestedName, file);
+        setIsDownloading(false);
+    });
 }
 
 Result<bool> MainViewController::sendSubtitleToExternalApp(const Download &download, const QUrl &file,

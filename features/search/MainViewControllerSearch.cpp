@@ -78,34 +78,29 @@ void MainViewController::beginQuery(QList<Arg> args, Search search)
 /// Runs on the service's thread: stores the results here and changes views on the main queue.
 void MainViewController::finishQuery(const Search &search, const Result<QueryResult> &result)
 {
-    if (result) {
+    if (result)
         subtitles.store(result->subtitles);
-        unlessCancelled(search, [this, search] {
-            showResults(search); // which may ask the next query
-            endQuery(search);
-        });
-    } else {
-        const QString description = result.error().localizedDescription;
-        printLine(u"Error: "_s + description);
-        unlessCancelled(search, [this, search, description] {
-            endQuery(search);
-            presentError(base::Error{QString(), SearchErrorCode, description});
-        });
-    }
-    // Queued after the step above, so it also runs after a fallback search that the step has started, and
-    // sets `isSearching` back while that one is still under way.
-    unlessCancelled(search, [this] {
-        setIsSearching(false);
-        revealCancelButton();
+    else
+        printLine(u"Error: "_s + result.error().localizedDescription);
+    MainQueue::shared().async([weak = weakSelf(), search, result] {
+        const auto self = weak.lock();
+        if (self && search.number > self->m_lastCancelledQuery)
+            self->showOutcome(search, result);
     });
 }
 
-void MainViewController::unlessCancelled(const Search &search, std::function<void()> block)
+void MainViewController::showOutcome(const Search &search, const Result<QueryResult> &result)
 {
-    MainQueue::shared().async([weak = weakSelf(), number = search.number, run = std::move(block)] {
-        if (const auto self = weak.lock(); self && number > self->m_lastCancelledQuery)
-            run();
-    });
+    if (result) {
+        showResults(search); // which may ask the next query
+        endQuery(search);
+    } else {
+        endQuery(search);
+        presentError(base::Error{QString(), SearchErrorCode, result.error().localizedDescription});
+    }
+    // Also after a fallback search that has just begun: `isSearching` is set back while it is under way.
+    setIsSearching(false);
+    revealCancelButton();
 }
 
 void MainViewController::endQuery(const Search &search)
