@@ -22,11 +22,6 @@ ui::Window *WindowController::window()
     return m_window.get();
 }
 
-bool WindowController::isWindowLoaded() const
-{
-    return m_window != nullptr;
-}
-
 void WindowController::showWindow(QObject *)
 {
     window()->makeKeyAndOrderFront();

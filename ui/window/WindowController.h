@@ -19,7 +19,7 @@ public:
 
     /// The window, made by `loadWindow` and prepared by `windowDidLoad` on first use.
     ui::Window *window();
-    bool isWindowLoaded() const;
+    bool isWindowLoaded() const { return m_window != nullptr; }
     void showWindow(QObject *sender = nullptr);
 
     std::shared_ptr<ViewController> contentViewController() const;

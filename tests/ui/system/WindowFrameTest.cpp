@@ -49,30 +49,33 @@ private Q_SLOTS:
         QTest::addColumn<QPoint>("point");
         QTest::addColumn<int>("margin");
         QTest::addColumn<Qt::Edges>("edges");
-        const auto row = [](const char *name, const QPoint &point, int margin, Qt::Edges edges) {
-            QTest::newRow(name) << point << margin << edges;
+        QTest::addColumn<Qt::CursorShape>("cursor");
+        const auto row = [](const char *name, const QPoint &point, int margin, Qt::Edges edges,
+                            Qt::CursorShape cursor) {
+            QTest::newRow(name) << point << margin << edges << cursor;
         };
         // The window is 816 × 696: a frame of 760 × 640 inside a margin of 28, or all frame.
-        row("left", {24, 300}, 28, Qt::LeftEdge);
-        row("left, the outermost point", {20, 300}, 28, Qt::LeftEdge);
-        row("beyond the left zone", {19, 300}, 28, {});
-        row("the frame itself", {28, 300}, 28, {});
-        row("right", {788, 300}, 28, Qt::RightEdge);
-        row("right, the outermost point", {795, 300}, 28, Qt::RightEdge);
-        row("beyond the right zone", {796, 300}, 28, {});
-        row("top", {400, 22}, 28, Qt::TopEdge);
-        row("bottom", {400, 670}, 28, Qt::BottomEdge);
-        row("corner", {24, 24}, 28, Qt::LeftEdge | Qt::TopEdge);
-        row("top near the left corner", {40, 24}, 28, Qt::LeftEdge | Qt::TopEdge);
-        row("left near the bottom corner", {24, 660}, 28, Qt::LeftEdge | Qt::BottomEdge);
-        row("right near the top corner", {790, 30}, 28, Qt::RightEdge | Qt::TopEdge);
-        row("bottom near the right corner", {780, 672}, 28, Qt::RightEdge | Qt::BottomEdge);
-        row("square: left", {4, 300}, 0, Qt::LeftEdge);
-        row("square: inside", {5, 300}, 0, {});
-        row("square: right", {811, 300}, 0, Qt::RightEdge);
-        row("square: inside the right", {810, 300}, 0, {});
-        row("square: corner", {0, 0}, 0, Qt::LeftEdge | Qt::TopEdge);
-        row("square: outside", {-1, 300}, 0, {});
+        row("left", {24, 300}, 28, Qt::LeftEdge, Qt::SizeHorCursor);
+        row("left, the outermost point", {20, 300}, 28, Qt::LeftEdge, Qt::SizeHorCursor);
+        row("beyond the left zone", {19, 300}, 28, {}, Qt::ArrowCursor);
+        row("the frame itself", {28, 300}, 28, {}, Qt::ArrowCursor);
+        row("right", {788, 300}, 28, Qt::RightEdge, Qt::SizeHorCursor);
+        row("right, the outermost point", {795, 300}, 28, Qt::RightEdge, Qt::SizeHorCursor);
+        row("beyond the right zone", {796, 300}, 28, {}, Qt::ArrowCursor);
+        row("top", {400, 22}, 28, Qt::TopEdge, Qt::SizeVerCursor);
+        row("bottom", {400, 670}, 28, Qt::BottomEdge, Qt::SizeVerCursor);
+        row("corner", {24, 24}, 28, Qt::LeftEdge | Qt::TopEdge, Qt::SizeFDiagCursor);
+        row("top near the left corner", {40, 24}, 28, Qt::LeftEdge | Qt::TopEdge, Qt::SizeFDiagCursor);
+        row("left near the bottom corner", {24, 660}, 28, Qt::LeftEdge | Qt::BottomEdge, Qt::SizeBDiagCursor);
+        row("right near the top corner", {790, 30}, 28, Qt::RightEdge | Qt::TopEdge, Qt::SizeBDiagCursor);
+        row("bottom near the right corner", {780, 672}, 28, Qt::RightEdge | Qt::BottomEdge,
+            Qt::SizeFDiagCursor);
+        row("square: left", {4, 300}, 0, Qt::LeftEdge, Qt::SizeHorCursor);
+        row("square: inside", {5, 300}, 0, {}, Qt::ArrowCursor);
+        row("square: right", {811, 300}, 0, Qt::RightEdge, Qt::SizeHorCursor);
+        row("square: inside the right", {810, 300}, 0, {}, Qt::ArrowCursor);
+        row("square: corner", {0, 0}, 0, Qt::LeftEdge | Qt::TopEdge, Qt::SizeFDiagCursor);
+        row("square: outside", {-1, 300}, 0, {}, Qt::ArrowCursor);
     }
 
     void edgesAreWhereTheyAreGrabbed()
@@ -80,7 +83,9 @@ private Q_SLOTS:
         QFETCH(QPoint, point);
         QFETCH(int, margin);
         QFETCH(Qt::Edges, edges);
+        QFETCH(Qt::CursorShape, cursor);
         QCOMPARE(WindowFrame::edgesAt(point, {816, 696}, margin), edges);
+        QCOMPARE(WindowFrame::cursorFor(edges), cursor);
     }
 
     void grabZoneIsEveryPlaceWithAnEdge_data()
@@ -100,28 +105,6 @@ private Q_SLOTS:
             for (int x = 0; x < size.width(); ++x)
                 QCOMPARE(zone.contains(QPoint(x, y)), bool(WindowFrame::edgesAt({x, y}, size, margin)));
         }
-    }
-
-    void cursorPointsTheWayOfTheEdges_data()
-    {
-        QTest::addColumn<Qt::Edges>("edges");
-        QTest::addColumn<Qt::CursorShape>("shape");
-        QTest::newRow("none") << Qt::Edges() << Qt::ArrowCursor;
-        QTest::newRow("left") << Qt::Edges(Qt::LeftEdge) << Qt::SizeHorCursor;
-        QTest::newRow("right") << Qt::Edges(Qt::RightEdge) << Qt::SizeHorCursor;
-        QTest::newRow("top") << Qt::Edges(Qt::TopEdge) << Qt::SizeVerCursor;
-        QTest::newRow("bottom") << Qt::Edges(Qt::BottomEdge) << Qt::SizeVerCursor;
-        QTest::newRow("top left") << (Qt::TopEdge | Qt::LeftEdge) << Qt::SizeFDiagCursor;
-        QTest::newRow("bottom right") << (Qt::BottomEdge | Qt::RightEdge) << Qt::SizeFDiagCursor;
-        QTest::newRow("top right") << (Qt::TopEdge | Qt::RightEdge) << Qt::SizeBDiagCursor;
-        QTest::newRow("bottom left") << (Qt::BottomEdge | Qt::LeftEdge) << Qt::SizeBDiagCursor;
-    }
-
-    void cursorPointsTheWayOfTheEdges()
-    {
-        QFETCH(Qt::Edges, edges);
-        QFETCH(Qt::CursorShape, shape);
-        QCOMPARE(WindowFrame::cursorFor(edges), shape);
     }
 };
 

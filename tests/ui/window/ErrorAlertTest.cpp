@@ -11,7 +11,6 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QScreen>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -143,24 +142,6 @@ private Q_SLOTS:
         QApplication::exec(); // would not return either
         QVERIFY(returned);
         QCOMPARE(person.alertsSeen(), 1);
-    }
-
-    void blocksWaitWhileAnAlertOfABlockIsShown()
-    {
-        QStringList order;
-        AlertAnswerer person([&](QMessageBox &alert) {
-            // On a later turn, so that a block that did not wait would have run.
-            QTimer::singleShot(0, &alert, [&alert, &order] {
-                order += u"answered"_s;
-                alert.close();
-            });
-        });
-        MainQueue::shared().async([&] {
-            showErrorAlert(errorSaying(u"Failed"_s), nullptr);
-            order += u"returned"_s;
-        });
-        MainQueue::shared().async([&] { order += u"next block"_s; });
-        QTRY_COMPARE(order, QStringList({u"answered"_s, u"returned"_s, u"next block"_s}));
     }
 
     void controllerPresentsOverItsWindowOrWithout()

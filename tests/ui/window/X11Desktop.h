@@ -167,20 +167,15 @@ private:
         }
     }
 
+    /// Grants the request. Its fields that are not asked for hold the present geometry.
     void configure(const xcb_configure_request_event_t &wish)
     {
-        const quint16 mask = wish.value_mask & (XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
-                                                XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT);
-        std::vector<quint32> values;
-        if (mask & XCB_CONFIG_WINDOW_X)
-            values.push_back(static_cast<quint32>(wish.x));
-        if (mask & XCB_CONFIG_WINDOW_Y)
-            values.push_back(static_cast<quint32>(wish.y));
-        if (mask & XCB_CONFIG_WINDOW_WIDTH)
-            values.push_back(wish.width);
-        if (mask & XCB_CONFIG_WINDOW_HEIGHT)
-            values.push_back(wish.height);
-        xcb_configure_window(m_connection, wish.window, mask, values.data());
+        const quint32 values[]{static_cast<quint32>(wish.x), static_cast<quint32>(wish.y), wish.width,
+                               wish.height};
+        xcb_configure_window(m_connection, wish.window,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT,
+                             values);
     }
 
     void note(const xcb_client_message_event_t &message)
