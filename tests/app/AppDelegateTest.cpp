@@ -2,7 +2,6 @@
 #include <base/Bundle.h>
 #include <base/UserDefaults.h>
 #include <base/ValueTransformer.h>
-#include <base/Workspace.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 #include <ui/system/URLEventCentre.h>
@@ -10,21 +9,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-class NotingWorkspace final : public Workspace
-{
-public:
-    QList<QUrl> opened;
-
-    bool openURL(const QUrl &url) override
-    {
-        opened += url;
-        return false;
-    }
-};
-} // namespace
 
 class AppDelegateTest : public QObject
 {
@@ -86,15 +70,6 @@ private Q_SLOTS:
         QCOMPARE(obtained, 0);
         delegate.applicationDidFinishLaunching();
         QCOMPARE(obtained, 1);
-    }
-
-    void visitsTheWebsiteWhetherOrNotItOpens()
-    {
-        const auto workspace = std::make_shared<NotingWorkspace>();
-        Workspace::setSharedWorkspace(workspace);
-        AppDelegate().visitQuorvane(nullptr);
-        Workspace::setSharedWorkspace({});
-        QCOMPARE(workspace->opened, QList<QUrl>{QUrl(u"https://www.quorvane.example/"_s)});
     }
 
     void describesTheProgramInFeedbackReports()

@@ -94,18 +94,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("title");
         QTest::newRow("Tessaly") << u"fileurl=file:///v/A.mkv&docid=42&sender=tessaly3"_s
                                  << u"Send to Tessaly"_s;
-        QTest::newRow("Verbrook") << u"fileurl=file:///v/A.mkv&docid=42&sender=verbrook3"_s
-                                  << u"Send to Verbrook"_s;
-        QTest::newRow("Glimmet") << u"fileurl=file:///v/A.mkv&docid=&sender=glimmet"_s
-                                 << u"Send to Glimmet"_s;
-        QTest::newRow("stranger") << u"fileurl=file:///v/A.mkv&docid=42&sender=tessaly"_s
-                                  << u"Send to Unknown"_s;
         QTest::newRow("no sender") << u"fileurl=file:///v/A.mkv&docid=42"_s << u"Download"_s;
-        QTest::newRow("no document") << u"fileurl=file:///v/A.mkv&sender=glimmet"_s << u"Download"_s;
-        QTest::newRow("valueless sender") << u"fileurl=file:///v/A.mkv&docid=42&sender"_s << u"Download"_s;
-        QTest::newRow("first of its name")
-            << u"fileurl=file:///v/A.mkv&fileurl=/v/B.mkv&docid=1&sender=glimmet&sender=tessaly3"_s
-            << u"Send to Glimmet"_s;
     }
     void requestSearchesAndNamesTheButton()
     {
@@ -123,9 +112,6 @@ private Q_SLOTS:
         QTest::addColumn<GetURLEvent>("event");
         QTest::newRow("no parameter") << GetURLEvent{};
         QTest::newRow("empty") << GetURLEvent{QString()};
-        QTest::newRow("broken escape") << GetURLEvent{request(u"fileurl=%zz"_s)};
-        QTest::newRow("space") << GetURLEvent{request(u"fileurl=/v/A B.mkv"_s)};
-        QTest::newRow("broken host") << GetURLEvent{u"plovendix://[x?fileurl=/v/A.mkv"_s};
     }
     void nothingThatIsNoURLDoesAnything()
     {

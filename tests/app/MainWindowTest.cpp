@@ -45,16 +45,6 @@ private Q_SLOTS:
         UserDefaults::standard().removeObject(u"languageCode"_s);
     }
 
-    void everySceneCanBeMade()
-    {
-        const Storyboard main = Storyboard::named(u"Main"_s);
-        const QStringList identifiers = main.controllerIdentifiers();
-        QVERIFY(identifiers.contains(u"MainViewController"_s));
-        QVERIFY(identifiers.contains(u"TitlebarViewController"_s));
-        for (const QString &identifier : identifiers)
-            QVERIFY2(main.instantiateController(identifier)->view(), qUtf8Printable(identifier));
-    }
-
     void windowIsTransparentlyTitledWithATrailingAccessory()
     {
         QCOMPARE(m_controller->window()->windowTitle(), u"Plovendix"_s);

@@ -11,6 +11,7 @@
 #include <ui/scenes/Storyboard.h>
 #include <ui/window/Window.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QFileDialog>
 #include <QPlainTextEdit>
@@ -31,23 +32,18 @@ class WindowShortcutsTest final : public QObject
     std::unique_ptr<ui::Window> m_updates;
     std::unique_ptr<ui::Window> m_feedback;
 
-    static void addWindows()
-    {
-        QTest::addColumn<QString>("window");
-        QTest::newRow("updates: checking") << u"checking"_s;
-        QTest::newRow("updates: an offer") << u"offer"_s;
-        QTest::newRow("updates: none") << u"upToDate"_s;
-        QTest::newRow("feedback") << u"feedback"_s;
-    }
-
     ui::Window *opened(const QString &name)
     {
         auto *panel = static_cast<UpdateViewController *>(m_updates->contentViewController().get());
-        if (name == u"feedback"_s)
+        if (name.endsWith(u"Action"_s))
+            m_main->window()->findChild<QAction *>(name)->trigger();
+        else if (name == u"feedback"_s)
             static_cast<FeedbackViewController *>(m_feedback->contentViewController().get())
                 ->showForm({u"Not sent yet."_s, {}, {}}, {});
         else if (name == u"checking"_s)
             panel->showChecking();
+        else if (name.isEmpty())
+            return m_main->window();
         else if (name == u"upToDate"_s)
             panel->showUpToDate(u"1.5"_s);
         else
@@ -68,7 +64,7 @@ class WindowShortcutsTest final : public QObject
     {
         ui::Window *window = ui::Window::openWindows().last();
         const bool isActive = QTest::qWaitFor([&] { return window->isActiveWindow(); });
-        return isActive && window != m_main->window() ? window : nullptr;
+        return isActive ? window : nullptr;
     }
 
     static void press(const ui::Window *window, Qt::Key key)
@@ -96,48 +92,38 @@ private Q_SLOTS:
         m_feedback.reset();
     }
 
-    void controlWClosesItAlone_data() { addWindows(); }
-    void controlWClosesItAlone()
+    void shortcutsWorkInEveryWindow_data()
     {
-        QFETCH(const QString, window);
-        ui::Window *shown = opened(window);
-        QVERIFY(shown);
-        press(shown, Qt::Key_W);
-        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{m_main->window()});
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<Qt::Key>("key");
+        for (const char *window :
+             {"preferencesAction", "aboutAction", "checking", "offer", "upToDate", "feedback"}) {
+            for (const auto &[name, key] : {std::pair("W", Qt::Key_W), std::pair("Q", Qt::Key_Q),
+                                            std::pair(",", Qt::Key_Comma), std::pair("O", Qt::Key_O)})
+                QTest::addRow("%s %s", window, name) << QString::fromLatin1(window) << key;
+        }
+        QTest::newRow("main window Q") << QString() << Qt::Key_Q;
     }
-
-    void controlQEndsEverything_data() { addWindows(); }
-    void controlQEndsEverything()
+    void shortcutsWorkInEveryWindow()
     {
         QFETCH(const QString, window);
+        QFETCH(const Qt::Key, key);
         ui::Window *shown = opened(window);
         QVERIFY(shown);
-        press(shown, Qt::Key_Q);
-        QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>());
-    }
-
-    void controlCommaOpensThePreferences_data() { addWindows(); }
-    void controlCommaOpensThePreferences()
-    {
-        QFETCH(const QString, window);
-        ui::Window *shown = opened(window);
-        QVERIFY(shown);
-        press(shown, Qt::Key_Comma);
-        const ui::Window *preferences = inFront();
-        QVERIFY(preferences);
-        QCOMPARE(preferences->windowTitle(), u"General"_s);
-        QVERIFY(shown->isVisible());
-    }
-
-    void controlOOpensAVideo_data() { addWindows(); }
-    void controlOOpensAVideo()
-    {
-        QFETCH(const QString, window);
-        ui::Window *shown = opened(window);
-        QVERIFY(shown);
-        press(shown, Qt::Key_O);
-        QTRY_VERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
-        QApplication::activeModalWidget()->close();
+        press(shown, key);
+        if (key == Qt::Key_W) {
+            QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>{m_main->window()});
+        } else if (key == Qt::Key_Q) {
+            QCOMPARE(ui::Window::openWindows(), QList<ui::Window *>());
+        } else if (key == Qt::Key_Comma) {
+            const ui::Window *preferences = window == u"preferencesAction"_s ? shown : inFront();
+            QVERIFY(preferences);
+            QCOMPARE(preferences->windowTitle(), u"General"_s);
+            QVERIFY(shown->isVisible());
+        } else {
+            QTRY_VERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
+            QApplication::activeModalWidget()->close();
+        }
     }
 
     void textOfAReportTakesNoneOfThemAsText()

@@ -1,39 +1,14 @@
 #include "ScriptedSources.h"
 
-#include <base/MainQueue.h>
-#include <net/ServiceError.h>
-#include <sources/combined/CombinedSubtitleService.h>
-#include <tests/support/Sandbox.h>
-#include <tests/support/TestMain.h>
-#include <tests/support/timing/Caught.h>
-
-#include <QTest>
-
-#include <atomic>
 #include <thread>
 
 using namespace Qt::StringLiterals;
 
-class CombinedSubtitleServiceTest final : public QObject
+class CombinedSubtitleServiceTest final : public CombinedFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_catalogue = std::make_shared<ScriptedService>();
-        m_rest = std::make_shared<ScriptedService>();
-        m_names = std::make_shared<VideoNames>();
-        m_asksRest = true;
-        m_answers = 0;
-        m_last.reset();
-        m_combined = std::make_unique<CombinedSubtitleService>(
-            QList<CombinedSubtitleService::Source>{{u"catalogue"_s, m_catalogue, {}},
-                                                   {u"rest"_s, m_rest, [this] { return m_asksRest; }}},
-            m_names, [] { return RankingPreferences(); });
-    }
-    void cleanup() { m_combined.reset(); }
-
     void bothAreAskedTheSameThing()
     {
         query();
@@ -95,27 +70,35 @@ private Q_SLOTS:
 
     void failuresCountOnlyWithoutRows_data()
     {
+        QTest::addColumn<QList<Arg>>("args");
         QTest::addColumn<int>("catalogue"); // rows, or a failure as a negative kind
         QTest::addColumn<int>("rest");
         QTest::addColumn<int>("outcome");
         const int offline = -static_cast<int>(ServiceFailure::Offline);
         const int bad = -static_cast<int>(ServiceFailure::BadAnswer);
-        QTest::newRow("rows and a failure") << 2 << offline << 2;
-        QTest::newRow("a failure and rows") << bad << 3 << 3;
-        QTest::newRow("nothing and a failure") << 0 << offline << offline;
-        QTest::newRow("a failure and nothing") << bad << 0 << bad;
-        QTest::newRow("two failures") << bad << offline << bad;
-        QTest::newRow("nothing at all") << 0 << 0 << 0;
+        QTest::newRow("rows and a failure") << Words << 2 << offline << 2;
+        QTest::newRow("a failure and rows") << Words << bad << 3 << 3;
+        QTest::newRow("nothing and a failure") << Words << 0 << offline << offline;
+        QTest::newRow("a failure and nothing") << Words << bad << 0 << bad;
+        QTest::newRow("two failures") << Words << bad << offline << bad;
+        QTest::newRow("nothing at all") << Words << 0 << 0 << 0;
+        // A hash that the catalogue answered leads to the words.
+        QTest::newRow("by hash: rows and a failure") << Hash << 2 << offline << 2;
+        QTest::newRow("by hash: nothing and a failure") << Hash << 0 << offline << 0;
+        QTest::newRow("by hash: a failure and nothing") << Hash << bad << 0 << bad;
+        QTest::newRow("by hash: two failures") << Hash << bad << offline << bad;
     }
     void failuresCountOnlyWithoutRows()
     {
+        QFETCH(const QList<Arg>, args);
         QFETCH(const int, catalogue);
         QFETCH(const int, rest);
         QFETCH(const int, outcome);
-        query();
+        query(args);
         m_catalogue->waiting[0](made(catalogue, u"catalogue"_s));
         m_rest->waiting[0](made(rest, u"rest"_s));
         QTRY_COMPARE_WITH_TIMEOUT(m_answers.load(), 1, WaitLimit);
+        QCOMPARE(m_last->hasValue(), outcome >= 0);
         if (outcome < 0)
             QCOMPARE(kindOf(m_last->error()), static_cast<ServiceFailure>(-outcome));
         else
@@ -283,33 +266,6 @@ private Q_SLOTS:
         QVERIFY(!SubtitleService::hashFor(QUrl(u"file:///no/such/file"_s)));
         SubtitleService::setShared({});
     }
-
-private:
-    SubtitleService::QueryCompletion answer()
-    {
-        return [this](const Result<QueryResult> &result) {
-            m_last = std::make_unique<Result<QueryResult>>(result);
-            ++m_answers;
-        };
-    }
-    void query() { m_combined->query(Words, answer()); }
-
-    QStringList names() const
-    {
-        QStringList result;
-        for (const SubtitlePtr &one : (*m_last)->subtitles.value())
-            result += one->subFileName;
-        return result;
-    }
-
-    Sandbox m_sandbox;
-    std::shared_ptr<ScriptedService> m_catalogue;
-    std::shared_ptr<ScriptedService> m_rest;
-    std::shared_ptr<VideoNames> m_names;
-    bool m_asksRest = true;
-    std::unique_ptr<Result<QueryResult>> m_last; // written before m_answers, read after it
-    std::atomic<int> m_answers = 0;
-    std::unique_ptr<CombinedSubtitleService> m_combined;
 };
 
 PLOVENDIX_TEST(CombinedSubtitleServiceTest)
