@@ -161,10 +161,10 @@ int CatalogueCommands::add(const CatalogueOptions &options)
             return !interrupted;
         });
         for (const QString &path : options.arguments) {
-            const Result<CatalogueImport::End> end = import.add(path);
-            if (!end)
-                return failed(end.error());
-            if (*end == CatalogueImport::End::Stopped) {
+            const Result<bool> isDone = import.add(path);
+            if (!isDone)
+                return failed(isDone.error());
+            if (!*isDone) {
                 progress.end(import.counts());
                 std::cerr << "Stopped. The same command goes on from here.\n";
                 return Interrupted;

@@ -57,13 +57,13 @@ CatalogueImport::CatalogueImport(OwnCatalogue &catalogue, const QString &languag
 }
 
 /// Stores what was read also when the person stops, so that it need not be read again.
-Result<CatalogueImport::End> CatalogueImport::add(const QString &path)
+Result<bool> CatalogueImport::add(const QString &path)
 {
     try {
         const bool isDone = addPath(path);
         flush();
         m_catalogue.checkpoint();
-        return isDone ? End::Done : End::Stopped;
+        return isDone;
     } catch (const SQLite::Exception &exception) {
         return m_catalogue.error(exception);
     }
@@ -190,17 +190,17 @@ bool CatalogueImport::addArchive(const QString &path)
 /// skipped until it changes.
 bool CatalogueImport::endArchive(const QString &path, const QString &stamp, ArchiveMembers::End end)
 {
-    using Ended = ArchiveMembers::End;
-    static const QHash<Ended, ImportRefusal> refusals{{Ended::Unreadable, ImportRefusal::Unreadable},
-                                                      {Ended::Damaged, ImportRefusal::DamagedArchive},
-                                                      {Ended::Locked, ImportRefusal::LockedArchive},
-                                                      {Ended::TooLarge, ImportRefusal::ArchiveBomb}};
-    if (end == Ended::Stopped)
+    using End = ArchiveMembers::End;
+    static const QHash<End, ImportRefusal> refusals{{End::Unreadable, ImportRefusal::Unreadable},
+                                                    {End::Damaged, ImportRefusal::DamagedArchive},
+                                                    {End::Locked, ImportRefusal::LockedArchive},
+                                                    {End::TooLarge, ImportRefusal::ArchiveBomb}};
+    if (end == End::Stopped)
         return false;
-    const bool isGone = end == Ended::Damaged && !QFileInfo::exists(path);
+    const bool isGone = end == End::Damaged && !QFileInfo::exists(path);
     if (refusals.contains(end))
         refuse(path, isGone ? ImportRefusal::Gone : refusals[end]);
-    return isGone || end == Ended::Unreadable ? goOn() : keep({path, stamp, {}, true});
+    return isGone || end == End::Unreadable ? goOn() : keep({path, stamp, {}, true});
 }
 
 bool CatalogueImport::isKnown(const QString &path, const QString &stamp)

@@ -50,17 +50,13 @@ class CatalogueImport final
 public:
     /// Called after every file and member; returns false to stop.
     using GoOn = std::function<bool(const ImportCounts &)>;
-    enum class End
-    {
-        Done,
-        Stopped
-    };
 
     /// `language` (three letters, or empty) is used for files whose path names none.
     CatalogueImport(OwnCatalogue &catalogue, const QString &language, const GoOn &goOn);
 
-    /// Adds a folder with its subfolders (without following links), a subtitle file or an archive.
-    Result<End> add(const QString &path);
+    /// Adds a folder with its subfolders (without following links), a subtitle file or an archive. Returns
+    /// false when it was stopped.
+    Result<bool> add(const QString &path);
     const ImportCounts &counts() const { return m_counts; }
 
 private:

@@ -112,7 +112,7 @@ void FolderImportJob::readFiles()
         m_tell(m_state);
         return !isStopped();
     });
-    const Result<CatalogueImport::End> end = import.add(m_state.folder);
+    const Result<bool> end = import.add(m_state.folder);
     const ImportCounts &counts = import.counts();
     take(counts);
     for (const QString &problem : counts.problems)

@@ -2,9 +2,7 @@
 
 #include <sources/catalogue/CatalogueSchema.h>
 
-#include <QBuffer>
 #include <QFile>
-#include <QImage>
 
 #include <sqlite3.h>
 
@@ -71,15 +69,4 @@ void CatalogueFixture::forge(const QString &path, const QByteArray &statements)
     SQLite::Database database(QFile::encodeName(path).toStdString(), SQLite::OPEN_READWRITE);
     sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
     database.exec(statements.toStdString());
-}
-
-QByteArray CatalogueFixture::solidPicture(int width, int height, const char *format)
-{
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    QByteArray encoded;
-    QBuffer buffer(&encoded);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format);
-    return encoded;
 }

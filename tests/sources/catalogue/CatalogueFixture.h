@@ -27,7 +27,6 @@ public:
 
     /// Changes a finished file by statements that the program would never run.
     static void forge(const QString &path, const QByteArray &statements);
-    static QByteArray solidPicture(int width, int height, const char *format = "PNG");
 
 private:
     struct Film

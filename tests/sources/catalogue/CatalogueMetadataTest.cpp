@@ -5,6 +5,7 @@
 #include <tests/support/TestMain.h>
 #include <tests/support/timing/Caught.h>
 
+#include <QBuffer>
 #include <QFile>
 
 using namespace Qt::StringLiterals;
@@ -55,11 +56,14 @@ class CatalogueMetadataTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        QImage picture(480, 720, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
+        QByteArray encoded;
+        QBuffer buffer(&encoded);
+        QVERIFY(picture.save(&buffer, "PNG"));
         CatalogueFixture starter(m_sandbox, u"starter.sqlite"_s);
         starter.film({u"Harbour Lights"_s}, 2019).withImdb(990019001);
-        starter.film({u"Harbour Lights"_s}, 2019)
-            .withImdb(990019001)
-            .withPoster(CatalogueFixture::solidPicture(480, 720));
+        starter.film({u"Harbour Lights"_s}, 2019).withImdb(990019001).withPoster(encoded);
         starter.film({u"Brack"_s}, 2020, 1, 1).withImdb(990020005);
         starter.film({u"Damaged"_s}, 2020).withImdb(990020009).withPoster("no picture");
         starter.write();

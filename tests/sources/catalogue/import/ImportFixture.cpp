@@ -100,7 +100,7 @@ bool ImportFixture::addUntil(const CatalogueImport::GoOn &goOn) const
 {
     OwnCatalogue catalogue = demanded(OwnCatalogue::open(m_path));
     CatalogueImport import(catalogue, {}, goOn);
-    return demanded(import.add(m_folder)) == CatalogueImport::End::Stopped;
+    return !demanded(import.add(m_folder));
 }
 
 qint64 ImportFixture::remove(const QString &path) const
