@@ -195,19 +195,22 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("statements");
         QTest::newRow("plain") << QByteArray("UPDATE subtitle SET content = zeroblob(9000000) WHERE id = 1");
-        // The first four bytes state the unpacked size; the rest says what those bytes are.
-        QTest::newRow("packed") << "UPDATE subtitle SET content = x'' WHERE id = 1;"
-                                   "INSERT INTO content(subtitle_id, packed) VALUES(1, x'" +
-                                       qCompress(QByteArray(9'000'000, '\0')).toHex() + "')";
-        QTest::newRow("packed badly") << QByteArray("UPDATE subtitle SET content = x'' WHERE id = 1;"
-                                                    "INSERT INTO content VALUES(1, x'00000004ffffffff')");
-        QTest::newRow("packed short") << QByteArray("UPDATE subtitle SET content = x'' WHERE id = 1;"
-                                                    "INSERT INTO content VALUES(1, x'0000')");
+        // The first four bytes state the unpacked size.
+        const auto packed = [](const char *label, const QByteArray &bytes) {
+            QTest::newRow(label) << "UPDATE subtitle SET content = x'' WHERE id = 1;"
+                                    "INSERT INTO content(subtitle_id, packed) VALUES(1, x'" +
+                                        bytes.toHex() + "')";
+        };
+        packed("packed", qCompress(QByteArray(9'000'000, '\0')));
+        packed("packed and stated too large", QByteArray::fromHex("00900000") + qCompress("short").mid(4));
+        packed("packed badly", QByteArray::fromHex("00000004ffffffff"));
+        packed("packed without a size", QByteArray(2, '\0'));
     }
     void contentOverTheLimitIsNotRead()
     {
         QFETCH(const QByteArray, statements);
-        CatalogueFixture::forge(m_path, statements + "; UPDATE film SET poster = zeroblob(6000000)");
+        CatalogueFixture::forge(m_path,
+                                statements + "; UPDATE film SET poster = zeroblob(6000000) WHERE id = 1");
         const Result<CatalogueDatabase> database = CatalogueDatabase::open(m_path, m_errors);
         QVERIFY(database);
         const auto file = database->file(1);
