@@ -63,10 +63,8 @@ Result<QUrl> targetFolder(FileManager &files)
     const auto movies = files.moviesFolder();
     if (!movies)
         return couldNotFindMoviesFolder();
-    QByteArray path = FileManager::fileSystemPath(*movies);
-    if (!path.endsWith('/'))
-        path += '/';
-    const QUrl folder = FileManager::urlFromFileSystemPath(path + FolderName);
+    const QUrl folder =
+        FileManager::urlFromFileSystemPath(FileManager::fileSystemPath(*movies) + '/' + FolderName);
     if (!files.fileExists(folder))
         static_cast<void>(files.createDirectory(folder)); // the next line checks whether it exists
     if (!files.fileExists(folder))
