@@ -233,6 +233,7 @@ private Q_SLOTS:
         m.updater->checkForUpdates(nullptr);
         m.waitForRequests(1);
         m.press("cancelButton");
+        QTRY_COMPARE_WITH_TIMEOUT(m.server->openConnections(), 0, WaitLimit);
         m.clock->advance(59min);
         QCOMPARE(m.server->requests().size(), 1);
     }
