@@ -142,6 +142,8 @@ private Q_SLOTS:
     {
         RecentMessages::install();
         qCInfo(ours, "the first");
+        report(u"Hello"_s, 200);
+        QCOMPARE(received().keys(), (QStringList{u"parameters"_s, u"text"_s}));
         m_reporter->reportFeedback();
         qCInfo(ours, "not shown any more");
         child<QAbstractButton>("logCheckbox")->click();
