@@ -89,6 +89,13 @@ private Q_SLOTS:
         QVERIFY(defaults().boolean(u"SubtitleKeepsOriginalBytes"_s));
     }
 
+    void appearingBeforeTheViewIsLoadedDoesNoHarm()
+    {
+        const auto pane = ViewController::make<PrefsServicesViewController>();
+        pane->notifyWillAppear();
+        QVERIFY(!pane->isViewLoaded());
+    }
+
     void longPathIsShortened()
     {
         m_fixture->accounts->place.file = u"/data/"_s + u"folder/"_s.repeated(50) + u"catalogue.sqlite"_s;
