@@ -291,6 +291,10 @@ private Q_SLOTS:
         lastOtherPane->setTitle(u"Renamed"_s);
         QCOMPARE(window()->windowTitle(), u"Renamed"_s);
         QCOMPARE(tabs().last()->text(), u"Renamed"_s);
+        m_preferences->showPane(u"PrefsGeneralViewController"_s);
+        lastOtherPane->setTitle(u"Hidden"_s);
+        QCOMPARE(tabs().last()->text(), u"Hidden"_s);
+        QCOMPARE(window()->windowTitle(), u"General"_s);
     }
 
     void everyPaneWithASceneHasATab()
