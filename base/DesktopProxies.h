@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+struct _GCancellable;
 struct _GProxyResolver;
 
 /// The proxies that the desktop's settings (GNOME, KDE, a PAC script) name for an address, read through GIO's
@@ -13,9 +14,6 @@ class DesktopProxies final
 public:
     /// Uses the desktop's resolver unless another one is given.
     explicit DesktopProxies(_GProxyResolver *resolver = nullptr);
-    ~DesktopProxies();
-    DesktopProxies(const DesktopProxies &) = delete;
-    DesktopProxies &operator=(const DesktopProxies &) = delete;
 
     /// Addresses such as "http://proxy.example:3128", "socks5://…" and "direct://", the preferred one first.
     /// None when the settings cannot be read or after `cancel`. Blocks, because a script may have to be
@@ -25,6 +23,6 @@ public:
     void cancel();
 
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    std::shared_ptr<_GProxyResolver> m_resolver; // null for the desktop's
+    std::shared_ptr<_GCancellable> m_cancellable;
 };

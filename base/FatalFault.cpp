@@ -9,17 +9,14 @@ namespace
 {
 std::mutex handlerMutex;
 std::function<void(const QString &)> faultHandler;
-
-std::function<void(const QString &)> currentHandler()
-{
-    const std::scoped_lock lock(handlerMutex);
-    return faultHandler;
-}
 } // namespace
 
 void fatalFault(const QString &message)
 {
-    if (const auto handler = currentHandler())
+    std::unique_lock lock(handlerMutex);
+    const auto handler = faultHandler;
+    lock.unlock();
+    if (handler)
         handler(message);
     std::fprintf(stderr, "Fatal fault: %s\n", qUtf8Printable(message));
     std::abort();

@@ -50,26 +50,6 @@ std::optional<QString> knownName(DisplayFunction function, const QByteArray &loc
     return name.text;
 }
 
-/// A cache of language names: ICU looks each up anew, and lists need hundreds.
-class LanguageNames final
-{
-public:
-    std::optional<QString> name(const QString &code, const QByteArray &displayLocale)
-    {
-        const QByteArray language = code.toLatin1();
-        const QByteArray key = displayLocale + ' ' + language;
-        const std::lock_guard lock(m_mutex);
-        const auto known = m_names.constFind(key);
-        if (known != m_names.constEnd())
-            return *known;
-        return *m_names.insert(key, knownName(uloc_getDisplayLanguage, language, displayLocale, code));
-    }
-
-private:
-    std::mutex m_mutex;
-    QHash<QByteArray, std::optional<QString>> m_names;
-};
-
 /// Whether ICU has display data for a locale. Without data ICU would show its default locale, and a locale
 /// with few names would show codes; every complete locale has these two names.
 bool hasDisplayData(const QByteArray &locale)
@@ -213,8 +193,14 @@ std::optional<QString> Locale::localizedStringForLanguageCode(const QString &cod
 {
     if (!isLanguageCode(code))
         return {};
-    static LanguageNames names;
-    return names.name(code, m_displayIdentifier);
+    // ICU looks each name up anew, and lists need hundreds.
+    static std::mutex mutex;
+    static QHash<QByteArray, std::optional<QString>> names;
+    const QByteArray key = m_displayIdentifier + ' ' + code.toLatin1();
+    const std::scoped_lock lock(mutex);
+    if (!names.contains(key))
+        names.insert(key, knownName(uloc_getDisplayLanguage, code.toLatin1(), m_displayIdentifier, code));
+    return names.value(key);
 }
 
 std::optional<QString> Locale::localizedStringForRegionCode(const QString &code) const

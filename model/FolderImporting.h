@@ -1,6 +1,7 @@
 #pragma once
 #include <QObject>
 #include <memory>
+#include <utility>
 
 /// How far the import of a folder is, or how it ended.
 struct FolderImportState
@@ -40,9 +41,6 @@ class FolderImporting : public QObject
     Q_OBJECT
 
 public:
-    FolderImporting() = default;
-    ~FolderImporting() override;
-
     virtual const FolderImportState &state() const = 0;
     /// Starts with that folder; does nothing while another import runs.
     virtual void start(const QString &folder) = 0;
@@ -50,9 +48,12 @@ public:
     virtual void stop() = 0;
 
     /// The importer that the process entry installed, or null.
-    static std::shared_ptr<FolderImporting> shared();
-    static void setShared(std::shared_ptr<FolderImporting> importing);
+    static std::shared_ptr<FolderImporting> shared() { return s_shared; }
+    static void setShared(std::shared_ptr<FolderImporting> importing) { s_shared = std::move(importing); }
 
 Q_SIGNALS:
     void changed();
+
+private:
+    static inline std::shared_ptr<FolderImporting> s_shared;
 };

@@ -1,4 +1,5 @@
 #pragma once
+#include <base/FatalFault.h>
 #include <base/Result.h>
 #include <QImage>
 #include <QList>
@@ -7,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 /// Sources of external identifiers.
 enum class ExternalSource
@@ -40,11 +42,16 @@ public:
     using FindCompletion = std::function<void(Result<FindResult>)>;
     using ImageCompletion = std::function<void(Result<QImage>)>;
 
-    virtual ~MetadataService();
+    virtual ~MetadataService() = default;
 
     /// The service that the process entry installed; a fatal fault before that.
-    static MetadataService &shared();
-    static void setShared(std::shared_ptr<MetadataService> service);
+    static MetadataService &shared()
+    {
+        if (!s_shared)
+            fatalFault(QStringLiteral("No metadata service was installed"));
+        return *s_shared;
+    }
+    static void setShared(std::shared_ptr<MetadataService> service) { s_shared = std::move(service); }
 
     /// The language of titles and images as the stored two-letter code; none leaves the choice to the
     /// service.
@@ -54,4 +61,7 @@ public:
     /// `size` in points; the picture's device pixel ratio says how many pixels a point has.
     virtual void fetchImage(const TmdbItem &item, ImageKind kind, const QSize &size,
                             ImageCompletion completion) = 0;
+
+private:
+    static inline std::shared_ptr<MetadataService> s_shared;
 };

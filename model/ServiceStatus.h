@@ -2,6 +2,7 @@
 #include <QObject>
 #include <chrono>
 #include <optional>
+#include <utility>
 
 /// What the services report beside their answers, for display. The process entry fills it. Main thread only.
 class ServiceStatus final : public QObject
@@ -38,10 +39,18 @@ public:
         bool operator==(const Value &) const = default;
     };
 
-    static ServiceStatus &shared();
+    static ServiceStatus &shared()
+    {
+        static ServiceStatus instance;
+        return instance;
+    }
 
     const Value &value() const { return m_value; }
-    void setValue(const Value &value);
+    void setValue(const Value &value)
+    {
+        if (std::exchange(m_value, value) != value)
+            Q_EMIT changed();
+    }
 
 Q_SIGNALS:
     void changed();

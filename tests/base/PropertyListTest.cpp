@@ -106,20 +106,6 @@ private Q_SLOTS:
         QVERIFY(list);
         QCOMPARE(list->value(u"a"_s), QVariant(u"</dict>"_s));
     }
-    void everyDamagedByteIsSurvived()
-    {
-        const QByteArray content = xml(Everything);
-        int answers = 0;
-        for (qsizetype place = 0; place < content.size(); ++place) {
-            for (const char byte : {'\x00', '\xff', '\x7f', '<', '\xA1'}) {
-                QByteArray damaged = content;
-                damaged[place] = byte;
-                const auto list = parsePropertyList(damaged);
-                answers += list || !list.error().localizedDescription.isEmpty() ? 1 : 0;
-            }
-        }
-        QCOMPARE(answers, 5 * content.size());
-    }
     void everyCutIsSurvived()
     {
         const QByteArray content = xml(Everything);

@@ -1,4 +1,5 @@
-#include <base/UserDefaults.h>
+#include "Witness.h"
+
 #include <tests/support/FullDisk.h>
 #include <tests/support/TestMain.h>
 
@@ -73,8 +74,7 @@ private Q_SLOTS:
     {
         write("[General]\nlanguageCode=de\n");
         UserDefaults defaults(m_path);
-        int calls = 0;
-        const auto observation = defaults.observe(u"languageCode"_s, [&](const QVariant &) { ++calls; });
+        const Witness witness(defaults, u"languageCode"_s);
         write("[General]\nlanguag");
         defaults.synchronize();
         QCOMPARE(defaults.languageCode(), u"de"_s);
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QCOMPARE(UserDefaults(m_path).languageCode(), u"de"_s);
         QCOMPARE(UserDefaults(m_path).integer(u"key"_s), 1);
         QCOMPARE(read(m_path + u".damaged-1"_s), QByteArray("[General]\nlanguag"));
-        QCOMPARE(calls, 0);
+        QVERIFY(witness.seen().isEmpty());
     }
 
     void folderInTheFilesPlaceIsKeptAside()
@@ -99,15 +99,13 @@ private Q_SLOTS:
         // A file where the folder should be: nobody, root included, can write there.
         const QString obstacle = m_sandbox.writeFile(m_folder, "in the way");
         UserDefaults defaults(m_path);
-        QVariantList seen;
-        const auto observation =
-            defaults.observe(u"languageCode"_s, [&](const QVariant &value) { seen += value; });
+        const Witness witness(defaults, u"languageCode"_s);
         defaults.setObject(u"languageCode"_s, u"de"_s);
         defaults.setObject(u"gone"_s, 1);
         defaults.removeObject(u"gone"_s);
         defaults.synchronize();
         QCOMPARE(defaults.languageCode(), u"de"_s);
-        QCOMPARE(seen, QVariantList{u"de"_s});
+        QCOMPARE(witness.seen(), QVariantList{u"de"_s});
         QCOMPARE(read(obstacle), QByteArray("in the way"));
         QVERIFY(QFile::remove(obstacle));
         write("[General]\nlanguageCode=fr\nother=1\ngone=1\n");

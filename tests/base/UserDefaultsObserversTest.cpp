@@ -1,28 +1,11 @@
-#include <base/UserDefaults.h>
+#include "Witness.h"
+
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-/// Keeps what an observer was told.
-class Witness final
-{
-public:
-    Witness(UserDefaults &defaults, const QString &key)
-        : m_observation(defaults.observe(key, [this](const QVariant &value) { m_seen += value; }))
-    {
-    }
-    QVariantList seen() const { return m_seen; }
-
-private:
-    QVariantList m_seen;
-    UserDefaults::Observation m_observation;
-};
-} // namespace
 
 class UserDefaultsObserversTest : public QObject
 {

@@ -1,4 +1,5 @@
-#include <base/UserDefaults.h>
+#include "Witness.h"
+
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
 
@@ -15,20 +16,6 @@ QByteArray settings(const QByteArray &language)
 {
     return "[General]\nlanguageCode=" + language + "\n";
 }
-
-class Witness final
-{
-public:
-    Witness(UserDefaults &defaults, const QString &key)
-        : m_observation(defaults.observe(key, [this](const QVariant &value) { m_seen += value; }))
-    {
-    }
-    QVariantList seen() const { return m_seen; }
-
-private:
-    QVariantList m_seen;
-    UserDefaults::Observation m_observation;
-};
 } // namespace
 
 /// What other processes do to the settings file while the program runs.
@@ -115,18 +102,6 @@ private Q_SLOTS:
         replaceAndAwait(defaults, settings("de") + "SUScheduledCheckInterval=3600\n");
         QCOMPARE(witness.seen(), QVariantList{u"de"_s});
         QCOMPARE(interval.seen(), QVariantList{3600LL});
-    }
-
-    void halfWrittenFileChangesNothing()
-    {
-        write(settings("de"));
-        UserDefaults defaults(m_path);
-        const Witness witness(defaults, u"languageCode"_s);
-        write("[General]\nlangua");
-        defaults.synchronize();
-        QCOMPARE(defaults.languageCode(), u"de"_s);
-        replaceAndAwait(defaults, settings("fr"));
-        QCOMPARE(witness.seen(), QVariantList{u"fr"_s});
     }
 
     void sameValueWrittenByAnotherIsNoChange()

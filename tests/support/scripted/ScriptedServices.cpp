@@ -34,13 +34,6 @@ void ScriptedSubtitleService::query(const QList<Arg> &args, QueryCompletion comp
     queries += args;
 }
 
-void ScriptedSubtitleService::cancelQueryTask()
-{
-    ++cancellations;
-    if (!ignoresCancelling)
-        m_open.clear();
-}
-
 void ScriptedSubtitleService::download(const SubtitlePtr &subtitle, DownloadCompletion completion)
 {
     if (file)
@@ -53,17 +46,6 @@ void ScriptedSubtitleService::cancelDownloads()
     ++downloadCancellations;
     for (Download &download : m_downloads)
         download.completion = [](const Result<QUrl> &) {};
-}
-
-std::optional<VideoHash> ScriptedSubtitleService::computeHash(const QUrl &url)
-{
-    hashed += url;
-    return hash;
-}
-
-VideoFileComponents ScriptedSubtitleService::componentsOf(const QUrl &)
-{
-    return {.searchString = searchString, .title = searchString};
 }
 
 SubtitleService::QueryCompletion ScriptedSubtitleService::takeCompletion(qsizetype index)

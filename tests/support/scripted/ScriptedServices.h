@@ -51,13 +51,25 @@ public:
     DownloadCompletion takeDownloadCompletion(qsizetype index);
 
     void query(const QList<Arg> &args, QueryCompletion completion) override;
-    void cancelQueryTask() override;
+    void cancelQueryTask() override
+    {
+        ++cancellations;
+        if (!ignoresCancelling)
+            m_open.clear();
+    }
     void download(const SubtitlePtr &subtitle, DownloadCompletion completion) override;
     void cancelDownloads() override;
 
 protected:
-    std::optional<VideoHash> computeHash(const QUrl &url) override;
-    VideoFileComponents componentsOf(const QUrl &url) override;
+    std::optional<VideoHash> computeHash(const QUrl &url) override
+    {
+        hashed += url;
+        return hash;
+    }
+    VideoFileComponents componentsOf(const QUrl &) override
+    {
+        return {.searchString = searchString, .title = searchString};
+    }
 
 private:
     std::map<qsizetype, QueryCompletion> m_open;
