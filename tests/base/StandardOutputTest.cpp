@@ -128,7 +128,7 @@ private Q_SLOTS:
     /// test is the first, because a fork has no thread of the queue.
     void linesOfAProgramThatEndsReachASlowReader()
     {
-        constexpr int Lines = 1500;
+        constexpr int Lines = 200; // ten pages
         const SmallPipe pipe;
         const SmallPipe hasPrinted;
         const pid_t child = ::fork();
