@@ -207,8 +207,8 @@ void RestDownload::keep(const std::shared_ptr<Job> &job, const QByteArray &bytes
         whileAlive(job, take));
 }
 
-/// Each caller gets a separate copy, because it may move the file away. A paid link is kept until the copies
-/// exist, and longer if it is the only way to get the content again.
+/// Each caller gets a separate copy, because it may move the file away. A paid link is kept while it is the
+/// only way to get the content again.
 void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &file, LinkUse link)
 {
     const auto take = [this, file, link](const auto &held, const Result<QList<QUrl>> &files) {
@@ -217,7 +217,7 @@ void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &
             publish(held, file, link);
             return;
         }
-        if (files && link == LinkUse::Spent)
+        if (link == LinkUse::Spent)
             m_links.remove(held->key());
         finish(held, files);
     };

@@ -117,21 +117,6 @@ private Q_SLOTS:
         QVERIFY(!none.find(u"key"_s, m_now));
     }
 
-    void fullDiskWithoutTheFolderIsLogged_data() { FullDisk::addRows(FullDisk::WithoutTheFolder); }
-    void fullDiskWithoutTheFolderIsLogged()
-    {
-        QFETCH(const QString, failingCall);
-        FullDisk disk(m_sandbox, failingCall);
-        const DiskCache onDisk(disk.path(u"home/cache"_s), 24h);
-        disk.fill();
-        QTest::ignoreMessage(QtWarningMsg,
-                             QRegularExpression(u"^an answer was not kept: .*: No space left on device$"_s));
-        QVERIFY(!onDisk.store(u"key"_s, entry("new")));
-        QCOMPARE(disk.files(), QStringList());
-        disk.makeRoom();
-        QVERIFY(onDisk.store(u"key"_s, entry("new")));
-    }
-
     void fullDiskKeepsTheOldAnswer_data() { FullDisk::addRows(); }
     void fullDiskKeepsTheOldAnswer()
     {

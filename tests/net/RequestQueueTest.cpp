@@ -43,14 +43,6 @@ private Q_SLOTS:
         QCOMPARE(sent->answer().status, 200);
     }
 
-    void passingFailuresAreRetried()
-    {
-        m_answers = {jsonAnswer(503, {}), jsonAnswer(503, {}), jsonAnswer(200, "{}")};
-        QCOMPARE(send()->answer().status, 200);
-        QCOMPARE(m_times[1] - m_times[0], 1000ms);
-        QCOMPARE(m_times[2] - m_times[1], 2000ms);
-    }
-
     void retriesEndWithTheLastAnswer()
     {
         m_answers = {jsonAnswer(503, {})};
@@ -67,13 +59,6 @@ private Q_SLOTS:
         const Clock::Duration start = m->clock.now();
         QCOMPARE(send()->kind(), ServiceFailure::Unavailable);
         QCOMPARE(m->clock.now() - start, 3000ms);
-    }
-
-    void ordersAreNeverRepeated()
-    {
-        m_answers = {jsonAnswer(503, {})};
-        QCOMPARE(send(Method::Post)->answer().status, 503);
-        QCOMPARE(m_times.size(), 1);
     }
 
     void rateIsKept_data()

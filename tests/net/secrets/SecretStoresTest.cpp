@@ -185,22 +185,6 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(asidePath()));
     }
 
-    void fullDiskWithoutTheFolderIsTold_data() { FullDisk::addRows(FullDisk::WithoutTheFolder); }
-    void fullDiskWithoutTheFolderIsTold()
-    {
-        QFETCH(const QString, failingCall);
-        FullDisk disk(m_sandbox, failingCall);
-        const FileSecretStore store(disk.path(u"config/Some One/secrets"_s));
-        disk.fill();
-        const Result<void> stored = store.store(Secret::SubtitlePassword, u"word"_s);
-        QVERIFY(!stored);
-        QVERIFY(stored.error().localizedDescription.endsWith(u"There is not enough free space."_s));
-        QCOMPARE(disk.files(), QStringList());
-        disk.makeRoom();
-        QVERIFY(store.store(Secret::SubtitlePassword, u"word"_s));
-        QCOMPARE(store.lookUp(Secret::SubtitlePassword).value(), u"word"_s);
-    }
-
     void fileThatOthersCouldReadIsNotMade()
     {
         FaultyCalls calls;
