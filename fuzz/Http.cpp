@@ -4,7 +4,6 @@
 #include "Oracle.h"
 
 #include <net/HttpClient.h>
-#include <net/SystemClock.h>
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -56,8 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static Server server;
     static Server other;
-    static SystemClock clock;
-    static HttpClient client(clock, ServiceName::Subtitles);
+    static Clock clock;
+    static HttpClient client(clock);
     server.answer = bytesOf(data, size);
     server.answer.replace("@@OTHER@@", other.address());
     server.received.clear();
@@ -71,8 +70,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     request.deadline = std::chrono::milliseconds(500);
     int completions = 0;
     QEventLoop untilAnswered;
-    const HttpClient::Call call = client.send(
-        request, HostRules({}, HostRules::Loopback::Accepted), [&](const Result<HttpAnswer> &answer) {
+    const HttpCall call =
+        client.send(request, HostRules({}, HostRules::Loopback::Accepted), [&](const HttpResult &answer) {
             ++completions;
             QTimer::singleShot(0, &untilAnswered,
                                &QEventLoop::quit); // a turn later, when a second one had come
