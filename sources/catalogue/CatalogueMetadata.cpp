@@ -65,7 +65,7 @@ struct CatalogueMetadata::State
         const QString path = handle.first().toString();
         const Result<CatalogueDatabase> database = open(path);
         const Result<QByteArray> poster =
-            database ? database->poster(handle.last().toLongLong()) : Result<QByteArray>(database.error());
+            database ? database->poster(handle.last().toLongLong()) : database.error();
         if (!poster)
             return poster.error();
         const QImage image = posterImage(*poster, size, ratio);

@@ -117,9 +117,7 @@ Result<QUrl> fetchFromCatalogue(const QList<CataloguePlace> &places, const Catal
 
     const QString &path = places[place].path;
     const Result<CatalogueDatabase> database = CatalogueDatabase::open(path, errors);
-    if (!database)
-        return database.error();
-    const Result<std::optional<CatalogueFile>> file = database->file(row);
+    const Result<std::optional<CatalogueFile>> file = database ? database->file(row) : database.error();
     if (!file)
         return file.error();
     // The catalogue, and the row with it, may have been replaced since the search.
