@@ -59,7 +59,8 @@ void SavePanel::setObserver(std::function<void()> observer)
     panelObserver = std::move(observer);
 }
 
-void SavePanel::beginSheetModalForWindow(ui::Window *window, std::function<void(ModalResponse)> completion)
+void SavePanel::beginSheetModalForWindow(ui::Window *window,
+                                         const std::function<void(ModalResponse)> &completion)
 {
     Q_ASSERT(MainQueue::isMainThread());
     m_url.reset();

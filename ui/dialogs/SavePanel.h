@@ -38,7 +38,7 @@ public:
     /// Shows the sheet on `window` and returns at once. `completion` is called once on the main thread with
     /// the answer, or never when the window is destroyed first. The panel, which must be held by a shared
     /// pointer, keeps itself alive until then. A window shows one sheet at a time; others wait.
-    void beginSheetModalForWindow(ui::Window *window, std::function<void(ModalResponse)> completion);
+    void beginSheetModalForWindow(ui::Window *window, const std::function<void(ModalResponse)> &completion);
     /// The chosen file; none before OK.
     std::optional<QUrl> URL() const { return m_url; }
 
