@@ -135,14 +135,17 @@ private Q_SLOTS:
     {
         UserDefaults::setStandardFile(m_path);
         UserDefaults &standard = UserDefaults::standard();
+        standard.setObject(u"other"_s, 5);
         int calls = 0;
         const auto observation = standard.observe(u"key"_s, [&](const QVariant &) {
             ++calls;
             UserDefaults::setStandardFile(m_path + u".other"_s);
         });
+        const Witness forgotten(standard, u"other"_s);
         standard.setObject(u"key"_s, 1);
         QCOMPARE(calls, 1);
         QVERIFY(!standard.object(u"key"_s).isValid());
+        QVERIFY(forgotten.seen().isEmpty());
     }
 
 private:
