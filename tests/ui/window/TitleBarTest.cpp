@@ -135,6 +135,7 @@ private Q_SLOTS:
         ui::Window other;
         activate(other);
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QCoreApplication::sendPostedEvents(); // what the other window made inactive is drawn
         PaintCounter paints(m_titleBar);
         activate(*m_window);
         QTRY_VERIFY(paints.count > 0);
