@@ -29,6 +29,17 @@ private Q_SLOTS:
         QCOMPARE(orders(), 1);
     }
 
+    void answerOnItsWayIsDroppedByACancel()
+    {
+        m_fixture->settings.apiKey.clear(); // answered by a block on the main queue
+        m_fixture->restart();
+        const auto refused = m_fixture->download(m_fixture->subtitle());
+        m_fixture->service->cancelDownloads();
+        MainQueue::shared().runUntilIdle();
+        QVERIFY(!refused->came());
+        QCOMPARE(kindOf(*m_fixture->download(m_fixture->subtitle())), ServiceFailure::KeyRefused);
+    }
+
     void cancelWhileALoginStallsOrdersNothing()
     {
         m_fixture->useAccount();
