@@ -8,6 +8,7 @@
 
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
+#include <QVersionNumber>
 
 using namespace Qt::StringLiterals;
 
@@ -59,18 +60,13 @@ HttpClient::HttpClient(Clock &clock, _GProxyResolver *resolver)
 
 QByteArray HttpClient::userAgent()
 {
-    const QString version =
-        Bundle::main().objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s).toString();
-    QByteArray plain;
-    for (const QChar c : version) {
-        if ((c >= u'0' && c <= u'9') || c == u'.')
-            plain += static_cast<char>(c.unicode());
-    }
-    QByteArrayList numbers = plain.split('.');
-    numbers.removeAll(QByteArray());
-    while (numbers.size() < 3)
-        numbers += "0";
-    return "Plovendix v" + numbers.join('.');
+    const auto version = QVersionNumber::fromString(
+        Bundle::main().objectForInfoDictionaryKey(u"CFBundleShortVersionString"_s).toString());
+    const QString text = u"Plovendix v%1.%2.%3"_s;
+    return text.arg(version.majorVersion())
+        .arg(version.minorVersion())
+        .arg(version.microVersion())
+        .toLatin1();
 }
 
 HttpCall HttpClient::send(const HttpRequest &request, const HostRules &rules, HttpCompletion completion,
