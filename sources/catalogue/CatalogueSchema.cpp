@@ -11,6 +11,9 @@ namespace
 constexpr int ApplicationId = 0x506c7664; // "Plvd"
 constexpr int Version = 2;
 
+constexpr char TitleWords[] = "CREATE VIRTUAL TABLE title_words USING fts5(words, content='', prefix='2 3', "
+                              "tokenize='unicode61 remove_diacritics 0')";
+
 /// A film is what subtitles are made for: a film, or one episode of a series. It has one main title and any
 /// number of others; titles are kept once and their words, folded by `searchWords`, are what a text search
 /// looks through. An IMDb id is kept as its number. A digest is the SHA-1 of the content.
@@ -35,9 +38,7 @@ constexpr const char *Tables[] = {
     title_id INTEGER NOT NULL,
     film_id INTEGER NOT NULL,
     is_main INTEGER NOT NULL DEFAULT 0,
-    PRIMARY KEY(title_id, film_id)) WITHOUT ROWID)",
-    "CREATE VIRTUAL TABLE title_words USING fts5(words, content='', prefix='2 3', tokenize='unicode61 "
-    "remove_diacritics 0')",
+    PRIMARY KEY(title_id, film_id)) WITHOUT ROWID)", TitleWords,
     R"(CREATE TABLE subtitle(
     id INTEGER PRIMARY KEY,
     film_id INTEGER NOT NULL,

@@ -149,8 +149,8 @@ void FilmDatabase::findExternally(const QString &id, ExternalSource, FindComplet
         return give<FindResult>(completion, FindResult()); // like an unknown film
     if (!hasKey())
         return give<FindResult>(completion, noKey());
-    m_lookup.reset(
-        new Lookup{m_settings, filmLanguage(preferredLanguage.value_or(u"en"_s)), std::move(completion)});
+    m_lookup = std::make_unique<Lookup>(
+        Lookup{m_settings, filmLanguage(preferredLanguage.value_or(u"en"_s)), std::move(completion)});
     m_lookup->call = m_fetch.fetch(
         question(m_lookup->settings, u"/find/"_s + imdbId(*number),
                  {{u"external_source"_s, u"imdb_id"_s}, {u"language"_s, m_lookup->language}}, isFind),
