@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -113,6 +114,17 @@ struct SmallPipe
     int writer = -1;
 };
 
+/// The next thread then does not get the place of one that a fork left behind, which the thread sanitizer
+/// takes for two threads of one name.
+void useLargerStacks()
+{
+    pthread_attr_t attributes;
+    ::pthread_attr_init(&attributes);
+    ::pthread_attr_setstacksize(&attributes, std::size_t{64} * 1024 * 1024);
+    ::pthread_setattr_default_np(&attributes);
+    ::pthread_attr_destroy(&attributes);
+}
+
 QString numbered(int number)
 {
     return u"%1 "_s.arg(number) + QString(200, u'x');
@@ -133,6 +145,7 @@ private Q_SLOTS:
         const SmallPipe hasPrinted;
         const pid_t child = ::fork();
         if (child == 0) {
+            useLargerStacks();
             std::atexit(
                 [] { ::_exit(0); }); // after the queue, before what judges the threads that a fork lacks
             ::dup2(pipe.writer, STDOUT_FILENO);
