@@ -5,10 +5,13 @@
 #include <ui/scenes/SceneConnections.h>
 #include <ui/scenes/TableView.h>
 
+#include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -128,6 +131,21 @@ private Q_SLOTS:
         QVERIFY(m_controller->takeCalls().isEmpty() && !popUp.isVisible());
         action->trigger();
         QCOMPARE(m_controller->takeCalls(), QStringList({u"download from close"_s}));
+    }
+
+    /// The list takes the key before the window's shortcut for it.
+    void escapeBelongsToTheListOfAComboBox()
+    {
+        auto *comboBox = named<QComboBox>(*m_root, u"popUp"_s);
+        connectScene(*m_root, *m_controller);
+        const auto isTaken = [comboBox](Qt::Key key) {
+            QKeyEvent event(QEvent::ShortcutOverride, key, Qt::NoModifier);
+            event.ignore();
+            QApplication::sendEvent(comboBox->view(), &event);
+            return event.isAccepted();
+        };
+        QVERIFY(isTaken(Qt::Key_Escape));
+        QVERIFY(!isTaken(Qt::Key_F5));
     }
 
     void bindingsReachTheControllerAndTheDefaults()
