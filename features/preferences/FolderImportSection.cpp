@@ -58,6 +58,7 @@ QString finished(const FolderImportState &state)
                             {QDir(state.folder).dirName()});
     return u"%1 %2"_s.arg(added(state), knownAndRefused(state)).trimmed();
 }
+
 /// The progress as one line.
 QString progressSentence(const FolderImportState &state)
 {

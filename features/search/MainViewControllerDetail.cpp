@@ -46,6 +46,7 @@ void MainViewController::updateDetailView()
     detailTitleLabel->setText(subtitle->detailString());
     detailLanguageLabel->setText(subtitle->languageName);
 
+    // Subviews share its surface in any case.
     detailViewImageView->setWantsLayer(true);
     detailViewImageView->layer()->setCornerRadius(PosterCornerRadius);
     detailViewImageView->layer()->setMasksToBounds(true);

@@ -18,7 +18,8 @@ struct UpdateOffer
 };
 
 /// The update window's content: a running check, no newer version, a newer version with its notes, or a
-/// failure. It shows one state at a time, and each brings the window forward. Main thread only.
+/// failure. It shows one state at a time; each shows the window, and brings it forward unless it came by
+/// itself. Main thread only.
 class UpdateViewController final : public PlatformController<ViewController>
 {
     Q_OBJECT
