@@ -52,7 +52,7 @@ ProgramServices::ProgramServices(const Parts &parts) : m_parts(parts), m_credent
     for (const QString &key : ServiceDefaults::registerDefaults(defaults))
         m_observations.push_back(defaults.observe(key, [this](const QVariant &) { applySettings(); }));
     m_rest = std::make_shared<RestService>(m_clock, ServiceDefaults::restSettings(defaults, m_credentials),
-                                           m_names);
+                                           m_parts.names);
     m_films = std::make_shared<FilmDatabase>(m_clock, ServiceDefaults::filmSettings(defaults, m_credentials));
     m_rest->followLanguages();
     m_rest->setQuotaObserver([this](const RestQuota &) { showStatus(); });
@@ -88,7 +88,7 @@ void ProgramServices::installCombinedServices()
         QList<CombinedSubtitleService::Source>{
             {m_parts.catalogueName, m_parts.catalogue, {}},
             {RestPage::service(), m_rest, [rest = m_rest] { return rest->hasKey(); }}},
-        m_names, preferences);
+        m_parts.names, preferences);
     m_combined->setGapsObserver([this](const CombinedSubtitleService::Gaps &gaps) { noteGaps(gaps); });
     SubtitleService::setShared(m_combined);
     const auto metadata = std::make_shared<CombinedMetadataService>(QList<CombinedMetadataService::Source>{

@@ -22,6 +22,8 @@ public:
         std::shared_ptr<MetadataService> catalogueMetadata;
         std::shared_ptr<SecretStore> secrets;
         QString starterCatalogue = {}; // the file that ships with the program
+        // The names of hashed videos, which all services share.
+        std::shared_ptr<VideoNames> names = std::make_shared<VideoNames>();
     };
 
     /// Queries wait for the secrets, but not for long: then only the catalogue is asked.
@@ -57,7 +59,6 @@ private:
     QMap<Secret, QString> m_saved; // while the store is read
     std::optional<base::Error> m_readFailure;
     Clock::Timer m_keyringTimeout; // runs while the store does not answer
-    std::shared_ptr<VideoNames> m_names = std::make_shared<VideoNames>();
     std::shared_ptr<RestService> m_rest;
     std::shared_ptr<FilmDatabase> m_films;
     std::shared_ptr<CombinedSubtitleService> m_combined;

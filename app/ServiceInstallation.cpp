@@ -48,9 +48,10 @@ public:
         // A search reports a missing starter catalogue.
         const QString starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s).value_or(QString());
         const QList<CataloguePlace> places = standardCataloguePlaces(starter);
+        const auto names = std::make_shared<VideoNames>();
         m_services = std::make_shared<ProgramServices>(ProgramServices::Parts{
-            std::make_shared<CatalogueService>(places), CatalogueService::name(),
-            std::make_shared<CatalogueMetadata>(places), secretStore(m_question), starter});
+            std::make_shared<CatalogueService>(places, names), CatalogueService::name(),
+            std::make_shared<CatalogueMetadata>(places), secretStore(m_question), starter, names});
         ServiceAccounts::setShared(m_services);
         FolderImporting::setShared(m_folders);
     }

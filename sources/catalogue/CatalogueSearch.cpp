@@ -15,7 +15,7 @@ namespace
 {
 bool isHash(const QString &text)
 {
-    static const QRegularExpression digits(u"^[0-9a-f]{16}$"_s);
+    static const QRegularExpression digits(u"^[0-9a-f]{16}\\z"_s);
     return digits.match(text).hasMatch();
 }
 

@@ -8,7 +8,7 @@
 struct CatalogueRequest
 {
     std::optional<VideoHash> video;
-    QString text;
+    QString text; // of a video its name, when that is known; it decides which of equal files is kept
     std::optional<QString> language;   // three letters; none for all, empty for an invalid code
     Locale locale = Locale::current(); // the locale of language names
 

@@ -3,6 +3,7 @@
 #include "CatalogueSearch.h"
 
 #include <base/MainQueue.h>
+#include <media/names/VideoNames.h>
 #include <model/OutstandingQueries.h>
 
 #include <QFileInfo>
@@ -72,8 +73,11 @@ QString CatalogueService::name()
     return u"catalogue"_s;
 }
 
-CatalogueService::CatalogueService(const QList<CataloguePlace> &places, const DownloadFolder &downloads)
-    : m_state(std::make_shared<State>(places, downloads)), m_worker(std::make_shared<WorkerThread>())
+CatalogueService::CatalogueService(const QList<CataloguePlace> &places,
+                                   std::shared_ptr<const VideoNames> names, const DownloadFolder &downloads)
+    : m_names(std::move(names)),
+      m_state(std::make_shared<State>(places, downloads)),
+      m_worker(std::make_shared<WorkerThread>())
 {
     m_worker->post([state = m_state] { state->downloads.clearOlderThan(DownloadsKeptFor); });
 }
@@ -96,7 +100,9 @@ void CatalogueService::postAfterReturn(std::function<void(State &)> job)
 void CatalogueService::query(const QList<Arg> &args, QueryCompletion completion)
 {
     const quint64 number = m_state->outstanding.begin();
-    const CatalogueRequest request = CatalogueRequest::from(args);
+    CatalogueRequest request = CatalogueRequest::from(args);
+    if (request.video)
+        request.text = m_names->nameOf(*request.video);
     postAfterReturn([number, request, completion = std::move(completion)](State &state) {
         state.search(number, request, completion);
     });

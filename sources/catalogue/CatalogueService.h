@@ -3,6 +3,8 @@
 #include <base/WorkerThread.h>
 #include <model/SubtitleService.h>
 
+class VideoNames;
+
 /// A catalogue to search, and whether its file may be missing.
 struct CataloguePlace
 {
@@ -31,8 +33,9 @@ public:
     /// The value of `Subtitle::service` in its results.
     static QString name();
 
-    explicit CatalogueService(const QList<CataloguePlace> &places,
-                              const DownloadFolder &downloads = DownloadFolder());
+    /// `names` maps hashes to names; the code that hashes a file fills it.
+    CatalogueService(const QList<CataloguePlace> &places, std::shared_ptr<const VideoNames> names,
+                     const DownloadFolder &downloads = DownloadFolder());
     ~CatalogueService() override;
 
     /// Succeeds when one source has rows; without rows, the failure of any source is the answer.
@@ -46,6 +49,7 @@ private:
     struct State; // the state that jobs share; it exists as long as one runs
     void postAfterReturn(std::function<void(State &)> job);
 
+    const std::shared_ptr<const VideoNames> m_names;
     std::shared_ptr<State> m_state;
     std::shared_ptr<WorkerThread> m_worker; // after the state; the turn that posts to it holds it, too
 };

@@ -133,10 +133,11 @@ private Q_SLOTS:
 private:
     static void useCatalogue(const QString &path)
     {
-        const auto catalogue = std::make_shared<CatalogueService>(standardCataloguePlaces(path));
+        const auto names = std::make_shared<VideoNames>();
+        const auto catalogue = std::make_shared<CatalogueService>(standardCataloguePlaces(path), names);
         SubtitleService::setShared(std::make_shared<CombinedSubtitleService>(
-            QList<CombinedSubtitleService::Source>{{CatalogueService::name(), catalogue, {}}},
-            std::make_shared<VideoNames>(), [] { return RankingPreferences(); }));
+            QList<CombinedSubtitleService::Source>{{CatalogueService::name(), catalogue, {}}}, names,
+            [] { return RankingPreferences(); }));
     }
     void drop(const QUrl &url) const
     {

@@ -2,7 +2,8 @@
 #include "CatalogueFixture.h"
 
 #include <base/MainQueue.h>
-#include <sources/catalogue/CatalogueService.h>
+#include <media/names/VideoNames.h>
+#include <sources/catalogue/CatalogueSearch.h>
 #include <tests/support/TestMain.h>
 
 #include <QDateTime>
@@ -26,12 +27,14 @@ class CatalogueServiceTest : public QObject
     Sandbox m_sandbox;
     const QString m_starter = m_sandbox.path(u"starter.sqlite"_s);
     const QString m_own = m_sandbox.path(u"own.sqlite"_s);
+    const std::shared_ptr<VideoNames> m_names = std::make_shared<VideoNames>();
     std::shared_ptr<CatalogueService> m_service; // over both
 
     CatalogueFixture own() const { return CatalogueFixture(m_sandbox, u"own.sqlite"_s); }
     std::shared_ptr<CatalogueService> serviceOf(const QList<CataloguePlace> &places) const
     {
-        return std::make_shared<CatalogueService>(places, DownloadFolder(m_sandbox.path(u"downloads"_s)));
+        return std::make_shared<CatalogueService>(places, m_names,
+                                                  DownloadFolder(m_sandbox.path(u"downloads"_s)));
     }
     QStringList ask(const QString &text, const QString &language = u"eng"_s) const
     {
@@ -86,12 +89,19 @@ private Q_SLOTS:
         own()
             .film({u"Twin Ferries"_s}, 2000)
             .subtitle(u"Ferries.1080p"_s, 5, "eng", "same")
+            .madeFor(Hash, Size + 1)
             .subtitle(u"Ferries.720p"_s, 50, "eng", "same")
+            .madeFor(Hash, Size + 1)
             .subtitle(u"Ferries.C"_s, 2, "eng", "other")
             .subtitle(u"Ferries.D"_s, 1, "ger", "same")
             .write();
         QCOMPARE(ask(u"twin ferries"_s), QStringList({u"Ferries.720p"_s, u"Ferries.C"_s}));
         QCOMPARE(ask(u"twin ferries 1080p"_s), QStringList({u"Ferries.1080p"_s, u"Ferries.C"_s}));
+        // A hash alone does not tell the two apart; the video's name does.
+        const QList<Arg> video = videoQuery(Hash, Size + 1);
+        QCOMPARE(::ask(*m_service, video).first(), u"Ferries.720p"_s);
+        m_names->remember({Hash, Size + 1}, u"Ferries.1080p.mkv"_s);
+        QCOMPARE(::ask(*m_service, video).first(), u"Ferries.1080p"_s);
         // The same file searched twice, as a catalogue and its copy.
         const auto doubled = serviceOf({{m_own, Presence::Required}, {m_own, Presence::Required}});
         QCOMPARE(::ask(*doubled, textQuery(u"twin ferries"_s)).size(), 2);
@@ -122,6 +132,7 @@ private Q_SLOTS:
         QTest::newRow("size beyond 64 bits") << u"99999999999999999999999"_s << Hash;
         QTest::newRow("short hash") << QString::number(Size) << Hash.left(15);
         QTest::newRow("hash with other letters") << QString::number(Size) << u"0011223344556gff"_s;
+        QTest::newRow("line feed after the hash") << QString::number(Size) << Hash + u'\n';
         QTest::newRow("empty") << QString() << QString();
     }
     void oddArgumentsFindNothing()
@@ -129,6 +140,7 @@ private Q_SLOTS:
         QFETCH(const QString, size);
         QFETCH(const QString, hash);
         const QList<Arg> args{{Param::byteSize, size}, {Param::movieHash, hash}, {Param::language, u"eng"_s}};
+        QVERIFY(!CatalogueRequest::from(args).video);
         QCOMPARE(::ask(*m_service, args), QStringList());
     }
 

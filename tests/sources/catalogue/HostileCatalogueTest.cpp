@@ -3,6 +3,7 @@
 
 #include <base/MainQueue.h>
 #include <base/TerminalText.h>
+#include <media/names/VideoNames.h>
 #include <sources/catalogue/CatalogueDatabase.h>
 #include <sources/catalogue/CatalogueMetadata.h>
 #include <tests/support/TestMain.h>
@@ -54,8 +55,8 @@ class HostileCatalogueTest final : public QObject
     std::shared_ptr<CatalogueService> busyService() const
     {
         makeEndless();
-        const auto service =
-            std::make_shared<CatalogueService>(m_places, DownloadFolder(m_sandbox.path(u"downloads"_s)));
+        const auto service = std::make_shared<CatalogueService>(
+            m_places, std::make_shared<VideoNames>(), DownloadFolder(m_sandbox.path(u"downloads"_s)));
         while (opened.try_acquire()) {
         }
         service->query(textQuery(u"harbour lights"_s), [](const Result<QueryResult> &) {});

@@ -3,6 +3,7 @@
 #include <base/Bundle.h>
 #include <media/MovieHash.h>
 #include <media/names/FileNameParser.h>
+#include <media/names/VideoNames.h>
 #include <sources/catalogue/CatalogueMetadata.h>
 #include <tests/support/Sandbox.h>
 #include <tests/support/TestMain.h>
@@ -55,7 +56,7 @@ private Q_SLOTS:
         const std::optional<QString> starter = Bundle::main().pathForResource(u"starter"_s, u"sqlite"_s);
         QVERIFY(starter);
         const QList<CataloguePlace> places = standardCataloguePlaces(*starter);
-        m_service = std::make_shared<CatalogueService>(places);
+        m_service = std::make_shared<CatalogueService>(places, std::make_shared<VideoNames>());
         m_metadata = std::make_unique<CatalogueMetadata>(places);
         m_video = movieHash(QUrl::fromLocalFile(Bundle::main().folder() + u"/sample/"_s + Video + u".mkv"_s));
         QVERIFY(m_video);
