@@ -86,9 +86,16 @@ constexpr char DoubtfulIndexTables[] =
     " AND (type <> 'table' OR sql NOT LIKE 'CREATE TABLE ''title\\_words\\_%' ESCAPE '\\'"
     " OR sql LIKE '%as%') LIMIT 1";
 
-[[noreturn]] void refuse(std::string_view what)
+std::string nameOf(std::string_view table)
 {
-    throw SQLite::Exception(std::string(what) + " is not as Plovendix makes it", SQLITE_CORRUPT);
+    constexpr std::string_view Keyword = "TABLE ";
+    const std::string_view rest = table.substr(table.find(Keyword) + Keyword.size());
+    return std::string(rest.substr(0, rest.find_first_of("( ")));
+}
+
+[[noreturn]] void refuse(const std::string &table)
+{
+    throw SQLite::Exception("the table " + table + " is not one that Plovendix makes", SQLITE_CORRUPT);
 }
 } // namespace
 
@@ -116,7 +123,7 @@ void CatalogueSchema::verify(SQLite::Database &database)
         find.reset();
         find.bindNoCopy(1, table);
         if (!find.executeStep())
-            refuse(std::string_view(table).substr(0, std::string_view(table).find('(')));
+            refuse(nameOf(table));
     }
     SQLite::Statement doubtful(database, DoubtfulIndexTables);
     if (doubtful.executeStep())
