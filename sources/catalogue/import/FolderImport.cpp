@@ -84,15 +84,18 @@ void FolderImport::lookLater()
 /// Shows the state that the thread has reached. A stopping import stays one until its end.
 void FolderImport::look()
 {
+    // Checked before the state is read: the state of an ended thread is its last one.
+    const bool hasEnded = m_end.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     const bool isStopping = m_state.phase == FolderImportState::Phase::Stopping;
     m_state = m_run->latestState();
-    if (m_state.isRunning()) {
+    if (m_state.isRunning() && !hasEnded) {
         if (isStopping)
             m_state.phase = FolderImportState::Phase::Stopping;
         lookLater();
     } else {
         m_thread.join(); // the thread has no work left
         m_run.reset();
+        m_end.get(); // passes on an exception that ended the thread early
     }
     Q_EMIT changed();
 }
