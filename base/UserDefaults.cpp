@@ -9,6 +9,9 @@
 #include <QLoggingCategory>
 #include <QStandardPaths>
 
+#include <algorithm>
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -17,6 +20,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.platform")
 
 constexpr qint64 MaxBytes = 1024LL * 1024;
+constexpr double MaxInteger = 9e18; // a round number below the largest integer
 constexpr auto SettlingTime = 50ms; // for an editor that empties the file before it fills it again
 constexpr auto LockTimeout = 200ms;
 } // namespace
@@ -91,8 +95,15 @@ bool UserDefaults::toBoolean(const QVariant &value)
 qlonglong UserDefaults::integer(const QString &key) const
 {
     const QVariant value = object(key);
-    const bool isText = value.metaType().id() == QMetaType::QString;
-    return isText ? value.toString().trimmed().toLongLong() : value.toLongLong();
+    if (value.metaType().id() != QMetaType::QString)
+        return value.toLongLong();
+    const QString text = value.toString().trimmed();
+    bool isWhole = false;
+    const qlonglong whole = text.toLongLong(&isWhole);
+    const double number = text.toDouble();
+    if (isWhole || std::isnan(number))
+        return whole;
+    return static_cast<qlonglong>(std::clamp(number, -MaxInteger, MaxInteger));
 }
 
 void UserDefaults::setObject(const QString &key, const QVariant &value)
@@ -189,5 +200,8 @@ void UserDefaults::watch()
         folder = QFileInfo(folder).absolutePath();
     if (const QStringList watched = m_watcher.files() + m_watcher.directories(); !watched.isEmpty())
         m_watcher.removePaths(watched);
-    m_watcher.addPaths({folder, m_path});
+    // The folder is watched first, so that a file which is made after the check is noticed.
+    m_watcher.addPath(folder);
+    if (QFileInfo::exists(m_path))
+        m_watcher.addPath(m_path);
 }

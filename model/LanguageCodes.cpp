@@ -40,7 +40,9 @@ Table tableOf(const char *pairs)
 Table tableOf(const Bundle &bundle)
 {
     const auto path = bundle.pathForResource(u"iso639_1_to_iso639_2"_s, u"plist"_s);
-    const Result<QVariantMap> read = readPropertyList(path.value_or(QString()));
+    if (!path)
+        return {};
+    const Result<QVariantMap> read = readPropertyList(*path);
     const QVariantMap entries = read ? *read : QVariantMap();
     Table table;
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {

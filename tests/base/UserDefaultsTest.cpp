@@ -87,6 +87,9 @@ private Q_SLOTS:
         QTest::newRow("number") << QVariant(86400) << 86400LL;
         QTest::newRow("text") << QVariant(u"86400"_s) << 86400LL;
         QTest::newRow("text with spaces") << QVariant(u" 86400 "_s) << 86400LL;
+        QTest::newRow("text with a point") << QVariant(u"3600.0"_s) << 3600LL;
+        QTest::newRow("text beyond integers") << QVariant(u"-1e300"_s) << -9'000'000'000'000'000'000LL;
+        QTest::newRow("text without a value") << QVariant(u"nan"_s) << 0LL;
         QTest::newRow("true") << QVariant(true) << 1LL;
         QTest::newRow("no number") << QVariant(u"day"_s) << 0LL;
         QTest::newRow("date") << QVariant(QDateTime::currentDateTimeUtc()) << 0LL;
