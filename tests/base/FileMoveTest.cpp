@@ -216,31 +216,6 @@ private Q_SLOTS:
         QCOMPARE(m_files.read(m_files.destination), QByteArray("subtitle"));
     }
 
-    void onlyFilesAreCopiedToAnotherDisk()
-    {
-        m_files.write(m_files.source + u"/a.srt"_s, "a");
-        const Result<void> folder = m_files.move(m_files.callsFor(Disk{true, true, true}));
-        QVERIFY(!folder);
-        QCOMPARE(folder.error().code, EXDEV);
-        QVERIFY(folder.error().localizedDescription.contains(u"only files can be moved to another disk"_s));
-        QCOMPARE(m_files.read(m_files.source + u"/a.srt"_s), QByteArray("a"));
-        m_files.source += u".pipe"_s;
-        QCOMPARE(::mkfifo(QFile::encodeName(m_files.source).constData(), 0600), 0);
-        const Result<void> pipe = m_files.move(m_files.callsFor(Disk{true, true, true}));
-        QVERIFY(!pipe);
-        QCOMPARE(pipe.error().code, EXDEV);
-        QCOMPARE(m_files.namesIn(u"there"_s), QStringList());
-    }
-
-    void linkIsMovedNotItsTarget()
-    {
-        const QString target = m_files.write(m_files.folder + u"/target"_s, "target");
-        QVERIFY(QFile::link(target, m_files.source));
-        QVERIFY(m_files.move(m_files.callsFor(Disk{})));
-        QCOMPARE(QFileInfo(m_files.destination).symLinkTarget(), target);
-        QCOMPARE(m_files.read(target), QByteArray("target"));
-    }
-
     void namesThatAreNoTextSurvive()
     {
         const QByteArray folder = QFile::encodeName(m_files.folder);

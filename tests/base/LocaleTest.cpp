@@ -8,6 +8,8 @@
 #include <unicode/uloc.h>
 
 #include <algorithm>
+#include <atomic>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -232,6 +234,23 @@ private Q_SLOTS:
         QCOMPARE(Locale::isoLanguageCodes(), listOf(uloc_getISOLanguages()));
         QCOMPARE(Locale::isoRegionCodes(), listOf(uloc_getISOCountries()));
         QVERIFY(!Locale::isoLanguageCodes().contains(u"pb"_s));
+    }
+
+    void anyThreadMayAsk()
+    {
+        const Locale german(u"de_DE"_s);
+        std::vector<std::thread> threads;
+        threads.reserve(4);
+        std::atomic<int> right = 0;
+        for (int index = 0; index < 4; ++index) {
+            threads.emplace_back([&] {
+                const bool isNamed = german.localizedStringForLanguageCode(u"fr"_s) == u"Französisch"_s;
+                right += isNamed && german.compare(u"a"_s, u"b"_s) < 0 ? 1 : 0;
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(right.load(), 4);
     }
 };
 

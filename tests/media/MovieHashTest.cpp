@@ -216,6 +216,15 @@ private Q_SLOTS:
         QTest::newRow("no scheme") << QUrl(QStringLiteral("film.mkv"));
         QTest::newRow("no path") << QUrl(QStringLiteral("file://"));
         QTest::newRow("NUL inside") << QUrl(QStringLiteral("file:///dev/null%00.mkv"));
+        const auto link = [this](const QString &target, const QString &name) {
+            const QString path = m_sandbox.path(name);
+            if (!QFile::link(target, path))
+                qFatal("%s cannot be made", qUtf8Printable(path));
+            return QUrl::fromLocalFile(path);
+        };
+        QTest::newRow("dangling link")
+            << link(m_sandbox.path(QStringLiteral("nowhere.mkv")), QStringLiteral("dangling.mkv"));
+        QTest::newRow("link to itself") << link(QStringLiteral("itself.mkv"), QStringLiteral("itself.mkv"));
     }
 
     void otherUrlsAreNoHash()

@@ -117,12 +117,22 @@ private Q_SLOTS:
             QTest::newRow(code) << QString::fromLatin1(code) << QString::fromLatin1(expected);
         };
         row("pb", "pob");
+        row("pm", "pom");
         row("me", "mne");
+        row("ma", "mni");
+        row("sy", "syr");
+        row("ze", "zhe");
         row("zt", "zht");
+        row("ex", "ext");
         row("ea", "spl");
+        row("pr", "prs");
+        row("sx", "sat");
+        row("tp", "tok");
         row("ast", "ast");
         row("fil", "tgl");
         row("iw", "heb");
+        row("in", "ind");
+        row("ji", "yid");
         row("mo", "rum");
         row("qqq", "eng");
     }

@@ -84,6 +84,16 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(fresh) && QFileInfo::exists(foreign));
     }
 
+    void readerSeesTheLastCommitWhileAnotherWrites()
+    {
+        m_fixture->add();
+        const auto writer = m_fixture->connection();
+        writer->exec("BEGIN IMMEDIATE; DELETE FROM subtitle");
+        QCOMPARE(m_fixture->search(u"harbour"_s).size(), 1);
+        writer->exec("COMMIT");
+        QCOMPARE(m_fixture->search(u"harbour"_s).size(), 0);
+    }
+
     void writerWaitsForNoReader()
     {
         m_fixture->add();
