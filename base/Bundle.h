@@ -14,8 +14,8 @@ public:
     /// The bundle beside the executable: "resources" in its folder, else "../share/plovendix". Needs the
     /// application object.
     static Bundle &main();
-    /// Gives the main bundle another folder, for tests. The folder need not exist. The environment names the
-    /// preferred languages again.
+    /// Gives the main bundle another folder, for tests. The folder need not exist. The preferred
+    /// languages are again those of the environment.
     static void setMainFolder(const QString &folder);
 
     explicit Bundle(const QString &folder);

@@ -37,7 +37,8 @@ public:
 
     /// Shows the sheet on `window` and returns at once. `completion` is called once on the main thread with
     /// the answer, or never when the window is destroyed first. The panel, which must be held by a shared
-    /// pointer, keeps itself alive until then. A window shows one sheet at a time; others wait.
+    /// pointer, keeps itself alive until then. A window shows one sheet at a time; others
+    /// wait, and one that an answer begins goes before them.
     void beginSheetModalForWindow(ui::Window *window, const std::function<void(ModalResponse)> &completion);
     /// The chosen file; none before OK.
     std::optional<QUrl> URL() const { return m_url; }

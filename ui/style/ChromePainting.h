@@ -64,6 +64,6 @@ void drawMenuPanel(QPainter &painter, const QStyleOption &option, bool rounded);
 void drawMenuItem(QPainter &painter, const QStyleOptionMenuItem &option, const QStyle &style);
 QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &contents);
 
-/// An icon of the stock dialogs in the application's colours; null for signs without a drawing in the bundle.
+/// An icon of the stock dialogs in the application's colours; null for signs that have no drawing here.
 QIcon dialogIcon(QStyle::StandardPixmap sign);
 } // namespace ChromePainting

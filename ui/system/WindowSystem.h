@@ -8,8 +8,8 @@
 class QWidget;
 class QWindow;
 
-/// Window system services for windows that draw their own frame. This class knows none; a derived class for
-/// X11 does what the toolkit leaves out there. Main thread only; created on first use, after the application
+/// Window system services for windows that draw their own frame. This class does without; the derived class
+/// for X11 does what the toolkit leaves out. Main thread only; created on first use, after the application
 /// object.
 class WindowSystem : public QObject
 {
