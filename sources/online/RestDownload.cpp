@@ -217,7 +217,7 @@ void RestDownload::publish(const std::shared_ptr<Job> &job, const SubtitleFile &
             publish(held, file, link);
             return;
         }
-        if (link == LinkUse::Spent)
+        if (files && link == LinkUse::Spent)
             m_links.remove(held->key());
         finish(held, files);
     };

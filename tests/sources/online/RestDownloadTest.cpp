@@ -1,16 +1,35 @@
 #include "RestFixture.h"
 
+#include <base/FileSystemCalls.h>
+#include <base/FileWriting.h>
 #include <tests/support/TestMain.h>
 
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace
 {
+/// Lets only files for the callers fail, not those of the cache.
+class NoRoomForCopies final : public FileSystemCalls
+{
+public:
+    NoRoomForCopies() { setCallsOfWriteFile(this); }
+    ~NoRoomForCopies() override { setCallsOfWriteFile(nullptr); }
+    NoRoomForCopies(const NoRoomForCopies &) = delete;
+    NoRoomForCopies &operator=(const NoRoomForCopies &) = delete;
+
+    int rename(const QByteArray &from, const QByteArray &to) override
+    {
+        return to.contains("/get-") ? -ENOSPC : FileSystemCalls::rename(from, to);
+    }
+};
+
 QByteArray contentOf(const Caught<QUrl> &caught)
 {
     QFile file((*caught).value().toLocalFile());
@@ -214,6 +233,19 @@ private Q_SLOTS:
         const QString inTheWay = m_sandbox.writeFile(u"rest/downloads"_s, "in the way");
         m_fixture->download(m_fixture->subtitle())->error();
         QVERIFY(QFile::remove(inTheWay));
+        QCOMPARE(contentOf(*m_fixture->download(m_fixture->subtitle())), SubtitleLinks::content(9200001));
+        QCOMPARE(orders(), 1);
+    }
+
+    void linkIsKeptWhileOnlyTheCacheHasTheFile()
+    {
+        {
+            const NoRoomForCopies noRoom;
+            m_fixture->download(m_fixture->subtitle())->error();
+        }
+        QDir kept(m_fixture->places().downloads + u"/kept"_s);
+        QVERIFY(!kept.isEmpty());
+        QVERIFY(kept.removeRecursively());
         QCOMPARE(contentOf(*m_fixture->download(m_fixture->subtitle())), SubtitleLinks::content(9200001));
         QCOMPARE(orders(), 1);
     }
