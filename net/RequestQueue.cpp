@@ -158,6 +158,10 @@ void RequestQueue::begin(Entry &entry)
         finish(*sent, outcome);
     };
     const auto redirect = [this](const std::shared_ptr<Entry> &sent, const HttpClient::Follow &follow) {
+        if (const auto refusal = longPause()) {
+            fail(*sent, *refusal);
+            return;
+        }
         sent->follow = follow;
         sent->state = Entry::State::Redirected;
         schedule();

@@ -5,8 +5,8 @@
 
 /// Sends all requests of a service, first in, first out. A request waits until fewer than ConnectionsAtAHost
 /// are running at its host and the rate has a slot; a redirect takes a slot, too. Cancelled requests use no
-/// slot. Passing failures are retried if that is safe. While a server asks for a pause, requests wait; when
-/// it is too long to wait for, they fail with its end until it is over. Main thread only.
+/// slot. Passing failures are retried if that is safe. While a server asks for a pause, requests wait; while
+/// a longer pause lasts, requests fail at once; the fault says when it ends. Main thread only.
 class RequestQueue final
 {
 public:

@@ -262,6 +262,22 @@ private Q_SLOTS:
         QCOMPARE(m_times.size(), 4);
     }
 
+    void redirectsFailAtALongPause()
+    {
+        m_answers = {ServedAnswer{301, {{"Location", "/canonical"}}, "x", Delivery::Dripped},
+                     ServedAnswer{429, {{"Retry-After", "3600"}}, {}}};
+        const auto redirected = send();
+        QTRY_COMPARE_WITH_TIMEOUT(m_paths.size(), 1, WaitLimit);
+        const auto refused = send(Method::Get, u"/refused"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(comes(*refused), WaitLimit);
+        QCOMPARE(refused->kind(), ServiceFailure::TooManyRequests);
+        QVERIFY(!redirected->outcome.came());
+        m->server.drip();
+        QCOMPARE(redirected->kind(), ServiceFailure::TooManyRequests);
+        QVERIFY(redirected->outcome.error().pause);
+        QCOMPARE(m_paths, (QList<QByteArray>{"/start", "/refused"}));
+    }
+
     void pauseIsReportedWhileItIsWaitedFor_data()
     {
         QTest::addColumn<bool>("isCancelled");
