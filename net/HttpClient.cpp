@@ -10,6 +10,8 @@
 #include <QNetworkAccessManager>
 #include <QVersionNumber>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -17,6 +19,7 @@ namespace
 Q_LOGGING_CATEGORY(log, "plovendix.services.net", QtInfoMsg)
 
 constexpr int MaxRedirects = 3;
+constexpr Clock::Duration ShortestLimit{1};
 constexpr Clock::Duration MaxKeptSleep = std::chrono::seconds(30); // that kept connections survive
 
 Clock::Duration dateAhead(const Clock &clock)
@@ -48,6 +51,7 @@ struct HttpClient::Attempt : std::enable_shared_from_this<Attempt>
     HttpRequest request;
     HttpCompletion completion;
     RedirectPace pace;
+    Clock::Duration end{0}; // of its time
     int redirects = 0;
     std::shared_ptr<void> step; // the exchange, or what precedes it
 };
@@ -77,6 +81,7 @@ HttpCall HttpClient::send(const HttpRequest &request, const HostRules &rules, Ht
     attempt->request.setHeader("User-Agent", userAgent());
     attempt->completion = std::move(completion);
     attempt->pace = std::move(pace);
+    attempt->end = m_clock.now() + request.deadline;
     if (rules.accepts(request.url)) {
         start(*attempt);
         return attempt;
@@ -117,6 +122,7 @@ void HttpClient::begin(Attempt &attempt, const QNetworkProxy &proxy)
     m_proxies->byOrigin.insert(HostRules::originOf(attempt.request.url), proxy);
     if (attempt.request.onLeaving)
         attempt.request.onLeaving();
+    attempt.request.deadline = std::max(attempt.end - m_clock.now(), ShortestLimit);
     const auto take = [this](const auto &held, const HttpResult &outcome) { arrive(*held, outcome); };
     attempt.step = HttpExchange::begin(m_network, m_clock, attempt.request,
                                        whileAlive(attempt.shared_from_this(), take));
@@ -133,8 +139,9 @@ void HttpClient::arrive(Attempt &attempt, const HttpResult &outcome)
     const bool isHere = !location.isEmpty() && next.isValid() &&
                         HostRules::originOf(next) == HostRules::originOf(attempt.request.url);
     if (!isHere || attempt.redirects == MaxRedirects) {
-        attempt.completion(TransportFault{
-            ServiceFailure::BadAnswer, isHere ? u"too many redirects"_s : u"a redirect to another host"_s});
+        attempt.completion(
+            TransportFault{ServiceFailure::BadAnswer,
+                           isHere ? u"too many redirects"_s : u"a redirect to another host"_s});
         return;
     }
     qCInfo(log).noquote() << "redirected by" << next.host();

@@ -9,8 +9,9 @@ struct _GProxyResolver;
 
 /// Sends one request at a time or several side by side, each once. Checks each address against the rules,
 /// follows redirects (GET only, at most three, never to another host), uses the proxy of the environment or
-/// the desktop, and sends "Plovendix v…" as the user agent. Connections are kept alive, but not across a
-/// suspend. Main thread only.
+/// the desktop, and sends "Plovendix v…" as the user agent. The time limit of a request begins with `send`
+/// and includes the proxy lookup and all redirects. Connections are kept alive, but not across a suspend.
+/// Main thread only.
 class HttpClient final
 {
 public:
@@ -22,7 +23,8 @@ public:
     /// Uses the desktop's resolver unless another one is given, which must outlive this object.
     explicit HttpClient(Clock &clock, _GProxyResolver *resolver = nullptr);
 
-    /// Completes on a later turn. Redirects are followed at once without a `pace`.
+    /// Completes on a later turn. Redirects are followed at once without a `pace`; the time limit includes
+    /// its waits.
     [[nodiscard]] HttpCall send(const HttpRequest &request, const HostRules &rules, HttpCompletion completion,
                                 RedirectPace pace = {});
 

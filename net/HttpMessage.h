@@ -25,8 +25,8 @@ struct HttpRequest
     QUrl url;
     QList<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body;
-    qsizetype maxBytes = 4LL * 1024 * 1024; // of the answer, unpacked
-    std::chrono::milliseconds deadline = std::chrono::seconds(60);
+    qsizetype maxBytes = 4LL * 1024 * 1024;                        // of the answer, unpacked
+    std::chrono::milliseconds deadline = std::chrono::seconds(60); // for one try with its redirects
     bool isAwaited = true; // by a person, who is told why it takes its time
     /// Called each time just before the request leaves this machine: all waits are over then.
     std::function<void()> onLeaving = {};

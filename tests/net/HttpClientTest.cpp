@@ -81,6 +81,8 @@ private Q_SLOTS:
         row("chunks without the last", {200, {}, body, Delivery::ChunkedWithoutEnd},
             ServiceFailure::Unavailable);
         row("closed before the answer", {200, {}, body, Delivery::ClosedBefore}, ServiceFailure::Unavailable);
+        row("cut before its announced close", {200, {{"Connection", "close"}}, body, Delivery::LengthTooLong},
+            ServiceFailure::Unavailable);
         row("too large", {200, {}, QByteArray(5 * 1024 * 1024, 'x')}, ServiceFailure::BadAnswer,
             u"127.0.0.1: the answer is too large"_s);
         row("bomb", {200, {{"Content-Encoding", "gzip"}}, gzipped(QByteArray(16 * 1024 * 1024, ' '))},
@@ -256,10 +258,45 @@ private Q_SLOTS:
             m->request(), HostRules({}, HostRules::Loopback::Accepted), [](const HttpResult &) {},
             [&](const HttpClient::Follow &next) { follow = next; });
         QTRY_VERIFY_WITH_TIMEOUT(follow, WaitLimit);
-        QCOMPARE(m->clock.pending(), QList<Clock::Duration>()); // no time limit runs meanwhile
+        QCOMPARE(m->clock.pending(), QList<Clock::Duration>()); // nothing ends it meanwhile
         QCOMPARE(m->server.requests().size(), 1);
         std::exchange(follow, nullptr)();
         QTRY_COMPARE_WITH_TIMEOUT(m->server.requests().size(), 2, WaitLimit);
+    }
+
+    void redirectsShareOneTimeLimit_data()
+    {
+        QTest::addColumn<int>("redirects");
+        QTest::addColumn<Clock::Duration>("wait"); // before each
+        QTest::addColumn<Clock::Duration>("left");
+        QTest::newRow("none") << 0 << Clock::Duration(0s) << Clock::Duration(60s);
+        QTest::newRow("a chain") << 3 << Clock::Duration(11s) << Clock::Duration(27s);
+        QTest::newRow("hardly any left") << 1 << Clock::Duration(54s) << Clock::Duration(6s);
+    }
+    void redirectsShareOneTimeLimit()
+    {
+        QFETCH(const int, redirects);
+        QFETCH(const Clock::Duration, wait);
+        QFETCH(const Clock::Duration, left);
+        m->served = [this, redirects](const ReceivedRequest &) {
+            return m->server.requests().size() > redirects ? ServedAnswer{200, {}, {}, Delivery::Silent}
+                                                           : ServedAnswer{301, {{"Location", "/start"}}, {}};
+        };
+        Caught<HttpAnswer, TransportFault> outcome;
+        HttpClient::Follow follow;
+        const HttpCall call =
+            m_client->send(m->request(), HostRules({}, HostRules::Loopback::Accepted), outcome.completion(),
+                           [&](const HttpClient::Follow &next) { follow = next; });
+        for (int i = 0; i < redirects; ++i) {
+            QTRY_VERIFY_WITH_TIMEOUT(follow, WaitLimit);
+            m->clock.advance(wait);
+            std::exchange(follow, nullptr)();
+        }
+        waitForLimits(left < 20s ? QList<Clock::Duration>{left, 20s} : QList<Clock::Duration>{20s, left});
+        if (left > 20s)
+            return;
+        m->clock.advance(left);
+        QCOMPARE(outcome.error().kind, ServiceFailure::Timeout);
     }
 
     void ordersAreNotRedirected()
