@@ -141,7 +141,7 @@ void HttpClient::arrive(Attempt &attempt, const HttpResult &outcome)
     if (!isHere || attempt.redirects == MaxRedirects) {
         attempt.completion(
             TransportFault{ServiceFailure::BadAnswer,
-                           isHere ? u"too many redirects"_s : u"a redirect to another host"_s});
+                           isHere ? u"too many redirects"_s : u"a redirect to nowhere or to another host"_s});
         return;
     }
     qCInfo(log).noquote() << "redirected by" << next.host();
