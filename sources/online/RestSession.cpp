@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QLoggingCategory>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -60,7 +62,11 @@ Clock::Timer RestLogins::nextLogin(std::function<void()> logIn)
     const Clock::Duration now = m_clock.now();
     const Clock::Duration time = std::max(now, m_nextLogin);
     m_nextLogin = time + LoginPause;
-    return m_clock.after(time - now, std::move(logIn));
+    // The timer may fire late, and the pause begins with the sending.
+    return m_clock.after(time - now, [this, logIn = std::move(logIn)] {
+        m_nextLogin = std::max(m_nextLogin, m_clock.now() + LoginPause);
+        logIn();
+    });
 }
 
 std::optional<base::Error> RestLogins::refusal(const RestAccess &access) const
