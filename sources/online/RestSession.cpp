@@ -6,6 +6,9 @@
 #include <net/Redactor.h>
 #include <net/WhileAlive.h>
 
+#include <QCryptographicHash>
+#include <QDataStream>
+#include <QIODevice>
 #include <QJsonDocument>
 #include <QLoggingCategory>
 
@@ -42,6 +45,15 @@ Clock::Duration lifeOf(const QByteArray &token, const QDateTime &date)
         return LifeUnlessSaid;
     return std::max(life - ExpiryMargin, MinLife);
 }
+
+/// Tells credentials apart without keeping them. The application key does not affect the password check.
+QByteArray credentials(const RestAccess &access)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << access.base << access.userName << access.password;
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+}
 } // namespace
 
 RestToken::RestToken(const QByteArray &text, const Clock &clock) : m_text(text)
@@ -69,15 +81,15 @@ Clock::Timer RestLogins::nextLogin(std::function<void()> logIn)
     });
 }
 
+void RestLogins::noteRefusal(const RestAccess &access, const base::Error &error)
+{
+    m_refused.insert(credentials(access), error);
+}
+
 std::optional<base::Error> RestLogins::refusal(const RestAccess &access) const
 {
-    for (const auto &[refused, error] : m_refused) {
-        // The application key does not affect the password check.
-        if (refused.base == access.base && refused.userName == access.userName &&
-            refused.password == access.password)
-            return error;
-    }
-    return std::nullopt;
+    const auto refused = m_refused.constFind(credentials(access));
+    return refused == m_refused.constEnd() ? std::nullopt : std::optional(*refused);
 }
 
 /// A request until its final answer; it may be sent twice, with a login between.

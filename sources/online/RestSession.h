@@ -3,6 +3,7 @@
 #include "RestURL.h"
 
 #include <net/RequestQueue.h>
+#include <QHash>
 #include <vector>
 
 /// A login token and its expiry. A plain value.
@@ -31,17 +32,14 @@ public:
 
     /// Calls `logIn` on a later turn, a second after the last login at the earliest.
     [[nodiscard]] Clock::Timer nextLogin(std::function<void()> logIn);
-    void noteRefusal(const RestAccess &access, const base::Error &error)
-    {
-        m_refused.emplace_back(access, error);
-    }
+    void noteRefusal(const RestAccess &access, const base::Error &error);
     /// Why that account cannot log in, if known.
     std::optional<base::Error> refusal(const RestAccess &access) const;
 
 private:
     Clock &m_clock;
     Clock::Duration m_nextLogin{0};
-    std::vector<std::pair<RestAccess, base::Error>> m_refused;
+    QHash<QByteArray, base::Error> m_refused; // by the hash of the credentials
 };
 
 /// One account at the service: key, login, token and host. Adds them to each request, logs in when needed and
