@@ -24,7 +24,7 @@ enum class ServiceFailure
     ForbiddenAddress, // the request's address is not permitted
 };
 
-/// Why a request got no answer. Has no sentence: whoever shows it says which server it was.
+/// Why a request got no answer. Has no sentence. The code that shows it names the server.
 struct TransportFault
 {
     /// What a server asked for that is too long to wait for. In UTC.

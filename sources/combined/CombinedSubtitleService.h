@@ -37,7 +37,7 @@ public:
         qint64 leftOut = 0; // rows beyond those given
     };
     using GapsObserver = std::function<void(const Gaps &)>;
-    /// Called on the main queue before the completion.
+    /// Called on the main queue before the blocks that the completion queues.
     void setGapsObserver(GapsObserver observer) { m_onMainThread->gapsObserver = std::move(observer); }
 
     /// Holds queries back until `release`, while the available sources are not known yet.

@@ -83,6 +83,7 @@ QString fileName(const QJsonObject &file, const QString &release, const Subtitle
     }
     return Json::text(file, u"file_id"_s);
 }
+
 base::Error nonsense(const QString &detail)
 {
     return serviceError(ServiceFailure::BadAnswer, ServiceName::Subtitles, detail);

@@ -13,7 +13,7 @@ namespace
 constexpr qint64 MaxWaitSeconds = 25LL * 3600;
 constexpr auto QuotaKey = "remaining"_L1;
 
-/// Without stored credentials: account required.
+/// The refusal of an order that was sent without an account.
 base::Error accountWanted(base::Error error)
 {
     error.localizedDescription = String::localize(
