@@ -98,6 +98,14 @@ private Q_SLOTS:
         QVERIFY2(sent->outcome.error().detail.contains(detail), qPrintable(sent->outcome.error().detail));
     }
 
+    void unchangedAnswerThatNamesALengthIsWhole()
+    {
+        m->answer = {304, {{"Connection", "close"}, {"Content-Length", "4000"}}, {}, Delivery::ClosedAfter};
+        const auto sent = get();
+        QCOMPARE(sent->answer().status, 304);
+        QCOMPARE(sent->answer().header("Content-Length"), "4000");
+    }
+
     void lengthIsComparedWithTheBody_data()
     {
         QTest::addColumn<int>("status");
