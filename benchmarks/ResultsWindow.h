@@ -11,7 +11,7 @@ namespace ui
 class Window;
 }
 
-/// The main window's content in a window of its own, as the program shows it, with a service that answers
+/// The main window's content in a separate window, as the program shows it, with a service that answers
 /// when told.
 class ResultsWindow final
 {

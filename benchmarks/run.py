@@ -37,7 +37,7 @@ PROGRAMS = (
 
 
 def home_environment(folder):
-    """A home of its own for the measured programs: nothing of the person's is read or written."""
+    """A temporary home for the measured programs, so that they neither read nor write the person's files."""
     environment = {**os.environ, 'HOME': folder, 'TMPDIR': os.path.join(folder, 'tmp'), 'LC_ALL': 'C.UTF-8',
                    'XDG_DATA_DIRS': '/usr/local/share:/usr/share'}
     for variable, name in (('XDG_CONFIG_HOME', '.config'), ('XDG_DATA_HOME', '.local/share'), ('XDG_CACHE_HOME', '.cache'),

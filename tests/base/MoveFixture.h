@@ -16,7 +16,7 @@ struct Disk
 };
 Q_DECLARE_METATYPE(Disk)
 
-/// Two folders and a file to be moved from "here" to "there", in a place of its own for every test.
+/// Two folders and a file to be moved from "here" to "there", in a new temporary folder for each test.
 class MoveFixture final
 {
 public:

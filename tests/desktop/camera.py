@@ -1,7 +1,7 @@
 """Takes pictures of the screen for the harness: answers each line on standard input with "WIDTH HEIGHT" and the pixels.
 
-A process of its own, because a toolkit ends its program when the X server goes; and the toolkit's way, because the
-usual dump tool reads window by window and misses what the compositor makes of them.
+It runs as a separate process, because the toolkit ends its program when the X server goes. It asks the toolkit for the
+pixels, because the usual dump tool reads window by window and misses what the compositor makes of them.
 """
 import sys
 

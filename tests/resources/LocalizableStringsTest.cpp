@@ -20,7 +20,7 @@ QStringList sorted(const QSet<QString> &texts)
     return list;
 }
 
-/// "%@", "%d", "%1$@" and their like in a text, in no order of their own.
+/// "%@", "%d", "%1$@" and their like in a text, in any order.
 QStringList placeholdersOf(const QString &text)
 {
     static const QRegularExpression placeholder(u"%(?:\\d\\$@|@|\\w)"_s);

@@ -14,7 +14,7 @@
 
 #include <memory>
 
-/// The main view in a window of its own, with scripted services and a clock that the test advances.
+/// A window that shows the main view. Scripted services answer it, and the test advances its clock.
 struct MainViewFixture
 {
     MainViewFixture();

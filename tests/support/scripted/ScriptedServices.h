@@ -46,7 +46,7 @@ public:
     }
     void finishDownload(qsizetype index, const Result<QUrl> &result,
                         AnswerOn thread = AnswerOn::WorkerThread);
-    /// Takes a query's completion out, for tests that call it on threads of their own.
+    /// Removes and returns a query's completion; the test calls it on any thread.
     QueryCompletion takeCompletion(qsizetype index);
     DownloadCompletion takeDownloadCompletion(qsizetype index);
 

@@ -25,7 +25,7 @@ public:
     int count = 0;
 };
 
-/// A square of 40 on the left, and beside it, in a widget of their own, two labels one above the other.
+/// A square of 40 on the left, and beside it, inside a common widget, two labels one above the other.
 struct Cell
 {
     Cell()

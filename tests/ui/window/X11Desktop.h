@@ -102,7 +102,7 @@ public:
 
     void startCompositor() { setCompositorOwner(m_manager); }
     void stopCompositor() { setCompositorOwner(XCB_NONE); }
-    /// A compositor that lives in a connection of its own, which is how a real one dies.
+    /// A compositor on a separate connection, so that it dies as a real one does.
     xcb_connection_t *startOtherCompositor()
     {
         xcb_connection_t *other = xcb_connect(nullptr, nullptr);

@@ -19,7 +19,7 @@ public:
     /// A whole subtitle whose one line says `line`.
     static QByteArray cue(const QString &line);
     QString write(const QString &relative, const QByteArray &content) const;
-    /// Subtitles of the episodes from `first` to the one before `end`, each with a content of its own.
+    /// Writes a subtitle for each episode from `first` up to, but not including, `end`; all contents differ.
     void writeEpisodes(int end, int first = 0) const;
     /// What the headers of an archive's members say about their sizes.
     enum class Sizes
